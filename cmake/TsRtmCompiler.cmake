@@ -1,0 +1,23 @@
+# One set of compiler settings for all that is ours: target tsRtm_options, linked privately.
+option(TSRTM_WERROR "Treat warnings as errors" ${PROJECT_IS_TOP_LEVEL})
+set(TSRTM_SANITIZE "" CACHE STRING "Sanitizers, as -fsanitize takes them, e.g. address,undefined")
+
+add_library(tsRtm_options INTERFACE)
+target_compile_features(tsRtm_options INTERFACE cxx_std_20)
+target_compile_options(tsRtm_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
+  $<$<BOOL:${TSRTM_WERROR}>:-Werror>)
+
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+if(PROJECT_IS_TOP_LEVEL AND NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+  set(CMAKE_BUILD_TYPE Release CACHE STRING "" FORCE)
+endif()
+find_program(TSRTM_CCACHE ccache)
+if(TSRTM_CCACHE AND PROJECT_IS_TOP_LEVEL AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${TSRTM_CCACHE})
+endif()
+if(TSRTM_SANITIZE)
+  add_compile_options(-fsanitize=${TSRTM_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${TSRTM_SANITIZE})
+endif()

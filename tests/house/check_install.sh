@@ -1,0 +1,32 @@
+#!/bin/sh
+# Installs the build into a folder of its own and builds an outside program against it, once as find_package sees it
+# and once as pkg-config does. Usage: check_install.sh BUILD_FOLDER CXX LIBDIR EXTRA_CXX_FLAGS
+set -eu
+build=$1 cxx=$2 libdir=$3 flags=$4
+here=$(cd "$(dirname "$0")" && pwd)
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+# The program starts the library, which looks for the user's folders.
+export HOME="$work" XDG_CONFIG_HOME="$work/config" XDG_DATA_HOME="$work/data"
+export LD_LIBRARY_PATH="$work/tree/$libdir${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}"
+
+cmake --install "$build" --prefix "$work/first" >"$work/log" || { cat "$work/log"; exit 1; }
+# An installed tree may be moved.
+mv "$work/first" "$work/tree"
+
+for private in "$work"/tree/include/tsRtm/platform/posix/*; do
+    case $private in
+    */PosixPlatform.hpp) ;;
+    *) echo "installed, but not public: ${private#"$work"/tree/}"; exit 1 ;;
+    esac
+done
+
+cmake -S "$here/consumer" -B "$work/build" -G Ninja -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_CXX_FLAGS="$flags" \
+    -DCMAKE_PREFIX_PATH="$work/tree" >"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
+cmake --build "$work/build" >"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
+echo "find_package: $("$work/build/consumer")"
+
+export PKG_CONFIG_PATH="$work/tree/$libdir/pkgconfig"
+# shellcheck disable=SC2046,SC2086  # words are wanted
+"$cxx" -std=c++20 $flags "$here/consumer/main.cpp" -o "$work/consumer" $(pkg-config --cflags --libs tsRtm)
+echo "pkg-config $(pkg-config --modversion tsRtm): $("$work/consumer")"

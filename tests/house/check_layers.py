@@ -1,0 +1,181 @@
+#!/usr/bin/env python3
+"""Holds the sources against the rules of the house. Usage: check_layers.py [ROOT], or check_layers.py --self-test.
+
+Rules: an #include of tsRtm/ goes down the layers, never up or sideways; only the POSIX ground talks to the operating
+system; a file is at most 600 lines long, holds no tabs, and a header says #pragma once.
+"""
+import pathlib
+import re
+import sys
+import tempfile
+
+# Folder below tsRtm/ to layer; a room includes itself and lower layers. "." is the facade, right in tsRtm/.
+LAYERS = {
+    "types": 0,
+    "platform": 1,
+    "frame/text": 2,
+    "frame": 3,
+    "frame/files": 4,
+    "fields": 5, "calendar": 5, "tables": 5,
+    "database": 6,
+    "validation": 7, "banking": 7, "printing": 7,
+    "services": 8, "toolkit": 8,
+    ".": 9,
+}
+GROUND = "platform/posix"  # includes types, the seam and the system
+GROUND_DOOR = "tsRtm/frame/DefaultGround.cpp"  # the one place that names the ground
+
+# (room, header): why the room may include it although it lies higher.
+EXCEPTIONS = {
+    ("frame/text", "tsRtm/frame/rtmMain.hpp"):
+        "number and date texts follow the separators of the global state, and the state's text needs no conversion",
+}
+
+# Tables may be longer than a file that one reads.
+LONG_TABLES = set()
+MAX_LINES = 600
+
+SYSTEM_HEADERS = re.compile(
+    r"^\s*#\s*include\s*<(unistd\.h|fcntl\.h|sys/.*|fstream|filesystem|ctime|time\.h|locale|locale\.h|clocale)>")
+SYSTEM_CALLS = re.compile(
+    r"\b(system_clock|steady_clock|high_resolution_clock|getenv|setlocale|fopen|this_thread)\b")
+INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"')
+SOURCE_FOLDERS = ("tsRtm", "cli", "examples", "tests", "bench", "fuzz")
+
+
+def room_of(path):
+    """The room of a file 'tsRtm/...': the longest folder that is one, or None."""
+    folder = pathlib.PurePosixPath(path).relative_to("tsRtm").parent
+    if str(folder) == ".":
+        return "."
+    for candidate in (folder, *folder.parents):
+        if str(candidate) == GROUND or (str(candidate) in LAYERS and str(candidate) != "."):
+            return str(candidate)
+    return None
+
+
+def include_allowed(source, target):
+    own, other = room_of(source), room_of(target)
+    if (own, target) in EXCEPTIONS or own == other:
+        return True
+    if own == GROUND:
+        return other in ("types", "platform")
+    if other == GROUND:
+        return source == GROUND_DOOR
+    return LAYERS[other] < LAYERS[own]
+
+
+def without_comments(text):
+    """The code with comments and the insides of literals blanked; line breaks stay."""
+    pattern = re.compile(r'//[^\n]*|/\*.*?\*/|"(?:\\.|[^"\\\n])*"', re.S)
+    return pattern.sub(lambda m: re.sub(r"[^\n]", " ", m.group()), text)
+
+
+def check_room(root, name, text):
+    """Complaints about what a library file includes and calls."""
+    if room_of(name) is None:
+        yield 1, "lies in no room of the table of layers"
+        return
+    for number, line in enumerate(text.splitlines(), 1):
+        include = INCLUDE.match(line)
+        if include:
+            target = include.group(1)
+            if not target.startswith("tsRtm/") or not (root / target).is_file():
+                yield number, f'includes "{target}", which is no file below tsRtm/'
+            elif room_of(target) is not None and not include_allowed(name, target):
+                yield number, f"layer: {room_of(name)} may not include {target}"
+        elif room_of(name) != GROUND and SYSTEM_HEADERS.match(line):
+            yield number, f"system header outside {GROUND}: {line.strip()}"
+    if room_of(name) != GROUND:
+        for number, line in enumerate(without_comments(text).splitlines(), 1):
+            call = SYSTEM_CALLS.search(line)
+            if call:
+                yield number, f"system call outside {GROUND}: {call.group()}"
+
+
+def check_shape(name, text):
+    """Complaints about the shape of any source file."""
+    lines = text.splitlines()
+    if len(lines) > MAX_LINES and name not in LONG_TABLES:
+        yield len(lines), f"{len(lines)} lines, more than {MAX_LINES}: split it"
+    for number, line in enumerate(lines, 1):
+        if "\t" in line:
+            yield number, "tab"
+            break
+    if name.endswith(".hpp") and not re.search(r"^#pragma once$", text, re.M):
+        yield 1, "header without #pragma once"
+
+
+def check(root):
+    root = pathlib.Path(root)
+    complaints = []
+    for folder in SOURCE_FOLDERS:
+        for path in sorted((root / folder).rglob("*.[ch]pp")):
+            name = path.relative_to(root).as_posix()
+            text = path.read_text(encoding="utf-8")
+            found = list(check_shape(name, text))
+            if folder == "tsRtm":
+                found += check_room(root, name, text)
+            complaints += [f"{name}:{number}: {message}" for number, message in found]
+    return complaints
+
+
+# Made-up trees for the self-test: files, and the one complaint they must give (None: no complaint).
+CASES = [
+    ("clean", {"tsRtm/types/A.hpp": "#pragma once\n", "tsRtm/fields/B.cpp": '#include "tsRtm/types/A.hpp"\n'}, None),
+    ("comment names a clock", {"tsRtm/frame/A.cpp": "// not system_clock\n/* getenv */\n"}, None),
+    ("exception", {"tsRtm/frame/rtmMain.hpp": "#pragma once\n",
+                   "tsRtm/frame/text/A.cpp": '#include "tsRtm/frame/rtmMain.hpp"\n'}, None),
+    ("ground may call", {"tsRtm/platform/posix/A.cpp": "#include <unistd.h>\nauto* e = std::getenv(name);\n"}, None),
+    ("door", {"tsRtm/platform/posix/P.hpp": "#pragma once\n",
+              "tsRtm/frame/DefaultGround.cpp": '#include "tsRtm/platform/posix/P.hpp"\n'}, None),
+    ("upwards", {"tsRtm/database/A.hpp": "#pragma once\n",
+                 "tsRtm/fields/B.cpp": '#include "tsRtm/database/A.hpp"\n'}, "layer: fields"),
+    ("sideways", {"tsRtm/calendar/A.hpp": "#pragma once\n",
+                  "tsRtm/fields/B.cpp": '#include "tsRtm/calendar/A.hpp"\n'}, "layer: fields"),
+    ("from a sub-folder", {"tsRtm/A.hpp": "#pragma once\n",
+                           "tsRtm/database/tree/B.cpp": '#include "tsRtm/A.hpp"\n'}, "layer: database"),
+    ("by the back door", {"tsRtm/platform/posix/P.hpp": "#pragma once\n",
+                          "tsRtm/frame/Other.cpp": '#include "tsRtm/platform/posix/P.hpp"\n'}, "layer: frame"),
+    ("ground upwards", {"tsRtm/frame/A.hpp": "#pragma once\n",
+                        "tsRtm/platform/posix/B.cpp": '#include "tsRtm/frame/A.hpp"\n'}, "layer: platform/posix"),
+    ("missing", {"tsRtm/types/A.cpp": '#include "tsRtm/types/B.hpp"\n'}, "no file below"),
+    ("beside", {"tsRtm/types/A.cpp": '#include "B.hpp"\n'}, "no file below"),
+    ("no room", {"tsRtm/attic/A.cpp": "\n"}, "no room"),
+    ("system header", {"tsRtm/types/A.cpp": "#include <sys/stat.h>\n"}, "system header"),
+    ("streams", {"tsRtm/frame/A.cpp": "#include <fstream>\n"}, "system header"),
+    ("clock", {"tsRtm/database/A.cpp": "auto t = std::chrono::steady_clock::now();\n"}, "system call"),
+    ("environment", {"tsRtm/frame/A.cpp": "auto* e = std::getenv(name);\n"}, "system call"),
+    ("long", {"tests/A.cpp": "\n" * 601}, "601 lines"),
+    ("tab", {"cli/A.cpp": "\tint a;\n"}, "tab"),
+    ("no pragma", {"tests/support/A.hpp": "int a;\n"}, "#pragma once"),
+]
+
+
+def self_test():
+    failures = 0
+    for title, files, expected in CASES:
+        with tempfile.TemporaryDirectory() as folder:
+            for name, content in files.items():
+                path = pathlib.Path(folder, name)
+                path.parent.mkdir(parents=True, exist_ok=True)
+                path.write_text(content, encoding="utf-8")
+            found = check(folder)
+        good = found == [] if expected is None else len(found) == 1 and expected in found[0]
+        if not good:
+            failures += 1
+            print(f"self-test '{title}': expected {expected!r}, found {found}")
+    print(f"{len(CASES)} cases, {failures} failures")
+    return failures
+
+
+def main():
+    if sys.argv[1:] == ["--self-test"]:
+        return 1 if self_test() else 0
+    complaints = check(sys.argv[1] if len(sys.argv) > 1 else pathlib.Path(__file__).parents[2])
+    print("\n".join(complaints) if complaints else "the house is in order")
+    return 1 if complaints else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
