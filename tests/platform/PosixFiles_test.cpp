@@ -1,0 +1,218 @@
+// What only the ground of this machine can show: processes, pipes, links, odd bytes in names, the basket.
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "tests/support/ChildProcess.hpp"
+#include "tests/support/TempFolder.hpp"
+#include "tsRtm/platform/LockProbe.hpp"
+#include "tsRtm/platform/posix/PosixErrors.hpp"
+#include "tsRtm/platform/posix/PosixPath.hpp"
+#include "tsRtm/platform/posix/PosixPlatform.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+using namespace platform;
+namespace fs = std::filesystem;
+
+constexpr OpenRequest kShared{Access::readWrite, Sharing::all, Disposition::openOrCreate};
+constexpr OpenRequest kExclusive{Access::readWrite, Sharing::none, Disposition::openOrCreate};
+
+class PosixFiles : public testing::Test {
+ protected:
+    std::unique_ptr<File> open(TextView entry, OpenRequest request = kShared) {
+        auto file = files.open(folder.name(entry), request);
+        EXPECT_EQ(file.error(), SystemError::none);
+        return file ? std::move(*file) : nullptr;
+    }
+    void make(const fs::path& entry, std::string_view content = "") {
+        std::ofstream(folder.path() / entry, std::ios::binary) << content;
+    }
+    std::string found(TextView entry) {
+        const auto path = posix::findPath(folder.name(entry));
+        return path && path->exists ? fs::path(path->path).lexically_relative(folder.path()).string() : "";
+    }
+
+    FileSystem& files = posixPlatform().files;
+    TempFolder folder;
+};
+
+TEST_F(PosixFiles, LocksExcludeAnotherProcessAndDieWithIt) {
+    const auto file = open(u"datei");
+    ASSERT_EQ(file->tryLock({20, 1}), SystemError::none);
+    ChildProcess other([&](ChildProcess::Line& line) {
+        const auto mine = open(u"datei");
+        if (mine->tryLock({20, 1}) != SystemError::lockViolation || !mine->isLocked({20, 1}).value())
+            return 1;
+        if (failed(mine->tryLock({10, 1}))) return 2;
+        line.say('L');
+        line.hear();
+        return 3;
+    });
+    ASSERT_EQ(other.line().hear(), 'L');
+    EXPECT_TRUE(file->isLocked({10, 1}).value());
+    EXPECT_EQ(file->tryLock({10, 1}), SystemError::lockViolation);
+    other.kill();
+    EXPECT_FALSE(file->isLocked({10, 1}).value());
+    EXPECT_EQ(file->tryLock({10, 1}), SystemError::none);
+}
+
+TEST_F(PosixFiles, ShareModesHoldBetweenProcesses) {
+    ChildProcess other([&](ChildProcess::Line& line) {
+        auto mine = open(u"datei", kExclusive);
+        line.say('E');
+        if (line.hear() != 'S') return 1;
+        mine.reset();
+        mine = open(u"datei");
+        line.say('S');
+        return line.hear() == 'Z' ? 0 : 2;
+    });
+    ASSERT_EQ(other.line().hear(), 'E');
+    EXPECT_EQ(files.open(folder.name(u"datei"), kShared).error(), SystemError::sharingViolation);
+    EXPECT_EQ(files.remove(folder.name(u"datei")), SystemError::sharingViolation);
+    other.line().say('S');
+    ASSERT_EQ(other.line().hear(), 'S');
+    EXPECT_NE(open(u"datei"), nullptr);
+    EXPECT_EQ(files.open(folder.name(u"datei"), kExclusive).error(), SystemError::sharingViolation);
+    other.line().say('Z');
+    EXPECT_EQ(other.wait(), 0);
+}
+
+// Two processes count on one number, each under the lock: no step may be lost.
+TEST_F(PosixFiles, LockedStepsOfTwoProcessesDoNotMix) {
+    constexpr int32 kSteps = 2000;
+    const auto count = [&] {
+        const auto file = open(u"zaehler");
+        for (int32 i = 0; i < kSteps; ++i) {
+            while (failed(file->tryLock({100, 1}))) ::sched_yield();
+            int32 number = 0;
+            const auto bytes = std::as_writable_bytes(std::span(&number, 1));
+            static_cast<void>(file->readAt(0, bytes));
+            ++number;
+            if (failed(file->writeAt(0, bytes)) || failed(file->unlock({100, 1}))) return 1;
+        }
+        return 0;
+    };
+    ChildProcess other([&](ChildProcess::Line&) { return count(); });
+    EXPECT_EQ(count(), 0);
+    EXPECT_EQ(other.wait(), 0);
+    int32 number = 0;
+    ASSERT_TRUE(open(u"zaehler")->readAt(0, std::as_writable_bytes(std::span(&number, 1))).ok());
+    EXPECT_EQ(number, 2 * kSteps);
+}
+
+TEST_F(PosixFiles, PathsAreMatchedExactlyFirst) {
+    fs::create_directories(folder.path() / "Kunden.DBD");
+    make("Kunden.DBD/KetteDat");
+    make("Kunden.DBD/kettedat");
+    make("Kunden.DBD/ÄÖÜ.tsd");
+    EXPECT_EQ(found(u"KUNDEN.DBD/kettedat"), "Kunden.DBD/kettedat");
+    EXPECT_EQ(found(u"KUNDEN.DBD/KetteDat"), "Kunden.DBD/KetteDat");
+    EXPECT_EQ(found(u"KUNDEN.DBD/KETTEDAT"), "Kunden.DBD/KetteDat")
+        << "of several that fit, the first by its bytes";
+    EXPECT_EQ(found(u"kunden.dbd/äöü.TSD"), "Kunden.DBD/ÄÖÜ.tsd");
+    EXPECT_EQ(found(u"./kunden.dbd/../KUNDEN.dbd/KetteDat"), "./Kunden.DBD/../Kunden.DBD/KetteDat");
+    const auto missing = posix::findPath(folder.name(u"KUNDEN.dbd/Neu.Tsd"));
+    ASSERT_TRUE(missing.ok());
+    EXPECT_FALSE(missing->exists);
+    EXPECT_EQ(missing->path, (folder.path() / "Kunden.DBD/Neu.Tsd").string());
+    EXPECT_EQ(posix::findPath(u"/").value().path, "/");
+    EXPECT_EQ(posix::findPath(folder.name(Text(300, u'x'))).error(), SystemError::nameTooLong);
+}
+
+TEST_F(PosixFiles, RelativeNamesShowTheirFullName) {
+    const auto before = fs::current_path();
+    fs::current_path(folder.path());
+    make("Datei.txt", "x");
+    const auto file = files.open(u"DATEI.TXT", {});
+    const auto entries = files.list(u".");
+    fs::current_path(before);
+    ASSERT_TRUE(file.ok());
+    EXPECT_EQ(file.value()->name(), fromUtf8((fs::canonical(folder.path()) / "Datei.txt").string()));
+    EXPECT_EQ(entries.value().size(), 1u);
+}
+
+TEST_F(PosixFiles, NamesInForeignBytesAreFoundAsListed) {
+    make(
+        "Gr\xFC\xDF"
+        "e.txt",
+        "inhalt");  // one byte a letter, no UTF-8
+    const auto entries = files.list(folder.name()).value();
+    ASSERT_EQ(entries.size(), 1u);
+    EXPECT_TRUE(files.open(folder.name(entries.front().name), {}).ok());
+}
+
+TEST_F(PosixFiles, PipesAndDevicesAreRefusedWithoutWaiting) {
+    ASSERT_EQ(::mkfifo((folder.path() / "rohr").c_str(), 0600), 0);
+    for (const auto request : {kShared, kExclusive, OpenRequest{}})
+        EXPECT_EQ(files.open(folder.name(u"rohr"), request).error(), SystemError::accessDenied);
+    EXPECT_EQ(files.open(u"/dev/null", kShared).error(), SystemError::accessDenied);
+    EXPECT_EQ(files.remove(folder.name(u"rohr")), SystemError::none);
+}
+
+TEST_F(PosixFiles, LinksAreFollowedAndABrokenOneIsListed) {
+    make("ziel", "inhalt");
+    fs::create_symlink("ziel", folder.path() / "verweis");
+    fs::create_symlink("nirgends", folder.path() / "kaputt");
+    EXPECT_EQ(files.status(folder.name(u"verweis")).value().size, 6u);
+    EXPECT_EQ(files.status(folder.name(u"kaputt")).error(), SystemError::fileNotFound);
+    EXPECT_EQ(files.list(folder.name()).value().size(), 3u);
+    const auto holder = open(u"ziel");
+    EXPECT_EQ(files.open(folder.name(u"verweis"), kExclusive).error(), SystemError::sharingViolation);
+}
+
+class Basket : public PosixFiles {
+ protected:
+    Basket() { ::setenv("XDG_DATA_HOME", (folder.path() / "daten").c_str(), 1); }
+    ~Basket() override { ::unsetenv("XDG_DATA_HOME"); }
+    std::string text(const fs::path& entry) {
+        std::stringstream content;
+        content << std::ifstream(folder.path() / "daten/Trash" / entry).rdbuf();
+        return content.str();
+    }
+};
+
+TEST_F(Basket, KeepsTheFileAndWhereItCameFrom) {
+    make("Alte Größe.tsd", "eins");
+    ASSERT_EQ(files.recycle(folder.name(u"alte größe.TSD")), SystemError::none);
+    make("Alte Größe.tsd", "zwei");
+    ASSERT_EQ(files.recycle(folder.name(u"Alte Größe.tsd")), SystemError::none);
+    EXPECT_FALSE(fs::exists(folder.path() / "Alte Größe.tsd"));
+    EXPECT_EQ(text("files/Alte Größe.tsd"), "eins");
+    EXPECT_EQ(text("files/Alte Größe.tsd.2"), "zwei");
+    const auto info = text("info/Alte Größe.tsd.trashinfo");
+    const auto path = "Path=" + folder.path().string() + "/Alte%20Gr%C3%B6%C3%9Fe.tsd\nDeletionDate=2";
+    EXPECT_TRUE(info.starts_with("[Trash Info]\n" + path)) << info;
+}
+
+TEST_F(Basket, RefusesOpenFilesAndFolders) {
+    const auto file = open(u"datei");
+    fs::create_directory(folder.path() / "ordner");
+    EXPECT_EQ(files.recycle(folder.name(u"datei")), SystemError::sharingViolation);
+    EXPECT_EQ(files.recycle(folder.name(u"ordner")), SystemError::accessDenied);
+    EXPECT_EQ(files.recycle(folder.name(u"fehlt")), SystemError::fileNotFound);
+    EXPECT_TRUE(fs::exists(folder.path() / "datei"));
+}
+
+TEST(PosixErrors, SystemNumbersBecomeOurs) {
+    struct Row {
+        int number;
+        SystemError error;
+    };
+    for (const Row row : {Row{0, SystemError::none}, Row{ENOENT, SystemError::fileNotFound},
+                          Row{ENOTDIR, SystemError::pathNotFound}, Row{EMFILE, SystemError::tooManyOpenFiles},
+                          Row{EACCES, SystemError::accessDenied}, Row{EPERM, SystemError::accessDenied},
+                          Row{EISDIR, SystemError::accessDenied}, Row{EROFS, SystemError::writeProtected},
+                          Row{ENOSPC, SystemError::diskFull}, Row{EDQUOT, SystemError::diskFull},
+                          Row{EIO, SystemError::deviceError}, Row{ENXIO, SystemError::notReady},
+                          Row{ENAMETOOLONG, SystemError::nameTooLong}, Row{ENOLCK, SystemError::notSupported},
+                          Row{ESTALE, SystemError::deviceError}, Row{987654, SystemError::deviceError}})
+        EXPECT_EQ(posix::fromErrno(row.number), row.error) << row.number;
+}
+
+}  // namespace
+}  // namespace tsRtm::test

@@ -1,0 +1,104 @@
+#include "tests/support/FailingFiles.hpp"
+
+namespace tsRtm::test {
+
+using namespace platform;
+
+class FailingFiles::Opening final : public File {
+ public:
+    Opening(FailingFiles& files, std::unique_ptr<File> inner) : files_(files), inner_(std::move(inner)) {}
+
+    Result<std::size_t> readAt(uint64 offset, std::span<std::byte> into) override {
+        if (const auto error = files_.next(); failed(error)) return error;
+        return inner_->readAt(offset, into);
+    }
+    SystemError writeAt(uint64 offset, std::span<const std::byte> bytes) override {
+        const auto error = files_.next();
+        return failed(error) ? error : inner_->writeAt(offset, bytes);
+    }
+    Result<uint64> size() override {
+        if (const auto error = files_.next(); failed(error)) return error;
+        return inner_->size();
+    }
+    SystemError resize(uint64 size) override {
+        const auto error = files_.next();
+        return failed(error) ? error : inner_->resize(size);
+    }
+    SystemError flush() override {
+        const auto error = files_.next();
+        return failed(error) ? error : inner_->flush();
+    }
+    SystemError tryLock(ByteRange range) override {
+        const auto error = files_.next();
+        return failed(error) ? error : inner_->tryLock(range);
+    }
+    SystemError unlock(ByteRange range) override {
+        const auto error = files_.next();
+        return failed(error) ? error : inner_->unlock(range);
+    }
+    Result<bool> isLocked(ByteRange range) override {
+        if (const auto error = files_.next(); failed(error)) return error;
+        return inner_->isLocked(range);
+    }
+    FileWindow* window() override { return nullptr; }
+    const Text& name() const noexcept override { return inner_->name(); }
+
+ private:
+    FailingFiles& files_;
+    std::unique_ptr<File> inner_;
+};
+
+void FailingFiles::failAt(int64 n, SystemError error, Times times) {
+    calls_ = 0;
+    failures_ = 0;
+    at_ = n;
+    error_ = error;
+    times_ = times;
+}
+
+SystemError FailingFiles::next() {
+    ++calls_;
+    const bool fails = at_ > 0 && (times_ == Times::once ? calls_ == at_ : calls_ >= at_);
+    if (!fails) return SystemError::none;
+    ++failures_;
+    return error_;
+}
+
+Result<std::unique_ptr<File>> FailingFiles::open(TextView name, OpenRequest request) {
+    if (const auto error = next(); failed(error)) return error;
+    auto opened = inner_.open(name, request);
+    if (!opened) return opened.error();
+    return std::unique_ptr<File>(std::make_unique<Opening>(*this, std::move(*opened)));
+}
+
+Result<FileStatus> FailingFiles::status(TextView name) {
+    if (const auto error = next(); failed(error)) return error;
+    return inner_.status(name);
+}
+
+SystemError FailingFiles::remove(TextView name) {
+    const auto error = next();
+    return failed(error) ? error : inner_.remove(name);
+}
+
+SystemError FailingFiles::rename(TextView from, TextView to, bool replace) {
+    const auto error = next();
+    return failed(error) ? error : inner_.rename(from, to, replace);
+}
+
+SystemError FailingFiles::makeFolder(TextView name) {
+    const auto error = next();
+    return failed(error) ? error : inner_.makeFolder(name);
+}
+
+Result<std::vector<FolderEntry>> FailingFiles::list(TextView folder) {
+    if (const auto error = next(); failed(error)) return error;
+    return inner_.list(folder);
+}
+
+SystemError FailingFiles::recycle(TextView name) {
+    const auto error = next();
+    return failed(error) ? error : inner_.recycle(name);
+}
+
+}  // namespace tsRtm::test

@@ -1,0 +1,215 @@
+#pragma once
+// A ground for tests: every interface of the seam but the files, settable and recording.
+//
+//     MemoryFiles files;                      // or any other file system
+//     StartedLibrary library(files);          // rtmMain runs on it until the end of the test
+//     library.ground.clock.set(Date::of(2024, 12, 31));
+//     library.ground.ui.answers = {6};        // one Yes
+//
+// A value that the library reads at its start is set before: make a TestGround, set it, and hand it to
+// StartedLibrary.
+#include <array>
+#include <deque>
+#include <functional>
+#include <map>
+#include <optional>
+#include <utility>
+
+#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/platform/Platform.hpp"
+
+namespace tsRtm::test {
+
+// Stands still: time passes only in sleep() and advance(), and the date moves along with it.
+class TestClock final : public platform::Clock {
+ public:
+    Date now() override;
+    std::chrono::nanoseconds elapsed() override { return elapsed_; }
+    void sleep(std::chrono::nanoseconds duration) override;
+
+    void set(Date moment);
+    void advance(std::chrono::nanoseconds duration) { elapsed_ += duration; }
+
+    std::function<void()> onSleep;  // called at every sleep, when its time has passed
+    int32 sleeps = 0;
+
+ private:
+    Date set_ = Date::of(2024, 6, 15, 12, 0, 0);
+    std::chrono::nanoseconds setAt_{0};
+    std::chrono::nanoseconds elapsed_{0};
+};
+
+// German unless another one is assigned; every item can be set.
+class TestLocale final : public platform::LocaleValues {
+ public:
+    TestLocale();
+    static TestLocale german() { return {}; }
+    static TestLocale english();  // United States
+    static TestLocale french();   // France
+
+    int32 lcid() override { return language; }
+    int32 langId() override { return language; }
+    int32 codePage() override { return page; }
+    Text item(platform::LocaleItem which) override;
+    Text weekdayName(int32 weekday) override;
+    Text monthName(int32 month) override;
+
+    int32 language = 1031;
+    int32 page = 1252;
+    std::map<platform::LocaleItem, Text> items;
+    std::array<Text, 7> weekdays;
+    std::array<Text, 12> months;
+};
+
+// A settings store in memory.
+class TestSettings final : public platform::Settings {
+ public:
+    std::optional<Text> get(platform::HKeys hive, TextView key, TextView name) override;
+    [[nodiscard]] platform::SystemError set(platform::HKeys hive, TextView key, TextView name,
+                                            TextView value) override;
+    [[nodiscard]] platform::SystemError remove(platform::HKeys hive, TextView key, TextView name) override;
+    std::vector<Text> names(platform::HKeys hive, TextView key) override;
+    std::vector<Text> keys(platform::HKeys hive, TextView key) override;
+
+    // Shorthands for the two keys below which the library starts: Software\Tessarol of a user and of the
+    // machine.
+    void user(TextView name, TextView value);
+    void machine(TextView name, TextView value);
+
+    bool damaged = false;  // reads as empty, refuses to be written
+
+ private:
+    struct IgnoringCase {
+        bool operator()(const Text& a, const Text& b) const { return upper(a) < upper(b); }
+    };
+    using Values = std::map<Text, Text, IgnoringCase>;
+    std::map<platform::HKeys, std::map<Text, Values, IgnoringCase>> hives_;
+};
+
+// A machine whose every answer is a field.
+class TestSystem final : public platform::SystemInfo {
+ public:
+    platform::OsVersion osVersion() override { return os; }
+    platform::Processor processor() override { return cpu; }
+    bool is64Bit() override { return wide; }
+    bool isUserAdmin() override { return admin; }
+    int32 elevationType() override { return elevation; }
+    Text hostPath() override { return host; }
+    platform::VolumeInfo volumeInfo(TextView root) override;
+    platform::ScreenMetrics screen() override { return metrics; }
+    Text folder(platform::FolderId id, bool create) override;
+    Text tempFolder() override { return temp; }
+    bool checkAccess(TextView path, int32 mask) override { return !access || access(path, mask); }
+    Text userName() override { return user; }
+    char16_t pathDelimiter() override { return delimiter; }
+
+    platform::OsVersion os;
+    platform::Processor cpu;
+    bool wide = true;
+    bool admin = false;
+    int32 elevation = 1;
+    Text host = u"/opt/host/Anwendung.exe";
+    platform::VolumeInfo volume{u"ext4", 255};
+    std::vector<Text> volumesAsked;
+    platform::ScreenMetrics metrics;
+    std::map<platform::FolderId, Text> folders;          // there
+    std::map<platform::FolderId, Text> foldersWhenMade;  // not there, but can be made
+    Text temp = u"/tmp/";
+    std::function<bool(TextView path, int32 mask)> access;  // empty: everything is allowed
+    Text user = u"tester";
+    char16_t delimiter = u'/';
+};
+
+// A user who follows a script and whose screen is recorded.
+class ScriptedUi final : public platform::UserInterface {
+ public:
+    // The next scripted answer, else the default answer; without both the test fails and the box throws.
+    int32 show(const platform::MessageBox& box) override;
+    void showMessageWindow(TextView message) override;
+    void hideMessageWindow() override { windowOpen = false; }
+    void status(TextView message) override { statusLines.emplace_back(message); }
+    void processEvents() override;
+    void beep() override { ++beeps; }
+    int32 comCtlVersion() override { return controls; }
+    Text systemCaption(int32 number) override;
+    bool hasSystemCaptions() override { return ownCaptions; }
+    Text keyName(int32 virtualKey) override;
+
+    // A click on the Abort button of the message window.
+    void clickAbort();
+
+    std::deque<int32> answers;
+    std::optional<int32> defaultAnswer;
+    std::vector<platform::MessageBox> boxes;
+    std::vector<Text> windowTexts;  // of the message window
+    bool windowOpen = false;
+    std::vector<Text> statusLines;
+    int32 beeps = 0;
+    int32 eventRounds = 0;
+    std::function<void()> onEvents;  // called in every processEvents
+    int32 controls = 610;
+    bool ownCaptions = false;
+    std::map<int32, Text> captions;
+    std::vector<int32> captionsAsked;
+    std::map<int32, Text> keyNames;
+};
+
+// A file system in which there is nothing and nothing can be made.
+class NoFiles final : public platform::FileSystem {
+ public:
+    platform::Result<std::unique_ptr<platform::File>> open(TextView name,
+                                                           platform::OpenRequest request) override;
+    platform::Result<platform::FileStatus> status(TextView name) override;
+    [[nodiscard]] platform::SystemError remove(TextView name) override;
+    [[nodiscard]] platform::SystemError rename(TextView from, TextView to, bool replace) override;
+    [[nodiscard]] platform::SystemError makeFolder(TextView name) override;
+    platform::Result<std::vector<platform::FolderEntry>> list(TextView folder) override;
+    platform::DriveKind driveKind(TextView name) override;
+    [[nodiscard]] platform::SystemError recycle(TextView name) override;
+};
+
+// The doubles together. The Platform that on() gives refers to them: it must not outlive them.
+struct TestGround {
+    TestClock clock;
+    TestLocale locale;
+    TestSettings settings;
+    TestSystem system;
+    ScriptedUi ui;
+
+    platform::Platform on(platform::FileSystem& files) {
+        return {files, clock, locale, settings, system, ui};
+    }
+};
+
+// The library, started afresh on a test ground; ends with the object. One at a time.
+class StartedLibrary {
+ public:
+    StartedLibrary() : StartedLibrary(none()) {}
+    explicit StartedLibrary(platform::FileSystem& files)
+        : own_(std::make_unique<TestGround>()), ground(*own_), platform(ground.on(files)) {
+        rtmMain::TEST_restart(platform);
+    }
+    StartedLibrary(TestGround& prepared, platform::FileSystem& files)
+        : ground(prepared), platform(ground.on(files)) {
+        rtmMain::TEST_restart(platform);
+    }
+    explicit StartedLibrary(TestGround& prepared) : StartedLibrary(prepared, none()) {}
+    ~StartedLibrary() {
+        if (&rtmMain::system() == &platform) rtmMain::TEST_forget();  // unless a newer one has taken over
+    }
+    StartedLibrary(const StartedLibrary&) = delete;
+    StartedLibrary& operator=(const StartedLibrary&) = delete;
+
+    // Starts anew on the same ground, so that changed values are read.
+    void restart() { rtmMain::TEST_restart(platform); }
+
+ private:
+    static platform::FileSystem& none();
+    std::unique_ptr<TestGround> own_;
+
+ public:
+    TestGround& ground;
+    platform::Platform platform;
+};
+
+}  // namespace tsRtm::test

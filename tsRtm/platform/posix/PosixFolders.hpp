@@ -1,0 +1,20 @@
+#pragma once
+// The folders of the user after the XDG base directory rules; no delimiter at the end.
+#include <string>
+
+#include "tsRtm/platform/SystemError.hpp"
+
+namespace tsRtm::platform::posix {
+
+std::string homeFolder();       // $HOME, else what the user database says
+std::string configFolder();     // $XDG_CONFIG_HOME or ~/.config
+std::string dataFolder();       // $XDG_DATA_HOME or ~/.local/share
+std::string documentsFolder();  // XDG_DOCUMENTS_DIR of user-dirs.dirs, else the home folder
+std::string tempFolderPath();   // $TMPDIR or /tmp
+
+bool isFolder(const std::string& path);
+// Makes a folder and those above it that are missing, as a rule for the owner alone. True where it is there
+// now.
+bool makeFolders(const std::string& path, unsigned mode = 0700);
+
+}  // namespace tsRtm::platform::posix

@@ -1,0 +1,103 @@
+#include "tsRtm/platform/posix/PosixOpening.hpp"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+
+#include "tsRtm/platform/posix/PosixErrors.hpp"
+#include "tsRtm/platform/posix/PosixLocks.hpp"
+
+namespace tsRtm::platform::posix {
+namespace {
+
+// Not blocking, so that a pipe without a partner cannot hang us; the flag means nothing to a regular file.
+constexpr int kFlags = O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+constexpr mode_t kNewFile = 0666;
+
+Handle openDescriptor(const std::string& path, int flags) noexcept {
+    int descriptor = -1;
+    do descriptor = ::open(path.c_str(), flags | kFlags, kNewFile);
+    while (descriptor < 0 && errno == EINTR);
+    return Handle(descriptor);
+}
+
+bool mayNotWrite(int error) noexcept { return error == EACCES || error == EPERM || error == EROFS; }
+
+Result<Handle> openForRequest(const std::string& path, OpenRequest request) {
+    const bool change =
+        request.access == Access::readWrite || request.disposition == Disposition::createEmpty;
+    const int create = request.disposition == Disposition::openExisting ? 0 : O_CREAT;
+    if (change || request.sharing == Sharing::none) {
+        // An exclusive lock needs the right to write, so an exclusive reader asks for it, too, and does
+        // without if need be.
+        auto handle = openDescriptor(path, O_RDWR | create);
+        if (handle) return handle;
+        if (change || !mayNotWrite(errno)) return lastError();
+    }
+    auto handle = openDescriptor(path, O_RDONLY | create);
+    if (!handle) return lastError();
+    return handle;
+}
+
+SystemError asSharing(SystemError error) noexcept {
+    return error == SystemError::lockViolation ? SystemError::sharingViolation : error;
+}
+
+// For a descriptor that may not write: keeps later exclusive openings out and is refused when others are
+// there, but cannot keep later shared openings out.
+SystemError shareReadOnlyExclusively(int descriptor) {
+    if (const auto error = setLock(descriptor, kShareByte, LockKind::shared); failed(error)) return error;
+    const auto others = lockedByOthers(descriptor, kShareByte);
+    if (!others) return others.error();
+    return *others ? SystemError::lockViolation : SystemError::none;
+}
+
+SystemError takeShare(int descriptor, Sharing sharing) {
+    auto error = SystemError::none;
+    if (sharing == Sharing::all)
+        error = setLock(descriptor, kShareByte, LockKind::shared);
+    else
+        error = setLock(descriptor, kShareByte, LockKind::exclusive);
+    if (error == SystemError::invalidHandle) error = shareReadOnlyExclusively(descriptor);
+    return error == SystemError::notSupported ? SystemError::none : asSharing(error);
+}
+
+}  // namespace
+
+bool readOnlyMode(unsigned mode) noexcept { return (mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0; }
+
+Result<Handle> openShared(const std::string& path, OpenRequest request) {
+    // Asked before the opening: to open a device or a pipe may do something.
+    struct stat before {};
+    const bool exists = ::stat(path.c_str(), &before) == 0;
+    const bool change =
+        request.access == Access::readWrite || request.disposition == Disposition::createEmpty;
+    if (exists && (!S_ISREG(before.st_mode) || (change && readOnlyMode(before.st_mode))))
+        return SystemError::accessDenied;
+
+    auto opened = openForRequest(path, request);
+    if (!opened) return opened.error();
+    const int descriptor = opened->get();
+    struct stat status {};
+    if (::fstat(descriptor, &status) != 0) return lastError();
+    if (!S_ISREG(status.st_mode)) return SystemError::accessDenied;
+    if (const auto error = takeShare(descriptor, request.sharing); failed(error)) return error;
+    // Emptied only now: an opening that is refused leaves the content alone.
+    const bool empty = request.disposition == Disposition::createEmpty && status.st_size != 0;
+    if (empty && ::ftruncate(descriptor, 0) != 0) return lastError();
+    return opened;
+}
+
+Result<Handle> holdForRemoval(const std::string& path) {
+    struct stat status {};
+    if (::lstat(path.c_str(), &status) != 0) return lastError();
+    if (!S_ISREG(status.st_mode)) return Handle();
+    auto handle = openDescriptor(path, O_RDWR);
+    if (!handle) handle = openDescriptor(path, O_RDONLY);
+    if (!handle) return Handle();
+    if (const auto error = takeShare(handle.get(), Sharing::none); failed(error)) return error;
+    return handle;
+}
+
+}  // namespace tsRtm::platform::posix

@@ -1,0 +1,34 @@
+#include "tsRtm/platform/posix/PosixPlatform.hpp"
+
+#include <iostream>
+
+#include "tsRtm/platform/posix/ConsoleUserInterface.hpp"
+#include "tsRtm/platform/posix/PosixClock.hpp"
+#include "tsRtm/platform/posix/PosixFileSystem.hpp"
+#include "tsRtm/platform/posix/PosixFolders.hpp"
+#include "tsRtm/platform/posix/PosixLocale.hpp"
+#include "tsRtm/platform/posix/PosixSettings.hpp"
+#include "tsRtm/platform/posix/PosixSystemInfo.hpp"
+
+namespace tsRtm::platform {
+namespace {
+
+struct Ground {
+    posix::PosixFileSystem files;
+    posix::PosixClock clock;
+    posix::PosixLocale locale{posix::environmentLocale()};
+    posix::PosixSettings settings{posix::configFolder() + "/tessarol", "/etc/tessarol"};
+    posix::PosixSystemInfo system;
+    posix::ConsoleUserInterface ui{std::cin, std::cerr, posix::atTerminal()};
+    Platform platform{files, clock, locale, settings, system, ui};
+};
+
+}  // namespace
+
+Platform& posixPlatform() {
+    // Never destroyed: global objects may ask for it while the process ends.
+    static Ground& ground = *new Ground;
+    return ground.platform;
+}
+
+}  // namespace tsRtm::platform

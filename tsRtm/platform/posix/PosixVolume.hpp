@@ -1,0 +1,19 @@
+#pragma once
+// The file system on which a file lies.
+#include <string>
+
+#include "tsRtm/platform/FileSystem.hpp"
+
+namespace tsRtm::platform::posix {
+
+struct Volume {
+    Text fileSystem;  // "ext4", "nfs" ..., the number in hexadecimal digits where it has no name here
+    int32 maxComponent = 255;  // bytes
+    DriveKind kind = DriveKind::unknown;
+};
+
+// DriveKind::unknown where the system gives no answer.
+Volume volumeOf(int descriptor);
+Volume volumeOf(const std::string& path);
+
+}  // namespace tsRtm::platform::posix
