@@ -1,0 +1,178 @@
+#include "tsRtm/frame/text/ConversionsTopic.hpp"
+
+#include <array>
+#include <limits>
+
+#include "tests/frame/text/GermanLocale.hpp"
+#include "tests/support/MemoryFiles.hpp"
+#include "tests/support/TestGround.hpp"
+#include "tsRtm/frame/text/CodePages.hpp"
+#include "tsRtm/types/Failure.hpp"
+
+namespace tsRtm {
+namespace {
+
+class Conversions : public test::GermanLocale {
+ protected:
+    ConversionsTopic topic;
+};
+
+TEST_F(Conversions, ByteStrings) {
+    for (const int32 value : {0, 1, -1, 255, 256, 0x12345678, std::numeric_limits<int32>::min(),
+                              std::numeric_limits<int32>::max(), static_cast<int32>(0x9D8F8D81)})
+        EXPECT_EQ(topic.LongVal(topic.MKL(value), 1), value);
+    EXPECT_EQ(topic.MKL(-1), Text(4, u'ÿ'));
+    EXPECT_EQ(topic.MKI(65536), Text(2, u'\0'));
+    EXPECT_EQ(topic.WordVal(topic.MKI(-2), 1), 65534);
+
+    EXPECT_EQ(topic.ByteVal(u"", 1), -1);
+    EXPECT_EQ(topic.ByteVal(u"A", 0), -1);
+    EXPECT_EQ(topic.ByteVal(u"€", 1), 0x80);
+    EXPECT_EQ(topic.WordVal(u"AB", 1), 0x4241);
+    EXPECT_EQ(topic.WordVal(u"AB", 2), 0);
+    EXPECT_EQ(topic.LongVal(u"ABCD", 2), 0);
+    EXPECT_EQ(topic.LongVal(u"ABCD", std::numeric_limits<int32>::min()), 0);
+
+    EXPECT_EQ(topic.HiWord(-1), 65535);
+    EXPECT_EQ(topic.LoWord(-2), 65534);
+    EXPECT_EQ(topic.HiByte(0x12345678), 0x56);
+    EXPECT_EQ(topic.LoByte(0x12345678), 0x78);
+}
+
+TEST_F(Conversions, MarksOfValuesChangeWithTheCodePage) {
+    const Text dos = fromAnsi("\x84.1.2");
+    EXPECT_EQ(topic.ConvertToWin(dos, typALLES), u"ä.1.2");
+    EXPECT_EQ(topic.ConvertToWin(dos, typWERT), u"ä,1.2");
+    EXPECT_EQ(topic.ConvertToWin(dos, typDATUM), u"ä:1.2");
+    EXPECT_EQ(topic.ConvertToDos(u"ä:1:2", typDATUM), fromAnsi("\x84.1:2"));
+    EXPECT_EQ(topic.ConvertToDos(u"ä,1,2", typWERT), fromAnsi("\x84.1,2"));
+    EXPECT_EQ(topic.ConvertToDos(u"ä,1", typNN), fromAnsi("\x84,1"));
+}
+
+TEST_F(Conversions, Utf8) {
+    EXPECT_EQ(topic.AnsiToUTF8(u"ä€"), u"Ã¤â‚¬");
+    EXPECT_EQ(topic.UTF8ToAnsi(u"Ã¤â‚¬"), u"ä€");
+    EXPECT_EQ(topic.UTF8ToAnsi(topic.AnsiToUTF8(u"日本 \U0001F600")), u"日本 \U0001F600");
+    EXPECT_EQ(topic.UTF8ToAnsi(u""), u"");
+}
+
+TEST_F(Conversions, Searching) {
+    EXPECT_EQ(topic.Tally(u"aaa", u"aa"), 1);
+    EXPECT_EQ(topic.Tally(u"abc", u"ax", true), 1);
+    EXPECT_EQ(topic.Tally(u"aXbX", u"XX", true), 4);
+    EXPECT_EQ(topic.Tally(u"abc", u""), 0);
+
+    EXPECT_EQ(topic.InstrAny(u"a;b,c", u",;"), 2);
+    EXPECT_EQ(topic.InstrAny(u"a;b,c", u",;", 3), 4);
+    EXPECT_EQ(topic.InstrAny(u"a;b,c", u",;", -7), 2);
+    EXPECT_EQ(topic.InstrAny(u"a;b", u";", 9), 0);
+    EXPECT_EQ(topic.InstrAny(u"a;b", u""), 0);
+
+    EXPECT_EQ(topic.InstrNext(u"a.b.c", u"."), 2);
+    EXPECT_EQ(topic.InstrNext(u"a.b.c", u".", 3), 4);
+    EXPECT_EQ(topic.InstrNext(u"a.b.c", u".", 0, false), 4);
+    EXPECT_EQ(topic.InstrNext(u"a.b.c", u".", 99, false), 4);
+    EXPECT_EQ(topic.InstrNext(u"a.b.c", u".", 3, false), 2);
+    EXPECT_EQ(topic.InstrNext(u"a.b.c", u".", 1, false), 0);
+    EXPECT_EQ(topic.InstrNext(u"", u".", 0, false), 0);
+
+    Text text = u"a|b|";
+    topic.ChangeChar(text, u'|', static_cast<int16>(0xFFFD));
+    EXPECT_EQ(text,
+              u"a\uFFFD"
+              u"b\uFFFD");
+    EXPECT_EQ(topic.LPSTRToVB(Text(u"ab\0c", 4)), u"ab");
+    EXPECT_EQ(topic.LPSTRToVB(u"ab"), u"ab");
+}
+
+TEST_F(Conversions, ToBool) {
+    for (const TextView yes : {u"-1", u"0.9", u"1", u" 1", u"yes", u"Ja", u"w", u"Wahr", u"true", u"100"})
+        EXPECT_TRUE(topic.ToBool(yes)) << toUtf8(yes);
+    for (const TextView no : {u"", u"0", u"Nein", u"0001", u"0.01", u"ja ", u"on"})
+        EXPECT_FALSE(topic.ToBool(no)) << toUtf8(no);
+}
+
+TEST_F(Conversions, Euro) {
+    EXPECT_EQ(topic.ConvertEuro(1.95583, true), 1);
+    EXPECT_DOUBLE_EQ(topic.ConvertEuro(100, false), 195.583);
+}
+
+TEST_F(Conversions, RetiredFormIsRefused) {
+    Text text = u"abc";
+    try {
+        topic.SchlAlt(text, 1);
+    } catch (const Failure& failure) {
+        EXPECT_EQ(failure.Number(), 445);
+        EXPECT_EQ(failure.Source(), u"clsRtm.SchlAlt");
+        EXPECT_EQ(failure.Description(), u"Diese Methode ist obsolet");
+    }
+}
+
+// The key file in which byte n has the value 3n + 1.
+Bytes keyFile() {
+    Bytes bytes;
+    for (int i = 0; i < 256; ++i) bytes.push_back(static_cast<char>(3 * i + 1));
+    return bytes;
+}
+
+TEST(Schluessel, XorsFromTheLastByteOn) {
+    test::MemoryFiles files;
+    files.put(u"/opt/host/KeyTS.dat", keyFile());
+    test::StartedLibrary library(files);
+    ConversionsTopic topic;
+
+    Text text = u"Ä";
+    topic.Schluessel(text, 2 + 3 * 65536 + 256 * 77);
+    // Offset (K[2] xor 2) + 3 = (7 xor 2) + 3 = 8; K[8] = 25. Bits 8 to 15 of the start count nothing.
+    EXPECT_EQ(text, Text(1, ansiToUnicode(0xC4 ^ 25)));
+
+    text = u"ab";
+    topic.Schluessel(text, 2 + 3 * 65536);
+    EXPECT_EQ(toAnsi(text), Bytes({'a' ^ 28, 'b' ^ 25}));
+
+    Text all;
+    for (int i = 0; i < 300; ++i) all.push_back(ansiToUnicode(static_cast<uint8>(i)));
+    for (const int32 start : {0, 1, -1, 0x00FF00FF, std::numeric_limits<int32>::min()}) {
+        Text twice = all;
+        topic.Schluessel(twice, start);
+        EXPECT_NE(twice, all);
+        topic.Schluessel(twice, start);
+        EXPECT_EQ(twice, all);
+    }
+    EXPECT_TRUE(library.ground.ui.boxes.empty());
+}
+
+TEST(Schluessel, KeyFileInRuntimeDirServesToo) {
+    test::MemoryFiles files;
+    test::StartedLibrary library(files);
+    rtmMain::state().runtimeDir = u"/srv/rtm";
+    files.put(u"/opt/host/KeyTS.dat", "cut short");
+    files.put(u"/srv/rtm/KeyTS.dat", keyFile());
+    ConversionsTopic topic;
+    Text text = u"a";
+    topic.Schluessel(text, 0);
+    EXPECT_EQ(toAnsi(text), Bytes(1, 'a' ^ 4));
+}
+
+TEST(Schluessel, WithoutKeyFileTheTextStays) {
+    test::MemoryFiles files;
+    test::StartedLibrary library(files);
+    library.ground.ui.defaultAnswer = 1;
+    rtmMain::state().runtimeDir = u"/srv/rtm";
+    ConversionsTopic topic;
+    Text text;
+    topic.Schluessel(text, 5);
+    EXPECT_TRUE(library.ground.ui.boxes.empty());  // an empty text needs no key
+
+    text = u"geheim";
+    topic.Schluessel(text, 5);
+    topic.Schluessel(text, 5);
+    EXPECT_EQ(text, u"geheim");
+    EXPECT_EQ(rtmMain::state().F, 53);
+    ASSERT_EQ(library.ground.ui.boxes.size(), 1u);  // once an object
+    EXPECT_EQ(library.ground.ui.boxes[0].title, u"SchluesselB");
+    EXPECT_EQ(library.ground.ui.boxes[0].body, u"/srv/rtm/KeyTS.dat\rDatei fehlt");
+}
+
+}  // namespace
+}  // namespace tsRtm

@@ -1,0 +1,222 @@
+#include "tsRtm/frame/text/TextOrder.hpp"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <fstream>
+#include <random>
+#include <vector>
+
+#include "tsRtm/frame/text/CodePages.hpp"
+
+namespace tsRtm {
+namespace {
+
+int sign(std::strong_ordering order) { return order < 0 ? -1 : order > 0 ? 1 : 0; }
+
+Bytes ansiKey(BytesView text) {
+    Bytes key;
+    appendSortKeyAnsi(key, text);
+    return key;
+}
+
+Bytes textKey(TextView text) {
+    Bytes key;
+    appendSortKey(key, text);
+    return key;
+}
+
+Bytes dosKey(BytesView text) {
+    Bytes key;
+    appendSortKeyDos(key, text);
+    return key;
+}
+
+int compareBytes(const Bytes& a, const Bytes& b) { return sign(a.compare(b) <=> 0); }
+
+// Every face gives the same answer for texts of the code page.
+void expectOrder(const Bytes& a, const Bytes& b, int expected) {
+    EXPECT_EQ(sign(compareAnsi(a, b)), expected);
+    EXPECT_EQ(sign(compareAnsi(b, a)), -expected);
+    EXPECT_EQ(compareBytes(ansiKey(a), ansiKey(b)), expected);
+    EXPECT_EQ(sign(AnsiSearchKey(a).compare(b)), expected);
+    EXPECT_EQ(TextCompare(fromAnsi(a), fromAnsi(b)), expected);
+    EXPECT_EQ(textKey(fromAnsi(a)), ansiKey(a));
+}
+
+TEST(TextOrder, AgreesWithMeasuredPairs) {
+    std::ifstream file(TSRTM_TEST_DATA "/text-order-pairs.tsv");
+    std::string line;
+    std::getline(file, line);
+    int count = 0;
+    while (std::getline(file, line)) {
+        SCOPED_TRACE(line);
+        const auto first = line.find('\t');
+        const auto second = line.find('\t', first + 1);
+        ASSERT_NE(second, std::string::npos);
+        expectOrder(toAnsi(fromUtf8(line.substr(0, first))),
+                    toAnsi(fromUtf8(line.substr(first + 1, second - first - 1))),
+                    std::stoi(line.substr(second + 1)));
+        ++count;
+    }
+    EXPECT_EQ(count, 600);
+}
+
+TEST(TextOrder, RareCharacters) {
+    using namespace std::string_literals;
+    struct Case {
+        Bytes a, b;
+        int order;
+    };
+    const Case cases[] = {
+        {"", "\0"s, 0},  // NUL and the soft hyphen weigh nothing
+        {"Amts\xADgericht", "Amtsgericht", 0},
+        {"", "\x01", -1},      // control characters least,
+        {"\x01", "\x1F", -1},  //   among themselves by code,
+        {"\x1F", "\x7F", -1},
+        {"\x7F", "-", -1},  //   below hyphen and dashes
+        {"'", "-", -1},
+        {"-", "\x96", -1},
+        {"\x96", "\x97", -1},
+        {"-", " ", -1},
+        {" ", "\xA0", -1},  // the hard blank behind the blank
+        {"\xA0", "\t", -1},
+        {"\x8C\xC6\xDE", "oeaeth", 0},  // expanding letters
+        {"\x9C", "od", 1},
+        {"\x9C", "of", -1},
+        {"a", "\xAA", -1},  // superscripts behind their letters, before the next one
+        {"\xAA", "b", -1},
+        {"2", "\xB2", -1},
+        {"\xB2", "3", -1},
+        {"\xFF", "\x9F", 0},
+        {"Zzzz", "\x8E", 1},
+        {"coop", "co-op", -1},  // a hyphen decides only at the end,
+        {"co-op", "coopa", -1},
+        {"c-oop", "co-op", 1},      //   the earlier one is the greater
+        {"e\xEA", "\xE9\x65", -1},  // so with accents
+        {"co-op\xE9", "coope", 1},  // accents before hyphens
+        {"co-ope", "coop\xE9", -1},
+    };
+    for (const auto& one : cases) {
+        SCOPED_TRACE(toUtf8(fromAnsi(one.a)) + " against " + toUtf8(fromAnsi(one.b)));
+        expectOrder(one.a, one.b, one.order);
+    }
+    EXPECT_EQ(lastAnsiByte(), 0x8E);
+}
+
+// Texts that are often nearly alike, so that every level is reached.
+class RandomTexts {
+ public:
+    Bytes next(std::size_t longest) {
+        static constexpr BytesView kTies =
+            "aAbB \xE4\xC4\xDF-'\xAD\xB2"
+            "2\x01s";
+        Bytes text(random_() % (longest + 1), ' ');
+        for (char& c : text)
+            c = random_() % 8 == 0 ? static_cast<char>(random_() % 256) : kTies[random_() % kTies.size()];
+        return text;
+    }
+    // The text with one byte changed, put in or taken out.
+    Bytes changed(Bytes text) {
+        const auto at = random_() % (text.size() + 1);
+        const auto byte = next(1);
+        return text.replace(at, random_() % 2, byte);
+    }
+    std::size_t number(std::size_t below) { return random_() % below; }
+
+ private:
+    std::mt19937 random_{20240615};
+};
+
+TEST(TextOrder, FacesAgreeOnRandomTexts) {
+    RandomTexts random;
+    for (int i = 0; i < 20000; ++i) {
+        const Bytes a = random.next(i % 16 == 0 ? 300 : 7);
+        const Bytes b = random.number(3) == 0 ? random.next(7) : random.changed(a);
+        // Bytes of a key compare transitively, so agreement proves that the others do.
+        const int byKey = compareBytes(ansiKey(a), ansiKey(b));
+        expectOrder(a, b, byKey);
+        EXPECT_EQ(ansiKey(a).find('\0'), Bytes::npos);
+        if (HasFailure()) FAIL() << toUtf8(fromAnsi(a)) << " against " << toUtf8(fromAnsi(b));
+    }
+}
+
+TEST(TextOrder, PiecesAreOneTextJoinedByBlanks) {
+    RandomTexts random;
+    for (int i = 0; i < 5000; ++i) {
+        const std::array<Bytes, 3> fields = {random.next(4), random.next(4), random.next(4)};
+        const std::array<BytesView, 3> views = {fields[0], fields[1], fields[2]};
+        const std::size_t count = 1 + random.number(3);
+        const Pieces pieces(views.data(), count);
+        Bytes joined = fields[0];
+        for (std::size_t k = 1; k < count; ++k) joined += " " + fields[k];
+        const Bytes search = random.number(2) == 0 ? random.next(14) : random.changed(joined);
+
+        EXPECT_EQ(sign(AnsiSearchKey(search).compare(pieces)), sign(compareAnsi(search, joined)));
+        EXPECT_EQ(sign(DosSearchKey(search).compare(pieces)), sign(compareDos(search, joined)));
+        Bytes ansi, dos;
+        appendSortKeyAnsi(ansi, pieces);
+        appendSortKeyDos(dos, pieces);
+        EXPECT_EQ(ansi, ansiKey(joined));
+        EXPECT_EQ(dos, dosKey(joined));
+        if (HasFailure()) FAIL() << toUtf8(fromAnsi(search)) << " against " << toUtf8(fromAnsi(joined));
+    }
+}
+
+TEST(TextOrder, ManyPlacesBetweenMarks) {
+    // Distances beyond one byte of the key; an early accent beats a late one.
+    for (const std::size_t distance : {238u, 239u, 240u, 241u, 479u, 480u, 481u, 2000u}) {
+        SCOPED_TRACE(distance);
+        const Bytes plain(2100, 'a');
+        Bytes late = plain, later = plain;
+        late[distance] = '\xE4';
+        later[distance + 1] = '\xE4';
+        expectOrder(late, later, 1);
+        expectOrder(plain, later, -1);
+    }
+}
+
+TEST(TextOrder, CharactersOutsideTheCodePage) {
+    // Emoji: ICU sorts them before letters.
+    const Text ordered[] = {u"",     u"Ž",    u"Žá",  u"Zoe",   u"\U0001F600", u"\U0001F600\U0001F601",
+                            u"Č",    u"Ł",    u"Ła",  u"Łan-a", u"Λάμδα",      u"Елка",
+                            u"Ёлка", u"Елки", u"日本"};
+    for (std::size_t i = 0; i < std::size(ordered); ++i)
+        for (std::size_t j = 0; j < std::size(ordered); ++j) {
+            SCOPED_TRACE(toUtf8(ordered[i]) + " against " + toUtf8(ordered[j]));
+            EXPECT_EQ(TextCompare(ordered[i], ordered[j]), i < j ? -1 : i > j ? 1 : 0);
+            EXPECT_EQ(compareBytes(textKey(ordered[i]), textKey(ordered[j])), i < j ? -1 : i > j ? 1 : 0);
+        }
+    EXPECT_EQ(TextCompare(u"ŁÓDŹ", u"łódź"), 0);
+    EXPECT_EQ(TextCompare(Text(u"Ł") + u'\0' + u"ć", u"łĆ"), 0);
+    EXPECT_EQ(textKey(u"日本-\xD800").find('\0'), Bytes::npos);
+}
+
+TEST(DosOrder, FoldsCaseAndAccents) {
+    const auto dos = [](const Text& text) { return ansiToOem(toAnsi(text)); };
+    struct Case {
+        Text a, b;
+        int order;
+    };
+    const Case cases[] = {
+        {u"müller", u"MULLER", 0}, {u"Größe", u"GROSE", 0},
+        {u"Éclair", u"eclair", 0}, {u"Ångström", u"ANGSTROM", 0},
+        {u"æ", u"Æ", 0},           {u"Æ", u"Z", 1},
+        {u"þ", u"Þ", 0},           {u"Straße", u"Strasse", -1},
+        {u"Meier", u"Meier ", -1}, {u"a-b", u"aab", -1},
+        {u"_", u"a", 1},           {u"[", u"a", 1},
+    };
+    for (const auto& one : cases) {
+        SCOPED_TRACE(toUtf8(one.a) + " against " + toUtf8(one.b));
+        EXPECT_EQ(sign(compareDos(dos(one.a), dos(one.b))), one.order);
+        EXPECT_EQ(compareBytes(dosKey(dos(one.a)), dosKey(dos(one.b))), one.order);
+        EXPECT_EQ(sign(DosSearchKey(dos(one.a)).compare(dos(one.b))), one.order);
+    }
+    // Range searches end in 255, a hard blank in this code page.
+    for (int code = 0; code < 255; ++code)
+        EXPECT_EQ(sign(compareDos(Bytes(1, static_cast<char>(code)), "\xFF")), -1);
+    EXPECT_EQ(dosKey(Bytes(1, '\0')).find('\0'), Bytes::npos);
+}
+
+}  // namespace
+}  // namespace tsRtm

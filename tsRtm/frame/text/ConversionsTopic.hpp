@@ -1,0 +1,77 @@
+#pragma once
+// The topic of clsRtm for conversions: numbers and text, code pages, byte strings, searching in text, stored
+// markup.
+#include "tsRtm/frame/text/Scrambler.hpp"
+#include "tsRtm/types/Text.hpp"
+#include "tsRtm/types/Typen.hpp"
+
+namespace tsRtm {
+
+// Separators are those of the locale, read anew at each call. Positions are 1-based. Nothing raises on a bad
+// argument but SchlAlt, and the number formats for an infinite number (6). What one header of this folder
+// does free of an object it tells in full; here stands what is this class's own.
+class ConversionsTopic {
+ public:
+    // Numbers and text (NumberText.hpp).
+    float64 TSVal(TextView text) const;
+    Text TSStr(float64 Zahl, int32 NachKomma = 2, bool Mit1000er = false) const;
+    Text TSString(float64 Zahl) const;
+    void Runden(int32 NachKomma, float64& Wert, Text& SWert) const;
+    void Waehrung(float64 Wert, Text& SWert) const;
+    float64 HolZahl(TextView text, int32 Position, int32& Laenge) const;
+    // By the fixed rate 1.95583 DM (Council Regulation (EC) 2866/98): true gives Euro, false DM. Does not
+    // round.
+    float64 ConvertEuro(float64 Wert, bool Richtung) const noexcept;
+    // Whether the first three characters of a numeric text are a number other than 0, or the text is "T",
+    // "TRUE", "W", "WAHR", "J", "JA", "Y" or "YES" in any case.
+    bool ToBool(TextView text) const;
+
+    // The DOS code page (CodePages.hpp). Decimal and time marks of values (typWERT, typDATUM) change with it.
+    Text ConvertToWin(TextView A, Typen Typ) const;
+    Text ConvertToDos(TextView A, Typen Typ) const;
+    // From and to a ByteText of UTF-8; malformed sequences become U+FFFD.
+    Text UTF8ToAnsi(TextView text) const;
+    ByteText AnsiToUTF8(TextView text) const;
+
+    // Byte strings (ByteStrings.hpp).
+    ByteText MKI(int32 Zahl) const;
+    ByteText MKL(int32 Wert) const;
+    int32 ByteVal(TextView text, int32 Position) const noexcept;
+    int32 WordVal(TextView s, int32 Posi) const noexcept;
+    int32 LongVal(TextView text, int32 Position) const noexcept;
+    int32 LoWord(int32 value) const noexcept;
+    int32 HiWord(int32 value) const noexcept;
+    int32 LoByte(int32 value) const noexcept;
+    int32 HiByte(int32 value) const noexcept;
+
+    // Occurrences of Char that do not overlap; with JedesZeichen those of each of its characters, added up. 0
+    // for an empty Char.
+    int32 Tally(TextView text, TextView Char, bool JedesZeichen = false) const;
+    // The first place from Start on where one of the characters stands; 0 for none.
+    int32 InstrAny(TextView text, TextView Zeichen, int32 Start = 1) const noexcept;
+    // The same from Start to the right, or to the left down to 1. A Start outside the text is its end on the
+    // way left, 1 on the way right where it is below 1.
+    int32 InstrNext(TextView text, TextView Zeichenkette, int32 Start = 0,
+                    bool NachRechts = true) const noexcept;
+    // Replaces each code unit AltChar by NeuChar.
+    void ChangeChar(Text& A, int16 AltChar, int16 NeuChar) const noexcept;
+    // "Liefert den übergebenen String bis zum ersten Null-Byte zurück"; without one the whole text.
+    Text LPSTRToVB(TextView A) const;
+
+    // Scrambles a text in place, through its bytes in code page 1252; applied twice with the same Start it
+    // gives the text back. Records 53 in F and shows a box where KeyTS.dat is missing; the text then stays as
+    // it is.
+    void Schluessel(Text& text, int32 Start);
+    // The retired form. Raises 445.
+    [[noreturn]] void SchlAlt(Text& text, int32 Start) const;
+
+    // Stored markup (Markup.hpp) and RTF (RtfReader.hpp).
+    Text ConvertToRTF(TextView OriginalText, bool OhneHeader = false) const;
+    // Plain text of an RTF text; a text that does not begin with "{" comes back unchanged.
+    Text ConvertRTFToText(TextView RTFText) const;
+
+ private:
+    Scrambler scrambler_;
+};
+
+}  // namespace tsRtm

@@ -1,0 +1,67 @@
+#include "tsRtm/frame/text/Scrambler.hpp"
+
+#include <algorithm>
+#include <span>
+#include <utility>
+
+#include "tsRtm/frame/rtmMain.hpp"
+
+namespace tsRtm {
+namespace {
+
+constexpr TextView kFileName = u"KeyTS.dat";
+
+TextView folderOf(TextView path) {
+    const auto last = path.find_last_of(u"/\\");
+    return last == TextView::npos ? TextView() : path.substr(0, last + 1);
+}
+
+Text inFolder(TextView folder) {
+    const bool delimited = folder.empty() || folder.back() == u'/' || folder.back() == u'\\';
+    return Text(folder) + (delimited ? Text() : rtmMain::PathDelimiter()) + Text(kFileName);
+}
+
+void report(const Text& path) {
+    const Text message = path + u"\rDatei fehlt";
+    rtmMain::state().F = 53;
+    rtmMain::DebugLog(u"SchluesselB: " + path + u" Datei fehlt");
+    platform::MessageBox box;
+    box.title = u"SchluesselB";
+    box.body = message;
+    box.answers = {1};
+    rtmMain::system().ui.show(box);
+}
+
+}  // namespace
+
+bool Scrambler::read(TextView path) {
+    const auto file = rtmMain::system().files.open(path, {});
+    if (!file) return false;
+    std::array<uint8, 256> bytes{};
+    const auto count = (*file)->readAt(0, std::as_writable_bytes(std::span(bytes)));
+    // A cut table would scramble otherwise than the whole one, and nobody could read it back.
+    if (!count || *count < bytes.size()) return false;
+    keys_ = bytes;
+    return true;
+}
+
+void Scrambler::load() {
+    if (std::exchange(loaded_, true)) return;
+    const Text besideHost = inFolder(folderOf(rtmMain::state().hostPath));
+    const Text besideRuntime = inFolder(rtmMain::state().runtimeDir);
+    if (!read(besideHost) && !read(besideRuntime)) report(besideRuntime);
+}
+
+void Scrambler::scramble(Bytes& bytes, int32 start) {
+    if (bytes.empty()) return;
+    load();
+    const auto bits = static_cast<uint32>(start);
+    const auto low = static_cast<uint8>(bits);
+    // Bits 16 to 23: the byte between the two has no part in it.
+    const auto high = static_cast<uint8>(bits >> 16);
+    auto offset = static_cast<uint8>((keys_[low] ^ low) + high);
+    std::for_each(bytes.rbegin(), bytes.rend(),
+                  [&](char& c) { c = static_cast<char>(static_cast<uint8>(c) ^ keys_[offset++]); });
+}
+
+}  // namespace tsRtm

@@ -1,0 +1,26 @@
+#pragma once
+// Scrambles stored texts.
+#include <array>
+
+#include "tsRtm/types/Text.hpp"
+
+namespace tsRtm {
+
+// By 256 key bytes from the file KeyTS.dat of the installation, loaded at the first use.
+class Scrambler {
+ public:
+    // Scrambles in place; the same call takes it back. Without a key file the bytes stay as they are.
+    //
+    // The file is looked for in the host's folder, then in RuntimeDir. Where neither has 256 bytes of it, the
+    // first use records 53 in F, logs and shows a box.
+    void scramble(Bytes& bytes, int32 start);
+
+ private:
+    void load();
+    bool read(TextView path);
+
+    std::array<uint8, 256> keys_{};
+    bool loaded_ = false;
+};
+
+}  // namespace tsRtm

@@ -1,0 +1,200 @@
+#include "tsRtm/frame/text/TextOrder.hpp"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "tsRtm/frame/text/CodePages.hpp"
+#include "tsRtm/frame/text/ForeignOrder.hpp"
+#include "tsRtm/frame/text/TextOrderMarks.hpp"
+
+namespace tsRtm {
+namespace {
+
+using textorder::kForeign;
+using textorder::kLevelEnd;
+using textorder::kMarked;
+using textorder::tables;
+
+// Gives the base weights of a text one by one, 0 at its end, and remembers whether a further level has a
+// weight.
+class BaseWalker {
+ public:
+    explicit BaseWalker(BytesView text) noexcept : at_(text.data()), end_(text.data() + text.size()) {}
+
+    uint8 next() noexcept {
+        if (second_ != 0) return std::exchange(second_, uint8{0});
+        while (at_ != end_) {
+            const auto code = static_cast<uint8>(*at_++);
+            const uint16 quick = tables.quick[code];
+            seen_ |= quick;
+            if (const auto weight = static_cast<uint8>(quick)) return weight;
+            if (tables.base[code] != 0) {
+                second_ = tables.second[code];
+                return tables.base[code];
+            }
+        }
+        return 0;
+    }
+    bool marked() const noexcept { return (seen_ & kMarked) != 0; }
+
+ private:
+    const char* at_;
+    const char* end_;
+    unsigned seen_ = 0;
+    uint8 second_ = 0;
+};
+
+std::size_t commonPrefix(BytesView a, BytesView b) noexcept {
+    const std::size_t shorter = std::min(a.size(), b.size());
+    std::size_t at = 0;
+    for (uint64 x = 0, y = 0; at + sizeof x <= shorter; at += sizeof x) {
+        std::memcpy(&x, a.data() + at, sizeof x);
+        std::memcpy(&y, b.data() + at, sizeof y);
+        if (x != y) break;
+    }
+    return at;
+}
+
+// Appends base weights; answers whether a further level has a weight.
+bool appendBase(Bytes& key, BytesView text) {
+    key.reserve(key.size() + text.size() + 1);
+    BaseWalker walker(text);
+    while (const uint8 weight = walker.next()) key.push_back(static_cast<char>(weight));
+    return walker.marked();
+}
+
+bool appendBase(Bytes& key, Pieces pieces) {
+    bool marked = false;
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        if (i != 0) key.push_back(static_cast<char>(tables.base[' ']));
+        marked |= appendBase(key, pieces[i]);
+    }
+    return marked;
+}
+
+// The base weight of a character of Text, 0 for none or several, kForeign for one outside the code page.
+uint8 simpleWeight(char16_t c) noexcept {
+    const int32 code = c < 0x80 ? c : unicodeToAnsi(c);
+    return code < 0 ? kForeign : static_cast<uint8>(tables.quick[static_cast<std::size_t>(code)]);
+}
+
+bool isJoined(BytesView text, Pieces pieces) noexcept {
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        if (i != 0) {
+            if (!text.starts_with(' ')) return false;
+            text.remove_prefix(1);
+        }
+        if (!text.starts_with(pieces[i])) return false;
+        text.remove_prefix(pieces[i].size());
+    }
+    return text.empty();
+}
+
+std::strong_ordering compareByKeys(TextView a, TextView b) {
+    Bytes keyA, keyB;
+    appendSortKey(keyA, a);
+    appendSortKey(keyB, b);
+    return keyA.compare(keyB) <=> 0;
+}
+
+}  // namespace
+
+std::strong_ordering compareAnsi(BytesView a, BytesView b) noexcept {
+    // What is alike byte for byte weighs alike on every level.
+    const std::size_t alike = commonPrefix(a, b);
+    a.remove_prefix(alike);
+    b.remove_prefix(alike);
+    BaseWalker walkerA(a), walkerB(b);
+    for (;;) {
+        const uint8 weightA = walkerA.next();
+        const uint8 weightB = walkerB.next();
+        if (weightA != weightB) return weightA <=> weightB;
+        if (weightA == 0) break;
+    }
+    if (!walkerA.marked() && !walkerB.marked()) return std::strong_ordering::equal;
+    return textorder::compareMarks(Pieces(&a, 1), Pieces(&b, 1));
+}
+
+std::strong_ordering compareText(TextView a, TextView b) {
+    const std::size_t shorter = std::min(a.size(), b.size());
+    for (std::size_t i = 0; i < shorter; ++i) {
+        if (a[i] == b[i]) continue;
+        const uint8 weightA = simpleWeight(a[i]);
+        const uint8 weightB = simpleWeight(b[i]);
+        const bool simple = weightA != 0 && weightB != 0 && weightA != kForeign && weightB != kForeign;
+        if (!simple) return compareByKeys(a, b);
+        if (weightA != weightB) return weightA <=> weightB;
+    }
+    if (a == b) return std::strong_ordering::equal;
+    return compareByKeys(a, b);
+}
+
+void appendSortKeyAnsi(Bytes& key, BytesView text) { appendSortKeyAnsi(key, Pieces(&text, 1)); }
+
+void appendSortKeyAnsi(Bytes& key, Pieces pieces) {
+    if (appendBase(key, pieces)) textorder::appendMarks(key, pieces);
+}
+
+void appendSortKey(Bytes& key, TextView text) {
+    Bytes ansi;
+    ansi.reserve(text.size());
+    for (const char16_t c : text) {
+        const int32 code = unicodeToAnsi(c);
+        if (code < 0) return textorder::appendForeignSortKey(key, text);
+        ansi.push_back(static_cast<char>(code));
+    }
+    appendSortKeyAnsi(key, ansi);
+}
+
+uint8 lastAnsiByte() noexcept {
+    static const uint8 last = [] {
+        char best = 'Z';
+        for (int code = 0; code < 256; ++code) {
+            const char candidate = static_cast<char>(code);
+            if (compareAnsi({&candidate, 1}, {&best, 1}) > 0) best = candidate;
+        }
+        return static_cast<uint8>(best);
+    }();
+    return last;
+}
+
+AnsiSearchKey::AnsiSearchKey(BytesView text) : text_(text) {
+    marked_ = appendBase(weights_, text);
+    weights_.push_back(static_cast<char>(kLevelEnd));
+}
+
+std::strong_ordering AnsiSearchKey::compare(Pieces record) const noexcept {
+    const char* key = weights_.data();
+    const auto due = [&key] { return static_cast<uint8>(*key); };
+    unsigned seen = marked_ ? kMarked : 0;
+    for (std::size_t i = 0; i < record.size(); ++i) {
+        if (i != 0) {
+            const uint8 blank = tables.base[' '];
+            if (due() != blank) return due() <=> blank;
+            ++key;
+        }
+        for (const char c : record[i]) {
+            const auto code = static_cast<uint8>(c);
+            const uint16 quick = tables.quick[code];
+            const auto weight = static_cast<uint8>(quick);
+            seen |= quick;
+            if (weight == due()) {
+                ++key;
+            } else if (weight != 0) {
+                return due() <=> weight;
+            } else if (tables.base[code] != 0) {
+                if (due() != tables.base[code]) return due() <=> tables.base[code];
+                ++key;
+                if (due() != tables.second[code]) return due() <=> tables.second[code];
+                ++key;
+            }
+        }
+    }
+    if (due() != kLevelEnd) return std::strong_ordering::greater;
+    if ((seen & kMarked) == 0 || isJoined(text_, record)) return std::strong_ordering::equal;
+    const BytesView text = text_;
+    return textorder::compareMarks(Pieces(&text, 1), record);
+}
+
+}  // namespace tsRtm
