@@ -1,0 +1,86 @@
+#pragma once
+// The file layer on files in memory, with a standing clock, a scripted user and faults on demand.
+#include <gtest/gtest.h>
+
+#include "tests/frame/files/RefusingFiles.hpp"
+#include "tests/support/TempFolder.hpp"
+#include "tests/support/TestGround.hpp"
+#include "tsRtm/frame/MessagesTopic.hpp"
+#include "tsRtm/frame/files/FilesTopic.hpp"
+#include "tsRtm/platform/posix/PosixPlatform.hpp"
+
+namespace tsRtm::test {
+
+using platform::Access;
+using platform::Disposition;
+using platform::Sharing;
+using platform::SystemError;
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
+class FilesTest : public ::testing::Test {
+ protected:
+    MemoryFiles memory;
+    RefusingFiles disk{memory};
+    StartedLibrary library{disk};
+    MessagesTopic messages;
+    FilesTopic files{messages};
+
+    TestClock& clock() { return library.ground.clock; }
+    ScriptedUi& ui() { return library.ground.ui; }
+    static int32& F() { return rtmMain::state().F; }
+
+    const Text root = u"/w";
+    void SetUp() override { memory.putFolder(root); }
+
+    Text path(std::string_view name) const { return root + u"/" + fromUtf8(name); }
+    Text write(std::string_view name, BytesView bytes) {
+        memory.put(path(name), bytes);
+        return path(name);
+    }
+    Bytes read(std::string_view name) const { return memory.dump(path(name)); }
+    std::size_t entries() { return memory.list(root)->size(); }
+    // Somebody else's opening of a file.
+    std::unique_ptr<platform::File> other(const Text& name, Sharing sharing,
+                                          Access access = Access::readWrite) {
+        auto opened = memory.open(name, {access, sharing, Disposition::openExisting});
+        return opened ? std::move(*opened) : nullptr;
+    }
+    int32 open(const Text& name, int32 mode, bool shared = true, int32 warten = -1) {
+        int32 number = -1;
+        files.DB_Open(name, number, mode, shared, 0, warten);
+        return number;
+    }
+};
+
+// The file layer on the real disk.
+class DiskTest : public ::testing::Test {
+ protected:
+    TempFolder folder;
+    StartedLibrary library{platform::posixPlatform().files};
+    MessagesTopic messages;
+    FilesTopic files{messages};
+};
+
+// The number that work raises, 0 where it raises nothing.
+template <class Work>
+int32 raisedBy(Work work) {
+    try {
+        work();
+    } catch (const Failure& failure) {
+        return failure.Number();
+    }
+    return 0;
+}
+
+template <class Work>
+std::string messageOf(Work work) {
+    try {
+        work();
+    } catch (const Failure& failure) {
+        return toUtf8(failure.Source() + u" / " + failure.Description());
+    }
+    return {};
+}
+
+}  // namespace tsRtm::test

@@ -1,0 +1,188 @@
+#include "tests/frame/files/FilesFixture.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+using namespace std::string_view_literals;
+using Numbered = FilesTest;
+
+struct PiecesCase {
+    std::string_view content;
+    std::vector<Text> pieces;
+};
+class Lines : public FilesTest, public ::testing::WithParamInterface<PiecesCase> {};
+TEST_P(Lines, AreReadUpToAnyLineEnd) {
+    const int32 number = open(write("a", GetParam().content), 1);
+    std::vector<Text> lines;
+    while (!files.TS_Eof(number)) lines.push_back(files.TS_LineInput(number));
+    EXPECT_EQ(lines, GetParam().pieces);
+    EXPECT_EQ(raisedBy([&] { files.TS_LineInput(number); }), 62);
+}
+INSTANTIATE_TEST_SUITE_P(Table, Lines,
+                         ::testing::Values(PiecesCase{"", {}}, PiecesCase{"a", {u"a"}},
+                                           PiecesCase{"a\r\nb\nc\rd", {u"a", u"b", u"c", u"d"}},
+                                           PiecesCase{"\r\n\n\r", {u"", u"", u""}},
+                                           PiecesCase{"\xE4\x80\r\n"sv, {u"ä€"}},
+                                           PiecesCase{"a\r\n\x1A"
+                                                      "b\r\n"sv,
+                                                      {u"a"}}));
+
+class Items : public FilesTest, public ::testing::WithParamInterface<PiecesCase> {};
+TEST_P(Items, AreReadUpToCommaOrLineEnd) {
+    const int32 number = open(write("a", GetParam().content), 1);
+    std::vector<Text> items;
+    while (!files.TS_Eof(number)) items.push_back(files.TS_Input(number));
+    EXPECT_EQ(items, GetParam().pieces);
+    EXPECT_EQ(raisedBy([&] { files.TS_Input(number); }), 62);
+}
+INSTANTIATE_TEST_SUITE_P(Table, Items,
+                         ::testing::Values(PiecesCase{"a,b\r\nc", {u"a", u"b", u"c"}},
+                                           PiecesCase{"  a b ,,\nc", {u"a b ", u"", u"", u"c"}},
+                                           PiecesCase{"\"a,b\r\nc\" , d", {u"a,b\r\nc", u"d"}},
+                                           PiecesCase{"\"open", {u"open"}},
+                                           PiecesCase{"\"\",x", {u"", u"x"}}));
+
+TEST_F(Numbered, LinesLongerThanTheReadAheadStayWhole) {
+    const Bytes line(40000, 'x');
+    const int32 number = open(write("a", line + "\r\n" + line), 1);
+    EXPECT_EQ(files.TS_LineInput(number).size(), 40000u);
+    EXPECT_EQ(files.TS_Seek(number), 40003);
+    EXPECT_EQ(files.TS_LineInput(number).size(), 40000u);
+}
+
+TEST_F(Numbered, SeekReportsSetsAndGoesBehindTheEnd) {
+    const int32 number = open(write("a", Bytes(100, 'x')), 4);
+    EXPECT_EQ(files.TS_Seek(number, 0), 1);
+    EXPECT_EQ(files.TS_Seek(number, 7), 7);
+    EXPECT_EQ(files.TS_Seek(number, 0), 7);
+    EXPECT_EQ(files.TS_Seek(number, -5), 105);
+    EXPECT_TRUE(files.TS_Eof(number));
+}
+
+TEST_F(Numbered, GetAndPutWorkFromPositionOne) {
+    const int32 number = open(write("a", "abcdef"), 4);
+    files.TS_Put(number, 2, u"Ä\u0001");
+    EXPECT_EQ(read("a"),
+              "a\xC4\x01"
+              "def");
+    ByteText bytes(3, u'-');
+    files.TS_Get(number, 5, bytes);
+    EXPECT_EQ(bytes, u"ef-") << "bytes behind the end stay";
+    files.TS_Put(number, 9, u"z");
+    EXPECT_EQ(files.TS_Lof(number), 9);
+    EXPECT_EQ(raisedBy([&] { files.TS_Get(number, 0, bytes); }), 63);
+    EXPECT_EQ(raisedBy([&] { files.TS_Put(number, -1, u"x"); }), 63);
+}
+
+TEST_F(Numbered, SequentialGetSeeksAndNeedsAllBytes) {
+    const int32 number = open(write("a", "abcdef"), 1);
+    EXPECT_EQ(files.TS_LineInput(number), u"abcdef");
+    ByteText bytes(2, u' ');
+    files.TS_Get(number, 3, bytes);
+    EXPECT_EQ(bytes, u"cd");
+    files.TS_Get(number, 0, bytes);
+    EXPECT_EQ(bytes, u"ef");
+    EXPECT_EQ(raisedBy([&] { files.TS_Get(number, 6, bytes); }), 62);
+}
+
+TEST_F(Numbered, PrintEndsLinesWithCrLfAndAppendsBehindTheEnd) {
+    const Text name = write("a", "old");
+    int32 number = 0;
+    files.OpenAppend(name, number);
+    files.TS_Print(number, u"Größe");
+    files.TS_Close(number);
+    EXPECT_EQ(read("a"),
+              "oldGr\xF6\xDF"
+              "e\r\n");
+    files.OpenWrite(name, number);
+    files.TS_Print(number, u"");
+    files.TS_Close(number);
+    EXPECT_EQ(read("a"), "\r\n");
+}
+
+TEST_F(Numbered, FullDiskLeavesNoHalfLine) {
+    const Text name = path("a");
+    const int32 number = open(name, 2);
+    memory.setFreeSpace(10);
+    files.TS_Print(number, u"12345");
+    EXPECT_EQ(raisedBy([&] { files.TS_Print(number, u"67890"); }), 61);
+    EXPECT_EQ(read("a"), "12345\r\n");
+    memory.setFreeSpace({});
+    files.TS_Print(number, u"next");
+    EXPECT_EQ(read("a"), "12345\r\nnext\r\n");
+}
+
+TEST_F(Numbered, FailuresNameOperationAndFileAndLeaveFAlone) {
+    F() = 53;
+    EXPECT_TRUE(messageOf([&] { files.TS_Eof(9); }).starts_with("clsRtm:TS_Eof / Datei: 9: "));
+    const int32 number = open(write("a", ""), 1);
+    F() = 53;
+    EXPECT_TRUE(messageOf([&] {
+                    files.TS_LineInput(number);
+                }).starts_with("clsRtm:TS_LineInput / Datei: " + toUtf8(path("a")) + ": "));
+    EXPECT_EQ(raisedBy([&] { files.TS_Print(number, u"x"); }), 54);
+    EXPECT_EQ(raisedBy([&] { files.TS_Put(number, 1, u"x"); }), 54);
+    EXPECT_EQ(F(), 53);
+    files.TS_Close(number);
+    EXPECT_EQ(raisedBy([&] { files.TS_Close(number); }), 52);
+    EXPECT_EQ(raisedBy([&] { files.file(number); }), 52);
+}
+
+TEST_F(Numbered, LockedBytesOfOthersShow) {
+    const Text name = write("a", "x");
+    const int32 number = open(name, 4);
+    const auto holder = other(name, Sharing::all);
+    ASSERT_EQ(holder->tryLock({20, 1}), SystemError::none);
+    EXPECT_TRUE(files.DB_IsLocked(number, 21));
+    EXPECT_FALSE(files.DB_IsLocked(number, 20));
+    EXPECT_FALSE(files.DB_IsLocked(number, 0));
+    EXPECT_FALSE(files.DB_IsLocked(77, 21));
+    ASSERT_EQ(files.file(number).tryLock({40, 1}), SystemError::none);
+    EXPECT_FALSE(files.DB_IsLocked(number, 41)) << "one's own lock does not show";
+}
+
+TEST_F(Numbered, OldRecordsComeAndGo) {
+    int32 number = 0;
+    files.OldOpenRandom(path("a"), number, 10, 3);
+    const Bytes free = "\xFF\r        ";
+    EXPECT_EQ(read("a"), free + free + free);
+
+    std::vector<Text> fields(3, u"stale");
+    files.OldGet(number, 2, 10, fields);
+    EXPECT_EQ(fields, (std::vector<Text>{u"", u"", u""})) << "a free record";
+
+    F() = 0;
+    files.OldPut(number, 2, 10, {u"äb", u"c"});
+    files.OldPut(number, 3, 10, {u"much too", u"long"});
+    EXPECT_EQ(read("a"), free +
+                             "\xE4"
+                             "b\rc\r     " +
+                             "much too\rl");
+    files.OldGet(number, 2, 10, fields);
+    EXPECT_EQ(fields, (std::vector<Text>{u"äb", u"c", u""}));
+    files.OldGet(number, 3, 10, fields);
+    EXPECT_EQ(fields, (std::vector<Text>{u"much too", u"", u""})) << "its last end is cut off";
+
+    files.OldPut(number, 2, 10, {u"\u00FF", u"ignored"});
+    F() = 70;
+    files.OldPut(number, 1, 10, {u"x"});
+    EXPECT_EQ(read("a").substr(0, 20), free + free) << "nothing is written while a failure is recorded";
+    EXPECT_EQ(F(), 70);
+    // A line feed behind a field's end belongs to it.
+    files.TS_Put(number, 1, u"a\r\nb\r");
+    files.OldGet(number, 1, 10, fields);
+    EXPECT_EQ(fields, (std::vector<Text>{u"a", u"b", u""}));
+}
+
+TEST_F(Numbered, OldFileOnAFullDiskStaysEmptyAndIsShown) {
+    memory.setFreeSpace(25);
+    ui().defaultAnswer = 1;
+    int32 number = 0;
+    files.OldOpenRandom(path("a"), number, 10, 3);
+    EXPECT_EQ(F(), 61);
+    EXPECT_EQ(ui().boxes.size(), 1u);
+    EXPECT_EQ(read("a"), "");
+}
+
+}  // namespace
+}  // namespace tsRtm::test

@@ -1,0 +1,172 @@
+#include <fstream>
+#include <iterator>
+
+#include "tests/frame/files/FilesFixture.hpp"
+#include "tsRtm/frame/files/Wildcards.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+using Paths = FilesTest;
+
+TEST(Wildcards, FollowTheFolderRule) {
+    struct Case {
+        TextView name, pattern;
+        bool matches;
+    };
+    for (const auto& [name, pattern, matches] :
+         std::initializer_list<Case>{{u"a.txt", u"*.TXT", true},
+                                     {u"a.txt", u"", true},
+                                     {u"a.txt", u"?.txt", true},
+                                     {u"ab.txt", u"?.txt", false},
+                                     {u"a.txt.bak", u"*.txt", false},
+                                     {u"aXbXc", u"*x*c", true},
+                                     {u"readme", u"*.*", true},
+                                     {u"readme", u"*.", true},
+                                     {u"a.b", u"*.", false},
+                                     {u"readme", u"read*.?", false},
+                                     {u"ä", u"Ä", true},
+                                     {u"", u"*", true},
+                                     {u"data.tsd", u"Data*.tsd", true},
+                                     {u"aaaaaaaaaaaaab", u"*a*a*a*a*a*c", false}})
+        EXPECT_EQ(wildcards::matchesEntry(name, pattern), matches) << toUtf8(name) << " " << toUtf8(pattern);
+}
+
+TEST(PathParts, OfEveryKindOfName) {
+    struct Case {
+        TextView path, drive, folder, file, base, ext;
+    };
+    for (const auto& [path, drive, folder, file, base, ext] : std::initializer_list<Case>{
+             {u"C:\\a\\b.txt", u"C:", u"C:\\a", u"b.txt", u"b", u"txt"},
+             {u"C:\\b", u"C:", u"C:\\", u"b", u"b", u""},
+             {u"C:\\", u"C:", u"", u"", u"", u""},
+             {u"\\\\srv\\share\\a.b.c", u"\\\\srv\\share", u"\\\\srv\\share\\", u"a.b.c", u"a.b", u"c"},
+             {u"/home/x/y.tar.gz", u"/", u"/home/x", u"y.tar.gz", u"y.tar", u"gz"},
+             {u"/a", u"/", u"/", u"a", u"a", u""},
+             {u"/a/b/", u"/", u"/a", u"b", u"b", u""},
+             {u"b.txt", u"", u"", u"b.txt", u"b", u"txt"},
+             {u"", u"", u"", u"", u"", u""}}) {
+        const auto of = toUtf8(path);
+        EXPECT_EQ(FilesTopic::DriveName(path), drive) << of;
+        EXPECT_EQ(FilesTopic::PathName(path), folder) << of;
+        EXPECT_EQ(FilesTopic::FileName(path), file) << of;
+        EXPECT_EQ(FilesTopic::BaseName(path), base) << of;
+        EXPECT_EQ(FilesTopic::ExtName(path), ext) << of;
+    }
+}
+
+TEST_F(Paths, AreJoinedByThePlatformsDelimiter) {
+    EXPECT_EQ(FilesTopic::MakePath({u"/a", u"", u"b"}), u"/a/b");
+    EXPECT_EQ(FilesTopic::MakePath({u"/a/", u"/b"}), u"/a/b");
+    EXPECT_EQ(FilesTopic::MakePath({u"", u"b"}), u"b");
+    EXPECT_EQ(FilesTopic::MakePath({}), u"");
+    EXPECT_EQ(FilesTopic::MakePath({u"a", 7}), u"a/7");
+    const Text longName(300, u'x');
+    EXPECT_EQ(FilesTopic::MakePath({u"a", longName, u"b"}).size(), 304u);
+    rtmMain::state().os.major = 5;
+    EXPECT_EQ(FilesTopic::MakePath({u"a", longName, u"b"}), u"a/b")
+        << "without long paths the part is left out";
+}
+
+TEST_F(Paths, CleanupAndTempName) {
+    EXPECT_EQ(FilesTopic::PathCleanup(u" a:b "), u"ab");
+    EXPECT_EQ(FilesTopic::PathCleanup(u"\\/:*?\"<>|"), u"");
+    EXPECT_EQ(FilesTopic::PathCleanup(Text(300, u'x')).size(), 260u);
+    EXPECT_TRUE(wildcards::matches(FilesTopic::TempName(), u"rad?????.tmp"));
+    EXPECT_NE(FilesTopic::TempName() + FilesTopic::TempName(),
+              FilesTopic::TempName() + FilesTopic::TempName());
+}
+
+TEST_F(Paths, ExistTellsFilesFromFolders) {
+    const Text name = write("a.txt", "x");
+    memory.putFolder(path("sub.txt"));
+    EXPECT_TRUE(FilesTopic::Exist(name));
+    EXPECT_TRUE(FilesTopic::Exist(path("?.t*")));
+    EXPECT_FALSE(FilesTopic::Exist(path("s*.txt")));
+    EXPECT_FALSE(FilesTopic::Exist(root));
+    EXPECT_FALSE(FilesTopic::Exist(u""));
+    EXPECT_FALSE(FilesTopic::Exist(path("none/*")));
+    EXPECT_TRUE(FilesTopic::ExistFolder(root));
+    EXPECT_TRUE(FilesTopic::ExistFolder(path("s*.txt")));
+    EXPECT_FALSE(FilesTopic::ExistFolder(name));
+    EXPECT_FALSE(FilesTopic::ExistFolder(u""));
+    EXPECT_TRUE(FilesTopic::ExistFolder(u"?:\\"));
+}
+
+TEST_F(Paths, GetAllFilesListsAddsAndErases) {
+    for (const char* name : {"b.TXT", "a.txt", "c", ".hidden", "d.txt.bak"}) write(name, "x");
+    memory.putFolder(path("e.txt"));
+    memory.setHidden(path(".hidden"), true);
+    std::vector<Text> list{u"stale"};
+    EXPECT_EQ(FilesTopic::GetAllFiles(root, u"*.txt", list), 2);
+    EXPECT_EQ(list, (std::vector<Text>{u"a.txt", u"b.TXT"}));
+    EXPECT_EQ(FilesTopic::GetAllFiles(root, u"c", list, true, 1), 3);
+    EXPECT_EQ(list.back(), path("c"));
+    EXPECT_EQ(FilesTopic::GetAllFiles(root, u"*.txt", list, false, -1, false, true), 3);
+    EXPECT_EQ(list.back(), path("e.txt")) << "folders come by full path";
+    EXPECT_EQ(FilesTopic::GetAllFiles(root, u"", list), 5);
+    EXPECT_EQ(FilesTopic::GetAllFiles(root, u"", list, false, -1, true), 4) << "without the hidden one";
+    EXPECT_EQ(FilesTopic::GetAllFiles(path("none"), u"", list, false, 1), 2);
+    EXPECT_EQ(list.size(), 4u) << "an unreadable folder leaves a list that is added to";
+    EXPECT_EQ(FilesTopic::GetAllFiles(path("none"), u"", list), 0);
+    EXPECT_TRUE(list.empty());
+}
+
+TEST_F(Paths, ReplaceKeepsABackupAndNeverLosesTheOld) {
+    const Text old = write("a.dat", "old"), fresh = write("new", "fresh");
+    disk.renameError = SystemError::sharingViolation;
+    EXPECT_FALSE(files.TSReplaceFile(old, fresh, true));
+    disk.renameError.reset();
+    memory.setFreeSpace(1);
+    EXPECT_FALSE(files.TSReplaceFile(old, fresh, true));
+    memory.setFreeSpace({});
+    EXPECT_EQ(read("a.dat") + read("new"), "oldfresh");
+    EXPECT_EQ(entries(), 2);
+    EXPECT_TRUE(files.TSReplaceFile(old, fresh, true));
+    EXPECT_EQ(read("a.dat") + read("a.sik"), "freshold");
+    EXPECT_EQ(entries(), 2);
+    EXPECT_FALSE(files.TSReplaceFile(old, path("none"), false));
+    EXPECT_TRUE(files.TSReplaceFile(path("b.dat"), old, true));
+    EXPECT_EQ(read("b.dat"), "fresh");
+}
+
+// Keeps a second name of the file, to see what became of its bytes.
+TEST_F(DiskTest, SecureKillOverwritesAllBytesBeforeItDeletes) {
+    for (const std::size_t size : {0u, 1u, 65536u, 200001u}) {
+        const auto kept = folder.path() / ("kept" + std::to_string(size));
+        std::ofstream(folder.path() / "a", std::ios::binary) << Bytes(size, 'x');
+        std::filesystem::create_hard_link(folder.path() / "a", kept);
+        EXPECT_TRUE(files.SecureKill(folder.name(u"a")));
+        EXPECT_FALSE(FilesTopic::Exist(folder.name(u"a")));
+        std::ifstream stream(kept, std::ios::binary);
+        EXPECT_EQ(Bytes(std::istreambuf_iterator<char>(stream), {}), Bytes(size, '\0'));
+    }
+}
+
+TEST_F(Paths, SecureKillWorksOnPatternsAndOnFilesInUse) {
+    write("a1", "x");
+    write("a2", "y");
+    write("b", "z");
+    EXPECT_TRUE(files.SecureKill(path("a*")));
+    EXPECT_FALSE(files.SecureKill(path("a*")));
+    EXPECT_FALSE(files.SecureKill(path("none")));
+    EXPECT_EQ(entries(), 1);
+    auto reader = other(path("b"), Sharing::all);
+    EXPECT_FALSE(files.SecureKill(path("b"))) << "others hold it open: overwritten, but it stays";
+    std::byte seen{};
+    ASSERT_EQ(*reader->readAt(0, std::span(&seen, 1)), 1u);
+    EXPECT_EQ(seen, std::byte(0x55));
+
+    const Text locked = write("c", "z");
+    const auto holder = other(locked, Sharing::none);
+    EXPECT_EQ(raisedBy([&] { files.SecureKill(locked); }), 70);
+    EXPECT_TRUE(messageOf([&] {
+                    files.SecureKill(locked);
+                }).starts_with("clsRtm / SecureKillThis(" + toUtf8(locked) + "): 70 - "));
+    EXPECT_EQ(read("c"), "z");
+    disk.removeError = SystemError::sharingViolation;
+    EXPECT_FALSE(files.SecureKill(write("d", "z")));
+}
+
+}  // namespace
+}  // namespace tsRtm::test

@@ -1,0 +1,145 @@
+// Whole text files with their encodings.
+#include <algorithm>
+#include <limits>
+
+#include "tsRtm/frame/MessagesTopic.hpp"
+#include "tsRtm/frame/files/FilesTopic.hpp"
+#include "tsRtm/frame/files/SystemFailures.hpp"
+#include "tsRtm/frame/rtmMain.hpp"
+
+namespace tsRtm {
+
+namespace {
+
+constexpr char16_t oldEndOfFile = 26;
+
+// Closes its handle on all ways out.
+class OpenHandle {
+ public:
+    OpenHandle(FilesTopic& files, int32 handle) : files_(files), handle_(handle) {}
+    ~OpenHandle() {
+        if (handle_ == 0) return;
+        try {
+            files_.CloseAPI(handle_);
+        } catch (const Failure&) {
+            // Closed by another way already.
+        }
+    }
+    OpenHandle(const OpenHandle&) = delete;
+    OpenHandle& operator=(const OpenHandle&) = delete;
+    operator int32() const noexcept { return handle_; }
+
+ private:
+    FilesTopic& files_;
+    int32 handle_;
+};
+
+// A file without a mark says nothing about its code page: then the DOS code page stays the caller's choice.
+int32 detectedOr850(int32 detected, int32 asked) {
+    return detected == ANSI1252 && asked == CP850 ? static_cast<int32>(CP850) : detected;
+}
+
+void needSupported(int32 encoding, TextView operation, TextView name) {
+    if (encodings::supported(encoding)) return;
+    raise(321, u"clsRtm." + Text(operation),
+          u"Dieses Dateiformat (Encoding=" + toText(encoding) + u") wird in \"" + Text(name) +
+              u"\" nicht unterstützt");
+}
+
+}  // namespace
+
+int32 FilesTopic::DetectEncoding(int32 Handle) {
+    HandleFile* const opened = handles_.find(Handle);
+    if (!opened) return ANSI1252;
+    Bytes head(4, '\0');
+    const auto read = opened->file->readAt(0, std::as_writable_bytes(std::span(head)));
+    head.resize(read.ok() ? *read : 0);
+    const auto detected = encodings::detect(head);
+    opened->position = detected.textBegin.value_or(head.size());
+    return detected.encoding;
+}
+
+Bytes FilesTopic::readFrom(int32 Handle, int64 Position, int64 Count) {
+    // A text is counted in int32.
+    if (Count > std::numeric_limits<int32>::max()) raise(6, u"clsRtm.GetContentAPI", failureText(6));
+    Bytes bytes(static_cast<std::size_t>(std::max<int64>(Count, 0)), '\0');
+    if (bytes.empty()) return bytes;
+    const Text details = u" Position " + toText(Position) + u" Count " + toText(Count);
+    bytes.resize(
+        readCall(Handle, u"GetBytesAPI", details, Position, std::as_writable_bytes(std::span(bytes))));
+    return bytes;
+}
+
+Text FilesTopic::GetContentAPI(TextView Name, int32& Encoding, Date& Datum) {
+    Text text;
+    {
+        const OpenHandle handle(*this, OpenBinaryAPI(Name, true, true));
+        if (handle == 0) return {};
+        const int64 length = LofAPI(handle);
+        Bytes bytes;
+        if (length >= 1) {
+            Encoding = detectedOr850(DetectEncoding(handle), Encoding);
+            needSupported(Encoding, u"GetContentAPI", Name);
+            const int64 begin = FilePosAPI(handle);
+            bytes = readFrom(handle, begin, length - begin);
+        }
+        text = encodings::decode(bytes, Encoding);
+    }
+    if (auto status = rtmMain::system().files.status(Name)) Datum = status->changed;
+    return text.substr(0, text.find(oldEndOfFile));
+}
+
+// Writes in place of all bytes from a position on; where that fails, what stood there is put back.
+void FilesTopic::replaceTail(int32 Handle, int64 Position, BytesView bytes) {
+    const int64 length = LofAPI(Handle);
+    const Bytes before = bytes.empty() ? Bytes() : readFrom(Handle, Position, length - Position);
+    try {
+        if (!bytes.empty())
+            writeCall(Handle, u"PutBytesAPI",
+                      u" Position " + toText(Position) + u" Count " + toText(std::ssize(bytes)), Position,
+                      std::as_bytes(std::span(bytes)));
+        SetEndAPI(Handle, Position + std::ssize(bytes));
+    } catch (const Failure&) {
+        platform::File& file = handleFile(Handle);
+        // The old bytes have their room on the medium still; more than trying is not possible.
+        static_cast<void>(file.writeAt(static_cast<uint64>(Position), std::as_bytes(std::span(before))));
+        static_cast<void>(file.resize(static_cast<uint64>(length)));
+        throw;
+    }
+}
+
+int64 FilesTopic::PutContentAPI(TextView Name, TextView Inhalt, int32 Encoding, bool Append, Date& Datum) {
+    int64 position = 0;
+    {
+        const OpenHandle handle(*this, OpenBinaryAPI(Name, false, false));
+        if (handle == 0)
+            raise(75, u"clsRtm.PutContentAPI",
+                  u"Die Datei \"" + Text(Name) + u"\" kann nicht geöffnet werden.");
+        if (Append) position = LofAPI(handle);
+        Bytes bytes;
+        if (!Inhalt.empty()) {
+            BytesView mark;
+            if (position != 0 || Encoding == ANSI1252) {
+                Encoding = detectedOr850(DetectEncoding(handle), Encoding);
+                // The file's mark stays in its place: without it the text would be read in another encoding.
+                position = std::max(position, std::ssize(encodings::markBytes(Encoding)));
+            } else {
+                mark = encodings::markBytes(Encoding);
+            }
+            needSupported(Encoding, u"PutContentAPI", Name);
+            bytes = Bytes(mark) + encodings::encode(Inhalt, Encoding);
+        }
+        replaceTail(handle, position, bytes);
+        position = FilePosAPI(handle);
+    }
+    if (auto status = rtmMain::system().files.status(Name)) Datum = status->changed;
+    return position;
+}
+
+Text FilesTopic::Content(TextView Datei) {
+    int32 encoding = ANSI1252;
+    Date changed;
+    return GetContentAPI(Datei, encoding, changed);
+}
+
+}  // namespace tsRtm

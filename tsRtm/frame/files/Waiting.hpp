@@ -1,0 +1,23 @@
+#pragma once
+// One wait for something that others hold.
+#include <chrono>
+
+#include "tsRtm/types/Numbers.hpp"
+
+namespace tsRtm {
+
+// Begins with its creation. Between two tries pause() lets other events run, then sleeps: short at first,
+// since most locks are held for a moment only, then longer, to leave the network alone.
+class Waiting {
+ public:
+    Waiting();
+    // Whether more than this many seconds have gone by.
+    bool longerThan(int64 seconds) const;
+    void pause();
+
+ private:
+    std::chrono::nanoseconds since_;
+    std::chrono::nanoseconds next_;
+};
+
+}  // namespace tsRtm
