@@ -1,0 +1,253 @@
+// What the start finds: switches, folders, the log it leaves behind.
+#include <gtest/gtest.h>
+
+#include "tests/support/MemoryFiles.hpp"
+#include "tests/support/TestGround.hpp"
+#include "tsRtm/frame/clsCommon.hpp"
+#include "tsRtm/frame/text/CodePages.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+using platform::FolderId;
+using rtmMain::state;
+
+constexpr TextView logName = u"/home/t/.config/Tessarol/RTMDebug.txt";
+
+class Start : public ::testing::Test {
+ protected:
+    Start() {
+        ground.system.folders = {{FolderId::documents, u"/home/t/Dokumente"},
+                                 {FolderId::applicationData, u"/home/t/.config"},
+                                 {FolderId::commonApplicationData, u"/var/lib"},
+                                 {FolderId::commonProgramFiles, u"/usr/lib"},
+                                 {FolderId::programFiles, u"/opt"}};
+        for (const auto& [id, folder] : ground.system.folders) files.putFolder(folder);
+        ground.clock.set(Date::of(2024, 12, 31, 18, 5, 9));
+    }
+
+    void start() { library = std::make_unique<StartedLibrary>(ground, files); }
+
+    // The log as lines without their date, "31.12.2024 18:05:09 - ".
+    std::vector<Text> log() {
+        std::vector<Text> lines;
+        const Text whole = fromAnsi(files.dump(logName));
+        for (std::size_t at = 0; at < whole.size();) {
+            const auto end = whole.find(u"\r\n", at);
+            EXPECT_NE(end, Text::npos) << "a line without its end";
+            if (end == Text::npos) break;
+            EXPECT_EQ(whole.substr(at + 19, 3), u" - ");
+            lines.push_back(whole.substr(at + 22, end - at - 22));
+            at = end + 2;
+        }
+        return lines;
+    }
+
+    TestGround ground;
+    MemoryFiles files;
+    std::unique_ptr<StartedLibrary> library;
+};
+
+TEST_F(Start, SwitchesReadTheFirstThreeCharacters) {
+    struct Case {
+        TextView text;
+        bool on;
+        int32 netWait;
+    };
+    for (const auto& [text, on, netWait] :
+         {Case{u"", false, 5}, Case{u"0", false, 5}, Case{u"1", true, 1}, Case{u"-1", true, -1},
+          Case{u"abc", false, 5}, Case{u"0001", false, 5}, Case{u"12", true, 12}, Case{u"1234", true, 123},
+          Case{u" 7x", true, 7}}) {
+        SCOPED_TRACE(toUtf8(text));
+        ground.settings.user(u"Debug", text);
+        ground.settings.user(u"Expert", text);
+        ground.settings.user(u"NetWait", text);
+        start();
+        EXPECT_EQ(state().debugging, on);
+        EXPECT_EQ(clsCommon().Expert(), on ? -1 : 0);
+        EXPECT_EQ(state().netWait, netWait);
+    }
+}
+
+TEST_F(Start, RuntimeFolderOfTheSettings) {
+    struct Case {
+        const char* what;
+        TextView configured;
+        TextView program;  // a file that is there
+        TextView dir, dataDir;
+        bool old;
+    };
+    const Case cases[] = {
+        {"none configured", u"", u"", u"/usr/lib/Tessarol", u"/daten", false},
+        {"with a delimiter, unchecked", u"/app/", u"", u"/app/", u"/daten", true},
+        {"without one, program missing: both dropped", u"/app", u"", u"/usr/lib/Tessarol",
+         u"/var/lib/Tessarol", false},
+        {"without one, program there", u"/app", u"/app/TSRtm.exe", u"/app/", u"/daten", true},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        if (!c.program.empty()) files.put(c.program, "");
+        ground.settings.machine(u"RunTimeDir", c.configured);
+        ground.settings.machine(u"RunTimeDataDir", u"/daten");
+        start();
+        EXPECT_EQ(state().runtimeDir, c.dir);
+        EXPECT_EQ(state().runtimeDataDir, c.dataDir);
+        EXPECT_EQ(state().oldTS, c.old);
+    }
+}
+
+TEST_F(Start, OldInstallationIsSearchedOnDrivesCToZThenBThenA) {
+    ground.system.delimiter = u'\\';
+    for (const char16_t drive : TextView(u"ABZDC")) {  // each is asked before those already there
+        const Text folder = Text(1, drive) + u":\\Tessarol\\";
+        files.put(folder + u"TSRtm.exe", "");
+        start();
+        EXPECT_EQ(toUtf8(state().runtimeDir), toUtf8(folder));
+        EXPECT_TRUE(state().oldTS);
+    }
+    ground.system.delimiter = u'/';
+    start();
+    EXPECT_FALSE(state().oldTS) << "a ground without drive letters has no drives to search";
+}
+
+TEST_F(Start, RuntimeFolderFallsBackToTheHostsOwn) {
+    ground.system.folders.erase(FolderId::commonProgramFiles);
+    ground.system.access = [](TextView path, int32) { return path != u"/opt/"; };
+    start();
+    EXPECT_EQ(state().runtimeDir, u"/opt/host");
+    ground.system.folders.erase(FolderId::programFiles);
+    ground.system.foldersWhenMade[FolderId::programFiles] = u"/opt";
+    ground.system.access = nullptr;
+    library->restart();
+    EXPECT_EQ(state().runtimeDir, u"/opt/Tessarol");
+}
+
+TEST_F(Start, DataFoldersNeedTheRightToWrite) {
+    start();
+    EXPECT_EQ(state().runtimeDataDir, u"/var/lib/Tessarol");
+    EXPECT_EQ(state().userDir, u"/home/t/.config/Tessarol");
+    EXPECT_TRUE(files.exists(u"/var/lib/Tessarol"));
+
+    ground.system.access = [](TextView path, int32 mask) {
+        return !(path == u"/var/lib/Tessarol" && mask == 70);
+    };
+    library->restart();
+    EXPECT_EQ(state().runtimeDataDir, u"/home/t/.config/Tessarol");
+
+    ground.system.access = [](TextView, int32 mask) { return mask != 70; };
+    library->restart();
+    EXPECT_EQ(state().runtimeDataDir, u"/home/t/Dokumente/Tessarol") << "the documents are taken unchecked";
+    EXPECT_EQ(state().userDir, u"/home/t/Dokumente/Tessarol");
+    EXPECT_TRUE(files.exists(u"/home/t/Dokumente/Tessarol"));
+}
+
+TEST_F(Start, StartsOnAGroundThatRefusesEverything) {
+    ground.settings.damaged = true;
+    ground.system.folders.clear();
+    ground.locale.items.clear();
+    ground.system.access = [](TextView, int32) { return false; };
+    files.setFreeSpace(0);
+    start();
+    EXPECT_TRUE(rtmMain::started());
+    EXPECT_EQ(state().netWait, 5);
+    EXPECT_EQ(state().runtimeDir, u"/opt/host");
+    EXPECT_TRUE(ground.ui.boxes.empty()) << "the start reports nothing to the user";
+}
+
+TEST_F(Start, LogTellsTheStepsInOrder) {
+    ground.settings.user(u"Debug", u"1");
+    files.putFolder(u"/home/t/.config/Tessarol");
+    start();
+    const std::vector<Text> expected = {
+        u"Start Rtm 31.12.2024 18:05:09",
+        u"GetVersionEx OSVERSIONINFOEX:1",
+        u"GetSystemInfo: ProcessorType 8664",
+        u"GetUserDefaultLCID: 1031",
+        u"GetUserDefaultLangID: 1031",
+        u"GetACP: 1252",
+        u"GetVolumeInformation  - FSName:ext4 - MaxPathLength:260",
+        u"ReadLocaleInfos done",
+        u"ReadSystemMetrics done",
+        u"RuntimeDir: /usr/lib/Tessarol",
+        u"RuntimeDataDir: /var/lib/Tessarol",
+        u"UserDir: /home/t/.config/Tessarol",
+        u"GetModuleFileName: /opt/host/Anwendung.exe",
+        u"WMFormInstance: WMObject True",
+        u"Rtm: Main Done",
+    };
+    EXPECT_EQ(log(), expected);
+    EXPECT_EQ(files.openings(), 0u) << "the log is closed after each line";
+    EXPECT_EQ(files.dump(logName).substr(0, 22), "31.12.2024 18:05:09 - ");
+}
+
+TEST_F(Start, VolumeRootOfSharesAndDrives) {
+    ground.settings.user(u"Debug", u"1");
+    ground.system.delimiter = u'\\';
+    for (const auto& [host, root] :
+         {std::pair{u"\\\\srv\\share\\app\\a.exe", u"\\\\srv\\"}, std::pair{u"\\\\srv\\a.exe", u"\\\\srv\\"},
+          std::pair{u"D:\\app\\a.exe", u"D:\\"}, std::pair{u"app\\a.exe", u""}}) {
+        ground.system.host = host;
+        ground.system.volumesAsked.clear();
+        start();
+        EXPECT_EQ(ground.system.volumesAsked, std::vector<Text>{root});
+    }
+}
+
+TEST_F(Start, LogIsSwitchedAtRunTimeAndNeverInTheWay) {
+    files.putFolder(u"/home/t/.config/Tessarol");
+    start();
+    rtmMain::DebugLog(u"nicht da");
+    clsCommon().Debugging(true);
+    rtmMain::DebugLog(u"Größe 5 €");
+    files.setFreeSpace(0);
+    rtmMain::DebugLog(u"verloren");
+    files.setFreeSpace(std::nullopt);
+    rtmMain::DebugLog(u"weiter");
+    EXPECT_EQ(log(), (std::vector<Text>{u"Größe 5 €", u"weiter"}));
+    ground.system.folders.erase(FolderId::applicationData);
+    rtmMain::DebugLog(u"kein Ordner");
+    EXPECT_EQ(log().size(), 2u);
+}
+
+TEST_F(Start, StopMayRunTwice) {
+    files.putFolder(u"/home/t/.config/Tessarol");
+    start();
+    clsCommon().Debugging(true);
+    int32 disposed = 0;
+    rtmMain::holdSystemEvents([&] { ++disposed; });
+    rtmMain::WMStop();
+    EXPECT_EQ(log(), (std::vector<Text>{u"WMStop", u"Disposing", u"Ende Rtm 31.12.2024 18:05:09"}));
+    files.put(logName, "");
+    rtmMain::WMStop();
+    EXPECT_EQ(log(), (std::vector<Text>{u"WMStop", u"Ende Rtm 31.12.2024 18:05:09"}));
+    EXPECT_EQ(disposed, 1);
+    EXPECT_TRUE(state().stopping);
+    EXPECT_EQ(state().userDir, u"/home/t/.config/Tessarol") << "the state stays readable";
+    rtmMain::notify(rtmMain::Notice::timeChange, 0);
+    EXPECT_EQ(log().size(), 2u) << "notices are not heard any more";
+}
+
+TEST_F(Start, NoticesRefreshWhatTheyConcern) {
+    files.putFolder(u"/home/t/.config/Tessarol");
+    start();
+    clsCommon().Debugging(true);
+    ground.locale.items[platform::LocaleItem::dateMark] = u"-";
+    ground.system.metrics.fullX = 800;
+
+    rtmMain::notify(rtmMain::Notice::settingChange, 7);
+    EXPECT_EQ(state().locale.sepDate, u".");
+    EXPECT_EQ(state().screen.fullX, 1920);
+    rtmMain::notify(rtmMain::Notice::settingChange, 0);
+    EXPECT_EQ(state().locale.sepDate, u"-");
+    EXPECT_EQ(state().screen.fullX, 1920);
+    rtmMain::notify(rtmMain::Notice::settingChange, 42);
+    EXPECT_EQ(clsCommon().DisplaySpalten(), 800);
+    ground.system.metrics.fullX = 1024;
+    rtmMain::notify(rtmMain::Notice::displayChange, 32);
+    EXPECT_EQ(state().screen.fullX, 1024);
+    EXPECT_EQ(log(), (std::vector<Text>{u"SettingChange 7", u"SettingChange 0", u"SettingChange 42",
+                                        u"DisplayChange 32"}));
+}
+
+}  // namespace
+}  // namespace tsRtm::test

@@ -1,0 +1,36 @@
+#include <span>
+
+#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/text/CodePages.hpp"
+
+namespace tsRtm::rtmMain {
+
+namespace {
+
+constexpr TextView logFolder = u"Tessarol";
+constexpr TextView logFile = u"RTMDebug.txt";
+
+// Opened and closed for each line, so that the log is whole whenever the process ends.
+void appendLine(TextView path, const Bytes& line) {
+    const platform::OpenRequest request{platform::Access::readWrite, platform::Sharing::all,
+                                        platform::Disposition::openOrCreate};
+    const auto file = system().files.open(path, request);
+    if (!file) return;
+    const auto size = (*file)->size();
+    if (!size) return;
+    // A line that could not be written is lost: the log must never be in the way.
+    static_cast<void>((*file)->writeAt(*size, std::as_bytes(std::span(line))));
+}
+
+}  // namespace
+
+void DebugLog(TextView text) {
+    if (!state().debugging) return;
+    // Found anew for each line, and not UserDir: the log starts before the folders are known.
+    const Text base = SpecialFolder(static_cast<int32>(platform::FolderId::applicationData));
+    if (base.empty()) return;
+    const Text line = GeneralDate(system().clock.now()) + u" - " + Text(text) + u"\r\n";
+    appendLine(JoinPath({base, logFolder, logFile}), toAnsi(line));
+}
+
+}  // namespace tsRtm::rtmMain

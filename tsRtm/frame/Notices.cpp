@@ -1,0 +1,81 @@
+// What the library says and asks: boxes, the status text and the message window.
+#include "tsRtm/frame/Dialogs.hpp"
+#include "tsRtm/frame/MessagesTopic.hpp"
+#include "tsRtm/frame/rtmMain.hpp"
+
+namespace tsRtm {
+
+namespace {
+
+constexpr int32 richDialogs = 610;  // version of the system's controls
+constexpr int32 answerYes = 6;
+
+Text titleOf(const Variant& title) {
+    if (const auto* text = title.text()) return *text;
+    if (const auto* number = title.number()) return toText(*number);
+    return {};
+}
+
+template <class Assignment>
+bool taken(Assignment assignment) noexcept {
+    try {
+        return assignment();
+    } catch (...) {
+        return false;
+    }
+}
+
+bool putStatusBar(iStatusControl& bar, TextView message) {
+    return bar.Style() == 0 ? bar.PanelText(message) : bar.SimpleText(message);
+}
+
+bool put(iStatusControl& control, TextView message) {
+    const auto kind = [&] { return equalIgnoringCase(control.TypeName(), u"STATUSBAR"); };
+    if (taken(kind)) return taken([&] { return putStatusBar(control, message); });
+    if (taken([&] { return control.IsLabel(); })) return taken([&] { return control.Caption(message); });
+    return taken([&] { return control.Text(message); }) || taken([&] { return control.Caption(message); }) ||
+           taken([&] { return control.DefaultProperty(message); });
+}
+
+}  // namespace
+
+int32 MessagesTopic::TSMsgBox(TextView Prompt, int32 Buttons, const Variant& Titel, TextView Helpfile,
+                              int32 Context) {
+    auto& ui = rtmMain::system().ui;
+    auto box = ui.comCtlVersion() >= richDialogs ? richBox(Prompt, Buttons) : plainBox(Prompt, Buttons);
+    box.title = titleOf(Titel);
+    box.helpFile = Helpfile;
+    box.helpContext = Context;
+    return ui.show(box);
+}
+
+void MessagesTopic::Fehler(TextView FehlerText) { TSMsgBox(FehlerText, dlgOKOnly | dlgCritical, u"Fehler"); }
+
+bool MessagesTopic::Frage(TextView Message) {
+    return TSMsgBox(Message, dlgYesNo | dlgQuestion, u"Frage") == answerYes;
+}
+
+void MessagesTopic::WaitForReturn(TextView Message) { TSMsgBox(Message, dlgOKOnly, u"Hinweis"); }
+
+void MessagesTopic::NotAktivExt() {
+    TSMsgBox(
+        u"Es wird noch an der Realisierung gearbeitet und getestet. Der Aufruf der Funktion ist hier bereits "
+        u"realisiert, damit sie ohne Änderung der Anwendung zur Verfügung steht, sobald sie fertig ist.",
+        dlgOKOnly | dlgInformation, u"Hinweis");
+}
+
+void MessagesTopic::Nachricht(TextView Message) { SetMessage(Message, rtmMain::state().messageLine); }
+
+bool MessagesTopic::SetMessage(TextView Message, const std::shared_ptr<Object>& Ctrl) {
+    const auto control = std::dynamic_pointer_cast<iStatusControl>(Ctrl);
+    if (!control) return false;
+    const bool done = put(*control, Message);
+    taken([&] { return control->Refresh(), true; });
+    return done;
+}
+
+void MessagesTopic::HaltNachricht(TextView Message) { rtmMain::system().ui.showMessageWindow(Message); }
+
+void MessagesTopic::ClearHaltNachricht() { rtmMain::system().ui.hideMessageWindow(); }
+
+}  // namespace tsRtm
