@@ -1,0 +1,200 @@
+// Day numbers, the reform of 1582, and all that is counted in days.
+#include "tsRtm/calendar/DayNumbers.hpp"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+#include "tests/calendar/CalendarTest.hpp"
+#include "tsRtm/calendar/DateText.hpp"
+#include "tsRtm/types/Failure.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+using DayNumbers = CalendarTest;
+namespace chrono = std::chrono;
+
+// The proleptic Gregorian calendar of the standard library as the independent rule.
+constexpr int32 kUnixEpoch = 2440588;
+
+chrono::year_month_day gregorian(int32 dayNumber) {
+    return chrono::sys_days{chrono::days{dayNumber - kUnixEpoch}};
+}
+
+int32 dayNumber(int year, unsigned month, unsigned day) {
+    const chrono::sys_days date = chrono::year{year} / chrono::month{month} / chrono::day{day};
+    return static_cast<int32>(date.time_since_epoch().count()) + kUnixEpoch;
+}
+
+Text digits(const chrono::year_month_day& date) {
+    const auto padded = [](int64 value, std::size_t width) {
+        const auto text = toText(value + 10000);
+        return text.substr(text.size() - width);
+    };
+    return padded(unsigned{date.day()}, 2) + padded(unsigned{date.month()}, 2) + padded(int{date.year()}, 4);
+}
+
+TEST_F(DayNumbers, AgreeWithTheGregorianCalendarBothWays) {
+    std::vector<Text> drifting;
+    const auto end = dayNumber(2600, 12, 31);
+    for (int32 day = dates::kFirstGregorianDay; day <= end; ++day) {
+        const auto text = digits(gregorian(day));
+        ASSERT_EQ(JulianDay(text), day) << toUtf8(text);
+        if (KalenderDay(day) != text) drifting.push_back(text + u">" + KalenderDay(day));
+    }
+    // The century step runs ahead of the true rule on these days, and stays so.
+    EXPECT_EQ(drifting,
+              (std::vector<Text>{u"28022400>29022400", u"27022500>28022500", u"27022600>28022600"}));
+}
+
+TEST_F(DayNumbers, TheReformLeavesTenDaysOut) {
+    const std::pair<TextView, int32> rows[] = {
+        {u"", 0},
+        {u"30.12.1899", 2415019},
+        {u"01.01.2000", 2451545},
+        {u"01.01.0101", 1757949},  // Julian calendar: 1.1.101
+        {u"04.10.1582", 2299160},
+        {u"05.10.1582", 2299161},
+        {u"10.10.1582", 2299161},
+        {u"15.10.1582", 2299161},
+        {u"16.10.1582", 2299162},
+        {u"28.02.1700", 2342031},
+        {u"01.03.1700", 2342032},
+        {u"00002024", 2460311},  // day and month below 1 count as 1
+    };
+    for (const auto& [date, day] : rows) EXPECT_EQ(JulianDay(date), day) << toUtf8(date);
+    EXPECT_EQ(KalenderDay(2299160), u"04101582");
+    EXPECT_EQ(KalenderDay(2299161), u"15101582");
+    EXPECT_EQ(datum.KalenderDayJulian(2299161), u"05101582");
+    EXPECT_EQ(datum.KalenderDayJulian(2451545), u"19121999");
+    for (const auto below : {1720995, 0, -2147483647}) {
+        EXPECT_EQ(KalenderDay(below), u"");
+        EXPECT_EQ(datum.KalenderDayJulian(below), u"");
+    }
+}
+
+TEST_F(DayNumbers, TwoDigitYearsReachTenYearsAhead) {
+    EXPECT_EQ(JulianDay(u"010135"), dayNumber(2035, 1, 1));
+    EXPECT_EQ(JulianDay(u"010136"), dayNumber(1936, 1, 1));
+    library.ground.clock.set(Date::of(2080, 1, 1));
+    EXPECT_EQ(JulianDay(u"010135"), dayNumber(2035, 1, 1)) << "the year is asked for once in a process";
+
+    struct Row {
+        int32 present;
+        int64 year, widened;
+    };
+    for (const auto& row : {Row{2026, 0, 2000}, Row{2026, 35, 2035}, Row{2026, 36, 1936}, Row{2026, 99, 1999},
+                            Row{1995, 4, 2004}, Row{1995, 5, 1905}, Row{1995, 99, 1999}, Row{2089, 98, 2098},
+                            Row{2089, 99, 1999}, Row{2090, 99, 2099}, Row{2090, 0, 2000}})
+        EXPECT_EQ(dates::widenYear(row.year, row.present), row.widened) << row.present << ": " << row.year;
+}
+
+TEST_F(DayNumbers, WeeksFollowIso8601) {
+    using namespace std::chrono;
+    for (int32 day = dayNumber(1900, 1, 1); day <= dayNumber(2100, 12, 31); ++day) {
+        // The week belongs to the year of its Thursday.
+        const auto thursday = day - day % 7 + 3;
+        const auto year = int{gregorian(thursday).year()};
+        const auto week = (thursday - dayNumber(year, 1, 1)) / 7 + 1;
+        const auto text = digits(gregorian(day));
+        ASSERT_EQ(datum.WeekNr(text), week) << toUtf8(text);
+        ASSERT_EQ(datum.DayOfWeek(text),
+                  static_cast<int32>(weekday{sys_days{gregorian(day)}}.iso_encoding()) - 1);
+        ASSERT_EQ(datum.DayOfYear(text), day - dayNumber(int{gregorian(day).year()}, 1, 1) + 1);
+    }
+    EXPECT_EQ(datum.WeekNr(u"010121"), 53) << "six digits are widened";
+    EXPECT_EQ(datum.WeekNr(u"15.10.1582"), 40) << "one below ISO between the reform and the year's end";
+}
+
+TEST_F(DayNumbers, MonthsHaveTheirLengths) {
+    const std::tuple<int32, int32, int32> rows[] = {
+        {1, 2024, 31},  {4, 2024, 30},  {6, 2024, 30}, {9, 2024, 30}, {11, 2024, 30},
+        {12, 2024, 31}, {13, 2000, 31}, {0, 2000, 31}, {2, 2023, 28}, {2, 2024, 29},
+        {2, 1500, 29},  {2, 1600, 29},  {2, 1700, 28}, {2, 2000, 29}, {2, 2100, 28},
+    };
+    for (const auto& [month, year, length] : rows)
+        EXPECT_EQ(datum.DaysInMonth(month, year), length) << month << '/' << year;
+    EXPECT_EQ(datum.MonthLen(u"01.02.2024"), 29);
+    EXPECT_EQ(datum.LastOfMonth(u"01.02.2024"), u"29022024");
+    EXPECT_EQ(datum.MonthFloat(u"01.03.2024"), 3 + 2023 * 12);
+}
+
+TEST_F(DayNumbers, BankDaysCountThirtyToTheMonth) {
+    EXPECT_EQ(datum.BankDay(u"01.01.0001"), 1);
+    EXPECT_EQ(datum.BankDay(u"31.01.2024"), datum.BankDay(u"30.01.2024"));
+    EXPECT_EQ(datum.BankDay(u""), -390) << "the formula without any date";
+    EXPECT_EQ(datum.DifDateB(u"28.02.2023", u"01.03.2023"), 3);
+    EXPECT_EQ(datum.DifDateC(u"28.02.2023", u"01.03.2023"), 1);
+    EXPECT_EQ(datum.DifDateC(u"01.03.2023", u"28.02.2023"), -1);
+    struct Row {
+        TextView from;
+        int32 days;
+        TextView to;
+    };
+    for (const auto& row : {Row{u"30.01.2023", 30, u"28022023"}, Row{u"30.01.2024", 30, u"29022024"},
+                            Row{u"30.03.2024", 30, u"30042024"}, Row{u"15.12.2024", 20, u"05012025"},
+                            Row{u"01.01.2024", -1, u"30122023"}})
+        EXPECT_EQ(datum.AddDayB(row.from, row.days), row.to) << toUtf8(row.from) << " + " << row.days;
+}
+
+TEST_F(DayNumbers, DatesMoveByDaysAndMonths) {
+    EXPECT_EQ(datum.AddDayC(u"28.02.2024", 2), u"01032024");
+    EXPECT_EQ(datum.AddDayC(u"01.01.2024", -1), u"31122023");
+    EXPECT_EQ(datum.AddDayC(u"04.10.1582", 1), u"15101582");
+    EXPECT_EQ(datum.AddDayC(u"", 5), u"");
+    EXPECT_EQ(datum.AddMonth(u"31.01.2023", 1), u"28022023");
+    EXPECT_EQ(datum.AddMonth(u"31.01.2024", -2), u"30112023");
+    EXPECT_EQ(datum.AddMonth(u"15.12.2024", 13), u"15012026");
+    EXPECT_EQ(datum.TwiceMonth(u"01.05.2024"), u"15052024");
+    EXPECT_EQ(datum.TwiceMonth(u"15.05.2024"), u"15052024") << "30.5. in bank days: its half is the 15th";
+    EXPECT_EQ(datum.TwiceMonth(u"20.05.2024"), u"01062024");
+    EXPECT_EQ(datum.DatumThai(u"29.02.2024"), u"28022567");
+}
+
+TEST_F(DayNumbers, FindDateCountsWeekdaysOfAMonth) {
+    struct Row {
+        int32 year, month;
+        Wochentage weekday;
+        int32 count;
+        TextView date;
+    };
+    const Row rows[] = {
+        {2024, 3, Sonntag, 5, u"31032024"},
+        {2024, 2, Sonntag, 5, u"25022024"},
+        {2024, 3, Freitag, 1, u"01032024"},
+        {2024, 3, Donnerstag, 1, u"07032024"},
+        {2024, 3, Montag, 0, u"04032024"},
+        {2024, 3, Montag, 99, u"25032024"},
+        {0, 3, Montag, 1, u""},
+        {10000, 3, Montag, 1, u""},
+        {2024, 13, Montag, 1, u""},
+        {2024, 3, static_cast<Wochentage>(7), 1, u""},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(datum.FindDate(row.year, row.month, row.weekday, row.count), row.date) << toUtf8(row.date);
+}
+
+TEST_F(DayNumbers, TheDateBridgeRaisesOutsideTheGregorianCalendar) {
+    EXPECT_EQ(datum.DateToJulian(Date(0.75)), 2415019);
+    EXPECT_EQ(datum.DateToJulian(datum.JulianToDate(2299161)), 2299161);
+    EXPECT_EQ(datum.JulianToDate(2415019 + 2958465).serial(), 2958465);
+
+    const auto failure = [](auto&& action) -> Text {
+        try {
+            action();
+        } catch (const Failure& raised) {
+            return toText(raised.Number()) + u"|" + raised.Source() + u"|" + raised.Description();
+        }
+        return u"nothing raised";
+    };
+    EXPECT_EQ(failure([&] { datum.DateToJulian(Date(2299160 - 2415019)); }),
+              u"5|clsDatum.DateToJulian|Datum nicht im Bereich des gregorianischen Kalenders");
+    EXPECT_EQ(failure([&] { datum.JulianToDate(2299160); }),
+              u"5|clsDatum.JulianToDate|Tageszahl zu klein für DATE-Typ");
+    EXPECT_EQ(failure([&] { datum.JulianToDate(2415019 + 2958466); }),
+              u"5|clsDatum.JulianToDate|Tageszahl zu groß für DATE-Typ");
+}
+
+}  // namespace
+}  // namespace tsRtm::test
