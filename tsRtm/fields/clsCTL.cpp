@@ -1,0 +1,26 @@
+#include "tsRtm/fields/clsCTL.hpp"
+
+#include "tsRtm/fields/clsControl.hpp"
+#include "tsRtm/frame/files/FilesTopic.hpp"
+#include "tsRtm/frame/rtmMain.hpp"
+
+namespace tsRtm {
+
+std::shared_ptr<clsControl> clsCTL::OpenControl(TextView Datei) {
+    auto file = rtmMain::JoinPath({Text(Datei) + u".DBD", u"Control.tsd"});
+    if (!files_.Exist(file)) file = Text(Datei) + u".CTL";
+    auto control = std::make_shared<clsControl>(files_);
+    bool nichtAnsi = true;
+    return control->Oeffne(file, nichtAnsi) ? control : nullptr;
+}
+
+int32 clsCTL::ReadCtl(TextView Datei, TSIOArray& Feld, bool& NichtAnsi) {
+    Feld.clear();
+    const auto control = OpenControl(Datei);
+    if (!control) return 0;
+    NichtAnsi = !control->IstAnsi();
+    Feld = std::move(control->content_.felder);
+    return static_cast<int32>(Feld.size());
+}
+
+}  // namespace tsRtm
