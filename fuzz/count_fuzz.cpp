@@ -1,0 +1,4 @@
+// Count.tsd of any content.
+#include "fuzz/HostileDatabase.hpp"
+
+TSRTM_FUZZ_DATABASE(tsRtm::fuzz::Form{u"Count.tsd"})

@@ -1,0 +1,4 @@
+// Data.tsd of any content below a sound tree index.
+#include "fuzz/HostileDatabase.hpp"
+
+TSRTM_FUZZ_DATABASE(tsRtm::fuzz::Form{u"Data.tsd"})

@@ -1,0 +1,4 @@
+// Autowert.tsd of any content.
+#include "fuzz/HostileDatabase.hpp"
+
+TSRTM_FUZZ_DATABASE(tsRtm::fuzz::Form{u"Autowert.tsd", 50000, true})

@@ -1,0 +1,4 @@
+// A view file of any content.
+#include "fuzz/HostileDatabase.hpp"
+
+TSRTM_FUZZ_DATABASE(tsRtm::fuzz::Form{u"Standard.viw"})

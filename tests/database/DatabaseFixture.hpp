@@ -1,0 +1,87 @@
+#pragma once
+// A small address database on a ground of one's choice.
+#include <gtest/gtest.h>
+
+#include "tests/support/MemoryFiles.hpp"
+#include "tests/support/TempFolder.hpp"
+#include "tests/support/TestGround.hpp"
+#include "tsRtm/platform/posix/PosixPlatform.hpp"
+#include "tsRtm/tsRtm.hpp"
+
+namespace tsRtm::test {
+
+struct FieldSpec {
+    TextView name;
+    int32 typ;
+    int32 length;
+    int32 decimals = 0;
+};
+
+inline TSIOArray fieldsOf(std::initializer_list<FieldSpec> specs) {
+    TSIOArray fields;
+    for (const auto& spec : specs) {
+        auto field = std::make_shared<TSIO>();
+        field->Typ(spec.typ);
+        field->Laenge(spec.length);
+        field->NachKomma(spec.decimals);
+        field->Titel(Text(spec.name).append(u"@@7").append(spec.name));
+        fields.push_back(field);
+    }
+    return fields;
+}
+
+// NAME 12, ORT 8, BETRAG 10.2, TAG date 8; indexes (NAME, ORT), (BETRAG), (TAG).
+enum AddressField : int32 { fNAME = 1, fORT = 2, fBETRAG = 3, fTAG = 4 };
+inline TSIOArray addressFields() {
+    return fieldsOf({{u"NAME", tsAlphanumerisch, 12},
+                     {u"ORT", tsAlphanumerisch, 8},
+                     {u"BETRAG", tsNumerisch, 10, 2},
+                     {u"TAG", tsDate, 8}});
+}
+inline constexpr TextView kAddressIndexes = u"  1  2  0  3  0  0  4  0  0";
+inline constexpr int32 kNormal = 5000;
+inline constexpr int32 kBig = 100000;
+
+// Makes the database in `folder` and opens it.
+inline std::shared_ptr<clsTSDB> makeAddresses(clsRtm& rtm, const Text& folder, int32 max, bool single = false,
+                                              eDBTyp typ = DBAnsi) {
+    if (!rtm.DBCreateExt(typ, folder, {}, addressFields(), max, kAddressIndexes)) return nullptr;
+    return rtm.OpenTSDB(folder, false, single);
+}
+
+struct Address {
+    Text name, ort, betrag, tag;
+    auto operator<=>(const Address&) const = default;
+};
+
+inline void setFields(clsTSRecord& record, const Address& address) {
+    record.Fields(fNAME, address.name);
+    record.Fields(fORT, address.ort);
+    record.Fields(fBETRAG, address.betrag);
+    record.Fields(fTAG, address.tag);
+}
+
+// Number of the new record, 0 where it was not stored.
+inline int32 addAddress(clsTSDB& db, const Address& address) {
+    const auto record = db.Add();
+    if (!record) return 0;
+    setFields(*record, address);
+    return record->Update() ? record->Satznummer() : 0;
+}
+
+inline Address addressAt(clsTSDB& db, int32 number) {
+    return {db.GetField(number, fNAME), db.GetField(number, fORT), db.GetField(number, fBETRAG),
+            db.GetField(number, fTAG)};
+}
+
+// The public consistency check, its findings in the message of a failure.
+inline testing::AssertionResult consistent(clsTSDB& db) {
+    if (db.Check(false, {})) return testing::AssertionSuccess();
+    auto out = testing::AssertionFailure();
+    std::size_t shown = 0;
+    for (const auto& line : db.Befunde())
+        if (++shown < 8) out << toUtf8(line) << "; ";
+    return out;
+}
+
+}  // namespace tsRtm::test

@@ -1,0 +1,194 @@
+// The worked examples of docs/file-formats.md against what the library writes, and older forms against what
+// it reads.
+#include <fstream>
+#include <sstream>
+
+#include "tests/database/DatabaseFixture.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+constexpr TextView kFolder = u"/daten/Beispiel";
+
+// The bytes of the block "```hex name" of the page.
+Bytes example(const std::string& name) {
+    static const std::string page = [] {
+        std::ifstream in(TSRTM_TEST_DATA "/../../docs/file-formats.md", std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(in), {});
+    }();
+    const std::string mark = "```hex " + name + "\n";
+    const auto from = page.find(mark);
+    if (from == std::string::npos) return "missing: " + name;
+    std::istringstream digits(
+        page.substr(from + mark.size(), page.find("```", from + 3) - from - mark.size()));
+    Bytes out;
+    for (std::string byte; digits >> byte;) out.push_back(static_cast<char>(std::stoi(byte, nullptr, 16)));
+    return out;
+}
+
+std::string hex(BytesView bytes) {
+    static constexpr char kDigits[] = "0123456789ABCDEF";
+    std::string out;
+    for (const char c : bytes) {
+        const auto byte = static_cast<unsigned char>(c);
+        (out += kDigits[byte >> 4]) += kDigits[byte & 15];
+        out += ' ';
+    }
+    return out;
+}
+
+TSIOArray exampleFields() {
+    TSIOArray fields;
+    const auto add = [&](int32 row, int32 length, int32 typ, TextView title) {
+        auto field = std::make_shared<TSIO>();
+        field->Zeile(row);
+        field->Spalte(1);
+        field->Laenge(length);
+        field->Typ(typ);
+        field->Titel(Text(title));
+        fields.push_back(field);
+    };
+    add(1, 8, tsAlphanumerisch, u"Name@@7NAME");
+    add(2, 4, tsNumerisch, u"Zahl@@7ZAHL");
+    return fields;
+}
+
+struct Form {
+    eDBTyp typ = DBAnsi;
+    int32 max = 40000;
+    bool dos = false;
+};
+
+class Formats : public testing::Test {
+ protected:
+    MemoryFiles disk;
+    TestGround ground;
+    StartedLibrary library{ground, disk};
+    clsRtm rtm;
+
+    Bytes file(TextView name) const { return disk.dump(Text(kFolder) + u".DBD/" + Text(name)); }
+    void put(TextView name, BytesView content) { disk.put(Text(kFolder) + u".DBD/" + Text(name), content); }
+
+    void make(Form form) {
+        ASSERT_TRUE(rtm.DBCreateExt(form.typ, kFolder, {}, exampleFields(), form.max, u"  1  0  0  2  0  0"));
+        EXPECT_EQ(hex(file(u"Count.tsd")), hex(example("count-new")));
+        if (form.dos) {
+            const Bytes control = file(u"Control.tsd");
+            put(u"Control.tsd", "2\r\n" + control.substr(control.find('\n') + 1));
+        }
+        const auto db = rtm.OpenTSDB(kFolder);
+        ASSERT_TRUE(db);
+        for (const auto& [name, number] : {std::pair{u"Müller", u"7"}, {u"Abel", u"12"}, {u"Straße", u"5"}}) {
+            const auto record = db->Add();
+            ASSERT_TRUE(record);
+            record->Fields(1, name);
+            record->Fields(2, number);
+            ASSERT_TRUE(record->Update());
+        }
+        EXPECT_TRUE(consistent(*db));
+    }
+};
+
+TEST_F(Formats, ATreeDatabaseByteForByte) {
+    make({});
+    EXPECT_EQ(hex(file(u"Control.tsd")), hex(example("control")));
+    EXPECT_EQ(hex(file(u"Data.tsd")), hex(example("data-ansi")));
+    EXPECT_EQ(hex(file(u"Count.tsd")), hex(example("count")));
+    const Bytes tree = file(u"I001");
+    ASSERT_EQ(tree.size(), 1024u);
+    EXPECT_EQ(hex(tree.substr(0, 16)), hex(example("tree-header")));
+    EXPECT_EQ(hex(tree.substr(512, 40)), hex(example("tree-root")));
+    // A rebuild writes the same tree here.
+    const auto db = rtm.OpenTSDB(kFolder);
+    ASSERT_TRUE(db->Sort());
+    EXPECT_EQ(hex(file(u"I001")), hex(tree));
+}
+
+TEST_F(Formats, AFlatDatabaseByteForByte) {
+    make({DBAnsi, 1000});
+    EXPECT_EQ(hex(file(u"I001")), hex(example("flat")));
+    EXPECT_EQ(hex(file(u"Data.tsd")), hex(example("data-ansi")));
+}
+
+TEST_F(Formats, ADosDatabaseByteForByte) {
+    make({DBAnsi, 1000, true});
+    EXPECT_EQ(hex(file(u"Data.tsd")), hex(example("data-dos")));
+    EXPECT_EQ(hex(file(u"I001")), hex(example("flat")));
+    const auto db = rtm.OpenTSDB(kFolder);
+    EXPECT_FALSE(db->IsAnsi());
+    EXPECT_EQ(db->GetField(1, 1), u"Müller");
+    db->SetIndex(1);
+    EXPECT_TRUE(db->Exist(u"Straße", 1));
+    EXPECT_FALSE(db->Exist(u"STRASSE", 1));  // the hit is to the byte, though the order ignores case
+    db->Gehezu(u"müller");
+    EXPECT_EQ(db->Fields(1), u"Müller");
+    EXPECT_EQ(db->GetSatz(3), u" Straße     5");
+}
+
+TEST_F(Formats, AUnicodeDatabaseByteForByte) {
+    make({DBUnicode});
+    EXPECT_EQ(hex(file(u"Data.tsd").substr(0, 26)), hex(example("data-unicode")));
+    const auto db = rtm.OpenTSDB(kFolder);
+    const auto record = db->Add();
+    record->Fields(1, u"Łódź Ω");
+    ASSERT_TRUE(record->Update());
+    EXPECT_EQ(db->GetField(4, 1), u"Łódź Ω");
+    db->SetIndex(1);
+    db->Gehezu(u"Łódź Ω");
+    EXPECT_EQ(db->AktSatzNr(), 4);
+    EXPECT_TRUE(consistent(*db));
+}
+
+TEST_F(Formats, TheSerialNumberFile) {
+    TSIOArray fields = exampleFields();
+    fields[1]->Typ(tsAutowert);
+    ASSERT_TRUE(rtm.DB_Create(kFolder, fields, 40000, u"  1  0  0"));
+    {
+        const auto db = rtm.OpenTSDB(kFolder);
+        const auto first = db->Add();
+        first->Fields(1, u"Abel");
+        EXPECT_EQ(first->Fields(2), u"0001");
+        ASSERT_TRUE(first->Update());
+        const auto second = db->Add();
+        EXPECT_EQ(hex(file(u"Autowert.tsd")), hex(example("serial")));
+        EXPECT_EQ(db->IndexNr(2), 2);  // an index on the serial number comes by itself
+        EXPECT_TRUE(db->Exist(u"0001", 2));
+    }
+    // The second record was given up, and its number with it.
+    EXPECT_EQ(file(u"Autowert.tsd")[0], 1);
+    // Without its file the counter is made from the last record.
+    ASSERT_FALSE(failed(disk.remove(Text(kFolder) + u".DBD/Autowert.tsd")));
+    const auto db = rtm.OpenTSDB(kFolder);
+    EXPECT_EQ(db->Add()->Fields(2), u"0002");
+}
+
+TEST_F(Formats, FieldsInTheirColumns) {
+    ASSERT_TRUE(rtm.DB_Create(kFolder,
+                              fieldsOf({{u"JTAG", tsDate, 8, 7},
+                                        {u"U8", tsAlphanumerisch | fUTF8, 8},
+                                        {u"MEMO", tsMemo, 60},
+                                        {u"GELD", tsNumerisch, 8, 2},
+                                        {u"GANZ", tsNumerisch, 5}}),
+                              1000, u""));
+    const auto db = rtm.OpenTSDB(kFolder, false, true);
+    ASSERT_TRUE(db->LockDB(true));
+    db->Fields(1, u"01012000");
+    db->Fields(2, u"Ωß");
+    db->Fields(4, u"1.234,5");
+    db->Fields(5, u"1.234");
+    const auto record = db->Append();
+    ASSERT_TRUE(record) << db->Error();
+    EXPECT_EQ(file(u"Data.tsd").substr(0, 17), " J2451545~\xCE\xA9\xC3\x9F   ");
+    EXPECT_EQ(db->GetField(1, 1), u"01012000");
+    EXPECT_EQ(db->GetField(1, 2), u"Ωß");
+    EXPECT_EQ(file(u"Data.tsd").substr(22, 8), "  1234.5");
+    EXPECT_EQ(db->Fields(4), u"1234,50");
+    EXPECT_EQ(file(u"Data.tsd").substr(30), " 1234");
+    // Longer than the field: the first characters stay, and the neighbour is safe.
+    db->PutField(1, 2, u"abcdefghijk");
+    EXPECT_EQ(db->GetField(1, 2), u"abcdefgh");
+    EXPECT_EQ(db->GetField(1, 1), u"01012000");
+}
+
+}  // namespace
+}  // namespace tsRtm::test

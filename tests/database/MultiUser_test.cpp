@@ -1,0 +1,199 @@
+// Several processes on one database.
+#include <unistd.h>
+
+#include <random>
+
+#include "tests/database/DatabaseFixture.hpp"
+#include "tests/support/ChildProcess.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+constexpr int32 kProcesses = 8;
+constexpr int32 kUpdates = 500;
+constexpr int32 kRecords = 200;
+
+Address account(int32 n) {
+    const Text digits = toText(10000 + n);
+    return {u"Konto" + digits, u"Bonn", u"0.00", u"01012020"};
+}
+
+class MultiUser : public testing::TestWithParam<int32> {
+ protected:
+    TempFolder temp;
+    TestGround ground;
+    // The clock of this machine: real processes wait for each other.
+    platform::Platform real{platform::posixPlatform().files,
+                            platform::posixPlatform().clock,
+                            ground.locale,
+                            ground.settings,
+                            ground.system,
+                            ground.ui};
+    Text folder = temp.name(u"Konten");
+
+    void SetUp() override {
+        ground.system.folders[platform::FolderId::applicationData] = temp.name();
+        rtmMain::TEST_restart(real);
+    }
+    void TearDown() override { rtmMain::TEST_forget(); }
+
+    void make() {
+        clsRtm rtm;
+        const auto db = makeAddresses(rtm, folder, GetParam());
+        ASSERT_TRUE(db);
+        for (int32 n = 1; n <= kRecords; ++n) ASSERT_EQ(addAddress(*db, account(n)), n);
+    }
+};
+
+// Adds 1 to BETRAG of random records and moves the record in two indexes, each time under its lock.
+int countUp(const Text& folder, uint32 seed) {
+    clsRtm rtm;
+    const auto db = rtm.OpenTSDB(folder);
+    if (!db) return 1;
+    std::mt19937 random(seed);
+    for (int32 i = 0; i < kUpdates; ++i) {
+        const int32 n = 1 + static_cast<int32>(random() % kRecords);
+        if (!db->Sperren(n)) return 2;
+        db->AktSatzNr(n);
+        const int32 amount = roundToInt32(Val(replaceAll(db->Fields(fBETRAG), u",", u"."))) + 1;
+        db->Fields(fBETRAG, toText(amount) + u".00");
+        db->Fields(fORT, u"Ort" + toText(static_cast<int64>(random() % 50)));
+        db->Update();
+        if (db->Error() != 0) return 3;
+        if (!db->Entsperren(n)) return 4;
+    }
+    return 0;
+}
+
+TEST_P(MultiUser, EightProcessesLoseNoUpdate) {
+    make();
+    std::vector<std::unique_ptr<ChildProcess>> processes;
+    for (int32 p = 0; p < kProcesses; ++p)
+        processes.push_back(std::make_unique<ChildProcess>([&, p](ChildProcess::Line& line) {
+            line.hear();
+            return countUp(folder, static_cast<uint32>(p) + 1);
+        }));
+    for (const auto& process : processes) process->line().say('G');
+    for (const auto& process : processes) EXPECT_EQ(process->wait(), 0);
+    clsRtm rtm;
+    const auto db = rtm.OpenTSDB(folder);
+    ASSERT_TRUE(db);
+    int64 sum = 0;
+    for (int32 n = 1; n <= kRecords; ++n) sum += roundToInt32(Val(db->GetField(n, fBETRAG)));
+    EXPECT_EQ(sum, kProcesses * kUpdates);
+    EXPECT_TRUE(consistent(*db));
+}
+
+// New records by several processes at once get numbers of their own.
+TEST_P(MultiUser, ProcessesAddAtOnce) {
+    make();
+    std::vector<std::unique_ptr<ChildProcess>> processes;
+    for (int32 p = 0; p < 4; ++p)
+        processes.push_back(std::make_unique<ChildProcess>([&, p](ChildProcess::Line& line) {
+            line.hear();
+            clsRtm own;
+            const auto db = own.OpenTSDB(folder);
+            if (!db) return 1;
+            for (int32 i = 0; i < 100; ++i)
+                if (addAddress(*db, account(1000 * (p + 1) + i)) < 1) return 2;
+            return 0;
+        }));
+    for (const auto& process : processes) process->line().say('G');
+    for (const auto& process : processes) EXPECT_EQ(process->wait(), 0);
+    clsRtm rtm;
+    const auto db = rtm.OpenTSDB(folder);
+    ASSERT_EQ(db->AnzahlDSaetze(), kRecords + 400);
+    EXPECT_TRUE(consistent(*db));
+    for (int32 p = 0; p < 4; ++p)
+        for (int32 i = 0; i < 100; ++i)
+            EXPECT_TRUE(db->Exist(account(1000 * (p + 1) + i).name + u" Bonn", 1));
+}
+
+// A reader without a lock always finds a key that never changes, while others move records around it.
+TEST_P(MultiUser, AReaderMissesNothing) {
+    make();
+    ChildProcess writer([&](ChildProcess::Line& line) {
+        clsRtm own;
+        const auto db = own.OpenTSDB(folder);
+        std::mt19937 random(7);
+        line.say('R');
+        for (int32 i = 0; i < 3000; ++i) {
+            const int32 n = 2 * (1 + static_cast<int32>(random() % (kRecords / 2)));  // even records move
+            db->AktSatzNr(n);
+            db->Fields(fNAME, u"Konto" + toText(static_cast<int64>(random() % 20000)));
+            db->Update();
+            if (i % 4 == 0 && addAddress(*db, account(static_cast<int32>(random() % 9000))) < 1) return 2;
+        }
+        line.say('E');
+        return 0;
+    });
+    clsRtm rtm;
+    const auto db = rtm.OpenTSDB(folder);
+    ASSERT_TRUE(db);
+    ASSERT_EQ(writer.line().hear(), 'R');
+    db->SetIndex(1);
+    int32 missed = 0;
+    int32 asked = 0;
+    for (int32 round = 0; round < 60; ++round)
+        for (int32 n = 1; n < kRecords; n += 2, ++asked) {
+            const Text key = account(n).name + u" Bonn";
+            if (!db->Exist(key, 1)) ++missed;
+        }
+    EXPECT_EQ(missed, 0) << "of " << asked;
+    EXPECT_EQ(writer.line().hear(), 'E');
+    EXPECT_EQ(writer.wait(), 0);
+    EXPECT_TRUE(consistent(*db));
+}
+
+TEST_P(MultiUser, AKilledProcessLeavesNoLock) {
+    make();
+    clsRtm rtm;
+    const auto db = rtm.OpenTSDB(folder);
+    ChildProcess other([&](ChildProcess::Line& line) {
+        clsRtm own;
+        const auto theirs = own.OpenTSDB(folder);
+        const bool locked = theirs->Sperren(3) && theirs->LockDB(true);
+        line.say(locked ? 'L' : 'X');
+        line.hear();
+        return 0;
+    });
+    ASSERT_EQ(other.line().hear(), 'L');
+    EXPECT_TRUE(db->Gesperrt(3));
+    EXPECT_TRUE(db->Gesperrt(0));
+    EXPECT_FALSE(db->Gesperrt(4));
+    other.kill();
+    EXPECT_FALSE(db->Gesperrt(3));
+    EXPECT_FALSE(db->Gesperrt(0));
+    EXPECT_TRUE(db->Sperren(3, -1));
+}
+
+// Killed by the system at a random moment of its work, with memory shared between the processes.
+TEST_P(MultiUser, AKilledWriterLeavesWholeRecords) {
+    make();
+    for (int32 round = 0; round < 12; ++round) {
+        ChildProcess writer([&](ChildProcess::Line& line) {
+            line.say('R');
+            return countUp(folder, static_cast<uint32>(round) + 100);
+        });
+        ASSERT_EQ(writer.line().hear(), 'R');
+        ::usleep(static_cast<useconds_t>(1500 + 700 * round));  // the moment is random anyway
+        writer.kill();
+        clsRtm rtm;
+        const auto db = rtm.OpenTSDB(folder);
+        ASSERT_TRUE(db);
+        EXPECT_TRUE(consistent(*db));
+        for (int32 n = 1; n <= kRecords; ++n) {
+            const Address have = addressAt(*db, n);
+            ASSERT_EQ(have.name, account(n).name);
+            ASSERT_TRUE(have.betrag.ends_with(u".00"));
+            ASSERT_EQ(have.tag, account(n).tag);
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Forms, MultiUser, testing::Values(kNormal, kBig), [](const auto& param) {
+    return std::string(param.param == kBig ? "tree" : "flat");
+});
+
+}  // namespace
+}  // namespace tsRtm::test

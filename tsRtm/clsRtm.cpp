@@ -1,0 +1,12 @@
+#include "tsRtm/clsRtm.hpp"
+
+#include "tsRtm/frame/rtmMain.hpp"
+
+namespace tsRtm {
+
+clsRtm::clsRtm()
+    : FilesTopic((rtmMain::ensureStarted(), static_cast<MessagesTopic&>(*this))),
+      StreamsTopic(static_cast<FilesTopic&>(*this)),
+      DatabasesTopic(static_cast<FilesTopic&>(*this)) {}
+
+}  // namespace tsRtm

@@ -1,0 +1,33 @@
+#pragma once
+// The facade: all operations of the library that belong to no object of their own, as the sum of its topics.
+#include "tsRtm/database/DatabasesTopic.hpp"
+#include "tsRtm/frame/MessagesTopic.hpp"
+#include "tsRtm/frame/clsCommon.hpp"
+#include "tsRtm/frame/files/FilesTopic.hpp"
+#include "tsRtm/frame/files/StreamsTopic.hpp"
+#include "tsRtm/frame/text/ConversionsTopic.hpp"
+
+namespace tsRtm {
+
+// A global object: anyone may create one, the state behind it is the process's. Each keeps its own table of
+// open files, key names and key table. A class that needs one topic takes that topic, and a clsRtm passes for
+// each of its topics. Creating the first one starts the library on the ground of this machine, unless
+// rtmMain::Main did so before.
+class clsRtm : public MessagesTopic,
+               public ConversionsTopic,
+               public FilesTopic,
+               public StreamsTopic,
+               public DatabasesTopic {
+ public:
+    clsRtm();
+
+    // The view of the global state.
+    clsCommon& Common() noexcept { return common_; }
+
+    using FilesTopic::messages;
+
+ private:
+    clsCommon common_;
+};
+
+}  // namespace tsRtm

@@ -1,0 +1,40 @@
+#include "tsRtm/database/DatabaseParts.hpp"
+
+#include "tsRtm/frame/rtmMain.hpp"
+
+namespace tsRtm {
+
+Text DatabaseParts::indexName(int32 number) const {
+    const Text digits = toText(1000 + index(number).keys.primary());
+    return u"I" + digits.substr(digits.size() - 3);
+}
+
+void DatabaseParts::refreshCount() {
+    if (!store) return;
+    store.refresh();
+    refreshed = rtmMain::system().clock.elapsed();
+}
+
+void DatabaseParts::refreshWhenDue() {
+    if (!shared || !store) return;
+    if (rtmMain::system().clock.elapsed() - refreshed > std::chrono::seconds(6 * rtmMain::state().netWait))
+        refreshCount();
+}
+
+bool DatabaseParts::hasRecord(int32 record) {
+    if (store.has(record)) return true;
+    if (record < 1 || !shared || !store) return false;
+    refreshCount();
+    return store.has(record);
+}
+
+void recordFailure(DatabaseParts& parts, const Failure& failure) noexcept {
+    parts.fehler = failure.Number();
+    rtmMain::state().F = failure.Number();
+    try {
+        rtmMain::DebugLog(failure.Source() + u": " + failure.Description());
+    } catch (...) {  // the log is never a reason to fail
+    }
+}
+
+}  // namespace tsRtm

@@ -1,0 +1,45 @@
+#pragma once
+// The topic of clsRtm for databases: making, opening and closing them, and their locks.
+#include <memory>
+#include <vector>
+
+#include "tsRtm/database/clsTSDB.hpp"
+#include "tsRtm/frame/files/FilesTopic.hpp"
+
+namespace tsRtm {
+
+enum eDBTyp : int32 {
+    DBAscii = 0,  // head TS0, which reads as ANSI
+    DBAnsi = 1,
+    DBUnicode = 2,  // two bytes a character
+};
+
+class DatabasesTopic {
+ public:
+    // The files outlive the databases.
+    explicit DatabasesTopic(FilesTopic& files) : files_(files) {}
+    virtual ~DatabasesTopic() = default;
+
+    // Makes a database: the folder, Control.tsd and Count.tsd; the other files come with the first opening.
+    // DatenFeld counts from 0 here; Saetze is the most records it may hold, from 32768 on it is a big one.
+    // Index has nine characters an index: three field numbers in three characters each, the rest of a text
+    // that is no multiple of nine is ignored.
+    bool DB_Create(TextView DB, const TSIOArray& DatenFeld, int32 Saetze, TextView Index);
+    // The same with a character form; with Maske a mask file is written in the folder instead and the answer
+    // is False.
+    bool DBCreateExt(eDBTyp Typ, TextView DB, TextView Maske, const TSIOArray& DatenFeld, int32 Saetze,
+                     TextView Index);
+    // Nothing where it cannot be opened; the last failure number then tells why.
+    std::shared_ptr<clsTSDB> OpenTSDB(TextView DBName, bool ReadOnly = false, bool SingleUse = false);
+    // Closes every database opened here that still lives. No failure leaves it.
+    void CloseRTMDBs() noexcept;
+    // Locks one byte of a file, at a position from 1, with the rules for waiting; 0 or 70 goes to the last
+    // failure number.
+    void DB_Lock(int32 FileNummer, int32 Satz, int32 Warten, bool DB = true);
+
+ private:
+    FilesTopic& files_;
+    std::vector<std::weak_ptr<clsTSDB>> opened_;
+};
+
+}  // namespace tsRtm

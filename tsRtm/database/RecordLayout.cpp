@@ -1,0 +1,167 @@
+#include "tsRtm/database/RecordLayout.hpp"
+
+#include <algorithm>
+#include <cstring>
+
+#include "tsRtm/calendar/DateText.hpp"
+#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/text/CodePages.hpp"
+#include "tsRtm/frame/text/TextOrder.hpp"
+
+namespace tsRtm {
+namespace {
+
+constexpr int32 kPointerColumns = 5;
+constexpr char kDosGreatest = '\xFF';
+
+FieldLayout layoutOf(const TSIO& field, bool wideDatabase) {
+    FieldLayout out;
+    out.typ = field.Typ();
+    out.nachKomma = field.NachKomma();
+    out.length = field.Laenge();
+    out.special = out.typ == 254 || out.typ == 255;
+    out.alpha = field.IsAlpha();
+    out.pointer = field.IsMemo() || field.IsBlob();
+    out.chain = field.IsKette();
+    out.wide = wideDatabase || field.IsUnicode();
+    out.utf8 = field.IsUTF8() && !out.wide;
+    out.date = !out.special && (out.typ & 7) == 7;
+    out.number = !out.special && (out.typ & 7) == 5;
+    out.julian = out.date && out.length == 8 && (out.nachKomma & 7) == 7;
+    out.offset = static_cast<uint32>(field.Position() + 1) * (wideDatabase ? 2 : 1);
+    out.bytes = static_cast<uint32>(out.length) * (out.wide ? 2 : 1);
+    return out;
+}
+
+// Both halves of a chain field as numbers in their columns; blank halves stay blank.
+Text chainText(TextView text, int32 length) {
+    const auto width = static_cast<std::size_t>(length / 2);
+    Text out;
+    for (std::size_t half = 0; half < 2; ++half) {
+        const TextView columns =
+            text.size() > half * width ? trim(text.substr(half * width, width)) : TextView();
+        Text number;
+        if (!columns.empty())
+            // Five columns hold the base-94 form too, which plain digits would destroy.
+            number = width == kPointerColumns ? rtmMain::EncodeNumber(rtmMain::DecodeNumber(columns))
+                                              : toText(roundToInt32(Val(columns)));
+        number.resize(std::min(number.size(), width));
+        out.append(width - number.size(), u' ').append(number);
+    }
+    return out;
+}
+
+// The stored form of a text in a UTF-8 field, cut at a character to at most `length` bytes.
+Bytes utf8Form(TextView text, std::size_t length, const RecordLayout& layout) {
+    Bytes utf8 = toUtf8(text);
+    if (utf8.size() <= text.size()) return layout.toRecordCode(text);
+    utf8.insert(utf8.begin(), '~');
+    if (utf8.size() > length) {
+        std::size_t cut = length;
+        while (cut > 1 && (static_cast<unsigned char>(utf8[cut]) & 0xC0) == 0x80) --cut;
+        utf8.resize(cut);
+    }
+    return utf8;
+}
+
+}  // namespace
+
+RecordLayout::RecordLayout(const clsControl& control, bool wide, bool dos) : wide_(wide), dos_(dos && !wide) {
+    fields_.reserve(static_cast<std::size_t>(control.Felder()) + 1);
+    for (int32 i = 1; i <= control.Felder(); ++i) {
+        fields_.push_back(layoutOf(control.field(i), wide));
+        mixed_ = mixed_ || (!wide && fields_.back().wide);
+    }
+    bytes_ = static_cast<uint32>(control.GesamtSatzLaenge()) * unit();
+}
+
+void RecordLayout::setDeleted(std::span<char> record, bool deleted) const noexcept {
+    record[0] = deleted ? '*' : ' ';
+    if (wide_) record[1] = 0;
+}
+
+Bytes RecordLayout::blank() const {
+    Bytes out(bytes_, ' ');
+    if (wide_)
+        for (std::size_t i = 1; i < out.size(); i += 2) out[i] = 0;
+    return out;
+}
+
+Bytes RecordLayout::unfilled() const {
+    const char16_t greatest = dos_ ? 0 : rtmMain::state().locale.lastChar;
+    Bytes out;
+    if (wide_)
+        out = toUtf16Le(Text(bytes_ / 2, greatest));
+    else
+        out.assign(bytes_, dos_ ? kDosGreatest : toAnsi({&greatest, 1})[0]);
+    setDeleted(out, true);
+    return out;
+}
+
+BytesView RecordLayout::bytesOf(const FieldLayout& field, BytesView record) const noexcept {
+    return field.offset >= record.size() ? BytesView() : record.substr(field.offset, field.bytes);
+}
+
+Text RecordLayout::fromRecordCode(BytesView bytes) const {
+    return dos_ ? fromAnsi(oemToAnsi(bytes)) : fromAnsi(bytes);
+}
+
+Bytes RecordLayout::toRecordCode(TextView text) const {
+    return dos_ ? ansiToOem(toAnsi(text)) : toAnsi(text);
+}
+
+Text RecordLayout::text(BytesView record) const {
+    return wide_ ? fromUtf16Le(record) : fromRecordCode(record);
+}
+
+void RecordLayout::decode(const FieldLayout& field, BytesView bytes, Decode how, Text& into) const {
+    const bool keepBlanks = how == Decode::whole && (field.pointer || field.chain);
+    if (field.plain() && !dos_) {
+        if (!keepBlanks && (field.alpha || field.special))
+            bytes = bytes.substr(0, bytes.find_last_not_of(' ') + 1);
+        else if (!keepBlanks)
+            bytes.remove_prefix(std::min(bytes.find_first_not_of(' '), bytes.size()));
+        fromAnsi(bytes, into);
+        return;
+    }
+    into = field.wide ? fromUtf16Le(bytes) : fromRecordCode(bytes);
+    if (field.utf8 && bytes.starts_with('~')) into = fromUtf8(bytes.substr(1, bytes.find_last_not_of(' ')));
+    if (keepBlanks) return;
+    into = Text(field.alpha || field.special ? trimRight(into) : trimLeft(into));
+    if (field.date && into.starts_with(u'J')) into = KalenderDay(roundToInt32(Val(TextView(into).substr(1))));
+}
+
+void RecordLayout::fill(std::span<char> into, TextView text, bool right, bool wide) const {
+    const std::size_t width = into.size() / (wide ? 2 : 1);
+    text = text.substr(0, width);
+    const std::size_t before = right ? width - text.size() : 0;
+    if (wide) {
+        for (std::size_t i = 0; i < width; ++i) {
+            const char16_t c = i >= before && i - before < text.size() ? text[i - before] : u' ';
+            into[2 * i] = static_cast<char>(c & 0xFF);
+            into[2 * i + 1] = static_cast<char>(c >> 8);
+        }
+        return;
+    }
+    std::memset(into.data(), ' ', into.size());
+    const Bytes bytes = toRecordCode(text);
+    std::memcpy(into.data() + before, bytes.data(), std::min(bytes.size(), into.size() - before));
+}
+
+void RecordLayout::encode(const FieldLayout& field, TextView text, std::span<char> into) const {
+    const bool left = field.alpha || field.special;
+    if (field.chain && field.length >= 8 && !trim(text).empty()) {
+        fill(into, chainText(text, field.length), false, field.wide);
+    } else if (field.julian && !text.empty()) {
+        fill(into, Text(u"J") + toText(JulianDay(text)), true, field.wide);
+    } else if (field.utf8) {
+        const Bytes bytes = utf8Form(text, into.size(), *this);
+        const std::size_t count = std::min(bytes.size(), into.size());
+        std::memset(into.data(), ' ', into.size());
+        std::memcpy(into.data() + (left ? 0 : into.size() - count), bytes.data(), count);
+    } else {
+        fill(into, text, !left, field.wide);
+    }
+}
+
+}  // namespace tsRtm

@@ -1,0 +1,45 @@
+#pragma once
+// Data.tsd: records by number.
+#include "tsRtm/database/BlockFile.hpp"
+#include "tsRtm/database/RecordLayout.hpp"
+
+namespace tsRtm {
+
+// Not thread-safe. Failures of the file raise as raiseFileFailure tells. Knows the layout by reference.
+class RecordStore {
+ public:
+    RecordStore() = default;
+    RecordStore(platform::File& file, const RecordLayout& layout);
+
+    explicit operator bool() const noexcept { return static_cast<bool>(bytes_); }
+    // Records that the file's length makes, half to even: half a torn record counts.
+    int32 count() const noexcept { return count_; }
+    void refresh();
+    bool has(int32 record) const noexcept { return record >= 1 && record <= count_; }
+
+    // A record's bytes, in place or in `room`; a torn one is filled up with blanks. Good until the next call
+    // that may grow the file. The record must be there.
+    BytesView view(int32 record, Bytes& room) const;
+    void read(int32 record, Bytes& into) const;
+    // Some bytes of a record, filled up with blanks behind the end of the file.
+    void readPart(int32 record, uint32 offset, std::span<char> into) const;
+
+    // One write of the whole record: nobody sees half of it.
+    void write(int32 record, BytesView bytes);
+    // Whole records behind the last one.
+    void append(BytesView block, int32 records);
+    void writePart(int32 record, uint32 offset, BytesView bytes);
+    // Takes back a record at the end that was not completed.
+    void cutTo(int32 count);
+
+    BlockFile& bytes() noexcept { return bytes_; }
+
+ private:
+    void closeGap(int32 record);
+
+    BlockFile bytes_;
+    const RecordLayout* layout_ = nullptr;
+    int32 count_ = 0;
+};
+
+}  // namespace tsRtm

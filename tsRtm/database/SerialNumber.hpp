@@ -1,0 +1,33 @@
+#pragma once
+// Autowert.tsd: the last serial number given out, one little-endian int32 at offset 0. Byte 1 is its lock.
+#include "tsRtm/database/BlockFile.hpp"
+#include "tsRtm/frame/MessagesTopic.hpp"
+
+namespace tsRtm {
+
+// Failures of the file raise as raiseFileFailure tells; 70 where the lock cannot be had.
+class SerialNumber {
+ public:
+    SerialNumber() = default;
+    SerialNumber(platform::File& file, MessagesTopic& messages) : bytes_(file, false), messages_(&messages) {}
+
+    explicit operator bool() const noexcept { return static_cast<bool>(bytes_); }
+    bool empty() { return bytes_.refreshSize() == 0; }
+    void store(int32 value);
+    // The next number, stored while it is positive.
+    int32 next();
+    // The counter stands on this number or above from now on.
+    void atLeast(int32 value);
+    // Takes a number back when no other was given out since.
+    void giveUp(int32 value);
+
+ private:
+    template <class Work>
+    auto locked(Work work);
+    int32 last();
+
+    BlockFile bytes_;
+    MessagesTopic* messages_ = nullptr;
+};
+
+}  // namespace tsRtm

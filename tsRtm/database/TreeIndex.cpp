@@ -1,0 +1,235 @@
+#include "tsRtm/database/TreeIndex.hpp"
+
+#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/types/Failure.hpp"
+
+namespace tsRtm {
+namespace {
+
+constexpr TextView kSource = u"clsTSDB Locate";
+
+Text hexadecimal(int32 number) {
+    static constexpr char16_t kDigits[] = u"0123456789ABCDEF";
+    auto rest = static_cast<uint32>(number);
+    Text out;
+    do {
+        out.insert(out.begin(), kDigits[rest & 15]);
+        rest >>= 4;
+    } while (rest != 0);
+    return out;
+}
+
+}  // namespace
+
+int32 TreeIndex::Step::before() const noexcept {
+    int32 sum = base;
+    for (int32 i = 1; i < position; ++i) sum += node.entry(i).zaehler + 1;
+    return sum;
+}
+
+TreeIndex::Step& TreeIndex::push(int32 address, int32 base, TextView key) {
+    if (depth_ == tree::kMostLevels) {
+        const Text text =
+            Text(u"Buffer overrun in Locating record \"").append(key).append(u"\" in index on field #") +
+            toText(keys_.primary());
+        rtmMain::system().ui.beep();
+        rtmMain::DebugLog(text);
+        raise(28, kSource, text);
+    }
+    Step& next = step(depth_);
+    if (!file_.read(address, next.node) || !next.node.sound()) {
+        const Text text = u"Node at &h " + hexadecimal(address) +
+                          u" corrupt in Locating record in index on field #" + toText(keys_.primary());
+        rtmMain::DebugLog(text);
+        raise(9, kSource, text);
+    }
+    ++depth_;
+    next.address = address;
+    next.base = base;
+    next.position = 1;
+    next.total = 0;
+    return next;
+}
+
+BytesView TreeIndex::recordOf(const Step& at, int32 position) {
+    const int32 record = at.node.entry(position).satz;
+    if (!store_.has(record)) {
+        store_.refresh();
+        if (!store_.has(record)) {
+            const Text text = u"Node at &h " + hexadecimal(at.address) +
+                              u" corrupt in Locating record in index on field #" + toText(keys_.primary());
+            rtmMain::DebugLog(text);
+            raise(9, kSource, text);
+        }
+    }
+    return store_.view(record, room_);
+}
+
+bool TreeIndex::descend(const SearchKey& key, int32 number) {
+    depth_ = 0;
+    int32 base = 0;
+    for (int32 address = header().wurzel; address > 0;) {
+        Step& here = push(address, base, number != 0 ? toText(number) : Text());
+        int32 low = 1;
+        int32 high = here.node.anzahl;
+        while (low <= high) {
+            const int32 middle = (low + high) / 2;
+            const int32 satz = here.node.entry(middle).satz;
+            // The record searched for needs no look at it, and may not be in the file yet.
+            const auto order = satz == number ? std::strong_ordering::equal
+                               : number == 0  ? keys_.compare(key, recordOf(here, middle))
+                                              : keys_.compare(key, number, recordOf(here, middle), satz);
+            if (order > 0) {
+                low = middle + 1;
+            } else if (order == 0 && number != 0) {
+                here.position = middle;
+                return true;
+            } else {
+                high = middle - 1;
+            }
+        }
+        here.position = low;
+        base = here.before();
+        address = here.node.entry(low).kind;
+    }
+    return false;
+}
+
+Found TreeIndex::foundHere(const SearchKey& key) {
+    Found found;
+    if (depth_ == 0) return found;
+    found.position = last().before() + 1;
+    for (int32 level = depth_ - 1; level >= 0; --level) {
+        const Step& at = step(level);
+        if (at.position > at.node.anzahl) continue;
+        found.record = at.node.entry(at.position).satz;
+        found.exact = keys_.same(key, recordOf(at, at.position));
+        break;
+    }
+    return found;
+}
+
+bool TreeIndex::pathUnchanged() {
+    for (int32 level = 0; level < depth_; ++level)
+        if (!file_.unchanged(step(level).address, step(level).node, true)) return false;
+    return true;
+}
+
+Found TreeIndex::locate(const SearchKey& key) {
+    return steady(
+        watch_,
+        [&] {
+            descend(key, 0);
+            return foundHere(key);
+        },
+        [&] { return pathUnchanged(); });
+}
+
+int32 TreeIndex::positionOf(int32 record) {
+    if (!store_.has(record)) return 0;
+    return steady(
+        watch_,
+        [&] {
+            Bytes bytes;
+            store_.read(record, bytes);
+            if (!descend(keys_.searchFor(bytes), record)) return 0;
+            return last().before() + last().node.entry(last().position).zaehler + 1;
+        },
+        [&] { return pathUnchanged(); });
+}
+
+// From the deepest level of the last walk that still holds the position, else from the root.
+int32 TreeIndex::seek(int32 position) {
+    bool fresh = true;
+    for (int32 level = 0; level < depth_ && fresh; ++level) {
+        const Step& at = step(level);
+        fresh = file_.unchanged(at.address, at.node, use_.exclusive) && position > at.base &&
+                position <= at.base + at.total;
+        if (!fresh) depth_ = level;
+    }
+    if (depth_ == 0) {
+        const int32 root = header().wurzel;
+        if (root <= 0) return 0;
+        Step& top = push(root, 0, {});
+        top.total = top.node.total();
+    }
+    for (;;) {
+        Step& at = last();
+        int32 before = at.base;
+        int32 i = 1;
+        for (; i <= at.node.anzahl; ++i) {
+            const int32 below = at.node.entry(i).zaehler;
+            if (position <= before + below) break;
+            if (position == before + below + 1) {
+                at.position = i;
+                return at.node.entry(i).satz;
+            }
+            before += below + 1;
+        }
+        // Behind the last key only the rightmost subtree is left.
+        at.position = i;
+        const int32 child = at.node.entry(i).kind;
+        const int32 below = at.node.entry(i).zaehler;
+        if (child <= 0 || position > before + below) return 0;
+        push(child, before, {}).total = below;
+    }
+}
+
+int32 TreeIndex::recordAt(int32 position) {
+    if (position < 1) return 0;
+    return steady(
+        watch_, [&] { return seek(position); }, [&] { return pathUnchanged(); });
+}
+
+int32 TreeIndex::total() {
+    const int32 root = header().wurzel;
+    if (root <= 0) return 0;
+    tree::Node node;
+    if (!file_.read(root, node) || !node.sound()) return -1;
+    return node.total();
+}
+
+// A node's subtree, in order; gives the number of records in it.
+int32 TreeIndex::inspectNode(int32 address, int32 level, Inspection& inspection) {
+    tree::Node node;
+    if (level >= tree::kMostLevels || !file_.read(address, node) || !node.sound()) {
+        inspection.out.lines.push_back(u"Level " + toText(level) + u":Defekt an Adresse " +
+                                       hexadecimal(address));
+        return 0;
+    }
+    const Text place = toText(inspection.index) + u"> Level " + toText(level) + u" Eintrag ";
+    int32 counted = 0;
+    for (int32 i = 1; i <= node.anzahl + 1; ++i) {
+        const auto& entry = node.entry(i);
+        const int32 below = entry.kind > 0 ? inspectNode(entry.kind, level + 1, inspection) : 0;
+        counted += below;
+        if (below != entry.zaehler)
+            inspection.out.lines.push_back(u"Indexzählfehler: " + place + toText(i) + u":Count=" +
+                                           toText(entry.zaehler) + u" - gezählt=" + toText(below));
+        if (i > node.anzahl) break;
+        ++counted;
+        // A damaged tree may reach a node on many ways; the records there are cannot be more than these.
+        if (inspection.out.records.size() > static_cast<std::size_t>(store_.count()) * 2) return counted;
+        inspection.out.records.push_back(entry.satz);
+        const bool there = store_.has(entry.satz);
+        const BytesView bytes = there ? store_.view(entry.satz, room_) : BytesView();
+        if (!there || (inspection.lastRecord != 0 &&
+                       keys_.compare(inspection.lastKey, inspection.lastRecord, bytes, entry.satz) > 0))
+            inspection.out.lines.push_back(u"Indexfehler: " + place + toText(i) + u":RecNo=" +
+                                           toText(entry.satz));
+        if (!there) continue;
+        inspection.lastKey = keys_.searchFor(bytes);
+        inspection.lastRecord = entry.satz;
+    }
+    return counted;
+}
+
+IndexFindings TreeIndex::inspect(int32 index) {
+    forget();
+    IndexFindings out;
+    Inspection inspection{out, index, {}, 0};
+    if (const int32 root = header().wurzel; root > 0) inspectNode(root, 0, inspection);
+    return out;
+}
+
+}  // namespace tsRtm

@@ -1,0 +1,90 @@
+#pragma once
+// The index of a big database: a counted B-tree of 512-byte nodes. The count in each entry gives positions
+// without a scan. A tree made by a bulk load may end in nodes of few keys, or none, on its right edge: every
+// walk bears them.
+#include <array>
+
+#include "tsRtm/database/IndexForm.hpp"
+#include "tsRtm/database/NodeFile.hpp"
+#include "tsRtm/database/UpdateWatch.hpp"
+
+namespace tsRtm {
+
+// How the tree's file is shared with others.
+struct TreeUse {
+    bool readOnly = false;
+    bool exclusive = false;  // nobody else can change the file
+};
+
+// Knows store, keys and watch by reference.
+class TreeIndex final : public IndexForm {
+ public:
+    TreeIndex(platform::File& file, RecordStore& store, const IndexKeys& keys, UpdateWatch& watch,
+              TreeUse use)
+        : file_(file), store_(store), keys_(keys), watch_(watch), use_(use) {}
+
+    tree::Header header() { return file_.header(use_.readOnly); }
+
+    Found locate(const SearchKey& key) override;
+    int32 positionOf(int32 record) override;
+    int32 recordAt(int32 position) override;
+    int32 move(int32 record, const SearchKey* from, const SearchKey& to) override;
+    bool erase(int32 record, const SearchKey& key) override;
+    void append(int32) override {}
+    // Of the root: its keys and what lies below. 0 for an empty tree; -1 for a root that cannot be read.
+    int32 total() override;
+    void forget() override { depth_ = 0; }
+    IndexFindings inspect(int32 index) override;
+
+ private:
+    // One level of a walk from the root.
+    struct Step {
+        int32 address = 0;
+        int32 position = 0;  // the entry taken, or the place in the last node
+        int32 base = 0;      // records before this subtree
+        int32 total = 0;     // records of this subtree; 0 where the walk did not need to know
+        tree::Node node;
+        // Records before the entry at `position` and its subtree.
+        int32 before() const noexcept;
+    };
+    // What the check of a subtree carries along.
+    struct Inspection {
+        IndexFindings& out;
+        int32 index;
+        SearchKey lastKey;
+        int32 lastRecord = 0;
+    };
+
+    Step& push(int32 address, int32 base, TextView key);
+    Step& last() noexcept { return path_[static_cast<std::size_t>(depth_ - 1)]; }
+    Step& step(int32 level) noexcept { return path_[static_cast<std::size_t>(level)]; }
+    BytesView recordOf(const Step& step, int32 position);
+    // Walks down to a key; with a number to that record's entry, else to the place of the first such key.
+    // True on the record's entry itself, which may lie in an inner node.
+    bool descend(const SearchKey& key, int32 number);
+    Found foundHere(const SearchKey& key);
+    int32 seek(int32 position);
+    bool pathUnchanged();
+
+    int32 insert(int32 record, const SearchKey& key);
+    bool takeOut(int32 record, const SearchKey& key);
+    void toLeafEntry(int32 hitLevel);
+    void removeUpwards(int32 hitLevel, tree::Header& header);
+    // Rights a node of too few keys with a neighbour; gives the parent's entry that must go, 0 when all is
+    // done.
+    int32 balance(int32 level, tree::Header& header);
+    int32 mergeWith(int32 level, int32 sibling, const tree::Node& other, tree::Header& header);
+    void rotateWith(int32 level, int32 sibling, tree::Node& other);
+    int32 inspectNode(int32 address, int32 level, Inspection& inspection);
+
+    NodeFile file_;
+    RecordStore& store_;
+    const IndexKeys& keys_;
+    UpdateWatch& watch_;
+    TreeUse use_;
+    std::array<Step, tree::kMostLevels> path_;
+    int32 depth_ = 0;
+    Bytes room_;
+};
+
+}  // namespace tsRtm

@@ -1,0 +1,222 @@
+#pragma once
+// An embedded multi-user database of fixed-length text records.
+//
+// One database is one directory whose name ends in ".DBD". A clsTSDB opens it and stands on one record
+// (AktSatzNr), at one position (LogPos) of one index, or of the physical order. The fields of that record are
+// read and set in memory as text; Update brings the indexes in line and writes the record.
+//
+//     auto db = rtm.OpenTSDB(u"/daten/Kunden");
+//     db->SetIndex(1);
+//     db->Gehezu(u"Müller");                      // the first key that is not below
+//     if (db->Sperren(db->AktSatzNr())) {
+//         db->Fields(4, u"12,50");
+//         db->Update();
+//         db->Entsperren(db->AktSatzNr());
+//     }
+//
+// Errors are recorded: an operation that fails returns normally and sets a number that Error reads and
+// clears: 5 read only, 7 full, 9 bad field number, 28 index walk failed, 52 no control file, 53 bad index
+// number, 55 already open, 57 device, 61 no room, 62 no further record, 63 bad record number, 70 cannot lock
+// or open. Damage of the structure raises.
+//
+// Several processes may have a database open; all that keeps them apart are byte-range locks in its files,
+// and these die with the process. One thread. Lives in a std::shared_ptr.
+#include <memory>
+#include <vector>
+
+#include "tsRtm/database/DatabaseEvents.hpp"
+#include "tsRtm/fields/clsControl.hpp"
+#include "tsRtm/types/Text.hpp"
+
+namespace tsRtm {
+
+class clsTSRecord;
+struct DatabaseParts;
+
+class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTSDB> {
+ public:
+    // The files outlive the database.
+    explicit clsTSDB(FilesTopic& Files);
+    ~clsTSDB();
+    clsTSDB(const clsTSDB&) = delete;
+    clsTSDB& operator=(const clsTSDB&) = delete;
+
+    // --- Opening
+    // ---------------------------------------------------------------------------------------------------
+    // ".DBD" is added to Pfad where it is missing. 0 on success, else the error number. An opening that finds
+    // the mark of an update that died rebuilds the indexes first. A shared opening is refused with 70 and a
+    // message where the file system does not keep locks. Raises 55 on an open database.
+    int32 Oeffne(TextView Pfad, bool ReadOnly = false, bool SingleUse = false);
+    // Widths of the fields on a list, from the file ViewFile ".viw" of the directory; False where it is
+    // missing.
+    bool OpenView(TextView ViewFile);
+    // Closes all files; what is in memory and not stored is lost, as at the end of the object.
+    void Schliesse() noexcept;
+    // Ends every live record object of this database.
+    void KillAllObjects();
+
+    std::shared_ptr<clsControl> Control() const;
+    std::shared_ptr<class clsMasken> Masken() const;
+    Text Pfad() const;    // the directory in upper case, for showing
+    Text DBName() const;  // name of the directory without ".DBD"
+    bool IsAnsi() const;
+    bool IsReadOnly() const;
+    bool IsShared() const;
+    bool IsBig() const;
+    bool Sensible() const;
+    void Sensible(bool value);
+    // The last error number; reading clears it.
+    int32 Error();
+
+    // --- Records
+    // ---------------------------------------------------------------------------------------------------
+    // Reads a record into memory and gives its raw text; with Gehezu memo, blob and chain fields read as
+    // plain text. Raises 445 for a database with single fields in UTF-16: only GetField and PutField reach
+    // those.
+    Text GetSatz(int32 Satznummer, bool Gehezu = false);
+    // Writes the fields in memory as that record: 1..count + 1. Changes no index.
+    void PutSatz(int32 Satznummer);
+    // One field straight from or to the file; field 0 is the deleted mark. PutField changes no index.
+    Text GetField(int32 Satznummer, int32 FeldNummer);
+    void PutField(int32 Satznummer, int32 FeldNummer, TextView Inhalt);
+    // A field in memory, 0 the deleted mark. Numbers are read in the form of the locale with their decimals
+    // and may be written in it. The reference holds until the field or the record changes.
+    const Text& Fields(int32 Index);
+    void Fields(int32 Index, TextView Inhalt);
+    // All fields from 0 on; the result is Fields(0).
+    Text Satz(std::vector<Text>& Feld);
+    void ClearRecord();
+
+    // Stores the fields in memory as a new record at once. In single use the application calls LockDB(True)
+    // before, else Error is 70.
+    std::shared_ptr<clsTSRecord> Append();
+    // A new record object, not stored before its Update, with its serial number if the database has one.
+    std::shared_ptr<clsTSRecord> Add();
+    // Stores the fields of a record object; what its Update calls. The record number, 0 or below where it
+    // failed.
+    int32 SatzSpeichern(clsTSRecord& Record);
+    // The record object of that number, of the current record for 0; nothing where there is none.
+    std::shared_ptr<clsTSRecord> Record(int32 Satznummer = 0, bool Locked = false);
+    // Sets and takes the deleted mark. The record keeps its place in all indexes.
+    void Delete(int32 Satznummer);
+    void Reaktivieren(int32 Satznummer);
+    bool IsDeleted() const;
+
+    int32 AktSatzNr() const;
+    // Stands on that record, also in the active index.
+    void AktSatzNr(int32 value);
+    int32 LogSatz() const;
+    int32 LogSatzNr() const { return LogSatz(); }
+    int32 AnzahlDSaetze();
+    int32 MaxData() const;
+    // Whether no record can be added, told to the user.
+    bool IsFull();
+    int32 AnzahlIndizes() const;
+    int32 AnzahlKetten() const;
+    int32 AnzahlMemos() const;
+    int32 CtrlEintraege() const;  // fields
+
+    // Of a field, 1..CtrlEintraege; empty or 0 outside.
+    Text Caption(int32 Index) const;
+    Text Hilfetext(int32 Index) const;
+    int32 Laenge(int32 Index) const;
+    int32 ViewLaenge(int32 Index) const;
+    int32 Spalte(int32 Index) const;
+    int32 Typ(int32 Index) const;
+    int32 Zeile(int32 Index) const;
+    int32 NachKomma(int32 Index) const;
+    int32 MemoNr(int32 FeldNummer) const;
+    int32 KetteNr(int32 FeldNummer) const;
+    int32 IndexNr(const Variant& FeldNummer) const;
+    int32 IndexFeld(int32 Index, int32 Item = 1) const;
+
+    // --- Order and search
+    // -------------------------------------------------------------------------------------------- Index
+    // number, 0 the physical order; another number is error 53 and changes nothing.
+    void SetIndex(int32 IndexNr);
+    int32 ActiveIndex() const;  // primary field of the active index, 0 for none
+    Text IndexName() const;     // its caption
+    bool Locating() const;      // a search is under way
+    // Record number at a position of the active index; stands there.
+    int32 Index(int32 LogSatz);
+    // Whether an index has exactly this key. Changes no position.
+    bool Exist(TextView Suchbegriff, int32 IndexNr);
+    // Stands on the first record whose key is not below, behind the last one where there is none. "#n" is
+    // position n.
+    void Gehezu(TextView Suchbegriff);
+    // Position of the first entry of the active index whose key is not below: its number of smaller keys plus
+    // one.
+    int32 Rang(TextView Suchbegriff);
+    // Searches the text in all records without regard to case, from behind the current position around to it.
+    // On a miss the position stays and the result is nothing.
+    std::shared_ptr<clsTSRecord> Finde(TextView Suchtext);
+    void MoveFirst();
+    void MoveLast();
+    void MoveNext();
+    void MovePrevious();
+    bool BOFile() const;
+    bool EOFile() const;
+
+    // --- Writing and locks
+    // ----------------------------------------------------------------------------------------------- Writes
+    // the record in memory, and every index whose key changed, under the database lock. A failure part-way
+    // leaves the indexes before it changed; the mark stays, and the next opening rebuilds them.
+    void Update();
+    // The database lock, kept until given back here.
+    bool LockDB(bool Modus);
+    // Locks a record. Warten: 0 waits for ever, below 0 that many times NetWait seconds in silence, above 0
+    // then asks. False on a record that this object holds already.
+    bool Sperren(int32 Satznummer, int32 Warten = 0);
+    // True also on a record that was not locked.
+    bool Entsperren(int32 Satznummer);
+    // Whether this object or somebody else holds the record; 0 asks for the database lock.
+    bool Gesperrt(int32 Satznummer);
+
+    // --- Whole database
+    // --------------------------------------------------------------------------------------------------
+    // Rebuilds an index, or all for -1. False where somebody else has the database open.
+    bool Sort(int32 IndexSpalte = -1);
+    // Checks every index against the records; what it finds goes to the debug log and to Befunde. With Repair
+    // a faulty index is rebuilt; the result is that of the check before.
+    bool Check(bool Repair, TextView Zusatz);
+    const std::vector<Text>& Befunde() const;
+
+    // For the rooms behind the face and for bulk loads.
+    DatabaseParts& parts() noexcept { return *parts_; }
+
+ private:
+    friend class clsTSRecord;
+
+    int32 openInner(TextView Pfad);
+    bool openFiles();
+    void openSerial();
+    void sniffUnicode();
+    void closeFiles() noexcept;
+    bool refusesLocks();
+    bool readRecord(int32 Satznummer, bool plain = false);
+    void recordChanged(int32 Satznummer);
+    bool lockIntern(bool Modus);
+    bool checkIndex(int32 number, bool repair);
+    bool lockForNew();
+    void endOfNew(bool locked);
+    bool allocate();
+    bool makeRoom();
+    void updateIndexesAndRecord();
+    void writeUpdated();
+    void storeRecord(clsTSRecord& record, bool isNew, int32 number);
+    void setMark(int32 Satznummer, bool deleted);
+    void PutFieldMark(int32 Satznummer, bool deleted);
+    void moveTo(int32 position);
+    void enter(clsTSRecord& record);
+    void leave(clsTSRecord& record) noexcept;
+    void giveUpSerial(int32 value) noexcept;
+
+    std::unique_ptr<DatabaseParts> parts_;
+    std::unique_ptr<class UpdatePath> update_;  // from the first index to the record
+    std::vector<clsTSRecord*> live_;
+    std::vector<Text> befunde_;
+    Text shown_;  // a number as Fields shows it
+    bool locating_ = false;
+};
+
+}  // namespace tsRtm

@@ -1,0 +1,189 @@
+#include "tsRtm/database/clsTSRecord.hpp"
+
+#include <algorithm>
+
+#include "tsRtm/database/DatabaseParts.hpp"
+#include "tsRtm/database/FieldValue.hpp"
+#include "tsRtm/database/clsTSDB.hpp"
+
+namespace tsRtm {
+namespace {
+
+constexpr int32 kAutowert = 253;
+
+Text padded(int32 number, int32 length) {
+    const Text digits = toText(number);
+    const auto width = static_cast<std::size_t>(std::max(length, 0));
+    return Text(width - std::min(width, digits.size()), u'0') + digits;
+}
+
+}  // namespace
+
+clsTSRecord::clsTSRecord(std::shared_ptr<clsTSDB> Database, int32 Satznummer)
+    : database_(Database),
+      control_(Database->Control()),
+      layout_(&Database->parts().layout),
+      number_(Satznummer),
+      felder_(Database->parts().layout),
+      loaded_(Satznummer < 1) {
+    Database->enter(*this);
+}
+
+clsTSRecord::~clsTSRecord() {
+    const auto database = database_.lock();
+    if (!database) return;
+    database->leave(*this);
+    if (number_ > 0 && locked_) database->parts().locks.unlockRecord(number_);
+    if (number_ < 1 && serial_ != 0) database->giveUpSerial(serial_);
+}
+
+void clsTSRecord::invalidate() {
+    database_.reset();
+    layout_ = nullptr;
+    Invalidated();
+}
+
+bool clsTSRecord::load() {
+    if (loaded_) return true;
+    const auto database = DB();
+    if (!database || !database->parts().hasRecord(number_)) return false;
+    auto& parts = database->parts();
+    Bytes room;
+    felder_.load(parts.store.view(number_, room));
+    parts.store.bytes().check();
+    loaded_ = true;
+    return true;
+}
+
+const Text& clsTSRecord::Fields(int32 Index) {
+    shown_.clear();
+    if (Index < 0 || Index > control_->Felder() || !layout_ || !load()) return shown_;
+    const Text& stored = felder_[Index];
+    if (Index == 0) return stored;
+    const auto& field = layout_->field(Index);
+    if (field.typ == kAutowert && stored.empty() && number_ > 0) {
+        felder_.set(Index, padded(number_, field.length));
+        if (const auto database = DB(); database && !database->IsReadOnly())
+            database->PutField(number_, Index, felder_[Index]);
+        return felder_[Index];
+    }
+    if ((field.typ & 7) != 5 || field.nachKomma < 1 || stored.empty()) return stored;
+    showNumber(field, stored, shown_);
+    return shown_;
+}
+
+void clsTSRecord::Fields(int32 Index, TextView Inhalt) {
+    if (readOnly_ || Index < 0 || Index > control_->Felder() || !layout_ || !load()) return;
+    if (Index > 0 && (layout_->field(Index).typ & 7) == 5)
+        felder_.set(Index, storedNumber(layout_->field(Index), Inhalt));
+    else
+        felder_.set(Index, Inhalt);
+    changed_ = true;
+}
+
+const Text& clsTSRecord::NamedField(TextView Feldname) { return Fields(control_->FeldNummer(Feldname)); }
+void clsTSRecord::NamedField(TextView Feldname, TextView Inhalt) {
+    Fields(control_->FeldNummer(Feldname), Inhalt);
+}
+bool clsTSRecord::IsEmpty(int32 Index) { return trim(Fields(Index)).empty(); }
+const Text& clsTSRecord::Value(TextView ValueName, int32 Index) {
+    return Fields(control_->ValueFeld(ValueName, Index));
+}
+
+bool clsTSRecord::Update() {
+    const auto database = DB();
+    if (!database || !load()) return false;
+    const int32 number = database->SatzSpeichern(*this);
+    const bool ok = database->Error() == 0 && number > 0;
+    if (!ok) return false;
+    const bool isNew = number_ < 1;
+    number_ = number;
+    serial_ = 0;
+    changed_ = false;
+    loaded_ = false;  // the next read shows it as it stands in the file
+    if (isNew) locked_ = database->parts().locks.owns(number);
+    return true;
+}
+
+void clsTSRecord::Reset() {
+    changed_ = false;
+    if (number_ > 0)
+        loaded_ = false;
+    else if (layout_)
+        felder_.clear();
+}
+
+std::shared_ptr<clsTSRecord> clsTSRecord::WorkCopy() const {
+    const auto database = DB();
+    if (!database || number_ < 1) return nullptr;
+    return std::make_shared<clsTSRecord>(database, number_);
+}
+
+bool clsTSRecord::Sperren(int32 Warten) {
+    if (locked_) return true;
+    const auto database = DB();
+    if (!database) return false;
+    locked_ = true;
+    if (number_ < 1) return false;
+    locked_ = database->Sperren(number_, Warten);
+    if (locked_) Reset();
+    return locked_;
+}
+
+bool clsTSRecord::Entsperren() {
+    const auto database = DB();
+    locked_ = false;
+    return database && number_ > 0 && database->Entsperren(number_);
+}
+
+bool clsTSRecord::Deleted() { return Fields(0) == u"*"; }
+
+void clsTSRecord::Deleted(bool value) {
+    const auto database = DB();
+    if (!database || readOnly_ || number_ < 1) return;
+    if (value)
+        database->Delete(number_);
+    else
+        database->Reaktivieren(number_);
+    if (loaded_) felder_.set(0, value ? u"*" : u" ");
+}
+
+void clsTSRecord::serialNumber(int32 value) {
+    serial_ = value;
+    const int32 field = control_->AutowertFeld();
+    felder_.set(field, padded(value, layout_->field(field).length));
+}
+
+// --- The database's list of live record objects ---
+
+void clsTSDB::enter(clsTSRecord& record) { live_.push_back(&record); }
+
+void clsTSDB::leave(clsTSRecord& record) noexcept {
+    const auto at = std::find(live_.rbegin(), live_.rend(), &record);
+    if (at == live_.rend()) return;
+    *at = live_.back();
+    live_.pop_back();
+}
+
+void clsTSDB::giveUpSerial(int32 value) noexcept {
+    try {
+        if (parts_->serial) parts_->serial.giveUp(value);
+    } catch (const Failure&) {  // the number stays used
+    }
+}
+
+std::shared_ptr<clsTSRecord> clsTSDB::Record(int32 Satznummer, bool Locked) {
+    auto& d = *parts_;
+    const int32 number = Satznummer > 0 ? Satznummer : d.aktSatz;
+    if (!d.hasRecord(number)) {
+        d.fail(63);
+        return nullptr;
+    }
+    std::shared_ptr<clsTSRecord> record;
+    if (HalloSatz.connected()) HalloSatz(number, record);
+    if (!record) record = std::make_shared<clsTSRecord>(shared_from_this(), number);
+    if (Locked && !record->Sperren()) return nullptr;
+    return record;
+}
+
+}  // namespace tsRtm
