@@ -1,0 +1,20 @@
+#pragma once
+// The commands by groups: each function adds its own to the app. A command runs as the callback of its CLI11
+// sub-command and ends early by a CliError.
+namespace CLI {
+class App;
+}
+
+namespace tsRtm::cli {
+
+void addCreate(CLI::App& db);    // create
+void addLooks(CLI::App& db);     // info, fields, dump
+void addSearches(CLI::App& db);  // list, find, goto, get
+void addChanges(CLI::App& db);   // set, add, delete, undelete, lock
+void addImport(CLI::App& db);
+void addExport(CLI::App& db);
+void addCare(CLI::App& db);    // check, sort
+void addBanks(CLI::App& app);  // banks import, banks find
+void addCompletion(CLI::App& app);
+
+}  // namespace tsRtm::cli

@@ -1,0 +1,95 @@
+#include "cli/Terminal.hpp"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <iostream>
+#include <set>
+
+#include "tsRtm/frame/DefaultGround.hpp"
+#include "tsRtm/frame/iStatusControl.hpp"
+#include "tsRtm/frame/rtmMain.hpp"
+
+namespace tsRtm::cli {
+namespace {
+
+constexpr int32 kOk = 1, kCancel = 2, kNo = 7;
+
+// Messages of the library with nobody to ask.
+class Notes final : public platform::UserInterface {
+ public:
+    int32 show(const platform::MessageBox& box) override {
+        Text line;
+        for (const auto& part : {box.headline, box.body}) {
+            if (!line.empty() && !part.empty()) line += u" ";
+            line += part;
+        }
+        const std::string text = oneLine(line);
+        if (told_.insert(text).second) std::cerr << "tsrtm: note: " << text << '\n';
+        for (const int32 answer : {kNo, kCancel, kOk})
+            if (std::find(box.answers.begin(), box.answers.end(), answer) != box.answers.end()) return answer;
+        return box.defaultAnswer;
+    }
+    void showMessageWindow(TextView) override {}
+    void hideMessageWindow() override {}
+    void status(TextView) override {}
+    void processEvents() override {}
+    void beep() override {}
+    int32 comCtlVersion() override { return 580; }
+    Text systemCaption(int32) override { return {}; }
+    Text keyName(int32) override { return {}; }
+
+ private:
+    static std::string oneLine(TextView text) {
+        Text line(text);
+        std::replace_if(
+            line.begin(), line.end(), [](char16_t c) { return c == u'\r' || c == u'\n'; }, u' ');
+        while (line.find(u"  ") != Text::npos) line = replaceAll(line, u"  ", u" ");
+        return printable(trim(line));
+    }
+
+    std::set<std::string> told_;
+};
+
+// The line of a wait that goes on for ever.
+class StatusLine final : public iStatusControl {
+ public:
+    tsRtm::Text TypeName() const override { return u"Label"; }
+    bool IsLabel() const override { return true; }
+    bool Caption(TextView text) override {
+        if (!text.empty() && text != last_) std::cerr << printable(text) << '\n';
+        last_ = text;
+        return true;
+    }
+
+ private:
+    tsRtm::Text last_;
+};
+
+}  // namespace
+
+bool errorIsTerminal() noexcept { return ::isatty(STDERR_FILENO) == 1; }
+bool canAsk() noexcept { return errorIsTerminal() && ::isatty(STDIN_FILENO) == 1; }
+
+std::string printable(TextView text) {
+    Text out(text);
+    for (char16_t& c : out)
+        if (c < 0x20 || (c >= 0x7F && c < 0xA0)) c = u'·';
+    return toUtf8(out);
+}
+
+std::size_t displayWidth(std::string_view utf8) noexcept {
+    return static_cast<std::size_t>(std::count_if(
+        utf8.begin(), utf8.end(), [](char c) { return (static_cast<uint8>(c) & 0xC0) != 0x80; }));
+}
+
+void startLibrary() {
+    static Notes notes;
+    auto& machine = rtmMain::defaultGround();
+    static platform::Platform ground{machine.files,    machine.clock,  machine.locale,
+                                     machine.settings, machine.system, canAsk() ? machine.ui : notes};
+    rtmMain::Main(ground);
+    if (errorIsTerminal()) rtmMain::state().messageLine = std::make_shared<StatusLine>();
+}
+
+}  // namespace tsRtm::cli

@@ -1,0 +1,88 @@
+#pragma once
+// The tool as a user starts it: a process, its output and its exit status.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <string>
+
+#include "tests/support/TempFolder.hpp"
+#include "tsRtm/platform/posix/PosixSettings.hpp"
+
+namespace tsRtm::test {
+
+struct Answer {
+    int status = -1;
+    std::string out;
+    std::string err;
+    nlohmann::json json() const { return nlohmann::json::parse(out); }
+};
+
+// Runs the tool in a folder of its own, with settings of its own, apart from the terminal and the locale.
+class Tool : public ::testing::Test {
+ protected:
+    // Waits for locks end after a second.
+    Tool() {
+        platform::posix::PosixSettings settings(path("config/tessarol"), path("machine"));
+        EXPECT_EQ(settings.set(platform::HKeys::currentUser, u"Software\\Tessarol", u"NetWait", u"1"),
+                  platform::SystemError::none);
+    }
+
+    // Arguments as a shell takes them.
+    Answer run(const std::string& arguments, const std::string& input = "/dev/null") {
+        const std::string command =
+            start(arguments) + " <'" + input + "' >'" + path("out") + "' 2>'" + path("err") + "'";
+        Answer answer;
+        const int status = std::system(command.c_str());
+        answer.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        answer.out = read("out");
+        answer.err = read("err");
+        return answer;
+    }
+    // The same where nothing may go wrong.
+    Answer ok(const std::string& arguments) {
+        Answer answer = run(arguments);
+        EXPECT_EQ(answer.status, 0) << arguments << '\n' << answer.err;
+        return answer;
+    }
+    // A failure is one line that tells this.
+    void refused(const std::string& arguments, int status, const std::string& tells) {
+        const Answer answer = run(arguments);
+        EXPECT_EQ(answer.status, status) << arguments;
+        EXPECT_NE(answer.err.find(tells), std::string::npos) << arguments << '\n' << answer.err;
+        EXPECT_TRUE(answer.err.starts_with("tsrtm: ")) << answer.err;
+        EXPECT_EQ(answer.err.find('\n'), answer.err.size() - 1) << answer.err;
+    }
+
+    std::string start(const std::string& arguments) const {
+        const std::string folder = folder_.path().string();
+        return "cd '" + folder + "' && env LC_ALL=C HOME='" + folder + "' XDG_CONFIG_HOME='" +
+               path("config") + "' '" TSRTM_TOOL "' " + arguments;
+    }
+    std::string path(const std::string& entry) const { return (folder_.path() / entry).string(); }
+    void write(const std::string& entry, const std::string& content) const {
+        std::ofstream(path(entry), std::ios::binary) << content;
+    }
+    std::string read(const std::string& entry) const {
+        std::ifstream file(path(entry), std::ios::binary);
+        std::ostringstream content;
+        content << file.rdbuf();
+        return content.str();
+    }
+    bool exists(const std::string& entry) const { return std::filesystem::exists(path(entry)); }
+
+    // Persons with a name, a place, an amount and a day.
+    void makePersons(const std::string& more = "--max 1000") {
+        ok("db create P --field NAME:text:20 --field ORT:text:20 --field BETRAG:zahl:10:2 --field TAG:datum "
+           "--index NAME --index ORT,NAME --index TAG " +
+           more);
+    }
+
+ private:
+    TempFolder folder_;
+};
+
+}  // namespace tsRtm::test

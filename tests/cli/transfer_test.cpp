@@ -1,0 +1,147 @@
+// CSV files and bank code files by the command line.
+#include "tests/cli/Tool.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+using Transfer = Tool;
+
+constexpr const char* kRows =
+    "NAME,Ort,BETRAG,4\r\n"
+    "Zorn,\"Bad \"\"Ems\"\", Kurhaus\",\"1.234,50\",31.12.2024\r\n"
+    "\"ein Name mit mehr als zwanzig Zeichen\",Bonn,1,\r\n"
+    "Abel,Köln,drei,\r\n"
+    "Berg,,,30.02.2024\r\n"
+    "zu,wenig\r\n"
+    "\"zwei\nZeilen\",Ulm,-3,2024-02-29\r\n"
+    "\"offen,Ulm,1,\r\n"
+    "Łoś,Ulm,1,\r\n"
+    "letzte,,,\r\n";
+
+TEST_F(Transfer, ImportKeepsWhatFitsAndRejectsTheRest) {
+    write("p.csv", kRows);
+    std::string alone;
+    for (const std::string how : {" --bulk", ""}) {
+        makePersons();
+        EXPECT_EQ(ok("db import P p.csv --rejects r.csv" + how).out,
+                  "imported 3 rows, rejected 6: see r.csv\n");
+        const auto dump = ok("db dump P --json");
+        const auto records = dump.json()["records"];
+        EXPECT_EQ(records[0]["fields"],
+                  nlohmann::json::parse(
+                      R"({"NAME":"Zorn","ORT":"Bad \"Ems\", Kurhaus","BETRAG":"1234.50","TAG":"31122024"})"));
+        EXPECT_EQ(records[1]["fields"]["NAME"], "zwei\nZeilen");
+        EXPECT_EQ(records[2]["fields"]["NAME"], "letzte");
+        EXPECT_EQ(
+            read("r.csv"),
+            "line,reason,NAME,Ort,BETRAG,4\r\n"
+            "3,\"NAME: 37 characters, the field has 20\",ein Name mit mehr als zwanzig Zeichen,Bonn,1,\r\n"
+            "4,BETRAG: 'drei' is no number,Abel,Köln,drei,\r\n"
+            "5,TAG: '30.02.2024' is no date,Berg,,,30.02.2024\r\n"
+            "6,\"2 fields, the header line has 4\",zu,wenig\r\n"
+            "9,a quote that is never closed,\"\"\"offen,Ulm,1,\"\r\n"
+            "10,NAME: 'Ł' is not in code page 1252,Łoś,Ulm,1,\r\n");
+        EXPECT_EQ(ok("db check P").out, "sound\n");
+        // In bulk or one by one, the database is the same.
+        EXPECT_TRUE(alone.empty() || dump.out == alone);
+        alone = dump.out;
+        std::filesystem::remove_all(path("P.DBD"));
+    }
+}
+
+TEST_F(Transfer, WhatIsExportedImportsToTheSameDatabase) {
+    write("p.csv", kRows);
+    makePersons();
+    ok("db import P p.csv");
+    for (const std::string encoding : {"utf8", "latin1", "1252", "850"}) {
+        ok("db export P e.csv --index 0 --encoding " + encoding);
+        ok("db create Q --structure P");
+        ok("db import Q e.csv --encoding " + encoding);
+        EXPECT_EQ(ok("db dump Q --json").out, ok("db dump P --json").out) << encoding;
+        std::filesystem::remove_all(path("Q.DBD"));
+    }
+    EXPECT_EQ(ok("db export P --fields ORT,NAME --separator ';' --from l --to l").out,
+              "ORT;NAME\r\n;letzte\r\n");
+}
+
+TEST_F(Transfer, AnExportThatWouldLoseACharacterLeavesNoFile) {
+    ok("db create U --field A:text:9 --max 9 --form unicode");
+    ok("db add U A=Łódź");
+    refused("db export U u.csv --encoding 1252", 1, "record 1, A: 'Łódź' cannot be written in 1252");
+    EXPECT_FALSE(exists("u.csv"));
+    EXPECT_EQ(ok("db export U").out, "A\r\nŁódź\r\n");
+}
+
+TEST_F(Transfer, AHeaderLineThatDoesNotFitLoadsNothing) {
+    makePersons();
+    for (const auto& [content, tells] : {std::pair{"", "is empty"},
+                                         {"NAME,FOO\r\na,b\r\n", "no field 'FOO'"},
+                                         {"NAME,name\r\na,b\r\n", "two columns"},
+                                         {"\"NAME\r\n", "never closed"}}) {
+        write("h.csv", content);
+        refused("db import P h.csv", 1, tells);
+    }
+    write("h.csv", "NAME,FOO\r\na,b\r\n");
+    ok("db import P h.csv --ignore-unknown");
+    EXPECT_EQ(ok("db list P --json").json()["records"].size(), 1u);
+    refused("db import P nothing.csv", 1, "no such file");
+    refused("db import P h.csv --rejects h.csv --ignore-unknown", 1, "overwrite");
+}
+
+TEST_F(Transfer, RowsBeyondTheSizeAreRejected) {
+    ok("db create F --field A:text:3 --index A --max 2");
+    write("f.csv", "A\r\na\r\nb\r\nc\r\n");
+    EXPECT_EQ(ok("db import F f.csv --bulk").out, "imported 2 rows, rejected 1: see f.csv.rejects.csv\n");
+    EXPECT_NE(read("f.csv.rejects.csv").find("4,not stored: the database is full"), std::string::npos);
+    EXPECT_EQ(ok("db check F").out, "sound\n");
+}
+
+TEST_F(Transfer, SerialNumbersGoOn) {
+    ok("db create S --field NR:autowert:6 --field A:text:3 --max 99");
+    ok("db add S A=x");
+    write("s.csv", "A\r\ny\r\nz\r\n");
+    ok("db import S s.csv --bulk");
+    ok("db add S A=w");
+    ok("db import S s.csv");
+    const auto records = ok("db dump S --json").json()["records"];
+    for (std::size_t i = 0; i < records.size(); ++i)
+        EXPECT_EQ(records[i]["fields"]["NR"], "00000" + std::to_string(i + 1));
+    EXPECT_EQ(records.size(), 6u);
+}
+
+TEST_F(Transfer, BanksAreFoundByCodeBicAndPlace) {
+    const std::string sample = std::string(TSRTM_TEST_DATA) + "/banks-sample.txt";
+    EXPECT_EQ(ok("banks import '" + sample + "' Banken").out,
+              "imported 36 banks; left out 4 other offices\n");
+    EXPECT_EQ(ok("db check Banken").out, "sound\n");
+    const auto codes = [&](const std::string& key) {
+        std::string out;
+        const auto found = ok("banks find '" + key + "' --json").json();
+        for (const auto& bank : found["records"]) out += bank["fields"]["BLZ"].get<std::string>() + " ";
+        return out;
+    };
+    EXPECT_EQ(codes("12350072"), "12350072 ");
+    EXPECT_EQ(codes("22"), "22137054 22755570 22956253 ");
+    EXPECT_EQ(codes("BSPKDE3X"), "33850571 12350072 ");
+    EXPECT_EQ(codes("bspkde3x36x"), "12350072 ");
+    EXPECT_EQ(codes("Berlin P"), "18636374 ");
+    EXPECT_EQ(codes("Dortmund"), "42254674 44416089 45697803 ");  // eight letters, but no BIC
+    EXPECT_EQ(codes("köln"), "33850571 32619431 ");
+    refused("banks find 99", 1, "no bank");
+    refused("banks import '" + sample + "' Banken", 1, "--replace");
+    ok("banks import '" + sample + "' Banken --replace");
+}
+
+TEST_F(Transfer, ABadFileNeverTakesThePlaceOfARegister) {
+    const std::string sample = std::string(TSRTM_TEST_DATA) + "/banks-sample.txt";
+    ok("banks import '" + sample + "' Banken");
+    write("bad.txt", "no bank\n" + std::string(5000, 'x'));
+    refused("banks import bad.txt Banken --replace", 1, "no bank code file");
+    EXPECT_EQ(ok("db info Banken --json").json()["records"], 36);
+    makePersons();
+    refused("banks import '" + sample + "' P --replace", 1, "another database");
+    refused("banks find 1 --db P", 1, "no bank register");
+}
+
+}  // namespace
+}  // namespace tsRtm::test
