@@ -1,0 +1,330 @@
+// The library's side of the peer comparison. Options and output lines are those of all measured programs, see
+// README.md.
+#include <algorithm>
+#include <cstdio>
+#include <functional>
+#include <map>
+
+#include "bench/support/Gate.hpp"
+#include "bench/support/Measure.hpp"
+#include "bench/support/Rows.hpp"
+#include "tsRtm/clsRtm.hpp"
+#include "tsRtm/database/BulkLoader.hpp"
+#include "tsRtm/database/clsTSRecord.hpp"
+#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/text/TextOrder.hpp"
+
+namespace tsRtm::bench {
+namespace {
+
+// The big form, which keeps counted trees.
+constexpr int32 kMostRecords = 2'000'000;
+constexpr TextView kIndexes =
+    u"002003000"
+    u"005000000"
+    u"007000000";
+constexpr int32 kByName = 1, kPhysical = 0;
+constexpr int32 kFieldName = 2, kFieldBetrag = 8;
+
+enum class Use { shared, alone };
+
+struct FieldForm {
+    const char16_t* caption;
+    int32 length;
+    int32 typ;
+    int32 decimals;
+};
+constexpr FieldForm kForms[kRowFields] = {
+    {u"Nr", 8, typZIFFERN, 0},        {u"Name", 30, typDRUCKBAR, 0}, {u"Vorname", 20, typDRUCKBAR, 0},
+    {u"Strasse", 30, typDRUCKBAR, 0}, {u"PLZ", 5, typDRUCKBAR, 0},   {u"Ort", 24, typDRUCKBAR, 0},
+    {u"Geburt", 8, typDRUCKBAR, 0},   {u"Betrag", 12, typWERT, 2},
+};
+
+TSIOArray fields() {
+    TSIOArray out;
+    for (const auto& form : kForms) {
+        auto field = std::make_shared<TSIO>();
+        field->Titel(form.caption);
+        field->Zeile(static_cast<int32>(out.size()) + 1);
+        field->Spalte(1);
+        field->Laenge(form.length);
+        field->Typ(form.typ);
+        field->NachKomma(form.decimals);
+        out.push_back(std::move(field));
+    }
+    return out;
+}
+
+std::string_view trimmed(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+    return text;
+}
+
+class Workloads {
+ public:
+    explicit Workloads(Options options) : o_(std::move(options)), path_(fromUtf8(o_.dir + "/Kunde")) {}
+    bool run();
+
+ private:
+    using Database = std::shared_ptr<clsTSDB>;
+
+    void create();
+    Database open(Use use);
+    // Ends the program where the database has recorded a failure.
+    static void expect(const Database& db, bool good, const char* what);
+    void readAll(clsTSDB& db);
+    void key(const NameKeys& keys, std::size_t i, Text& into);
+    int64 sumBetrag();
+    void emit(std::string_view workload, double value, const char* unit) {
+        bench::emit(o_.engine, workload, o_.n, value, unit);
+    }
+    void check(const std::string& text) { remark("check", o_.engine, text); }
+
+    void insertSingle();
+    void loadBulk();
+    void lookup();
+    void scan(int32 index, const char* name);
+    void updateKey();
+    void rank();
+    void reindex();
+    void multiuser();
+    int64 addCents(clsTSDB& db, int32 record);
+
+    Options o_;
+    Text path_;
+    clsRtm rtm_;
+    Text text_, part_;
+    RowSink<char16_t> sink_;
+};
+
+void Workloads::create() {
+    if (!rtm_.DB_Create(path_, fields(), kMostRecords, kIndexes)) die("create the database");
+}
+
+Workloads::Database Workloads::open(Use use) {
+    auto db = rtm_.OpenTSDB(path_, false, use == Use::alone);
+    if (!db) die("open the database: error " + std::to_string(rtmMain::state().F));
+    return db;
+}
+
+void Workloads::expect(const Database& db, bool good, const char* what) {
+    if (const int32 error = db->Error(); !good || error != 0)
+        die(std::string(what) + ": error " + std::to_string(error));
+}
+
+void Workloads::readAll(clsTSDB& db) {
+    for (std::size_t f = 0; f < kRowFields; ++f)
+        sink_.take(f, TextView(db.Fields(static_cast<int32>(f) + 1)));
+}
+
+// As the user types it: an empty part is a blank.
+void Workloads::key(const NameKeys& keys, std::size_t i, Text& into) {
+    widen(keys.name(i), into);
+    widen(keys.vorname(i), part_);
+    into.push_back(u' ');
+    into.append(part_.empty() ? u" " : TextView(part_));
+}
+
+int64 Workloads::sumBetrag() {
+    const auto db = open(Use::shared);
+    int64 sum = 0;
+    for (int32 record = 1; record <= o_.n; ++record)
+        sum += centsOf(TextView(db->GetField(record, kFieldBetrag)));
+    return sum;
+}
+
+void Workloads::insertSingle() {
+    const RowTable rows(o_.csv, o_.n);
+    emptyFolder(o_.dir);
+    create();
+    const auto db = open(Use::shared);
+    const Stopwatch watch;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const auto record = db->Add();
+        if (!record) die("add a record");
+        for (std::size_t f = 0; f < kRowFields; ++f) {
+            widen(trimmed(rows(i, f)), text_);
+            record->Fields(static_cast<int32>(f) + 1, text_);
+        }
+        expect(db, record->Update(), "store a record");
+    }
+    emit("insert_single", static_cast<double>(o_.n) / watch.seconds(), "rows/s");
+    if (db->AnzahlDSaetze() != o_.n) die("records are missing");
+}
+
+void Workloads::loadBulk() {
+    emptyFolder(o_.dir);
+    const Stopwatch watch;
+    create();
+    auto db = open(Use::alone);
+    {
+        BulkLoader loader(*db);
+        RowReader reader(o_.csv);
+        Row row;
+        while (loader.rows() < o_.n && reader.next(row)) {
+            for (std::size_t f = 0; f < kRowFields; ++f)
+                loader.setUtf8(static_cast<int32>(f) + 1, trimmed(row[f]));
+            expect(db, loader.add(), "add a row");
+        }
+        expect(db, loader.finish() && loader.rows() == o_.n, "finish loading");
+    }
+    db.reset();
+    emit("load_bulk", static_cast<double>(o_.n) / watch.seconds(), "rows/s");
+}
+
+void Workloads::lookup() {
+    const NameKeys keys = lookupKeys(o_);
+    const auto db = open(Use::shared);
+    db->SetIndex(kByName);
+    std::size_t hits = 0;
+    Text found;
+    const Stopwatch watch;
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        key(keys, i, text_);
+        db->Gehezu(text_);
+        if (db->EOFile()) continue;
+        found = db->Fields(2);
+        const Text& second = db->Fields(3);
+        found.push_back(u' ');
+        found.append(second.empty() ? u" " : TextView(second));
+        if (TextCompare(found, text_) != 0) continue;
+        readAll(*db);
+        ++hits;
+    }
+    emit("lookup", static_cast<double>(keys.size()) / watch.seconds(), "ops/s");
+    check("lookup hits " + std::to_string(hits) + " nrsum " + std::to_string(sink_.nrSum));
+}
+
+void Workloads::scan(int32 index, const char* name) {
+    const auto db = open(Use::shared);
+    db->SetIndex(index);
+    int64 rows = 0;
+    const Stopwatch watch;
+    for (db->MoveFirst(); !db->EOFile(); db->MoveNext()) {
+        readAll(*db);
+        ++rows;
+    }
+    emit(name, static_cast<double>(rows) / watch.seconds(), "rows/s");
+    check("scan rows " + std::to_string(rows) + " cents " + std::to_string(sink_.cents));
+}
+
+void Workloads::updateKey() {
+    const Updates updates = drawUpdates(o_);
+    const auto db = open(Use::shared);
+    db->SetIndex(kPhysical);
+    const Stopwatch watch;
+    for (std::size_t i = 0; i < updates.records.size(); ++i) {
+        const auto record = static_cast<int32>(updates.records[i]);
+        widen(updates.names.name(i), text_);
+        bool good = db->Sperren(record);
+        db->AktSatzNr(record);
+        db->Fields(kFieldName, text_);
+        db->Update();
+        good = good && db->Error() == 0 && db->Entsperren(record);
+        expect(db, good, "update a record");
+    }
+    emit("update_key", static_cast<double>(updates.records.size()) / watch.seconds(), "ops/s");
+}
+
+void Workloads::rank() {
+    const auto db = open(Use::shared);
+    db->SetIndex(kByName);
+    Random random(seedRankAt);
+    std::size_t count = 0;
+    const Stopwatch at;
+    for (; count < kRanks && at.seconds() < o_.budget; ++count) {
+        text_.assign(u"#").append(toText(random.below(static_cast<std::uint32_t>(o_.n)) + 1));
+        db->Gehezu(text_);
+        readAll(*db);
+    }
+    emit("rank_at", static_cast<double>(count) / at.seconds(), "ops/s");
+    const auto reps = [&](const char* name) {
+        return std::string(name) + " n " + std::to_string(o_.n) + ": " + std::to_string(count) +
+               " repetitions, ";
+    };
+    remark("reps", o_.engine, reps("rank_at") + "nrsum " + std::to_string(sink_.nrSum));
+
+    const NameKeys keys = rankKeys(o_);
+    int64 sum = 0;
+    const Stopwatch of;
+    for (count = 0; count < kRanks && of.seconds() < o_.budget; ++count) {
+        key(keys, count, text_);
+        sum += db->Rang(text_) - 1;
+    }
+    emit("rank_of", static_cast<double>(count) / of.seconds(), "ops/s");
+    remark("reps", o_.engine, reps("rank_of") + "sum " + std::to_string(sum));
+}
+
+void Workloads::reindex() {
+    const auto db = open(Use::alone);
+    const Stopwatch watch;
+    expect(db, db->Sort(-1), "sort");
+    emit("reindex", watch.seconds(), "s");
+}
+
+// One update as an application does it; gives the cents before.
+int64 Workloads::addCents(clsTSDB& db, int32 record) {
+    if (!db.Sperren(record)) die("lock a record");
+    db.AktSatzNr(record);
+    const int64 before = centsOf(TextView(db.Fields(kFieldBetrag)));
+    const std::string after = amountOf(before + 1);
+    text_.assign(after.begin(), after.end());
+    db.Fields(kFieldBetrag, text_);
+    db.Update();
+    if (db.Error() != 0 || !db.Entsperren(record)) die("update a record");
+    return before;
+}
+
+void Workloads::multiuser() {
+    const int64 before = sumBetrag();
+    Gate gate(static_cast<int>(o_.procs));
+    if (gate.child() != 0) {
+        auto db = open(Use::shared);
+        Random random(seedMulti + static_cast<std::uint64_t>(gate.child()) * 77777);
+        const auto rows = static_cast<std::uint32_t>(o_.hot != 0 ? o_.hot : o_.n);
+        gate.waitForStart();
+        for (long i = 0; i < o_.per; ++i) addCents(*db, static_cast<int32>(random.below(rows)) + 1);
+        gate.endOfChild();
+    }
+    const double seconds = gate.run();
+    const double all = static_cast<double>(o_.per) * static_cast<double>(o_.procs);
+    const std::string name = multiuserName(o_);
+    emit(name, all / seconds, "ops/s");
+    emit(name + "_lost", all - static_cast<double>(sumBetrag() - before), "updates");
+}
+
+bool Workloads::run() {
+    const std::map<std::string, std::function<void()>> known = {
+        {"insert_single", [&] { insertSingle(); }},
+        {"load_bulk", [&] { loadBulk(); }},
+        {"lookup", [&] { lookup(); }},
+        {"scan_index", [&] { scan(kByName, "scan_index"); }},
+        {"scan_raw", [&] { scan(kPhysical, "scan_raw"); }},
+        {"update_key", [&] { updateKey(); }},
+        {"rank", [&] { rank(); }},
+        {"reindex", [&] { reindex(); }},
+        {"multiuser", [&] { multiuser(); }},
+        {"size", [&] { emit("size", folderMiB(o_.dir), "MiB"); }},
+    };
+    const auto workload = known.find(o_.workload);
+    if (workload == known.end()) return false;
+    workload->second();
+    if (o_.workload != "size" && o_.workload != "multiuser")
+        emit("rss:" + o_.workload, peakMemoryMiB(), "MiB");
+    return true;
+}
+
+}  // namespace
+}  // namespace tsRtm::bench
+
+int main(int argc, char** argv) {
+    auto options = tsRtm::bench::readOptions(argc, argv);
+    if (options.engine.empty()) options.engine = "tsrtm";
+    if (options.dir.empty() || options.n < 1) {
+        std::fprintf(stderr, "usage: workload_tsrtm --engine tsrtm --workload W --dir D --csv F --n N\n");
+        return 2;
+    }
+    if (tsRtm::bench::Workloads(std::move(options)).run()) return 0;
+    std::fprintf(stderr, "unknown workload\n");
+    return 2;
+}
