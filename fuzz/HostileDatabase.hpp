@@ -1,6 +1,8 @@
 #pragma once
 // A small database in memory, one file of which is hostile: opened, searched, walked, changed, checked and
 // rebuilt.
+#include <algorithm>
+
 #include "tests/support/MemoryFiles.hpp"
 #include "tests/support/TestGround.hpp"
 #include "tsRtm/tsRtm.hpp"
@@ -79,11 +81,25 @@ inline void use(clsTSDB& db) {
     static_cast<void>(db.GetSatz(1));
 }
 
+// The fuzzer's bytes as a file: those of an odd first byte are patches of the sound file (two bytes place,
+// one byte value each), which reach deep into a format; all others are the file itself.
+inline Bytes fileOf(BytesView input, Bytes sound) {
+    if (input.empty() || (input[0] & 1) == 0 || sound.empty())
+        return Bytes(input.substr(std::min<std::size_t>(1, input.size())));
+    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(input[i]); };
+    // The second byte may cut the file short.
+    if (input.size() > 1 && byte(1) < 64) sound.resize(sound.size() * (byte(1) + 1) / 64);
+    for (std::size_t i = 2; i + 2 < input.size() && !sound.empty(); i += 3)
+        sound[(byte(i) * 256u + byte(i + 1)) % sound.size()] = input[i + 2];
+    return sound;
+}
+
 // What the library may raise on damage is no fault; a crash, a hang or a read outside a buffer is.
 inline int run(const Form& form, BytesView hostile) {
     test::MemoryFiles disk;
     disk.restore(soundFiles(form));
-    disk.put(Text(u"/d/X.DBD/").append(form.hostile), hostile);
+    const Text name = Text(u"/d/X.DBD/").append(form.hostile);
+    disk.put(name, fileOf(hostile, disk.exists(name) ? disk.dump(name) : Bytes()));
     test::TestGround ground;
     ground.ui.defaultAnswer = 7;
     const test::StartedLibrary library(ground, disk);

@@ -54,6 +54,19 @@ struct LocaleRow {
         firstDay, firstWeek, monday, january;
 };
 
+// The home locale is a table of our own; ICU reads the same locale under the name with a hyphen.
+TEST(PosixLocale, TheHomeLocaleAgreesWithIcu) {
+    posix::PosixLocale own("de_DE");
+    posix::PosixLocale icu("de-DE");
+    EXPECT_EQ(own.lcid(), icu.lcid());
+    for (const int32 number : {4, 5, 6, 14, 15, 20, 25, 27, 29, 30, 33, 35, 4105, 4108, 4109}) {
+        const auto item = static_cast<LocaleItem>(number);
+        EXPECT_EQ(own.item(item), icu.item(item)) << number;
+    }
+    for (int32 day = 0; day < 7; ++day) EXPECT_EQ(own.weekdayName(day), icu.weekdayName(day));
+    for (int32 month = 1; month <= 12; ++month) EXPECT_EQ(own.monthName(month), icu.monthName(month));
+}
+
 TEST(PosixLocale, ItemsFollowTheLocale) {
     const LocaleRow rows[] = {
         {"de_DE", 1031, u"49", u",", u".", u"€", u"3", u".", u"1", u":", u"1", u"0", u"2", u"Montag",

@@ -34,6 +34,8 @@ class IndexKeys {
 
     int32 primary() const noexcept { return fields_[0]; }
     int32 count() const noexcept { return count_; }
+    // Bytes from the start of a record to its primary field.
+    uint32 offset() const noexcept { return count_ > 0 ? layout_->field(primary()).offset : 0; }
     int32 field(int32 component) const noexcept { return fields_[static_cast<std::size_t>(component)]; }
 
     // A key typed by a caller.
@@ -52,8 +54,9 @@ class IndexKeys {
     bool same(const SearchKey& key, BytesView record) const;
     // Bytes that compare as the keys do.
     void appendSortKey(Bytes& into, BytesView record) const;
-    // The key as text, for messages.
+    // A key as text, for messages.
     Text text(BytesView record) const;
+    Text text(const SearchKey& key) const;
     // Whether one of the index's fields differs between two records.
     bool differs(BytesView a, BytesView b) const;
 

@@ -1,5 +1,7 @@
 #include "tsRtm/database/TreeIndex.hpp"
 
+#include <algorithm>
+
 #include "tsRtm/frame/rtmMain.hpp"
 #include "tsRtm/types/Failure.hpp"
 
@@ -27,11 +29,11 @@ int32 TreeIndex::Step::before() const noexcept {
     return sum;
 }
 
-TreeIndex::Step& TreeIndex::push(int32 address, int32 base, TextView key) {
+TreeIndex::Step& TreeIndex::push(int32 address, int32 base, const SearchKey* key) {
     if (depth_ == tree::kMostLevels) {
         const Text text =
-            Text(u"Buffer overrun in Locating record \"").append(key).append(u"\" in index on field #") +
-            toText(keys_.primary());
+            Text(u"Buffer overrun in Locating record \"").append(key ? keys_.text(*key) : Text()) +
+            u"\" in index on field #" + toText(keys_.primary());
         rtmMain::system().ui.beep();
         rtmMain::DebugLog(text);
         raise(28, kSource, text);
@@ -68,12 +70,17 @@ BytesView TreeIndex::recordOf(const Step& at, int32 position) {
 bool TreeIndex::descend(const SearchKey& key, int32 number) {
     depth_ = 0;
     int32 base = 0;
+    const uint32 keyOffset = keys_.offset();
     for (int32 address = header().wurzel; address > 0;) {
-        Step& here = push(address, base, number != 0 ? toText(number) : Text());
+        Step& here = push(address, base, &key);
         int32 low = 1;
         int32 high = here.node.anzahl;
         while (low <= high) {
             const int32 middle = (low + high) / 2;
+            // Whatever this comparison says, one of these two comes next: its memory may come while we
+            // compare.
+            store_.approach(here.node.entry(std::max(low, (low + middle - 1) / 2)).satz, keyOffset);
+            store_.approach(here.node.entry((middle + 1 + high) / 2).satz, keyOffset);
             const int32 satz = here.node.entry(middle).satz;
             // The record searched for needs no look at it, and may not be in the file yet.
             const auto order = satz == number ? std::strong_ordering::equal
@@ -150,7 +157,7 @@ int32 TreeIndex::seek(int32 position) {
     if (depth_ == 0) {
         const int32 root = header().wurzel;
         if (root <= 0) return 0;
-        Step& top = push(root, 0, {});
+        Step& top = push(root, 0, nullptr);
         top.total = top.node.total();
     }
     for (;;) {
@@ -171,7 +178,7 @@ int32 TreeIndex::seek(int32 position) {
         const int32 child = at.node.entry(i).kind;
         const int32 below = at.node.entry(i).zaehler;
         if (child <= 0 || position > before + below) return 0;
-        push(child, before, {}).total = below;
+        push(child, before, nullptr).total = below;
     }
 }
 

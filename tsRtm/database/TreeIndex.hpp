@@ -55,7 +55,8 @@ class TreeIndex final : public IndexForm {
         int32 lastRecord = 0;
     };
 
-    Step& push(int32 address, int32 base, TextView key);
+    // One level down; the key searched for, if any, only for the message.
+    Step& push(int32 address, int32 base, const SearchKey* key);
     Step& last() noexcept { return path_[static_cast<std::size_t>(depth_ - 1)]; }
     Step& step(int32 level) noexcept { return path_[static_cast<std::size_t>(level)]; }
     BytesView recordOf(const Step& step, int32 position);

@@ -111,7 +111,7 @@ void TreeIndex::toLeafEntry(int32 hitLevel) {
     const Step& hit = step(hitLevel);
     int32 address = hit.node.entry(hit.position).kind;
     while (address > 0) {
-        Step& down = push(address, 0, {});
+        Step& down = push(address, 0, nullptr);
         down.position = down.node.anzahl + 1;
         address = down.node.entry(down.position).kind;
     }
