@@ -113,8 +113,7 @@ void Workloads::expect(const Database& db, bool good, const char* what) {
 }
 
 void Workloads::readAll(clsTSDB& db) {
-    for (std::size_t f = 0; f < kRowFields; ++f)
-        sink_.take(f, TextView(db.Fields(static_cast<int32>(f) + 1)));
+    for (std::size_t f = 0; f < kRowFields; ++f) sink_.take(f, db.FieldView(static_cast<int32>(f) + 1));
 }
 
 // As the user types it: an empty part is a blank.

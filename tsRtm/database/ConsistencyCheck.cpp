@@ -54,6 +54,7 @@ bool clsTSDB::checkIndex(int32 number, bool repair) {
         ++faults;
         note(failure.Description());
     }
+    if (faults > 0) closeIndex(d, number);  // its next opening looks at the total again, and heals
     if (faults > 0 && repair) Sort(number);
     return faults == 0;
 }

@@ -8,6 +8,7 @@
 namespace tsRtm {
 
 int32 DatabaseLocks::lockDatabase() {
+    if (!count_) return 70;
     const int32 error = lockWithWait(messages_, count_.file(), {countFormat::kDatabaseLock, 1, true});
     if (error == 0) databaseLocked = true;
     return error;
@@ -19,6 +20,7 @@ void DatabaseLocks::unlockDatabase() noexcept {
 }
 
 int32 DatabaseLocks::lockRecord(int32 record, int32 wait) {
+    if (!count_) return 70;
     const int32 error = lockWithWait(messages_, count_.file(), {countFormat::recordLock(record), wait, true});
     if (error == 0) own_.push_back(record);
     return error;
@@ -39,6 +41,12 @@ bool DatabaseLocks::owns(int32 record) const noexcept {
 bool DatabaseLocks::heldByOther(int32 record) const {
     const auto held = count_.file().isLocked(countFormat::byteAt(countFormat::recordLock(record)));
     return held.ok() && *held;
+}
+
+void DatabaseLocks::forget() noexcept {
+    own_.clear();
+    databaseLocked = false;
+    explicitly = false;
 }
 
 void DatabaseLocks::takeAgain() {

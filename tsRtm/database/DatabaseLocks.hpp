@@ -24,6 +24,8 @@ class DatabaseLocks {
     // Takes all locks anew after Count.tsd was closed and opened; a record that somebody else got meanwhile
     // is lost.
     void takeAgain();
+    // Count.tsd was closed for good, and all locks ended with it.
+    void forget() noexcept;
 
     bool databaseLocked = false;  // the database lock is held, or was claimed in single use
     bool explicitly = false;      // held through LockDB: kept until given back there

@@ -179,7 +179,6 @@ void clsTSDB::MoveLast() {
 }
 
 void clsTSDB::MoveNext() {
-    parts_->refreshWhenDue();
     parts_->viewPos = parts_->logPos + 1;
     moveTo(parts_->logPos + 1);
 }

@@ -52,7 +52,7 @@ void clsTSDB::PutSatz(int32 Satznummer) {
             d.fail(63);
             return;
         }
-        if (Satznummer < 1 || (Satznummer > count + 1 && !d.hasRecord(Satznummer - 1))) {
+        if (!d.store || Satznummer < 1 || (Satznummer > count + 1 && !d.hasRecord(Satznummer - 1))) {
             d.fail(63);
             return;
         }
@@ -82,7 +82,8 @@ Text clsTSDB::GetField(int32 Satznummer, int32 FeldNummer) {
     auto& d = *parts_;
     Text out;
     try {
-        if (Satznummer < 1 || (Satznummer != d.records() + 1 && !d.hasRecord(Satznummer))) {
+        // One behind the last reads as blank: a new record is in the indexes before it is in the file.
+        if (!d.store || Satznummer < 1 || (Satznummer != d.records() + 1 && !d.hasRecord(Satznummer))) {
             d.fail(63);
             return out;
         }
@@ -163,6 +164,16 @@ const Text& clsTSDB::Fields(int32 Index) {
     const auto& field = d.layout.field(Index);
     // By the low bits alone, so a serial number shows without its zeros.
     if ((field.typ & 7) != 5) return stored;
+    showNumber(field, stored, shown_);
+    return shown_;
+}
+
+TextView clsTSDB::FieldView(int32 Index) {
+    auto& d = *parts_;
+    if (Index == 0 || !d.layout.has(Index)) return Fields(Index);
+    const auto& field = d.layout.field(Index);
+    const TextView stored = d.felder.view(Index);
+    if ((field.typ & 7) != 5 || stored.empty()) return stored;
     showNumber(field, stored, shown_);
     return shown_;
 }

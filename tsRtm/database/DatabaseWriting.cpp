@@ -106,7 +106,7 @@ void clsTSDB::updateIndexesAndRecord() {
     try {
         if (path.changesIndexes()) {
             if (!lockIntern(true)) return;
-            d.refreshCount();
+            if (!d.istNeu) d.refreshCount();  // who took the lock for a new record has just looked
             path.watchPosition(d.aktIndex);
             path.moveEntries();
             if (const int32 position = path.positionIn(d.aktIndex); position != 0) d.logPos = position;

@@ -31,11 +31,11 @@ bool isZero(TextView stored) noexcept {
 
 }  // namespace
 
-void showNumber(const FieldLayout& field, const Text& stored, Text& into) {
+void showNumber(const FieldLayout& field, TextView stored, Text& into) {
     const int32 decimals = field.nachKomma & 7;
     const Text& mark = rtmMain::state().locale.sepDec;
     if (field.nachKomma > 0 && decimals > 0 && mark.size() == 1 &&
-        stored.find(mark == u"." ? u'\0' : mark[0]) == Text::npos &&
+        stored.find(mark == u"." ? u'\0' : mark[0]) == TextView::npos &&
         isFinal(stored, static_cast<std::size_t>(decimals)) && !isZero(stored)) {
         into = stored;
         into[into.size() - static_cast<std::size_t>(decimals) - 1] = mark[0];

@@ -5,7 +5,7 @@
 namespace tsRtm {
 
 // A stored number as the locale writes it: with its decimals, or plain where the field has none.
-void showNumber(const FieldLayout& field, const Text& stored, Text& into);
+void showNumber(const FieldLayout& field, TextView stored, Text& into);
 // A number as it is stored, from what was typed: thousands marks gone, "." before the decimals.
 Text storedNumber(const FieldLayout& field, TextView typed);
 

@@ -12,28 +12,6 @@ namespace {
 
 constexpr std::size_t kDateDigits = 8;
 
-constexpr uint64 kEightBlanks = 0x2020202020202020;
-
-uint64 eightBytes(const char* at) noexcept {
-    uint64 out;
-    std::memcpy(&out, at, sizeof out);
-    return out;
-}
-
-// Fields are mostly blanks at one end; eight of them are looked at in one step.
-BytesView trimmed(const FieldLayout& field, BytesView bytes) noexcept {
-    const char* from = bytes.data();
-    const char* to = from + bytes.size();
-    if (field.alpha || field.special) {
-        while (to - from >= 8 && eightBytes(to - 8) == kEightBlanks) to -= 8;
-        while (to != from && to[-1] == ' ') --to;
-    } else {
-        while (to - from >= 8 && eightBytes(from) == kEightBlanks) from += 8;
-        while (to != from && *from == ' ') ++from;
-    }
-    return {from, static_cast<std::size_t>(to - from)};
-}
-
 bool allDigits(BytesView bytes) noexcept {
     return std::all_of(bytes.begin(), bytes.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
@@ -49,6 +27,10 @@ IndexKeys::IndexKeys(const RecordLayout& layout, std::array<int32, 3> fields)
         utf16 = utf16 || layout.field(number).wide || layout.field(number).utf8;
     }
     order_ = utf16 ? Order::text : layout.dos() ? Order::dos : Order::ansi;
+    if (count_ > 0) {
+        const FieldLayout& first = layout.field(primary());
+        startsPlain_ = (first.alpha || first.special) && first.plain() && !first.sortsAsDate();
+    }
 }
 
 Text IndexKeys::fieldText(const FieldLayout& field, BytesView record) const {
@@ -87,7 +69,7 @@ BytesView IndexKeys::sortableDate(std::size_t component, BytesView digits) const
 
 BytesView IndexKeys::piece(std::size_t component, BytesView record) const {
     const auto& field = layout_->field(fields_[component]);
-    const BytesView bytes = trimmed(field, layout_->bytesOf(field, record));
+    const BytesView bytes = field.trimmed(layout_->bytesOf(field, record));
     BytesView out = bytes;
     if (!field.plain() || field.sortsAsDate()) {
         if (field.plain() && bytes.size() == kDateDigits && allDigits(bytes)) {

@@ -79,6 +79,7 @@ class IndexKeys {
     std::array<int32, 3> fields_;
     int32 count_ = 0;
     Order order_ = Order::ansi;
+    bool startsPlain_ = false;  // a key begins with the columns of its first field as they are
     mutable std::array<Bytes, 3> room_;
     mutable Text decoded_;
 };

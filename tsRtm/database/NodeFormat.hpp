@@ -44,6 +44,15 @@ struct Header {
 static_assert(sizeof(Header) == 16 && offsetof(Header, version) == 2 && offsetof(Header, wurzel) == 4 &&
               offsetof(Header, freiListe) == 8);
 
+// Sum and difference of two counts. Those of a damaged file may be anything: they wrap around instead of
+// leading astray.
+constexpr int32 plus(int32 a, int32 b) noexcept {
+    return static_cast<int32>(static_cast<uint32>(a) + static_cast<uint32>(b));
+}
+constexpr int32 minus(int32 a, int32 b) noexcept {
+    return static_cast<int32>(static_cast<uint32>(a) - static_cast<uint32>(b));
+}
+
 struct Entry {
     int32 kind = 0;
     int32 zaehler = 0;

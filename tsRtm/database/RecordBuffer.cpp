@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/text/CodePages.hpp"
 
 namespace tsRtm {
 
@@ -17,6 +18,7 @@ void RecordBuffer::load(BytesView record, bool plain) {
     deleted_ = RecordLayout::isDeleted(record);
     plain_ = plain;
     anyChanged_ = false;
+    isWidened_ = false;
     std::fill(states_.begin(), states_.end(), State::stored);
 }
 
@@ -41,6 +43,19 @@ const Text& RecordBuffer::operator[](int32 number) const {
         states_[i] = State::decoded;
     }
     return texts_[i];
+}
+
+TextView RecordBuffer::view(int32 number) const {
+    if (number == 0 || states_[static_cast<std::size_t>(number)] != State::stored) return (*this)[number];
+    const auto& field = layout_->field(number);
+    if (!field.plain() || layout_->dos() || field.pointer || field.chain) return (*this)[number];
+    if (!isWidened_) {
+        fromAnsi(bytes_, widened_);
+        isWidened_ = true;
+    }
+    const BytesView all = bytes_;
+    const BytesView text = field.trimmed(layout_->bytesOf(field, all));
+    return TextView(widened_).substr(static_cast<std::size_t>(text.data() - all.data()), text.size());
 }
 
 void RecordBuffer::set(int32 number, TextView text) {

@@ -17,6 +17,8 @@ class RecordBuffer {
     void clear();
     // 0..fields; the reference holds until the element changes.
     const Text& operator[](int32 number) const;
+    // The same without a Text of its own where the bytes are plain; holds until the record changes.
+    TextView view(int32 number) const;
     void set(int32 number, TextView text);
     bool deleted() const noexcept { return deleted_; }
     // The record as it is to be written: untouched fields keep their bytes.
@@ -32,6 +34,8 @@ class RecordBuffer {
     bool deleted_ = false;
     bool plain_ = false;
     bool anyChanged_ = false;
+    mutable Text widened_;  // the whole record, where view() needed it
+    mutable bool isWidened_ = false;
     mutable std::vector<State> states_;
     mutable std::vector<Text> texts_;
 };

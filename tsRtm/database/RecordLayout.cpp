@@ -98,10 +98,6 @@ Bytes RecordLayout::unfilled() const {
     return out;
 }
 
-BytesView RecordLayout::bytesOf(const FieldLayout& field, BytesView record) const noexcept {
-    return field.offset >= record.size() ? BytesView() : record.substr(field.offset, field.bytes);
-}
-
 Text RecordLayout::fromRecordCode(BytesView bytes) const {
     return dos_ ? fromAnsi(oemToAnsi(bytes)) : fromAnsi(bytes);
 }
@@ -117,10 +113,7 @@ Text RecordLayout::text(BytesView record) const {
 void RecordLayout::decode(const FieldLayout& field, BytesView bytes, Decode how, Text& into) const {
     const bool keepBlanks = how == Decode::whole && (field.pointer || field.chain);
     if (field.plain() && !dos_) {
-        if (!keepBlanks && (field.alpha || field.special))
-            bytes = bytes.substr(0, bytes.find_last_not_of(' ') + 1);
-        else if (!keepBlanks)
-            bytes.remove_prefix(std::min(bytes.find_first_not_of(' '), bytes.size()));
+        if (!keepBlanks) bytes = field.trimmed(bytes);
         fromAnsi(bytes, into);
         return;
     }
@@ -144,8 +137,14 @@ void RecordLayout::fill(std::span<char> into, TextView text, bool right, bool wi
         return;
     }
     std::memset(into.data(), ' ', into.size());
-    const Bytes bytes = toRecordCode(text);
-    std::memcpy(into.data() + before, bytes.data(), std::min(bytes.size(), into.size() - before));
+    char* const to = into.data() + before;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const int32 byte = text[i] < 0x80 ? text[i] : unicodeToAnsi(text[i]);
+        to[i] = byte < 0 ? '?' : static_cast<char>(byte);
+    }
+    if (!dos_) return;
+    const Bytes oem = ansiToOem({to, text.size()});
+    std::memcpy(to, oem.data(), oem.size());
 }
 
 void RecordLayout::encode(const FieldLayout& field, TextView text, std::span<char> into) const {

@@ -17,6 +17,7 @@
 //   memo, blob                    pointer text (rtmMain::EncodeNumber), right-aligned in 5 columns
 //   chain of 8 and more           two numbers, each right-aligned in half of the columns
 //   UTF-8 field                   "~" and the UTF-8 form where that is longer than the text, else the text
+#include <cstring>
 #include <span>
 #include <vector>
 
@@ -44,6 +45,8 @@ struct FieldLayout {
     bool sortsAsDate() const noexcept { return date && nachKomma < 2; }
     // The bytes of the field are its text, but for blanks at its end or before it.
     bool plain() const noexcept { return !wide && !utf8 && !julian; }
+    // The bytes of an 8-bit field without the blanks that fill it up.
+    BytesView trimmed(BytesView columns) const noexcept;
 };
 
 // Made once at the opening; a value, independent of the control file's object.
@@ -73,7 +76,9 @@ class RecordLayout {
     // A record of blanks; one that was allocated but not filled: "*" and the greatest character.
     Bytes blank() const;
     Bytes unfilled() const;
-    BytesView bytesOf(const FieldLayout& field, BytesView record) const noexcept;
+    BytesView bytesOf(const FieldLayout& field, BytesView record) const noexcept {
+        return field.offset >= record.size() ? BytesView() : record.substr(field.offset, field.bytes);
+    }
 
     enum class Decode {
         value,  // the field's text
@@ -98,5 +103,20 @@ class RecordLayout {
     bool dos_ = false;
     bool mixed_ = false;
 };
+
+inline BytesView FieldLayout::trimmed(BytesView columns) const noexcept {
+    // Fields are mostly blanks at one end; eight of them are looked at in one step.
+    const auto eightBlanks = [](const char* at) { return std::memcmp(at, "        ", 8) == 0; };
+    const char* from = columns.data();
+    const char* to = from + columns.size();
+    if (alpha || special) {
+        while (to - from >= 8 && eightBlanks(to - 8)) to -= 8;
+        while (to != from && to[-1] == ' ') --to;
+    } else {
+        while (to - from >= 8 && eightBlanks(from)) from += 8;
+        while (to != from && *from == ' ') ++from;
+    }
+    return {from, static_cast<std::size_t>(to - from)};
+}
 
 }  // namespace tsRtm

@@ -26,6 +26,9 @@ class RecordStore {
         if (!has(record)) return;
         if (const char* at = bytes_.view(layout_->offsetOf(record) + offset, 1)) __builtin_prefetch(at);
     }
+    void approachWhole(int32 record) const noexcept {
+        for (uint32 offset = 0; offset < layout_->bytes(); offset += kCacheLine) approach(record, offset);
+    }
     // Some bytes of a record, filled up with blanks behind the end of the file.
     void readPart(int32 record, uint32 offset, std::span<char> into) const;
 
@@ -40,6 +43,8 @@ class RecordStore {
     BlockFile& bytes() noexcept { return bytes_; }
 
  private:
+    static constexpr uint32 kCacheLine = 64;
+
     void closeGap(int32 record);
 
     BlockFile bytes_;

@@ -9,6 +9,7 @@ namespace tsRtm {
 namespace {
 
 constexpr TextView kSource = u"clsTSDB Locate";
+constexpr int32 kReadAhead = 3;
 
 Text hexadecimal(int32 number) {
     static constexpr char16_t kDigits[] = u"0123456789ABCDEF";
@@ -25,7 +26,7 @@ Text hexadecimal(int32 number) {
 
 int32 TreeIndex::Step::before() const noexcept {
     int32 sum = base;
-    for (int32 i = 1; i < position; ++i) sum += node.entry(i).zaehler + 1;
+    for (int32 i = 1; i < position; ++i) sum = tree::plus(sum, tree::plus(node.entry(i).zaehler, 1));
     return sum;
 }
 
@@ -105,7 +106,7 @@ bool TreeIndex::descend(const SearchKey& key, int32 number) {
 Found TreeIndex::foundHere(const SearchKey& key) {
     Found found;
     if (depth_ == 0) return found;
-    found.position = last().before() + 1;
+    found.position = tree::plus(last().before(), 1);
     for (int32 level = depth_ - 1; level >= 0; --level) {
         const Step& at = step(level);
         if (at.position > at.node.anzahl) continue;
@@ -114,6 +115,12 @@ Found TreeIndex::foundHere(const SearchKey& key) {
         break;
     }
     return found;
+}
+
+// Of the entry that the walk ended on.
+int32 TreeIndex::positionHere() {
+    const Step& here = last();
+    return tree::plus(tree::plus(here.before(), here.node.entry(here.position).zaehler), 1);
 }
 
 bool TreeIndex::pathUnchanged() {
@@ -140,7 +147,7 @@ int32 TreeIndex::positionOf(int32 record) {
             Bytes bytes;
             store_.read(record, bytes);
             if (!descend(keys_.searchFor(bytes), record)) return 0;
-            return last().before() + last().node.entry(last().position).zaehler + 1;
+            return positionHere();
         },
         [&] { return pathUnchanged(); });
 }
@@ -151,7 +158,7 @@ int32 TreeIndex::seek(int32 position) {
     for (int32 level = 0; level < depth_ && fresh; ++level) {
         const Step& at = step(level);
         fresh = file_.unchanged(at.address, at.node, use_.exclusive) && position > at.base &&
-                position <= at.base + at.total;
+                position <= int64{at.base} + at.total;
         if (!fresh) depth_ = level;
     }
     if (depth_ == 0) {
@@ -162,23 +169,26 @@ int32 TreeIndex::seek(int32 position) {
     }
     for (;;) {
         Step& at = last();
-        int32 before = at.base;
+        int64 before = at.base;
         int32 i = 1;
         for (; i <= at.node.anzahl; ++i) {
             const int32 below = at.node.entry(i).zaehler;
             if (position <= before + below) break;
             if (position == before + below + 1) {
                 at.position = i;
+                // Who reads in order comes to the neighbours next.
+                if (i + kReadAhead <= at.node.anzahl)
+                    store_.approachWhole(at.node.entry(i + kReadAhead).satz);
                 return at.node.entry(i).satz;
             }
-            before += below + 1;
+            before += int64{below} + 1;
         }
         // Behind the last key only the rightmost subtree is left.
         at.position = i;
         const int32 child = at.node.entry(i).kind;
         const int32 below = at.node.entry(i).zaehler;
         if (child <= 0 || position > before + below) return 0;
-        push(child, before, nullptr).total = below;
+        push(child, static_cast<int32>(before), nullptr).total = below;
     }
 }
 
@@ -209,7 +219,7 @@ int32 TreeIndex::inspectNode(int32 address, int32 level, Inspection& inspection)
     for (int32 i = 1; i <= node.anzahl + 1; ++i) {
         const auto& entry = node.entry(i);
         const int32 below = entry.kind > 0 ? inspectNode(entry.kind, level + 1, inspection) : 0;
-        counted += below;
+        counted = tree::plus(counted, below);
         if (below != entry.zaehler)
             inspection.out.lines.push_back(u"Indexzählfehler: " + place + toText(i) + u":Count=" +
                                            toText(entry.zaehler) + u" - gezählt=" + toText(below));

@@ -64,6 +64,7 @@ class TreeIndex final : public IndexForm {
     // True on the record's entry itself, which may lie in an inner node.
     bool descend(const SearchKey& key, int32 number);
     Found foundHere(const SearchKey& key);
+    int32 positionHere();
     int32 seek(int32 position);
     bool pathUnchanged();
 

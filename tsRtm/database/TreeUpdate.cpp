@@ -10,7 +10,9 @@ namespace tsRtm {
 namespace {
 
 using tree::Entry;
+using tree::minus;
 using tree::Node;
+using tree::plus;
 
 void insertEntry(Node& node, int32 position, Entry entry) {
     Entry* at = node.entries + (position - 1);
@@ -56,9 +58,8 @@ Halves split(const Node& full, int32 position, Entry entry) {
 int32 TreeIndex::insert(int32 record, const SearchKey& key) {
     tree::Header head = header();
     const int32 before = head.freiListe;
-    if (descend(key, record))
-        return last().before() + last().node.entry(last().position).zaehler + 1;  // it is there already
-    const int32 position = depth_ == 0 ? 1 : last().before() + 1;
+    if (descend(key, record)) return positionHere();  // it is there already
+    const int32 position = depth_ == 0 ? 1 : tree::plus(last().before(), 1);
 
     int32 full = 0;
     while (full < depth_ && step(depth_ - 1 - full).node.anzahl >= tree::kMostKeys) ++full;
@@ -74,13 +75,14 @@ int32 TreeIndex::insert(int32 record, const SearchKey& key) {
     for (int32 level = depth_ - 1; level >= 0; --level) {
         Step& at = step(level);
         const bool leaf = level == depth_ - 1;
-        if (!leaf) at.node.entry(at.position).zaehler += 1;
+        int32& count = at.node.entry(at.position).zaehler;
+        if (!leaf) count = plus(count, 1);
         if (!waiting) {
             file_.writeCount(at.address, at.position, at.node.entry(at.position).zaehler);
             continue;
         }
         // The left half goes in before the entry that still leads to the right one.
-        if (!leaf) at.node.entry(at.position).zaehler -= pending.zaehler + 1;
+        if (!leaf) count = minus(count, plus(pending.zaehler, 1));
         if (at.node.anzahl < tree::kMostKeys) {
             insertEntry(at.node, at.position, pending);
             file_.write(at.address, at.node);
@@ -137,7 +139,8 @@ int32 TreeIndex::mergeWith(int32 level, int32 sibling, const Node& other, tree::
     merged.anzahl = leftNode.anzahl + rightNode.anzahl + 1;
 
     const int32 otherAddress = parent.node.entry(sibling).kind;
-    parent.node.entry(own).zaehler += parent.node.entry(sibling).zaehler + 1;
+    int32& count = parent.node.entry(own).zaehler;
+    count = plus(count, plus(parent.node.entry(sibling).zaehler, 1));
     if (right) parent.node.entry(own).satz = parent.node.entry(sibling).satz;
     here.node = merged;
     file_.write(here.address, here.node);
@@ -161,7 +164,7 @@ void TreeIndex::rotateWith(int32 level, int32 sibling, Node& other) {
         end = std::copy_n(other.entries, moved, end);
         separator.satz = (end - 1)->satz;
         (end - 1)->satz = 0;
-        for (int32 i = 1; i <= moved; ++i) records += other.entry(i).zaehler;
+        for (int32 i = 1; i <= moved; ++i) records = plus(records, other.entry(i).zaehler);
         std::copy(other.entries + moved, other.entries + other.anzahl + 1, other.entries);
         std::fill(other.entries + other.anzahl + 1 - moved, other.entries + other.anzahl + 1, Entry{});
     } else {
@@ -169,7 +172,7 @@ void TreeIndex::rotateWith(int32 level, int32 sibling, Node& other) {
         Entry* end = std::copy(other.entries + keep + 1, other.entries + other.anzahl + 1, node.entries);
         (end - 1)->satz = separator.satz;
         std::copy_n(here.node.entries, here.node.anzahl + 1, end);
-        for (int32 i = keep + 2; i <= other.anzahl + 1; ++i) records += other.entry(i).zaehler;
+        for (int32 i = keep + 2; i <= other.anzahl + 1; ++i) records = plus(records, other.entry(i).zaehler);
         separator.satz = other.entry(keep + 1).satz;
         other.entry(keep + 1).satz = 0;
         std::fill(other.entries + keep + 1, other.entries + other.anzahl + 1, Entry{});
@@ -177,8 +180,10 @@ void TreeIndex::rotateWith(int32 level, int32 sibling, Node& other) {
     node.anzahl = here.node.anzahl + moved;
     other.anzahl -= moved;
     here.node = node;
-    parent.node.entry(own).zaehler += records;
-    parent.node.entry(sibling).zaehler -= records;
+    int32& gained = parent.node.entry(own).zaehler;
+    int32& given = parent.node.entry(sibling).zaehler;
+    gained = plus(gained, records);
+    given = minus(given, records);
     file_.write(here.address, here.node);
     file_.write(parent.node.entry(sibling).kind, other);
 }
@@ -209,8 +214,10 @@ int32 TreeIndex::balance(int32 level, tree::Header& header) {
 }
 
 void TreeIndex::removeUpwards(int32 hitLevel, tree::Header& header) {
-    for (int32 level = 0; level < depth_ - 1; ++level)
-        step(level).node.entry(step(level).position).zaehler -= 1;
+    for (int32 level = 0; level < depth_ - 1; ++level) {
+        int32& count = step(level).node.entry(step(level).position).zaehler;
+        count = minus(count, 1);
+    }
     int32 remove = last().position;
     bool whole = true;  // more than one count of the node changed
     for (int32 level = depth_ - 1; level >= 0; --level) {

@@ -46,7 +46,8 @@ void UpdatePath::moveEntries() {
             position = form.move(record_, &from, to);
         }
         moving_ = false;
-        if (number == watched_) position_ = position;
+        // The flat form compares a field number with the index number: known so, and kept.
+        if ((parts_.big ? number : keys.primary()) == watched_) position_ = position;
         parts_.events.IndexChange(keys.primary());
     }
 }

@@ -187,13 +187,19 @@ void clsTSDB::closeFiles() noexcept {
     d.count = CountFile();
     close(d.countNumber, closeNumber);
     close(d.lockNumber, closeNumber);
+    d.locks.forget();
     d.indexes.clear();
+    d.aktIndex = 0;
     d.opened = false;
 }
 
 void clsTSDB::KillAllObjects() {
-    const auto records = std::exchange(live_, {});
-    for (auto* record : records) record->invalidate();
+    // A listener may let go of other records, or ask for new ones: the list is read anew each time.
+    for (std::size_t left = live_.size(); left > 0 && !live_.empty(); --left) {
+        auto* const record = live_.front();
+        live_.erase(live_.begin());
+        record->invalidate();
+    }
 }
 
 std::shared_ptr<clsControl> clsTSDB::Control() const { return parts_->control; }

@@ -83,6 +83,8 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     // and may be written in it. The reference holds until the field or the record changes.
     const Text& Fields(int32 Index);
     void Fields(int32 Index, TextView Inhalt);
+    // The same as Fields without a Text of its own, for loops over many records. Holds until the next call.
+    TextView FieldView(int32 Index);
     // All fields from 0 on; the result is Fields(0).
     Text Satz(std::vector<Text>& Feld);
     void ClearRecord();

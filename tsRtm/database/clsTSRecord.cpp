@@ -94,8 +94,8 @@ bool clsTSRecord::Update() {
     const auto database = DB();
     if (!database || !load()) return false;
     const int32 number = database->SatzSpeichern(*this);
-    const bool ok = database->Error() == 0 && number > 0;
-    if (!ok) return false;
+    error_ = database->Error();
+    if (error_ != 0 || number < 1) return false;
     const bool isNew = number_ < 1;
     number_ = number;
     serial_ = 0;
@@ -145,7 +145,7 @@ void clsTSRecord::Deleted(bool value) {
         database->Delete(number_);
     else
         database->Reaktivieren(number_);
-    if (loaded_) felder_.set(0, value ? u"*" : u" ");
+    if (loaded_ && !database->IsReadOnly()) felder_.set(0, value ? u"*" : u" ");
 }
 
 void clsTSRecord::serialNumber(int32 value) {

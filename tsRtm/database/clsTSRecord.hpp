@@ -43,8 +43,10 @@ class clsTSRecord {
     // The field that names this value object, with this index.
     const Text& Value(TextView ValueName, int32 Index = 0);
 
-    // Stores the record; a new one gets its number. False where it could not be stored.
+    // Stores the record; a new one gets its number. False where it could not be stored: Error then tells the
+    // number that the database gave, until the next Update.
     bool Update();
+    int32 Error() const noexcept { return error_; }
     // Drops what was loaded and written: the next read takes it from the file. A lock stays.
     void Reset();
     // Another object on the same stored record, that nobody is told of. Nothing for a new record.
@@ -76,6 +78,7 @@ class clsTSRecord {
     int32 number_;
     RecordBuffer felder_;
     Text shown_;
+    int32 error_ = 0;
     int32 serial_ = 0;  // given out for this record, not stored yet
     bool loaded_ = false;
     bool changed_ = false;

@@ -11,9 +11,10 @@ class Clock {
     virtual ~Clock() = default;
     // The local date and time.
     virtual Date now() = 0;
-    // Time that only grows, from an arbitrary start; cheap enough to ask at every record.
+    // Time that only grows, from an arbitrary start, to some milliseconds; cheap enough to ask at every
+    // record.
     virtual std::chrono::nanoseconds elapsed() = 0;
-    // Gives the processor away for about this long.
+    // Gives the processor away for about this long; for 0 only to those who wait for it.
     virtual void sleep(std::chrono::nanoseconds duration) = 0;
 };
 

@@ -73,10 +73,11 @@ bool appendBase(Bytes& key, Pieces pieces) {
     return marked;
 }
 
-// The base weight of a character of Text, 0 for none or several, kForeign for one outside the code page.
-uint8 simpleWeight(char16_t c) noexcept {
+// The base weight of a character of Text in the low byte, 0 for none or several, kForeign for one outside the
+// code page; with kMarked where a further level has a weight.
+uint16 simpleWeight(char16_t c) noexcept {
     const int32 code = c < 0x80 ? c : unicodeToAnsi(c);
-    return code < 0 ? kForeign : static_cast<uint8>(tables.quick[static_cast<std::size_t>(code)]);
+    return code < 0 ? uint16{kForeign} : tables.quick[static_cast<std::size_t>(code)];
 }
 
 bool isJoined(BytesView text, Pieces pieces) noexcept {
@@ -118,15 +119,20 @@ std::strong_ordering compareAnsi(BytesView a, BytesView b) noexcept {
 
 std::strong_ordering compareText(TextView a, TextView b) {
     const std::size_t shorter = std::min(a.size(), b.size());
+    bool marked = false;  // in a place where the texts differ
     for (std::size_t i = 0; i < shorter; ++i) {
         if (a[i] == b[i]) continue;
-        const uint8 weightA = simpleWeight(a[i]);
-        const uint8 weightB = simpleWeight(b[i]);
+        const uint16 quickA = simpleWeight(a[i]);
+        const uint16 quickB = simpleWeight(b[i]);
+        const auto weightA = static_cast<uint8>(quickA);
+        const auto weightB = static_cast<uint8>(quickB);
         const bool simple = weightA != 0 && weightB != 0 && weightA != kForeign && weightB != kForeign;
         if (!simple) return compareByKeys(a, b);
         if (weightA != weightB) return weightA <=> weightB;
+        marked = marked || ((quickA | quickB) & kMarked) != 0;
     }
-    if (a == b) return std::strong_ordering::equal;
+    // Mere differences of case weigh nothing.
+    if (a.size() == b.size() && !marked) return std::strong_ordering::equal;
     return compareByKeys(a, b);
 }
 
@@ -195,6 +201,17 @@ std::strong_ordering AnsiSearchKey::compare(Pieces record) const noexcept {
     if ((seen & kMarked) == 0 || isJoined(text_, record)) return std::strong_ordering::equal;
     const BytesView text = text_;
     return textorder::compareMarks(Pieces(&text, 1), record);
+}
+
+std::optional<std::strong_ordering> AnsiSearchKey::decidedBy(BytesView start) const noexcept {
+    const char* key = weights_.data();
+    for (const char c : start) {
+        const auto weight = static_cast<uint8>(tables.quick[static_cast<uint8>(c)]);
+        if (c == ' ' || weight == 0) return std::nullopt;
+        const auto due = static_cast<uint8>(*key++);
+        if (due != weight) return due <=> weight;
+    }
+    return std::nullopt;
 }
 
 }  // namespace tsRtm

@@ -11,6 +11,7 @@
 // each, as index keys of several fields are made. Nothing here fails; the state is constant, but for the ICU
 // collator behind characters outside code page 1252, which serves one thread.
 #include <compare>
+#include <optional>
 #include <span>
 
 #include "tsRtm/types/Text.hpp"
@@ -46,6 +47,10 @@ class AnsiSearchKey {
     // The search text against a record's key: the answer of compareAnsi(text, joined pieces).
     std::strong_ordering compare(Pieces record) const noexcept;
     std::strong_ordering compare(BytesView record) const noexcept { return compare(Pieces(&record, 1)); }
+    // The same answer from the start of the record's key alone, where the key differs before its first blank,
+    // or before a character with more than a plain weight; else nothing. `start` may be filled up with
+    // blanks.
+    std::optional<std::strong_ordering> decidedBy(BytesView start) const noexcept;
 
  private:
     Bytes text_;

@@ -1,6 +1,7 @@
 #include "tsRtm/platform/posix/PosixSettings.hpp"
 
 #include <sqlite3.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -137,6 +138,8 @@ sqlite3* PosixSettings::reading(HKeys hive) {
     auto& database = open_[hive];
     if (database) return database.get();
     const auto path = folder(hive) + '/' + hiveName(hive) + ".sqlite";
+    // Most users never store a setting: the first look does not wake the database library.
+    if (::access(path.c_str(), F_OK) != 0) return nullptr;
     sqlite3* opened = nullptr;
     // Opens for reading alone where the file may not be written.
     const int code = ::sqlite3_open_v2(path.c_str(), &opened, SQLITE_OPEN_READWRITE, nullptr);
