@@ -55,6 +55,10 @@ const char* faultText(BankRowFault fault) noexcept {
     return "";
 }
 
+Text controlFile(const std::string& name) {
+    return FilesTopic::MakePath({Variant(databaseFolder(name)), Variant(u"Control.tsd")});
+}
+
 bool isRegister(const clsControl& control) {
     const auto wanted = bankRegister::fields();
     if (control.Felder() != bankRegister::kFields || control.Indizes() != bankRegister::kByPlaceAndName)
@@ -84,7 +88,7 @@ void removeRegister(const Options& options) {
 
 void makeRegister(const Options& options) {
     const Text folder = databaseFolder(options.name);
-    if (FilesTopic::Exist(FilesTopic::MakePath({Variant(folder), Variant(u"Control.tsd")}))) {
+    if (FilesTopic::Exist(controlFile(options.name))) {
         if (!options.replace)
             throw CliError("there is a database '" + options.name + "' already; make it anew with --replace");
         removeRegister(options);
@@ -181,21 +185,28 @@ std::vector<int32> banksWith(Session& session, const std::string& key, int32 ind
 }
 
 void find(const Options& options) {
+    if (!FilesTopic::Exist(controlFile(options.name)))
+        throw CliError("no bank register '" + options.name + "'; make one with: tsrtm banks import FILE " +
+                       options.name);
     Session session(options.name, Use::read);
     if (!isRegister(session.control())) throw CliError("'" + options.name + "' is no bank register");
     const std::string key = toUtf8(trim(fromUtf8(options.key)));
     if (key.empty()) throw CliError("an empty key finds nothing");
     const int32 index = indexForKey(fromUtf8(key));
-    auto found = banksWith(session, key, index, options.limit);
+    // One more than is shown tells whether there are more.
+    auto found = banksWith(session, key, index, options.limit + 1);
     // A place may have eight letters, too.
     if (found.empty() && index == bankRegister::kByBic)
-        found = banksWith(session, key, bankRegister::kByPlaceAndName, options.limit);
+        found = banksWith(session, key, bankRegister::kByPlaceAndName, options.limit + 1);
+    const bool more = static_cast<int32>(found.size()) > options.limit;
+    if (more) found.pop_back();
     const FieldMap map(session.control());
     if (found.empty() && !options.json) throw CliError("no bank begins with '" + options.key + "'");
     RecordReader record(session);
     RecordList list(session, map, map.select({}), options.json);
     for (const int32 number : found)
         if (record.read(number)) list.add(record);
+    if (more) std::cerr << "There are more banks; --limit shows them.\n";
 }
 
 void addBankImport(CLI::App& banks) {
@@ -234,6 +245,10 @@ void addBankFind(CLI::App& banks) {
 void addBanks(CLI::App& app) {
     auto* banks = app.add_subcommand("banks", "The register of German banks");
     banks->require_subcommand(1);
+    banks->footer(
+        "Examples:\n"
+        "  tsrtm banks import blz.txt Banken\n"
+        "  tsrtm banks find Köln --limit 5");
     addBankImport(*banks);
     addBankFind(*banks);
 }

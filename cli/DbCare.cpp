@@ -49,8 +49,8 @@ void check(const Options& options) {
     print(db.Befunde(), sound, options);
     if (sound) return;
     if (!options.repair)
-        throw CliError("'" + options.name +
-                       "' has faults; rebuild its indexes with: tsrtm db check --repair");
+        throw CliError("'" + options.name + "' has faults; rebuild its indexes with: tsrtm db check " +
+                       options.name + " --repair");
     if (!db.Check(false, {}))
         throw CliError("'" + options.name +
                        "' still has faults: somebody else has it open, or the device fails");

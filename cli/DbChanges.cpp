@@ -57,7 +57,8 @@ void set(const Options& options) {
     session.check("cannot read record " + std::to_string(number));
     if (db.IsDeleted())
         throw CliError("record " + std::to_string(number) +
-                       " is deleted; bring it back with: tsrtm db undelete");
+                       " is deleted; bring it back with: tsrtm db undelete " + session.name() + " " +
+                       std::to_string(number));
     for (const auto& value : values) db.Fields(value.field, value.text);
     session.check("cannot set the fields");
     db.Update();

@@ -143,7 +143,8 @@ void readStructure(clsRtm& rtm, const std::string& file, Structure& into) {
             name = inside;
     if (!FilesTopic::Exist(name)) throw CliError("no structure file '" + file + "'");
     clsControl control(rtm);
-    if (!control.Oeffne(name) || control.Felder() == 0)
+    bool dos = true;  // where its head is a plain count
+    if (!control.Oeffne(name, dos) || control.Felder() == 0)
         throw CliError("'" + file + "' is no structure file: it tells of no fields, or is damaged");
     for (const auto& field : control.GetTSIOArray()) into.fields.push_back(field->Clone());
     // The file tells the length of a memo's blocks where the record has a pointer.
@@ -241,7 +242,8 @@ void addCreate(CLI::App& db) {
         ->type_name("FORM");
     command->footer("Types, in English or German, with the length that is taken where none is given:\n" +
                     fieldTypeHelp() +
-                    "\nExample:\n  tsrtm db create Kunden --field NAME:text:30 --field ORT:text:30 --field "
+                    "\nAn index orders numbers as text: 12 stands before 7.\n"
+                    "Example:\n  tsrtm db create Kunden --field NAME:text:30 --field ORT:text:30 --field "
                     "UMSATZ:number:10:2 "
                     "\\\n                         --index NAME --index ORT,NAME --max 100000");
     command->callback([options] {

@@ -65,10 +65,20 @@ class Rejects {
     int64 count_ = 0;
 };
 
+// A lone title that is no field, but would be several with another separator.
+void needSeparator(const CsvRow& header, const FieldMap& map, const Options& options) {
+    if (header.fields.size() != 1 || map.find(header.fields.front()) != 0) return;
+    for (const auto& [mark, word] : {std::pair{';', "';'"}, {'\t', "$'\\t'"}, {',', "','"}})
+        if (header.fields.front().find(mark) != std::string::npos)
+            throw CliError("'" + options.file +
+                           "': the header line has another separator; try: --separator " + word);
+}
+
 // Field of each column by the header line, 0 for a column that is left out.
 std::vector<int32> columnFields(const CsvRow& header, const FieldMap& map, FileEncoding encoding,
                                 const Options& options) {
     if (!header.fault.empty()) throw CliError("'" + options.file + "': the header line has " + header.fault);
+    needSeparator(header, map, options);
     std::vector<int32> fields;
     for (const auto& title : header.fields) {
         const auto text = decodeText(title, encoding);
@@ -96,8 +106,8 @@ class RowCheck {
         values.clear();
         if (!row.fault.empty()) return row.fault;
         if (row.fields.size() != columns_.size())
-            return std::to_string(row.fields.size()) + " fields, the header line has " +
-                   std::to_string(columns_.size());
+            return std::to_string(row.fields.size()) + (row.fields.size() == 1 ? " field" : " fields") +
+                   ", the header line has " + std::to_string(columns_.size());
         for (std::size_t i = 0; i < columns_.size(); ++i) {
             const int32 field = columns_[i];
             if (field == 0) continue;

@@ -15,6 +15,7 @@ struct Line {
 };
 
 constexpr std::array kDatabaseErrors{
+    Line<int32>{0, "its files could not be written; see whether you may write there"},
     Line<int32>{5, "the database is open for reading only"},
     Line<int32>{6, "an index does not fit the records; rebuild it with: tsrtm db sort DB"},
     Line<int32>{7, "the database is full: it holds as many records as it was made for (--max)"},

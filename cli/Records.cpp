@@ -1,5 +1,7 @@
 #include "cli/Records.hpp"
 
+#include <algorithm>
+
 #include "cli/CliError.hpp"
 
 namespace tsRtm::cli {
@@ -55,6 +57,8 @@ std::vector<Assignment> assignments(Session& session, const FieldMap& map,
         const auto equals = word.find('=');
         if (equals == std::string::npos) throw CliError("'" + word + "' is not of the form NAME=VALUE");
         const int32 field = map.need(word.substr(0, equals));
+        if (std::any_of(out.begin(), out.end(), [&](const auto& earlier) { return earlier.field == field; }))
+            throw CliError(map.label(field) + " is given twice");
         auto text = rules.accept(field, fromUtf8(word.substr(equals + 1)), map.label(field));
         if (!text) throw CliError(rules.reason());
         out.push_back({field, std::move(*text)});

@@ -3,6 +3,7 @@
 #include "cli/CliError.hpp"
 #include "cli/ErrorText.hpp"
 #include "cli/Terminal.hpp"
+#include "cli/TextFiles.hpp"
 #include "tsRtm/frame/rtmMain.hpp"
 
 namespace tsRtm::cli {
@@ -29,9 +30,13 @@ Session::Session(const std::string& name, Use use)
     if (!FilesTopic::Exist(control))
         throw CliError("no database '" + name + "': " + toUtf8(folder_) +
                        " holds no Control.tsd; make one with: tsrtm db create");
-    // The object of the open database lets the look of the data overrule what this file says.
-    if (!control_.Oeffne(control))
-        throw CliError("cannot read the structure of '" + name + "': Control.tsd is damaged");
+    const InputFile readable(toUtf8(control));  // says so where it is not
+    // The object of the open database lets the look of the data overrule what this file says. A plain count
+    // in its head means the DOS code page.
+    bool dos = true;
+    if (!control_.Oeffne(control, dos))
+        throw CliError("cannot read the structure of '" + name +
+                       "': Control.tsd is damaged or of a newer form");
     open(use);
 }
 
@@ -43,8 +48,9 @@ void Session::open(Use use) {
             throw CliError("cannot open '" + name_ +
                            "' alone: somebody else has it open, or you may not write there");
         if (error == kCannotLock && use == Use::read)
-            throw CliError("cannot open '" + name_ +
-                           "': Data.tsd is missing, or somebody holds the database alone");
+            throw CliError(
+                "cannot open '" + name_ +
+                "': Data.tsd is missing or you may not read it, or somebody holds the database alone");
         throw CliError("cannot open '" + name_ + "': " + databaseErrorText(error));
     }
     if (use != Use::read && db_->IsReadOnly())

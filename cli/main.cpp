@@ -55,6 +55,7 @@ void addCommands(CLI::App& app) {
 int main(int argc, char** argv) {
     std::ios::sync_with_stdio(false);
     CLI::App app("Looks after databases of tsRtm.", "tsrtm");
+    app.set_version_flag("--version", "tsrtm " TSRTM_VERSION);
     app.footer(
         "Exit status: 0 done, 1 failed (one line on standard error says why), 2 wrong usage.\n"
         "Examples:\n"

@@ -55,8 +55,10 @@ void importFile(clsRtm& rtm, const std::string& file, const std::string& name) {
     BankFileReader reader(**opened);
     const auto result = importBanks(reader, *db);
     if (!result.complete) throw std::runtime_error("the import failed");
-    std::printf("%d banks imported in %.0f ms, %d other offices left out, %d lines rejected\n\n",
-                result.loaded, secondsSince(start) * 1000, result.otherRows, result.rejected);
+    const double milliseconds = secondsSince(start) * 1000;
+    std::printf("%d rows read in %.0f ms: %d banks imported, %d other offices left out, %d rows rejected\n\n",
+                result.loaded + result.otherRows + result.rejected, milliseconds, result.loaded,
+                result.otherRows, result.rejected);
 }
 
 // Median time of one look-up, in microseconds; every look-up takes another bank.
@@ -74,8 +76,14 @@ double median(clsTSDB& banks, int32 field, const std::function<void(const Text& 
     return times[kLookUps / 2];
 }
 
-void show(const char* what, const std::string& answer, double microseconds) {
-    std::printf("  %-26s %-52s %7.1f us\n", what, answer.c_str(), microseconds);
+// Filled up by characters, of which an umlaut is one.
+std::string column(const std::string& text, std::size_t width) {
+    const std::size_t has = fromUtf8(text).size();
+    return text + std::string(has < width ? width - has : 0, ' ');
+}
+
+void show(const std::string& what, const std::string& answer, double microseconds) {
+    std::printf("  %s  %s %7.1f us\n", column(what, 24).c_str(), column(answer, 56).c_str(), microseconds);
 }
 
 std::string current(clsTSDB& banks) {
@@ -94,24 +102,24 @@ void lookUpBanks(clsRtm& rtm, const std::string& name) {
     banks->SetIndex(bankRegister::kByCode);
     double time = median(*banks, fBANKEN_BLZ, goTo);
     banks->Gehezu(code);
-    show(("code " + toUtf8(code)).c_str(), current(*banks), time);
+    show("code " + toUtf8(code), current(*banks), time);
 
     banks->SetIndex(bankRegister::kByBic);
     banks->MoveLast();
     const Text institute = banks->Fields(fBANKEN_BIC).substr(0, 8);
     time = median(*banks, fBANKEN_BIC, [&](const Text& bic) { banks->Gehezu(bic.substr(0, 8)); });
     banks->Gehezu(institute);
-    show(("BIC " + toUtf8(institute) + "...").c_str(), current(*banks), time);
+    show("BIC " + toUtf8(institute) + "...", current(*banks), time);
 
     banks->SetIndex(bankRegister::kByPlaceAndName);
     time = median(*banks, fBANKEN_ORT, goTo);
     banks->Gehezu(place);
-    show(("place " + toUtf8(place)).c_str(), current(*banks), time);
+    show("place " + toUtf8(place), current(*banks), time);
 
     time = median(*banks, fBANKEN_ORT, [&](const Text& key) { banks->Rang(key); });
     const std::string rank =
         std::to_string(banks->Rang(place)) + " of " + std::to_string(banks->AnzahlDSaetze());
-    show(("rank of " + toUtf8(place)).c_str(), rank, time);
+    show("rank of " + toUtf8(place), rank, time);
 }
 
 // --- Four users
@@ -212,11 +220,6 @@ int run(const std::string& program, const std::string& file, const std::string& 
     makeAccounts(rtm, banks, accounts);
     const bool nothingLost = changeByMany(rtm, program, accounts);
     const bool sound = checkIndexes(rtm, banks) && checkIndexes(rtm, accounts);
-    std::cout << "\nGo on by yourself:\n"
-                 "  tsrtm banks find Berlin --db "
-              << banks << "\n  tsrtm db list " << banks
-              << " --index ORT --from K --limit 10\n  tsrtm db goto " << banks
-              << " 5 --json\n  tsrtm db list " << accounts << " --index STAND --descending --limit 5\n";
     return nothingLost && sound ? 0 : 1;
 }
 

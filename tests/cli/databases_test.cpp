@@ -100,12 +100,28 @@ TEST_F(Databases, ValuesThatDoNotFitAreRefusedWithAReason) {
           {"TAG=2024-13-01", "is no date"},
           {"TAG=morgen", "is no date"},
           {"FOO=1", "no field 'FOO'"},
+          {"NAME=a' 'name=b", "given twice"},
           {"NAME", "not of the form"}}) {
         refused(std::string("db set P 1 '") + value + "'", 1, tells);
         refused(std::string("db add P '") + value + "'", 1, tells);
     }
     EXPECT_EQ(ok("db dump P --json").out, before);
     EXPECT_EQ(ok("db get P 1 --json").json()["fields"]["BETRAG"], "1234.50");
+}
+
+// A structure whose head is a plain count has its texts and records in code page 850.
+TEST_F(Databases, ADosDatabaseIsReadAndKeptInItsCodePage) {
+    ok("db create D --field NAME:text:8 --index NAME --max 100");
+    const std::string made = read("D.DBD/Control.tsd");
+    ASSERT_EQ(made.substr(0, 4), "TS1,");
+    write("D.DBD/Control.tsd", made.substr(4));
+    ok("db add D NAME=Müller");
+    EXPECT_EQ(read("D.DBD/Data.tsd"), " M\x81ller  ");
+    EXPECT_EQ(ok("db info D --json").json()["form"], "dos");
+    EXPECT_EQ(ok("db get D 1 --json").json()["fields"]["NAME"], "Müller");
+    refused("db set D 1 NAME=a€b", 1, "'€' is not in code page 850");
+    EXPECT_EQ(read("D.DBD/Data.tsd"), " M\x81ller  ");
+    EXPECT_EQ(ok("db check D").out, "sound\n");
 }
 
 TEST_F(Databases, SetMovesARecordInItsIndexes) {

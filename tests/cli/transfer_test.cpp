@@ -77,6 +77,8 @@ TEST_F(Transfer, AHeaderLineThatDoesNotFitLoadsNothing) {
     for (const auto& [content, tells] : {std::pair{"", "is empty"},
                                          {"NAME,FOO\r\na,b\r\n", "no field 'FOO'"},
                                          {"NAME,name\r\na,b\r\n", "two columns"},
+                                         {"NAME;ORT\r\na;b\r\n", "--separator ';'"},
+                                         {"NAME\tORT\r\na\tb\r\n", "--separator $'\\t'"},
                                          {"\"NAME\r\n", "never closed"}}) {
         write("h.csv", content);
         refused("db import P h.csv", 1, tells);
@@ -127,7 +129,10 @@ TEST_F(Transfer, BanksAreFoundByCodeBicAndPlace) {
     EXPECT_EQ(codes("Berlin P"), "18636374 ");
     EXPECT_EQ(codes("Dortmund"), "42254674 44416089 45697803 ");  // eight letters, but no BIC
     EXPECT_EQ(codes("köln"), "33850571 32619431 ");
+    EXPECT_NE(ok("banks find 22 --limit 2").err.find("more banks"), std::string::npos);
+    EXPECT_EQ(ok("banks find 22 --limit 3").err, "");
     refused("banks find 99", 1, "no bank");
+    refused("banks find 22 --db Nirgends", 1, "tsrtm banks import");
     refused("banks import '" + sample + "' Banken", 1, "--replace");
     ok("banks import '" + sample + "' Banken --replace");
 }

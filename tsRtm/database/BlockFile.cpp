@@ -28,7 +28,7 @@ int32 engineNumber(SystemError error) noexcept {
 }  // namespace
 
 void raiseFileFailure(SystemError error, TextView fileName) {
-    raise(engineNumber(error), u"clsTSDB",
+    raise(engineNumber(error), kFileFailureSource,
           Text(u"Datei \"")
               .append(fileName)
               .append(u"\": Systemfehler ")

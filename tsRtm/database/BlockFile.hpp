@@ -10,6 +10,7 @@ namespace tsRtm {
 
 // A failed call of the ground as the engine's failure: 61 no room, 70 locked or not allowed, 57 all else; the
 // description names the file.
+inline constexpr TextView kFileFailureSource = u"clsTSDB";
 [[noreturn]] void raiseFileFailure(platform::SystemError error, TextView fileName);
 
 // Not thread-safe. Does not own the file. Reading and writing raise as raiseFileFailure tells, also when

@@ -49,7 +49,6 @@ class BulkLoader {
     Bytes blank_;
     Bytes row_;
     Bytes block_;
-    Text room_;
     bool usable_ = false;
     bool finished_ = false;
 };

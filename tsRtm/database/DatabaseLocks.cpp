@@ -20,6 +20,8 @@ void DatabaseLocks::unlockDatabase() noexcept {
 }
 
 int32 DatabaseLocks::lockRecord(int32 record, int32 wait) {
+    // Waiting for oneself would have no end.
+    if (owns(record)) return 0;
     if (!count_) return 70;
     const int32 error = lockWithWait(messages_, count_.file(), {countFormat::recordLock(record), wait, true});
     if (error == 0) own_.push_back(record);

@@ -23,6 +23,7 @@ Text typedKey(const DatabaseParts& parts, int32 index, TextView typed) {
     return DateSort(typed.substr(0, blank)).append(typed.substr(blank));
 }
 
+// "#0" stands for the first position, and an empty key for "#1".
 int32 positionNumber(TextView typed) { return roundToInt32(Val(typed.substr(1))); }
 
 // Position of a record in an order, 0 where it has none.
@@ -35,12 +36,12 @@ int32 recordAt(DatabaseParts& parts, int32 index, int32 position) {
 }
 
 // Marks a search while it runs.
-class Locating {
+class SearchUnderWay {
  public:
-    explicit Locating(bool& flag) : flag_(flag) { flag_ = true; }
-    ~Locating() { flag_ = false; }
-    Locating(const Locating&) = delete;
-    Locating& operator=(const Locating&) = delete;
+    explicit SearchUnderWay(bool& flag) : flag_(flag) { flag_ = true; }
+    ~SearchUnderWay() { flag_ = false; }
+    SearchUnderWay(const SearchUnderWay&) = delete;
+    SearchUnderWay& operator=(const SearchUnderWay&) = delete;
 
  private:
     bool& flag_;
@@ -65,8 +66,10 @@ int32 clsTSDB::LogSatz() const { return parts_->logPos; }
 
 void clsTSDB::AktSatzNr(int32 value) {
     auto& d = *parts_;
-    if (!readRecord(value)) return;
-    if (const int32 position = positionOf(d, d.aktIndex, value); position != 0) d.logPos = position;
+    recordingFileFailures(d, [&] {
+        if (!readRecord(value)) return;
+        if (const int32 position = positionOf(d, d.aktIndex, value); position != 0) d.logPos = position;
+    });
 }
 
 int32 clsTSDB::Index(int32 LogSatz) {
@@ -90,12 +93,16 @@ bool clsTSDB::Exist(TextView Suchbegriff, int32 IndexNr) {
         return d.hasRecord(position);
     }
     if (!d.hasIndex(IndexNr)) return d.fail(53);
-    const class Locating search(locating_);
+    const SearchUnderWay search(locating_);
     const SearchKey key = d.index(IndexNr).keys.search(typedKey(d, IndexNr, Suchbegriff));
     return openIndex(d, IndexNr).locate(key).exact;
 }
 
 void clsTSDB::Gehezu(TextView Suchbegriff) {
+    recordingFileFailures(*parts_, [&] { goTo(Suchbegriff); });
+}
+
+void clsTSDB::goTo(TextView Suchbegriff) {
     auto& d = *parts_;
     d.refreshWhenDue();
     if (d.records() < 1) {
@@ -110,7 +117,7 @@ void clsTSDB::Gehezu(TextView Suchbegriff) {
         d.logPos = std::clamp(wanted, 1, d.records() + 1);
         if (d.logPos <= d.records()) d.aktSatz = recordAt(d, d.aktIndex, d.logPos);
     } else {
-        const class Locating search(locating_);
+        const SearchUnderWay search(locating_);
         const SearchKey key = d.index(d.aktIndex).keys.search(typedKey(d, d.aktIndex, Suchbegriff));
         const Found found = openIndex(d, d.aktIndex).locate(key);
         d.logPos = found.position;
@@ -125,7 +132,7 @@ void clsTSDB::Gehezu(TextView Suchbegriff) {
 int32 clsTSDB::Rang(TextView Suchbegriff) {
     auto& d = *parts_;
     if (d.aktIndex == 0) return std::clamp(roundToInt32(Val(Suchbegriff)), 1, d.records() + 1);
-    const class Locating search(locating_);
+    const SearchUnderWay search(locating_);
     return openIndex(d, d.aktIndex)
         .locate(d.index(d.aktIndex).keys.search(typedKey(d, d.aktIndex, Suchbegriff)))
         .position;
@@ -136,7 +143,7 @@ std::shared_ptr<clsTSRecord> clsTSDB::Finde(TextView Suchtext) {
     d.refreshWhenDue();
     const int32 count = d.records();
     if (count < 1) return nullptr;
-    const class Locating search(locating_);
+    const SearchUnderWay search(locating_);
     const TextSearch wanted(d.layout, Suchtext);
     Bytes room;
     const int32 start = std::clamp(d.logPos, 0, count);
@@ -151,6 +158,10 @@ std::shared_ptr<clsTSRecord> clsTSDB::Finde(TextView Suchtext) {
 }
 
 void clsTSDB::moveTo(int32 position) {
+    recordingFileFailures(*parts_, [&] { moveToPosition(position); });
+}
+
+void clsTSDB::moveToPosition(int32 position) {
     auto& d = *parts_;
     const bool there = d.hasRecord(position);
     d.logPos = std::clamp(position, 0, d.records() + 1);
@@ -168,7 +179,7 @@ void clsTSDB::moveTo(int32 position) {
 
 void clsTSDB::MoveFirst() {
     parts_->refreshWhenDue();
-    parts_->viewPos = 1;
+    if (parts_->records() > 0) parts_->viewPos = 1;
     moveTo(1);
 }
 

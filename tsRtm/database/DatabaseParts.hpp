@@ -17,6 +17,14 @@
 
 namespace tsRtm {
 
+// Of the operations that work on whole records.
+inline constexpr TextView kUnicodeFieldsRefused =
+    u"Diese Funktion wird für Datenbanken mit Unicode-Feldern nicht unterstützt.";
+// A walk to a leaf that finds no end, while an entry is taken out.
+inline constexpr int32 kUpdateOverrun = static_cast<int32>(0x80040001);
+// The wait of all openings: NetWait seconds, then silence.
+inline constexpr int32 kOpenSilently = -1;
+
 // One index: its keys, and its file while it is open.
 struct IndexSlot {
     explicit IndexSlot(IndexKeys keysOfIndex) : keys(std::move(keysOfIndex)) {}
@@ -104,5 +112,15 @@ struct DatabaseParts {
 // Notes a failure of the file layer that an operation caught: the operation ends with the state as far as it
 // got, and the number stands in Fehler and in the last failure number.
 void recordFailure(DatabaseParts& parts, const Failure& failure) noexcept;
+// Runs a move of the cursor: what a file refuses is recorded, damage of an index stays raised.
+template <class Work>
+void recordingFileFailures(DatabaseParts& parts, Work work) {
+    try {
+        work();
+    } catch (const Failure& failure) {
+        if (failure.Source() != kFileFailureSource) throw;
+        recordFailure(parts, failure);
+    }
+}
 
 }  // namespace tsRtm

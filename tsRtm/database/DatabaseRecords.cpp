@@ -6,13 +6,6 @@
 #include "tsRtm/frame/rtmMain.hpp"
 
 namespace tsRtm {
-namespace {
-
-constexpr TextView kUnicodeFields =
-    u"Diese Funktion wird für Datenbanken mit Unicode-Feldern nicht unterstützt.";
-
-}  // namespace
-
 bool clsTSDB::readRecord(int32 Satznummer, bool plain) {
     auto& d = *parts_;
     d.refreshWhenDue();
@@ -27,7 +20,7 @@ bool clsTSDB::readRecord(int32 Satznummer, bool plain) {
 
 Text clsTSDB::GetSatz(int32 Satznummer, bool Gehezu) {
     auto& d = *parts_;
-    if (d.layout.mixed()) raise(445, u"clsTSDB.GetSatz", kUnicodeFields);
+    if (d.layout.mixed()) raise(445, u"clsTSDB.GetSatz", kUnicodeFieldsRefused);
     try {
         if (readRecord(Satznummer, Gehezu)) return d.layout.text(d.felder.image());
     } catch (const Failure& failure) {
@@ -38,7 +31,7 @@ Text clsTSDB::GetSatz(int32 Satznummer, bool Gehezu) {
 
 void clsTSDB::PutSatz(int32 Satznummer) {
     auto& d = *parts_;
-    if (d.layout.mixed()) raise(445, u"clsTSDB.PutSatz", kUnicodeFields);
+    if (d.layout.mixed()) raise(445, u"clsTSDB.PutSatz", kUnicodeFieldsRefused);
     try {
         d.refreshWhenDue();
         if (d.readOnly) {
@@ -113,6 +106,7 @@ void clsTSDB::PutField(int32 Satznummer, int32 FeldNummer, TextView Inhalt) {
             d.fail(5);
             return;
         }
+        // To the last record only, where GetField goes one further.
         if (!d.hasRecord(Satznummer)) {
             d.fail(63);
             return;

@@ -21,7 +21,10 @@ bool clsTSDB::LockDB(bool Modus) {
         d.locks.explicitly = false;
         return true;
     }
-    if (const int32 error = d.locks.lockDatabase(); error != 0) return d.fail(error);
+    if (d.locks.explicitly) return true;
+    if (!d.locks.databaseLocked) {
+        if (const int32 error = d.locks.lockDatabase(); error != 0) return d.fail(error);
+    }
     d.locks.explicitly = true;
     return true;
 }
@@ -75,9 +78,11 @@ void clsTSDB::Update() {
         d.fail(5);
         return;
     }
-    if (d.layout.mixed())
-        raise(445, u"clsTSDB.PutSatz",
-              u"Diese Funktion wird für Datenbanken mit Unicode-Feldern nicht unterstützt.");
+    if (d.layout.mixed()) raise(445, u"clsTSDB.PutSatz", kUnicodeFieldsRefused);
+    if (!d.istNeu && !d.hasRecord(d.aktSatz)) {
+        d.fail(63);
+        return;
+    }
     // On every way out the lock that Update took is given back; SatzSpeichern gives its own back after the
     // record.
     struct Release {
@@ -94,6 +99,8 @@ void clsTSDB::Update() {
         updateIndexesAndRecord();
     } catch (const Failure& failure) {
         recordFailure(d, failure);
+        // A deletion that finds no end is the one failure that leaves Update.
+        if (failure.Number() == kUpdateOverrun) throw;
     }
     d.viewPos = d.logPos;
 }
@@ -183,6 +190,7 @@ std::shared_ptr<clsTSRecord> clsTSDB::Append() {
     const bool toRelease = lockForNew();
     if (d.fehler != 0) return nullptr;
     std::shared_ptr<clsTSRecord> record;
+    const int32 before = d.aktSatz;
     try {
         if (d.records() >= MaxData()) {
             d.fail(7);
@@ -195,7 +203,7 @@ std::shared_ptr<clsTSRecord> clsTSDB::Append() {
             const int32 number = d.aktSatz;
             if (d.fehler == 0) Update();
             const int32 error = d.fehler;
-            if (!d.big) d.locks.unlockRecord(number);
+            if (!d.big) Entsperren(number);
             d.fehler = error;
             d.istNeu = false;
             if (error == 0) record = Record(d.records());
@@ -204,6 +212,7 @@ std::shared_ptr<clsTSRecord> clsTSDB::Append() {
         recordFailure(d, failure);
     }
     d.istNeu = false;
+    if (!record) d.aktSatz = before;
     endIndexChange(d, false);
     endOfNew(toRelease);
     return record;
@@ -261,6 +270,7 @@ int32 clsTSDB::SatzSpeichern(clsTSRecord& Record) {
         recordFailure(d, failure);
     }
     std::swap(d.felder, Record.felder_);
+    if (isNew && d.fehler != 0 && number > 0) d.locks.unlockRecord(number);
     d.istNeu = false;
     d.imUpdate = false;
     update_.reset();
@@ -288,12 +298,17 @@ void clsTSDB::storeRecord(clsTSRecord& record, bool isNew, int32 number) {
     Update();
     if (d.fehler == 0) {
         // Unlocked before it is written; who holds the record locked keeps it so.
-        if (!record.Locked()) d.locks.unlockRecord(number);
+        if (!record.Locked()) unlockQuietly(number);
         d.aktSatz = number;
         d.istNeu = isNew;
         writeUpdated();
     }
-    if (d.fehler != 0 && isNew) d.locks.unlockRecord(number);
+}
+
+// Entsperren for a record that may not be in the file yet.
+void clsTSDB::unlockQuietly(int32 number) {
+    parts_->locks.unlockRecord(number);
+    if (!parts_->keineEreignisse) RecordChange(number);
 }
 
 }  // namespace tsRtm

@@ -38,7 +38,7 @@ Text indexLine(TextView index, std::size_t number) {
     Text out;
     for (std::size_t item = 0; item < 3; ++item) {
         if (item > 0) out += u",";
-        out += toText(roundToInt32(Val(index.substr(number * kIndexCharacters + item * 3, 3))));
+        out += index.substr(number * kIndexCharacters + item * 3, 3);
     }
     return out;
 }
@@ -59,6 +59,7 @@ bool DatabasesTopic::DBCreateExt(eDBTyp Typ, TextView DB, TextView Maske, const 
         clsStreamWriter writer;
         const auto encoding = Typ == DBAscii || Typ == DBAnsi ? ANSI1252 : UTF8;
         if (!writer.Init(files_, target, encoding)) return false;
+        // What is left of a text that is no multiple of nine is ignored: 17 characters are one index.
         const std::size_t indexes = Index.size() / kIndexCharacters;
         writer.WriteLine(u"TS" + toText(Typ) + u"," + toText(static_cast<int64>(DatenFeld.size())));
         for (const auto& field : DatenFeld) writer.WriteLine(fieldLine(*field));

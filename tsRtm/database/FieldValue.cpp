@@ -41,7 +41,13 @@ void showNumber(const FieldLayout& field, TextView stored, Text& into) {
         into[into.size() - static_cast<std::size_t>(decimals) - 1] = mark[0];
         return;
     }
-    into = field.nachKomma > 0 ? formatNumber(TSVal(stored), decimals, false) : plainNumber(TSVal(stored));
+    if (field.nachKomma < 1) {
+        into = plainNumber(TSVal(stored));
+        return;
+    }
+    into = formatNumber(TSVal(stored), decimals, false);
+    // A raw word with flags alone still asks for the decimal mark: "12,".
+    if (decimals == 0) into += mark;
 }
 
 Text storedNumber(const FieldLayout& field, TextView typed) {

@@ -1,6 +1,7 @@
 #include "tsRtm/database/IndexFiles.hpp"
 
 #include "tsRtm/database/FlatIndex.hpp"
+#include "tsRtm/database/LockWait.hpp"
 #include "tsRtm/database/Reorganisation.hpp"
 #include "tsRtm/database/TreeIndex.hpp"
 #include "tsRtm/frame/rtmMain.hpp"
@@ -9,7 +10,6 @@ namespace tsRtm {
 namespace {
 
 constexpr TextView kSource = u"clsTSDB_IndexOpen";
-constexpr int32 kOpenSilently = -1;
 
 // Closes the index unless the opening succeeds.
 class ClosesOnFailure {
@@ -46,6 +46,27 @@ void openFile(DatabaseParts& parts, int32 number) {
         slot.form = std::make_unique<FlatIndex>(file, parts.store, slot.keys, parts.watch, parts.shared);
 }
 
+// A new record stands in the trees before it stands in Data.tsd: a difference counts only while nobody is at
+// work.
+bool agreesWhenQuiet(DatabaseParts& parts, int32 number) {
+    if (!parts.shared || parts.locks.databaseLocked) return false;
+    const auto agrees = [&] {
+        parts.refreshCount();
+        return parts.index(number).form->total() == parts.records();
+    };
+    if (!parts.readOnly) {
+        const LockRequest silently{countFormat::kDatabaseLock, -1, true};
+        // Who holds the lock all the time is at work: the next opening looks again.
+        if (lockWithWait(parts.messages(), parts.count.file(), silently) != 0) return true;
+        const bool result = agrees();
+        static_cast<void>(parts.count.file().unlock(countFormat::byteAt(countFormat::kDatabaseLock)));
+        return result;
+    }
+    for (int32 attempt = 1; !agrees(); ++attempt)
+        if (!parts.watch.pause(attempt)) return false;
+    return true;
+}
+
 // The entries of a tree against the records of the database; a tree that does not fit is rebuilt.
 void checkTotal(DatabaseParts& parts, int32 number) {
     const Text name = Text(u"Indexdatei \"").append(parts.path(parts.indexName(number))).append(u"\"");
@@ -55,7 +76,7 @@ void checkTotal(DatabaseParts& parts, int32 number) {
         static_cast<TreeIndex&>(*parts.index(number).form).header().wurzel <= 0)
         raise(6, kSource, name + u" ist leer");
     if (total > parts.records()) parts.refreshCount();
-    if (total == parts.records()) return;
+    if (total == parts.records() || agreesWhenQuiet(parts, number)) return;
     const Text text = name + u" hat die falsche Anzahl von Einträgen";
     rtmMain::DebugLog(u"clsTSDB_IndexOpen: " + text);
     if (!healIndex(parts, number)) raise(6, kSource, text);
@@ -79,6 +100,7 @@ IndexForm& openIndex(DatabaseParts& parts, int32 number) {
     if (!parts.inBulk && !parts.readOnly && isNewAutowertIndex(parts, number) && !parts.istNeu) {
         if (!healIndex(parts, number)) raiseCannotOpen(parts.path(parts.indexName(number)));
     }
+    // The flat form opens without any check.
     if (parts.big) {
         const auto header = static_cast<TreeIndex&>(*slot.form).header();
         if (header.version >= 2)

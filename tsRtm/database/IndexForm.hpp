@@ -1,7 +1,7 @@
 #pragma once
 // One index of a database, whichever form its file has: the flat array of a normal database or the counted
 // tree of a big one. Positions (ranks) and record numbers count from 1.
-#include <functional>
+#include <vector>
 
 #include "tsRtm/database/IndexKeys.hpp"
 #include "tsRtm/database/RecordStore.hpp"

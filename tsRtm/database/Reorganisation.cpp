@@ -19,7 +19,7 @@ void closeNumber(DatabaseParts& parts, int32& number) noexcept {
 bool openCount(DatabaseParts& parts, bool shared) {
     parts.count = CountFile();
     closeNumber(parts, parts.countNumber);
-    parts.files.DB_Open(parts.path(u"Count.tsd"), parts.countNumber, parts.modus, shared, 0, -1);
+    parts.files.DB_Open(parts.path(u"Count.tsd"), parts.countNumber, parts.modus, shared, 0, kOpenSilently);
     if (parts.countNumber == 0) return false;
     parts.count = CountFile(parts.files.file(parts.countNumber));
     return true;
@@ -100,6 +100,7 @@ void giveExclusive(DatabaseParts& parts) {
 }
 
 bool sortIndexes(DatabaseParts& parts, int32 number) {
+    if (!parts.opened) return parts.fail(70);
     if (parts.readOnly) return parts.fail(5);
     if (number != -1 && !parts.hasIndex(number)) return parts.fail(53);
     const Exclusive exclusive(parts);

@@ -40,12 +40,7 @@ TreeIndex::Step& TreeIndex::push(int32 address, int32 base, const SearchKey* key
         raise(28, kSource, text);
     }
     Step& next = step(depth_);
-    if (!file_.read(address, next.node) || !next.node.sound()) {
-        const Text text = u"Node at &h " + hexadecimal(address) +
-                          u" corrupt in Locating record in index on field #" + toText(keys_.primary());
-        rtmMain::DebugLog(text);
-        raise(9, kSource, text);
-    }
+    if (!file_.read(address, next.node) || !next.node.sound()) raiseCorrupt(address);
     ++depth_;
     next.address = address;
     next.base = base;
@@ -54,16 +49,19 @@ TreeIndex::Step& TreeIndex::push(int32 address, int32 base, const SearchKey* key
     return next;
 }
 
+void TreeIndex::raiseCorrupt(int32 address) {
+    const Text text = u"Node at &h " + hexadecimal(address) +
+                      u" corrupt in Locating record in index on field #" + toText(keys_.primary());
+    rtmMain::DebugLog(text);
+    raise(9, kSource, text);
+}
+
 BytesView TreeIndex::recordOf(const Step& at, int32 position) {
     const int32 record = at.node.entry(position).satz;
     if (!store_.has(record)) {
         store_.refresh();
-        if (!store_.has(record)) {
-            const Text text = u"Node at &h " + hexadecimal(at.address) +
-                              u" corrupt in Locating record in index on field #" + toText(keys_.primary());
-            rtmMain::DebugLog(text);
-            raise(9, kSource, text);
-        }
+        // A record on its way stands in the trees before it is written: until then it reads as blanks.
+        if (record != store_.count() + 1 && !store_.has(record)) raiseCorrupt(at.address);
     }
     return store_.view(record, room_);
 }
@@ -194,8 +192,15 @@ int32 TreeIndex::seek(int32 position) {
 
 int32 TreeIndex::recordAt(int32 position) {
     if (position < 1) return 0;
-    return steady(
-        watch_, [&] { return seek(position); }, [&] { return pathUnchanged(); });
+    try {
+        return steady(
+            watch_, [&] { return seek(position); }, [&] { return pathUnchanged(); });
+    } catch (const Failure& failure) {
+        // By position a tree too deep is an error to be recorded, by key it is raised.
+        if (failure.Number() != 28) throw;
+        forget();
+        return 0;
+    }
 }
 
 int32 TreeIndex::total() {

@@ -59,6 +59,7 @@ class TreeIndex final : public IndexForm {
     Step& push(int32 address, int32 base, const SearchKey* key);
     Step& last() noexcept { return path_[static_cast<std::size_t>(depth_ - 1)]; }
     Step& step(int32 level) noexcept { return path_[static_cast<std::size_t>(level)]; }
+    [[noreturn]] void raiseCorrupt(int32 address);
     BytesView recordOf(const Step& step, int32 position);
     // Walks down to a key; with a number to that record's entry, else to the place of the first such key.
     // True on the record's entry itself, which may lie in an inner node.

@@ -1,9 +1,11 @@
 // Entering and taking out keys of a counted B-tree. Every node that an insert needs is got before the first
-// one is changed, so that a full disk leaves the tree as it was.
+// one is changed, so that a full disk leaves an insert undone.
 #include <algorithm>
 #include <vector>
 
+#include "tsRtm/database/DatabaseParts.hpp"
 #include "tsRtm/database/TreeIndex.hpp"
+#include "tsRtm/frame/rtmMain.hpp"
 #include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm {
@@ -241,7 +243,15 @@ bool TreeIndex::takeOut(int32 record, const SearchKey& key) {
     const tree::Header before = head;
     if (!descend(key, record)) return false;
     const int32 hitLevel = depth_ - 1;
-    toLeafEntry(hitLevel);
+    try {
+        toLeafEntry(hitLevel);
+    } catch (const Failure& failure) {
+        if (failure.Number() != 28) throw;
+        // No blank before "while": the text is known so.
+        const Text text = u"Buffer overrun in Update record " + toText(record) + u"while searching leaf";
+        rtmMain::DebugLog(u"DB Update: " + text);
+        raise(kUpdateOverrun, u"DB Update", text);
+    }
     removeUpwards(hitLevel, head);
     if (head.wurzel != before.wurzel || head.freiListe != before.freiListe) file_.header(head);
     forget();

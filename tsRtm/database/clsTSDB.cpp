@@ -19,7 +19,6 @@ constexpr TextView kExtension = u".DBD";
 constexpr int32 kBigFrom = 32768;
 constexpr int32 kModusReadWrite = 4;
 constexpr int32 kModusReadOnly = 5;
-constexpr int32 kOpenSilently = -1;
 constexpr int32 kViewHeadItems = 6;
 constexpr uint64 kSniffFrom = 2;
 
@@ -50,7 +49,7 @@ int32 clsTSDB::Oeffne(TextView Pfad, bool ReadOnly, bool SingleUse) {
     d.shared = !SingleUse;
     d.fehler = 0;
     try {
-        openInner(d.folder);
+        openInner();
     } catch (const Failure& failure) {
         recordFailure(d, failure);
     }
@@ -66,7 +65,7 @@ int32 clsTSDB::Oeffne(TextView Pfad, bool ReadOnly, bool SingleUse) {
     return 0;
 }
 
-int32 clsTSDB::openInner(TextView) {
+int32 clsTSDB::openInner() {
     auto& d = *parts_;
     d.control = std::make_shared<clsControl>(d.files);
     bool dos = true;
@@ -157,6 +156,7 @@ bool clsTSDB::OpenView(TextView ViewFile) {
     auto& d = *parts_;
     clsStreamReader reader;
     if (!d.control || !reader.Init(d.files, d.path(Text(ViewFile) + u".viw"))) return false;
+    // The first six items belong to the list's window: they are read over.
     try {
         for (int32 i = 0; i < kViewHeadItems && !reader.EndOfStream(); ++i) reader.ReadItem();
         // The last field's width is not in the file.

@@ -30,6 +30,17 @@
 
 namespace tsRtm {
 
+// How applications renew their reference data.
+enum eUpdateStrategy : int32 {
+    upNotdefined = 0,
+    upManual = 1,
+    upOncePerDay = 2,
+    upAlways = 3,
+    upWhenConnected = 2
+};
+// What a loop over records does with one that somebody else has locked.
+enum eLockedAction : int32 { AskUser = 0, Cancel = 1, Retry = 2, Ignore = 3, Delay = 4, AskUserAgain = 5 };
+
 class clsTSRecord;
 struct DatabaseParts;
 
@@ -189,7 +200,7 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
  private:
     friend class clsTSRecord;
 
-    int32 openInner(TextView Pfad);
+    int32 openInner();
     bool openFiles();
     void openSerial();
     void sniffUnicode();
@@ -208,7 +219,10 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     void storeRecord(clsTSRecord& record, bool isNew, int32 number);
     void setMark(int32 Satznummer, bool deleted);
     void PutFieldMark(int32 Satznummer, bool deleted);
+    void goTo(TextView Suchbegriff);
     void moveTo(int32 position);
+    void moveToPosition(int32 position);
+    void unlockQuietly(int32 number);
     void enter(clsTSRecord& record);
     void leave(clsTSRecord& record) noexcept;
     void giveUpSerial(int32 value) noexcept;

@@ -38,6 +38,10 @@ clsTSRecord::~clsTSRecord() {
 }
 
 void clsTSRecord::invalidate() {
+    if (const auto database = DB(); database && number_ > 0 && locked_) {
+        database->parts().locks.unlockRecord(number_);
+        locked_ = false;
+    }
     database_.reset();
     layout_ = nullptr;
     Invalidated();

@@ -1,0 +1,414 @@
+// Missing, empty, short and damaged files.
+#include <cstring>
+#include <random>
+
+#include "tests/database/MemoryDatabase.hpp"
+#include "tsRtm/database/NodeFormat.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+using platform::SystemError;
+
+class HostileFiles : public MemoryDatabase {
+ protected:
+    static constexpr int32 kRecords = 100;
+
+    // A tree of two levels in I001: keys NAME, ORT.
+    void prepare(int32 max = kBig) {
+        const auto db = make(max);
+        ASSERT_TRUE(db);
+        for (int32 n = 1; n <= kRecords; ++n)
+            ASSERT_EQ(addAddress(*db, {u"Name" + toText(1000 + n), u"Ort", toText(n), u""}), n);
+    }
+    static void set(Bytes& bytes, std::size_t offset, int32 value) {
+        std::memcpy(bytes.data() + offset, &value, sizeof value);
+    }
+    static int32 get(const Bytes& bytes, std::size_t offset) {
+        int32 value = 0;
+        std::memcpy(&value, bytes.data() + offset, sizeof value);
+        return value;
+    }
+    static std::size_t rootOf(const Bytes& bytes) { return static_cast<std::size_t>(get(bytes, 4) - 1); }
+};
+
+TEST_F(HostileFiles, OpeningTellsWhy) {
+    prepare();
+    clsTSDB db(rtm);
+    EXPECT_EQ(db.Oeffne(u"/daten/Fehlt"), 52);
+    EXPECT_EQ(db.Error(), 52);
+    EXPECT_EQ(db.AnzahlDSaetze(), 0);
+    EXPECT_EQ(rtm.OpenTSDB(u"/daten/Fehlt"), nullptr);
+    EXPECT_EQ(rtmMain::state().F, 52);
+    // The object stayed closed: it opens another one.
+    EXPECT_EQ(db.Oeffne(kFolder), 0);
+    EXPECT_EQ(db.AnzahlDSaetze(), kRecords);
+    EXPECT_EQ(db.Pfad(), u"/DATEN/ADRESSEN.DBD");
+    EXPECT_EQ(db.DBName(), u"Adressen");
+    const auto raised = raisedBy([&] { db.Oeffne(kFolder); });
+    EXPECT_EQ(raised.number, 55);
+    EXPECT_EQ(raised.source, u"TSDB");
+    EXPECT_EQ(raised.text, u"Datenbank ist schon initialisiert");
+    EXPECT_EQ(db.Error(), 55);
+    EXPECT_EQ(db.AnzahlDSaetze(), kRecords);
+    // Somebody else has it alone.
+    disk.failOpening(path(u"Data.tsd"), SystemError::sharingViolation);
+    clsTSDB other(rtm);
+    EXPECT_EQ(other.Oeffne(kFolder), 70);
+}
+
+TEST_F(HostileFiles, TheFormFollowsTheLimit) {
+    struct Row {
+        int32 max;
+        bool big;
+        std::size_t indexBytes;
+    };
+    const auto bare = disk.snapshot();
+    for (const auto& row : {Row{32767, false, 10}, Row{32768, true, 1024}}) {
+        {
+            const auto db = make(row.max);
+            EXPECT_EQ(db->IsBig(), row.big);
+            EXPECT_EQ(db->MaxData(), row.max);
+            addFive(*db);
+        }
+        EXPECT_EQ(file(u"I001").size(), row.indexBytes);
+        disk.restore(bare);
+    }
+}
+
+// Being reorganised, or on a medium that forbids it: a reader sees an empty database, and nothing fails hard.
+TEST_F(HostileFiles, WithoutCountThereIsAnEmptyView) {
+    for (const int32 max : {kNormal, kBig}) {
+        const auto bare = disk.snapshot();
+        prepare(max);
+        disk.failOpening(path(u"Count.tsd"), SystemError::sharingViolation);
+        for (const bool readOnly : {true, false}) {
+            const auto db = open(readOnly);
+            ASSERT_TRUE(db);
+            EXPECT_TRUE(db->IsReadOnly());
+            EXPECT_EQ(db->AnzahlDSaetze(), 0);
+            EXPECT_EQ(db->CtrlEintraege(), 4);
+            EXPECT_EQ(db->Caption(1), u"NAME");
+            db->SetIndex(1);
+            db->MoveFirst();
+            EXPECT_EQ(db->Error(), 62);
+            db->Gehezu(u"Name");
+            EXPECT_FALSE(db->Finde(u"Name"));
+            EXPECT_EQ(db->GetSatz(1), u"");
+            EXPECT_EQ(db->GetField(1, fNAME), u"");
+            EXPECT_EQ(db->GetField(1, 0), u"");
+            EXPECT_FALSE(db->Record(1));
+            EXPECT_FALSE(db->Add());
+            EXPECT_FALSE(db->Sperren(1));
+            EXPECT_FALSE(db->Gesperrt(0));
+            db->Update();
+            EXPECT_EQ(db->Error(), 5);
+        }
+        disk.failOpening(path(u"Count.tsd"), SystemError::none);
+        EXPECT_EQ(open()->AnzahlDSaetze(), kRecords);
+        disk.restore(bare);
+    }
+}
+
+TEST_F(HostileFiles, ACountThatCannotBeWrittenMakesAReader) {
+    prepare();
+    disk.setReadOnly(path(u"Count.tsd"), true);
+    const auto db = open();
+    ASSERT_TRUE(db);
+    EXPECT_TRUE(db->IsReadOnly());
+    EXPECT_EQ(db->AnzahlDSaetze(), kRecords);
+    db->SetIndex(1);
+    db->Gehezu(u"Name1050");
+    EXPECT_EQ(db->AktSatzNr(), 50);
+}
+
+// Each row: what is done to the tree file, and what the search then raises.
+TEST_F(HostileFiles, ADamagedTreeIsTold) {
+    prepare();
+    const Bytes sound = file(u"I001");
+    const std::size_t root = rootOf(sound);
+    const auto leaf = static_cast<std::size_t>(get(sound, root + 4) - 1);
+    const Text name = u"Indexdatei \"" + path(u"I001") + u"\"";
+    struct Row {
+        const char* what;
+        Bytes bytes;
+        int32 number;
+        Text source;
+        Text text;
+    };
+    std::vector<Row> rows;
+    const auto damaged = [&](const char* what, int32 number, TextView source, Text text, auto damage) {
+        Bytes bytes = sound;
+        damage(bytes);
+        rows.push_back({what, bytes, number, Text(source), std::move(text)});
+    };
+    damaged("empty tree", 6, u"clsTSDB_IndexOpen", name + u" ist leer", [](Bytes& b) { set(b, 4, 0); });
+    damaged("empty file", 6, u"clsTSDB_IndexOpen", name + u" ist leer", [](Bytes& b) { b.clear(); });
+    damaged("short header", 6, u"clsTSDB_IndexOpen", name + u" ist leer", [](Bytes& b) { b.resize(4); });
+    for (const int16 version : {int16{2}, int16{999}})
+        damaged("version", 461, u"clsTSDB_IndexOpen", name + u" hat die falsche Version " + toText(version),
+                [&](Bytes& b) { std::memcpy(b.data() + 2, &version, 2); });
+    for (const int32 keys : {41, -1, 2147483647})
+        damaged("keys of a leaf", 9, u"clsTSDB Locate",
+                u"Node at &h " + fromUtf8([&] {
+                    char digits[16];
+                    std::snprintf(digits, sizeof digits, "%zX", leaf + 1);
+                    return std::string(digits);
+                }()) +
+                    u" corrupt in Locating record in index on field #1",
+                [&](Bytes& b) { set(b, leaf, keys); });
+    damaged("a cycle", 28, u"clsTSDB Locate",
+            u"Buffer overrun in Locating record \"Name1001 Ort\" in index on field #1",
+            [&](Bytes& b) { set(b, root + 4, static_cast<int32>(root) + 1); });
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        put(u"I001", row.bytes);
+        const auto db = open();
+        ASSERT_TRUE(db);
+        const auto raised = raisedBy([&] { db->Exist(u"Name1001 Ort", 1); });
+        EXPECT_EQ(raised.number, row.number);
+        EXPECT_EQ(raised.source, row.source);
+        EXPECT_EQ(toUtf8(raised.text), toUtf8(row.text));
+        // Records are untouched, the check finds it, and a rebuild heals it.
+        EXPECT_EQ(db->GetField(1, fNAME), u"Name1001");
+        EXPECT_FALSE(db->Check(false, {}));
+        EXPECT_TRUE(row.bytes.empty() || file(u"I001") == row.bytes);
+        ASSERT_TRUE(db->Sort(1));
+        EXPECT_TRUE(db->Exist(u"Name1001 Ort", 1));
+        EXPECT_TRUE(consistent(*db));
+    }
+    EXPECT_GE(ground.ui.beeps, 1);
+}
+
+// A tree whose total is wrong is rebuilt, and the user is told; a reader cannot rebuild.
+TEST_F(HostileFiles, AWrongTotalIsHealed) {
+    prepare();
+    Bytes bytes = file(u"I001");
+    set(bytes, rootOf(bytes) + 8, 3);
+    put(u"I001", bytes);
+    {
+        const auto reader = open(true);
+        const auto raised = raisedBy([&] { reader->Exist(u"Name1001 Ort", 1); });
+        EXPECT_EQ(raised.number, 6);
+        EXPECT_EQ(raised.text, u"Indexdatei \"" + path(u"I001") + u"\" hat die falsche Anzahl von Einträgen");
+    }
+    {
+        // Not while somebody else has it open.
+        const auto one = open();
+        const auto two = open();
+        EXPECT_EQ(raisedBy([&] { one->Exist(u"Name1001 Ort", 1); }).number, 6);
+    }
+    ground.ui.windowTexts.clear();
+    const auto db = open();
+    ASSERT_TRUE(db->Sperren(7));
+    EXPECT_TRUE(db->Exist(u"Name1001 Ort", 1));
+    EXPECT_EQ(
+        ground.ui.windowTexts,
+        std::vector<Text>{u"Reorganisation des Index NAME erforderlich, bitte einen Augenblick Geduld..."});
+    EXPECT_FALSE(ground.ui.windowOpen);
+    EXPECT_TRUE(consistent(*db));
+    EXPECT_TRUE(open()->Gesperrt(7));  // its locks outlived the rebuild
+}
+
+TEST_F(HostileFiles, CheckTellsAndOnlyRepairsWhenAsked) {
+    prepare();
+    const Bytes sound = file(u"I001");
+    const std::size_t root = rootOf(sound);
+    const auto leaf = static_cast<std::size_t>(get(sound, root + 4) - 1);
+    struct Row {
+        const char* what;
+        std::size_t offset;
+        int32 value;
+        TextView finding;
+    };
+    for (const auto& row :
+         {Row{"count", root + 8, 3, u"Indexzählfehler: 1> Level 0 Eintrag 1:Count=3 - gezählt=20"},
+          Row{"record twice", leaf + 12, 2, u"Mehrfachverweis auf Satz 2 Anzahl: 2"},
+          Row{"record missing", leaf + 12, 2, u"Fehlender Pointer auf Satz 1"},
+          Row{"record that is none", leaf + 12, 999, u"Fehlender Pointer auf Satz 1"},
+          Row{"negative record", leaf + 12, -5, u"Fehlender Pointer auf Satz 1"},
+          Row{"node outside", root + 4, 1 << 20, u":Defekt an Adresse 100000"}}) {
+        SCOPED_TRACE(row.what);
+        Bytes bytes = sound;
+        set(bytes, row.offset, row.value);
+        put(u"I001", bytes);
+        const auto db = open();
+        EXPECT_FALSE(db->Check(false, u"Zusatz"));
+        const auto& found = db->Befunde();
+        EXPECT_TRUE(std::any_of(found.begin(), found.end(), [&](const Text& line) {
+            return line.find(row.finding) != Text::npos;
+        })) << (found.empty() ? "" : toUtf8(found.front()));
+        EXPECT_TRUE(file(u"I001") == bytes);
+        EXPECT_FALSE(db->Check(true, {}));
+        EXPECT_TRUE(consistent(*db));
+    }
+}
+
+// An index that Check opened without a look at its total is not used unhealed.
+TEST_F(HostileFiles, CheckLeavesNoUnhealedIndexOpen) {
+    prepare();
+    Bytes bytes = file(u"I001");
+    set(bytes, rootOf(bytes) + 8, 3);
+    put(u"I001", bytes);
+    const auto db = open();
+    EXPECT_FALSE(db->Check(false, {}));
+    db->SetIndex(1);
+    db->Gehezu(u"Name1050");
+    EXPECT_EQ(db->LogSatz(), 50);
+    EXPECT_TRUE(consistent(*db));
+}
+
+// The flat array has no check at its opening: what it says wrong is told by the walk.
+TEST_F(HostileFiles, AFlatArrayOfTheWrongLength) {
+    prepare(kNormal);
+    const Bytes sound = file(u"I001");
+    ASSERT_EQ(sound.size(), 2u * kRecords);
+    struct Row {
+        const char* what;
+        Bytes bytes;
+        bool wrong;
+    };
+    for (const auto& row :
+         {Row{"too long", sound + Bytes(10, '\x07'), false}, Row{"odd", sound + "\x07", false},
+          Row{"short", sound.substr(0, 100), true}, Row{"odd and short", sound.substr(0, 101), true},
+          Row{"empty", {}, true}, Row{"garbage", Bytes(200, '\x7F'), true},
+          Row{"negative", Bytes(200, '\xFF'), true}}) {
+        SCOPED_TRACE(row.what);
+        put(u"I001", row.bytes);
+        const auto db = open();
+        db->SetIndex(1);
+        db->Gehezu(u"Name1090 Ort");
+        db->Exist(u"Name1001 Ort", 1);
+        db->Error();
+        db->MoveLast();
+        EXPECT_EQ(db->Error(), row.wrong ? 28 : 0);
+        EXPECT_EQ(db->Check(false, {}), !row.wrong);
+        // An update in it fails or not, the record is there, and a rebuild makes it whole.
+        db->SetIndex(0);
+        db->AktSatzNr(90);
+        db->Fields(fNAME, u"Zorn");
+        db->Update();
+        EXPECT_EQ(db->Error(), row.wrong ? 28 : 0);
+        EXPECT_EQ(db->GetField(90, fNAME), row.wrong ? u"Name1090" : u"Zorn");
+        ASSERT_TRUE(db->Sort());
+        EXPECT_TRUE(consistent(*db));
+        db->AktSatzNr(90);
+        db->Fields(fNAME, u"Name1090");
+        db->Update();
+        EXPECT_EQ(db->Error(), 0);
+    }
+}
+
+TEST_F(HostileFiles, SmallFilesMayBeEmptyOrTorn) {
+    const TSIOArray fields = fieldsOf({{u"NAME", tsAlphanumerisch, 5}, {u"NR", tsAutowert, 4}});
+    struct Row {
+        const char* what;
+        TextView name;
+        Bytes bytes;
+        int32 count;
+        TextView next;
+    };
+    for (const auto& row : {Row{"count empty", u"Count.tsd", {}, 3, u"0004"},
+                            Row{"count of another kind", u"Count.tsd", Bytes(3, '\xFF'), 3, u"0004"},
+                            Row{"counter empty", u"Autowert.tsd", {}, 3, u"0004"},
+                            Row{"counter short", u"Autowert.tsd", "\x07", 3, u"0008"},
+                            Row{"view empty", u"Standard.viw", {}, 3, u"0004"},
+                            Row{"view of rubbish", u"Standard.viw", Bytes(50, '\x1A'), 3, u"0004"},
+                            Row{"data empty", u"Data.tsd", {}, 0, u"0004"},
+                            Row{"data torn", u"Data.tsd", " Abel 0001 Be", 1, u"0004"},
+                            Row{"more than half a record", u"Data.tsd", " Abel 0001 Berg 0", 2, u"0004"}}) {
+        SCOPED_TRACE(row.what);
+        const auto bare = disk.snapshot();
+        {
+            const auto db = make(fields, kNormal);
+            ASSERT_TRUE(db);
+            for (const TextView name : {u"Abel", u"Berg", u"Cohn"}) {
+                const auto record = db->Add();
+                record->Fields(1, name);
+                ASSERT_TRUE(record->Update());
+            }
+        }
+        put(row.name, row.bytes);
+        const auto db = open();
+        ASSERT_TRUE(db);
+        EXPECT_EQ(db->AnzahlDSaetze(), row.count);
+        const auto record = db->Add();
+        ASSERT_TRUE(record);
+        EXPECT_EQ(record->Fields(2), row.next);
+        record->Fields(1, u"Dorn");
+        ASSERT_TRUE(record->Update());
+        EXPECT_EQ(db->AnzahlDSaetze(), row.count + 1);
+        EXPECT_EQ(db->GetField(row.count + 1, 1), u"Dorn");
+        EXPECT_EQ(file(u"Data.tsd").size(), static_cast<std::size_t>(row.count + 1) * 10);
+        disk.restore(bare);
+    }
+}
+
+TEST_F(HostileFiles, AClosedDatabaseAnswersWithErrors) {
+    const auto db = make(kBig);
+    addFive(*db);
+    db->SetIndex(1);
+    db->AktSatzNr(1);
+    rtm.CloseRTMDBs();
+    EXPECT_EQ(db->ActiveIndex(), 0);
+    EXPECT_EQ(db->IndexName(), u"");
+    EXPECT_EQ(db->GetField(1, fNAME), u"");
+    EXPECT_FALSE(db->LockDB(true));
+    EXPECT_NE(db->Error(), 0);
+    EXPECT_FALSE(db->Append());
+    EXPECT_NE(db->Error(), 0);
+    db->Update();
+    EXPECT_NE(db->Error(), 0);
+    db->PutSatz(1);
+    EXPECT_NE(db->Error(), 0);
+}
+
+// Whatever stands in an index file, the engine ends each work with an answer or a failure of its own, and no
+// record is lost.
+TEST_F(HostileFiles, RandomDamageOfAnIndexNeverLosesARecord) {
+    std::mt19937 random(5);
+    for (const int32 max : {kNormal, kBig}) {
+        const auto bare = disk.snapshot();
+        prepare(max);
+        const Bytes sound = file(u"I001");
+        for (int32 round = 0; round < 250; ++round) {
+            SCOPED_TRACE(round);
+            Bytes bytes = sound;
+            for (uint32 k = 0; k < 1 + random() % 6; ++k)
+                bytes[random() % bytes.size()] = static_cast<char>(random());
+            if (round % 10 == 0) bytes.resize(random() % bytes.size());
+            put(u"I001", bytes);
+            const auto db = open();
+            ASSERT_TRUE(db);
+            db->SetIndex(1);
+            const std::function<void()> works[] = {
+                [&] { db->Exist(u"Name1050 Ort", 1); },
+                [&] { db->Gehezu(u"Name1020"); },
+                [&] {
+                    for (db->MoveFirst(); db->Error() == 0; db->MoveNext()) continue;
+                },
+                [&] { db->AktSatzNr(40); },
+                [&] {
+                    db->SetIndex(0);
+                    db->AktSatzNr(60);
+                    db->Fields(fNAME, u"Name1060");
+                    db->Fields(fORT, u"Ort");
+                    db->Update();
+                },
+                [&] {
+                    addAddress(*db, {u"Name1101", u"Ort", u"101", u""});
+                },
+                [&] { db->Check(false, {}); },
+            };
+            for (const auto& work : works) raisedBy(work);
+            for (int32 n = 1; n <= kRecords; ++n)
+                ASSERT_EQ(db->GetField(n, fNAME), u"Name" + toText(1000 + n));
+            ASSERT_TRUE(db->Sort());
+            ASSERT_TRUE(consistent(*db));
+        }
+        disk.restore(bare);
+    }
+}
+
+}  // namespace
+}  // namespace tsRtm::test

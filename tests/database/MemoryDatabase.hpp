@@ -1,0 +1,67 @@
+#pragma once
+// The address database on a disk in memory, for tests that look into its files.
+#include "tests/database/DatabaseFixture.hpp"
+
+namespace tsRtm::test {
+
+// What a work raised; number 0 where it raised nothing.
+struct Raised {
+    int32 number = 0;
+    Text source;
+    Text text;
+};
+
+template <class Work>
+Raised raisedBy(Work work) {
+    try {
+        work();
+    } catch (const Failure& failure) {
+        return {failure.Number(), failure.Source(), failure.Description()};
+    }
+    return {};
+}
+
+class MemoryDatabase : public testing::Test {
+ protected:
+    static constexpr TextView kFolder = u"/daten/Adressen";
+
+    MemoryFiles disk;
+    TestGround ground;
+    StartedLibrary library{ground, disk};
+    clsRtm rtm;
+
+    static Text path(TextView name) { return Text(kFolder).append(u".DBD/").append(name); }
+    Bytes file(TextView name) const { return disk.dump(path(name)); }
+    void put(TextView name, BytesView content) { disk.put(path(name), content); }
+
+    std::shared_ptr<clsTSDB> make(int32 max, bool single = false) {
+        return makeAddresses(rtm, Text(kFolder), max, single);
+    }
+    std::shared_ptr<clsTSDB> make(const TSIOArray& fields, int32 max, TextView indexes = {},
+                                  eDBTyp typ = DBAnsi) {
+        if (!rtm.DBCreateExt(typ, kFolder, {}, fields, max, indexes)) return nullptr;
+        return rtm.OpenTSDB(kFolder);
+    }
+    std::shared_ptr<clsTSDB> open(bool readOnly = false, bool single = false) {
+        return rtm.OpenTSDB(kFolder, readOnly, single);
+    }
+    // Seconds of the test clock that a work takes.
+    template <class Work>
+    float64 secondsOf(Work work) {
+        const auto start = ground.clock.elapsed();
+        work();
+        return std::chrono::duration<float64>(ground.clock.elapsed() - start).count();
+    }
+};
+
+// The order of NAME, ORT: 3 Abel, 5 Berg Aachen, 2 Berg Bonn, 4 Cohn, 1 Dorn.
+inline void addFive(clsTSDB& db) {
+    const Address rows[] = {{u"Dorn", u"Bonn", u"5.00", u"01022003"},
+                            {u"Berg", u"Bonn", u"4.00", u"01022004"},
+                            {u"Abel", u"Bonn", u"3.00", u"28021999"},
+                            {u"Cohn", u"Bonn", u"2.00", u""},
+                            {u"Berg", u"Aachen", u"1.00", u"31122003"}};
+    for (const auto& row : rows) ASSERT_GT(addAddress(db, row), 0);
+}
+
+}  // namespace tsRtm::test

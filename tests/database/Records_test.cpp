@@ -1,0 +1,426 @@
+// Records between memory and the file, record objects, and the notices of both.
+#include "tests/database/MemoryDatabase.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+class Records : public MemoryDatabase, public testing::WithParamInterface<int32> {
+ protected:
+    std::shared_ptr<clsTSDB> db = make(GetParam());
+
+    void SetUp() override {
+        ASSERT_TRUE(db);
+        addFive(*db);
+        for (int32 n = 1; n <= 5; ++n) db->Entsperren(n);
+    }
+};
+
+TEST_F(MemoryDatabase, NumbersAreTypedInTheFormOfTheLocale) {
+    struct Row {
+        int32 decimals;
+        TextView typed;
+        TextView stored;
+        TextView shown;
+    };
+    const Row rows[] = {
+        {2, u"1.234,5", u"1234.5", u"1234,50"},
+        {2, u"1234.5", u"1234.5", u"1234,50"},
+        {2, u"1,5", u"1.5", u"1,50"},
+        {2, u"-0,004", u"-0.004", u"0,00"},
+        {2, u"7", u"7", u"7,00"},
+        {2, u"", u"", u""},
+        {0, u"1.234", u"1234", u"1234"},
+        {0, u"1.234.567", u"1234567", u"1234567"},
+        {0, u"007", u"007", u"7"},
+        {10, u"1,5", u"1.5", u"1,50"},  // a flag beside two decimals
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(toUtf8(row.typed));
+        const auto db = make(fieldsOf({{u"ZAHL", tsNumerisch, 10, row.decimals}}), kNormal);
+        ASSERT_TRUE(db);
+        db->Fields(1, row.typed);
+        EXPECT_EQ(db->Fields(1), row.shown);
+        const auto record = db->Append();
+        ASSERT_TRUE(record);
+        EXPECT_EQ(db->GetField(db->AnzahlDSaetze(), 1), row.stored);
+        EXPECT_EQ(record->Fields(1), row.decimals == 0 ? row.stored : row.shown);
+    }
+}
+
+TEST_P(Records, SingleFieldsHaveTheirBounds) {
+    struct Row {
+        int32 record;
+        int32 field;
+        int32 reading;
+        int32 writing;
+    };
+    for (const auto& row :
+         {Row{1, 1, 0, 0}, Row{5, 4, 0, 0}, Row{6, 1, 0, 63}, Row{7, 1, 63, 63}, Row{0, 1, 63, 63},
+          Row{-1, 0, 63, 63}, Row{1, 5, 9, 9}, Row{1, -1, 9, 9}, Row{3, 0, 0, 0}}) {
+        SCOPED_TRACE(testing::Message() << row.record << "/" << row.field);
+        db->GetField(row.record, row.field);
+        EXPECT_EQ(db->Error(), row.reading);
+        db->PutField(row.record, row.field, row.field == 0 ? u" " : u"1");
+        EXPECT_EQ(db->Error(), row.writing);
+    }
+    EXPECT_EQ(db->GetField(6, 1), u"");
+    db->Fields(5);
+    EXPECT_EQ(db->Error(), 9);
+    db->Fields(-1, u"x");
+    EXPECT_EQ(db->Error(), 9);
+}
+
+TEST_P(Records, WholeRecordsHaveTheirBounds) {
+    EXPECT_EQ(db->GetSatz(4), u" Cohn        Bonn          2.00        ");
+    for (const int32 wrong : {0, -1, 6}) {
+        EXPECT_EQ(db->GetSatz(wrong), u"");
+        EXPECT_EQ(db->Error(), 63);
+        EXPECT_EQ(db->AktSatzNr(), 4);
+    }
+    db->PutSatz(7);
+    EXPECT_EQ(db->Error(), 63);
+    db->PutSatz(0);
+    EXPECT_EQ(db->Error(), 63);
+    EXPECT_EQ(db->AnzahlDSaetze(), 5);
+    db->PutSatz(6);
+    EXPECT_EQ(db->Error(), 0);
+    EXPECT_EQ(db->AnzahlDSaetze(), 6);
+    EXPECT_EQ(file(u"Count.tsd").substr(0, 9), "6\r       ");
+    std::vector<Text> fields;
+    db->GetSatz(4);
+    EXPECT_EQ(db->Satz(fields), u" ");
+    EXPECT_EQ(fields, (std::vector<Text>{u" ", u"Cohn", u"Bonn", u"2,00", u""}));
+    db->ClearRecord();
+    db->Satz(fields);
+    EXPECT_EQ(fields, std::vector<Text>(5));
+}
+
+TEST_P(Records, ADeletedRecordStaysInItsPlaces) {
+    db->AktSatzNr(3);
+    db->Delete(3);
+    EXPECT_TRUE(db->IsDeleted());
+    EXPECT_EQ(db->GetField(3, 0), u"*");
+    EXPECT_EQ(db->AnzahlDSaetze(), 5);
+    EXPECT_TRUE(db->Exist(u"Abel Bonn", 1));
+    EXPECT_TRUE(consistent(*db));
+    db->GetSatz(2);
+    EXPECT_FALSE(db->IsDeleted());
+    db->GetSatz(3);
+    EXPECT_TRUE(db->IsDeleted());
+    db->Reaktivieren(3);
+    EXPECT_FALSE(db->IsDeleted());
+    EXPECT_EQ(db->Fields(0), u" ");
+    for (const int32 wrong : {0, 6}) {
+        db->Delete(wrong);
+        EXPECT_EQ(db->Error(), 63);
+        db->Reaktivieren(wrong);
+        EXPECT_EQ(db->Error(), 63);
+    }
+}
+
+// A change that concerns no key leaves every index file alone; another one only the indexes of its fields.
+TEST_P(Records, UpdateTouchesOnlyTheIndexesThatChange) {
+    struct Row {
+        int32 field;
+        TextView text;
+        std::vector<TextView> changed;
+    };
+    for (const auto& row : {Row{fORT, u"Bonn", {}}, Row{fNAME, u"Zorn", {u"I001"}}, Row{fORT, u"Ulm", {}},
+                            Row{fBETRAG, u"9", {u"I003"}}, Row{fTAG, u"01012030", {u"I004"}}}) {
+        db->SetIndex(0);
+        db->AktSatzNr(3);
+        db->Fields(row.field, row.text);
+        const auto before = disk.snapshot();
+        std::vector<int32> indexes;
+        const auto heard = db->IndexChange.connect([&](int32 field) { indexes.push_back(field); });
+        db->Update();
+        EXPECT_EQ(db->Error(), 0);
+        // ORT is part of the first index: the key changes, but the place in the order need not.
+        EXPECT_EQ(indexes.size(), row.text == u"Bonn" ? 0u : 1u) << row.field;
+        for (const TextView name : {u"I001", u"I003", u"I004"}) {
+            const bool expected =
+                std::find(row.changed.begin(), row.changed.end(), name) != row.changed.end();
+            EXPECT_EQ(before.at(upper(path(name))).content != file(name), expected)
+                << toUtf8(name) << row.field;
+        }
+        EXPECT_TRUE(consistent(*db));
+    }
+}
+
+TEST_P(Records, AReaderWritesNothing) {
+    const auto reader = open(true);
+    reader->AktSatzNr(2);
+    const auto before = disk.snapshot();
+    const std::pair<const char*, std::function<void()>> works[] = {
+        {"Fields", [&] { reader->Fields(1, u"x"); }},
+        {"Update", [&] { reader->Update(); }},
+        {"PutSatz", [&] { reader->PutSatz(2); }},
+        {"PutField", [&] { reader->PutField(2, 1, u"x"); }},
+        {"Delete", [&] { reader->Delete(2); }},
+        {"Reaktivieren", [&] { reader->Reaktivieren(2); }},
+        {"Append", [&] { EXPECT_FALSE(reader->Append()); }},
+        {"Add", [&] { EXPECT_FALSE(reader->Add()); }},
+        {"LockDB", [&] { EXPECT_FALSE(reader->LockDB(true)); }},
+    };
+    for (const auto& [name, work] : works) {
+        work();
+        EXPECT_EQ(reader->Error(), 5) << name;
+    }
+    const auto record = reader->Record(2);
+    record->Fields(1, u"x");
+    EXPECT_FALSE(record->Update());
+    record->Deleted(true);
+    EXPECT_FALSE(record->Deleted());
+    EXPECT_EQ(disk.snapshot(), before);
+    EXPECT_EQ(reader->Error(), 5);
+    EXPECT_EQ(reader->Error(), 0);  // told once
+}
+
+TEST_P(Records, NoticesTellWhatChanged) {
+    std::vector<std::string> heard;
+    const auto index =
+        db->IndexChange.connect([&](int32 n) { heard.push_back("index " + std::to_string(n)); });
+    const auto record =
+        db->RecordChange.connect([&](int32 n) { heard.push_back("record " + std::to_string(n)); });
+    const auto told = [&] { return std::exchange(heard, {}); };
+    using Lines = std::vector<std::string>;
+    db->Sperren(3);
+    EXPECT_EQ(told(), Lines{"record 3"});
+    db->AktSatzNr(3);
+    EXPECT_EQ(told(), Lines{});
+    db->Fields(fNAME, u"Zorn");
+    db->Fields(fTAG, u"");
+    db->Update();
+    EXPECT_EQ(told(), (Lines{"index 1", "index 4", "record 3"}));
+    db->Entsperren(3);
+    EXPECT_EQ(told(), Lines{"record 3"});
+    db->PutField(2, fORT, u"Ulm");
+    EXPECT_EQ(told(), Lines{"record 2"});
+    db->Delete(2);
+    EXPECT_EQ(told(), Lines{"record 2"});
+    db->Reaktivieren(9);
+    EXPECT_EQ(told(), Lines{});
+    ASSERT_TRUE(db->Sort(2));
+    EXPECT_EQ(told().front(), "index 3");
+}
+
+// Whoever holds the object of a record is asked for it, and shows what was written past it.
+TEST_P(Records, OneObjectForOneRecord) {
+    const auto mine = db->Record(2);
+    const auto held = db->HalloSatz.connect([&](int32 n, std::shared_ptr<clsTSRecord>& record) {
+        if (n == 2) record = mine;
+    });
+    EXPECT_EQ(mine->Fields(fORT), u"Bonn");
+    EXPECT_EQ(db->Record(2), mine);
+    EXPECT_NE(db->Record(3), mine);
+    EXPECT_NE(mine->WorkCopy(), mine);
+    db->PutField(2, fORT, u"Ulm");
+    EXPECT_EQ(mine->Fields(fORT), u"Ulm");
+}
+
+TEST_P(Records, ARecordObjectIsACopy) {
+    db->AktSatzNr(1);
+    const auto record = db->Record(2);
+    EXPECT_FALSE(record->Changed());
+    EXPECT_EQ(record->NamedField(u"betrag"), u"4,00");
+    record->NamedField(u"Betrag", u"1.000,25");
+    EXPECT_TRUE(record->Changed());
+    EXPECT_EQ(record->Fields(fBETRAG), u"1000,25");
+    EXPECT_EQ(db->GetField(2, fBETRAG), u"4.00");
+    EXPECT_EQ(record->NamedField(u"GIBTESNICHT"), u"");
+    EXPECT_EQ(record->Fields(9), u"");
+    EXPECT_EQ(record->Fields(-1), u"");
+    EXPECT_EQ(db->Error(), 0);  // reading outside tells nothing
+    EXPECT_FALSE(record->IsEmpty(fNAME));
+    ASSERT_TRUE(record->Update());
+    EXPECT_FALSE(record->Changed());
+    EXPECT_EQ(db->GetField(2, fBETRAG), u"1000.25");
+    // The cursor of the database did not move.
+    EXPECT_EQ(db->AktSatzNr(), 1);
+    EXPECT_EQ(db->Fields(fNAME), u"Dorn");
+    record->Fields(fORT, u"Ulm");
+    record->Reset();
+    EXPECT_FALSE(record->Changed());
+    EXPECT_EQ(record->Fields(fORT), u"Bonn");
+    record->ReadOnly(true);
+    record->Fields(fORT, u"Ulm");
+    EXPECT_EQ(record->Fields(fORT), u"Bonn");
+    record->Deleted(true);
+    EXPECT_FALSE(record->Deleted());
+    record->ReadOnly(false);
+    record->Deleted(true);
+    EXPECT_TRUE(record->Deleted());
+    EXPECT_EQ(db->GetField(2, 0), u"*");
+    record->Deleted(false);
+    EXPECT_EQ(db->GetField(2, 0), u" ");
+}
+
+TEST_P(Records, WinningALockShowsWhatTheOtherUserStored) {
+    const auto other = open();
+    auto record = db->Record(2);
+    EXPECT_EQ(record->Fields(fORT), u"Bonn");
+    record->Fields(fBETRAG, u"99");
+    const auto theirs = other->Record(2, true);
+    ASSERT_TRUE(theirs && theirs->Locked());
+    EXPECT_FALSE(record->Sperren(-1));
+    EXPECT_FALSE(record->Locked());
+    theirs->Fields(fORT, u"Ulm");
+    ASSERT_TRUE(theirs->Update());
+    EXPECT_TRUE(theirs->Locked());
+    EXPECT_TRUE(theirs->Entsperren());
+    EXPECT_TRUE(record->Sperren(-1));
+    EXPECT_TRUE(record->Sperren(-1));  // already locked
+    EXPECT_EQ(record->Fields(fORT), u"Ulm");
+    EXPECT_EQ(record->Fields(fBETRAG), u"4,00");  // unsaved changes are lost
+    EXPECT_TRUE(other->Gesperrt(2));
+    record.reset();
+    EXPECT_FALSE(other->Gesperrt(2));
+}
+
+TEST_P(Records, ANewRecordHasNoNumberBeforeItsUpdate) {
+    const auto record = db->Add();
+    EXPECT_LE(record->Satznummer(), 0);
+    EXPECT_TRUE(record->Locked());
+    EXPECT_FALSE(record->WorkCopy());
+    const auto plain = std::make_shared<clsTSRecord>(db, 0);
+    EXPECT_FALSE(plain->Sperren());  // no lock can be had
+    EXPECT_TRUE(plain->Locked());
+    record->Fields(fNAME, u"Neu");
+    ASSERT_TRUE(record->Update());
+    EXPECT_EQ(record->Satznummer(), 6);
+    EXPECT_TRUE(db->Gesperrt(6));
+    ASSERT_TRUE(record->Update());  // again, now as a change
+    EXPECT_EQ(db->AnzahlDSaetze(), 6);
+    EXPECT_TRUE(record->WorkCopy());
+    EXPECT_TRUE(consistent(*db));
+}
+
+TEST_P(Records, ARecordOutlivesItsDatabase) {
+    const auto record = db->Record(2);
+    const auto added = db->Add();
+    EXPECT_EQ(record->Fields(fNAME), u"Berg");
+    int32 told = 0;
+    const auto heard = record->Invalidated.connect([&] { ++told; });
+    db.reset();
+    EXPECT_EQ(told, 1);
+    EXPECT_FALSE(record->DB());
+    for (const auto& each : {record, added}) {
+        each->Fields(fNAME, u"x");
+        EXPECT_NE(each->Fields(fNAME), u"x");
+        EXPECT_FALSE(each->Update());
+        EXPECT_EQ(each->Sperren(), each == added);  // Locked from its making on, without a lock
+        EXPECT_FALSE(each->Entsperren());
+        EXPECT_FALSE(each->WorkCopy());
+        each->Deleted(true);
+        each->Reset();
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Forms, Records, testing::Values(kNormal, kBig), [](const auto& param) {
+    return std::string(param.param == kBig ? "tree" : "flat");
+});
+
+TEST_F(MemoryDatabase, AListenerMayReleaseOtherRecords) {
+    auto db = make(kBig);
+    addFive(*db);
+    std::vector<std::shared_ptr<clsTSRecord>> held;
+    std::vector<Subscription> heard;
+    for (int32 n = 1; n <= 3; ++n) {
+        held.push_back(db->Record(n));
+        heard.push_back(held.back()->Invalidated.connect([&] { held.resize(1); }));
+    }
+    db->KillAllObjects();
+    EXPECT_EQ(held.size(), 1u);
+}
+
+// The limit is told by number to the program, by a box to the user.
+TEST_F(MemoryDatabase, AFullDatabaseTakesNoMore) {
+    const auto db = make(fieldsOf({{u"NAME", tsAlphanumerisch, 4}}), 3, u"  1  0  0");
+    for (int32 n = 1; n <= 2; ++n) ASSERT_TRUE(db->Append());
+    EXPECT_FALSE(db->IsFull());
+    const auto last = db->Add();
+    const auto late = db->Add();
+    ASSERT_TRUE(last->Update());
+    EXPECT_FALSE(late->Update());
+    EXPECT_FALSE(db->Append());
+    EXPECT_EQ(db->Error(), 7);
+    EXPECT_FALSE(db->Add());
+    EXPECT_EQ(db->Error(), 7);
+    ground.ui.answers = {1};
+    EXPECT_TRUE(db->IsFull());
+    ASSERT_EQ(ground.ui.boxes.size(), 1u);
+    const Text said = ground.ui.boxes[0].headline + ground.ui.boxes[0].body;
+    EXPECT_NE(said.find(u"Die Datenbank ist für 3 Datensätze konfiguriert."), Text::npos) << toUtf8(said);
+    EXPECT_EQ(db->AnzahlDSaetze(), 3);
+    EXPECT_TRUE(consistent(*db));
+}
+
+TEST_F(MemoryDatabase, ASerialNumberIsShownTwoWays) {
+    const auto db =
+        make(fieldsOf({{u"NAME", tsAlphanumerisch, 4}, {u"NR", tsAutowert, 6}}), kBig, u"  1  0  0");
+    const auto record = db->Add();
+    EXPECT_EQ(record->Fields(2), u"000001");
+    ASSERT_TRUE(record->Update());
+    db->AktSatzNr(1);
+    EXPECT_EQ(db->Fields(2), u"1");  // the database shows it as a number
+    EXPECT_EQ(record->Fields(2), u"000001");
+    // A stored record without one shows its own number, and keeps it.
+    ASSERT_TRUE(db->Append());
+    db->PutField(2, 2, u"");
+    EXPECT_EQ(db->Record(2)->Fields(2), u"000002");
+    EXPECT_EQ(db->GetField(2, 2), u"000002");
+    db->PutField(2, 2, u"");
+    EXPECT_EQ(open(true)->Record(2)->Fields(2), u"000002");
+    EXPECT_EQ(db->GetField(2, 2), u"");
+}
+
+// Single fields in UTF-16 are reached one by one only.
+TEST_F(MemoryDatabase, FieldsInUtf16InAnEightBitRecord) {
+    const auto db =
+        make(fieldsOf({{u"NAME", tsAlphanumerisch, 6}, {u"WEIT", tsAlphanumerisch | fUniCode, 5}}), kNormal);
+    ASSERT_TRUE(db);
+    put(u"Data.tsd", Bytes(34, ' '));
+    ground.clock.advance(std::chrono::seconds(60));
+    ASSERT_EQ(db->AnzahlDSaetze(), 2);
+    db->PutField(2, 2, u"Łódź∞∞");
+    EXPECT_EQ(db->Error(), 0);
+    EXPECT_EQ(db->GetField(2, 2), u"Łódź∞");
+    EXPECT_EQ(db->GetField(2, 1), u"");
+    for (const auto& [source, work] :
+         {std::pair<TextView, std::function<void()>>{u"clsTSDB.GetSatz", [&] { db->GetSatz(1); }},
+          {u"clsTSDB.PutSatz", [&] { db->PutSatz(1); }},
+          {u"clsTSDB.PutSatz", [&] { db->Update(); }}}) {
+        const auto raised = raisedBy(work);
+        EXPECT_EQ(raised.number, 445);
+        EXPECT_EQ(raised.source, source);
+        EXPECT_EQ(raised.text, u"Diese Funktion wird für Datenbanken mit Unicode-Feldern nicht unterstützt.");
+    }
+}
+
+// Pointers beyond five digits lie in base 94; a chain's halves stand right in their columns.
+TEST_F(MemoryDatabase, PointersKeepTheirForm) {
+    ground.ui.answers = {1};  // the chain's own files are not there
+    const auto db = make(
+        fieldsOf({{u"MEMO", tsMemo, 60}, {u"KETTE", tsKette, 10}, {u"NAME", tsAlphanumerisch, 4}}), kNormal);
+    ASSERT_TRUE(db);
+    const Text large = rtmMain::EncodeNumber(100000);
+    struct Row {
+        Text memo, chain;
+        Bytes stored;
+    };
+    const Bytes base94 = Bytes(large.begin(), large.end());
+    for (const auto& row :
+         {Row{u"99999", u"  123   45", "99999  123   45"},
+          Row{large, large + u"    7", base94 + base94 + "    7"}, Row{u"7", u"", "    7          "}}) {
+        db->ClearRecord();
+        db->Fields(1, row.memo);
+        db->Fields(2, row.chain);
+        db->PutSatz(1);
+        ASSERT_EQ(db->Error(), 0);
+        EXPECT_EQ(file(u"Data.tsd").substr(1, 15), row.stored);
+        EXPECT_EQ(rtmMain::DecodeNumber(db->GetField(1, 1)), rtmMain::DecodeNumber(row.memo));
+    }
+}
+
+}  // namespace
+}  // namespace tsRtm::test
