@@ -68,6 +68,7 @@ int32 TreeIndex::insert(int32 record, const SearchKey& key) {
     const bool newRoot = full == depth_;
     if (newRoot && depth_ == tree::kMostLevels) raise(28, u"clsTSDB Locate", u"Buffer overrun in index");
     std::vector<int32> addresses;
+    addresses.reserve(static_cast<std::size_t>(full) + 1);
     for (int32 i = 0; i < full + (newRoot ? 1 : 0); ++i) addresses.push_back(file_.allocate(head));
     auto next = addresses.begin();
 

@@ -19,7 +19,7 @@ Text padded(int32 number, int32 length) {
 
 }  // namespace
 
-clsTSRecord::clsTSRecord(std::shared_ptr<clsTSDB> Database, int32 Satznummer)
+clsTSRecord::clsTSRecord(const std::shared_ptr<clsTSDB>& Database, int32 Satznummer)
     : database_(Database),
       control_(Database->Control()),
       layout_(&Database->parts().layout),

@@ -17,7 +17,7 @@ class clsTSDB;
 class clsTSRecord {
  public:
     // Made by clsTSDB: Record, Add, Append, Finde.
-    clsTSRecord(std::shared_ptr<clsTSDB> Database, int32 Satznummer);
+    clsTSRecord(const std::shared_ptr<clsTSDB>& Database, int32 Satznummer);
     ~clsTSRecord();
     clsTSRecord(const clsTSRecord&) = delete;
     clsTSRecord& operator=(const clsTSRecord&) = delete;

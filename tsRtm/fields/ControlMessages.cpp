@@ -24,12 +24,13 @@ Text joined(std::initializer_list<TextView> pieces) {
 }  // namespace
 
 void showMissingKette(FilesTopic& files, TextView dir, int32 number) {
-    show(files,
-         joined(
-             {u"In der Datenbank \"", dir, u"\" fehlt die Datei \"KetteCtl.", threeDigits(number), u"\".",
-              u"\r\n\r\nBitte setzen Sie sich mit der Hotline in Verbindung, da Sie nicht auf alle Daten der "
-              u"Datenbank zugreifen können."}),
-         u"clsControl.Oeffne");
+    show(
+        files,
+        joined(
+            {u"In der Datenbank \"", dir, u"\" fehlt die Datei \"KetteCtl.", threeDigits(number), u"\".",
+             u"\r\n\r\nBitte setzen Sie sich mit der Hotline in Verbindung, da Sie nicht auf alle Daten der ",
+             u"Datenbank zugreifen können."}),
+        u"clsControl.Oeffne");
 }
 
 void showDoubleName(FilesTopic& files, TextView name, TextView dir, int32 fieldNumber) {

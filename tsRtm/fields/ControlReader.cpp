@@ -195,10 +195,10 @@ Text body(TextView text, std::size_t headLength, bool unicode, int32 encoding) {
 
 }  // namespace
 
-bool readControl(Text text, int32 encoding, const ControlSurroundings& around, ControlContent& content) {
+bool readControl(TextView text, int32 encoding, const ControlSurroundings& around, ControlContent& content) {
     if (text.empty()) raise(62, u"clsControl.Oeffne", u"Die Steuerdatei ist leer.");
     const auto headEnd = text.find_first_of(u"\r\n");
-    const auto head = parseHead(TextView(text).substr(0, headEnd));
+    const auto head = parseHead(text.substr(0, headEnd));
     if (head.ansi) content.nichtAnsi = false;
     if (head.version >= 3) return false;
     content.unicode = head.version == 2;

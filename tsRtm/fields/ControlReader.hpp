@@ -23,6 +23,6 @@ struct ControlSurroundings {
 // Fills `content`, whose nichtAnsi says how an older file is taken. False for a version of 3 or above. Raises
 // 62 where the text ends too early and 380 where it goes beyond the limits; `content` then stays as far as
 // reading got. `encoding` is the code page that the text was decoded by.
-bool readControl(Text text, int32 encoding, const ControlSurroundings& around, ControlContent& content);
+bool readControl(TextView text, int32 encoding, const ControlSurroundings& around, ControlContent& content);
 
 }  // namespace tsRtm

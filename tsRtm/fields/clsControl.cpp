@@ -68,14 +68,14 @@ bool clsControl::read(TextView file, bool& nichtAnsi) {
     if (!status || status->folder || status->size > kMaxFileSize) return false;
     int32 encoding = 1252;
     Date changed;
-    auto text = files_.GetContentAPI(file, encoding, changed);
+    const auto text = files_.GetContentAPI(file, encoding, changed);
 
     const auto fileText = fileName();
     const auto parent = parent_.lock();
     ControlSurroundings around{
         files_, typ_, dir_, fileText, [this](TextView name) { return FeldNummer(name); }, nullptr};
     if (parent) around.dbFeld = [&parent](TextView name) { return parent->FeldNummer(name); };
-    const bool whole = readControl(std::move(text), encoding, around, content_);
+    const bool whole = readControl(text, encoding, around, content_);
     nichtAnsi = content_.nichtAnsi;
     return whole;
 }

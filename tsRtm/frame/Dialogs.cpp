@@ -81,7 +81,8 @@ void wrapAddresses(Text& body, TextView scheme) {
         const auto blank = body.find(u' ', at);
         const auto length = (blank == Text::npos ? body.size() : blank) - at;
         const Text address = body.substr(at, length);
-        const Text link = u"<A HREF=\"" + address + u"\">" + address + u"</A>";
+        Text link = u"<A HREF=\"";
+        link.append(address).append(u"\">").append(address).append(u"</A>");
         body.replace(at, length, link);
         at = body.find(scheme, at + link.size());
     }

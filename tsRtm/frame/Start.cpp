@@ -124,10 +124,10 @@ Text writableFolder(std::initializer_list<FolderId> candidates) {
     for (const auto id : candidates) {
         const Text base = folder(id);
         if (base.empty()) continue;
-        const Text ours = JoinPath({base, ourFolder});
+        Text ours = JoinPath({base, ourFolder});
         if (EnsureFolder(ours) && CheckAccess(ours, 1, writeInto)) return ours;
     }
-    const Text ours = JoinPath({folder(FolderId::documents), ourFolder});
+    Text ours = JoinPath({folder(FolderId::documents), ourFolder});
     EnsureFolder(ours);
     return ours;
 }

@@ -47,7 +47,7 @@ int32 FilesTopic::GetAllFiles(TextView Root, TextView Pattern, std::vector<Text>
     auto listed = fileSystem().list(Root);
     if (!listed && Counter == -1) Field.clear();
     if (!listed) return Counter + 1;
-    Field.resize(static_cast<std::size_t>(std::max(Counter, -1) + 1));
+    Field.resize(Counter < 0 ? 0 : static_cast<std::size_t>(Counter) + 1);
     auto& entries = *listed;
     std::sort(entries.begin(), entries.end(), [](const auto& a, const auto& b) {
         const Text left = upper(a.name), right = upper(b.name);
