@@ -10,21 +10,21 @@
 
 namespace tsRtm::test {
 
-struct FieldSpec {
+struct FieldRow {
     TextView name;
     int32 typ;
     int32 length;
     int32 decimals = 0;
 };
 
-inline TSIOArray fieldsOf(std::initializer_list<FieldSpec> specs) {
+inline TSIOArray fieldsOf(std::initializer_list<FieldRow> rows) {
     TSIOArray fields;
-    for (const auto& spec : specs) {
+    for (const auto& row : rows) {
         auto field = std::make_shared<TSIO>();
-        field->Typ(spec.typ);
-        field->Laenge(spec.length);
-        field->NachKomma(spec.decimals);
-        field->Titel(Text(spec.name).append(u"@@7").append(spec.name));
+        field->Typ(row.typ);
+        field->Laenge(row.length);
+        field->NachKomma(row.decimals);
+        field->Titel(Text(row.name).append(u"@@7").append(row.name));
         fields.push_back(field);
     }
     return fields;
