@@ -28,6 +28,20 @@ bool DatabaseParts::hasRecord(int32 record) {
     return store.has(record);
 }
 
+void DatabaseParts::close(int32& number) noexcept {
+    try {
+        if (const int32 file = std::exchange(number, 0); file != 0) files.TS_Close(file);
+    } catch (const Failure&) {  // clean-up ignores failures
+    }
+}
+
+void DatabaseParts::closeHandle(int32& handle) noexcept {
+    try {
+        if (const int32 file = std::exchange(handle, 0); file != 0) files.CloseAPI(file);
+    } catch (const Failure&) {  // clean-up ignores failures
+    }
+}
+
 void recordFailure(DatabaseParts& parts, const Failure& failure) noexcept {
     parts.fehler = failure.Number();
     rtmMain::state().F = failure.Number();

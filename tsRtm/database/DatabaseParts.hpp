@@ -102,6 +102,9 @@ struct DatabaseParts {
     void refreshWhenDue();
     // Whether the record is there; looks again before it says no.
     bool hasRecord(int32 record);
+    // Closes a file of the numbered or of the handle family and sets its number to 0; failures are ignored.
+    void close(int32& number) noexcept;
+    void closeHandle(int32& handle) noexcept;
     // Records an error for `Error`; gives false, for the callers that answer with it.
     bool fail(int32 number) noexcept {
         fehler = number;

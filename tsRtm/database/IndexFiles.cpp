@@ -116,12 +116,7 @@ IndexForm& openIndex(DatabaseParts& parts, int32 number) {
 void closeIndex(DatabaseParts& parts, int32 number) noexcept {
     IndexSlot& slot = parts.index(number);
     slot.form.reset();
-    const int32 file = std::exchange(slot.file, 0);
-    if (file == 0) return;
-    try {
-        parts.files.TS_Close(file);
-    } catch (const Failure&) {  // clean-up ignores failures
-    }
+    parts.close(slot.file);
 }
 
 void closeIndexes(DatabaseParts& parts) noexcept {

@@ -7,18 +7,9 @@
 namespace tsRtm {
 namespace {
 
-void closeNumber(DatabaseParts& parts, int32& number) noexcept {
-    const int32 file = std::exchange(number, 0);
-    if (file == 0) return;
-    try {
-        parts.files.TS_Close(file);
-    } catch (const Failure&) {  // clean-up ignores failures
-    }
-}
-
 bool openCount(DatabaseParts& parts, bool shared) {
     parts.count = CountFile();
-    closeNumber(parts, parts.countNumber);
+    parts.close(parts.countNumber);
     parts.files.DB_Open(parts.path(u"Count.tsd"), parts.countNumber, parts.modus, shared, 0, kOpenSilently);
     if (parts.countNumber == 0) return false;
     parts.count = CountFile(parts.files.file(parts.countNumber));
@@ -82,7 +73,7 @@ bool takeExclusive(DatabaseParts& parts) {
     if (!openCount(parts, false)) {
         // Somebody else has the database open.
         openCount(parts, true);
-        closeNumber(parts, parts.lockNumber);
+        parts.close(parts.lockNumber);
         if (parts.count) parts.locks.takeAgain();
         return false;
     }
@@ -94,7 +85,7 @@ bool takeExclusive(DatabaseParts& parts) {
 void giveExclusive(DatabaseParts& parts) {
     if (--parts.exclusiveDepth > 0 || !parts.shared) return;
     openCount(parts, true);
-    closeNumber(parts, parts.lockNumber);
+    parts.close(parts.lockNumber);
     // Closing Count.tsd gave up every lock of this opening.
     if (parts.count) parts.locks.takeAgain();
 }

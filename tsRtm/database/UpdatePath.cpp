@@ -8,7 +8,8 @@ namespace tsRtm {
 
 void beginIndexChange(DatabaseParts& parts) {
     if (parts.marking) return;
-    if (parts.count.marked()) parts.leftBehind = !sortIndexes(parts, -1);
+    // Without the mark somebody else has mended what was left.
+    parts.leftBehind = parts.count.marked() && !sortIndexes(parts, -1);
     parts.count.mark(true);
     parts.marking = true;
 }

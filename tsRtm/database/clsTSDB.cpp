@@ -170,23 +170,14 @@ bool clsTSDB::OpenView(TextView ViewFile) {
 
 void clsTSDB::closeFiles() noexcept {
     auto& d = *parts_;
-    const auto close = [&](int32& number, auto operation) {
-        if (const int32 file = std::exchange(number, 0); file != 0) {
-            try {
-                operation(file);
-            } catch (const Failure&) {  // clean-up ignores failures
-            }
-        }
-    };
-    const auto closeNumber = [&](int32 number) { d.files.TS_Close(number); };
     d.serial = SerialNumber();
-    close(d.serialNumberFile, closeNumber);
+    d.close(d.serialNumberFile);
     closeIndexes(d);
     d.store = RecordStore();
-    close(d.dataHandle, [&](int32 handle) { d.files.CloseAPI(handle); });
+    d.closeHandle(d.dataHandle);
     d.count = CountFile();
-    close(d.countNumber, closeNumber);
-    close(d.lockNumber, closeNumber);
+    d.close(d.countNumber);
+    d.close(d.lockNumber);
     d.locks.forget();
     d.indexes.clear();
     d.aktIndex = 0;
