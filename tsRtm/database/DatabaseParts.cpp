@@ -28,6 +28,14 @@ bool DatabaseParts::hasRecord(int32 record) {
     return store.has(record);
 }
 
+RecordBuffer DatabaseParts::takeBuffer() {
+    if (!spareBuffer) return RecordBuffer(layout);
+    RecordBuffer buffer = std::move(*spareBuffer);
+    spareBuffer.reset();
+    buffer.clear();
+    return buffer;
+}
+
 void DatabaseParts::close(int32& number) noexcept {
     try {
         if (const int32 file = std::exchange(number, 0); file != 0) files.TS_Close(file);

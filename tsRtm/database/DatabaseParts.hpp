@@ -2,6 +2,7 @@
 // What an open database is made of, and where its cursor stands: what the operations behind clsTSDB share.
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "tsRtm/database/CountFile.hpp"
@@ -73,6 +74,7 @@ struct DatabaseParts {
 
     // Its cursor and the current record.
     RecordBuffer felder;
+    std::optional<RecordBuffer> spareBuffer;  // room of a record object that has gone
     int32 fehler = 0;
     int32 aktSatz = 0;
     int32 aktIndex = 0;
@@ -102,6 +104,9 @@ struct DatabaseParts {
     void refreshWhenDue();
     // Whether the record is there; looks again before it says no.
     bool hasRecord(int32 record);
+    // An empty buffer for a record object, and its room back: most objects live one after the other.
+    RecordBuffer takeBuffer();
+    void giveBack(RecordBuffer&& buffer) noexcept { spareBuffer = std::move(buffer); }
     // Closes a file of the numbered or of the handle family and sets its number to 0; failures are ignored.
     void close(int32& number) noexcept;
     void closeHandle(int32& handle) noexcept;

@@ -108,8 +108,9 @@ void clsTSDB::Update() {
 void clsTSDB::updateIndexesAndRecord() {
     auto& d = *parts_;
     if (!d.imUpdate) d.felder.set(0, u" ");
-    update_ = std::make_unique<UpdatePath>(d, d.aktSatz, d.istNeu);
+    if (!update_) update_ = std::make_unique<UpdatePath>(d);
     UpdatePath& path = *update_;
+    path.begin(d.aktSatz, d.istNeu);
     try {
         if (path.changesIndexes()) {
             if (!lockIntern(true)) return;
@@ -130,9 +131,10 @@ void clsTSDB::updateIndexesAndRecord() {
 void clsTSDB::writeUpdated() {
     auto& d = *parts_;
     const int32 count = d.records();
+    const bool active = update_ && update_->active();
     if (d.fehler == 0) PutSatz(d.aktSatz);
     if (d.fehler == 0) {
-        if (update_) update_->finish();
+        if (active) update_->finish();
     } else {
         const int32 error = d.fehler;
         if (d.istNeu && d.big) {
@@ -141,11 +143,11 @@ void clsTSDB::writeUpdated() {
                 d.store.cutTo(count);
             } catch (const Failure&) {  // the next record is written over it
             }
-            if (update_) update_->giveUp();
+            if (active) update_->giveUp();
         }
         d.fehler = error;
     }
-    update_.reset();
+    if (active) update_->end();
 }
 
 // The database lock for a new record, unless it is held already; `true` where it is to be given back.
@@ -273,7 +275,7 @@ int32 clsTSDB::SatzSpeichern(clsTSRecord& Record) {
     if (isNew && d.fehler != 0 && number > 0) d.locks.unlockRecord(number);
     d.istNeu = false;
     d.imUpdate = false;
-    update_.reset();
+    if (update_) update_->end();
     endIndexChange(d, false);
     // Update keeps the database lock inside such a flow; with the record written it goes.
     endOfNew(toRelease || (!isNew && d.shared && !d.locks.explicitly));

@@ -27,10 +27,6 @@ IndexKeys::IndexKeys(const RecordLayout& layout, std::array<int32, 3> fields)
         utf16 = utf16 || layout.field(number).wide || layout.field(number).utf8;
     }
     order_ = utf16 ? Order::text : layout.dos() ? Order::dos : Order::ansi;
-    if (count_ > 0) {
-        const FieldLayout& first = layout.field(primary());
-        startsPlain_ = (first.alpha || first.special) && first.plain() && !first.sortsAsDate();
-    }
 }
 
 Text IndexKeys::fieldText(const FieldLayout& field, BytesView record) const {
@@ -89,39 +85,40 @@ IndexKeys::KeyPieces IndexKeys::pieces(BytesView record) const {
     return out;
 }
 
-SearchKey IndexKeys::prepare(Bytes bytes, TextView text) const {
-    SearchKey key;
-    key.bytes_ = std::move(bytes);
-    switch (order_) {
-        case Order::ansi:
-            key.prepared_.emplace<AnsiSearchKey>(key.bytes_);
-            break;
-        case Order::dos:
-            key.prepared_.emplace<DosSearchKey>(key.bytes_);
-            break;
-        case Order::text:
-            tsRtm::appendSortKey(key.prepared_.emplace<Bytes>(), text);
-            break;
+// A text in the code of the records.
+void IndexKeys::prepare(Pieces text, SearchKey& into) const {
+    if (order_ == Order::ansi) {
+        auto* const ansi = std::get_if<AnsiSearchKey>(&into.prepared_);
+        (ansi ? *ansi : into.prepared_.emplace<AnsiSearchKey>()).assign(text);
+        return;
     }
-    return key;
+    into.bytes_.clear();
+    appendJoined(into.bytes_, text);
+    into.prepared_.emplace<DosSearchKey>(into.bytes_);
+}
+
+void IndexKeys::prepare(TextView text, SearchKey& into) const {
+    into.bytes_ = toUtf16Le(text);
+    tsRtm::appendSortKey(into.prepared_.emplace<Bytes>(), text);
 }
 
 SearchKey IndexKeys::search(TextView key) const {
-    return prepare(order_ == Order::text ? toUtf16Le(key) : layout_->toRecordCode(key), key);
+    SearchKey out;
+    if (order_ == Order::text) {
+        prepare(key, out);
+    } else {
+        const Bytes bytes = layout_->toRecordCode(key);
+        const BytesView text = bytes;
+        prepare(Pieces(&text, 1), out);
+    }
+    return out;
 }
 
-SearchKey IndexKeys::searchFor(BytesView record) const {
-    if (order_ == Order::text) {
-        const Text text = joined(record);
-        return prepare(toUtf16Le(text), text);
-    }
-    Bytes bytes;
-    const auto parts = pieces(record);
-    for (std::size_t c = 0; c < parts.count; ++c) {
-        if (c > 0) bytes.push_back(' ');
-        bytes.append(parts.piece[c]);
-    }
-    return prepare(std::move(bytes), {});
+void IndexKeys::searchFor(BytesView record, SearchKey& into) const {
+    if (order_ == Order::text)
+        prepare(joined(record), into);
+    else
+        prepare(pieces(record).all(), into);
 }
 
 std::strong_ordering IndexKeys::compare(const SearchKey& key, BytesView record) const {
@@ -135,8 +132,8 @@ std::strong_ordering IndexKeys::compare(const SearchKey& key, BytesView record) 
 }
 
 bool IndexKeys::same(const SearchKey& key, BytesView record) const {
-    if (order_ == Order::text) return key.bytes_ == toUtf16Le(joined(record));
-    BytesView rest = key.bytes_;
+    if (order_ == Order::text) return key.bytes() == toUtf16Le(joined(record));
+    BytesView rest = key.bytes();
     const auto parts = pieces(record);
     for (std::size_t c = 0; c < parts.count; ++c) {
         if (c > 0) {
@@ -161,6 +158,28 @@ void IndexKeys::appendSortKey(Bytes& into, BytesView record) const {
             tsRtm::appendSortKey(into, joined(record));
             break;
     }
+}
+
+KeyPrefix IndexKeys::prefix(BytesView record) const {
+    sortKey_.clear();
+    appendSortKey(sortKey_, record);
+    return KeyPrefix(sortKey_);
+}
+
+KeyPrefix IndexKeys::prefix(const SearchKey& key) const {
+    sortKey_.clear();
+    switch (order_) {
+        case Order::ansi:
+            appendSortKeyAnsi(sortKey_, key.bytes());
+            break;
+        case Order::dos:
+            appendSortKeyDos(sortKey_, key.bytes());
+            break;
+        case Order::text:
+            sortKey_ = std::get<Bytes>(key.prepared_);
+            break;
+    }
+    return KeyPrefix(sortKey_);
 }
 
 Text IndexKeys::text(BytesView record) const { return joined(record); }

@@ -9,6 +9,7 @@
 #include <compare>
 #include <variant>
 
+#include "tsRtm/database/KeyHints.hpp"
 #include "tsRtm/database/RecordLayout.hpp"
 #include "tsRtm/frame/text/TextOrder.hpp"
 
@@ -18,11 +19,14 @@ namespace tsRtm {
 class SearchKey {
  public:
     // The key's text in the code of the records (UTF-16 in bytes for a Unicode index).
-    const Bytes& bytes() const noexcept { return bytes_; }
+    const Bytes& bytes() const noexcept {
+        const auto* ansi = std::get_if<AnsiSearchKey>(&prepared_);
+        return ansi ? ansi->text() : bytes_;
+    }
 
  private:
     friend class IndexKeys;
-    Bytes bytes_;
+    Bytes bytes_;  // but for an AnsiSearchKey, which has its text
     std::variant<std::monostate, AnsiSearchKey, DosSearchKey, Bytes> prepared_;
 };
 
@@ -40,8 +44,13 @@ class IndexKeys {
 
     // A key typed by a caller.
     SearchKey search(TextView key) const;
-    // The key of a record.
-    SearchKey searchFor(BytesView record) const;
+    // The key of a record; `into` keeps its room from key to key.
+    void searchFor(BytesView record, SearchKey& into) const;
+    SearchKey searchFor(BytesView record) const {
+        SearchKey key;
+        searchFor(record, key);
+        return key;
+    }
     // The search key against the key of a record.
     std::strong_ordering compare(const SearchKey& key, BytesView record) const;
     // The same, then the record numbers.
@@ -54,6 +63,8 @@ class IndexKeys {
     bool same(const SearchKey& key, BytesView record) const;
     // Bytes that compare as the keys do.
     void appendSortKey(Bytes& into, BytesView record) const;
+    KeyPrefix prefix(BytesView record) const;
+    KeyPrefix prefix(const SearchKey& key) const;
     // A key as text, for messages.
     Text text(BytesView record) const;
     Text text(const SearchKey& key) const;
@@ -73,15 +84,16 @@ class IndexKeys {
     BytesView sortableDate(std::size_t component, BytesView digits) const;
     Text fieldText(const FieldLayout& field, BytesView record) const;
     Text joined(BytesView record) const;
-    SearchKey prepare(Bytes bytes, TextView text) const;
+    void prepare(Pieces text, SearchKey& into) const;
+    void prepare(TextView text, SearchKey& into) const;
 
     const RecordLayout* layout_;
     std::array<int32, 3> fields_;
     int32 count_ = 0;
     Order order_ = Order::ansi;
-    bool startsPlain_ = false;  // a key begins with the columns of its first field as they are
     mutable std::array<Bytes, 3> room_;
     mutable Text decoded_;
+    mutable Bytes sortKey_;
 };
 
 }  // namespace tsRtm

@@ -25,7 +25,9 @@ void RecordBuffer::load(BytesView record, bool plain) {
 void RecordBuffer::clear() {
     bytes_ = layout_->blank();
     deleted_ = false;
+    plain_ = false;
     anyChanged_ = false;
+    isWidened_ = false;
     for (auto& text : texts_) text.clear();
     std::fill(states_.begin(), states_.end(), State::decoded);
 }
@@ -48,7 +50,7 @@ const Text& RecordBuffer::operator[](int32 number) const {
 TextView RecordBuffer::view(int32 number) const {
     if (number == 0 || states_[static_cast<std::size_t>(number)] != State::stored) return (*this)[number];
     const auto& field = layout_->field(number);
-    if (!field.plain() || layout_->dos() || field.pointer || field.chain) return (*this)[number];
+    if (!field.inPlace) return (*this)[number];
     if (!isWidened_) {
         fromAnsi(bytes_, widened_);
         isWidened_ = true;

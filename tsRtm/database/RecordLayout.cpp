@@ -69,22 +69,17 @@ Bytes utf8Form(TextView text, std::size_t length, const RecordLayout& layout) {
 RecordLayout::RecordLayout(const clsControl& control, bool wide, bool dos) : wide_(wide), dos_(dos && !wide) {
     fields_.reserve(static_cast<std::size_t>(control.Felder()) + 1);
     for (int32 i = 1; i <= control.Felder(); ++i) {
-        fields_.push_back(layoutOf(control.field(i), wide));
-        mixed_ = mixed_ || (!wide && fields_.back().wide);
+        auto& field = fields_.emplace_back(layoutOf(control.field(i), wide));
+        field.inPlace = field.plain() && !dos_ && !field.pointer && !field.chain;
+        mixed_ = mixed_ || (!wide && field.wide);
     }
     bytes_ = static_cast<uint32>(control.GesamtSatzLaenge()) * unit();
+    blank_ = wide ? toUtf16Le(Text(bytes_ / 2, u' ')) : Bytes(bytes_, ' ');
 }
 
 void RecordLayout::setDeleted(std::span<char> record, bool deleted) const noexcept {
     record[0] = deleted ? '*' : ' ';
     if (wide_) record[1] = 0;
-}
-
-Bytes RecordLayout::blank() const {
-    Bytes out(bytes_, ' ');
-    if (wide_)
-        for (std::size_t i = 1; i < out.size(); i += 2) out[i] = 0;
-    return out;
 }
 
 Bytes RecordLayout::unfilled() const {

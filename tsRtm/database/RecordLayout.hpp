@@ -17,6 +17,7 @@
 //   memo, blob                    pointer text (rtmMain::EncodeNumber), right-aligned in 5 columns
 //   chain of 8 and more           two numbers, each right-aligned in half of the columns
 //   UTF-8 field                   "~" and the UTF-8 form where that is longer than the text, else the text
+#include <bit>
 #include <cstring>
 #include <span>
 #include <vector>
@@ -38,9 +39,10 @@ struct FieldLayout {
     bool chain = false;
     bool wide = false;  // UTF-16 in the file
     bool utf8 = false;
-    bool julian = false;  // a date stored as "J" and its day number
-    bool date = false;    // Typ AND 7 = 7
-    bool number = false;  // Typ AND 7 = 5
+    bool julian = false;   // a date stored as "J" and its day number
+    bool date = false;     // Typ AND 7 = 7
+    bool number = false;   // Typ AND 7 = 5
+    bool inPlace = false;  // its text is its trimmed bytes in code page 1252
     // A key takes the sortable form of the date.
     bool sortsAsDate() const noexcept { return date && nachKomma < 2; }
     // The bytes of the field are its text, but for blanks at its end or before it.
@@ -74,7 +76,7 @@ class RecordLayout {
     static bool isDeleted(BytesView record) noexcept { return !record.empty() && record[0] == '*'; }
     void setDeleted(std::span<char> record, bool deleted) const noexcept;
     // A record of blanks; one that was allocated but not filled: "*" and the greatest character.
-    Bytes blank() const;
+    const Bytes& blank() const noexcept { return blank_; }
     Bytes unfilled() const;
     BytesView bytesOf(const FieldLayout& field, BytesView record) const noexcept {
         return field.offset >= record.size() ? BytesView() : record.substr(field.offset, field.bytes);
@@ -99,21 +101,37 @@ class RecordLayout {
 
     std::vector<FieldLayout> fields_{1};  // from 1
     uint32 bytes_ = 1;
+    Bytes blank_ = " ";
     bool wide_ = false;
     bool dos_ = false;
     bool mixed_ = false;
 };
 
 inline BytesView FieldLayout::trimmed(BytesView columns) const noexcept {
-    // Fields are mostly blanks at one end; eight of them are looked at in one step.
-    const auto eightBlanks = [](const char* at) { return std::memcmp(at, "        ", 8) == 0; };
+    // Fields are mostly blanks at one end; eight of them are looked at in one step. A byte that is none is a
+    // byte that is not 0 in what this gives, the first one lowest.
+    const auto eight = [](const char* at) {
+        uint64 word = 0;
+        std::memcpy(&word, at, sizeof word);
+        if constexpr (std::endian::native == std::endian::big) word = __builtin_bswap64(word);
+        return word ^ 0x2020202020202020;
+    };
+    constexpr auto step = static_cast<std::ptrdiff_t>(sizeof(uint64));
     const char* from = columns.data();
     const char* to = from + columns.size();
     if (alpha || special) {
-        while (to - from >= 8 && eightBlanks(to - 8)) to -= 8;
+        for (; to - from >= step; to -= step)
+            if (const uint64 other = eight(to - step); other != 0) {
+                to -= std::countl_zero(other) / 8;
+                return {from, static_cast<std::size_t>(to - from)};
+            }
         while (to != from && to[-1] == ' ') --to;
     } else {
-        while (to - from >= 8 && eightBlanks(from)) from += 8;
+        for (; to - from >= step; from += step)
+            if (const uint64 other = eight(from); other != 0) {
+                from += std::countr_zero(other) / 8;
+                return {from, static_cast<std::size_t>(to - from)};
+            }
         while (to != from && *from == ' ') ++from;
     }
     return {from, static_cast<std::size_t>(to - from)};

@@ -30,7 +30,7 @@ void RecordStore::read(int32 record, Bytes& into) const {
 void RecordStore::readPart(int32 record, uint32 offset, std::span<char> into) const {
     const std::size_t got = bytes_.read(layout_->offsetOf(record) + offset, into);
     if (got == into.size()) return;
-    const Bytes blank = layout_->blank();
+    const Bytes& blank = layout_->blank();
     std::copy_n(blank.begin() + static_cast<std::ptrdiff_t>(got % layout_->unit()), into.size() - got,
                 into.begin() + static_cast<std::ptrdiff_t>(got));
 }

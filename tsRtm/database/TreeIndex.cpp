@@ -66,28 +66,49 @@ BytesView TreeIndex::recordOf(const Step& at, int32 position) {
     return store_.view(record, room_);
 }
 
-bool TreeIndex::descend(const SearchKey& key, int32 number) {
+std::strong_ordering TreeIndex::compare(const Search& search, const Step& at, int32 position) {
+    const int32 satz = at.node.entry(position).satz;
+    // The record searched for needs no look at it, and may not be in the file yet.
+    if (satz == search.number) return std::strong_ordering::equal;
+    const BytesView record = recordOf(at, position);
+    return search.number == 0 ? keys_.compare(search.key, record)
+                              : keys_.compare(search.key, search.number, record, satz);
+}
+
+std::strong_ordering TreeIndex::probe(const Search& search, const Step& at, int32 position, Trust trust) {
+    const int32 satz = at.node.entry(position).satz;
+    if (!hinted(search.number) || satz == search.number) return compare(search, at, position);
+    KeyPrefix known = trust == Trust::hints ? hints_.of(satz) : KeyPrefix();
+    if (known.empty()) {
+        known = keys_.prefix(recordOf(at, position));
+        if (store_.has(satz)) hints_.remember(satz, known);
+    }
+    const auto order = search.prefix <=> known;
+    if (order != 0) return order;
+    if (known.whole()) return search.number == 0 ? order : search.number <=> satz;
+    return compare(search, at, position);
+}
+
+bool TreeIndex::walk(const Search& search, Trust trust) {
     depth_ = 0;
     int32 base = 0;
-    const uint32 keyOffset = keys_.offset();
+    const auto approach = [this, hinted = hinted(search.number)](int32 record) {
+        hinted ? hints_.approach(record) : store_.approach(record, keys_.offset());
+    };
     for (int32 address = header().wurzel; address > 0;) {
-        Step& here = push(address, base, &key);
+        Step& here = push(address, base, &search.key);
         int32 low = 1;
         int32 high = here.node.anzahl;
         while (low <= high) {
             const int32 middle = (low + high) / 2;
             // Whatever this comparison says, one of these two comes next: its memory may come while we
             // compare.
-            store_.approach(here.node.entry(std::max(low, (low + middle - 1) / 2)).satz, keyOffset);
-            store_.approach(here.node.entry((middle + 1 + high) / 2).satz, keyOffset);
-            const int32 satz = here.node.entry(middle).satz;
-            // The record searched for needs no look at it, and may not be in the file yet.
-            const auto order = satz == number ? std::strong_ordering::equal
-                               : number == 0  ? keys_.compare(key, recordOf(here, middle))
-                                              : keys_.compare(key, number, recordOf(here, middle), satz);
+            approach(here.node.entry(std::max(low, (low + middle - 1) / 2)).satz);
+            approach(here.node.entry((middle + 1 + high) / 2).satz);
+            const auto order = probe(search, here, middle, trust);
             if (order > 0) {
                 low = middle + 1;
-            } else if (order == 0 && number != 0) {
+            } else if (order == 0 && search.number != 0) {
                 here.position = middle;
                 return true;
             } else {
@@ -99,6 +120,27 @@ bool TreeIndex::descend(const SearchKey& key, int32 number) {
         address = here.node.entry(low).kind;
     }
     return false;
+}
+
+bool TreeIndex::proven(const Search& search) {
+    const Step* before = nullptr;
+    const Step* behind = nullptr;
+    for (int32 level = depth_ - 1; level >= 0; --level) {
+        const Step& at = step(level);
+        if (!before && at.position > 1) before = &at;
+        if (!behind && at.position <= at.node.anzahl) behind = &at;
+    }
+    if (behind) store_.approach(behind->node.entry(behind->position).satz, keys_.offset());
+    if (before && compare(search, *before, before->position - 1) <= 0) return false;
+    if (!behind) return true;
+    const auto order = compare(search, *behind, behind->position);
+    return search.number == 0 ? order <= 0 : order < 0;
+}
+
+bool TreeIndex::descend(const SearchKey& key, int32 number) {
+    if (!hinted(number)) return walk({key, number, {}}, Trust::records);
+    const Search search{key, number, keys_.prefix(key)};
+    return walk(search, Trust::hints) || (!proven(search) && walk(search, Trust::records));
 }
 
 Found TreeIndex::foundHere(const SearchKey& key) {

@@ -47,6 +47,11 @@ class TreeIndex final : public IndexForm {
         // Records before the entry at `position` and its subtree.
         int32 before() const noexcept;
     };
+    struct Search {
+        const SearchKey& key;
+        int32 number;  // of the record searched for, 0 for any
+        KeyPrefix prefix;
+    };
     // What the check of a subtree carries along.
     struct Inspection {
         IndexFindings& out;
@@ -64,6 +69,17 @@ class TreeIndex final : public IndexForm {
     // Walks down to a key; with a number to that record's entry, else to the place of the first such key.
     // True on the record's entry itself, which may lie in an inner node.
     bool descend(const SearchKey& key, int32 number);
+    // Whether probes ask the hints first. Where each look at a record is a read of the file, on a share a way
+    // to the server and back, always. With the records in memory they pay for updates, which know the keys
+    // that they enter; a reader's hints would be cold as often as the records.
+    bool hinted(int32 number) const noexcept { return number != 0 || !store_.mapped(); }
+    enum class Trust { hints, records };
+    bool walk(const Search& search, Trust trust);
+    // The search against an entry: by what is known of its key, or by the record itself.
+    std::strong_ordering probe(const Search& search, const Step& step, int32 position, Trust trust);
+    std::strong_ordering compare(const Search& search, const Step& step, int32 position);
+    // Whether the place that a walk ended on lies between a lesser and a greater key.
+    bool proven(const Search& search);
     Found foundHere(const SearchKey& key);
     int32 positionHere();
     int32 seek(int32 position);
@@ -87,6 +103,7 @@ class TreeIndex final : public IndexForm {
     TreeUse use_;
     std::array<Step, tree::kMostLevels> path_;
     int32 depth_ = 0;
+    KeyHints hints_;
     Bytes room_;
 };
 

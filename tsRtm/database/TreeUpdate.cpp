@@ -61,6 +61,7 @@ int32 TreeIndex::insert(int32 record, const SearchKey& key) {
     tree::Header head = header();
     const int32 before = head.freiListe;
     if (descend(key, record)) return positionHere();  // it is there already
+    hints_.remember(record, keys_.prefix(key));
     const int32 position = depth_ == 0 ? 1 : tree::plus(last().before(), 1);
 
     int32 full = 0;

@@ -19,13 +19,22 @@ void endIndexChange(DatabaseParts& parts, bool whole) {
     if (whole && !parts.leftBehind) parts.count.mark(false);
 }
 
-UpdatePath::UpdatePath(DatabaseParts& parts, int32 record, bool isNew)
-    : parts_(parts), record_(record), isNew_(isNew), image_(parts.felder.image()) {
-    if (parts.indexes.empty()) return;
-    if (!isNew_ && parts.hasRecord(record)) parts.store.read(record, stored_);
-    for (int32 number = 1; parts.hasIndex(number); ++number)
+void UpdatePath::begin(int32 record, bool isNew) {
+    active_ = true;
+    record_ = record;
+    isNew_ = isNew;
+    changed_.clear();
+    entered_.clear();
+    watched_ = 0;
+    position_ = 0;
+    moving_ = false;
+    if (parts_.indexes.empty()) return;
+    image_ = parts_.felder.image();
+    const bool stored = !isNew && parts_.hasRecord(record);
+    if (stored) parts_.store.read(record, stored_);
+    for (int32 number = 1; parts_.hasIndex(number); ++number)
         // A new record enters all indexes; an index whose fields did not change is not touched at all.
-        if (isNew_ || (!stored_.empty() && parts.index(number).keys.differs(stored_, image_)))
+        if (isNew || (stored && parts_.index(number).keys.differs(stored_, image_)))
             changed_.push_back(number);
 }
 
@@ -36,15 +45,15 @@ void UpdatePath::moveEntries() {
     for (const int32 number : changed_) {
         IndexForm& form = openIndex(parts_, number);
         const IndexKeys& keys = parts_.index(number).keys;
-        const SearchKey to = keys.searchFor(image_);
+        keys.searchFor(image_, to_);
         int32 position = 0;
         moving_ = true;
         if (isNew_) {
-            position = form.move(record_, nullptr, to);
+            position = form.move(record_, nullptr, to_);
             entered_.push_back(number);
         } else {
-            const SearchKey from = keys.searchFor(stored_);
-            position = form.move(record_, &from, to);
+            keys.searchFor(stored_, from_);
+            position = form.move(record_, &from_, to_);
         }
         moving_ = false;
         // The flat form compares a field number with the index number: known so, and kept.

@@ -11,14 +11,18 @@ namespace tsRtm {
 void beginIndexChange(DatabaseParts& parts);
 void endIndexChange(DatabaseParts& parts, bool whole);
 
-// One pass over all indexes of one record. Lives for one Update.
+// One pass over all indexes of one record, from begin() to end(); keeps its room from record to record.
 //
 // Whatever ends the pass before finish() leaves the mark, and the indexes before the fault stay changed. Only
 // what a new record has entered is taken out again, since nobody may meet a number without a record.
 class UpdatePath {
  public:
+    explicit UpdatePath(DatabaseParts& parts) : parts_(parts) {}
+
     // The record that stands in memory, to be written as number `record`.
-    UpdatePath(DatabaseParts& parts, int32 record, bool isNew);
+    void begin(int32 record, bool isNew);
+    void end() noexcept { active_ = false; }
+    bool active() const noexcept { return active_; }
 
     bool changesIndexes() const noexcept { return !changed_.empty(); }
     // Under the database lock. Raises what index and file raise.
@@ -34,10 +38,12 @@ class UpdatePath {
 
  private:
     DatabaseParts& parts_;
-    int32 record_;
-    bool isNew_;
+    bool active_ = false;
+    int32 record_ = 0;
+    bool isNew_ = false;
     Bytes image_;
     Bytes stored_;
+    SearchKey from_, to_;
     std::vector<int32> changed_;  // index numbers
     std::vector<int32> entered_;
     int32 watched_ = 0;

@@ -75,6 +75,7 @@ int32 clsTSDB::openInner() {
     }
     d.layout = RecordLayout(*d.control, d.control->IstUnicode(), dos);
     d.felder = RecordBuffer(d.layout);
+    d.spareBuffer.reset();
     d.viewLaenge.clear();
     for (int32 i = 1; i <= d.control->Felder(); ++i) d.viewLaenge.push_back(d.control->field(i).Laenge());
     // Nothing on disk says so: a change of MaxRecords across this number needs new index files.

@@ -30,14 +30,6 @@
 
 namespace tsRtm {
 
-// How applications renew their reference data.
-enum eUpdateStrategy : int32 {
-    upNotdefined = 0,
-    upManual = 1,
-    upOncePerDay = 2,
-    upAlways = 3,
-    upWhenConnected = 2
-};
 // What a loop over records does with one that somebody else has locked.
 enum eLockedAction : int32 { AskUser = 0, Cancel = 1, Retry = 2, Ignore = 3, Delay = 4, AskUserAgain = 5 };
 
@@ -228,7 +220,7 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     void giveUpSerial(int32 value) noexcept;
 
     std::unique_ptr<DatabaseParts> parts_;
-    std::unique_ptr<class UpdatePath> update_;  // from the first index to the record
+    std::unique_ptr<class UpdatePath> update_;  // active from the first index to the record
     std::vector<clsTSRecord*> live_;
     std::vector<Text> befunde_;
     Text shown_;  // a number as Fields shows it

@@ -24,7 +24,7 @@ clsTSRecord::clsTSRecord(const std::shared_ptr<clsTSDB>& Database, int32 Satznum
       control_(Database->Control()),
       layout_(&Database->parts().layout),
       number_(Satznummer),
-      felder_(Database->parts().layout),
+      felder_(Database->parts().takeBuffer()),
       loaded_(Satznummer < 1) {
     Database->enter(*this);
 }
@@ -35,6 +35,7 @@ clsTSRecord::~clsTSRecord() {
     database->leave(*this);
     if (number_ > 0 && locked_) database->parts().locks.unlockRecord(number_);
     if (number_ < 1 && serial_ != 0) database->giveUpSerial(serial_);
+    database->parts().giveBack(std::move(felder_));
 }
 
 void clsTSRecord::invalidate() {

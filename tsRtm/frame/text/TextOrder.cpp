@@ -101,6 +101,13 @@ std::strong_ordering compareByKeys(TextView a, TextView b) {
 
 }  // namespace
 
+void appendJoined(Bytes& text, Pieces pieces) {
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        if (i != 0) text.push_back(' ');
+        text.append(pieces[i]);
+    }
+}
+
 std::strong_ordering compareAnsi(BytesView a, BytesView b) noexcept {
     // What is alike byte for byte weighs alike on every level.
     const std::size_t alike = commonPrefix(a, b);
@@ -165,8 +172,11 @@ uint8 lastAnsiByte() noexcept {
     return last;
 }
 
-AnsiSearchKey::AnsiSearchKey(BytesView text) : text_(text) {
-    marked_ = appendBase(weights_, text);
+void AnsiSearchKey::assign(Pieces pieces) {
+    text_.clear();
+    appendJoined(text_, pieces);
+    weights_.clear();
+    marked_ = appendBase(weights_, text_);
     weights_.push_back(static_cast<char>(kLevelEnd));
 }
 
@@ -201,17 +211,6 @@ std::strong_ordering AnsiSearchKey::compare(Pieces record) const noexcept {
     if ((seen & kMarked) == 0 || isJoined(text_, record)) return std::strong_ordering::equal;
     const BytesView text = text_;
     return textorder::compareMarks(Pieces(&text, 1), record);
-}
-
-std::optional<std::strong_ordering> AnsiSearchKey::decidedBy(BytesView start) const noexcept {
-    const char* key = weights_.data();
-    for (const char c : start) {
-        const auto weight = static_cast<uint8>(tables.quick[static_cast<uint8>(c)]);
-        if (c == ' ' || weight == 0) return std::nullopt;
-        const auto due = static_cast<uint8>(*key++);
-        if (due != weight) return due <=> weight;
-    }
-    return std::nullopt;
 }
 
 }  // namespace tsRtm

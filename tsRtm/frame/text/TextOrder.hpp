@@ -11,7 +11,6 @@
 // each, as index keys of several fields are made. Nothing here fails; the state is constant, but for the ICU
 // collator behind characters outside code page 1252, which serves one thread.
 #include <compare>
-#include <optional>
 #include <span>
 
 #include "tsRtm/types/Text.hpp"
@@ -19,6 +18,7 @@
 namespace tsRtm {
 
 using Pieces = std::span<const BytesView>;
+void appendJoined(Bytes& text, Pieces pieces);
 
 // Texts of code page 1252 where they lie: below, equal or above.
 std::strong_ordering compareAnsi(BytesView a, BytesView b) noexcept;
@@ -42,15 +42,16 @@ uint8 lastAnsiByte() noexcept;
 // nothing.
 class AnsiSearchKey {
  public:
-    explicit AnsiSearchKey(BytesView text);
+    AnsiSearchKey() = default;
+    explicit AnsiSearchKey(BytesView text) { assign(Pieces(&text, 1)); }
+    // Another text; the room is kept.
+    void assign(Pieces pieces);
+
+    const Bytes& text() const noexcept { return text_; }
 
     // The search text against a record's key: the answer of compareAnsi(text, joined pieces).
     std::strong_ordering compare(Pieces record) const noexcept;
     std::strong_ordering compare(BytesView record) const noexcept { return compare(Pieces(&record, 1)); }
-    // The same answer from the start of the record's key alone, where the key differs before its first blank,
-    // or before a character with more than a plain weight; else nothing. `start` may be filled up with
-    // blanks.
-    std::optional<std::strong_ordering> decidedBy(BytesView start) const noexcept;
 
  private:
     Bytes text_;

@@ -1,6 +1,5 @@
 #include "tsRtm/platform/posix/PosixFile.hpp"
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -68,9 +67,10 @@ SystemError PosixFile::writeAt(uint64 offset, std::span<const std::byte> bytes) 
 }
 
 Result<uint64> PosixFile::size() {
-    struct stat status {};
-    if (::fstat(handle_.get(), &status) != 0) return lastError();
-    return static_cast<uint64>(status.st_size);
+    // Asking for the times as fstat does would make the next write enter new ones. Nobody uses the offset.
+    const auto end = ::lseek(handle_.get(), 0, SEEK_END);
+    if (end < 0) return lastError();
+    return static_cast<uint64>(end);
 }
 
 SystemError PosixFile::resize(uint64 size) {
@@ -118,6 +118,13 @@ bool PosixFile::holds(ByteRange range) const noexcept {
 
 // What was held before and behind the range stays held.
 void PosixFile::forget(ByteRange range) {
+    const auto whole = std::find_if(held_.begin(), held_.end(), [range](ByteRange held) {
+        return held.offset == range.offset && held.length == range.length;
+    });
+    if (whole != held_.end()) {
+        held_.erase(whole);
+        return;
+    }
     std::vector<ByteRange> rest;
     for (const auto held : held_) {
         const uint64 heldEnd = held.offset + held.length;

@@ -1,0 +1,92 @@
+// What searches remember of keys when the records do not lie in memory: it spares reads and never leads
+// astray.
+#include <random>
+
+#include "tests/database/MemoryDatabase.hpp"
+#include "tests/support/FailingFiles.hpp"
+#include "tsRtm/frame/text/TextOrder.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+constexpr int32 kRows = 2000;
+
+Text nameOf(std::mt19937::result_type number) {
+    return u"Kunde " + toText(static_cast<int32>(number % 5000));
+}
+
+class KeyHints : public testing::Test {
+ protected:
+    static constexpr TextView kFolder = u"/daten/Adressen";
+
+    std::shared_ptr<clsTSDB> open() {
+        auto db = rtm.OpenTSDB(kFolder);
+        if (db) db->SetIndex(1);
+        return db;
+    }
+    void fill() {
+        const auto db = makeAddresses(rtm, Text(kFolder), kBig);
+        ASSERT_TRUE(db);
+        for (int32 i = 0; i < kRows; ++i)
+            ASSERT_GT(addAddress(*db, {nameOf(random()), u"Bonn", u"1.00", u""}), 0);
+    }
+    int64 callsOf(clsTSDB& db, TextView name) {
+        const int64 before = counted.calls();
+        db.Gehezu(name);
+        return counted.calls() - before;
+    }
+    static bool rename(clsTSDB& db, int32 record, const Text& name) {
+        const auto changed = db.Record(record, true);
+        if (!changed) return false;
+        changed->Fields(fNAME, name);
+        return changed->Update();
+    }
+
+    std::mt19937 random{4711};
+    MemoryFiles disk;
+    FailingFiles counted{disk};
+    TestGround ground;
+    StartedLibrary library{ground, counted};
+    clsRtm rtm;
+};
+
+TEST_F(KeyHints, ASearchReadsFewRecords) {
+    fill();
+    const auto db = open();
+    ASSERT_TRUE(db);
+    for (uint32 i = 0; i < 5000; ++i) db->Gehezu(nameOf(i));
+    // The tree's header, three nodes, the neighbours, the record found once for the answer and once to be
+    // read: 11 levels of probes are not among them.
+    for (uint32 i = 0; i < 5000; i += 7) ASSERT_LE(callsOf(*db, nameOf(i)), 9) << i;
+}
+
+TEST_F(KeyHints, KeysThatOthersChangedAreFound) {
+    fill();
+    const auto reader = open();
+    const auto writer = open();
+    ASSERT_TRUE(reader && writer);
+    for (int32 round = 0; round < 20; ++round) {
+        // All hints of the reader are warm, some turn stale.
+        for (int32 record = 1; record <= kRows; ++record) reader->Gehezu(reader->GetField(record, fNAME));
+        for (int32 i = 0; i < 100; ++i) {
+            const int32 record = static_cast<int32>(random() % kRows) + 1;
+            ASSERT_TRUE(rename(*writer, record, nameOf(random())));
+        }
+        for (int32 record = 1; record <= kRows; record += 3) {
+            const Text name = writer->GetField(record, fNAME);
+            reader->Gehezu(name);
+            ASSERT_EQ(reader->Fields(fNAME), name) << record;
+            const int32 first = reader->LogSatz();
+            if (first > 1) {
+                ASSERT_LT(TextCompare(reader->GetField(reader->Index(first - 1), fNAME), name), 0);
+            }
+        }
+        // What the stale one writes goes to its place, too.
+        for (int32 i = 0; i < 50; ++i)
+            ASSERT_TRUE(rename(*reader, static_cast<int32>(random() % kRows) + 1, nameOf(random())));
+    }
+    EXPECT_TRUE(consistent(*reader));
+}
+
+}  // namespace
+}  // namespace tsRtm::test
