@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstring>
 #include <limits>
 
 namespace tsRtm {
@@ -11,13 +12,24 @@ constexpr char16_t kReplacement = 0xFFFD;
 
 bool isDigit(char16_t c) noexcept { return c >= u'0' && c <= u'9'; }
 
-void appendScalar(Text& out, char32_t c) {
+// Gives the place behind it.
+char16_t* putScalar(char16_t* to, char32_t c) noexcept {
     if (c < 0x10000) {
-        out.push_back(static_cast<char16_t>(c));
+        *to++ = static_cast<char16_t>(c);
     } else {
-        out.push_back(static_cast<char16_t>(0xD7C0 + (c >> 10)));
-        out.push_back(static_cast<char16_t>(0xDC00 + (c & 0x3FF)));
+        *to++ = static_cast<char16_t>(0xD7C0 + (c >> 10));
+        *to++ = static_cast<char16_t>(0xDC00 + (c & 0x3FF));
     }
+    return to;
+}
+
+// Most text is ASCII, which is taken in runs of this many bytes.
+constexpr std::size_t kAsciiRun = sizeof(uint64);
+bool startsWithAsciiRun(std::string_view bytes) noexcept {
+    uint64 run = 0;
+    if (bytes.size() < sizeof run) return false;
+    std::memcpy(&run, bytes.data(), sizeof run);
+    return (run & 0x8080808080808080) == 0;
 }
 
 // Length of the sequence that a lead byte announces, 0 for a byte that leads none.
@@ -32,13 +44,16 @@ int sequenceLength(unsigned char lead) noexcept {
 }  // namespace
 
 Text fromUtf8(std::string_view utf8) {
-    Text out;
-    out.reserve(utf8.size());
+    Text out(utf8.size(), u'\0');  // no text has more code units than bytes
+    char16_t* to = out.data();
     for (std::size_t i = 0; i < utf8.size();) {
+        for (; startsWithAsciiRun(utf8.substr(i)); i += kAsciiRun)
+            for (std::size_t j = 0; j < kAsciiRun; ++j) *to++ = static_cast<unsigned char>(utf8[i + j]);
+        if (i == utf8.size()) break;
         const auto lead = static_cast<unsigned char>(utf8[i]);
         const int length = sequenceLength(lead);
         if (length == 1) {
-            out.push_back(lead);
+            *to++ = lead;
             ++i;
             continue;
         }
@@ -50,9 +65,10 @@ Text fromUtf8(std::string_view utf8) {
         const bool whole = length != 0 && used == static_cast<std::size_t>(length);
         const bool valid = whole && !(length == 3 && c < 0x800) &&
                            !(length == 4 && (c < 0x10000 || c > 0x10FFFF)) && !(c >= 0xD800 && c <= 0xDFFF);
-        appendScalar(out, valid ? c : kReplacement);
+        to = putScalar(to, valid ? c : kReplacement);
         i += used;
     }
+    out.resize(static_cast<std::size_t>(to - out.data()));
     return out;
 }
 

@@ -86,7 +86,8 @@ Text FilesTopic::GetContentAPI(TextView Name, int32& Encoding, Date& Datum) {
         text = encodings::decode(bytes, Encoding);
     }
     if (auto status = rtmMain::system().files.status(Name)) Datum = status->changed;
-    return text.substr(0, text.find(oldEndOfFile));
+    text.resize(std::min(text.find(oldEndOfFile), text.size()));
+    return text;
 }
 
 // Writes in place of all bytes from a position on; where that fails, what stood there is put back.
