@@ -13,8 +13,14 @@ void addSearches(CLI::App& db);  // list, find, goto, get
 void addChanges(CLI::App& db);   // set, add, delete, undelete, lock
 void addImport(CLI::App& db);
 void addExport(CLI::App& db);
-void addCare(CLI::App& db);    // check, sort
-void addBanks(CLI::App& app);  // banks import, banks find
+void addCare(CLI::App& db);       // check, sort
+void addBanks(CLI::App& app);     // banks import, banks find
+void addMessages(CLI::App& app);  // msg
+void addRtf(CLI::App& app);       // rtf
+void addOptions(CLI::App& app);   // options list, get, set, delete
+void addHash(CLI::App& app);      // hash
+void addDates(CLI::App& app);     // date
+void addTables(CLI::App& app);    // tab
 void addCompletion(CLI::App& app);
 
 }  // namespace tsRtm::cli

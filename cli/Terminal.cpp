@@ -13,23 +13,16 @@
 namespace tsRtm::cli {
 namespace {
 
-constexpr int32 kOk = 1, kCancel = 2, kNo = 7;
-
 // Messages of the library with nobody to ask.
 class Notes final : public platform::UserInterface {
  public:
     int32 show(const platform::MessageBox& box) override {
-        Text line;
-        for (const auto& part : {box.headline, box.body}) {
-            if (!line.empty() && !part.empty()) line += u" ";
-            line += part;
-        }
-        const std::string text = oneLine(line);
+        const std::string text = oneLine(box.body);
         if (told_.insert(text).second) std::cerr << "tsrtm: note: " << text << '\n';
-        for (const int32 answer : {kNo, kCancel, kOk})
-            if (std::find(box.answers.begin(), box.answers.end(), answer) != box.answers.end()) return answer;
-        return box.defaultAnswer;
+        return platform::safeAnswer(box);
     }
+    bool attended() override { return false; }
+    void openLink(TextView) override {}
     void showMessageWindow(TextView) override {}
     void hideMessageWindow() override {}
     void status(TextView) override {}
@@ -87,7 +80,8 @@ void startLibrary() {
     static Notes notes;
     auto& machine = rtmMain::defaultGround();
     static platform::Platform ground{machine.files,    machine.clock,  machine.locale,
-                                     machine.settings, machine.system, canAsk() ? machine.ui : notes};
+                                     machine.settings, machine.system, canAsk() ? machine.ui : notes,
+                                     machine.random};
     rtmMain::Main(ground);
     if (errorIsTerminal()) rtmMain::state().messageLine = std::make_shared<StatusLine>();
 }

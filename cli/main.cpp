@@ -47,6 +47,12 @@ void addCommands(CLI::App& app) {
     addExport(*db);
     addCare(*db);
     addBanks(app);
+    addMessages(app);
+    addRtf(app);
+    addOptions(app);
+    addHash(app);
+    addDates(app);
+    addTables(app);
     addCompletion(app);
 }
 

@@ -1,18 +1,21 @@
-# What `cmake --install` puts down: one library, the public headers, and the two ways to find them,
-# find_package(tsRtm) and pkg-config tsRtm.
+# What `cmake --install` puts down: one library, its run-time data, the public headers, and the two ways to find
+# them, find_package(tsRtm) and pkg-config tsRtm.
 include(CMakePackageConfigHelpers)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/tsRtm)
+# Where the library looks for it: see tsRtm/platform/posix/PosixInstallation.hpp.
+set(TSRTM_RUNTIME_DIR ${CMAKE_INSTALL_LIBDIR}/Tessarol)
 
 install(TARGETS tsRtm EXPORT tsRtmTargets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
   FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(FILES ${PROJECT_SOURCE_DIR}/data/KeyTS.dat DESTINATION ${TSRTM_RUNTIME_DIR})
 install(EXPORT tsRtmTargets NAMESPACE tsRtm:: DESTINATION ${package_dir})
 
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/tsRtmConfig.cmake.in
-  ${PROJECT_BINARY_DIR}/tsRtmConfig.cmake INSTALL_DESTINATION ${package_dir})
+  ${PROJECT_BINARY_DIR}/tsRtmConfig.cmake INSTALL_DESTINATION ${package_dir} PATH_VARS TSRTM_RUNTIME_DIR)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/tsRtmConfigVersion.cmake
   COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/tsRtmConfig.cmake ${PROJECT_BINARY_DIR}/tsRtmConfigVersion.cmake

@@ -42,4 +42,4 @@ want_packages() {
     need_packages "$@" >/dev/null 2>&1 || true
 }
 
-build_packages="g++ cmake ninja-build libicu-dev libsqlite3-dev libcli11-dev nlohmann-json3-dev"
+build_packages="g++ cmake ninja-build pkg-config libicu-dev libsqlite3-dev nettle-dev libcli11-dev nlohmann-json3-dev"

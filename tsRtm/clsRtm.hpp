@@ -5,7 +5,10 @@
 #include "tsRtm/frame/clsCommon.hpp"
 #include "tsRtm/frame/files/FilesTopic.hpp"
 #include "tsRtm/frame/files/StreamsTopic.hpp"
+#include "tsRtm/frame/options/OptionsTopic.hpp"
+#include "tsRtm/frame/rtf/RtfTopic.hpp"
 #include "tsRtm/frame/text/ConversionsTopic.hpp"
+#include "tsRtm/tables/ShortcutsTopic.hpp"
 
 namespace tsRtm {
 
@@ -15,8 +18,11 @@ namespace tsRtm {
 // rtmMain::Main did so before.
 class clsRtm : public MessagesTopic,
                public ConversionsTopic,
+               public RtfTopic,
                public FilesTopic,
                public StreamsTopic,
+               public OptionsTopic,
+               public ShortcutsTopic,
                public DatabasesTopic {
  public:
     clsRtm();

@@ -26,7 +26,7 @@ class Tool : public ::testing::Test {
  protected:
     // Waits for locks end after a second.
     Tool() {
-        platform::posix::PosixSettings settings(path("config/tessarol"), path("machine"));
+        platform::posix::PosixSettings settings(path("config/tessarol"), path("etc/tessarol"));
         EXPECT_EQ(settings.set(platform::HKeys::currentUser, u"Software\\Tessarol", u"NetWait", u"1"),
                   platform::SystemError::none);
     }
@@ -60,7 +60,7 @@ class Tool : public ::testing::Test {
     std::string start(const std::string& arguments) const {
         const std::string folder = folder_.path().string();
         return "cd '" + folder + "' && env LC_ALL=C HOME='" + folder + "' XDG_CONFIG_HOME='" +
-               path("config") + "' '" TSRTM_TOOL "' " + arguments;
+               path("config") + "' XDG_CONFIG_DIRS='" + path("etc") + "' '" TSRTM_TOOL "' " + arguments;
     }
     std::string path(const std::string& entry) const { return (folder_.path() / entry).string(); }
     void write(const std::string& entry, const std::string& content) const {
@@ -79,6 +79,10 @@ class Tool : public ::testing::Test {
         ok("db create P --field NAME:text:20 --field ORT:text:20 --field BETRAG:zahl:10:2 --field TAG:datum "
            "--index NAME --index ORT,NAME --index TAG " +
            more);
+    }
+    void makePersonsNamed(std::initializer_list<const char*> names, const std::string& more = "--max 1000") {
+        makePersons(more);
+        for (const char* name : names) ok(std::string("db add P NAME=") + name);
     }
 
  private:

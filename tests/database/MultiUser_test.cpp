@@ -28,7 +28,8 @@ class MultiUser : public testing::TestWithParam<int32> {
                             ground.locale,
                             ground.settings,
                             ground.system,
-                            ground.ui};
+                            ground.ui,
+                            ground.random};
     Text folder = temp.name(u"Konten");
 
     void SetUp() override {
@@ -37,6 +38,18 @@ class MultiUser : public testing::TestWithParam<int32> {
     }
     void TearDown() override { rtmMain::TEST_forget(); }
 
+    // Runs `work` in several processes that start at once, each with its number; all have to end with 0.
+    template <class Work>
+    static void atOnce(int32 count, Work work) {
+        std::vector<std::unique_ptr<ChildProcess>> processes;
+        for (int32 p = 0; p < count; ++p)
+            processes.push_back(std::make_unique<ChildProcess>([&, p](ChildProcess::Line& line) {
+                line.hear();
+                return work(p);
+            }));
+        for (const auto& process : processes) process->line().say('G');
+        for (const auto& process : processes) EXPECT_EQ(process->wait(), 0);
+    }
     void make() {
         clsRtm rtm;
         const auto db = makeAddresses(rtm, folder, GetParam());
@@ -67,14 +80,7 @@ int countUp(const Text& folder, uint32 seed) {
 
 TEST_P(MultiUser, EightProcessesLoseNoUpdate) {
     make();
-    std::vector<std::unique_ptr<ChildProcess>> processes;
-    for (int32 p = 0; p < kProcesses; ++p)
-        processes.push_back(std::make_unique<ChildProcess>([&, p](ChildProcess::Line& line) {
-            line.hear();
-            return countUp(folder, static_cast<uint32>(p) + 1);
-        }));
-    for (const auto& process : processes) process->line().say('G');
-    for (const auto& process : processes) EXPECT_EQ(process->wait(), 0);
+    atOnce(kProcesses, [&](int32 p) { return countUp(folder, static_cast<uint32>(p) + 1); });
     clsRtm rtm;
     const auto db = rtm.OpenTSDB(folder);
     ASSERT_TRUE(db);
@@ -87,19 +93,14 @@ TEST_P(MultiUser, EightProcessesLoseNoUpdate) {
 // New records by several processes at once get numbers of their own.
 TEST_P(MultiUser, ProcessesAddAtOnce) {
     make();
-    std::vector<std::unique_ptr<ChildProcess>> processes;
-    for (int32 p = 0; p < 4; ++p)
-        processes.push_back(std::make_unique<ChildProcess>([&, p](ChildProcess::Line& line) {
-            line.hear();
-            clsRtm own;
-            const auto db = own.OpenTSDB(folder);
-            if (!db) return 1;
-            for (int32 i = 0; i < 100; ++i)
-                if (addAddress(*db, account(1000 * (p + 1) + i)) < 1) return 2;
-            return 0;
-        }));
-    for (const auto& process : processes) process->line().say('G');
-    for (const auto& process : processes) EXPECT_EQ(process->wait(), 0);
+    atOnce(4, [&](int32 p) {
+        clsRtm own;
+        const auto db = own.OpenTSDB(folder);
+        if (!db) return 1;
+        for (int32 i = 0; i < 100; ++i)
+            if (addAddress(*db, account(1000 * (p + 1) + i)) < 1) return 2;
+        return 0;
+    });
     clsRtm rtm;
     const auto db = rtm.OpenTSDB(folder);
     ASSERT_EQ(db->AnzahlDSaetze(), kRecords + 400);
@@ -119,9 +120,7 @@ TEST_P(MultiUser, AReaderMissesNothing) {
         line.say('R');
         for (int32 i = 0; i < 3000; ++i) {
             const int32 n = 2 * (1 + static_cast<int32>(random() % (kRecords / 2)));  // even records move
-            db->AktSatzNr(n);
-            db->Fields(fNAME, u"Konto" + toText(static_cast<int64>(random() % 20000)));
-            db->Update();
+            change(*db, n, fNAME, u"Konto" + toText(static_cast<int64>(random() % 20000)));
             if (i % 4 == 0 && addAddress(*db, account(static_cast<int32>(random() % 9000))) < 1) return 2;
         }
         line.say('E');
@@ -133,13 +132,10 @@ TEST_P(MultiUser, AReaderMissesNothing) {
     ASSERT_EQ(writer.line().hear(), 'R');
     db->SetIndex(1);
     int32 missed = 0;
-    int32 asked = 0;
     for (int32 round = 0; round < 60; ++round)
-        for (int32 n = 1; n < kRecords; n += 2, ++asked) {
-            const Text key = account(n).name + u" Bonn";
-            if (!db->Exist(key, 1)) ++missed;
-        }
-    EXPECT_EQ(missed, 0) << "of " << asked;
+        for (int32 n = 1; n < kRecords; n += 2)
+            if (!db->Exist(account(n).name + u" Bonn", 1)) ++missed;
+    EXPECT_EQ(missed, 0);
     EXPECT_EQ(writer.line().hear(), 'E');
     EXPECT_EQ(writer.wait(), 0);
     EXPECT_TRUE(consistent(*db));
@@ -191,9 +187,7 @@ TEST_P(MultiUser, AKilledWriterLeavesWholeRecords) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Forms, MultiUser, testing::Values(kNormal, kBig), [](const auto& param) {
-    return std::string(param.param == kBig ? "tree" : "flat");
-});
+INSTANTIATE_TEST_SUITE_P(Forms, MultiUser, kBothForms, formName);
 
 }  // namespace
 }  // namespace tsRtm::test

@@ -1,44 +1,60 @@
-// Boxes: buttons, headline, links, and the short questions and notices.
+// Boxes and task dialogs: how a prompt becomes one, what is heard of it, and the short questions and notices.
 #include <gtest/gtest.h>
 
+#include "tests/support/MemoryFiles.hpp"
 #include "tests/support/TestGround.hpp"
+#include "tsRtm/frame/DialogTexts.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
+#include "tsRtm/frame/clsTaskDialog.hpp"
+#include "tsRtm/frame/tsMessage.hpp"
 
 namespace tsRtm::test {
 namespace {
 
-TEST(RichBox, HeadlineAndBody) {
-    struct Case {
-        TextView prompt, headline, body;
-    };
-    for (const auto& [prompt, headline, body] : {
-             Case{u"Speichern?@Die Datei wurde geändert.", u"Speichern?", u"Die Datei wurde geändert."},
-             Case{u"a\\@b", u"a@b", u""},
-             Case{u"a\\@b@c\\@d@e", u"a@b", u"c@d@e"},
-             Case{u"@vorn", u"@vorn", u""},
-             Case{u"\\@@x", u"@", u"x"},
-             Case{u"Kopf\r\nRumpf\rmehr", u"Kopf", u"Rumpf\rmehr"},
-             Case{u"Kopf\rRumpf", u"Kopf", u"Rumpf"},
-             Case{u"Kopf\rnoch@Rumpf", u"Kopf\rnoch", u"Rumpf"},
-             Case{u"nur Kopf", u"nur Kopf", u""},
-             Case{u"", u"", u""},
+using platform::DialogIcon;
+using platform::DialogNotice;
+
+TEST(Prompt, HeadlineAndBody) {
+    for (const auto& [prompt, headline, body] : std::initializer_list<std::array<TextView, 3>>{
+             {u"Speichern?@Die Datei wurde geändert.", u"Speichern?", u"Die Datei wurde geändert."},
+             {u"a\\@b", u"a@b", u""},
+             {u"a\\@b@c\\@d@e", u"a@b", u"c@d@e"},
+             {u"@vorn", u"@vorn", u""},
+             {u"\\@@x", u"@", u"x"},
+             {u"Kopf\r\nRumpf\rmehr", u"Kopf", u"Rumpf\rmehr"},
+             {u"Kopf\rRumpf", u"Kopf", u"Rumpf"},
+             {u"Kopf\rnoch@Rumpf", u"Kopf\rnoch", u"Rumpf"},
+             {u"nur Kopf", u"nur Kopf", u""},
+             {u"", u"", u""},
          }) {
-        const auto box = richBox(prompt, 0);
-        EXPECT_EQ(toUtf8(box.headline), toUtf8(headline)) << toUtf8(prompt);
-        EXPECT_EQ(toUtf8(box.body), toUtf8(body)) << toUtf8(prompt);
+        const auto parts = splitPrompt(prompt);
+        EXPECT_EQ(toUtf8(parts.headline), toUtf8(headline)) << toUtf8(prompt);
+        EXPECT_EQ(toUtf8(parts.body), toUtf8(body)) << toUtf8(prompt);
     }
 }
 
-TEST(RichBox, AddressesBecomeLinks) {
-    EXPECT_EQ(withLinks(u"siehe http://x.y/z dort"), u"siehe <A HREF=\"http://x.y/z\">http://x.y/z</A> dort");
-    EXPECT_EQ(withLinks(u"https://a und http://b"),
-              u"<A HREF=\"https://a\">https://a</A> und <A HREF=\"http://b\">http://b</A>");
-    EXPECT_EQ(withLinks(u"<A HREF=\"http://x\">hier</A> http://y"),
-              u"<A HREF=\"http://x\">hier</A> http://y");
-    EXPECT_EQ(richBox(u"http://x@kein Link oben", 0).headline, u"http://x");
+TEST(Prompt, AddressesBecomeLinks) {
+    for (const auto& [body, linked] : std::initializer_list<std::pair<TextView, TextView>>{
+             {u"siehe http://x.y/z dort", u"siehe <A HREF=\"http://x.y/z\">http://x.y/z</A> dort"},
+             {u"https://a und http://b",
+              u"<A HREF=\"https://a\">https://a</A> und <A HREF=\"http://b\">http://b</A>"},
+             {u"<A HREF=\"http://x\">hier</A> http://y", u"<A HREF=\"http://x\">hier</A> http://y"},
+         })
+        EXPECT_EQ(toUtf8(withLinks(body)), toUtf8(linked));
 }
 
-TEST(Boxes, ButtonsAndDefaultsOfEachSet) {
+std::string told(int32 value) { return std::to_string(value); }
+std::string told(const Text& value) { return toUtf8(value); }
+
+class Dialogs : public ::testing::Test {
+ protected:
+    StartedLibrary library;
+    ScriptedUi& ui = library.ground.ui;
+    MessagesTopic messages;
+    clsTaskDialog dialog{messages};
+};
+
+TEST_F(Dialogs, ButtonsAndDefaultsOfEachSet) {
     using Answers = std::vector<int32>;
     struct Case {
         int32 buttons;
@@ -46,55 +62,142 @@ TEST(Boxes, ButtonsAndDefaultsOfEachSet) {
         int32 plainDefault;
         Answers rich;
         int32 richDefault;
+        Text own;  // captions of own buttons
     };
     for (const auto& c : {
-             Case{dlgOKOnly | dlgDefault2, {1}, 1, {1}, 1},
-             Case{dlgOKCancel | dlgDefault2, {1, 2}, 2, {1, 2}, 2},
-             Case{dlgAbortRetryIgnore, {3, 4, 5}, 3, {4, 2, 5}, 4},
-             Case{dlgAbortRetryIgnore | dlgDefault2, {3, 4, 5}, 4, {4, 2, 5}, 2},
-             Case{dlgAbortRetryIgnore | dlgDefault3, {3, 4, 5}, 5, {4, 2, 5}, 5},
-             Case{dlgYesNoCancel | dlgDefault3, {6, 7, 2}, 2, {6, 7, 2}, 2},
-             Case{dlgYesNo | dlgDefault2, {6, 7}, 7, {6, 7}, 7},
-             Case{dlgYesNo | dlgDefault4, {6, 7}, 6, {6, 7}, 6},
-             Case{dlgRetryCancel | dlgDefault2, {4, 2}, 2, {4, 2}, 2},
-             Case{dlgCancelTryContinue | dlgDefault2, {2, 10, 11}, 10, {2, 10, 11}, 2},
+             Case{dlgOKOnly | dlgDefault2, {1}, 1, {1}, 1, u""},
+             Case{dlgOKCancel | dlgDefault2, {1, 2}, 2, {1, 2}, 2, u""},
+             Case{dlgAbortRetryIgnore, {3, 4, 5}, 3, {4, 2, 5}, 4, u"5&Ignorieren"},
+             Case{dlgAbortRetryIgnore | dlgDefault2, {3, 4, 5}, 4, {4, 2, 5}, 2, u"5&Ignorieren"},
+             Case{dlgAbortRetryIgnore | dlgDefault3, {3, 4, 5}, 5, {4, 2, 5}, 5, u"5&Ignorieren"},
+             Case{dlgYesNoCancel | dlgDefault3, {6, 7, 2}, 2, {6, 7, 2}, 2, u""},
+             Case{dlgYesNo | dlgDefault2, {6, 7}, 7, {6, 7}, 7, u""},
+             Case{dlgYesNo | dlgDefault4, {6, 7}, 6, {6, 7}, 6, u""},
+             Case{dlgRetryCancel | dlgDefault2, {4, 2}, 2, {4, 2}, 2, u""},
+             Case{dlgCancelTryContinue | dlgDefault2,
+                  {2, 10, 11},
+                  10,
+                  {2, 10, 11},
+                  2,
+                  u"10Wie&derholen11&Weiter"},
          }) {
-        SCOPED_TRACE(c.buttons);
         const auto plain = plainBox(u"x", c.buttons);
-        const auto rich = richBox(u"x", c.buttons);
-        EXPECT_EQ(plain.answers, c.plain);
-        EXPECT_EQ(plain.defaultAnswer, c.plainDefault);
-        EXPECT_EQ(rich.answers, c.rich);
-        EXPECT_EQ(rich.defaultAnswer, c.richDefault);
+        dialog.Prompt(u"x", c.buttons);
+        const auto& rich = dialog.Configuration();
+        Text own;
+        for (const auto& button : rich.ownButtons) own += toText(button.number) + button.caption;
+        EXPECT_EQ(std::tuple(plain.answers, plain.defaultAnswer, rich.answers, rich.defaultAnswer, own),
+                  std::tuple(c.plain, c.plainDefault, c.rich, c.richDefault, c.own))
+            << c.buttons;
     }
 }
 
-class Notices : public ::testing::Test {
- protected:
-    StartedLibrary library;
-    ScriptedUi& ui = library.ground.ui;
-    MessagesTopic messages;
-};
+TEST_F(Dialogs, IconsAndFlags) {
+    for (const auto& [buttons, icon, checkBox] :
+         {std::tuple{dlgDontShowAgain + 0, DialogIcon::none, u"Diese Meldung nicht wieder anzeigen"},
+          {dlgDontShowAgain | dlgCritical | dlgYesNo, DialogIcon::stop, u"Diese Frage nicht wieder stellen"},
+          {dlgDontShowAgain | dlgYesNoCancel, DialogIcon::none, u"Diese Frage nicht wieder stellen"},
+          {dlgDontShowAgain | dlgRetryCancel, DialogIcon::none, u"Diesen Dialog nicht wieder anzeigen"},
+          {dlgQuestion | dlgYesNo, DialogIcon::picture, u""},
+          {dlgExclamation + 0, DialogIcon::warning, u""},
+          {dlgInformation + 0, DialogIcon::information, u""},
+          {dlgShield | dlgDefault4, DialogIcon::shield, u""},
+          {96, DialogIcon::none, u""}}) {
+        dialog.Prompt(u"x", buttons);
+        const auto& rich = dialog.Configuration();
+        EXPECT_EQ(rich.icon, icon) << buttons;
+        EXPECT_EQ(rich.picture.empty(), icon != DialogIcon::picture) << buttons;
+        EXPECT_EQ(toUtf8(rich.checkBox), toUtf8(checkBox)) << buttons;
+        EXPECT_FALSE(rich.commandLinks || rich.rightToLeft) << buttons;
+    }
+    dialog.Prompt(u"x", dlgCommandLinks | 0x100000);
+    EXPECT_TRUE(dialog.Configuration().commandLinks && dialog.Configuration().rightToLeft);
+}
 
-TEST_F(Notices, VersionOfTheControlsDecidesTheForm) {
-    ui.answers = {6 + 2048, 7};
+TEST_F(Dialogs, NoticesBecomeEvents) {
+    std::string heard;
+    std::vector<Subscription> kept;
+    const auto hear = [&](auto& event, const std::string& name) {
+        kept.push_back(event.connect([&heard, name](const auto&... values) {
+            heard += name;
+            ((heard += " " + told(values)), ...);
+            heard += ", ";
+        }));
+    };
+    hear(dialog.ButtonClick, "ButtonClick");
+    hear(dialog.Created, "Created");
+    hear(dialog.Destroyed, "Destroyed");
+    hear(dialog.Expand, "Expand");
+    hear(dialog.Help, "Help");
+    hear(dialog.Hyperlink, "Hyperlink");
+    hear(dialog.Navigated, "Navigated");
+    hear(dialog.OptionClick, "OptionClick");
+    hear(dialog.Timer, "Timer");
+    hear(dialog.Verify, "Verify");
+    int32 window = 0;
+    kept.push_back(dialog.Constructed.connect([&] { window = dialog.hWnd(); }));
+
+    ui.play = {{DialogNotice::timer, 200, {}},     {DialogNotice::hyperlink, 0, u"http://a"},
+               {DialogNotice::optionClick, 7, {}}, {DialogNotice::verify, 1, {}},
+               {DialogNotice::help, 0, {}},        {DialogNotice::expand, 1, {}},
+               {DialogNotice::navigated, 0, {}}};
+    ui.answers = {6};
+    rtmMain::state().appHWnd = 4711;
+    dialog.Prompt(u"Weiter?", dlgYesNo | dlgDontShowAgain, u"Titel");
+    EXPECT_EQ(dialog.Show(), 6 + 2048);
+    EXPECT_EQ(heard,
+              "Created, Timer 200, Hyperlink http://a, OptionClick 7, Verify 1, Help, Expand 1, Navigated, "
+              "ButtonClick "
+              "6, Destroyed, ");
+    EXPECT_EQ(ui.linksOpened, std::vector<Text>{u"http://a"});
+    EXPECT_EQ(ui.boxes.back().parent, 4711);
+    EXPECT_EQ(window, 77);
+    EXPECT_EQ(dialog.hWnd(), 0) << "gone with the dialog";
+    EXPECT_EQ(dialog.Option(), 7);
+    EXPECT_TRUE(dialog.Checked());
+}
+
+TEST_F(Dialogs, AListenerMayCloseAndFailuresAnswerZero) {
+    const auto closing = dialog.Timer.connect([&](int32 ms) {
+        if (ms > 400) dialog.ClickButton(2);
+    });
+    ui.play = {{DialogNotice::timer, 200, {}}, {DialogNotice::timer, 600, {}}, {DialogNotice::expand, 1, {}}};
+    dialog.ClickButton(9);  // not shown: without effect
+    dialog.Prompt(u"Warte", dlgOKCancel);
+    EXPECT_EQ(dialog.Show(), 2);
+
+    // A ground without task dialogs asks the same in a plain box.
+    ui.answers = {1};
+    int32 told = 0;
+    const auto answer = ui.UserInterface::showTaskDialog(
+        dialog.Configuration(), [&](DialogNotice, int32 value, TextView) { return told = value; });
+    EXPECT_EQ(ui.boxes.back().body, u"Warte\r\r");
+    EXPECT_EQ(std::pair(answer->button, told), std::pair(1, 1));
+
+    ui.dialogFails = true;
+    EXPECT_EQ(dialog.Show(), 0);
+    EXPECT_EQ(messages.TSMsgBox(u"x"), 0);
+}
+
+TEST_F(Dialogs, VersionOfTheControlsDecidesTheForm) {
+    ui.answers = {6 + 2048, 7, 10};
     const Text prompt = u"Speichern?@Die Datei wurde geändert.\\@";
     EXPECT_EQ(messages.TSMsgBox(prompt, dlgYesNo | dlgDontShowAgain, u"Titel", u"hilfe.hlp", 12), 2054);
     EXPECT_EQ(ui.boxes[0].headline, u"Speichern?");
     EXPECT_EQ(ui.boxes[0].body, u"Die Datei wurde geändert.@");
-    EXPECT_EQ(ui.boxes[0].checkBox, u"Diese Frage nicht wieder stellen");
     EXPECT_EQ(ui.boxes[0].title, u"Titel");
     EXPECT_EQ(ui.boxes[0].helpContext, 12);
 
     ui.controls = 580;
-    EXPECT_EQ(messages.TSMsgBox(prompt, dlgYesNo | dlgDontShowAgain), 7);
-    EXPECT_EQ(ui.boxes[1].headline, u"");
+    EXPECT_EQ(messages.TSMsgBox(prompt, dlgYesNo | dlgDontShowAgain, {}, u"hilfe.hlp", 12), 7);
     EXPECT_EQ(ui.boxes[1].body, u"Speichern?\r\rDie Datei wurde geändert.\\@");
-    EXPECT_EQ(ui.boxes[1].checkBox, u"");
     EXPECT_EQ(ui.boxes[1].buttons, dlgYesNo);
+    EXPECT_EQ(ui.boxes[1].helpFile, u"hilfe.hlp");
+    EXPECT_EQ(messages.TSMsgBox(u"x", dlgCancelTryContinue, {}, u"hilfe.hlp", 12), 10);
+    EXPECT_EQ(ui.boxes[2].helpFile, u"") << "a box of this style knows no help";
 }
 
-TEST_F(Notices, ShortFormsSayWhatTheyAre) {
+TEST_F(Dialogs, ShortFormsSayWhatTheyAre) {
     ui.answers = {1, 6, 7, 1, 1, 1};
     messages.Fehler(u"kaputt");
     EXPECT_TRUE(messages.Frage(u"wirklich"));
@@ -104,24 +207,44 @@ TEST_F(Notices, ShortFormsSayWhatTheyAre) {
     messages.WaitForReturn(u"gut");
     messages.NotAktiv();
     messages.NotAktivExt();
-    const auto shown = [&](std::size_t i) { return std::pair{ui.boxes[i].title, ui.boxes[i].buttons}; };
-    EXPECT_EQ(shown(0), std::pair(Text(u"Fehler"), 16));
-    EXPECT_EQ(shown(1), std::pair(Text(u"Frage"), 36));
-    EXPECT_EQ(shown(3), std::pair(Text(u"Hinweis"), 0));
-    EXPECT_EQ(ui.boxes[4].headline, u"Modul ist nicht aktiv!");
-    EXPECT_EQ(shown(5), std::pair(Text(u"Hinweis"), 64));
+    std::string shown;
+    for (const auto& box : ui.boxes)
+        shown += toUtf8(box.title) + " " + std::to_string(box.buttons) + " " +
+                 toUtf8(TextView(box.headline).substr(0, 22)) + "\n";
+    EXPECT_EQ(shown,
+              "Fehler 16 kaputt\nFrage 36 wirklich\nFrage 36 wirklich\nHinweis 0 gut\n"
+              "Hinweis 0 Modul ist nicht aktiv!\nHinweis 64 Es wird noch an der Re\n");
 }
 
-TEST_F(Notices, AbortInTheMessageWindowStopsTheLoop) {
+TEST_F(Dialogs, AbortInTheMessageWindowStopsTheLoop) {
     messages.HaltNachricht(u"Ich suche");
     EXPECT_TRUE(ui.windowOpen);
-    EXPECT_EQ(ui.windowTexts.back(), u"Ich suche");
+    tsMessage().Message(u"noch immer");
+    EXPECT_EQ(ui.windowTexts, (std::vector<Text>{u"Ich suche", u"noch immer"}));
     ui.clickAbort();
     EXPECT_TRUE(rtmMain::state().stopped);
     EXPECT_FALSE(ui.windowOpen);
     messages.HaltNachricht(u"noch einmal");
     messages.ClearHaltNachricht();
     EXPECT_FALSE(ui.windowOpen);
+}
+
+TEST(Unattended, BoxesGoToTheLogWithTheirAnswer) {
+    TestGround ground;
+    MemoryFiles files;
+    ground.system.folders = {{platform::FolderId::applicationData, u"/h"}};
+    files.putFolder(u"/h/Tessarol");
+    StartedLibrary library(ground, files);
+    rtmMain::state().debugging = true;
+    ground.ui.somebody = false;
+    ground.ui.answers = {7, 7};
+    MessagesTopic messages;
+    messages.Frage(u"Kopf\rRumpf");
+    ground.ui.controls = 580;
+    messages.Frage(u"eins\r\nzwei");
+    const std::string log = files.dump(u"/h/Tessarol/RTMDebug.txt");
+    EXPECT_NE(log.find(" - TSMsgBox: Kopf Rumpf = 7\r\n"), std::string::npos) << log;
+    EXPECT_NE(log.find(" - TSMsgBox: eins  zwei = 7\r\n"), std::string::npos) << log;
 }
 
 }  // namespace

@@ -10,6 +10,11 @@ namespace {
 
 using rtmMain::state;
 
+struct Numbered {
+    int32 langId, number;
+    TextView text;
+};
+
 class Messages : public ::testing::Test {
  protected:
     StartedLibrary library;
@@ -18,33 +23,25 @@ class Messages : public ::testing::Test {
 };
 
 TEST_F(Messages, ByNumberFlagsAndLanguage) {
-    struct Case {
-        int32 langId, number;
-        TextView text;
-    };
-    for (const auto& [langId, number, text] : {
-             Case{1031, 1, u"Fehler"},
-             Case{1031, 2049, u"Fehler "},
-             Case{1031, 3079, u" in Programm "},
-             Case{1031, 1056, u" nicht bereit"},
-             Case{1031, 207 + 4096, u"Ich hole Daten..."},
-             Case{1031, 207 + 1024 + 2048 + 4096, u" Ich hole Daten ..."},
-             Case{1031, 513, u"Fehler"},
-             Case{1031, 25, u"Vorgang unterbrechen mit Esc"},
-             Case{1031, 25 + 8192, u"Vorgang unterbrechen mit #00"},
-             Case{1031, 220, u"Strg/- Bild-"},
-             Case{1031, 15, u"Bitte benutzen Sie das Straßenverzeichnis der Pos"},
-             Case{1031, 251, u"Bitte \"%1\" einlegen"},
-             Case{1031, 113, u"März"},
-             Case{1031, 436, u"Tabelle|&Abbruch|&Ende|&Finden ...  Strg+F|&Gehe zu ...  Strg+G"},
-             Case{1031, 71 + 3072, u""},
-             Case{1031, 511, u""},
-             Case{1031, 0, u""},
-             Case{3079, 1, u"Fehler"},  // Austria
-             Case{1033, 1, u""},
-             Case{1033, 101, u"Monday"},
-             Case{1033, 122 + 2048, u"December "},
-             Case{1036, 1, u""},
+    for (const auto& [langId, number, text] : std::initializer_list<Numbered>{
+             {1031, 1, u"Fehler"},
+             {1031, 2049, u"Fehler "},
+             {1031, 3079, u" in Programm "},
+             {1031, 1056, u" nicht bereit"},
+             {1031, 207 + 1024 + 2048 + 4096, u" Ich hole Daten ..."},
+             {1031, 513, u"Fehler"},
+             {1031, 25, u"Vorgang unterbrechen mit Esc"},
+             {1031, 25 + 8192, u"Vorgang unterbrechen mit #00"},
+             {1031, 220, u"Strg/- Bild-"},
+             {1031, 251, u"Bitte \"%1\" einlegen"},
+             {1031, 436, u"Tabelle|&Abbruch|&Ende|&Finden ...  Strg+F|&Gehe zu ...  Strg+G"},
+             {1031, 71 + 3072, u""},
+             {1031, 0, u""},
+             {3079, 1, u"Fehler"},  // Austria
+             {1033, 1, u""},
+             {1033, 101, u"Monday"},
+             {1033, 122 + 2048, u"December "},
+             {1036, 1, u""},
          }) {
         state().langId = langId;
         EXPECT_EQ(toUtf8(messages.RtmMsg(number)), toUtf8(text)) << langId << " " << number;
@@ -54,20 +51,13 @@ TEST_F(Messages, ByNumberFlagsAndLanguage) {
 }
 
 TEST_F(Messages, InsertReplacesTwoCharactersAtEachPlace) {
-    struct Case {
-        TextView message;
-        int32 position;
-        TextView insert, result;
-    };
-    for (const auto& [message, position, insert, result] : {
-             Case{u"Seite %1/%2", 2, u"9", u"Seite %1/9"},
-             Case{u"%1 und %1", 1, u"x", u"x und x"},
-             Case{u"%2 und %2", 2, u"%2", u"%2 und %2"},
-             Case{u"%2 und %2", 2, u"<%2>", u"<%2> und %2"},
-             Case{u"%10.", 10, u"x", u"x0."},
-             Case{u"ohne", 1, u"x", u"ohne"},
-             Case{u"a%1", 1, u"", u"a"},
-         }) {
+    for (const auto& [message, position, insert, result] :
+         {std::tuple{u"Seite %1/%2", 2, u"9", u"Seite %1/9"},
+          {u"%1 und %1", 1, u"x", u"x und x"},
+          {u"%2 und %2", 2, u"<%2>", u"<%2> und %2"},
+          {u"%10.", 10, u"x", u"x0."},
+          {u"ohne", 1, u"x", u"ohne"},
+          {u"a%1", 1, u"", u"a"}}) {
         Text text(message);
         messages.InsertMsg(text, position, insert);
         EXPECT_EQ(toUtf8(text), toUtf8(result)) << toUtf8(message);
@@ -83,20 +73,17 @@ TEST_F(Messages, InsertReplacesTwoCharactersAtEachPlace) {
 TEST_F(Messages, ExpansionOfKeysAndMarks) {
     ground.clock.set(Date::of(2024, 12, 31));
     ground.ui.keyNames = {{13, u"ENTER TASTE"}};
-    struct Case {
-        TextView text, expanded;
-    };
-    for (const auto& [text, expanded] : {
-             Case{u"#00=Abbruch", u"Esc=Abbruch"},
-             Case{u"Preis #", u"Preis #"},
-             Case{u"#x1", u"#x1"},
-             Case{u"Taste #1", u"Taste Enter Taste"},
-             Case{u"#1x#17", u"Enter TasteRück"},  // "x" goes with the key
-             Case{u"#99#20", u"??"},
-             Case{u"«c»«C»", u"€€"},
-             Case{u"am «d».", u"am 31.12.2024."},
-             Case{u"«CC» «ABCD» «» « C»", u"«CC» «ABCD» «» « C»"},
-             Case{u"«C", u"«C"},
+    for (const auto& [text, expanded] : std::initializer_list<std::pair<TextView, TextView>>{
+             {u"#00=Abbruch", u"Esc=Abbruch"},
+             {u"Preis #", u"Preis #"},
+             {u"#x1", u"#x1"},
+             {u"Taste #1", u"Taste Enter Taste"},
+             {u"#1x#17", u"Enter TasteRück"},  // "x" goes with the key
+             {u"#99#20", u"??"},
+             {u"«c»«C»", u"€€"},
+             {u"am «d».", u"am 31.12.2024."},
+             {u"«CC» «ABCD» «» « C»", u"«CC» «ABCD» «» « C»"},
+             {u"«C", u"«C"},
          }) {
         Text line(text);
         messages.ExpandSpecial(line);
@@ -106,36 +93,32 @@ TEST_F(Messages, ExpansionOfKeysAndMarks) {
 
 TEST_F(Messages, KeyNamesOfTheSystemAndWhereItHasNone) {
     ground.ui.keyNames = {{144, u"NUM-FESTSTELL"}, {27, u"esc"}, {0, u"falsch"}};
-    MessagesTopic fresh;
-    EXPECT_EQ(fresh.KeyNames(kidPause), u"Num-feststell");
-    EXPECT_EQ(fresh.KeyNames(kidEsc), u"Esc");
-    EXPECT_EQ(fresh.KeyNames(kidPage), u"Bild");
-    EXPECT_EQ(fresh.KeyNames(kidAltGr), u"AltGr");
-    EXPECT_EQ(fresh.KeyNames(kidCaps), u"Umschalt");
-    EXPECT_EQ(fresh.KeyNames(20), u"?");
-    EXPECT_EQ(fresh.KeyNames(-1), u"?");
+    for (const auto& [key, name] :
+         std::initializer_list<std::pair<int32, TextView>>{{kidPause, u"Num-feststell"},
+                                                           {kidEsc, u"Esc"},
+                                                           {kidPage, u"Bild"},
+                                                           {kidAltGr, u"AltGr"},
+                                                           {kidCaps, u"Umschalt"},
+                                                           {20, u"?"},
+                                                           {-1, u"?"}})
+        EXPECT_EQ(messages.KeyNames(key), name) << key;
     ground.ui.keyNames[27] = u"anders";
-    EXPECT_EQ(fresh.KeyNames(kidEsc), u"Esc") << "kept for the life of the object";
+    EXPECT_EQ(messages.KeyNames(kidEsc), u"Esc") << "kept for the life of the object";
 }
 
 TEST_F(Messages, CaptionsOfTheTable) {
-    struct Case {
-        int32 langId, id;
-        TextView text;
-    };
-    for (const auto& [langId, id, text] : {
-             Case{1031, sidCancel, u"A&bbrechen"},
-             Case{1033, sidPreview, u"Pre&view"},
-             Case{1049, sidYes, u"&Yes"},  // no Russian column
-             Case{3082, sidBack, u"< &Espalda"},
-             Case{1036, sidAbort, u"A&vorter"},
-             Case{1040, sidSearch, u"&Ricerda"},
-             Case{1043, sidExtended, u"&Geanvanceerd"},
-             Case{1031, sidRename, u"&Umbenennen"},
-             Case{1031, 11, u""},
-             Case{1031, 99, u""},
-             Case{1031, 134, u""},
-             Case{1031, -1, u""},
+    for (const auto& [langId, id, text] : std::initializer_list<Numbered>{
+             {1031, sidCancel, u"A&bbrechen"},
+             {1033, sidPreview, u"Pre&view"},
+             {1049, sidYes, u"&Yes"},  // no Russian column
+             {3082, sidBack, u"< &Espalda"},
+             {1036, sidAbort, u"A&vorter"},
+             {1040, sidSearch, u"&Ricerda"},
+             {1043, sidExtended, u"&Geanvanceerd"},
+             {1031, 11, u""},
+             {1031, 99, u""},
+             {1031, 134, u""},
+             {1031, -1, u""},
          }) {
         state().langId = langId;
         EXPECT_EQ(toUtf8(messages.StandardText(id)), toUtf8(text)) << langId << " " << id;
@@ -202,29 +185,21 @@ class Control final : public iStatusControl {
 };
 
 TEST_F(Messages, StatusTextGoesToThePropertyThatTheControlHas) {
-    struct Case {
-        TextView type;
-        bool label;
-        std::optional<int32> style;
-        const char* has;
-        const char* taken;
-    };
-    for (const auto& c : {
-             Case{u"StatusBar", false, 0, "panel simple text", "panel=x"},
-             Case{u"STATUSBAR", false, 1, "panel simple text", "simple=x"},
-             Case{u"StatusBar", false, 0, "text caption", ""},
-             Case{u"Label", true, {}, "text caption", "caption=x"},
-             Case{u"TextBox", false, {}, "text caption", "text=x"},
-             Case{u"Frame", false, {}, "caption default", "caption=x"},
-             Case{u"Other", false, {}, "default", "default=x"},
-             Case{u"Other", false, {}, "", ""},
-         }) {
-        const auto control = std::make_shared<Control>(Text(c.type));
-        control->label = c.label;
-        control->style = c.style;
-        control->has = c.has;
-        EXPECT_EQ(messages.SetMessage(u"x", control), *c.taken != 0) << c.has;
-        EXPECT_EQ(control->taken, c.taken);
+    for (const auto& [type, label, style, has, taken] :
+         {std::tuple{u"StatusBar", false, std::optional(0), "panel simple text", "panel=x"},
+          {u"STATUSBAR", false, 1, "panel simple text", "simple=x"},
+          {u"StatusBar", false, 0, "text caption", ""},
+          {u"Label", true, std::nullopt, "text caption", "caption=x"},
+          {u"TextBox", false, std::nullopt, "text caption", "text=x"},
+          {u"Frame", false, std::nullopt, "caption default", "caption=x"},
+          {u"Other", false, std::nullopt, "default", "default=x"},
+          {u"Other", false, std::nullopt, "", ""}}) {
+        const auto control = std::make_shared<Control>(type);
+        control->label = label;
+        control->style = style;
+        control->has = has;
+        EXPECT_EQ(messages.SetMessage(u"x", control), *taken != 0) << has;
+        EXPECT_EQ(control->taken, taken);
         EXPECT_EQ(control->refreshed, 1) << "refreshed in any case, failures ignored";
     }
     EXPECT_FALSE(messages.SetMessage(u"x", nullptr));

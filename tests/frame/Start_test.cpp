@@ -23,6 +23,7 @@ class Start : public ::testing::Test {
                                  {FolderId::commonProgramFiles, u"/usr/lib"},
                                  {FolderId::programFiles, u"/opt"}};
         for (const auto& [id, folder] : ground.system.folders) files.putFolder(folder);
+        files.putFolder(u"/home/t/.config/Tessarol");  // that of the log
         ground.clock.set(Date::of(2024, 12, 31, 18, 5, 9));
     }
 
@@ -49,50 +50,37 @@ class Start : public ::testing::Test {
 };
 
 TEST_F(Start, SwitchesReadTheFirstThreeCharacters) {
-    struct Case {
-        TextView text;
-        bool on;
-        int32 netWait;
-    };
-    for (const auto& [text, on, netWait] :
-         {Case{u"", false, 5}, Case{u"0", false, 5}, Case{u"1", true, 1}, Case{u"-1", true, -1},
-          Case{u"abc", false, 5}, Case{u"0001", false, 5}, Case{u"12", true, 12}, Case{u"1234", true, 123},
-          Case{u" 7x", true, 7}}) {
-        SCOPED_TRACE(toUtf8(text));
-        ground.settings.user(u"Debug", text);
-        ground.settings.user(u"Expert", text);
-        ground.settings.user(u"NetWait", text);
+    for (const auto& [text, on, netWait] : {std::tuple{u"", false, 5},
+                                            {u"0", false, 5},
+                                            {u"1", true, 1},
+                                            {u"-1", true, -1},
+                                            {u"abc", false, 5},
+                                            {u"0001", false, 5},
+                                            {u"12", true, 12},
+                                            {u"1234", true, 123},
+                                            {u" 7x", true, 7}}) {
+        for (const TextView name : {u"Debug", u"Expert", u"NetWait"}) ground.settings.user(name, text);
         start();
-        EXPECT_EQ(state().debugging, on);
-        EXPECT_EQ(clsCommon().Expert(), on ? -1 : 0);
-        EXPECT_EQ(state().netWait, netWait);
+        EXPECT_EQ(state().debugging, on) << toUtf8(text);
+        EXPECT_EQ(clsCommon().Expert(), on ? -1 : 0) << toUtf8(text);
+        EXPECT_EQ(state().netWait, netWait) << toUtf8(text);
     }
 }
 
 TEST_F(Start, RuntimeFolderOfTheSettings) {
-    struct Case {
-        const char* what;
-        TextView configured;
-        TextView program;  // a file that is there
-        TextView dir, dataDir;
-        bool old;
-    };
-    const Case cases[] = {
-        {"none configured", u"", u"", u"/usr/lib/Tessarol", u"/daten", false},
-        {"with a delimiter, unchecked", u"/app/", u"", u"/app/", u"/daten", true},
-        {"without one, program missing: both dropped", u"/app", u"", u"/usr/lib/Tessarol",
-         u"/var/lib/Tessarol", false},
-        {"without one, program there", u"/app", u"/app/TSRtm.exe", u"/app/", u"/daten", true},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        if (!c.program.empty()) files.put(c.program, "");
-        ground.settings.machine(u"RunTimeDir", c.configured);
+    for (const auto& [what, configured, program, dir, dataDir, old] :
+         {std::tuple{"none configured", u"", u"", u"/usr/lib/Tessarol", u"/daten", false},
+          {"with a delimiter, unchecked", u"/app/", u"", u"/app/", u"/daten", true},
+          {"without one, program missing: both dropped", u"/app", u"", u"/usr/lib/Tessarol",
+           u"/var/lib/Tessarol", false},
+          {"without one, program there", u"/app", u"/app/TSRtm.exe", u"/app/", u"/daten", true}}) {
+        if (*program) files.put(program, "");
+        ground.settings.machine(u"RunTimeDir", configured);
         ground.settings.machine(u"RunTimeDataDir", u"/daten");
         start();
-        EXPECT_EQ(state().runtimeDir, c.dir);
-        EXPECT_EQ(state().runtimeDataDir, c.dataDir);
-        EXPECT_EQ(state().oldTS, c.old);
+        EXPECT_EQ(state().runtimeDir, dir) << what;
+        EXPECT_EQ(state().runtimeDataDir, dataDir) << what;
+        EXPECT_EQ(state().oldTS, old) << what;
     }
 }
 
@@ -123,22 +111,20 @@ TEST_F(Start, RuntimeFolderFallsBackToTheHostsOwn) {
 }
 
 TEST_F(Start, DataFoldersNeedTheRightToWrite) {
-    start();
-    EXPECT_EQ(state().runtimeDataDir, u"/var/lib/Tessarol");
-    EXPECT_EQ(state().userDir, u"/home/t/.config/Tessarol");
-    EXPECT_TRUE(files.exists(u"/var/lib/Tessarol"));
-
-    ground.system.access = [](TextView path, int32 mask) {
-        return !(path == u"/var/lib/Tessarol" && mask == 70);
+    TextView refused;  // folder into which nobody may write; "*" all
+    ground.system.access = [&](TextView path, int32 mask) {
+        return mask != 70 || (refused != u"*" && path != refused);
     };
-    library->restart();
-    EXPECT_EQ(state().runtimeDataDir, u"/home/t/.config/Tessarol");
-
-    ground.system.access = [](TextView, int32 mask) { return mask != 70; };
-    library->restart();
-    EXPECT_EQ(state().runtimeDataDir, u"/home/t/Dokumente/Tessarol") << "the documents are taken unchecked";
-    EXPECT_EQ(state().userDir, u"/home/t/Dokumente/Tessarol");
-    EXPECT_TRUE(files.exists(u"/home/t/Dokumente/Tessarol"));
+    for (const auto& [refuses, dataDir, userDir] :
+         {std::tuple{u"", u"/var/lib/Tessarol", u"/home/t/.config/Tessarol"},
+          {u"/var/lib/Tessarol", u"/home/t/.config/Tessarol", u"/home/t/.config/Tessarol"},
+          {u"*", u"/home/t/Dokumente/Tessarol", u"/home/t/Dokumente/Tessarol"}}) {  // taken unchecked
+        refused = refuses;
+        start();
+        EXPECT_EQ(state().runtimeDataDir, dataDir);
+        EXPECT_EQ(state().userDir, userDir);
+        EXPECT_TRUE(files.exists(dataDir) && files.exists(userDir));
+    }
 }
 
 TEST_F(Start, StartsOnAGroundThatRefusesEverything) {
@@ -156,7 +142,6 @@ TEST_F(Start, StartsOnAGroundThatRefusesEverything) {
 
 TEST_F(Start, LogTellsTheStepsInOrder) {
     ground.settings.user(u"Debug", u"1");
-    files.putFolder(u"/home/t/.config/Tessarol");
     start();
     const std::vector<Text> expected = {
         u"Start Rtm 31.12.2024 18:05:09",
@@ -183,18 +168,17 @@ TEST_F(Start, LogTellsTheStepsInOrder) {
 TEST_F(Start, VolumeRootOfSharesAndDrives) {
     ground.settings.user(u"Debug", u"1");
     ground.system.delimiter = u'\\';
-    for (const auto& [host, root] :
-         {std::pair{u"\\\\srv\\share\\app\\a.exe", u"\\\\srv\\"}, std::pair{u"\\\\srv\\a.exe", u"\\\\srv\\"},
-          std::pair{u"D:\\app\\a.exe", u"D:\\"}, std::pair{u"app\\a.exe", u""}}) {
+    for (const auto& [host, root] : {std::pair{u"\\\\srv\\share\\app\\a.exe", u"\\\\srv\\"},
+                                     {u"\\\\srv\\a.exe", u"\\\\srv\\"},
+                                     {u"D:\\app\\a.exe", u"D:\\"},
+                                     {u"app\\a.exe", u""}}) {
         ground.system.host = host;
-        ground.system.volumesAsked.clear();
         start();
-        EXPECT_EQ(ground.system.volumesAsked, std::vector<Text>{root});
+        EXPECT_EQ(ground.system.volumesAsked.back(), root);
     }
 }
 
 TEST_F(Start, LogIsSwitchedAtRunTimeAndNeverInTheWay) {
-    files.putFolder(u"/home/t/.config/Tessarol");
     start();
     rtmMain::DebugLog(u"nicht da");
     clsCommon().Debugging(true);
@@ -210,7 +194,6 @@ TEST_F(Start, LogIsSwitchedAtRunTimeAndNeverInTheWay) {
 }
 
 TEST_F(Start, StopMayRunTwice) {
-    files.putFolder(u"/home/t/.config/Tessarol");
     start();
     clsCommon().Debugging(true);
     int32 disposed = 0;
@@ -223,30 +206,47 @@ TEST_F(Start, StopMayRunTwice) {
     EXPECT_EQ(disposed, 1);
     EXPECT_TRUE(state().stopping);
     EXPECT_EQ(state().userDir, u"/home/t/.config/Tessarol") << "the state stays readable";
-    rtmMain::notify(rtmMain::Notice::timeChange, 0);
-    EXPECT_EQ(log().size(), 2u) << "notices are not heard any more";
 }
 
 TEST_F(Start, NoticesRefreshWhatTheyConcern) {
-    files.putFolder(u"/home/t/.config/Tessarol");
     start();
     clsCommon().Debugging(true);
+    using platform::Notice;
     ground.locale.items[platform::LocaleItem::dateMark] = u"-";
     ground.system.metrics.fullX = 800;
+    for (const auto& [notice, parameter, line, dateMark, width] :
+         {std::tuple{Notice::sysColorChange, 1, u"SysColorChange 1", u".", 1920},
+          {Notice::settingChange, 7, u"SettingChange 7", u".", 1920},
+          {Notice::settingChange, 0, u"SettingChange 0", u"-", 1920},
+          {Notice::settingChange, 42, u"SettingChange 42", u"-", 800},
+          {Notice::displayChange, 32, u"DisplayChange 32", u"-", 1024},
+          {Notice::devModeChange, 2, u"DevmodeChange 2", u"-", 1024},
+          {Notice::timeChange, 0, u"TimeChange 0", u"-", 1024},
+          {Notice::inputLangChange, 3, u"InputLangChange 3", u"-", 1024},
+          {Notice::powerBroadcast, 4, u"PowerBroadcast 4", u"-", 1024},
+          {Notice::deviceChange, 5, u"DeviceChange 5", u"-", 1024}}) {
+        ground.ui.onNotice(notice, parameter);
+        EXPECT_EQ(toUtf8(log().back()), toUtf8(line));
+        EXPECT_EQ(state().locale.sepDate, dateMark) << toUtf8(line);
+        EXPECT_EQ(clsCommon().DisplaySpalten(), width) << toUtf8(line);
+        if (width == 800) ground.system.metrics.fullX = 1024;
+    }
+    files.put(logName, "");
+    ground.ui.onNotice(Notice::destroyed, 0);
+    EXPECT_EQ(log(), (std::vector<Text>{u"WMStop", u"Ende Rtm 31-12-2024 18:05:09"}));
+    EXPECT_FALSE(ground.ui.onNotice) << "nothing is heard any more";
+}
 
-    rtmMain::notify(rtmMain::Notice::settingChange, 7);
-    EXPECT_EQ(state().locale.sepDate, u".");
-    EXPECT_EQ(state().screen.fullX, 1920);
-    rtmMain::notify(rtmMain::Notice::settingChange, 0);
-    EXPECT_EQ(state().locale.sepDate, u"-");
-    EXPECT_EQ(state().screen.fullX, 1920);
-    rtmMain::notify(rtmMain::Notice::settingChange, 42);
-    EXPECT_EQ(clsCommon().DisplaySpalten(), 800);
-    ground.system.metrics.fullX = 1024;
-    rtmMain::notify(rtmMain::Notice::displayChange, 32);
-    EXPECT_EQ(state().screen.fullX, 1024);
-    EXPECT_EQ(log(), (std::vector<Text>{u"SettingChange 7", u"SettingChange 0", u"SettingChange 42",
-                                        u"DisplayChange 32"}));
+TEST_F(Start, AGroundThatHearsNothingAndAnOldSystem) {
+    ground.settings.user(u"Debug", u"1");
+    ground.ui.hears = false;
+    ground.system.os.extended = false;
+    start();
+    const auto lines = log();
+    const auto has = [&](TextView line) { return std::count(lines.begin(), lines.end(), line) == 1; };
+    EXPECT_TRUE(has(u"GetVersionEx OSVERSIONINFOEX:0") && has(u"GetVersionEx OSVERSIONINFO:1"));
+    EXPECT_TRUE(has(u"WMFormInstance: WMObject False"));
+    EXPECT_FALSE(ground.ui.onNotice);
 }
 
 }  // namespace

@@ -24,9 +24,13 @@ done
 cmake -S "$here/consumer" -B "$work/build" -G Ninja -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_CXX_FLAGS="$flags" \
     -DCMAKE_PREFIX_PATH="$work/tree" >"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
 cmake --build "$work/build" >"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
-echo "find_package: $("$work/build/consumer")"
+said=$("$work/build/consumer")  # by itself: its exit status ends the check
+echo "find_package: $said"
 
 export PKG_CONFIG_PATH="$work/tree/$libdir/pkgconfig"
+[ -f "$(pkg-config --variable=runtimedir tsRtm)/KeyTS.dat" ] || { echo "runtimedir is wrong"; exit 1; }
+# In the tree's own folder of programs, from where the tree's data files are found.
 # shellcheck disable=SC2046,SC2086  # words are wanted
-"$cxx" -std=c++20 $flags "$here/consumer/main.cpp" -o "$work/consumer" $(pkg-config --cflags --libs tsRtm)
-echo "pkg-config $(pkg-config --modversion tsRtm): $("$work/consumer")"
+"$cxx" -std=c++20 $flags "$here/consumer/main.cpp" -o "$work/tree/bin/consumer" $(pkg-config --cflags --libs tsRtm)
+said=$("$work/tree/bin/consumer")
+echo "pkg-config $(pkg-config --modversion tsRtm): $said"

@@ -14,13 +14,14 @@ LAYERS = {
     "types": 0,
     "platform": 1,
     "frame/text": 2,
-    "frame": 3,
-    "frame/files": 4,
-    "fields": 5, "calendar": 5, "tables": 5,
-    "database": 6,
-    "validation": 7, "banking": 7, "printing": 7,
-    "services": 8, "toolkit": 8,
-    ".": 9,
+    "frame": 3, "frame/rtf": 3,
+    "frame/files": 4, "services": 4,
+    "frame/options": 5, "fields": 5, "calendar": 5,
+    "tables": 6,
+    "database": 7,
+    "validation": 8, "banking": 8, "printing": 8,
+    "toolkit": 9,
+    ".": 10,
 }
 GROUND = "platform/posix"  # includes types, the seam and the system
 GROUND_DOOR = "tsRtm/frame/DefaultGround.cpp"  # the one place that names the ground

@@ -1,10 +1,16 @@
-// The settings store: two processes, damage, case.
+// The settings store: what every one keeps to; on disk also two processes, damage, locks and rights.
+#include "tsRtm/platform/Settings.hpp"
+
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 #include <fstream>
+#include <sstream>
 
 #include "tests/support/ChildProcess.hpp"
 #include "tests/support/TempFolder.hpp"
+#include "tests/support/TestGround.hpp"
+#include "tsRtm/platform/posix/PosixFolders.hpp"
 #include "tsRtm/platform/posix/PosixSettings.hpp"
 
 namespace tsRtm::test {
@@ -16,80 +22,145 @@ using Texts = std::vector<Text>;
 constexpr auto kUser = HKeys::currentUser;
 constexpr TextView kRoot = u"Software\\Tessarol";
 
-class SettingsStore : public testing::Test {
- protected:
-    posix::PosixSettings make() const {
-        return {(folder.path() / "nutzer/tessarol").string(), (folder.path() / "maschine").string()};
-    }
-    std::filesystem::path userFile() const { return folder.path() / "nutzer/tessarol/currentUser.sqlite"; }
-
+struct OnDisk {
     TempFolder folder;
+    posix::PosixSettings settings{folder.path() / "nutzer", folder.path() / "maschine"};
+};
+struct InMemory {
+    TestSettings settings;
 };
 
-TEST_F(SettingsStore, KeepsValuesByHiveKeyAndNameIgnoringCase) {
-    auto settings = make();
+template <class Ground>
+class SettingsContract : public testing::Test {
+ protected:
+    void keep(HKeys hive, TextView key, TextView name, TextView value) {
+        ASSERT_EQ(store().set(hive, key, name, value), SystemError::none);
+    }
+    Settings& store() { return ground_.settings; }
+
+ private:
+    Ground ground_;
+};
+using Grounds = testing::Types<OnDisk, InMemory>;
+TYPED_TEST_SUITE(SettingsContract, Grounds);
+
+TYPED_TEST(SettingsContract, KeepsValuesByHiveKeyAndNameIgnoringCase) {
+    auto& settings = this->store();
     EXPECT_EQ(settings.get(kUser, kRoot, u"Debug"), std::nullopt);
-    EXPECT_FALSE(std::filesystem::exists(userFile())) << "reading made a store";
-    ASSERT_EQ(settings.set(kUser, kRoot, u"Debug", u"-1"), SystemError::none);
-    ASSERT_EQ(settings.set(HKeys::localMachine, kRoot, u"Debug", u"0"), SystemError::none);
+    EXPECT_EQ(settings.check(kUser), SystemError::none) << "nothing stored yet is sound";
+    this->keep(kUser, kRoot, u"Debug", u"-1");
+    this->keep(HKeys::localMachine, kRoot, u"Debug", u"0");
     EXPECT_EQ(settings.get(kUser, u"\\SOFTWARE\\tessarol\\", u"DEBUG"), u"-1");
     EXPECT_EQ(settings.get(HKeys::localMachine, kRoot, u"Debug"), u"0");
     EXPECT_EQ(settings.get(HKeys::classesRoot, kRoot, u"Debug"), std::nullopt);
-    ASSERT_EQ(settings.set(kUser, kRoot, u"debug", u"neu"), SystemError::none);
+    this->keep(kUser, kRoot, u"debug", u"neu");
     EXPECT_EQ(settings.names(kUser, kRoot), Texts{u"Debug"}) << "another case is the same value";
-    EXPECT_EQ(make().get(kUser, kRoot, u"Debug"), u"neu");
+    EXPECT_EQ(settings.get(kUser, kRoot, u"Debug"), u"neu");
+    EXPECT_EQ(settings.check(kUser), SystemError::none);
+    EXPECT_TRUE(settings.mayAccess(kUser, kRoot, true));
 }
 
-TEST_F(SettingsStore, KeepsOddTextsAsTheyAre) {
-    auto settings = make();
-    const Text values[] = {u"",        Text(1, u'\0'),     Text(u"a\0b", 3), u"'; DROP TABLE settings; --",
-                           u"Größe €", Text(100'000, u'ä')};
-    for (const auto& value : values) {
-        ASSERT_EQ(settings.set(kUser, kRoot, u"Wert", value), SystemError::none);
-        EXPECT_EQ(settings.get(kUser, kRoot, u"Wert"), value);
+TYPED_TEST(SettingsContract, KeepsOddTextsAsTheyAre) {
+    for (const auto& value : {Text(), Text(1, u'\0'), Text(u"a\0b", 3), Text(u"'; DROP TABLE settings; --"),
+                              Text(u"Größe €"), Text(100'000, u'ä')}) {
+        this->keep(kUser, value + u"\\K", value, value);
+        EXPECT_TRUE(this->store().get(kUser, value + u"\\K", value) == value) << value.size();
     }
 }
 
-TEST_F(SettingsStore, ListsNamesAndKeysRightBelow) {
-    auto settings = make();
+TYPED_TEST(SettingsContract, ReplacesOnlyWhatIsStillAsExpected) {
+    auto& settings = this->store();
+    this->keep(kUser, kRoot, u"Alt", u"WAHR");
+    EXPECT_EQ(settings.replace(kUser, kRoot, u"Alt", u"FALSCH", u"0"), SystemError::none);
+    EXPECT_EQ(settings.get(kUser, kRoot, u"Alt"), u"WAHR");
+    EXPECT_EQ(settings.replace(kUser, kRoot, u"Alt", u"WAHR", u"-1"), SystemError::none);
+    EXPECT_EQ(settings.get(kUser, kRoot, u"Alt"), u"-1");
+    EXPECT_EQ(settings.replace(kUser, kRoot, u"Neu", u"", u"-1"), SystemError::none);
+    EXPECT_EQ(settings.get(kUser, kRoot, u"Neu"), std::nullopt) << "there was nothing to replace";
+}
+
+TYPED_TEST(SettingsContract, ListsNamesAndKeysRightBelowAndRemoves) {
+    auto& settings = this->store();
     for (const TextView key :
          {u"Software\\Tessarol\\Zeta", u"Software\\Tessarol\\alpha\\tief", u"Software\\TESSAROL\\Alpha",
           u"Software\\Tessarolo\\fremd", u"Software\\Tessarol"})
-        for (const TextView name : {u"b", u"A"})
-            ASSERT_EQ(settings.set(kUser, key, name, u"x"), SystemError::none);
+        for (const TextView name : {u"b", u"A"}) this->keep(kUser, key, name, u"x");
     EXPECT_EQ(settings.names(kUser, kRoot), (Texts{u"A", u"b"}));
     const auto keys = settings.keys(kUser, kRoot);
     ASSERT_EQ(keys.size(), 2u);
     EXPECT_TRUE(equalIgnoringCase(keys[0], u"alpha"));
     EXPECT_EQ(keys[1], u"Zeta");
     EXPECT_EQ(settings.keys(kUser, u""), Texts{u"Software"});
-    ASSERT_EQ(settings.remove(kUser, kRoot, u"a"), SystemError::none);
-    ASSERT_EQ(settings.remove(kUser, kRoot, u"fehlt"), SystemError::none);
+    EXPECT_EQ(settings.remove(kUser, kRoot, u"a"), SystemError::none);
+    EXPECT_EQ(settings.remove(kUser, kRoot, u"fehlt"), SystemError::none);
     EXPECT_EQ(settings.names(kUser, kRoot), Texts{u"b"});
+
+    EXPECT_EQ(settings.removeKey(kUser, u"\\software\\tessarol\\ALPHA"), SystemError::none);
+    EXPECT_EQ(settings.keys(kUser, kRoot), Texts{u"Zeta"}) << "the key below it went, too";
+    EXPECT_EQ(settings.removeKey(kUser, u"\\"), SystemError::invalidParameter);
+    EXPECT_EQ(settings.removeKey(kUser, kRoot), SystemError::none);
+    EXPECT_EQ(settings.keys(kUser, u"Software"), Texts{u"Tessarolo"}) << "a longer name is another key";
 }
 
-TEST_F(SettingsStore, TwoProcessesWriteAtOnceAndReadTheNewest) {
-    constexpr int kValues = 20;
+class SettingsOnDisk : public testing::Test {
+ protected:
+    // Each is as another program: it opens the files anew. None waits.
+    posix::PosixSettings make(std::chrono::milliseconds patience = std::chrono::milliseconds(0)) const {
+        return {folder.path() / "nutzer/tessarol", folder.path() / "maschine", patience};
+    }
+    std::filesystem::path userFile() const { return folder.path() / "nutzer/tessarol/currentUser.sqlite"; }
+    std::string userBytes() const {
+        std::ostringstream bytes;
+        bytes << std::ifstream(userFile(), std::ios::binary).rdbuf();
+        return bytes.str();
+    }
+    void expectNothingReadable(Settings& settings, SystemError why) const {
+        EXPECT_EQ(settings.get(kUser, kRoot, u"Debug"), std::nullopt);
+        EXPECT_TRUE(settings.names(kUser, kRoot).empty());
+        EXPECT_TRUE(settings.keys(kUser, kRoot).empty());
+        EXPECT_EQ(settings.check(kUser), why);
+    }
+
+    TempFolder folder;
+};
+
+TEST_F(SettingsOnDisk, ReadingMakesNoStore) {
+    auto settings = make();
+    expectNothingReadable(settings, SystemError::none);
+    EXPECT_EQ(settings.remove(kUser, kRoot, u"Debug"), SystemError::none);
+    EXPECT_EQ(settings.removeKey(kUser, kRoot), SystemError::none);
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / "nutzer"));
+    EXPECT_EQ(settings.location(kUser), fromUtf8(userFile().string()));
+}
+
+TEST_F(SettingsOnDisk, TwoProcessesWriteOneValueAndEachReadsTheNewest) {
+    constexpr int kValues = 50;
     const auto write = [&](char16_t who) {
-        auto settings = make();
-        for (int i = 0; i < kValues; ++i)
-            if (failed(settings.set(kUser, kRoot, who + toText(i), toText(i)))) return 1;
+        auto settings = make(posix::PosixSettings::kPatience);
+        for (int i = 0; i < kValues; ++i) {
+            if (failed(settings.set(kUser, kRoot, u"Gemeinsam", who + toText(i)))) return 1;
+            const auto read = settings.get(kUser, kRoot, u"Gemeinsam").value_or(u"-");
+            const bool own = read == who + toText(i);
+            if (!own && read.front() == who) return 2;  // an old value of its own
+            if (!own && read.front() != u'k' && read.front() != u'p') return 3;
+        }
         return 0;
     };
     ChildProcess other([&](ChildProcess::Line& line) {
         line.say('S');
-        if (write(u'k') != 0) return 1;
+        if (const int fault = write(u'k'); fault != 0) return fault;
+        auto settings = make(posix::PosixSettings::kPatience);
         line.say('F');
-        auto settings = make();
-        if (line.hear() != 'N' || settings.get(kUser, kRoot, u"Neu") != u"1") return 2;
+        if (line.hear() != 'N' || settings.get(kUser, kRoot, u"Neu") != u"1") return 4;
         line.say('G');
-        return line.hear() == 'N' && settings.get(kUser, kRoot, u"Neu") == u"2" ? 0 : 3;
+        return line.hear() == 'N' && settings.get(kUser, kRoot, u"Neu") == u"2" ? 0 : 5;
     });
     ASSERT_EQ(other.line().hear(), 'S');
     EXPECT_EQ(write(u'p'), 0);
     ASSERT_EQ(other.line().hear(), 'F');
-    auto settings = make();
-    EXPECT_EQ(settings.names(kUser, kRoot).size(), 2u * kValues);
+    auto settings = make(posix::PosixSettings::kPatience);
+    const auto last = settings.get(kUser, kRoot, u"Gemeinsam").value_or(u"");
+    EXPECT_TRUE(last == u"k49" || last == u"p49") << toUtf8(last);
     ASSERT_EQ(settings.set(kUser, kRoot, u"Neu", u"1"), SystemError::none);
     other.line().say('N');
     ASSERT_EQ(other.line().hear(), 'G');
@@ -98,23 +169,116 @@ TEST_F(SettingsStore, TwoProcessesWriteAtOnceAndReadTheNewest) {
     EXPECT_EQ(other.wait(), 0);
 }
 
-TEST_F(SettingsStore, DamagedStoreReadsEmptyAndRefusesWrites) {
+TEST_F(SettingsOnDisk, AKilledWriterLeavesAnOldOrANewValue) {
+    ASSERT_EQ(make().set(kUser, kRoot, u"Fest", u"bleibt"), SystemError::none);
+    for (int round = 0; round < 5; ++round) {
+        ChildProcess writer([&](ChildProcess::Line& line) {
+            auto settings = make();
+            for (int32 i = 0;; ++i) {
+                const Text value(2000 + static_cast<std::size_t>(i % 50) * 100,
+                                 static_cast<char16_t>(u'a' + i % 26));
+                if (failed(settings.set(kUser, kRoot, u"Lang", value))) return 1;
+                if (i % 10 == 9) line.say('W');
+            }
+        });
+        ASSERT_EQ(writer.line().hear(), 'W');
+        writer.kill();
+        auto settings = make();
+        const auto value = settings.get(kUser, kRoot, u"Lang").value_or(u"");
+        ASSERT_GE(value.size(), 2000u);
+        EXPECT_TRUE(value == Text(value.size(), value.front())) << "half of an old and half of a new value";
+        EXPECT_EQ(settings.get(kUser, kRoot, u"Fest"), u"bleibt");
+        EXPECT_EQ(settings.check(kUser), SystemError::none);
+    }
+}
+
+TEST_F(SettingsOnDisk, WhatIsNoDatabaseStaysAsItIs) {
     std::filesystem::create_directories(userFile().parent_path());
     const std::string rubbish(5000, 'x');
     std::ofstream(userFile()) << rubbish;
     auto settings = make();
-    EXPECT_EQ(settings.get(kUser, kRoot, u"Debug"), std::nullopt);
-    EXPECT_TRUE(settings.names(kUser, kRoot).empty());
-    EXPECT_TRUE(settings.keys(kUser, kRoot).empty());
-    EXPECT_NE(settings.set(kUser, kRoot, u"Debug", u"-1"), SystemError::none);
-    EXPECT_EQ(std::filesystem::file_size(userFile()), rubbish.size());
+    expectNothingReadable(settings, SystemError::readFault);
+    EXPECT_EQ(settings.set(kUser, kRoot, u"Debug", u"-1"), SystemError::readFault);
+    EXPECT_EQ(settings.removeKey(kUser, kRoot), SystemError::readFault);
+    EXPECT_EQ(userBytes(), rubbish);
     std::filesystem::remove(userFile());
     EXPECT_EQ(settings.set(kUser, kRoot, u"Debug", u"-1"), SystemError::none)
         << "the damaged store stayed open";
     EXPECT_EQ(settings.get(kUser, kRoot, u"Debug"), u"-1");
 }
 
-TEST_F(SettingsStore, MachineStoreIsForAllToReadAndTheUsersOwnForNobodyElse) {
+// Each page in turn is overwritten: values are old ones or none, never wrong, and no write takes away what
+// can still be read.
+TEST_F(SettingsOnDisk, ADamagedPageCostsAtMostWhatStoodThere) {
+    const auto name = [](int i) { return u"Wert" + toText(i); };
+    const auto value = [](int i) { return Text(450, static_cast<char16_t>(u'A' + i % 26)); };
+    constexpr int kValues = 45;
+    {
+        auto settings = make();
+        for (int i = 0; i < kValues; ++i)
+            ASSERT_EQ(settings.set(kUser, kRoot, name(i), value(i)), SystemError::none);
+    }
+    const std::string whole = userBytes();
+    constexpr std::size_t kPage = 4096;
+    ASSERT_GE(whole.size(), 5 * kPage);
+    const auto readable = [&] {
+        auto settings = make();
+        int count = 0;
+        for (int i = 0; i < kValues; ++i)
+            if (const auto read = settings.get(kUser, kRoot, name(i))) {
+                EXPECT_TRUE(*read == value(i)) << i;
+                ++count;
+            }
+        return count;
+    };
+    for (std::size_t page = 0; page < whole.size() / kPage; ++page) {
+        std::string damaged = whole;
+        damaged.replace(page * kPage, kPage, std::string(kPage, '\x5A'));
+        std::ofstream(userFile(), std::ios::binary) << damaged;
+        EXPECT_NE(make().check(kUser), SystemError::none) << page;
+        const int before = readable();
+        static_cast<void>(make().set(kUser, kRoot, u"Zusatz", u"x"));
+        EXPECT_EQ(readable(), before) << page;
+    }
+}
+
+TEST_F(SettingsOnDisk, AnEmptyFileIsAStoreToBe) {
+    std::filesystem::create_directories(userFile().parent_path());
+    std::ofstream(userFile()).close();
+    auto settings = make();
+    expectNothingReadable(settings, SystemError::none);
+    EXPECT_EQ(settings.set(kUser, kRoot, u"Debug", u"-1"), SystemError::none);
+    EXPECT_EQ(settings.get(kUser, kRoot, u"Debug"), u"-1");
+}
+
+TEST_F(SettingsOnDisk, AnotherFileInItsPlaceIsSeen) {
+    auto settings = make();
+    ASSERT_EQ(settings.set(kUser, kRoot, u"Debug", u"alt"), SystemError::none);
+    const std::string saved = userBytes();
+    ASSERT_EQ(settings.set(kUser, kRoot, u"Debug", u"neu"), SystemError::none);
+    std::filesystem::remove(userFile());
+    EXPECT_EQ(settings.get(kUser, kRoot, u"Debug"), std::nullopt);
+    std::ofstream(userFile(), std::ios::binary) << saved;
+    EXPECT_EQ(settings.get(kUser, kRoot, u"Debug"), u"alt");
+    ASSERT_EQ(settings.set(kUser, kRoot, u"Debug", u"neuer"), SystemError::none);
+    EXPECT_EQ(make().get(kUser, kRoot, u"Debug"), u"neuer") << "written into the file that is gone";
+}
+
+TEST_F(SettingsOnDisk, ALockedStoreReadsEmptyAndRefusesWritesUntilItIsFree) {
+    auto settings = make(std::chrono::milliseconds(5));
+    ASSERT_EQ(settings.set(kUser, kRoot, u"Debug", u"-1"), SystemError::none);
+    sqlite3* holder = nullptr;
+    ASSERT_EQ(::sqlite3_open(userFile().c_str(), &holder), SQLITE_OK);
+    ASSERT_EQ(::sqlite3_exec(holder, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+    expectNothingReadable(settings, SystemError::lockViolation);
+    EXPECT_EQ(settings.set(kUser, kRoot, u"Debug", u"0"), SystemError::lockViolation);
+    ASSERT_EQ(::sqlite3_exec(holder, "COMMIT", nullptr, nullptr, nullptr), SQLITE_OK);
+    ::sqlite3_close(holder);
+    EXPECT_EQ(settings.get(kUser, kRoot, u"Debug"), u"-1");
+    EXPECT_EQ(settings.set(kUser, kRoot, u"Debug", u"0"), SystemError::none);
+}
+
+TEST_F(SettingsOnDisk, MachineStoreIsForAllToReadAndTheUsersOwnForNobodyElse) {
     auto settings = make();
     ASSERT_EQ(settings.set(HKeys::localMachine, kRoot, u"RunTimeDir", u"/opt"), SystemError::none);
     ASSERT_EQ(settings.set(kUser, kRoot, u"Debug", u"0"), SystemError::none);
@@ -127,9 +291,26 @@ TEST_F(SettingsStore, MachineStoreIsForAllToReadAndTheUsersOwnForNobodyElse) {
     EXPECT_EQ(others("nutzer/tessarol"), std::filesystem::perms::none);
 }
 
-TEST_F(SettingsStore, StoreThatCannotBeMadeGivesAnError) {
+TEST_F(SettingsOnDisk, AStoreThatCannotBeMadeGivesAnError) {
     std::ofstream(folder.path() / "nutzer") << "no folder";
-    EXPECT_EQ(make().set(kUser, kRoot, u"Debug", u"-1"), SystemError::accessDenied);
+    auto settings = make();
+    EXPECT_EQ(settings.set(kUser, kRoot, u"Debug", u"-1"), SystemError::accessDenied);
+    expectNothingReadable(settings, SystemError::none);
+}
+
+// A desktop puts a folder of its own in front; the machine has one store for all sessions.
+TEST(MachineFolder, IsTheCommonOneOfTheListedFolders) {
+    const char* before = std::getenv("XDG_CONFIG_DIRS");
+    const std::string saved = before ? before : "";
+    for (const auto& [listed, folder] : {std::pair{"", "/etc/xdg"},
+                                         {"/etc/xdg/desktop:/etc/xdg/", "/etc/xdg"},
+                                         {"/etc/xdg:/nix/etc", "/etc/xdg"},
+                                         {"/a:relativ:/b/", "/b"},
+                                         {":relativ", "/etc/xdg"}}) {
+        ::setenv("XDG_CONFIG_DIRS", listed, 1);
+        EXPECT_EQ(posix::machineConfigFolder(), folder) << listed;
+    }
+    before ? ::setenv("XDG_CONFIG_DIRS", saved.c_str(), 1) : ::unsetenv("XDG_CONFIG_DIRS");
 }
 
 }  // namespace

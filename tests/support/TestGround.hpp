@@ -67,22 +67,32 @@ class TestSettings final : public platform::Settings {
     std::optional<Text> get(platform::HKeys hive, TextView key, TextView name) override;
     [[nodiscard]] platform::SystemError set(platform::HKeys hive, TextView key, TextView name,
                                             TextView value) override;
+    [[nodiscard]] platform::SystemError replace(platform::HKeys hive, TextView key, TextView name,
+                                                TextView expected, TextView value) override;
     [[nodiscard]] platform::SystemError remove(platform::HKeys hive, TextView key, TextView name) override;
+    [[nodiscard]] platform::SystemError removeKey(platform::HKeys hive, TextView key) override;
     std::vector<Text> names(platform::HKeys hive, TextView key) override;
     std::vector<Text> keys(platform::HKeys hive, TextView key) override;
+    bool mayAccess(platform::HKeys hive, TextView key, bool write) override;
+    [[nodiscard]] platform::SystemError check(platform::HKeys hive) override;
+    Text location(platform::HKeys) override { return u"memory"; }
 
     // Shorthands for the two keys below which the library starts: Software\Tessarol of a user and of the
     // machine.
     void user(TextView name, TextView value);
     void machine(TextView name, TextView value);
 
-    bool damaged = false;  // reads as empty, refuses to be written
+    bool damaged = false;         // reads as empty, refuses to be written
+    bool readOnly = false;        // refuses to be written
+    std::function<void()> onGet;  // called when a value was read: another process may write now
 
  private:
     struct IgnoringCase {
         bool operator()(const Text& a, const Text& b) const { return upper(a) < upper(b); }
     };
     using Values = std::map<Text, Text, IgnoringCase>;
+    Text* find(platform::HKeys hive, TextView key, TextView name);
+
     std::map<platform::HKeys, std::map<Text, Values, IgnoringCase>> hives_;
 };
 
@@ -94,9 +104,11 @@ class TestSystem final : public platform::SystemInfo {
     bool is64Bit() override { return wide; }
     bool isUserAdmin() override { return admin; }
     int32 elevationType() override { return elevation; }
+    bool isRemoteSession() override { return remote; }
     Text hostPath() override { return host; }
     platform::VolumeInfo volumeInfo(TextView root) override;
     platform::ScreenMetrics screen() override { return metrics; }
+    platform::PixelArea workAreaOf(int32 window) override { return workAreas[window]; }
     Text folder(platform::FolderId id, bool create) override;
     Text tempFolder() override { return temp; }
     bool checkAccess(TextView path, int32 mask) override { return !access || access(path, mask); }
@@ -108,10 +120,12 @@ class TestSystem final : public platform::SystemInfo {
     bool wide = true;
     bool admin = false;
     int32 elevation = 1;
+    bool remote = false;
     Text host = u"/opt/host/Anwendung.exe";
     platform::VolumeInfo volume{u"ext4", 255};
     std::vector<Text> volumesAsked;
     platform::ScreenMetrics metrics;
+    std::map<int32, platform::PixelArea> workAreas;      // by window
     std::map<platform::FolderId, Text> folders;          // there
     std::map<platform::FolderId, Text> foldersWhenMade;  // not there, but can be made
     Text temp = u"/tmp/";
@@ -125,6 +139,12 @@ class ScriptedUi final : public platform::UserInterface {
  public:
     // The next scripted answer, else the default answer; without both the test fails and the box throws.
     int32 show(const platform::MessageBox& box) override;
+    // Likewise; 2048 in an answer ticks the box. The notices of `play` come before the click.
+    std::optional<platform::DialogAnswer> showTaskDialog(const platform::TaskDialog& dialog,
+                                                         const platform::DialogListener& tell) override;
+    void openLink(TextView address) override { linksOpened.emplace_back(address); }
+    bool attended() override { return somebody; }
+    bool hearsNotices() override { return hears; }
     void showMessageWindow(TextView message) override;
     void hideMessageWindow() override { windowOpen = false; }
     void status(TextView message) override { statusLines.emplace_back(message); }
@@ -140,7 +160,19 @@ class ScriptedUi final : public platform::UserInterface {
 
     std::deque<int32> answers;
     std::optional<int32> defaultAnswer;
-    std::vector<platform::MessageBox> boxes;
+    std::vector<platform::TaskDialog> boxes;  // plain ones, too
+    // What the user and the clock do in the next task dialog.
+    struct Played {
+        platform::DialogNotice notice;
+        int32 value = 0;
+        Text link;
+    };
+    std::vector<Played> play;
+    bool dialogFails = false;  // a task dialog cannot be shown
+    int32 window = 77;         // of a task dialog
+    std::vector<Text> linksOpened;
+    bool somebody = true;
+    bool hears = true;
     std::vector<Text> windowTexts;  // of the message window
     bool windowOpen = false;
     std::vector<Text> statusLines;
@@ -152,6 +184,23 @@ class ScriptedUi final : public platform::UserInterface {
     std::map<int32, Text> captions;
     std::vector<int32> captionsAsked;
     std::map<int32, Text> keyNames;
+
+ private:
+    int32 nextAnswer();
+};
+
+// Random bytes that a test can foretell: those given, then 1, 2, 3 and so on.
+class TestRandom final : public platform::Random {
+ public:
+    [[nodiscard]] platform::SystemError check() override { return missing; }
+    [[nodiscard]] platform::SystemError fill(std::span<std::byte> into) override;
+
+    platform::SystemError missing = platform::SystemError::none;  // why there is no source
+    platform::SystemError failing = platform::SystemError::none;  // what every fill() answers
+    std::deque<uint8> bytes;
+
+ private:
+    uint8 counter_ = 0;
 };
 
 // A file system in which there is nothing and nothing can be made.
@@ -175,9 +224,10 @@ struct TestGround {
     TestSettings settings;
     TestSystem system;
     ScriptedUi ui;
+    TestRandom random;
 
     platform::Platform on(platform::FileSystem& files) {
-        return {files, clock, locale, settings, system, ui};
+        return {files, clock, locale, settings, system, ui, random};
     }
 };
 

@@ -1,6 +1,7 @@
 #pragma once
-// What a message box is asked for and how its prompt is taken apart.
-#include "tsRtm/platform/UserInterface.hpp"
+// What a message box is asked for, and the plain box of it.
+#include "tsRtm/platform/DialogBoxes.hpp"
+#include "tsRtm/types/Variant.hpp"
 
 namespace tsRtm {
 
@@ -29,13 +30,21 @@ enum DialogConstants : int32 {
     dlgHelpButton = 16384,
 };
 
-// The box of a system with rich task dialogs: headline, body with links, check box.
-platform::MessageBox richBox(TextView prompt, int32 buttons);
-// The box of a system without: the first "@" of the prompt becomes an empty line, no check box.
-platform::MessageBox plainBox(TextView prompt, int32 buttons);
+constexpr int32 dlgButtonSet = 7;  // the bits that select the buttons
 
-// Wraps each address "http:..." and "https:..." up to the next blank as a link, in a text that holds none
-// yet.
-Text withLinks(TextView body);
+// The buttons of a set (the low three bits), in order, as a plain box has them.
+std::vector<int32> plainButtons(int32 set);
+// Which of the buttons offered is the default one by the flags dlgDefault1 to dlgDefault4; the first where
+// there is no such button.
+int32 defaultButton(const std::vector<int32>& offered, int32 buttons);
+
+// The text of an optional title.
+Text titleText(const Variant& title);
+
+// Writes a box that nobody has seen to the log, with the answer that it got.
+void logUnattended(TextView text, int32 answer);
+
+// The box of a system without task dialogs: the first "@" of the prompt becomes an empty line.
+platform::MessageBox plainBox(TextView prompt, int32 buttons);
 
 }  // namespace tsRtm

@@ -22,6 +22,8 @@ Text hexadecimal(int32 number) {
     return u"&h" + digits;
 }
 
+Text numberText(int32 number) { return number < 0 ? hexadecimal(number) : toText(number); }
+
 void takeCurrentFailure(rtmMain::State& state) {
     state.FE_ = std::exchange(state.currentFailure, 0);
     state.pendingText = std::exchange(state.currentFailureText, {});
@@ -40,17 +42,16 @@ void setCurrentFailure(int32 number, TextView description) {
     state.currentFailureText = description.empty() ? runtimeErrorText(number) : description;
 }
 
-Text MessagesTopic::describe(int32 number, TextView description) {
-    Text text = RtmMsg(wordFehler) + (number < 0 ? hexadecimal(number) : toText(number)) + u": ";
-    return text.append(description);
+Text MessagesTopic::describe(const Text& number, TextView description) {
+    return (RtmMsg(wordFehler) + number + u": ").append(description);
 }
 
 Text MessagesTopic::ErrorMsg(int32 FehlerNr) {
-    return FehlerNr == -1 ? Text{} : describe(FehlerNr, runtimeErrorText(FehlerNr));
+    return FehlerNr == -1 ? Text{} : describe(numberText(FehlerNr), runtimeErrorText(FehlerNr));
 }
 
 Text MessagesTopic::ErrorMessage(const Failure& Fehler, int32 Zeile) {
-    Text text = describe(Fehler.Number(), Fehler.Description());
+    Text text = describe(numberText(Fehler.Number()), Fehler.Description());
     if (Zeile > 0) text += u" in Zeile " + toText(Zeile);
     return text;
 }
@@ -74,12 +75,12 @@ void MessagesTopic::ErrorHandler(int32 Param, TextView Source) {
             return;
         }
     } else if (isPrinterFailure(state.FE_)) {
-        const Text question = describe(state.FE_, state.pendingText) + RtmMsg(wordWeiter);
+        const Text question = describe(toText(state.FE_), state.pendingText) + RtmMsg(wordWeiter);
         if (Frage(question)) state.FE_ = 0;
         return;
     }
     if (state.pendingText.empty() && state.FE_ <= lastRaised) raise(state.FE_, Source, state.pendingText);
-    WaitForReturn(describe(state.FE_, state.pendingText) + u" in Prozedur " + Text(Source) +
+    WaitForReturn(describe(toText(state.FE_), state.pendingText) + u" in Prozedur " + Text(Source) +
                   RtmMsg(wordInProgramm) + clsHostApp().Name());
 }
 

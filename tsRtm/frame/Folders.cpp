@@ -22,7 +22,9 @@ TextView parentOf(TextView path) {
 }  // namespace
 
 Text RegRaw(platform::HKeys hive, TextView subKey, TextView name) {
-    return system().settings.get(hive, subKey, name).value_or(Text{});
+    Text value = system().settings.get(hive, subKey, name).value_or(Text{});
+    if (value.ends_with(u'\0')) value.pop_back();  // an empty value is stored as one
+    return value;
 }
 
 int32 SwitchValue(TextView text, std::size_t characters) {

@@ -86,10 +86,16 @@ void ReadSystemMetrics() {
     state().screen = block;
 }
 
-Rectangle WorkArea(int32) {
+Rectangle WorkArea(int32 windowHandle) {
+    auto& ground = system().system;
+    auto area = windowHandle == 0 ? platform::PixelArea{} : ground.workAreaOf(windowHandle);
+    if (area.right - area.left < 1) {
+        const auto primary = ground.screen();
+        area = {primary.workLeft, primary.workTop, primary.workRight, primary.workBottom};
+    }
     const auto& screen = state().screen;
-    return {screen.workLeft * screen.twipsPerPixelX, screen.workTop * screen.twipsPerPixelY,
-            screen.workRight * screen.twipsPerPixelX, screen.workBottom * screen.twipsPerPixelY};
+    return {area.left * screen.twipsPerPixelX, area.top * screen.twipsPerPixelY,
+            area.right * screen.twipsPerPixelX, area.bottom * screen.twipsPerPixelY};
 }
 
 Text CurrName() {

@@ -79,7 +79,7 @@ class MessagesTopic {
     void ClearHaltNachricht();
 
  private:
-    Text describe(int32 number, TextView description);
+    Text describe(const Text& number, TextView description);
     void fillKeyNames();
     bool systemCaptionsAllowed();
 

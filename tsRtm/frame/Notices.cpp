@@ -1,7 +1,8 @@
 // What the library says and asks: boxes, the status text and the message window.
-#include "tsRtm/frame/Dialogs.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
+#include "tsRtm/frame/clsTaskDialog.hpp"
 #include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/tsMessage.hpp"
 
 namespace tsRtm {
 
@@ -9,12 +10,6 @@ namespace {
 
 constexpr int32 richDialogs = 610;  // version of the system's controls
 constexpr int32 answerYes = 6;
-
-Text titleOf(const Variant& title) {
-    if (const auto* text = title.text()) return *text;
-    if (const auto* number = title.number()) return toText(*number);
-    return {};
-}
 
 template <class Assignment>
 bool taken(Assignment assignment) noexcept {
@@ -42,11 +37,23 @@ bool put(iStatusControl& control, TextView message) {
 int32 MessagesTopic::TSMsgBox(TextView Prompt, int32 Buttons, const Variant& Titel, TextView Helpfile,
                               int32 Context) {
     auto& ui = rtmMain::system().ui;
-    auto box = ui.comCtlVersion() >= richDialogs ? richBox(Prompt, Buttons) : plainBox(Prompt, Buttons);
-    box.title = titleOf(Titel);
-    box.helpFile = Helpfile;
-    box.helpContext = Context;
-    return ui.show(box);
+    if (ui.comCtlVersion() >= richDialogs) {
+        clsTaskDialog dialog(*this);
+        dialog.Prompt(Prompt, Buttons, Titel);
+        dialog.Configuration().helpFile = Helpfile;
+        dialog.Configuration().helpContext = Context;
+        return dialog.Show();
+    }
+    auto box = plainBox(Prompt, Buttons);
+    box.title = titleText(Titel);
+    if ((Buttons & dlgButtonSet) < dlgCancelTryContinue) {
+        box.helpFile = Helpfile;
+        box.helpContext = Context;
+    }
+    box.parent = rtmMain::state().appHWnd;
+    const int32 answer = ui.show(box);
+    logUnattended(box.body, answer);
+    return answer;
 }
 
 void MessagesTopic::Fehler(TextView FehlerText) { TSMsgBox(FehlerText, dlgOKOnly | dlgCritical, u"Fehler"); }
@@ -74,8 +81,8 @@ bool MessagesTopic::SetMessage(TextView Message, const std::shared_ptr<Object>& 
     return done;
 }
 
-void MessagesTopic::HaltNachricht(TextView Message) { rtmMain::system().ui.showMessageWindow(Message); }
+void MessagesTopic::HaltNachricht(TextView Message) { tsMessage().Message(Message); }
 
-void MessagesTopic::ClearHaltNachricht() { rtmMain::system().ui.hideMessageWindow(); }
+void MessagesTopic::ClearHaltNachricht() { tsMessage().Hide(); }
 
 }  // namespace tsRtm

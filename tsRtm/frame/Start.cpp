@@ -39,7 +39,8 @@ Text hostFolder() {
 void logOperatingSystem() {
     auto& ground = system().system;
     state().os = ground.osVersion();
-    DebugLog(u"GetVersionEx OSVERSIONINFOEX:1");
+    DebugLog(Text(u"GetVersionEx OSVERSIONINFOEX:") + (state().os.extended ? u"1" : u"0"));
+    if (!state().os.extended) DebugLog(u"GetVersionEx OSVERSIONINFO:1");
     state().processor = ground.processor();
     DebugLog(u"GetSystemInfo: ProcessorType " + toText(state().processor.type));
 }
@@ -127,8 +128,10 @@ Text writableFolder(std::initializer_list<FolderId> candidates) {
         Text ours = JoinPath({base, ourFolder});
         if (EnsureFolder(ours) && CheckAccess(ours, 1, writeInto)) return ours;
     }
-    Text ours = JoinPath({folder(FolderId::documents), ourFolder});
-    EnsureFolder(ours);
+    const Text documents = folder(FolderId::documents);
+    Text ours = JoinPath({documents, ourFolder});
+    // Without a folder of documents the name is relative: nothing is made where the program happens to stand.
+    if (!documents.empty()) EnsureFolder(ours);
     return ours;
 }
 
@@ -154,7 +157,7 @@ void readSwitches() {
 
 }  // namespace
 
-void runStartSequence(bool hearsNotices) {
+void runStartSequence() {
     state().debugging = userSwitch(u"Debug");
     DebugLog(u"Start Rtm " + GeneralDate(system().clock.now()));
     logOperatingSystem();
@@ -168,8 +171,6 @@ void runStartSequence(bool hearsNotices) {
     findDataFolders();
     readHostPath();
     readSwitches();
-    DebugLog(Text(u"WMFormInstance: WMObject ") + (hearsNotices ? u"True" : u"False"));
-    DebugLog(u"Rtm: Main Done");
 }
 
 }  // namespace tsRtm::rtmMain

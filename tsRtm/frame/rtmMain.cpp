@@ -9,13 +9,15 @@ namespace tsRtm::rtmMain {
 
 namespace {
 
+using platform::Notice;
+
 // What the library is, beside what it knows.
 struct Module {
     State state;
     platform::Platform* ground = nullptr;
     bool started = false;
     bool stopAtExit = false;
-    bool listening = false;  // notices are heard from the start until the stop
+    bool listening = false;  // to notices, from the start until the stop
     std::function<void()> disposeSystemEvents;
 };
 
@@ -32,12 +34,6 @@ struct StopGuard {
         if (module().stopAtExit && !module().state.stopping) WMStop();
     }
 };
-
-// The user's Abort: the flag ends the loop that put up the message window.
-void abortByUser() {
-    state().stopped = true;
-    system().ui.hideMessageWindow();
-}
 
 // Does not touch the ground: that of a former test may be gone.
 void reset() { module() = Module{}; }
@@ -69,11 +65,14 @@ void Main(platform::Platform& ground) {
     if (module().started) return;
     module().started = true;
     module().ground = &ground;
-    module().stopAtExit = true;
-    module().listening = true;
-    ground.ui.onAbort = abortByUser;
+    runStartSequence();
+    // Without a window that hears of the system nothing stops the library at its end.
+    module().listening = ground.ui.hearsNotices();
+    module().stopAtExit = module().listening;
+    if (module().listening) ground.ui.onNotice = notify;
     static const StopGuard guard;
-    runStartSequence(module().listening);
+    DebugLog(Text(u"WMFormInstance: WMObject ") + (module().listening ? u"True" : u"False"));
+    DebugLog(u"Rtm: Main Done");
 }
 
 void ensureStarted() {
@@ -97,6 +96,7 @@ void WMStop() {
         dispose();
     }
     if (std::exchange(module().listening, false)) {
+        system().ui.onNotice = nullptr;
         system().ui.onAbort = nullptr;
         system().ui.hideMessageWindow();
     }
@@ -106,6 +106,7 @@ void WMStop() {
 
 void notify(Notice notice, int32 parameter) {
     if (!module().listening) return;
+    if (notice == Notice::destroyed) return WMStop();
     for (const auto& row : noticeNames)
         if (row.notice == notice) DebugLog(row.name + (u" " + toText(parameter)));
 

@@ -59,11 +59,13 @@ struct State {
     bool stopping = false;  // WMStop has run: waits end
     bool lockWait = false;  // a wait for a lock is under way: timers stay away
     std::shared_ptr<Object> messageLine;
+    std::shared_ptr<Object> shortcuts;  // the input shortcuts, kept by their topic
     Text appProgID;
     int32 appHWnd = 0;
     Text appHelpURL;
     int32 bundesland = 0;
     Text currNameCache;
+    bool adresseMitAnrede = false;  // the option as it was last read, for the printing of addresses
 };
 
 // The state; valid at any time, filled by Main.
@@ -87,18 +89,9 @@ void WMStop();
 // Hands over how the object that hears the system's events ends its listening; WMStop calls it once.
 void holdSystemEvents(std::function<void()> dispose);
 
-// Notices of the system between calls. Whoever hears them (a window of the desktop) reports them here.
-enum class Notice {
-    sysColorChange,
-    settingChange,
-    devModeChange,
-    timeChange,
-    inputLangChange,
-    displayChange,
-    powerBroadcast,
-    deviceChange
-};
-void notify(Notice notice, int32 parameter);
+// What the library does on a notice of the system between calls; the ground tells it through the seam.
+// Nothing after the stop.
+void notify(platform::Notice notice, int32 parameter);
 
 // Fill the locale block and the screen block.
 void ReadLocaleInfos();
@@ -125,7 +118,8 @@ Text PathDelimiter();
 // Whether a folder is there or could be made.
 bool EnsureFolder(TextView path);
 bool CheckAccess(TextView path, int32 objectType, int32 mask);
-// The work area of the screen, in twips. A ground has one screen, so every window gives the same.
+// The work area of the screen that a window is on, in twips; of the primary screen without a window, or where
+// the ground cannot tell.
 struct Rectangle {
     int32 left = 0, top = 0, right = 0, bottom = 0;
 };

@@ -3,6 +3,7 @@
 #include "tsRtm/platform/Clock.hpp"
 #include "tsRtm/platform/FileSystem.hpp"
 #include "tsRtm/platform/LocaleValues.hpp"
+#include "tsRtm/platform/Random.hpp"
 #include "tsRtm/platform/Settings.hpp"
 #include "tsRtm/platform/SystemInfo.hpp"
 #include "tsRtm/platform/UserInterface.hpp"
@@ -17,6 +18,7 @@ struct Platform {
     Settings& settings;
     SystemInfo& system;
     UserInterface& ui;
+    Random& random;
 };
 
 }  // namespace tsRtm::platform

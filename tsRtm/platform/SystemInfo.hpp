@@ -10,6 +10,7 @@ struct OsVersion {
     int32 major = 6;
     int32 minor = 4;
     int32 productType = 1;  // 1 workstation
+    bool extended = true;   // false: the system does not tell its product type
     Text name;              // of the ground itself, for the log
 };
 
@@ -37,6 +38,10 @@ struct ScreenMetrics {
     int32 workLeft = 0, workTop = 0, workRight = 1920, workBottom = 1080;
 };
 
+struct PixelArea {
+    int32 left = 0, top = 0, right = 0, bottom = 0;
+};
+
 // Special folders by their numbers.
 enum class FolderId : int32 {
     documents = 5,
@@ -53,10 +58,13 @@ class SystemInfo {
     virtual Processor processor() = 0;
     virtual bool is64Bit() = 0;
     virtual bool isUserAdmin() = 0;
-    virtual int32 elevationType() = 0;  // 1 default, 2 full, 3 limited
-    virtual Text hostPath() = 0;        // full path of the running program
+    virtual int32 elevationType() = 0;   // 1 default, 2 full, 3 limited
+    virtual bool isRemoteSession() = 0;  // the user sits at another machine
+    virtual Text hostPath() = 0;         // full path of the running program
     virtual VolumeInfo volumeInfo(TextView root) = 0;
     virtual ScreenMetrics screen() = 0;
+    // Work area of the screen that a window is on or next to; empty where the ground cannot tell.
+    virtual PixelArea workAreaOf(int32 /*window*/) { return {}; }
     // Full path without a delimiter at the end, empty where the ground has none. `create` makes it where
     // missing.
     virtual Text folder(FolderId id, bool create) = 0;

@@ -1,32 +1,34 @@
 #pragma once
-// The person at the desk: boxes, the message window, status text, events that wait.
+// The person at the desk: boxes, the message window, status text, events that wait,
+// and what the system tells through its windows.
 #include <functional>
-#include <vector>
+#include <optional>
 
-#include "tsRtm/types/Text.hpp"
+#include "tsRtm/platform/DialogBoxes.hpp"
+#include "tsRtm/platform/Notice.hpp"
 
 namespace tsRtm::platform {
 
-// One question or notice. Answers by number: 1 OK, 2 Cancel, 3 Abort, 4 Retry, 5 Ignore, 6 Yes, 7 No, 10 Try
-// again, 11 Continue; plus 2048 where the user ticked "do not show again".
-struct MessageBox {
-    Text title;
-    Text headline;      // empty: the body alone
-    Text body;          // lines end in CR or CR LF; links stand as <A HREF="address">address</A>
-    int32 buttons = 0;  // low three bits: the button set; 16..80: the icon; 256..768: the default button
-    std::vector<int32> answers;  // the button numbers offered, in order
-    int32 defaultAnswer = 1;
-    Text checkBox;  // empty: none
-    Text helpFile;
-    int32 helpContext = 0;
-};
-
-// With nobody attached (a server, a script), a box goes to the log and standard error and gets the answer
-// that loses nothing: No, Cancel, OK in this order.
+// With nobody attached (a server, a script), a box goes to standard error and gets the answer that loses
+// nothing (safeAnswer).
 class UserInterface {
  public:
     virtual ~UserInterface() = default;
+    // Whether somebody is there to answer. The library writes what nobody has seen to its log.
+    virtual bool attended() { return true; }
+    // Gives the number of the answer.
     virtual int32 show(const MessageBox& box) = 0;
+    // Tells the listener what happens until the dialog ends; nothing where it could not be shown. A ground
+    // without task dialogs shows the same question as a plain box.
+    virtual std::optional<DialogAnswer> showTaskDialog(const TaskDialog& dialog, const DialogListener& tell) {
+        MessageBox plain = dialog;
+        if (!dialog.headline.empty()) plain.body = dialog.headline + u"\r\r" + dialog.body;
+        const int32 button = show(plain);
+        tell(DialogNotice::buttonClick, button, {});
+        return DialogAnswer{button, dialog.defaultOption, dialog.checked};
+    }
+    // Opens an address with the program that the system has for it.
+    virtual void openLink(TextView address) = 0;
     // The small non-modal window with an Abort button; a click on it calls what `onAbort` was set to.
     virtual void showMessageWindow(TextView message) = 0;
     virtual void hideMessageWindow() = 0;
@@ -44,8 +46,13 @@ class UserInterface {
     // Name of a key by its virtual key number (256 added for an extended key), empty where unknown.
     virtual Text keyName(int32 virtualKey) = 0;
 
-    // What a click on the Abort button of the message window does; the library sets it at its start.
+    // Whether the ground hears of changes of the system.
+    virtual bool hearsNotices() { return true; }
+
+    // Set by the library: what a click on the Abort button of the message window does, and, until the library
+    // stops, whom to tell of changes of the system. Both are called on the thread of all else.
     std::function<void()> onAbort;
+    std::function<void(Notice notice, int32 parameter)> onNotice;
 };
 
 }  // namespace tsRtm::platform

@@ -6,5 +6,8 @@ int main() {
     tsRtm::clsRtm rtm;
     const tsRtm::Text message = rtm.ErrorMsg(53);
     std::cout << tsRtm::toUtf8(message) << '\n';
-    return message == u"Fehler 53: Datei nicht gefunden" ? 0 : 1;
+    // Without the key table of the installation the text would stay as it is.
+    tsRtm::Text scrambled = u"x";
+    rtm.Schluessel(scrambled, 255);
+    return message == u"Fehler 53: Datei nicht gefunden" && scrambled != u"x" ? 0 : 1;
 }

@@ -5,9 +5,7 @@
 #include "tsRtm/frame/rtmMain.hpp"
 #include "tsRtm/frame/text/ByteStrings.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
-#include "tsRtm/frame/text/Markup.hpp"
 #include "tsRtm/frame/text/NumberText.hpp"
-#include "tsRtm/frame/text/RtfReader.hpp"
 #include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm {
@@ -128,14 +126,6 @@ void ConversionsTopic::Schluessel(Text& text, int32 Start) {
 
 void ConversionsTopic::SchlAlt(Text&, int32) const {
     raise(445, u"clsRtm.SchlAlt", u"Diese Methode ist obsolet");
-}
-
-Text ConversionsTopic::ConvertToRTF(TextView OriginalText, bool OhneHeader) const {
-    return markupToRtf(OriginalText, OhneHeader);
-}
-
-Text ConversionsTopic::ConvertRTFToText(TextView RTFText) const {
-    return RTFText.starts_with(u'{') ? rtfToPlainText(RTFText) : Text(RTFText);
 }
 
 }  // namespace tsRtm

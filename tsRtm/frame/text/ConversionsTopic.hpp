@@ -1,6 +1,5 @@
 #pragma once
-// The topic of clsRtm for conversions: numbers and text, code pages, byte strings, searching in text, stored
-// markup.
+// The topic of clsRtm for conversions: numbers and text, code pages, byte strings, searching in text.
 #include "tsRtm/frame/text/Scrambler.hpp"
 #include "tsRtm/types/Text.hpp"
 #include "tsRtm/types/Typen.hpp"
@@ -64,11 +63,6 @@ class ConversionsTopic {
     void Schluessel(Text& text, int32 Start);
     // The retired form. Raises 445.
     [[noreturn]] void SchlAlt(Text& text, int32 Start) const;
-
-    // Stored markup (Markup.hpp) and RTF (RtfReader.hpp).
-    Text ConvertToRTF(TextView OriginalText, bool OhneHeader = false) const;
-    // Plain text of an RTF text; a text that does not begin with "{" comes back unchanged.
-    Text ConvertRTFToText(TextView RTFText) const;
 
  private:
     Scrambler scrambler_;

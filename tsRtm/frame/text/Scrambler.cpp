@@ -39,8 +39,9 @@ bool Scrambler::read(TextView path) {
     if (!file) return false;
     std::array<uint8, 256> bytes{};
     const auto count = (*file)->readAt(0, std::as_writable_bytes(std::span(bytes)));
-    // A cut table would scramble otherwise than the whole one, and nobody could read it back.
-    if (!count || *count < bytes.size()) return false;
+    // A table that was cut short, or lost to zeros when a machine died, would scramble otherwise than the
+    // whole one, or not at all, and nobody could read it back.
+    if (!count || *count < bytes.size() || bytes == std::array<uint8, 256>{}) return false;
     keys_ = bytes;
     return true;
 }

@@ -11,8 +11,9 @@ class Scrambler {
  public:
     // Scrambles in place; the same call takes it back. Without a key file the bytes stay as they are.
     //
-    // The file is looked for in the host's folder, then in RuntimeDir. Where neither has 256 bytes of it, the
-    // first use records 53 in F, logs and shows a box.
+    // The file is looked for in the host's folder, then in RuntimeDir. Its first 256 bytes count; one that is
+    // shorter, or has zeros alone there, is damaged and passed over. Where neither folder has a sound one,
+    // the first use records 53 in F, logs and shows a box.
     void scramble(Bytes& bytes, int32 start);
 
  private:

@@ -1,22 +1,29 @@
 #pragma once
 // The person at a terminal, or nobody.
 #include <iosfwd>
+#include <optional>
+#include <string>
 
 #include "tsRtm/platform/UserInterface.hpp"
 
 namespace tsRtm::platform::posix {
 
-// The answer that loses nothing: No, Cancel, OK, Abort in this order, else the default answer.
-int32 safeAnswer(const MessageBox& box) noexcept;
-
 // On a terminal a box is printed with its answers numbered, and a number is read; an empty line takes the
-// default. Without a terminal a box is printed and gets the safe answer, and all else is silent.
+// default. Without a terminal a box is printed and gets the safe answer, and all else is silent. Control
+// characters of the texts do not reach the terminal.
+//
+// A task dialog is asked in the same way, part by part: its options, its buttons, its box to tick. At the
+// buttons
+// "?" asks for help, "+" shows the expanded text, and "@2" opens the second of its links, which is printed.
 class ConsoleUserInterface final : public UserInterface {
  public:
     // The streams outlive the object. `terminal`: somebody sits at both.
     ConsoleUserInterface(std::istream& in, std::ostream& out, bool terminal);
 
+    bool attended() override { return terminal_; }
     int32 show(const MessageBox& box) override;
+    std::optional<DialogAnswer> showTaskDialog(const TaskDialog& dialog, const DialogListener& tell) override;
+    void openLink(TextView address) override;
     void showMessageWindow(TextView message) override;
     void hideMessageWindow() override {}
     void status(TextView message) override;
@@ -27,10 +34,15 @@ class ConsoleUserInterface final : public UserInterface {
     Text keyName(int32) override { return {}; }
 
  private:
-    void print(const MessageBox& box);
-    int32 ask(const MessageBox& box);
-    bool askCheckBox(TextView question);
+    class Conversation;
+
+    void print(TextView text);
     void printLine(TextView message);
+    std::optional<std::string> readLine();
+    // The number of one of the choices, the default one for an empty line, nothing for any other line, which
+    // is left in `line`; the safe one where the input ends.
+    std::optional<int32> choose(const std::vector<DialogButton>& choices, int32 usual, int32 safe,
+                                std::string& line);
 
     std::istream& in_;
     std::ostream& out_;

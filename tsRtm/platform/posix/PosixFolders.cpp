@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>
+#include <sstream>
 #include <vector>
 
 #include "tsRtm/platform/posix/PosixPath.hpp"
@@ -60,6 +61,19 @@ std::string homeFolder() {
 std::string configFolder() {
     auto folder = folderVariable("XDG_CONFIG_HOME");
     return folder.empty() ? belowHome(".config") : folder;
+}
+
+std::string machineConfigFolder() {
+    static const std::string kUsual = "/etc/xdg";
+    const char* value = std::getenv("XDG_CONFIG_DIRS");
+    std::istringstream listed(value ? value : "");
+    std::string last;
+    for (std::string folder; std::getline(listed, folder, ':');) {
+        if (folder.empty() || folder.front() != '/') continue;
+        last = withoutEndSlash(folder);
+        if (last == kUsual) return kUsual;
+    }
+    return last.empty() ? kUsual : last;
 }
 
 std::string dataFolder() {

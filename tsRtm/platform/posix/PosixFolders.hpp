@@ -6,8 +6,12 @@
 
 namespace tsRtm::platform::posix {
 
-std::string homeFolder();       // $HOME, else what the user database says
-std::string configFolder();     // $XDG_CONFIG_HOME or ~/.config
+std::string homeFolder();    // $HOME, else what the user database says
+std::string configFolder();  // $XDG_CONFIG_HOME or ~/.config
+// For all users of the machine: /etc/xdg where $XDG_CONFIG_DIRS is unset or lists it, else the last folder
+// listed. Not the first, as its order of preference says: desktops put folders of their own in front, and the
+// machine has one store for all sessions.
+std::string machineConfigFolder();
 std::string dataFolder();       // $XDG_DATA_HOME or ~/.local/share
 std::string documentsFolder();  // XDG_DOCUMENTS_DIR of user-dirs.dirs, else the home folder
 std::string tempFolderPath();   // $TMPDIR or /tmp

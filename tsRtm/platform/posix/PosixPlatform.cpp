@@ -7,6 +7,7 @@
 #include "tsRtm/platform/posix/PosixFileSystem.hpp"
 #include "tsRtm/platform/posix/PosixFolders.hpp"
 #include "tsRtm/platform/posix/PosixLocale.hpp"
+#include "tsRtm/platform/posix/PosixRandom.hpp"
 #include "tsRtm/platform/posix/PosixSettings.hpp"
 #include "tsRtm/platform/posix/PosixSystemInfo.hpp"
 
@@ -17,10 +18,12 @@ struct Ground {
     posix::PosixFileSystem files;
     posix::PosixClock clock;
     posix::PosixLocale locale{posix::environmentLocale()};
-    posix::PosixSettings settings{posix::configFolder() + "/tessarol", "/etc/tessarol"};
+    posix::PosixSettings settings{posix::configFolder() + "/tessarol",
+                                  posix::machineConfigFolder() + "/tessarol"};
     posix::PosixSystemInfo system;
     posix::ConsoleUserInterface ui{std::cin, std::cerr, posix::atTerminal()};
-    Platform platform{files, clock, locale, settings, system, ui};
+    posix::PosixRandom random;
+    Platform platform{files, clock, locale, settings, system, ui, random};
 };
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "tsRtm/platform/posix/PosixFolders.hpp"
+#include "tsRtm/platform/posix/PosixInstallation.hpp"
 #include "tsRtm/platform/posix/PosixOpening.hpp"
 #include "tsRtm/platform/posix/PosixPath.hpp"
 #include "tsRtm/platform/posix/PosixVolume.hpp"
@@ -47,7 +48,7 @@ std::string pathOf(FolderId id) {
         case FolderId::programFiles:
             return "/opt";
         case FolderId::commonProgramFiles:
-            return "/usr/lib";
+            return installationFolder();
     }
     return {};
 }
@@ -85,6 +86,13 @@ bool PosixSystemInfo::is64Bit() {
 }
 
 bool PosixSystemInfo::isUserAdmin() { return ::geteuid() == 0; }
+
+// What the servers of remote logins and remote desktops leave in the environment.
+bool PosixSystemInfo::isRemoteSession() {
+    for (const char* name : {"SSH_CONNECTION", "XRDP_SESSION"})
+        if (const char* value = std::getenv(name); value && *value) return true;
+    return false;
+}
 
 int32 PosixSystemInfo::elevationType() { return isUserAdmin() ? 2 : 1; }
 

@@ -12,6 +12,7 @@ class PosixSystemInfo final : public SystemInfo {
     bool is64Bit() override;
     bool isUserAdmin() override;
     int32 elevationType() override;
+    bool isRemoteSession() override;
     Text hostPath() override;
     VolumeInfo volumeInfo(TextView root) override;
     ScreenMetrics screen() override { return {}; }

@@ -1,7 +1,8 @@
-#include "tsRtm/frame/text/RtfCodePages.hpp"
+#include "tsRtm/frame/rtf/Charsets.hpp"
 
 #include <unicode/ucnv.h>
 
+#include <algorithm>
 #include <string>
 
 #include "tsRtm/frame/text/CodePages.hpp"
@@ -48,6 +49,19 @@ int32 codePageOfCharset(int32 charset) noexcept {
     return 0;
 }
 
+bool awaitsTrail(BytesView bytes, int32 codePage) noexcept {
+    const bool japanese = codePage == 932;
+    if (!japanese && codePage != 936 && codePage != 949 && codePage != 950) return false;
+    bool waits = false;
+    for (const char c : bytes) {
+        const auto byte = static_cast<uint8>(c);
+        // The Japanese page has single bytes in its upper half.
+        const bool single = byte <= 0x80 || byte == 0xFF || (japanese && byte >= 0xA0 && byte <= 0xDF);
+        waits = !waits && !single;
+    }
+    return waits;
+}
+
 void Decoder::Close::operator()(UConverter* converter) const noexcept { ucnv_close(converter); }
 Decoder::Decoder() = default;
 Decoder::~Decoder() = default;
@@ -79,6 +93,8 @@ void Decoder::append(Text& out, BytesView bytes, int32 codePage) {
                    &status);
     ucnv_resetToUnicode(by);
     out.resize(static_cast<std::size_t>(to - out.data()));
+    // Some pages answer half a character with the control character for it.
+    std::replace(out.begin() + static_cast<std::ptrdiff_t>(before), out.end(), u'\x1A', u'\uFFFD');
 }
 
 }  // namespace tsRtm::rtf

@@ -1,7 +1,7 @@
-#include "tsRtm/frame/text/Markup.hpp"
+#include "tsRtm/frame/rtf/Markup.hpp"
 
 #include "tests/frame/text/GermanLocale.hpp"
-#include "tsRtm/frame/text/RtfReader.hpp"
+#include "tsRtm/frame/rtf/PlainText.hpp"
 
 namespace tsRtm {
 namespace {

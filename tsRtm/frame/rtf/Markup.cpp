@@ -1,4 +1,4 @@
-#include "tsRtm/frame/text/Markup.hpp"
+#include "tsRtm/frame/rtf/Markup.hpp"
 
 #include <algorithm>
 

@@ -12,6 +12,9 @@ namespace tsRtm::rtf {
 // The Windows code page of a font's character set (\fcharset); 0 where the set follows the document.
 int32 codePageOfCharset(int32 charset) noexcept;
 
+// Whether the bytes end in the first half of a character of two bytes.
+bool awaitsTrail(BytesView bytes, int32 codePage) noexcept;
+
 // Decodes bytes by code page number, through ICU but for 1252. An unknown page reads as 1252.
 class Decoder {
  public:

@@ -1,4 +1,4 @@
-#include "tsRtm/frame/text/RtfTokens.hpp"
+#include "tsRtm/frame/rtf/Tokens.hpp"
 
 #include <algorithm>
 #include <limits>

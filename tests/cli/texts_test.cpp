@@ -1,0 +1,58 @@
+// The library's texts and RTF by the command line.
+#include "tests/cli/Tool.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+using Texts = Tool;
+
+TEST_F(Texts, MessagesByNumberAndLanguage) {
+    for (const auto& [arguments, out] : std::initializer_list<std::pair<const char*, const char*>>{
+             {"msg 1", "Fehler\n"},
+             {"msg 76 3 9", "Seite 3/9\n"},
+             {"msg 29 1 2", "Bitte Zahl zwischen 1 und 2 eingeben:\n"},
+             {"msg 3079", " in Programm \n"},
+             {"msg 25", "Vorgang unterbrechen mit Esc\n"},
+             {"msg 8217", "Vorgang unterbrechen mit #00\n"},
+             {"msg 101 --language en", "Monday\n"},
+             {"msg 1 --captions --language fr", "&Annuler\n"},
+             {"msg 113 --json", "{\"number\":113,\"text\":\"März\"}\n"},
+         })
+        EXPECT_EQ(ok(arguments).out, out) << arguments;
+    const auto all = ok("msg --json").json()["messages"];
+    EXPECT_EQ(all.size(), 136u);
+    EXPECT_EQ(all[0]["text"], "Fehler");
+    EXPECT_EQ(ok("msg --captions --json --language nl").json()["messages"].size(), 45u);
+    EXPECT_TRUE(ok("msg").out.starts_with(" Nr  Text\n  1  Fehler\n"));
+
+    refused("msg 71", 1, "no message 71");
+    refused("msg -1", 1, "no message -1");
+    refused("msg 99999", 1, "no message 99999");
+    refused("msg 1 --language en", 1, "no message 1 in this language");
+    refused("msg 1 --language xx", 2, "--language");
+}
+
+TEST_F(Texts, RtfToTextAndBack) {
+    write("a.rtf",
+          "{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\b Gr\\'fc\xDF"
+          "e\\b0\\par\r\nPreis \\u8364?5}");
+    EXPECT_EQ(ok("rtf a.rtf").out, "Grüße\nPreis €5");
+    write("m.txt", "\xEF\xBB\xBF.ZE\n~FTitel~F\n\n{Ł} 5 €\n");
+    EXPECT_EQ(
+        ok("rtf m.txt --to-rtf --no-header").out,
+        "{\\pard\\plain\\fs20 \\qc \\b Titel\\b0 \\par \\par \\{{\\uc1\\u321?}\\} 5 {\\uc1\\u8364?}\\par }");
+    ok("rtf m.txt m.rtf --to-rtf");
+    EXPECT_EQ(ok("rtf m.rtf").out, "Titel\n\n{Ł} 5 €\n");
+    EXPECT_EQ(ok("rtf a.rtf --to-rtf").out, read("a.rtf"));
+    write("d.txt", "\x84\xE1");
+    EXPECT_EQ(ok("rtf d.txt --encoding 850").out, "äß");
+    EXPECT_EQ(ok("rtf m.txt").out, read("m.txt").substr(3)) << "no RTF: as it is";
+
+    refused("rtf fehlt.rtf", 1, "cannot read 'fehlt.rtf'");
+    refused("rtf d.txt --encoding utf8", 1, "it is not in utf8");
+    refused("rtf a.rtf --no-header", 2, "--to-rtf");
+    refused("rtf a.rtf no/such/folder", 1, "cannot write");
+}
+
+}  // namespace
+}  // namespace tsRtm::test

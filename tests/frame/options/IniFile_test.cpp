@@ -1,0 +1,121 @@
+// Values out of INI files: sections, keys, quotes, encodings, and files that are none.
+#include "tsRtm/frame/options/IniFile.hpp"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/MemoryFiles.hpp"
+#include "tests/support/TestGround.hpp"
+#include "tsRtm/frame/files/Encodings.hpp"
+#include "tsRtm/frame/options/OptionsTopic.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+class IniFile : public testing::Test {
+ protected:
+    void write(BytesView bytes) {
+        const platform::OpenRequest request{platform::Access::readWrite, platform::Sharing::all,
+                                            platform::Disposition::createEmpty};
+        auto file = files.open(u"a.ini", request);
+        ASSERT_TRUE(file);
+        ASSERT_EQ((*file)->writeAt(0, std::as_bytes(std::span(bytes))), platform::SystemError::none);
+    }
+    Text value(TextView section, TextView key) { return OptionsTopic().INIGetValue(u"a.ini", section, key); }
+
+    MemoryFiles files;
+    TestGround ground;
+    StartedLibrary library{ground, files};
+};
+
+constexpr BytesView kFile =
+    "outside=0\r\n"
+    "; [Eins]\r\n"
+    "[Default]\n"
+    "a=ohne Abschnitt\n"
+    "[ Eins ]  \r\n"
+    ";Farbe=nein\r\n"
+    "  Farbe \t=\t rot = warm \r\n"
+    "Farbe=blau\r\n"
+    "leer=\r\n"
+    "=namenlos\r\n"
+    "kein Wert\r\n"
+    "q=\" in Anf\xFChrung \"\r\n"
+    "e='eins'\r\n"
+    "halb=\"offen\r\n"
+    "nur=\"\r\n"
+    "beide=\"\"\r\n"
+    "[Zwei\r\n"
+    "noch=in Eins\r\n"
+    "[Zwei]\r"
+    "x=1\r"
+    "[eins]\n"
+    "sp\xE4t=nie\n"
+    "[Drei]\n"
+    "ende=ohne Zeilenende\x1A";
+
+TEST_F(IniFile, ValuesBySectionAndKey) {
+    struct {
+        TextView section, key, value;
+    } const cases[] = {
+        {u"Eins", u"Farbe", u"rot = warm"},
+        {u"EINS", u" farbe", u"rot = warm"},
+        {u" eins", u"FARBE", u"rot = warm"},
+        {u"", u"a", u"ohne Abschnitt"},
+        {u"Default", u"a", u"ohne Abschnitt"},
+        {u"Eins", u"a", u""},
+        {u"Eins", u"outside", u""},
+        {u"Eins", u"leer", u""},
+        {u"Eins", u"", u""},
+        {u"Eins", u"kein Wert", u""},
+        {u"Eins", u"q", u" in Anführung "},
+        {u"Eins", u"e", u"eins"},
+        {u"Eins", u"halb", u"\"offen"},
+        {u"Eins", u"nur", u"\""},
+        {u"Eins", u"beide", u""},
+        {u"Eins", u"noch", u"in Eins"},
+        {u"Zwei", u"x", u"1"},
+        {u"Eins", u"spät", u""},
+        {u"drei", u"ENDE", u"ohne Zeilenende"},
+        {u"Vier", u"x", u""},
+    };
+    write(kFile);
+    for (const auto& c : cases)
+        EXPECT_EQ(value(c.section, c.key), c.value) << toUtf8(c.section) << '/' << toUtf8(c.key);
+    EXPECT_EQ(iniValue(u"fehlt.ini", u"Eins", u"Farbe"), u"");
+    EXPECT_EQ(iniValue(u"", u"Eins", u"Farbe"), u"");
+    EXPECT_EQ(rtmMain::state().F, 0) << "a missing file is no failure";
+}
+
+TEST_F(IniFile, EncodingsByTheirMark) {
+    const Text text = u"[Größe]\r\nMaß=«zehn»\r\n";
+    for (const int32 encoding : {ANSI1252, UTF8, UTF16LE, UTF16BE}) {
+        write(Bytes(encodings::markBytes(encoding)) + encodings::encode(text, encoding));
+        EXPECT_EQ(value(u"GRÖSSE", u"Maß"), u"") << encoding;
+        EXPECT_EQ(value(u"grÖße", u"maß"), u"«zehn»") << encoding;
+    }
+    // Half a character at the end, and a mark of a form that is not read.
+    write(Bytes("\xFF\xFE[\0A\0]\0\n\0b\0=\0c\0d", 17));
+    EXPECT_EQ(value(u"A", u"b"), u"c");
+    write(Bytes("\xFF\xFE\0\0[\0\0\0", 8));
+    EXPECT_EQ(value(u"", u"b"), u"");
+}
+
+TEST_F(IniFile, HostileFilesGiveNothingOrWhatStandsThere) {
+    write("");
+    EXPECT_EQ(value(u"A", u"b"), u"");
+    write(Bytes(200'000, '\0'));
+    EXPECT_EQ(value(u"A", u"b"), u"");
+    write(Bytes("\0[A]\0\n[A]\nb\0=x\nb=vor\0hinter\n", 28));
+    EXPECT_EQ(value(u"A", u"b"), u"vor") << "a NUL ends a value";
+    write("[A]\nb=" + Bytes(1'200'000, 'x') + "\nc=danach");
+    EXPECT_EQ(value(u"A", u"b").size(), kLongestIniValue);
+    EXPECT_EQ(value(u"A", u"c"), u"danach");
+    Bytes many = "[A]\n";
+    for (int i = 0; i < 100'000; ++i) many += "k" + std::to_string(i) + "=" + std::to_string(i) + "\r\n";
+    write(many);
+    EXPECT_EQ(value(u"A", u"K99999"), u"99999") << "lines across the blocks that are read";
+    EXPECT_EQ(value(u"A", u"k10922"), u"10922");
+}
+
+}  // namespace
+}  // namespace tsRtm::test

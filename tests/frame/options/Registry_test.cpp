@@ -1,0 +1,202 @@
+// The registry of the facade: short and long forms, flags of older releases, typed options, rights.
+#include <gtest/gtest.h>
+
+#include "tests/support/ChildProcess.hpp"
+#include "tests/support/TempFolder.hpp"
+#include "tests/support/TestGround.hpp"
+#include "tsRtm/frame/options/OptionsTopic.hpp"
+#include "tsRtm/frame/options/clsTSOptions.hpp"
+#include "tsRtm/platform/posix/PosixSettings.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+constexpr auto kUser = platform::HKeys::currentUser;
+constexpr TextView kRoot = u"Software\\Tessarol";
+
+class Registry : public testing::Test {
+ protected:
+    std::optional<Text> stored(TextView key, TextView name) { return ground.settings.get(kUser, key, name); }
+    void store(TextView key, TextView name, TextView value) {
+        ASSERT_EQ(ground.settings.set(kUser, key, name, value), platform::SystemError::none);
+    }
+
+    TestGround ground;
+    StartedLibrary library{ground};
+    OptionsTopic rtm;
+};
+
+TEST_F(Registry, ShortFormsLieBelowTheRootAndLongOnesAnywhere) {
+    for (const TextView subkey : {u"", u"X", u"\\X", u"X\\Y"}) {
+        rtm.RegSchreiben(HKEY_CURRENT_USER, subkey, u"Wert", u"kurz");
+        const Text path = Text(kRoot) + (subkey.empty() || subkey[0] == u'\\' ? u"" : u"\\") + Text(subkey);
+        EXPECT_EQ(stored(path, u"Wert"), u"kurz");
+        rtm.RegSchreibenEX(HKEY_CURRENT_USER, path, u"wert", u"lang");
+        EXPECT_EQ(rtm.RegLesen(HKEY_CURRENT_USER, subkey, u"Wert"), u"lang");
+        EXPECT_EQ(rtm.RegLesenEx(HKEY_CURRENT_USER, path, u"WERT"), u"lang");
+        EXPECT_EQ(rtm.RegLesen(HKEY_LOCAL_MACHINE, subkey, u"Wert"), u"") << "another hive";
+    }
+    const auto noHive = static_cast<HKeys>(7);
+    rtm.RegSchreiben(noHive, u"", u"Wert", u"x");
+    EXPECT_EQ(rtm.RegLesen(noHive, u"", u"Wert"), u"");
+}
+
+TEST_F(Registry, FlagWordsAreStoredAsNumbersAndEmptyTextsAsPresent) {
+    for (const auto& [written, kept] : {std::pair<Text, Text>{u"Wahr", u"-1"},
+                                        {u"TRUE", u"-1"},
+                                        {u"falsch", u"0"},
+                                        {u"False", u"0"},
+                                        {u" wahr", u" wahr"},
+                                        {u"Wahrheit", u"Wahrheit"},
+                                        {u"", Text(1, u'\0')}}) {
+        rtm.RegSchreiben(HKEY_CURRENT_USER, u"X", u"Y", written);
+        EXPECT_EQ(stored(u"Software\\Tessarol\\X", u"Y"), kept);
+        EXPECT_EQ(rtm.RegLesen(HKEY_CURRENT_USER, u"X", u"Y"), written.empty() ? u"" : kept);
+    }
+    ground.system.os.platformId = 1;
+    library.restart();
+    rtm.RegSchreiben(HKEY_CURRENT_USER, u"X", u"Y", u"");
+    EXPECT_EQ(stored(u"Software\\Tessarol\\X", u"Y"), u"");
+}
+
+TEST_F(Registry, FlagsOfOlderReleasesAreBroughtUpToDateAtTheFirstReading) {
+    for (const auto& [old, now] : {std::pair<Text, Text>{u"WAHR", u"-1"},
+                                   {u"True", u"-1"},
+                                   {u"falsch", u"0"},
+                                   {u"FALSE", u"0"},
+                                   {Text(u"Falsch\0", 7), u"0"}}) {
+        store(kRoot, u"Alt", old);
+        EXPECT_EQ(rtmMain::RegRaw(kUser, kRoot, u"Alt"), old.substr(0, old.find(u'\0')))
+            << "the start changes nothing";
+        EXPECT_EQ(rtm.RegLesen(HKEY_CURRENT_USER, u"", u"Alt"), now);
+        EXPECT_EQ(stored(kRoot, u"Alt"), now);
+    }
+    store(kRoot, u"Alt", u"WAHR");
+    ground.settings.readOnly = true;
+    EXPECT_EQ(rtm.RegLesen(HKEY_CURRENT_USER, u"", u"Alt"), u"WAHR")
+        << "as it stands until it can be written";
+    EXPECT_EQ(stored(kRoot, u"Alt"), u"WAHR");
+}
+
+TEST_F(Registry, WhatAnotherProcessWritesMeanwhileIsNotTakenBack) {
+    store(kRoot, u"Alt", u"WAHR");
+    ground.settings.onGet = [&] { store(kRoot, u"Alt", u"0"); };
+    EXPECT_EQ(rtm.RegLesen(HKEY_CURRENT_USER, u"", u"Alt"), u"0");
+    EXPECT_EQ(stored(kRoot, u"Alt"), u"0");
+}
+
+TEST_F(Registry, DeletesAValueOrAKeyWithAllBelow) {
+    for (const TextView key : {u"A", u"A\\B", u"AB"})
+        for (const TextView name : {u"x", u"y"}) rtm.RegSchreiben(HKEY_CURRENT_USER, key, name, u"1");
+    rtm.RegLoeschen(HKEY_CURRENT_USER, u"A", u"X");
+    rtm.RegLoeschen(HKEY_CURRENT_USER, u"A", u"fehlt");
+    EXPECT_EQ(ground.settings.names(kUser, u"Software\\Tessarol\\A"), std::vector<Text>{u"y"});
+    rtm.RegLoeschenEx(HKEY_CURRENT_USER, u"Software\\Tessarol\\A");
+    EXPECT_EQ(ground.settings.keys(kUser, kRoot), std::vector<Text>{u"AB"});
+    rtm.RegLoeschenEx(HKEY_CURRENT_USER, u"");
+    EXPECT_EQ(rtm.RegLesen(HKEY_CURRENT_USER, u"AB", u"x"), u"1") << "a hive stays";
+    rtm.RegLoeschen(HKEY_CURRENT_USER, u"");
+    EXPECT_TRUE(ground.settings.keys(kUser, u"Software").empty());
+}
+
+TEST_F(Registry, TypedOptionsReadNumbersByTheirOwnRules) {
+    struct Case {
+        Text text;
+        bool flag;
+        int32 number;
+    };
+    for (const auto& c : {Case{u"", false, 0},
+                          {u"0", false, 0},
+                          {u"1", true, 1},
+                          {u"-1", true, -1},
+                          {u"00", false, 0},
+                          {u"001", false, 1},
+                          {u"WAHR", true, -1},
+                          {u"ja", false, 0},
+                          {u"12abc", true, 0},
+                          {u" 42 ", true, 42},
+                          {u"2,5", true, 2},
+                          {u"3,5", true, 4},
+                          {u"2147483647", true, 2147483647},
+                          {u"2147483648", true, 0},
+                          {u"-2147483648", true, -2147483647 - 1},
+                          {u"1E3", true, 0}}) {
+        store(u"Software\\Tessarol\\X", u"Y", c.text);
+        EXPECT_EQ(rtm.BoolOption(u"X", u"Y"), c.flag) << toUtf8(c.text);
+        EXPECT_EQ(rtm.LongOption(u"X", u"Y"), c.number) << toUtf8(c.text);
+    }
+    rtm.BoolOption(u"X", u"Y", true);
+    EXPECT_EQ(stored(u"Software\\Tessarol\\X", u"Y"), u"-1");
+    rtm.BoolOption(u"X", u"Y", false);
+    EXPECT_EQ(stored(u"Software\\Tessarol\\X", u"Y"), u"0");
+    rtm.LongOption(u"X", u"Y", -70000);
+    EXPECT_EQ(rtm.LongOption(u"X", u"Y"), -70000);
+}
+
+TEST_F(Registry, RightsFollowTheStore) {
+    constexpr int32 reading = 0x120089, writing = 0x120116;
+    rtmMain::state().appProgID = u"Anwendung";
+    EXPECT_TRUE(rtm.HKLMRights());
+    ground.settings.readOnly = true;
+    EXPECT_FALSE(rtm.HKLMRights());
+    EXPECT_TRUE(rtm.CheckRegistryAccess(HKEY_LOCAL_MACHINE, kRoot, reading));
+    for (const int32 mask : {2, 4, 64, writing, writing | reading})
+        EXPECT_FALSE(rtm.CheckRegistryAccess(HKEY_LOCAL_MACHINE, kRoot, mask)) << mask;
+    EXPECT_FALSE(rtm.CheckRegistryAccess(static_cast<HKeys>(7), kRoot, reading));
+    ground.system.os.platformId = 1;
+    library.restart();
+    EXPECT_TRUE(rtm.HKLMRights()) << "an old system has no rights to check";
+}
+
+TEST_F(Registry, ADamagedStoreMeansDefaultsAndNoFailure) {
+    rtm.RegSchreiben(HKEY_CURRENT_USER, u"", u"NetWait", u"20");
+    ground.settings.damaged = true;
+    EXPECT_EQ(rtm.RegLesen(HKEY_CURRENT_USER, u"", u"NetWait"), u"");
+    rtm.RegSchreiben(HKEY_CURRENT_USER, u"", u"NetWait", u"30");
+    rtm.RegLoeschen(HKEY_CURRENT_USER, u"", u"NetWait");
+    rtm.LongOption(u"", u"NetWait", 1);
+    EXPECT_FALSE(rtm.BoolOption(u"", u"Debug"));
+    EXPECT_TRUE(rtm.TSOptions()->ShowEndeDialog());
+    EXPECT_EQ(rtm.TSOptions()->ToolbarSize(), 16);
+    ground.settings.damaged = false;
+    EXPECT_EQ(rtm.LongOption(u"", u"NetWait"), 20);
+}
+
+// Two applications and one option: each reads what was written last, and no half-written text.
+TEST(RegistryOfTwoProcesses, EachReadsTheNewestOfManyWrites) {
+    constexpr int32 kWrites = 40;
+    TempFolder folder;
+    const auto work = [&](bool sets) {
+        TestGround ground;
+        platform::posix::PosixSettings settings(folder.path(), folder.path());
+        NoFiles files;
+        platform::Platform platform{files,         ground.clock, ground.locale, settings,
+                                    ground.system, ground.ui,    ground.random};
+        rtmMain::TEST_restart(platform);
+        rtmMain::state().appProgID = u"Anwendung";
+        clsTSOptions options;
+        int faults = 0;
+        for (int32 i = 0; i < kWrites; ++i) {
+            options.ShowEndeDialog(sets);
+            options.WallPaper(Text(500, sets ? u'a' : u'b'));
+            const Text read = options.WallPaper();
+            if (read.size() != 500 || read != Text(500, read.front())) ++faults;
+        }
+        options.ToolbarSize(sets ? 32 : 64);
+        rtmMain::TEST_forget();
+        return faults;
+    };
+    ChildProcess other([&](ChildProcess::Line& line) {
+        line.say('S');
+        return work(true);
+    });
+    ASSERT_EQ(other.line().hear(), 'S');
+    EXPECT_EQ(work(false), 0);
+    EXPECT_EQ(other.wait(), 0);
+    platform::posix::PosixSettings settings(folder.path(), folder.path());
+    const auto size = settings.get(kUser, u"Software\\Tessarol\\Anwendung", u"ToolBarSize");
+    EXPECT_TRUE(size == u"32" || size == u"64");
+}
+
+}  // namespace
+}  // namespace tsRtm::test

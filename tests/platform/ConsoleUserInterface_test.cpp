@@ -1,0 +1,116 @@
+// The person at a terminal, or nobody: boxes and task dialogs in lines.
+#include "tsRtm/platform/posix/ConsoleUserInterface.hpp"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+namespace tsRtm::test {
+namespace {
+
+using namespace platform;
+
+struct Row {
+    std::vector<int32> answers;
+    int32 usual;
+    const char* typed;  // nullptr: nobody is there
+    int32 answer;
+};
+
+TEST(Console, PlainBoxes) {
+    for (const auto& [answers, usual, typed, answer] : {
+             // Nobody there: No, Cancel, OK, Abort in this order, else the default.
+             Row{{6, 7}, 6, nullptr, 7},
+             Row{{6, 7, 2}, 6, nullptr, 7},
+             Row{{1, 2}, 1, nullptr, 2},
+             Row{{1}, 1, nullptr, 1},
+             Row{{3, 4, 5}, 4, nullptr, 3},
+             Row{{}, 1, nullptr, 1},
+             Row{{20, 21}, 21, nullptr, 21},
+             // A terminal asks until an answer fits; a closed one is nobody.
+             Row{{6, 7, 2}, 7, "1\n", 6},
+             Row{{6, 7, 2}, 7, "x\n4\n0\n1x\n3\n", 2},
+             Row{{6, 7, 2}, 6, "\n", 6},
+             Row{{6, 7, 2}, 6, "x\n", 7},
+             Row{{1}, 1, "", 1},
+         }) {
+        MessageBox box;
+        box.title = u"Titel";
+        box.body = u"eins\r\nzwei\x1B[2J";
+        box.answers = answers;
+        box.defaultAnswer = usual;
+        std::istringstream in(typed ? typed : "1\n");
+        std::ostringstream out;
+        EXPECT_EQ(posix::ConsoleUserInterface(in, out, typed != nullptr).show(box), answer);
+        EXPECT_EQ(out.str().substr(0, 21), "Titel\neins\nzwei·[2J\n") << "no text steers the terminal";
+    }
+}
+
+// What a dialog tells, "7:0 0:0 ..."; the listener answers the given notice with a button.
+struct Conversation {
+    DialogAnswer answer;
+    std::string told, printed;
+};
+
+Conversation hold(const TaskDialog& dialog, const char* typed, DialogNotice closing = DialogNotice::timer) {
+    Conversation held;
+    std::istringstream in(typed ? typed : "");
+    std::ostringstream out;
+    posix::ConsoleUserInterface console(in, out, typed != nullptr);
+    held.answer = *console.showTaskDialog(dialog, [&](DialogNotice notice, int32 value, TextView link) {
+        held.told += std::to_string(static_cast<int32>(notice)) + ":" +
+                     (link.empty() ? std::to_string(value) : toUtf8(link)) + " ";
+        return notice == closing ? 99 : 0;
+    });
+    held.printed = out.str();
+    return held;
+}
+
+TEST(Console, TaskDialogs) {
+    TaskDialog dialog;
+    dialog.title = u"Titel";
+    dialog.headline = u"Kopf";
+    dialog.body = u"siehe <A HREF=\"http://a\">hier</A> und <A HREF=\"http://b\">dort</A>";
+    dialog.expanded = u"mehr";
+    dialog.answers = {2, 10};
+    dialog.defaultAnswer = 2;
+    dialog.ownButtons = {{10, u"No&chmal"}};
+
+    const auto asked = hold(dialog, "@2\n@3\n+\n?\n2\n");
+    EXPECT_EQ(asked.answer.button, 10);
+    EXPECT_EQ(asked.told, "7:0 0:0 3:http://b 10:1 9:0 2:10 5:0 ");
+    EXPECT_TRUE(asked.printed.starts_with("Titel\nKopf\nsiehe hier [1] und dort [2]\n")) << asked.printed;
+    EXPECT_NE(asked.printed.find("1 Abbrechen  2 Nochmal  [Abbrechen]? "), std::string::npos)
+        << asked.printed;
+
+    dialog.options = {{5, u"fünf"}, {6, u"sechs"}};
+    dialog.defaultOption = 6;
+    dialog.checkBox = u"Nie wieder";
+    const auto chosen = hold(dialog, "1\nj\n\n");
+    EXPECT_EQ(chosen.told, "7:0 0:0 6:5 8:1 2:2 5:0 ");
+    EXPECT_EQ(chosen.answer.option, 5);
+    EXPECT_TRUE(chosen.answer.checked);
+
+    const auto nobody = hold(dialog, nullptr);
+    EXPECT_EQ(nobody.told, "7:0 0:0 2:2 5:0 ");
+    EXPECT_EQ(nobody.answer.option, 6);
+    EXPECT_FALSE(nobody.answer.checked);
+    EXPECT_NE(nobody.printed.find("mehr"), std::string::npos)
+        << "all there is to read goes to the log of a server";
+
+    for (const auto closing : {DialogNotice::created, DialogNotice::optionClick, DialogNotice::verify})
+        EXPECT_EQ(hold(dialog, "1\nj\n1\n", closing).answer.button, 99);
+}
+
+TEST(Console, StatusLinesAreForATerminalAndPrintedOnce) {
+    for (const bool terminal : {true, false}) {
+        std::istringstream in;
+        std::ostringstream out;
+        posix::ConsoleUserInterface console(in, out, terminal);
+        for (const TextView text : {u"Warte", u"Warte", u"", u"Fertig"}) console.status(text);
+        EXPECT_EQ(out.str(), terminal ? "Warte\nFertig\n" : "");
+    }
+}
+
+}  // namespace
+}  // namespace tsRtm::test

@@ -1,0 +1,122 @@
+// Bytes written as text and read back.
+#include <gtest/gtest.h>
+
+#include "tests/support/TestGround.hpp"
+#include "tsRtm/frame/text/CodePages.hpp"
+#include "tsRtm/services/clsTSCrypt.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+constexpr CryptStringFlags kShort = CRYPT_STRING_BASE64 | CRYPT_STRING_SHORT;
+
+class ByteForms : public ::testing::Test {
+ protected:
+    StartedLibrary library;
+    clsTSCrypt crypt;
+};
+
+TEST_F(ByteForms, HaveTheirLayout) {
+    struct Row {
+        CryptStringFlags flags;
+        TextView bytes, text;
+    };
+    const TextView lines = u"0123456789abcdefgh";
+    const TextView fifty = u"01234567890123456789012345678901234567890123456789";
+    const Row rows[] = {
+        {CRYPT_STRING_BASE64, u"", u""},
+        {CRYPT_STRING_BASE64, u"f", u"Zg==\r\n"},  // RFC 4648, 10
+        {CRYPT_STRING_BASE64, u"fo", u"Zm8=\r\n"},
+        {CRYPT_STRING_BASE64, u"foobar", u"Zm9vYmFy\r\n"},
+        {CRYPT_STRING_BASE64, fifty,
+         u"MDEyMzQ1Njc4OTAxMjM0NTY3ODkwMTIzNDU2Nzg5MDEyMzQ1Njc4OTAxMjM0NTY3\r\nODk=\r\n"},
+        {CRYPT_STRING_BASE64 | CRYPT_STRING_NOCR, u"f", u"Zg==\n"},
+        {CRYPT_STRING_BASE64 | CRYPT_STRING_NOCRLF, u"f", u"Zg=="},
+        {kShort, u"a", u"YQ"},
+        {kShort, fifty, u"MDEyMzQ1Njc4OTAxMjM0NTY3ODkwMTIzNDU2Nzg5MDEyMzQ1Njc4OTAxMjM0NTY3ODk"},
+        {CRYPT_STRING_BASE64HEADER, u"f",
+         u"-----BEGIN CERTIFICATE-----\r\nZg==\r\n-----END CERTIFICATE-----\r\n"},
+        {CRYPT_STRING_BASE64REQUESTHEADER | CRYPT_STRING_NOCR, u"f",
+         u"-----BEGIN NEW CERTIFICATE REQUEST-----\nZg==\n-----END NEW CERTIFICATE REQUEST-----\n"},
+        {CRYPT_STRING_BASE64X509CRLHEADER, u"f",
+         u"-----BEGIN X509 CRL-----\r\nZg==\r\n-----END X509 CRL-----\r\n"},
+        {CRYPT_STRING_BINARY, u"a\r\n=", u"a\r\n="},
+        {CRYPT_STRING_BINARY | CRYPT_STRING_SHORT, u"a==", u"a"},  // the short form cuts "=" of every form
+        {CRYPT_STRING_HEXRAW, u"aÿ\n", u"61ff0a\r\n"},
+        {CRYPT_STRING_HEX, lines, u"30 31 32 33 34 35 36 37  38 39 61 62 63 64 65 66\r\n67 68\r\n"},
+        {CRYPT_STRING_HEX | CRYPT_STRING_NOCRLF, lines,
+         u"30 31 32 33 34 35 36 37  38 39 61 62 63 64 65 66 67 68"},
+        {CRYPT_STRING_HEXADDR, lines,
+         u"0000\t30 31 32 33 34 35 36 37  38 39 61 62 63 64 65 66\r\n0010\t67 68\r\n"},
+        {CRYPT_STRING_HEXASCII, lines,
+         u"30 31 32 33 34 35 36 37  38 39 61 62 63 64 65 66   0123456789abcdef\r\n"
+         u"67 68                                              gh\r\n"},
+        {CRYPT_STRING_HEXASCIIADDR, u"\x01 ä\x7F",
+         u"0000\t01 20 e4 7f                                        . ..\r\n"},
+        {CRYPT_STRING_ANY, u"a", u""},  // for reading only
+        {static_cast<CryptStringFlags>(99), u"a", u""},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(crypt.Base64(row.bytes, row.flags), row.text) << row.flags << ": " << toUtf8(row.bytes);
+    EXPECT_EQ(crypt.TextToHex(u"\nÿ"), u"0AFF");
+    EXPECT_EQ(crypt.TextToHex(u"€"), u"80");
+}
+
+TEST_F(ByteForms, EveryFormGivesTheBytesBack) {
+    for (const std::size_t length : std::initializer_list<std::size_t>{1, 2, 3, 15, 16, 17, 32, 256, 5000}) {
+        Bytes bytes(length, '\0');
+        for (std::size_t i = 0; i < length; ++i) bytes[i] = static_cast<char>(i * 37 + i / 256);
+        const Text original = fromAnsi(bytes);
+        for (const int32 form : {0, 1, 2, 3, 4, 5, 9, 10, 11, 12})
+            for (const int32 ends : {0, int32{CRYPT_STRING_NOCR}, int32{CRYPT_STRING_NOCRLF}}) {
+                const bool rows = form == 5 || form == 10 || form == 11;
+                if (rows && ends == CRYPT_STRING_NOCRLF) continue;  // what is row and what is text is lost
+                const auto flags = static_cast<CryptStringFlags>(form | ends);
+                const Text text = crypt.Base64(original, flags);
+                ASSERT_TRUE(crypt.FromBase64(text, flags) == original) << flags << ", " << length;
+                const bool hex = rows || form == 4 || form == 12;
+                if (form == 2) continue;
+                const auto any = hex ? CRYPT_STRING_HEX_ANY : CRYPT_STRING_ANY;
+                ASSERT_TRUE(crypt.FromBase64(text, any) == original) << flags << ", " << length;
+            }
+        ASSERT_TRUE(crypt.FromBase64(crypt.Base64(original, kShort)) == original) << length;
+    }
+}
+
+TEST_F(ByteForms, WhatIsNotOfTheFormGivesNothing) {
+    struct Row {
+        CryptStringFlags flags;
+        TextView text, bytes;
+    };
+    constexpr auto kStrict = CRYPT_STRING_BASE64 | CRYPT_STRING_STRICT;
+    const Row rows[] = {
+        {CRYPT_STRING_ANY, u"", u""},
+        {CRYPT_STRING_ANY, u" Z m\t9\r\nv ", u"foo"},
+        {CRYPT_STRING_ANY, u"Zg", u"f"},
+        {CRYPT_STRING_ANY, u"Z", u""},
+        {CRYPT_STRING_ANY, u"Zg=", u"f"},
+        {CRYPT_STRING_ANY, u"Zg===", u""},
+        {CRYPT_STRING_ANY, u"Zh==", u""},  // bits left over
+        {CRYPT_STRING_ANY, u"Zg==Zg==", u""},
+        {CRYPT_STRING_ANY, u"!!!!", u""},
+        {CRYPT_STRING_ANY, u"ZmÄv", u""},
+        {kStrict, u"Zg", u""},
+        {kStrict, u"Zg==", u"f"},
+        {CRYPT_STRING_BASE64HEADER, u"Zg==", u""},
+        {CRYPT_STRING_BASE64HEADER, u"-----BEGIN X-----\nZg==\n", u""},
+        {CRYPT_STRING_BASE64HEADER, u"mail\n-----BEGIN X-----\nZg==\n-----END X-----\nend", u"f"},
+        {CRYPT_STRING_BASE64_ANY, u"-----BEGIN -----END -----", u""},
+        {CRYPT_STRING_HEX, u"3 0", u"0"},
+        {CRYPT_STRING_HEX, u"30 3", u""},
+        {CRYPT_STRING_HEX, u"30 3G", u""},
+        {CRYPT_STRING_HEXASCII, u"30 31                                              0X", u""},
+        {CRYPT_STRING_HEX_ANY, u"30   31", u"01"},  // a wide gap hides nothing
+        {CRYPT_STRING_SHORT, u"Zg", u""},
+        {static_cast<CryptStringFlags>(99), u"Zg==", u""},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(crypt.FromBase64(row.text, row.flags), row.bytes) << row.flags << ": " << toUtf8(row.text);
+}
+
+}  // namespace
+}  // namespace tsRtm::test

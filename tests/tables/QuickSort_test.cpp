@@ -1,0 +1,148 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+
+#include "tsRtm/tables/clsQuickSort.hpp"
+#include "tsRtm/types/Failure.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+// Numbers by position from 1. Keeps the pivot's key from NewPivot on, as helpers do, so that it sorts wrongly
+// where a change of the pivot is not told.
+class Numbers final : public iSortHelper {
+ public:
+    explicit Numbers(std::vector<int32> values) : all(std::move(values)) {}
+
+    void Suchbegriff(const Variant& Wert) override { key_ = *Wert.number(); }
+    eCompareResults Compare(int32 Vergleich, int32 Pivot, eCompareMethod PivotNeu, Variant& Zusatz) override {
+        log += u"C" + toText(Vergleich) +
+               (PivotNeu == Search     ? u"?"
+                : PivotNeu == NewPivot ? u"!"
+                                       : u".") +
+               toText(Pivot) + u" ";
+        if (int32* calls = std::get_if<int32>(&Zusatz)) ++*calls;
+        if (PivotNeu == NewPivot) pivot_ = at(Pivot);
+        const int32 other = PivotNeu == Search ? key_ : pivot_;
+        return at(Vergleich) < other ? Kleiner : at(Vergleich) > other ? Groesser : Gleich;
+    }
+    void Swap(int32 v1, int32 v2, Variant&) override {
+        log += u"S" + toText(v1) + u"," + toText(v2) + u" ";
+        std::swap(at(v1), at(v2));
+    }
+
+    std::vector<int32> all;
+    Text log;
+
+ private:
+    int32& at(int32 position) { return all.at(static_cast<std::size_t>(position) - 1); }
+    int32 key_ = 0;
+    int32 pivot_ = 0;
+};
+
+TEST(QuickSort, CallsTheHelperInTheToldOrder) {
+    struct Case {
+        std::vector<int32> values;
+        int32 from, to;
+        TextView calls;
+    };
+    for (const auto& [values, from, to, calls] : {
+             Case{{1, 2}, 1, 1, u""},
+             Case{{1, 2}, 2, 1, u""},
+             Case{{1, 2}, 1, 2, u"C1!2 "},
+             Case{{2, 2}, 1, 2, u"C1!2 "},
+             Case{{2, 1}, 1, 2, u"C1!2 S1,2 "},
+             // The pivot 2 stays; both sides stop at it.
+             Case{{1, 2, 3}, 1, 3, u"C1!2 C3.2 "},
+             Case{{3, 2, 1}, 1, 3, u"C1!2 C3.2 S1,3 "},
+             // The pivot goes from 2 to 1 in the first exchange, then to the middle of what is left.
+             Case{{3, 1, 2}, 1, 3, u"C1!2 C3.2 S1,2 C2!3 S2,3 "},
+             Case{{2, 3, 1}, 1, 3, u"C1!2 C3.2 S2,3 C1!2 S1,2 "},
+         }) {
+        Numbers numbers(values);
+        clsQuickSort().QuickSort(from, to, &numbers);
+        EXPECT_EQ(toUtf8(numbers.log), toUtf8(calls));
+    }
+}
+
+TEST(QuickSort, SortsWhatComes) {
+    std::mt19937 random(7);
+    for (int32 size = 0; size < 200; size += 1 + size / 20)
+        for (const int32 different : {1, 2, 10, 1000}) {
+            std::vector<int32> values(static_cast<std::size_t>(size));
+            for (int32& value : values) value = static_cast<int32>(random() % static_cast<uint32>(different));
+            if (size % 3 == 0) std::sort(values.begin(), values.end(), std::greater());
+            Numbers numbers(values);
+            Variant calls = int32{0};
+            clsQuickSort().QuickSort(1, size, &numbers, calls);
+            std::sort(values.begin(), values.end());
+            ASSERT_EQ(numbers.all, values);
+            // Zusatz comes through to every call.
+            EXPECT_EQ(*calls.number(), std::count(numbers.log.begin(), numbers.log.end(), u'C'));
+        }
+}
+
+// A helper that answers by chance: the sort ends and stays within its range.
+class Dice final : public iSortHelper {
+ public:
+    void Suchbegriff(const Variant&) override {}
+    eCompareResults Compare(int32 Vergleich, int32 Pivot, eCompareMethod, Variant&) override {
+        inside(Vergleich, Pivot);
+        return static_cast<eCompareResults>(static_cast<int32>(random_() % 3) - 1);
+    }
+    void Swap(int32 v1, int32 v2, Variant&) override { inside(v1, v2); }
+    static constexpr int32 kFrom = -50, kTo = 49;
+
+ private:
+    static void inside(int32 a, int32 b) {
+        EXPECT_TRUE(a >= kFrom && a <= kTo && b >= kFrom && b <= kTo) << a << ' ' << b;
+    }
+    std::mt19937 random_{3};
+};
+
+TEST(QuickSort, EndsWhateverTheHelperAnswers) {
+    Dice dice;
+    for (int i = 0; i < 200; ++i) clsQuickSort().QuickSort(Dice::kFrom, Dice::kTo, &dice);
+}
+
+TEST(BSearch, FindsOrTellsWhereToInsert) {
+    struct Case {
+        int32 key, from, to;
+        bool found;
+        int32 position;  // -1: as it was passed
+        TextView calls;
+    };
+    for (const auto& [key, from, to, found, position, calls] : {
+             Case{20, 1, 4, true, 2, u"C2?0 "},
+             Case{40, 1, 4, true, 4, u"C2?0 C3?0 C4?0 "},
+             Case{35, 1, 4, false, -1, u"C2?0 C3?0 C4?0 "},
+             Case{45, 1, 4, false, 5, u"C2?0 C3?0 C4?0 "},
+             Case{5, 1, 4, false, -1, u"C2?0 C1?0 "},
+             Case{15, 1, 4, false, 2, u"C2?0 C1?0 "},
+             Case{10, 1, 0, true, 1, u"C1?0 "},  // one comparison even of nothing
+             Case{15, 1, 0, false, 2, u"C1?0 "},
+         }) {
+        Numbers numbers({10, 20, 30, 40});
+        int32 at = -1;
+        EXPECT_EQ(clsQuickSort().BSearch(key, from, to, &numbers, at), found) << key;
+        EXPECT_EQ(at, position) << key;
+        EXPECT_EQ(toUtf8(numbers.log), toUtf8(calls)) << key;
+    }
+}
+
+TEST(QuickSort, NeedsAHelper) {
+    int32 at = 0;
+    for (const bool search : {false, true}) try {
+            search ? static_cast<void>(clsQuickSort().BSearch(1, 1, 2, nullptr, at))
+                   : clsQuickSort().QuickSort(1, 2, nullptr);
+            ADD_FAILURE();
+        } catch (const Failure& failure) {
+            EXPECT_EQ(failure.Number(), 91);
+            EXPECT_EQ(failure.Source(), u"clsQuickSort");
+            EXPECT_EQ(failure.Description(), u"Kein iSortHelper-Objekt angegeben");
+        }
+}
+
+}  // namespace
+}  // namespace tsRtm::test

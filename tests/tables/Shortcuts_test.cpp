@@ -1,0 +1,106 @@
+#include "tests/tables/TablesTest.hpp"
+#include "tsRtm/tables/ShortcutsTopic.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+class ShortcutsTest : public TablesTest {
+ protected:
+    ShortcutsTest() {
+        rtmMain::state().userDir = u"/user";
+        rtmMain::state().runtimeDataDir = u"/d";
+        library.ground.clock.set(Date::of(2024, 2, 28, 9, 5, 7));
+        table(
+            "mfg\r\nMit freundlichen Gr\xFC\xDF"
+            "en\r\n"
+            "zz\r\n  Zeile 1^MZeile 2  \r\n"
+            "bs\r\n~065~000~128^~9x~66\r\n"
+            "zu lang\r\nnie\r\n\r\nnie\r\n"
+            "tag\r\n#D0\r\n"
+            "raus\r\n#U\r\n"
+            "mfg\r\nder zweite\r\n");
+    }
+    void table(BytesView bytes) { disk.put(u"/d/Tabelle.iom", bytes); }
+    // The text that the input becomes; "=" in front where it was not replaced.
+    static std::string after(TextView input) {
+        Text text(input);
+        const bool replaced = ShortcutsTopic().Table(text, 0);
+        return (replaced ? "" : "=") + toUtf8(text);
+    }
+};
+
+TEST_F(ShortcutsTest, Expand) {
+    for (const auto& [input, output] : {
+             std::pair<TextView, std::string>{u"mfg", "Mit freundlichen Grüßen"},
+             {u"MFG", "=MFG"},
+             {u"mfg ", "=mfg "},
+             {u"", "="},
+             {u"zz", "Zeile 1\rZeile 2"},
+             {u"bs", "A~000€^\t66"},
+             {u"zu lang", "=zu lang"},
+             {u"nie", "=nie"},
+             {u"tag", "28022024"},
+             {u"raus", ""},
+             {u"#", "=#"},
+             {u"#X", "=#X"},
+             {u"#U", ""},
+             {u"#unten", ""},
+             {u"#Z", "09:05"},
+             {u"#z5", "09:05"},
+             {u"#Z0", "0905"},
+             {u"#Z8", "09:05:07"},
+             {u"#Z7", "=#Z7"},
+             {u"#D", "28.02.2024"},
+             {u"#d8", "28.02.2024"},
+             {u"#D+7", "06.03.2024"},
+             {u"#D-1", "27.02.2024"},
+             {u"#D8+2 Tage", "01.03.2024"},
+             {u"#DZ", "28.02.2024 09:05"},
+             {u"#D0+1", "29022024"},
+             {u"#D6", "28.02.24"},
+             {u"#DT", "28. Februar 2024"},
+             {u"#DW-2", "Montag, 26. Februar 2024"},
+             {u"#DX", "=#DX"},
+             {u"#D+12345", "16.07.2027"},  // five characters count, the sign is one
+         })
+        EXPECT_EQ(after(input), output) << toUtf8(input);
+}
+
+// A day that no calendar has gives an empty text.
+TEST_F(ShortcutsTest, BadOffsetsDoNoHarm) {
+    for (const auto* input : {u"#D+", u"#D+-", u"#D-+-+-+-+", u"#D+9E99", u"#D-9E9", u"#D6-9E9", u"#DW+9E9",
+                              u"#DT-9999999", u"#D----------------+"})
+        EXPECT_NO_THROW(after(input)) << toUtf8(input);
+}
+
+TEST_F(ShortcutsTest, TheTableIsOneForTheProcess) {
+    EXPECT_EQ(after(u"mfg"), "Mit freundlichen Grüßen");
+    table("mfg\r\nneu\r\n");
+    EXPECT_EQ(after(u"mfg"), "Mit freundlichen Grüßen");
+    EXPECT_EQ(after(TextView(u"\0", 1)), "=" + std::string(1, '\0'));  // reads anew
+    EXPECT_EQ(after(u"mfg"), "neu");
+    ShortcutsTopic().TableStopped(true);
+    EXPECT_EQ(after(u"mfg"), "=mfg");
+    EXPECT_EQ(after(u"#D"), "=#D");
+    ShortcutsTopic().TableStopped(false);
+    // Without a row nothing is expanded, and each call looks for the table again.
+    table("");
+    ShortcutsTopic().TableInit();
+    EXPECT_EQ(after(u"#D"), "=#D");
+    table("x\r\ny\r\n");
+    EXPECT_EQ(after(u"x"), "y");
+}
+
+TEST_F(ShortcutsTest, TheUsersTableComesFirst) {
+    EXPECT_EQ(ShortcutsTopic().TablePath(), u"/d");
+    disk.put(u"/user/Tabelle.iom", "a\r\nuser\r\n");
+    EXPECT_EQ(ShortcutsTopic().TablePath(), u"/user");
+    EXPECT_EQ(after(u"a"), "user");
+    ShortcutsTopic().TablePath(u"/d");
+    EXPECT_EQ(ShortcutsTopic().TablePath(), u"/d");
+    ShortcutsTopic().TableInit();
+    EXPECT_EQ(after(u"a"), "=a");
+}
+
+}  // namespace
+}  // namespace tsRtm::test

@@ -1,0 +1,271 @@
+// What a process leaves that dies while it stores, what faults of the disk leave, and several processes on
+// one file.
+#include <gtest/gtest.h>
+
+#include "tests/support/ChildProcess.hpp"
+#include "tests/support/CrashingFiles.hpp"
+#include "tests/support/FailingFiles.hpp"
+#include "tests/support/TempFolder.hpp"
+#include "tests/tables/TablesTest.hpp"
+#include "tsRtm/platform/posix/PosixPlatform.hpp"
+#include "tsRtm/tables/DatenSeq.hpp"
+#include "tsRtm/tables/DatenTab.hpp"
+#include "tsRtm/tables/DatenVarTab.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+// A file of each form in an old and a new version, and the work that makes one of the other.
+struct Form {
+    const char* name;
+    Bytes before, after;
+    void (*work)(bool sensible);
+    bool appends = false;
+};
+
+template <class Table, class Work>
+void withTable(Table& table, bool sensible, Work work) {
+    table.Sensible(sensible);
+    work();
+    table.Commit();
+}
+
+const std::vector<Form>& forms() {
+    static const std::vector<Form> all{
+        {"listCommit", "eins\r\nzwei\r\n", "eins\r\n2\r\n",
+         [](bool sensible) {
+             DatenSeq list;
+             list.Init(kFile);
+             withTable(list, sensible, [&] { list.Item(2, u"2"); });
+         }},
+        {"listAdd", "eins\r\n", "eins\r\nzwei\r\n",
+         [](bool) {
+             DatenSeq list;
+             list.Init(kFile, 0, {}, true);
+             list.Add(u"zwei");
+         },
+         true},
+        {"tableCommit", "a\r\n1\r\nb\r\n2\r\n", "0\r\n0\r\na\r\n1\r\nb\r\n2\r\n",
+         [](bool sensible) {
+             DatenTab table;
+             table.Init(kFile, 2, u"TL");
+             withTable(table, sensible, [&] { table.Insert(1, {u"0"}, false); });
+         }},
+        {"tableAdd", "a\r\n1\r\n", "a\r\n1\r\nb\r\n2\r\n",
+         [](bool) {
+             DatenTab table;
+             table.Init(kFile, 2, u"TL");
+             table.Add({u"b", u"2"});
+         },
+         true},
+        {"rowsCommit", "1#\r\na\r\n2#\r\nb\r\nc\r\n", "2#\r\nb\r\nc\r\n",
+         [](bool sensible) {
+             DatenVarTab table;
+             table.Init(kFile);
+             withTable(table, sensible, [&] { table.Remove(1); });
+         }},
+    };
+    return all;
+}
+
+class Storing : public testing::TestWithParam<std::tuple<Form, bool>> {
+ protected:
+    const Form& form = std::get<0>(GetParam());
+    const bool sensible = std::get<1>(GetParam());
+
+    // A disk with the old version.
+    static MemoryFiles::Snapshot prepared(const Bytes& before) {
+        MemoryFiles disk;
+        disk.put(kFile, before);
+        return disk.snapshot();
+    }
+    void work(platform::FileSystem& files) const {
+        TestGround ground;
+        const StartedLibrary library(ground, files);
+        form.work(sensible);
+    }
+    // The old or the new version, in its place or, of a sensible file, both beside it.
+    void expectWhole(MemoryFiles& disk) const {
+        std::vector<Bytes> beside;
+        const auto entries = disk.list(u"/d");
+        for (const auto& entry : entries.value())
+            if (entry.name != u"Liste.txt") beside.push_back(disk.dump(u"/d/" + entry.name));
+        const auto lies = [&](const Bytes& version) {
+            return std::find(beside.begin(), beside.end(), version) != beside.end();
+        };
+        if (disk.exists(kFile)) {
+            const Bytes now = disk.dump(kFile);
+            const bool torn = form.appends && now.starts_with(form.before) && form.after.starts_with(now);
+            EXPECT_TRUE(now == form.before || now == form.after || torn) << now;
+            return;
+        }
+        EXPECT_TRUE(sensible && lies(form.before) && lies(form.after));
+    }
+};
+
+TEST_P(Storing, ADyingProcessLeavesAWholeVersion) {
+    const auto before = prepared(form.before);
+    for (const auto last : {CrashingFiles::LastWrite::none, CrashingFiles::LastWrite::firstHalf})
+        for (int64 n = 1;; ++n) {
+            MemoryFiles disk;
+            disk.restore(before);
+            CrashingFiles files(disk);
+            files.dieAt(n, last);
+            SCOPED_TRACE(testing::Message() << "killed at change " << n);
+            try {
+                work(files);
+            } catch (const ProcessDied&) {
+            }
+            if (!files.died()) {
+                EXPECT_EQ(disk.dump(kFile), form.after);
+                EXPECT_GT(n, 1);
+                break;
+            }
+            expectWhole(disk);
+        }
+}
+
+// Each call of the file system fails once, and from then on; a full disk at every byte.
+TEST_P(Storing, AFaultOfTheDiskLeavesAWholeVersion) {
+    const auto before = prepared(form.before);
+    for (const auto times : {FailingFiles::Times::once, FailingFiles::Times::fromThenOn})
+        for (int64 n = 1;; ++n) {
+            MemoryFiles disk;
+            disk.restore(before);
+            FailingFiles files(disk);
+            files.failAt(n, platform::SystemError::deviceError, times);
+            SCOPED_TRACE(testing::Message() << "call " << n);
+            try {
+                work(files);
+            } catch (const Failure&) {
+            }
+            if (files.failures() == 0) break;
+            expectWhole(disk);
+        }
+    for (uint64 free = 0; free < 40; ++free) {
+        MemoryFiles disk;
+        disk.restore(before);
+        disk.setFreeSpace(free);
+        SCOPED_TRACE(testing::Message() << free << " bytes free");
+        try {
+            work(disk);
+        } catch (const Failure&) {
+        }
+        disk.setFreeSpace(std::nullopt);
+        expectWhole(disk);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, Storing, testing::Combine(testing::ValuesIn(forms()), testing::Bool()),
+                         [](const auto& param) {
+                             return std::get<0>(param.param).name +
+                                    std::string(std::get<1>(param.param) ? "Sensible" : "");
+                         });
+
+// Real processes on a real disk.
+class SharedFile : public testing::TestWithParam<bool> {
+ protected:
+    TempFolder temp;
+    TestGround ground;
+    platform::Platform real{platform::posixPlatform().files,
+                            platform::posixPlatform().clock,
+                            ground.locale,
+                            ground.settings,
+                            ground.system,
+                            ground.ui,
+                            ground.random};
+    const Text name = temp.name(u"Tabelle.tab");
+
+    void SetUp() override { rtmMain::TEST_restart(real); }
+    void TearDown() override { rtmMain::TEST_forget(); }
+
+    // A version is one value in every cell, of a length and in a number of its own.
+    static constexpr int32 kColumns = 3;
+    static std::vector<Text> rowOf(int32 version) {
+        return std::vector<Text>(kColumns,
+                                 toText(version) + Text(static_cast<std::size_t>(version % 40), u'x'));
+    }
+    static void fill(DatenTab& table, int32 version) {
+        table.Clear(false);
+        for (int32 row = 0; row < 20 + version % 100; ++row) table.Add(rowOf(version), false);
+    }
+    static bool whole(DatenTab& table) {
+        const int32 count = table.Count();
+        if (count == 0) return false;
+        const auto first = table.Record(1);
+        const auto version = roundToInt32(Val(first[0]));
+        if (!table.Okay() || count != 20 + version % 100) return false;
+        for (int32 row = 1; row <= count; ++row)
+            if (table.Record(row) != rowOf(version)) return false;
+        return true;
+    }
+    int write(int32 seed, bool sensible) {
+        DatenTab table;
+        table.Init(name, kColumns);
+        table.Sensible(sensible);
+        for (int32 i = 0; i < 60; ++i) {
+            fill(table, seed + i);
+            table.Commit();
+        }
+        return 0;
+    }
+};
+
+TEST_P(SharedFile, ReadersSeeWholeVersionsAndWritersLeaveOne) {
+    ASSERT_EQ(write(1, false), 0);
+    std::vector<std::unique_ptr<ChildProcess>> writers;
+    for (const int32 seed : {1000, 2000})
+        writers.push_back(std::make_unique<ChildProcess>([&, seed](ChildProcess::Line& line) {
+            line.hear();
+            const int code = write(seed, GetParam());
+            line.say('E');
+            return code;
+        }));
+    ChildProcess reader([&](ChildProcess::Line& line) {
+        line.say('R');
+        for (int32 i = 0; i < 300; ++i) {
+            DatenTab table;
+            table.Init(name, kColumns);
+            if (!whole(table)) return 1;
+        }
+        return 0;
+    });
+    ASSERT_EQ(reader.line().hear(), 'R');
+    for (const auto& writer : writers) writer->line().say('G');
+    for (const auto& writer : writers) EXPECT_EQ(writer->wait(), 0);
+    EXPECT_EQ(reader.wait(), 0);
+    DatenTab table;
+    table.Init(name, kColumns);
+    EXPECT_TRUE(whole(table));
+    // Nothing is left beside it.
+    EXPECT_EQ(platform::posixPlatform().files.list(temp.name()).value().size(), 1U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Forms, SharedFile, testing::Bool(),
+                         [](const auto& param) { return std::string(param.param ? "Sensible" : "Plain"); });
+
+TEST_F(SharedFile, LinesAddedByTwoProcessesAreAllThere) {
+    const auto add = [&](TextView what) {
+        DatenSeq list;
+        list.Init(name, 0, {}, true);
+        for (int32 i = 0; i < 100; ++i) list.Add(Text(what) + toText(i));
+        return 0;
+    };
+    add(u"start");
+    ChildProcess other([&](ChildProcess::Line& line) {
+        line.hear();
+        return add(u"theirs");
+    });
+    other.line().say('G');
+    add(u"ours");
+    EXPECT_EQ(other.wait(), 0);
+    DatenSeq list;
+    list.Init(name);
+    EXPECT_EQ(list.Count(), 300);
+    auto lines = linesIn(list);
+    std::sort(lines.begin(), lines.end());
+    EXPECT_EQ(std::unique(lines.begin(), lines.end()), lines.end());
+}
+
+}  // namespace
+}  // namespace tsRtm::test

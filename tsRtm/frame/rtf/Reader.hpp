@@ -1,0 +1,43 @@
+#pragma once
+// Reads RTF texts (Rich Text Format 1.9): runs of equal format, and the breaks between them.
+#include "tsRtm/frame/rtf/Formats.hpp"
+
+namespace tsRtm::rtf {
+
+// Characters of one format. Valid during the call only.
+struct Run {
+    TextView text;  // tabulators are u'\t'; no line ends
+    const CharacterFormat& format;
+    const Font& font;
+    Colour colour, background;
+};
+
+enum class Break {
+    paragraph,
+    line,
+    page,  // of a section, too
+    cell,  // of a table
+    row,
+    end,  // of the text: the last paragraph may have had no end of its own
+};
+
+// Takes what a text consists of, in its order.
+class Visitor {
+ public:
+    virtual ~Visitor() = default;
+    virtual void onRun(const Run& run) = 0;
+    // `format` is that of the paragraph in which the break stands; it counts for the whole paragraph where
+    // the break ends one. Break::end comes once, last.
+    virtual void onBreak(Break kind, const ParagraphFormat& format) = 0;
+};
+
+// Reads a text to its end. Left out is whatever is no running text: heads and feet, notes, pictures, styles,
+// the instructions of fields, and all destinations that are unknown. Characters come by the code page of
+// their font or the document, or as Unicode with their stand-ins skipped.
+//
+// Any text has some reading: broken words mean nothing, groups beyond the thousandth level share one format,
+// an unclosed group ends with the text. Time and memory grow with the length and nothing else. Throws only
+// what the visitor throws.
+void read(TextView rtf, Visitor& visitor);
+
+}  // namespace tsRtm::rtf
