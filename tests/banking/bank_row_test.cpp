@@ -29,18 +29,13 @@ TEST(BankRow, ColumnsComeWithoutTheirBlanks) {
     columns.rest = "000123M112345679";
     BankRow row;
     ASSERT_EQ(decodeBankRow(columns.row(), BankFileEncoding::latin1, row), BankRowFault::none);
-    EXPECT_EQ(row.code, u"12345678");
+    const std::vector<Text> read = {row.code, row.name, row.postalCode,  row.place,    row.shortName,
+                                    row.pan,  row.bic,  row.checkMethod, row.successor};
+    EXPECT_EQ(read, (std::vector<Text>{u"12345678", u"Bank", u"10115", u"Berlin", u"Kurz", u"90001",
+                                       u"ABCDDE12XXX", u"A7", u"12345679"}));
     EXPECT_EQ(row.mark, u'1');
-    EXPECT_EQ(row.name, u"Bank");
-    EXPECT_EQ(row.postalCode, u"10115");
-    EXPECT_EQ(row.place, u"Berlin");
-    EXPECT_EQ(row.shortName, u"Kurz");
-    EXPECT_EQ(row.pan, u"90001");
-    EXPECT_EQ(row.bic, u"ABCDDE12XXX");
-    EXPECT_EQ(row.checkMethod, u"A7");
     EXPECT_EQ(row.change, u'M');
     EXPECT_TRUE(row.toBeGivenUp);
-    EXPECT_EQ(row.successor, u"12345679");
 }
 
 TEST(BankRow, ColumnsCountCharactersInBothEncodings) {
@@ -107,19 +102,18 @@ TEST(BankRow, AnyBytesGiveAnAnswer) {
 }
 
 TEST(BankEncodingDetector, TellsByTheMostFrequent) {
-    const auto detect = [](std::initializer_list<const char*> portions) {
+    const std::pair<std::vector<const char*>, BankFileEncoding> rows[] = {
+        {{"abc"}, BankFileEncoding::latin1},
+        {{"\xEF\xBB\xBFxyz"}, BankFileEncoding::utf8},
+        {{"K\xF6ln"}, BankFileEncoding::latin1},
+        {{"K\xC3", "\xB6ln"}, BankFileEncoding::utf8},
+        {{"K\xC3\xB6ln M\xC3\xBCnchen \xFF"}, BankFileEncoding::utf8},
+        {{"K\xF6ln M\xFCnchen \xC3\xBC"}, BankFileEncoding::latin1}};
+    for (const auto& [portions, encoding] : rows) {
         BankEncodingDetector detector;
         for (const char* portion : portions) detector.feed(portion);
-        return detector.encoding();
-    };
-    EXPECT_EQ(detect({"abc"}), BankFileEncoding::latin1);
-    EXPECT_EQ(detect({"\xEF\xBB\xBF"
-                      "abc"}),
-              BankFileEncoding::utf8);
-    EXPECT_EQ(detect({"K\xF6ln"}), BankFileEncoding::latin1);
-    EXPECT_EQ(detect({"K\xC3", "\xB6ln"}), BankFileEncoding::utf8);
-    EXPECT_EQ(detect({"K\xC3\xB6ln M\xC3\xBCnchen \xFF"}), BankFileEncoding::utf8);
-    EXPECT_EQ(detect({"K\xF6ln M\xFCnchen \xC3\xBC"}), BankFileEncoding::latin1);
+        EXPECT_EQ(detector.encoding(), encoding) << portions.front();
+    }
 }
 
 }  // namespace

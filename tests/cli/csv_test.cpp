@@ -48,9 +48,7 @@ TEST(CsvReader, ReadsTheGrammar) {
         {"", {}},
         {"a,b\r\nc,d\r\n", {"1 a|b", "2 c|d"}},
         {"a,b\nc,d", {"1 a|b", "2 c|d"}},
-        {"\xEF\xBB\xBF"
-         "a,b",
-         {"1 a|b"}},
+        {"\xEF\xBB\xBFx,y", {"1 x|y"}},
         {",\r\n", {"1 |"}},
         {"a,", {"1 a|"}},
         {"a\n\nb\n", {"1 a", "2 ", "3 b"}},
@@ -128,15 +126,16 @@ TEST(TextEncoding, NothingIsLostOnTheWay) {
 }
 
 TEST(TextEncoding, IsDetectedByTheWholeFile) {
-    const auto detect = [](const std::string& bytes) {
-        StringSource source(bytes);
-        return detectEncoding(source);
-    };
     const std::string block((1 << 16) - 1, 'a');
-    EXPECT_EQ(detect("abc"), FileEncoding::utf8);
-    EXPECT_EQ(detect("Grüße"), FileEncoding::utf8);
-    EXPECT_EQ(detect(block + "ü" + block + block + "€"), FileEncoding::utf8);
-    EXPECT_EQ(detect(block + block + "\xFC"), FileEncoding::cp1252);
+    const std::pair<std::string, FileEncoding> rows[] = {
+        {"abc", FileEncoding::utf8},
+        {"Grüße", FileEncoding::utf8},
+        {block + "ü" + block + block + "€", FileEncoding::utf8},
+        {block + block + "\xFC", FileEncoding::cp1252}};
+    for (const auto& [bytes, encoding] : rows) {
+        StringSource source(bytes);
+        EXPECT_EQ(detectEncoding(source), encoding);
+    }
 }
 
 }  // namespace

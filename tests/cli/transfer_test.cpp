@@ -6,6 +6,8 @@ namespace {
 
 using Transfer = Tool;
 
+const std::string kBanks = "banks import '" TSRTM_TEST_DATA "/banks-sample.txt' ";
+
 constexpr const char* kRows =
     "NAME,Ort,BETRAG,4\r\n"
     "Zorn,\"Bad \"\"Ems\"\", Kurhaus\",\"1.234,50\",31.12.2024\r\n"
@@ -96,6 +98,7 @@ TEST_F(Transfer, RowsBeyondTheSizeAreRejected) {
     EXPECT_EQ(ok("db import F f.csv --bulk").out, "imported 2 rows, rejected 1: see f.csv.rejects.csv\n");
     EXPECT_NE(read("f.csv.rejects.csv").find("4,not stored: the database is full"), std::string::npos);
     EXPECT_EQ(ok("db check F").out, "sound\n");
+    refused("db add F A=d", 1, "full");
 }
 
 TEST_F(Transfer, SerialNumbersGoOn) {
@@ -112,9 +115,7 @@ TEST_F(Transfer, SerialNumbersGoOn) {
 }
 
 TEST_F(Transfer, BanksAreFoundByCodeBicAndPlace) {
-    const std::string sample = std::string(TSRTM_TEST_DATA) + "/banks-sample.txt";
-    EXPECT_EQ(ok("banks import '" + sample + "' Banken").out,
-              "imported 36 banks; left out 4 other offices\n");
+    EXPECT_EQ(ok(kBanks + "Banken").out, "imported 36 banks; left out 4 other offices\n");
     EXPECT_EQ(ok("db check Banken").out, "sound\n");
     const auto codes = [&](const std::string& key) {
         std::string out;
@@ -133,18 +134,17 @@ TEST_F(Transfer, BanksAreFoundByCodeBicAndPlace) {
     EXPECT_EQ(ok("banks find 22 --limit 3").err, "");
     refused("banks find 99", 1, "no bank");
     refused("banks find 22 --db Nirgends", 1, "tsrtm banks import");
-    refused("banks import '" + sample + "' Banken", 1, "--replace");
-    ok("banks import '" + sample + "' Banken --replace");
+    refused(kBanks + "Banken", 1, "--replace");
+    ok(kBanks + "Banken --replace");
 }
 
 TEST_F(Transfer, ABadFileNeverTakesThePlaceOfARegister) {
-    const std::string sample = std::string(TSRTM_TEST_DATA) + "/banks-sample.txt";
-    ok("banks import '" + sample + "' Banken");
+    ok(kBanks + "Banken");
     write("bad.txt", "no bank\n" + std::string(5000, 'x'));
     refused("banks import bad.txt Banken --replace", 1, "no bank code file");
     EXPECT_EQ(ok("db info Banken --json").json()["records"], 36);
     makePersons();
-    refused("banks import '" + sample + "' P --replace", 1, "another database");
+    refused(kBanks + "P --replace", 1, "another database");
     refused("banks find 1 --db P", 1, "no bank register");
 }
 

@@ -1,7 +1,5 @@
 // What a process leaves that is killed between two writes, at every write there is, and what faults of the
 // disk leave.
-#include <random>
-
 #include "tests/database/DatabaseFixture.hpp"
 #include "tests/support/CrashingFiles.hpp"
 #include "tests/support/FailingFiles.hpp"
@@ -26,6 +24,15 @@ Address numbered(int32 n) {
             u"01022003"};
 }
 
+// The library on one file system, as a process of its own has it.
+struct Process {
+    explicit Process(platform::FileSystem& files) : library(ground, files) { ground.ui.defaultAnswer = 7; }
+
+    TestGround ground;
+    StartedLibrary library;
+    clsRtm rtm;
+};
+
 class CrashSweep : public testing::TestWithParam<Sweep> {
  protected:
     static constexpr int32 kRecords = 95;  // more than a root node holds
@@ -33,21 +40,16 @@ class CrashSweep : public testing::TestWithParam<Sweep> {
     // A database of kRecords on the memory disk.
     MemoryFiles::Snapshot prepared() {
         MemoryFiles disk;
-        TestGround ground;
-        const StartedLibrary library(ground, disk);
-        clsRtm rtm;
-        const auto db = makeAddresses(rtm, Text(kFolder), GetParam().max);
+        Process process(disk);
+        const auto db = makeAddresses(process.rtm, Text(kFolder), GetParam().max);
         for (int32 n = 1; n <= kRecords; ++n) EXPECT_EQ(addAddress(*db, numbered(n)), n);
         return (db->Schliesse(), disk.snapshot());
     }
 
     // The work that is interrupted. Changes record 17, or adds behind the last one.
     static void work(platform::FileSystem& files) {
-        TestGround ground;
-        ground.ui.defaultAnswer = 7;
-        const StartedLibrary library(ground, files);
-        clsRtm rtm;
-        const auto db = rtm.OpenTSDB(kFolder);
+        Process process(files);
+        const auto db = process.rtm.OpenTSDB(kFolder);
         if (!db) return;
         switch (GetParam().work) {
             case Work::append:
@@ -80,11 +82,8 @@ class CrashSweep : public testing::TestWithParam<Sweep> {
 
     // What the next process finds.
     static void expectWhole(MemoryFiles& disk) {
-        TestGround ground;
-        ground.ui.defaultAnswer = 7;
-        const StartedLibrary library(ground, disk);
-        clsRtm rtm;
-        const auto db = rtm.OpenTSDB(kFolder);
+        Process process(disk);
+        const auto db = process.rtm.OpenTSDB(kFolder);
         ASSERT_TRUE(db);
         EXPECT_GE(db->AnzahlDSaetze(), kRecords);
         for (int32 n = 1; n <= kRecords; ++n) {
@@ -105,7 +104,7 @@ class CrashSweep : public testing::TestWithParam<Sweep> {
 
 TEST_P(CrashSweep, LeavesOldOrNewAtEveryWrite) {
     const auto before = prepared();
-    int64 points = 0;
+    int points = 0;
     for (int64 n = 1;; ++n) {
         MemoryFiles disk;
         disk.restore(before);
@@ -121,8 +120,7 @@ TEST_P(CrashSweep, LeavesOldOrNewAtEveryWrite) {
         expectWhole(disk);
         if (HasFatalFailure()) return;
     }
-    RecordProperty("points", static_cast<int>(points));
-    std::printf("[          ] %s: killed at each of %d writes\n", GetParam().name, static_cast<int>(points));
+    RecordProperty("points", points);
     EXPECT_GT(points, 0);
 }
 
@@ -164,48 +162,17 @@ TEST_P(CrashSweep, SurvivesAFullDisk) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Database, CrashSweep,
-    testing::Values(Sweep{"treeAppend", kBig, Work::append}, Sweep{"treeAdd", kBig, Work::add},
-                    Sweep{"treeAddMany", kBig, Work::addMany}, Sweep{"treeUpdateKey", kBig, Work::updateKey},
-                    Sweep{"treeUpdatePlain", kBig, Work::updatePlain},
-                    Sweep{"flatAppend", kNormal, Work::append}, Sweep{"flatAdd", kNormal, Work::add},
-                    Sweep{"flatAddMany", kNormal, Work::addMany},
-                    Sweep{"flatUpdateKey", kNormal, Work::updateKey}),
-    [](const auto& param) { return std::string(param.param.name); });
-
-TEST(ReadOnlyMedium, GivesTheErrorAndChangesNothing) {
-    MemoryFiles disk;
-    {
-        TestGround ground;
-        const StartedLibrary library(ground, disk);
-        clsRtm rtm;
-        const auto db = makeAddresses(rtm, Text(kFolder), kBig);
-        for (int32 n = 1; n <= 5; ++n) addAddress(*db, numbered(n));
-        db->SetIndex(1);
-        db->Gehezu(u"#1");
-    }
-    const auto entries = disk.list(Text(kFolder) + u".DBD");
-    for (const auto& entry : entries.value()) disk.setReadOnly(Text(kFolder) + u".DBD/" + entry.name, true);
-    const auto before = disk.snapshot();
-    TestGround ground;
-    const StartedLibrary library(ground, disk);
-    clsRtm rtm;
-    const auto db = rtm.OpenTSDB(kFolder);
-    ASSERT_TRUE(db);
-    EXPECT_TRUE(db->IsReadOnly());
-    EXPECT_EQ(db->AnzahlDSaetze(), 5);
-    db->AktSatzNr(2);
-    db->Fields(fNAME, u"x");
-    EXPECT_EQ(db->Error(), 5);
-    db->Update();
-    EXPECT_EQ(db->Error(), 5);
-    EXPECT_EQ(db->Add(), nullptr);
-    EXPECT_EQ(db->Error(), 5);
-    db->Delete(1);
-    EXPECT_EQ(db->Error(), 5);
-    EXPECT_EQ(disk.snapshot(), before);
-}
+constexpr Sweep kSweeps[] = {{"treeAppend", kBig, Work::append},
+                             {"treeAdd", kBig, Work::add},
+                             {"treeAddMany", kBig, Work::addMany},
+                             {"treeUpdateKey", kBig, Work::updateKey},
+                             {"treeUpdatePlain", kBig, Work::updatePlain},
+                             {"flatAppend", kNormal, Work::append},
+                             {"flatAdd", kNormal, Work::add},
+                             {"flatAddMany", kNormal, Work::addMany},
+                             {"flatUpdateKey", kNormal, Work::updateKey}};
+INSTANTIATE_TEST_SUITE_P(Database, CrashSweep, testing::ValuesIn(kSweeps),
+                         [](const auto& param) { return std::string(param.param.name); });
 
 }  // namespace
 }  // namespace tsRtm::test

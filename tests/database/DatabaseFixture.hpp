@@ -42,6 +42,12 @@ inline constexpr TextView kAddressIndexes = u"  1  2  0  3  0  0  4  0  0";
 inline constexpr int32 kNormal = 5000;
 inline constexpr int32 kBig = 100000;
 
+// Suites that run on both forms of an index.
+inline const auto kBothForms = testing::Values(kNormal, kBig);
+inline std::string formName(const testing::TestParamInfo<int32>& info) {
+    return info.param == kBig ? "tree" : "flat";
+}
+
 // Makes the database in `folder` and opens it.
 inline std::shared_ptr<clsTSDB> makeAddresses(clsRtm& rtm, const Text& folder, int32 max, bool single = false,
                                               eDBTyp typ = DBAnsi) {
@@ -72,6 +78,14 @@ inline int32 addAddress(clsTSDB& db, const Address& address) {
 inline Address addressAt(clsTSDB& db, int32 number) {
     return {db.GetField(number, fNAME), db.GetField(number, fORT), db.GetField(number, fBETRAG),
             db.GetField(number, fTAG)};
+}
+
+// Changes a field of a record through the cursor of the database; gives `Error`.
+inline int32 change(clsTSDB& db, int32 number, int32 field, TextView text) {
+    db.AktSatzNr(number);
+    db.Fields(field, text);
+    db.Update();
+    return db.Error();
 }
 
 // The public consistency check, its findings in the message of a failure.

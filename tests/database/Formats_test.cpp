@@ -3,12 +3,10 @@
 #include <fstream>
 #include <sstream>
 
-#include "tests/database/DatabaseFixture.hpp"
+#include "tests/database/MemoryDatabase.hpp"
 
 namespace tsRtm::test {
 namespace {
-
-constexpr TextView kFolder = u"/daten/Beispiel";
 
 // The bytes of the block "```hex name" of the page.
 Bytes example(const std::string& name) {
@@ -38,18 +36,14 @@ std::string hex(BytesView bytes) {
 }
 
 TSIOArray exampleFields() {
-    TSIOArray fields;
-    const auto add = [&](int32 row, int32 length, int32 typ, TextView title) {
-        auto field = std::make_shared<TSIO>();
-        field->Zeile(row);
-        field->Spalte(1);
-        field->Laenge(length);
-        field->Typ(typ);
-        field->Titel(Text(title));
-        fields.push_back(field);
-    };
-    add(1, 8, tsAlphanumerisch, u"Name@@7NAME");
-    add(2, 4, tsNumerisch, u"Zahl@@7ZAHL");
+    TSIOArray fields = fieldsOf({{u"Name", tsAlphanumerisch, 8}, {u"Zahl", tsNumerisch, 4}});
+    const TextView titles[] = {u"Name@@7NAME", u"Zahl@@7ZAHL"};
+    for (int32 i = 0; i < 2; ++i) {
+        auto& field = *fields[static_cast<std::size_t>(i)];
+        field.Zeile(i + 1);
+        field.Spalte(1);
+        field.Titel(titles[i]);
+    }
     return fields;
 }
 
@@ -59,16 +53,8 @@ struct Form {
     bool dos = false;
 };
 
-class Formats : public testing::Test {
+class Formats : public MemoryDatabase {
  protected:
-    MemoryFiles disk;
-    TestGround ground;
-    StartedLibrary library{ground, disk};
-    clsRtm rtm;
-
-    Bytes file(TextView name) const { return disk.dump(Text(kFolder) + u".DBD/" + Text(name)); }
-    void put(TextView name, BytesView content) { disk.put(Text(kFolder) + u".DBD/" + Text(name), content); }
-
     void make(Form form) {
         ASSERT_TRUE(rtm.DBCreateExt(form.typ, kFolder, {}, exampleFields(), form.max, u"  1  0  0  2  0  0"));
         EXPECT_EQ(hex(file(u"Count.tsd")), hex(example("count-new")));
@@ -76,7 +62,7 @@ class Formats : public testing::Test {
             const Bytes control = file(u"Control.tsd");
             put(u"Control.tsd", "2\r\n" + control.substr(control.find('\n') + 1));
         }
-        const auto db = rtm.OpenTSDB(kFolder);
+        const auto db = open();
         ASSERT_TRUE(db);
         for (const auto& [name, number] : {std::pair{u"Müller", u"7"}, {u"Abel", u"12"}, {u"Straße", u"5"}}) {
             const auto record = db->Add();
@@ -99,7 +85,7 @@ TEST_F(Formats, ATreeDatabaseByteForByte) {
     EXPECT_EQ(hex(tree.substr(0, 16)), hex(example("tree-header")));
     EXPECT_EQ(hex(tree.substr(512, 40)), hex(example("tree-root")));
     // A rebuild writes the same tree here.
-    const auto db = rtm.OpenTSDB(kFolder);
+    const auto db = open();
     ASSERT_TRUE(db->Sort());
     EXPECT_EQ(hex(file(u"I001")), hex(tree));
 }
@@ -114,7 +100,7 @@ TEST_F(Formats, ADosDatabaseByteForByte) {
     make({DBAnsi, 1000, true});
     EXPECT_EQ(hex(file(u"Data.tsd")), hex(example("data-dos")));
     EXPECT_EQ(hex(file(u"I001")), hex(example("flat")));
-    const auto db = rtm.OpenTSDB(kFolder);
+    const auto db = open();
     EXPECT_FALSE(db->IsAnsi());
     EXPECT_EQ(db->GetField(1, 1), u"Müller");
     db->SetIndex(1);
@@ -128,7 +114,7 @@ TEST_F(Formats, ADosDatabaseByteForByte) {
 TEST_F(Formats, AUnicodeDatabaseByteForByte) {
     make({DBUnicode});
     EXPECT_EQ(hex(file(u"Data.tsd").substr(0, 26)), hex(example("data-unicode")));
-    const auto db = rtm.OpenTSDB(kFolder);
+    const auto db = open();
     const auto record = db->Add();
     record->Fields(1, u"Łódź Ω");
     ASSERT_TRUE(record->Update());
@@ -144,7 +130,7 @@ TEST_F(Formats, TheSerialNumberFile) {
     fields[1]->Typ(tsAutowert);
     ASSERT_TRUE(rtm.DB_Create(kFolder, fields, 40000, u"  1  0  0"));
     {
-        const auto db = rtm.OpenTSDB(kFolder);
+        const auto db = open();
         const auto first = db->Add();
         first->Fields(1, u"Abel");
         EXPECT_EQ(first->Fields(2), u"0001");
@@ -157,33 +143,28 @@ TEST_F(Formats, TheSerialNumberFile) {
     // The second record was given up, and its number with it.
     EXPECT_EQ(file(u"Autowert.tsd")[0], 1);
     // Without its file the counter is made from the last record.
-    ASSERT_FALSE(failed(disk.remove(Text(kFolder) + u".DBD/Autowert.tsd")));
-    const auto db = rtm.OpenTSDB(kFolder);
+    ASSERT_FALSE(failed(disk.remove(path(u"Autowert.tsd"))));
+    const auto db = open();
     EXPECT_EQ(db->Add()->Fields(2), u"0002");
 }
 
 TEST_F(Formats, FieldsInTheirColumns) {
-    ASSERT_TRUE(rtm.DB_Create(kFolder,
-                              fieldsOf({{u"JTAG", tsDate, 8, 7},
-                                        {u"U8", tsAlphanumerisch | fUTF8, 8},
-                                        {u"MEMO", tsMemo, 60},
-                                        {u"GELD", tsNumerisch, 8, 2},
-                                        {u"GANZ", tsNumerisch, 5}}),
-                              1000, u""));
-    const auto db = rtm.OpenTSDB(kFolder, false, true);
+    const TSIOArray fields = fieldsOf({{u"JTAG", tsDate, 8, 7},
+                                       {u"U8", tsAlphanumerisch | fUTF8, 8},
+                                       {u"MEMO", tsMemo, 60},
+                                       {u"GELD", tsNumerisch, 8, 2},
+                                       {u"GANZ", tsNumerisch, 5}});
+    ASSERT_TRUE(rtm.DB_Create(kFolder, fields, 1000, u""));
+    const auto db = open(false, true);
     ASSERT_TRUE(db->LockDB(true));
-    db->Fields(1, u"01012000");
-    db->Fields(2, u"Ωß");
-    db->Fields(4, u"1.234,5");
-    db->Fields(5, u"1.234");
+    for (const auto& [field, text] : {std::pair{1, u"01012000"}, {2, u"Ωß"}, {4, u"1.234,5"}, {5, u"1.234"}})
+        db->Fields(field, text);
     const auto record = db->Append();
     ASSERT_TRUE(record) << db->Error();
-    EXPECT_EQ(file(u"Data.tsd").substr(0, 17), " J2451545~\xCE\xA9\xC3\x9F   ");
+    EXPECT_EQ(file(u"Data.tsd"), " J2451545~\xCE\xA9\xC3\x9F          1234.5 1234");
     EXPECT_EQ(db->GetField(1, 1), u"01012000");
     EXPECT_EQ(db->GetField(1, 2), u"Ωß");
-    EXPECT_EQ(file(u"Data.tsd").substr(22, 8), "  1234.5");
     EXPECT_EQ(db->Fields(4), u"1234,50");
-    EXPECT_EQ(file(u"Data.tsd").substr(30), " 1234");
     // Longer than the field: the first characters stay, and the neighbour is safe.
     db->PutField(1, 2, u"abcdefghijk");
     EXPECT_EQ(db->GetField(1, 2), u"abcdefgh");

@@ -16,7 +16,6 @@ class Locks : public MemoryDatabase {
     void SetUp() override {
         ASSERT_TRUE(one && two);
         addFive(*one);
-        for (int32 n = 1; n <= 5; ++n) one->Entsperren(n);
     }
 };
 
@@ -24,18 +23,14 @@ TEST_F(Locks, ARecordHasOneOwner) {
     EXPECT_TRUE(one->Sperren(3, -1));
     EXPECT_FALSE(one->Sperren(3));  // the lock stays
     EXPECT_EQ(one->Error(), 0);
-    EXPECT_TRUE(one->Gesperrt(3));
-    EXPECT_TRUE(two->Gesperrt(3));
-    EXPECT_FALSE(two->Gesperrt(2));
+    for (const auto& db : {one, two}) EXPECT_TRUE(db->Gesperrt(3) && !db->Gesperrt(2));
     EXPECT_TRUE(two->Sperren(2, -1));
     EXPECT_FALSE(two->Sperren(3, -1));
     EXPECT_EQ(two->Error(), 70);
     EXPECT_TRUE(two->Entsperren(3));  // of a stranger's record: nothing happens
-    EXPECT_TRUE(one->Gesperrt(3));
     EXPECT_TRUE(two->Gesperrt(3));
     EXPECT_TRUE(one->Entsperren(3));
     EXPECT_TRUE(one->Entsperren(3));
-    EXPECT_FALSE(two->Gesperrt(3));
     EXPECT_TRUE(two->Sperren(3, -1));
 }
 
@@ -50,77 +45,57 @@ TEST_F(Locks, OnlyRecordsThatAreThere) {
     }
 }
 
-TEST_F(Locks, LocksEndWithTheDatabase) {
-    ASSERT_TRUE(one->Sperren(4));
-    ASSERT_TRUE(one->LockDB(true));
-    EXPECT_TRUE(two->Gesperrt(4));
-    EXPECT_TRUE(two->Gesperrt(0));
-    one.reset();
-    EXPECT_FALSE(two->Gesperrt(4));
-    EXPECT_FALSE(two->Gesperrt(0));
-    EXPECT_TRUE(two->LockDB(true));
-}
-
 // A limited wait gives up in silence, or asks.
 TEST_F(Locks, AWaitEndsAtItsLimit) {
-    struct Row {
-        int32 wait;
-        std::deque<int32> answers;
-        float64 seconds;
-    };
+    const std::tuple<int32, std::deque<int32>, float64> rows[] = {
+        {-1, {}, 5}, {-3, {}, 15}, {1, {kNo}, 5}, {2, {kNo}, 10}, {1, {kYes, kYes, kNo}, 15}};
     ASSERT_TRUE(one->Sperren(2, -1));
-    for (const auto& row : {Row{-1, {}, 5}, Row{-3, {}, 15}, Row{1, {kNo}, 5}, Row{2, {kNo}, 10},
-                            Row{1, {kYes, kYes, kNo}, 15}}) {
+    for (const auto& [wait, answers, limit] : rows) {
         ground.ui.boxes.clear();
-        ground.ui.answers = row.answers;
-        bool locked = true;
-        const float64 seconds = secondsOf([&] { locked = two->Sperren(2, row.wait); });
-        EXPECT_FALSE(locked);
+        ground.ui.answers = answers;
+        const float64 start = seconds();
+        EXPECT_FALSE(two->Sperren(2, wait));
+        EXPECT_NEAR(seconds() - start, limit, 0.1) << wait;
         EXPECT_EQ(two->Error(), 70);
         EXPECT_EQ(rtmMain::state().F, 70);
-        EXPECT_NEAR(seconds, row.seconds, 0.1) << row.wait;
-        ASSERT_EQ(ground.ui.boxes.size(), row.answers.size());
-        for (const auto& box : ground.ui.boxes) {
-            const Text said = box.headline + box.body;
-            EXPECT_NE(said.find(rtm.RtmMsg(2109) + u"2"), Text::npos) << toUtf8(said);
-            EXPECT_NE(said.find(u"Datei \"" + path(u"Count.tsd") + u"\": " + rtm.RtmMsg(6)), Text::npos)
-                << toUtf8(said);
-        }
         EXPECT_FALSE(rtmMain::state().lockWait);
+        ASSERT_EQ(ground.ui.boxes.size(), answers.size());
+        for (std::size_t n = 0; n < answers.size(); ++n)
+            for (const Text& text :
+                 {rtm.RtmMsg(2109) + u"2", u"Datei \"" + path(u"Count.tsd") + u"\": " + rtm.RtmMsg(6)})
+                EXPECT_NE(shown(n).find(text), Text::npos) << toUtf8(shown(n));
     }
 }
 
 class StatusLine final : public iStatusControl {
  public:
-    explicit StatusLine(std::vector<tsRtm::Text>& lines) : lines_(lines) {}
     tsRtm::Text TypeName() const override { return u"Label"; }
     bool IsLabel() const override { return true; }
     bool Caption(TextView text) override {
-        lines_.emplace_back(text);
+        lines.emplace_back(text);
         return true;
     }
 
- private:
-    std::vector<tsRtm::Text>& lines_;
+    std::vector<tsRtm::Text> lines;
 };
 
 // Without a limit it goes on, says so each five seconds, and takes the line away at its end.
 TEST_F(Locks, AWaitWithoutLimitSaysSo) {
-    std::vector<Text> lines;
-    rtmMain::state().messageLine = std::make_shared<StatusLine>(lines);
+    const auto line = std::make_shared<StatusLine>();
+    rtmMain::state().messageLine = line;
     ASSERT_TRUE(one->Sperren(2, -1));
     bool flagged = true;
-    const auto start = ground.clock.elapsed();
+    const float64 start = seconds();
     ground.clock.onSleep = [&] {
         flagged = flagged && rtmMain::state().lockWait;
-        if (ground.clock.elapsed() - start > std::chrono::seconds(12)) one->Entsperren(2);
+        if (seconds() - start > 12) one->Entsperren(2);
     };
     const int32 before = ground.ui.eventRounds;
     EXPECT_TRUE(two->Sperren(2));
     EXPECT_TRUE(flagged);
     EXPECT_GT(ground.ui.eventRounds, before);  // the host stays alive
     const Text waiting = u"Datei \"" + path(u"Count.tsd") + u"\": " + rtm.RtmMsg(44);
-    EXPECT_EQ(lines, (std::vector<Text>{waiting, waiting, u""}));
+    EXPECT_EQ(line->lines, (std::vector<Text>{waiting, waiting, u""}));
     EXPECT_FALSE(rtmMain::state().lockWait);
     EXPECT_EQ(rtmMain::state().F, 0);
 }
@@ -134,11 +109,8 @@ TEST_F(Locks, AWaitEndsWithTheLibrary) {
 
 TEST_F(Locks, LocksOfOtherFilesNameThePosition) {
     put(u"Andere", "1234");
-    int32 number = 0;
-    int32 other = 0;
-    rtm.DB_Open(path(u"Andere"), number, 4, true, 0, -1);
-    rtm.DB_Open(path(u"Andere"), other, 4, true, 0, -1);
-    ASSERT_TRUE(number != 0 && other != 0);
+    int32 number = 0, other = 0;
+    for (int32* each : {&number, &other}) rtm.DB_Open(path(u"Andere"), *each, 4, true, 0, -1);
     rtm.DB_Lock(number, 3, -1, false);
     EXPECT_EQ(rtmMain::state().F, 0);
     EXPECT_TRUE(rtm.DB_IsLocked(other, 3));
@@ -146,23 +118,16 @@ TEST_F(Locks, LocksOfOtherFilesNameThePosition) {
     ground.ui.answers = {kNo};
     rtm.DB_Lock(other, 3, 1, false);
     EXPECT_EQ(rtmMain::state().F, 70);
-    ASSERT_EQ(ground.ui.boxes.size(), 1u);
-    const Text said = ground.ui.boxes[0].headline + ground.ui.boxes[0].body;
-    EXPECT_NE(said.find(rtm.RtmMsg(61)), Text::npos) << toUtf8(said);
+    EXPECT_NE(shown().find(rtm.RtmMsg(61)), Text::npos) << toUtf8(shown());
 }
 
 // The second of two writers waits for the database lock; where it does not get it nothing is written.
 TEST_F(Locks, AnUpdateThatGetsNoLockChangesNothing) {
     ASSERT_TRUE(one->LockDB(true));
     two->SetIndex(1);
-    two->AktSatzNr(3);
     const auto before = disk.snapshot();
-    two->Fields(fNAME, u"Zorn");
-    ground.ui.answers = {kNo};
-    two->Update();
-    EXPECT_EQ(two->Error(), 70);
-    EXPECT_EQ(disk.snapshot(), before);
-    ground.ui.answers = {kNo, kNo};
+    ground.ui.defaultAnswer = kNo;
+    EXPECT_EQ(change(*two, 3, fNAME, u"Zorn"), 70);
     EXPECT_FALSE(two->Append());
     EXPECT_EQ(two->Error(), 70);
     const auto fresh = two->Add();
@@ -171,14 +136,11 @@ TEST_F(Locks, AnUpdateThatGetsNoLockChangesNothing) {
 
     // With a little patience it goes through.
     ground.ui.answers = {kYes};
-    const auto start = ground.clock.elapsed();
+    const float64 start = seconds();
     ground.clock.onSleep = [&] {
-        if (ground.clock.elapsed() - start > std::chrono::seconds(7)) one->LockDB(false);
+        if (seconds() - start > 7) one->LockDB(false);
     };
-    two->AktSatzNr(3);
-    two->Fields(fNAME, u"Zorn");
-    two->Update();
-    EXPECT_EQ(two->Error(), 0);
+    EXPECT_EQ(change(*two, 3, fNAME, u"Zorn"), 0);
     EXPECT_EQ(one->GetField(3, fNAME), u"Zorn");
     EXPECT_EQ(two->LogSatz(), 5);
     EXPECT_TRUE(consistent(*one));
@@ -187,10 +149,7 @@ TEST_F(Locks, AnUpdateThatGetsNoLockChangesNothing) {
 // What Update takes it gives back; what the application took stays.
 TEST_F(Locks, TheExplicitLockStays) {
     const auto work = [&] {
-        one->AktSatzNr(3);
-        one->Fields(fNAME, u"Ort" + toText(one->AnzahlDSaetze()));
-        one->Update();
-        EXPECT_EQ(one->Error(), 0);
+        EXPECT_EQ(change(*one, 3, fNAME, u"Ort" + toText(one->AnzahlDSaetze())), 0);
         EXPECT_TRUE(one->Append());
         EXPECT_GT(addAddress(*one, {u"Neu", u"Ulm", u"", u""}), 0);
         EXPECT_TRUE(one->Check(false, {}));
@@ -205,16 +164,6 @@ TEST_F(Locks, TheExplicitLockStays) {
     EXPECT_FALSE(two->Gesperrt(0));
     work();
     EXPECT_FALSE(two->Gesperrt(0));
-}
-
-TEST_F(Locks, AReaderHasNoDatabaseLock) {
-    const auto reader = open(true);
-    EXPECT_FALSE(reader->LockDB(true));
-    EXPECT_EQ(reader->Error(), 5);
-    EXPECT_TRUE(reader->Check(false, {}));
-    EXPECT_FALSE(one->Gesperrt(0));
-    ASSERT_TRUE(one->Sperren(1, -1));
-    EXPECT_TRUE(reader->Gesperrt(1));
 }
 
 // A rebuild needs the database alone, and the locks held before outlive it.
@@ -253,24 +202,23 @@ TEST_P(SingleUse, WantsLockDBBeforeNewRecords) {
     EXPECT_EQ(db->AnzahlDSaetze(), 2);
     // Changes need no claim.
     EXPECT_TRUE(db->LockDB(false));
-    db->AktSatzNr(1);
-    db->Fields(fNAME, u"Anders");
-    db->Update();
-    EXPECT_EQ(db->Error(), 0);
+    EXPECT_EQ(change(*db, 1, fNAME, u"Anders"), 0);
     EXPECT_TRUE(consistent(*db));
     ASSERT_TRUE(db->Sort());
     EXPECT_TRUE(consistent(*db));
 }
-
-INSTANTIATE_TEST_SUITE_P(Forms, SingleUse, testing::Values(kNormal, kBig), [](const auto& param) {
-    return std::string(param.param == kBig ? "tree" : "flat");
-});
+INSTANTIATE_TEST_SUITE_P(Forms, SingleUse, kBothForms, formName);
 
 TEST_F(MemoryDatabase, AReopenedDatabaseOwnsNoLocks) {
     const auto db = make(kBig);
     addFive(*db);
     ASSERT_TRUE(db->Gesperrt(3) || db->Sperren(3, -1));
     ASSERT_TRUE(db->LockDB(true));
+    {
+        const auto before = open();
+        EXPECT_TRUE(before->Gesperrt(3));
+        EXPECT_TRUE(before->Gesperrt(0));
+    }
     db->Schliesse();
     ASSERT_EQ(db->Oeffne(kFolder), 0);
     EXPECT_FALSE(db->Gesperrt(3));
@@ -278,11 +226,8 @@ TEST_F(MemoryDatabase, AReopenedDatabaseOwnsNoLocks) {
     const auto other = open();
     EXPECT_TRUE(other->Gesperrt(3));
     EXPECT_TRUE(other->LockDB(true));  // nobody holds it
-    db->AktSatzNr(2);
-    db->Fields(fNAME, u"Zorn");
-    ground.ui.defaultAnswer = 7;
-    db->Update();
-    EXPECT_EQ(db->Error(), 70);
+    ground.ui.defaultAnswer = kNo;
+    EXPECT_EQ(change(*db, 2, fNAME, u"Zorn"), 70);
 }
 
 // The counter of serial numbers has its own lock: two users never get the same number.

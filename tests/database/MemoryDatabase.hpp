@@ -45,23 +45,32 @@ class MemoryDatabase : public testing::Test {
     std::shared_ptr<clsTSDB> open(bool readOnly = false, bool single = false) {
         return rtm.OpenTSDB(kFolder, readOnly, single);
     }
-    // Seconds of the test clock that a work takes.
-    template <class Work>
-    float64 secondsOf(Work work) {
-        const auto start = ground.clock.elapsed();
-        work();
-        return std::chrono::duration<float64>(ground.clock.elapsed() - start).count();
+    float64 seconds() { return std::chrono::duration<float64>(ground.clock.elapsed()).count(); }
+    // What the user was shown in the n-th box.
+    Text shown(std::size_t n = 0) const {
+        return n < ground.ui.boxes.size() ? ground.ui.boxes[n].headline + ground.ui.boxes[n].body : Text();
     }
 };
 
-// The order of NAME, ORT: 3 Abel, 5 Berg Aachen, 2 Berg Bonn, 4 Cohn, 1 Dorn.
+// The order of NAME, ORT: 3 Abel, 5 Berg Aachen, 2 Berg Bonn, 4 Cohn, 1 Dorn. None of them is locked.
 inline void addFive(clsTSDB& db) {
     const Address rows[] = {{u"Dorn", u"Bonn", u"5.00", u"01022003"},
                             {u"Berg", u"Bonn", u"4.00", u"01022004"},
                             {u"Abel", u"Bonn", u"3.00", u"28021999"},
                             {u"Cohn", u"Bonn", u"2.00", u""},
                             {u"Berg", u"Aachen", u"1.00", u"31122003"}};
-    for (const auto& row : rows) ASSERT_GT(addAddress(db, row), 0);
+    for (const auto& row : rows) ASSERT_TRUE(db.Entsperren(addAddress(db, row)));
 }
+
+// The five addresses in either form of the indexes.
+class FiveAddresses : public MemoryDatabase, public testing::WithParamInterface<int32> {
+ protected:
+    std::shared_ptr<clsTSDB> db = make(GetParam());
+
+    void SetUp() override {
+        ASSERT_TRUE(db);
+        addFive(*db);
+    }
+};
 
 }  // namespace tsRtm::test

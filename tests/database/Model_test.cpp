@@ -4,7 +4,6 @@
 
 #include "tests/database/DatabaseFixture.hpp"
 #include "tsRtm/calendar/DateText.hpp"
-#include "tsRtm/frame/text/CodePages.hpp"
 #include "tsRtm/frame/text/TextOrder.hpp"
 
 namespace tsRtm::test {
@@ -15,29 +14,22 @@ struct Setting {
     int32 max;
     bool single;
     bool posix;
-    bool dos = false;
 };
 
 // The database as a table in memory.
 class Model {
  public:
-    explicit Model(bool dos) : dos_(dos) {}
     std::vector<Address> rows;  // record n at n - 1
 
     // Record numbers in the order of (NAME, ORT).
-    std::vector<int32> byName() const {
-        return ordered([](const Address& a) { return blankless(a.name) + u" " + blankless(a.ort); });
-    }
+    std::vector<int32> byName() const { return ordered(nameKey); }
     std::vector<int32> byBetrag() const {
         return ordered([](const Address& a) { return blankless(a.betrag); });
     }
     std::vector<int32> byTag() const {
         return ordered([](const Address& a) { return blankless(DateSort(a.tag)); });
     }
-    int compare(const Text& a, const Text& b) const {
-        const auto order = dos_ ? compareDos(ansiToOem(toAnsi(a)), ansiToOem(toAnsi(b))) : compareText(a, b);
-        return order < 0 ? -1 : order > 0 ? 1 : 0;
-    }
+    static Text nameKey(const Address& a) { return blankless(a.name) + u" " + blankless(a.ort); }
     static Text blankless(const Text& text) { return text.empty() ? Text(u" ") : text; }
 
  private:
@@ -50,11 +42,11 @@ class Model {
             keys.push_back(key(rows[i]));
         }
         std::stable_sort(numbers.begin(), numbers.end(), [&](int32 a, int32 b) {
-            return compare(keys[static_cast<std::size_t>(a - 1)], keys[static_cast<std::size_t>(b - 1)]) < 0;
+            return compareText(keys[static_cast<std::size_t>(a - 1)], keys[static_cast<std::size_t>(b - 1)]) <
+                   0;
         });
         return numbers;
     }
-    bool dos_;
 };
 
 class EngineModel : public testing::TestWithParam<Setting> {
@@ -102,7 +94,7 @@ TEST_P(EngineModel, AgreesWithATableAndASortedList) {
     if (setting.single) {
         ASSERT_TRUE(db->LockDB(true));
     }
-    Model model(false);
+    Model model;
     const int32 steps = setting.max == kBig ? 4000 : 1500;
     for (int32 step = 0; step < steps; ++step) {
         const int32 action = below(100);
@@ -135,11 +127,10 @@ TEST_P(EngineModel, AgreesWithATableAndASortedList) {
             db->SetIndex(1);
             const Address wanted =
                 below(2) == 0 ? model.rows[static_cast<std::size_t>(below(count))] : anyAddress();
-            const Text key = Model::blankless(wanted.name) + u" " + Model::blankless(wanted.ort);
+            const Text key = Model::nameKey(wanted);
             const auto order = model.byName();
             const auto at = std::find_if(order.begin(), order.end(), [&](int32 n) {
-                const auto& row = model.rows[static_cast<std::size_t>(n - 1)];
-                return model.compare(key, Model::blankless(row.name) + u" " + Model::blankless(row.ort)) <= 0;
+                return compareText(key, Model::nameKey(model.rows[static_cast<std::size_t>(n - 1)])) <= 0;
             });
             ASSERT_EQ(db->Rang(key), at - order.begin() + 1);
             db->Gehezu(key);

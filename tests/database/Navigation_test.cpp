@@ -4,59 +4,26 @@
 namespace tsRtm::test {
 namespace {
 
-class Navigation : public MemoryDatabase, public testing::WithParamInterface<int32> {
- protected:
-    std::shared_ptr<clsTSDB> db = make(GetParam());
-
-    void SetUp() override {
-        ASSERT_TRUE(db);
-        addFive(*db);
-    }
-};
+class Navigation : public FiveAddresses {};
 
 TEST_P(Navigation, GehezuStandsOnTheFirstKeyThatIsNotBelow) {
-    struct Row {
-        int32 index;
-        TextView key;
-        int32 position;
-        int32 record;
-    };
-    const Row rows[] = {
-        {1, u"Berg", 2, 5},
-        {1, u"Berg Bonn", 3, 2},
-        {1, u"berg bonn", 3, 2},
-        {1, u"Berz", 4, 4},
-        {1, u"", 1, 3},
-        {1, u"#1", 1, 3},
-        {1, u"#4", 4, 4},
-        {1, u"#0", 1, 3},
-        {1, u"#-3", 1, 3},
-        {1, u"#6", 6, 1},
-        {1, u"#99999999999", 6, 1},
-        {1, u"#-1E300", 1, 3},
-        {1, u"Zorn", 6, 1},
-        {0, u"", 1, 1},
-        {0, u"3", 3, 3},
-        {0, u"#3", 3, 3},
-        {0, u"x", 1, 1},
-        {0, u"9", 6, 5},
-        {3, u"", 1, 4},
-        {3, u"01022003", 3, 1},
-        {3, u"02022003", 4, 5},
-        {3, u"01011990", 2, 3},
-        {3, u"01012010", 6, 2},
-        {3, u" ", 1, 4},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(toUtf8(toText(row.index) + u" " + Text(row.key)));
+    const std::tuple<int32, TextView, int32, int32> rows[] = {
+        {1, u"Berg", 2, 5},     {1, u"Berg Bonn", 3, 2}, {1, u"berg bonn", 3, 2}, {1, u"Berz", 4, 4},
+        {1, u"Zorn", 6, 1},     {1, u"", 1, 3},          {1, u"#1", 1, 3},        {1, u"#4", 4, 4},
+        {1, u"#0", 1, 3},       {1, u"#-3", 1, 3},       {1, u"#6", 6, 1},        {1, u"#99999999999", 6, 1},
+        {1, u"#-1E300", 1, 3},  {0, u"", 1, 1},          {0, u"3", 3, 3},         {0, u"#3", 3, 3},
+        {0, u"x", 1, 1},        {0, u"9", 6, 5},         {3, u"", 1, 4},          {3, u" ", 1, 4},
+        {3, u"01011990", 2, 3}, {3, u"01022003", 3, 1},  {3, u"02022003", 4, 5},  {3, u"01012010", 6, 2}};
+    for (const auto& [index, key, position, record] : rows) {
+        SCOPED_TRACE(toUtf8(toText(index) + u" " + Text(key)));
         db->MoveFirst();
-        db->SetIndex(row.index);
-        db->Gehezu(row.key);
-        EXPECT_EQ(db->LogSatz(), row.position);
-        EXPECT_EQ(db->AktSatzNr(), row.record);
-        EXPECT_EQ(db->EOFile(), row.position == 6);
-        EXPECT_EQ(db->BOFile(), row.position == 1);
-        EXPECT_EQ(db->Fields(fNAME), db->GetField(row.record, fNAME));
+        db->SetIndex(index);
+        db->Gehezu(key);
+        EXPECT_EQ(db->LogSatz(), position);
+        EXPECT_EQ(db->AktSatzNr(), record);
+        EXPECT_EQ(db->EOFile(), position == 6);
+        EXPECT_EQ(db->BOFile(), position == 1);
+        EXPECT_EQ(db->Fields(fNAME), db->GetField(record, fNAME));
         EXPECT_EQ(db->Error(), 0);
     }
 }
@@ -111,48 +78,36 @@ TEST_P(Navigation, MovesThroughAnOrderAndStopsAtItsEnds) {
 }
 
 TEST_P(Navigation, SetIndexTakesOnlyWhatThereIs) {
-    struct Row {
-        int32 number;
-        int32 field;
-        TextView name;
-        int32 error;
-    };
-    for (const auto& row :
-         {Row{1, fNAME, u"NAME", 0}, Row{2, fBETRAG, u"BETRAG", 0}, Row{4, fBETRAG, u"BETRAG", 53},
-          Row{-1, fBETRAG, u"BETRAG", 53}, Row{3, fTAG, u"TAG", 0}, Row{0, 0, u"", 0}}) {
-        db->SetIndex(row.number);
-        EXPECT_EQ(db->Error(), row.error) << row.number;
-        EXPECT_EQ(db->ActiveIndex(), row.field) << row.number;
-        EXPECT_EQ(db->IndexName(), row.name) << row.number;
+    const std::tuple<int32, int32, TextView, int32> rows[] = {
+        {1, fNAME, u"NAME", 0},       {2, fBETRAG, u"BETRAG", 0}, {4, fBETRAG, u"BETRAG", 53},
+        {-1, fBETRAG, u"BETRAG", 53}, {3, fTAG, u"TAG", 0},       {0, 0, u"", 0}};
+    for (const auto& [number, field, name, error] : rows) {
+        db->SetIndex(number);
+        EXPECT_EQ(db->Error(), error) << number;
+        EXPECT_EQ(db->ActiveIndex(), field) << number;
+        EXPECT_EQ(db->IndexName(), name) << number;
     }
 }
 
-TEST_P(Navigation, IndexGivesTheRecordOfAPosition) {
-    db->SetIndex(2);  // by BETRAG
-    EXPECT_EQ(db->Index(2), 4);
-    EXPECT_EQ(db->LogSatz(), 2);
+TEST_P(Navigation, PositionsAndRecordNumbersFindEachOther) {
+    const int32 positions[] = {5, 3, 1, 4, 2};
+    db->SetIndex(1);
+    for (int32 n = 1; n <= 5; ++n) {
+        db->AktSatzNr(n);
+        EXPECT_EQ(db->LogSatz(), positions[n - 1]);
+        EXPECT_EQ(db->Fields(fNAME), db->GetField(n, fNAME));
+        EXPECT_EQ(db->Index(positions[n - 1]), n);
+    }
     for (const int32 wrong : {0, -1, 6, 2147483647}) {
+        db->AktSatzNr(wrong);
+        EXPECT_EQ(db->Error(), 63);
+        EXPECT_EQ(db->AktSatzNr(), 5);
         EXPECT_EQ(db->Index(wrong), 0);
         EXPECT_EQ(db->Error(), 63);
         EXPECT_EQ(db->LogSatz(), 2);
     }
     db->SetIndex(0);
     EXPECT_EQ(db->Index(5), 5);
-}
-
-TEST_P(Navigation, ARecordNumberFindsItsPosition) {
-    db->SetIndex(1);
-    const int32 positions[] = {5, 3, 1, 4, 2};
-    for (int32 n = 1; n <= 5; ++n) {
-        db->AktSatzNr(n);
-        EXPECT_EQ(db->LogSatz(), positions[n - 1]);
-        EXPECT_EQ(db->Fields(fNAME), db->GetField(n, fNAME));
-    }
-    for (const int32 wrong : {0, 6}) {
-        db->AktSatzNr(wrong);
-        EXPECT_EQ(db->Error(), 63);
-        EXPECT_EQ(db->AktSatzNr(), 5);
-    }
 }
 
 TEST_P(Navigation, FindeSearchesAroundAndStaysOnAMiss) {
@@ -185,9 +140,7 @@ TEST_P(Navigation, AReaderLearnsOfNewRecordsInTime) {
     EXPECT_EQ(other->GetField(7, fNAME), u"Neuer");
 }
 
-INSTANTIATE_TEST_SUITE_P(Forms, Navigation, testing::Values(kNormal, kBig), [](const auto& param) {
-    return std::string(param.param == kBig ? "tree" : "flat");
-});
+INSTANTIATE_TEST_SUITE_P(Forms, Navigation, kBothForms, formName);
 
 class EmptyDatabase : public MemoryDatabase, public testing::WithParamInterface<int32> {};
 
@@ -195,15 +148,11 @@ TEST_P(EmptyDatabase, HasNothingToStandOn) {
     const auto db = make(GetParam());
     for (int32 index = 0; index <= 3; ++index) {
         db->SetIndex(index);
-        const std::pair<const char*, std::function<void()>> moves[] = {
-            {"first", [&] { db->MoveFirst(); }},
-            {"last", [&] { db->MoveLast(); }},
-            {"next", [&] { db->MoveNext(); }},
-            {"previous", [&] { db->MovePrevious(); }}};
-        for (const auto& [name, move] : moves) {
-            move();
-            EXPECT_EQ(db->Error(), 62) << name;
-            EXPECT_EQ(db->AktSatzNr(), 0) << name;
+        for (const auto move :
+             {&clsTSDB::MoveFirst, &clsTSDB::MoveLast, &clsTSDB::MoveNext, &clsTSDB::MovePrevious}) {
+            ((*db).*move)();
+            EXPECT_EQ(db->Error(), 62);
+            EXPECT_EQ(db->AktSatzNr(), 0);
         }
         for (const TextView key : {u"", u"#1", u"Abel"}) {
             db->Gehezu(key);
@@ -221,28 +170,19 @@ TEST_P(EmptyDatabase, HasNothingToStandOn) {
     EXPECT_TRUE(consistent(*db));
 }
 
-INSTANTIATE_TEST_SUITE_P(Forms, EmptyDatabase, testing::Values(kNormal, kBig), [](const auto& param) {
-    return std::string(param.param == kBig ? "tree" : "flat");
-});
+INSTANTIATE_TEST_SUITE_P(Forms, EmptyDatabase, kBothForms, formName);
 
 // The flat form compares the saved index number with a field number.
 TEST_F(MemoryDatabase, TheFlatUpdateMixesIndexAndFieldNumbers) {
     const auto db = make(kNormal);
     addFive(*db);
-    struct Row {
-        int32 active;
-        int32 position;
-    };
     // BETRAG is field 3 and index 2: the position follows under index 3, and stays under index 2.
-    for (const auto& row : {Row{2, 1}, Row{3, 5}}) {
+    for (const auto& [active, position] : {std::pair{2, 1}, {3, 5}}) {
         db->PutField(5, fBETRAG, u"1.00");
         ASSERT_TRUE(db->Sort());
-        db->SetIndex(row.active);
-        db->AktSatzNr(5);
-        db->Fields(fBETRAG, u"9.00");
-        db->Update();
-        ASSERT_EQ(db->Error(), 0);
-        EXPECT_EQ(db->LogSatz(), row.position) << row.active;
+        db->SetIndex(active);
+        ASSERT_EQ(change(*db, 5, fBETRAG, u"9.00"), 0);
+        EXPECT_EQ(db->LogSatz(), position) << active;
     }
 }
 
@@ -257,15 +197,14 @@ TEST_F(MemoryDatabase, AViewSetsTheWidths) {
     const std::vector<int32> lengths{12, 8, 10, 8};
     EXPECT_EQ(widths(), lengths);
     EXPECT_FALSE(db->OpenView(u"Fehlt"));
-    struct Row {
-        BytesView content;
-        std::vector<int32> widths;
-    };
-    for (const auto& row : {Row{"1,2,3,4,5,6", lengths}, Row{"1,2,3,4,5,6,20", {20, 8, 10, 8}},
-                            Row{"1,2,3,4,5,6,21,22,23,24,25\r\n", {21, 22, 23, 8}}}) {
-        put(u"Liste.viw", row.content);
+    const std::pair<BytesView, std::vector<int32>> rows[] = {
+        {"1,2,3,4,5,6", lengths},
+        {"1,2,3,4,5,6,20", {20, 8, 10, 8}},
+        {"1,2,3,4,5,6,21,22,23,24,25\r\n", {21, 22, 23, 8}}};
+    for (const auto& [content, expected] : rows) {
+        put(u"Liste.viw", content);
         EXPECT_TRUE(db->OpenView(u"Liste"));
-        EXPECT_EQ(widths(), row.widths) << row.content;
+        EXPECT_EQ(widths(), expected) << content;
     }
     put(u"Standard.viw", "1,2,3,4,5,6,30,31,32");
     EXPECT_EQ(open()->ViewLaenge(2), 31);

@@ -100,12 +100,7 @@ class Tree : public MemoryDatabase {
         ASSERT_TRUE(record->Update());
         record->Entsperren();
     }
-    void change(int32 n, const Text& text) {
-        db->AktSatzNr(n);
-        db->Fields(1, text);
-        db->Update();
-        ASSERT_EQ(db->Error(), 0);
-    }
+    void change(int32 n, const Text& text) { ASSERT_EQ(test::change(*db, n, 1, text), 0); }
     TreeFile tree() const { return TreeFile(file(u"I001")); }
     // Rules of the nodes, order of the keys, and the positions that the engine gives.
     void check(bool bulk = false) {
@@ -231,36 +226,6 @@ TEST_P(BulkTree, IsWalkedAndThenUpdated) {
 
 INSTANTIATE_TEST_SUITE_P(Sizes, BulkTree,
                          testing::Values(0, 1, 29, 30, 31, 32, 61, 62, 930, 960, 961, 962, 992));
-
-// Taking out a key of an inner node, a rotation and a merge, seen in the file.
-TEST_F(Tree, AMergeAndARotation) {
-    makeKeys();
-    for (int32 n = 1; n <= 50; ++n) add(key(n));
-    // Two leaves of 20 and 29 keys below record 21; key 5 moves into the right one: the left one borrows.
-    change(5, key(45));
-    {
-        const TreeFile file = tree();
-        const auto root = file.node(file.root());
-        EXPECT_EQ(root.anzahl, 1);
-        EXPECT_EQ(file.node(root.entry(1).kind).anzahl + file.node(root.entry(2).kind).anzahl, 49);
-        EXPECT_GE(file.node(root.entry(1).kind).anzahl, 20);
-    }
-    check();
-    db.reset();
-    disk.restore({});
-    makeKeys();
-    for (int32 n = 1; n <= 41; ++n) add(key(n));
-    // 20 and 20 below record 21: a key leaves the left one, both become one node, and the root goes.
-    change(1, key(100));
-    const TreeFile file = tree();
-    EXPECT_EQ(TreeRules(file, false).levels, 2);  // the key came back into a full node
-    check();
-    // The separator itself moves.
-    change(21, key(200));
-    check();
-    change(22, key(0));
-    check();
-}
 
 }  // namespace
 }  // namespace tsRtm::test

@@ -8,6 +8,7 @@ namespace tsRtm::test {
 namespace {
 
 using ControlReading = FieldsTest;
+using Numbers = std::vector<int32>;
 
 TEST_F(ControlReading, TheExampleGivesItsStructure) {
     const auto control = openedText(kExample);
@@ -18,26 +19,22 @@ TEST_F(ControlReading, TheExampleGivesItsStructure) {
     EXPECT_EQ(control->DBDir(), u"/daten/Kunden.DBD");
     EXPECT_EQ(control->DBName(), u"/daten/Kunden");
     EXPECT_EQ(control->Name(), u"Control");
-    EXPECT_EQ(control->Felder(), 3);
-    EXPECT_EQ(control->Seiten(), 1);
-    EXPECT_EQ(control->MaxRecords(), 1000);
-    EXPECT_EQ(control->SatzLaenge(), 23);
-    EXPECT_EQ(control->GesamtSatzLaenge(), 24);
-    EXPECT_EQ(control->PointerLaenge(), 0);
+    const Numbers sizes = {control->Felder(),     control->Seiten(),           control->MaxRecords(),
+                           control->SatzLaenge(), control->GesamtSatzLaenge(), control->PointerLaenge()};
+    EXPECT_EQ(sizes, (Numbers{3, 1, 1000, 23, 24, 0}));
     EXPECT_EQ(control->Indizes(), 1);
     EXPECT_EQ(control->Index(1), 1);
     for (const auto& [index, component] : {std::pair{1, 4}, {1, 0}, {0, 1}, {2, 1}})
         EXPECT_EQ(control->Index(index, component), 0);
     EXPECT_EQ(control->FeldNummer(u"name"), 1);
     EXPECT_EQ(control->FeldNummer(u"Betrag"), -1);
-    EXPECT_EQ(control->IndexNr(1), 1);
-    EXPECT_EQ(control->IndexNr(u"Name"), 1);
-    EXPECT_EQ(control->IndexNr(2), 0);
+    EXPECT_EQ((Numbers{control->IndexNr(1), control->IndexNr(u"Name"), control->IndexNr(2)}),
+              (Numbers{1, 1, 0}));
 
     const auto amount = control->Feld(2);
-    EXPECT_EQ(
-        std::tuple(amount->NachKomma(), amount->Zeile(), amount->Spalte(), amount->Laenge(), amount->Typ()),
-        std::tuple(2, 2, 1, 10, 5));
+    const Numbers line = {amount->NachKomma(), amount->Zeile(), amount->Spalte(), amount->Laenge(),
+                          amount->Typ()};
+    EXPECT_EQ(line, (Numbers{2, 2, 1, 10, 5}));
     EXPECT_EQ(amount->Position(), 8);
     EXPECT_EQ(amount->DBFeld(), 2);
     EXPECT_TRUE(control->field(1).IstIndexFeld());
@@ -51,30 +48,28 @@ TEST_F(ControlReading, TheExampleGivesItsStructure) {
 
 // The same field in each form of head, encoding and line end.
 TEST_F(ControlReading, EveryFormReadsTheSame) {
+    const Bytes line = "0,1,1,8,1,";
+    const Bytes ansi = line + "\"Fu\xDF \xFC\"";
+    const Bytes utf8 = line + "\"Fu\xC3\x9F \xC3\xBC\"";
+    const Bytes tail = "\r\n9,100,1\r\n1,0,0";
     struct Row {
         const char* what;
         Bytes bytes;
         bool passed;  // NichtAnsi as handed in
         bool ansi, unicode;
     };
-    const Bytes line = "0,1,1,8,1,";
-    const Bytes tail = "\r\n9,100,1\r\n1,0,0";
     const Row rows[] = {
-        {"plain count, DOS", "1\r\n" + line + "\"Stra\xE1\x65 \x81\"" + tail, true, false, false},
-        {"plain count, taken as Ansi", "1\r\n" + line + "\"Stra\xDF\x65 \xFC\"" + tail, false, true, false},
-        {"version 0", "TS0,1\r\n" + line + "\"Stra\xDF\x65 \xFC\"" + tail, true, true, false},
-        {"version 1, lower case", "ts1,1\r\n" + line + "\"Stra\xDF\x65 \xFC\"" + tail + "\r\n0\r\n", true,
-         true, false},
-        {"version 1, LF", "TS1,1\n" + line + "\"Stra\xDF\x65 \xFC\"\n9,100,1\n1,0,0\n0\n", true, true, false},
-        {"version 1, CR", "TS1,1\r" + line + "\"Stra\xDF\x65 \xFC\"\r9,100,1\r1,0,0\r0", true, true, false},
-        {"version 2 with its mark", "\xEF\xBB\xBFTS2,1\r\n" + line + "\"Stra\xC3\x9F\x65 \xC3\xBC\"" + tail,
-         true, true, true},
-        {"version 2 without", "TS2,1\r\n" + line + "\"Stra\xC3\x9F\x65 \xC3\xBC\"" + tail, true, true, true},
-        {"no quotes", "TS1,1\r\n" + line + "  Stra\xDF\x65 \xFC  " + tail, true, true, false},
-        {"comments and blank lines",
-         "TS1,1\r\n\r\n  ' Hinweis, 1,2\r\n   \r\n" + line + "Stra\xDF\x65 \xFC" + tail, true, true, false},
-        {"three lines", "TS1,1\r\n" + line + "\"Str_\"\r\n  \"a\xDF_\"\r\n\"e \xFC\"" + tail, true, true,
-         false},
+        {"plain count, DOS", "1\r\n" + line + "\"Fu\xE1 \x81\"" + tail, true, false, false},
+        {"plain count, taken as Ansi", "1\r\n" + ansi + tail, false, true, false},
+        {"version 0", "TS0,1\r\n" + ansi + tail, true, true, false},
+        {"version 1, lower case", "ts1,1\r\n" + ansi + tail + "\r\n0\r\n", true, true, false},
+        {"version 1, LF", "TS1,1\n" + ansi + "\n9,100,1\n1,0,0\n0\n", true, true, false},
+        {"version 1, CR", "TS1,1\r" + ansi + "\r9,100,1\r1,0,0\r0", true, true, false},
+        {"version 2 with its mark", "\xEF\xBB\xBFTS2,1\r\n" + utf8 + tail, true, true, true},
+        {"version 2 without", "TS2,1\r\n" + utf8 + tail, true, true, true},
+        {"no quotes", "TS1,1\r\n" + line + "  Fu\xDF \xFC  " + tail, true, true, false},
+        {"comments", "TS1,1\r\n\r\n  ' Hinweis, 1,2\r\n   \r\n" + ansi + tail, true, true, false},
+        {"three lines", "TS1,1\r\n" + line + "\"F_\"\r\n  \"u\xDF_\"\r\n\" \xFC\"" + tail, true, true, false},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
@@ -82,7 +77,7 @@ TEST_F(ControlReading, EveryFormReadsTheSame) {
         const auto control = opened(u"Control.tsd", row.passed);
         ASSERT_TRUE(control);
         ASSERT_EQ(control->Felder(), 1);
-        EXPECT_EQ(control->field(1).Titel(), u"Straße ü");
+        EXPECT_EQ(control->field(1).Titel(), u"Fuß ü");
         EXPECT_EQ(control->IstAnsi(), row.ansi);
         EXPECT_EQ(control->IstUnicode(), row.unicode);
         EXPECT_EQ(control->MaxRecords(), 100);
@@ -103,8 +98,8 @@ TEST_F(ControlReading, HeadsThatSayLittle) {
 }
 
 TEST_F(ControlReading, FieldsFallIntoTheirLists) {
-    write(u"KetteCtl.002", "TS1,1\r\n0,1,1,4,1,\"K\"\r\n0,50,0\r\n");
-    write(u"KetteCtl.003", "TS1,1\r\n0,1,1,4,1,\"K\"\r\n0,50,0\r\n");
+    for (const TextView name : {u"KetteCtl.002", u"KetteCtl.003"})
+        write(name, "TS1,1\r\n0,1,1,4,1,\"K\"\r\n0,50,0\r\n");
     const auto control = openedText(
         "TS1,9\r\n"
         "0,1,1,60,22,\"Memo\"\r\n"
@@ -119,26 +114,22 @@ TEST_F(ControlReading, FieldsFallIntoTheirLists) {
         "1,32768,1\r\n"
         "4,8,0\r\n");
     ASSERT_TRUE(control);
+    const auto field = [&](int32 n) -> const TSIO& { return control->field(n); };
     EXPECT_EQ(control->AnzahlMemos(), 2);
     EXPECT_EQ(control->Memo(1)->Breit(), 60);
-    EXPECT_EQ(control->field(1).Laenge(), 5);
-    EXPECT_EQ(control->MemoFeld(2), 6);
     EXPECT_EQ(control->Memo(2), nullptr);
-    EXPECT_EQ(control->PropFeld(), 6);
     EXPECT_EQ(control->AnzahlKetten(), 2);
-    EXPECT_EQ(control->KetteFeld(2), 3);
-    EXPECT_TRUE(control->field(3).IsKette());
-    EXPECT_EQ(control->field(3).Typ(), 255);
-    EXPECT_FALSE(control->field(4).IsKette());
-    EXPECT_EQ(control->BlobFeld(1), 5);
-    EXPECT_EQ(control->field(5).Laenge(), 5);
-    EXPECT_EQ(control->AutowertFeld(), 8);
+    const Numbers lists = {control->MemoFeld(2), control->PropFeld(), control->KetteFeld(2),
+                           control->BlobFeld(1), control->AutowertFeld()};
+    EXPECT_EQ(lists, (Numbers{6, 6, 3, 5, 8}));
+    EXPECT_TRUE(field(3).IsKette());
+    EXPECT_EQ(field(3).Typ(), 255);
+    EXPECT_FALSE(field(4).IsKette());
+    EXPECT_EQ((Numbers{field(1).Laenge(), field(5).Laenge()}), (Numbers{5, 5})) << "columns of pointers";
     EXPECT_TRUE(control->HatUnicodeFelder());
-    EXPECT_EQ(control->field(9).Position(), 5 + 5 + 10 + 7 + 5 + 5 + 6 + 6);
+    EXPECT_EQ(field(9).Position(), 5 + 5 + 10 + 7 + 5 + 5 + 6 + 6);
     EXPECT_EQ(control->SatzLaenge(), 49 + 2 * 3);
-    EXPECT_EQ(control->Seiten(), 2);
-    EXPECT_EQ(control->field(2).Seite(), 1);
-    EXPECT_EQ(control->field(9).Seite(), 2);
+    EXPECT_EQ((Numbers{control->Seiten(), field(2).Seite(), field(9).Seite()}), (Numbers{2, 1, 2}));
     // The autowert field had no index of its own.
     ASSERT_EQ(control->Indizes(), 2);
     EXPECT_EQ(control->Index(2), 8);
@@ -147,11 +138,9 @@ TEST_F(ControlReading, FieldsFallIntoTheirLists) {
     ASSERT_TRUE(chain);
     EXPECT_EQ(chain, control->Kette(3)) << "opened once";
     EXPECT_EQ(chain->Typ(), ControlTyp_Kette);
-    EXPECT_EQ(chain->Anker(), 3);
-    EXPECT_EQ(chain->VorLaenge(), 10);
-    EXPECT_EQ(chain->PointerLaenge(), 5);
-    EXPECT_EQ(chain->GesamtSatzLaenge(), 14);
-    EXPECT_EQ(chain->MaxRecords(), 50);
+    const Numbers numbers = {chain->Anker(), chain->VorLaenge(), chain->PointerLaenge(),
+                             chain->GesamtSatzLaenge(), chain->MaxRecords()};
+    EXPECT_EQ(numbers, (Numbers{3, 10, 5, 14, 50}));
     EXPECT_EQ(control->Kette(2)->PointerLaenge(), 5);
     EXPECT_EQ(control->Kette(4), nullptr);
     EXPECT_EQ(control->Kette(99), nullptr);
@@ -236,17 +225,6 @@ TEST_F(ControlReading, HostileFilesAreRefused) {
     const auto widest = openedText("TS1,9999\r\n" + repeated("0,1,1,32767,1025,A\r\n", 9999));
     ASSERT_TRUE(widest);
     EXPECT_EQ(widest->SatzLaenge(), 9999 * 32767 * 2);
-}
-
-TEST_F(ControlReading, ARefusedFileLeavesWhatWasReadOfIt) {
-    auto control = openedText(kExample);
-    ASSERT_TRUE(control);
-    EXPECT_EQ(control->FeldNummer(u"NAME"), 1);
-    write(u"Neu.tsd", "TS1,2\r\n0,1,1,8,1,\"A@@7NEU\"\r\n");
-    EXPECT_FALSE(control->Oeffne(inDir(u"Neu.tsd")));
-    EXPECT_EQ(control->Felder(), 1) << "as far as reading got";
-    EXPECT_EQ(control->FeldNummer(u"NAME"), -1);
-    EXPECT_EQ(control->FeldNummer(u"NEU"), 1);
 }
 
 }  // namespace

@@ -93,9 +93,8 @@ TEST_F(ControlSaving, ASecondWriterIsKeptOut) {
     ASSERT_TRUE(control);
     write(u"Control.tmp", "");
     {
-        const auto other = files.open(
-            inDir(u"Control.tmp"),
-            {platform::Access::readWrite, platform::Sharing::none, platform::Disposition::openExisting});
+        const auto other =
+            files.open(inDir(u"Control.tmp"), {platform::Access::readWrite, platform::Sharing::none});
         ASSERT_TRUE(other.ok());
         EXPECT_EQ(failureOf(*control), 70);
         EXPECT_EQ(read(u"Control.tsd"), kExample);

@@ -21,10 +21,8 @@ TEST_F(Masks, AreListedOnceAndOpenedByNumberOrName) {
     ASSERT_EQ(masks->Count(), 2);
     write(u"Neu.MASKE", "TS1,0\r\n");
     EXPECT_EQ(masks->Count(), 2) << "the list is read once";
-    EXPECT_EQ(masks->Name(1), u"alt");
-    EXPECT_EQ(masks->Name(2), u"Kopf");
-    EXPECT_EQ(masks->Name(0), u"");
-    EXPECT_EQ(masks->Name(3), u"");
+    const TextView names[] = {u"", u"alt", u"Kopf", u""};
+    for (int32 n = 0; n <= 3; ++n) EXPECT_EQ(masks->Name(n), names[n]) << n;
 
     const auto head = control->Maske(2);
     ASSERT_TRUE(head);
@@ -39,10 +37,8 @@ TEST_F(Masks, AreListedOnceAndOpenedByNumberOrName) {
     EXPECT_EQ(control->Maske(u"alt")->field(1).Titel(), u"Straße") << "older masks are in the DOS code page";
     for (const TextView name : {u"kopf", u"Kopf.MASKE", u"Kopf.maske", u"Neu"})
         EXPECT_TRUE(control->Maske(name));
-    EXPECT_FALSE(control->Maske(u"Fehlt"));
-    EXPECT_FALSE(control->Maske(u""));
-    EXPECT_FALSE(control->Maske(3));
-    EXPECT_FALSE(control->Maske(Variant()));
+    for (const Variant& none : {Variant(u"Fehlt"), Variant(u""), Variant(3), Variant()})
+        EXPECT_FALSE(control->Maske(none));
     EXPECT_TRUE(shown().empty());
 }
 
@@ -109,10 +105,11 @@ TEST_F(Masks, FieldsReferToObjects) {
     EXPECT_EQ(control->ObjectFelder(u"Fehlt", 1, fields, properties), 0);
     EXPECT_TRUE(fields.empty());
 
-    EXPECT_EQ(control->ValueFeld(u"Adresse", 7), 2);
-    EXPECT_EQ(control->ValueFeld(u"Konto", 2), 3);
-    EXPECT_EQ(control->ValueFeld(u"Konto", 5), 4);
-    EXPECT_EQ(control->ValueFeld(u"Fehlt", 1), 6) << "one past the last field";
+    for (const auto& [object, index, field] : {std::tuple{u"Adresse", 7, 2},
+                                               {u"Konto", 2, 3},
+                                               {u"Konto", 5, 4},
+                                               {u"Fehlt", 1, 6}})  // one past the last field
+        EXPECT_EQ(control->ValueFeld(object, index), field) << toUtf8(object) << index;
 }
 
 }  // namespace

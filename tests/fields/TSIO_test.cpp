@@ -13,51 +13,39 @@ TSIO titled(TextView title) {
 }
 
 TEST(TSIO, TypeWordTellsTheKind) {
-    enum Kind {
-        plain = 0,
-        memo = 1,
-        secretMemo = 2,
-        blob = 4,
-        secretBlob = 8,
-        kette = 16,
-        alpha = 32,
-        unseen = 64
+    // Letters: m memo, b blob, x encrypted, k chain, a alphanumeric, h hidden.
+    const std::tuple<int32, std::string, Typen> rows[] = {
+        {tsAlles, "a", typALLES},
+        {tsZiffern_Sonderzeichen, "a", typTELEFON},
+        {tsZiffern, "", typZIFFERN},
+        {tsNumerisch, "", typWERT},
+        {tsTagesdatum, "", typDATUM},
+        {tsMemo, "m", typNN},
+        {tsMemoEncrypted, "mx", typNN},
+        {tsProperties, "m", typNN},
+        {tsCheckBox, "", typNN},
+        {tsKette, "k", typNN},
+        {tsKette_ohne_F9, "k", typNN},
+        {tsBlob, "b", typNN},
+        {tsBlobEncrypted, "bx", typNN},
+        {tsAutowert, "", typWERT},
+        {tsUnsichtbar, "a", typALLES},  // the low bits would say blob
+        {tsKeine_Eingabe, "ah", typALLES},
+        {tsMemo | fUniCode, "m", typNN},
+        {tsAlphanumerisch | fUniCode, "a", typDRUCKBAR},
+        {tsAlphanumerisch | fUnSichtbar, "ah", typDRUCKBAR},
     };
-    struct Row {
-        int32 typ;
-        int32 kind;
-        Typen datentyp;
-    };
-    const Row rows[] = {
-        {tsAlles, alpha, typALLES},
-        {tsZiffern_Sonderzeichen, alpha, typTELEFON},
-        {tsZiffern, plain, typZIFFERN},
-        {tsNumerisch, plain, typWERT},
-        {tsTagesdatum, plain, typDATUM},
-        {tsMemo, memo, typNN},
-        {tsMemoEncrypted, memo | secretMemo, typNN},
-        {tsProperties, memo, typNN},
-        {tsCheckBox, plain, typNN},
-        {tsKette, kette, typNN},
-        {tsKette_ohne_F9, kette, typNN},
-        {tsBlob, blob, typNN},
-        {tsBlobEncrypted, blob | secretBlob, typNN},
-        {tsAutowert, plain, typWERT},
-        {tsUnsichtbar, alpha, typALLES},  // the low bits would say blob
-        {tsKeine_Eingabe, alpha | unseen, typALLES},
-        {tsMemo | fUniCode, memo, typNN},
-        {tsAlphanumerisch | fUniCode, alpha, typDRUCKBAR},
-        {tsAlphanumerisch | fUnSichtbar, alpha | unseen, typDRUCKBAR},
-    };
-    for (const auto& row : rows) {
+    for (const auto& [typ, letters, datentyp] : rows) {
         TSIO field;
-        field.Typ(row.typ);
-        const int32 kind = (field.IsMemo() ? memo : 0) | (field.IsEncryptedMemo() ? secretMemo : 0) |
-                           (field.IsBlob() ? blob : 0) | (field.IsEncryptedBlob() ? secretBlob : 0) |
-                           (field.IsKette() ? kette : 0) | (field.IsAlpha() ? alpha : 0) |
-                           (field.Visible() ? 0 : unseen);
-        EXPECT_EQ(kind, row.kind) << "Typ " << row.typ;
-        EXPECT_EQ(field.Datentyp(), row.datentyp) << "Typ " << row.typ;
+        field.Typ(typ);
+        std::string kind;
+        if (field.IsMemo()) kind += field.IsEncryptedMemo() ? "mx" : "m";
+        if (field.IsBlob()) kind += field.IsEncryptedBlob() ? "bx" : "b";
+        if (field.IsKette()) kind += "k";
+        if (field.IsAlpha()) kind += "a";
+        if (!field.Visible()) kind += "h";
+        EXPECT_EQ(kind, letters) << "Typ " << typ;
+        EXPECT_EQ(field.Datentyp(), datentyp) << "Typ " << typ;
     }
 }
 
@@ -77,10 +65,7 @@ TEST(TSIO, WritingAFlagLeavesTheOtherBits) {
 }
 
 TEST(TSIO, TitleIsReadByItsParts) {
-    struct Row {
-        TextView title, caption, help, names, width;
-    };
-    const Row rows[] = {
+    const std::tuple<TextView, TextView, TextView, TextView, TextView> rows[] = {
         {u"", u"", u"", u"", u""},
         {u"&Betrag", u"&Betrag", u"", u"", u""},
         {u"&Uhrzeit     @Hilfe@7UHRZEIT", u"&Uhrzeit     ", u"Hilfe", u"UHRZEIT", u""},
@@ -89,25 +74,20 @@ TEST(TSIO, TitleIsReadByItsParts) {
         {u"A@h@7", u"A", u"h", u"", u""},
         {u"A@h@7x@7y", u"A", u"h", u"x", u""},
     };
-    for (const auto& row : rows) {
-        const auto field = titled(row.title);
-        EXPECT_EQ(field.Caption(), row.caption) << toUtf8(row.title);
-        EXPECT_EQ(field.Hilfe(), row.help) << toUtf8(row.title);
-        EXPECT_EQ(field.EXTENSION(extHILFE), row.help) << toUtf8(row.title);
-        EXPECT_EQ(field.EXTENSION(extNAMEN), row.names) << toUtf8(row.title);
-        EXPECT_EQ(field.EXTENSION(extDISPLAYWIDTH), row.width) << toUtf8(row.title);
-        EXPECT_EQ(field.EXTENSION(10), u"") << toUtf8(row.title);
+    for (const auto& [title, caption, help, names, width] : rows) {
+        const auto field = titled(title);
+        SCOPED_TRACE(toUtf8(title));
+        EXPECT_EQ(field.Caption(), caption);
+        EXPECT_EQ(field.Hilfe(), help);
+        EXPECT_EQ(field.EXTENSION(extHILFE), help);
+        EXPECT_EQ(field.EXTENSION(extNAMEN), names);
+        EXPECT_EQ(field.EXTENSION(extDISPLAYWIDTH), width);
+        EXPECT_EQ(field.EXTENSION(10), u"");
     }
 }
 
 TEST(TSIO, TitleIsWrittenPartByPart) {
-    using Write = void (*)(TSIO&);
-    struct Row {
-        TextView before;
-        Write write;
-        TextView after;
-    };
-    const Row rows[] = {
+    const std::tuple<TextView, void (*)(TSIO&), TextView> rows[] = {
         {u"A@h@7N", [](TSIO& f) { f.Caption(u"Neu"); }, u"Neu@h@7N"},
         {u"A", [](TSIO& f) { f.Hilfe(u"h"); }, u"A@h"},
         {u"A@alt@7N", [](TSIO& f) { f.EXTENSION(-1, u"neu"); }, u"A@neu@7N"},
@@ -123,10 +103,10 @@ TEST(TSIO, TitleIsWrittenPartByPart) {
         {u"A@h@7n:o", [](TSIO& f) { f.ObjectName(u"p"); }, u"A@h@7n:P"},
         {u"A@h@7n", [](TSIO& f) { f.ObjectName(u"p"); }, u"A@h@7P:"},  // the format has always had it so
     };
-    for (const auto& row : rows) {
-        auto field = titled(row.before);
-        row.write(field);
-        EXPECT_EQ(field.Titel(), row.after) << toUtf8(row.before);
+    for (const auto& [before, write, after] : rows) {
+        auto field = titled(before);
+        write(field);
+        EXPECT_EQ(field.Titel(), after) << toUtf8(before);
     }
     EXPECT_EQ(titled(u"A@h@7name:obj").Name(), u"NAME");
     EXPECT_EQ(titled(u"A@h@7name:obj").ObjectName(), u"OBJ");
@@ -142,13 +122,10 @@ TEST(TSIO, CloneLeavesContentAndMarksBehind) {
     field.IstIndexFeld(true);
     field.IstKetteFeld(true);
     const auto copy = field.Clone();
-    EXPECT_EQ(copy->Titel(), u"A@h");
-    EXPECT_EQ(copy->Laenge(), 8);
-    EXPECT_EQ(copy->Seite(), 2);
-    EXPECT_EQ(copy->DBFeldName(), u"NAME");
+    EXPECT_EQ(std::tuple(copy->Titel(), copy->Laenge(), copy->Seite(), copy->DBFeldName()),
+              std::tuple(u"A@h", 8, 2, u"NAME"));
     EXPECT_EQ(copy->Inhalt(), u"");
-    EXPECT_FALSE(copy->IstIndexFeld());
-    EXPECT_FALSE(copy->IstKetteFeld());
+    EXPECT_FALSE(copy->IstIndexFeld() || copy->IstKetteFeld());
 }
 
 }  // namespace

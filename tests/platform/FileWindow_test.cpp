@@ -1,26 +1,22 @@
 // The window of a local file, and what happens when the file is cut under it.
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/mman.h>
 
 #include <cstring>
 
+#include "tests/platform/FileHelp.hpp"
 #include "tests/support/ChildProcess.hpp"
-#include "tests/support/MemoryFiles.hpp"
 #include "tests/support/TempFolder.hpp"
 #include "tsRtm/platform/posix/PosixPlatform.hpp"
 
 namespace tsRtm::test {
 namespace {
 
-using namespace platform;
-
-std::span<const std::byte> bytesOf(BytesView text) { return std::as_bytes(std::span(text)); }
+using enum SystemError;
 
 #ifdef __SANITIZE_ADDRESS__
-constexpr bool kSanitized =
-    true;  // its handler was there before ours, reports the error and ends the process
+constexpr bool kSanitized = true;  // its handler was there before ours and ends the process with a report
 #else
 constexpr bool kSanitized = false;
 #endif
@@ -33,9 +29,7 @@ class Window : public testing::Test {
             GTEST_SKIP() << "no local disk to test on";
     }
     std::unique_ptr<File> open(Access access = Access::readWrite) {
-        auto file = files.open(folder.name(u"datei"), {access, Sharing::all, Disposition::openOrCreate});
-        EXPECT_TRUE(file.ok());
-        return file ? std::move(*file) : nullptr;
+        return openFile(files, folder.name(u"datei"), {access, Sharing::all, Disposition::openOrCreate});
     }
     static Bytes seen(FileWindow& window, uint64 offset, std::size_t count) {
         return Bytes(reinterpret_cast<const char*>(window.data()) + offset, count);
@@ -48,17 +42,15 @@ class Window : public testing::Test {
 TEST_F(Window, AgreesWithReadsAndWritesOfOtherOpenings) {
     const auto file = open();
     const auto other = open();
-    ASSERT_EQ(file->writeAt(0, bytesOf("anfang")), SystemError::none);
+    ASSERT_EQ(writeText(*file, 0, "anfang"), none);
     auto* window = file->window();
     ASSERT_TRUE(window);
     EXPECT_EQ(file->window(), window);
     EXPECT_EQ(seen(*window, 0, 6), "anfang");
-    ASSERT_EQ(other->writeAt(2, bytesOf("XY")), SystemError::none);
+    ASSERT_EQ(writeText(*other, 2, "XY"), none);
     EXPECT_EQ(seen(*window, 0, 6), "anXYng");
     std::memcpy(window->data() + 4, "!?", 2);
-    char back[6];
-    ASSERT_EQ(other->readAt(0, std::as_writable_bytes(std::span(back))).value(), 6u);
-    EXPECT_EQ(Bytes(back, 6), "anXY!?");
+    EXPECT_EQ(readText(*other), "anXY!?");
     EXPECT_EQ(seen(*open(Access::read)->window(), 0, 6), "anXY!?");
 }
 
@@ -69,7 +61,7 @@ TEST_F(Window, SeesAGrowingFileWithoutMoving) {
     const auto* before = window->data();
     const uint64 far = 3'000'000;
     ASSERT_LT(far, window->capacity());
-    ASSERT_EQ(open()->writeAt(far, bytesOf("ende")), SystemError::none);
+    ASSERT_EQ(writeText(*open(), far, "ende"), none);
     EXPECT_EQ(seen(*window, far, 4), "ende");
     EXPECT_EQ(seen(*window, far - 2, 2), Bytes(2, '\0'));
     EXPECT_EQ(window->data(), before);
@@ -78,10 +70,10 @@ TEST_F(Window, SeesAGrowingFileWithoutMoving) {
 
 TEST_F(Window, ReserveMakesRoomAndKeepsTheContent) {
     const auto file = open();
-    ASSERT_EQ(file->writeAt(0, bytesOf("anfang")), SystemError::none);
+    ASSERT_EQ(writeText(*file, 0, "anfang"), none);
     auto* window = file->window();
     const uint64 size = window->capacity() + 5'000'000;
-    ASSERT_EQ(file->resize(size), SystemError::none);  // a sparse file: it takes no room on the disk
+    ASSERT_EQ(file->resize(size), none);  // a sparse file: it takes no room on the disk
     ASSERT_TRUE(window->reserve(size));
     EXPECT_GE(window->capacity(), size);
     EXPECT_EQ(seen(*window, 0, 6), "anfang");
@@ -93,14 +85,12 @@ TEST_F(Window, ReserveMakesRoomAndKeepsTheContent) {
 TEST_F(Window, SurvivesAFileCutUnderIt) {
     const auto file = open();
     const Bytes content(100'000, 'a');
-    ASSERT_EQ(file->writeAt(0, bytesOf(content)), SystemError::none);
+    ASSERT_EQ(writeText(*file, 0, content), none);
     auto* window = file->window();
-    const auto bystander =
-        files.open(folder.name(u"andere"), {Access::readWrite, Sharing::all, Disposition::createEmpty});
-    ASSERT_TRUE(bystander.ok());
-    auto* untouched = bystander.value()->window();
+    const auto bystander = openFile(files, folder.name(u"andere"));
+    auto* untouched = bystander->window();
 
-    ASSERT_EQ(open()->resize(10), SystemError::none);
+    ASSERT_EQ(open()->resize(10), none);
     EXPECT_EQ(seen(*window, 0, 10), Bytes(10, 'a'));
     EXPECT_FALSE(window->damaged());
     EXPECT_EQ(seen(*window, 50'000, 3), Bytes(3, '\0'));
@@ -110,33 +100,29 @@ TEST_F(Window, SurvivesAFileCutUnderIt) {
     EXPECT_EQ(seen(*window, 0, 10), Bytes(10, 'a'));
     EXPECT_FALSE(untouched->damaged()) << "the damage belongs to one window";
 
-    ASSERT_EQ(file->resize(100'000), SystemError::none);
+    ASSERT_EQ(file->resize(100'000), none);
     EXPECT_TRUE(window->damaged()) << "a mended file does not mend its window";
     EXPECT_FALSE(open()->window()->damaged()) << "a new window starts sound";
 }
 
-TEST_F(Window, FirstAccessBehindTheEndMayBeAWrite) {
-    const auto file = open();
-    ASSERT_EQ(file->resize(100'000), SystemError::none);
-    auto* window = file->window();
-    ASSERT_EQ(open()->resize(0), SystemError::none);
-    std::memcpy(window->data() + 60'000, "weg", 3);
-    EXPECT_TRUE(window->damaged());
-}
-
-TEST_F(Window, ReadersSurviveACutFileToo) {
-    ASSERT_EQ(open()->resize(100'000), SystemError::none);
-    const auto reader = open(Access::read);
-    auto* window = reader->window();
-    ASSERT_TRUE(window);
-    ASSERT_EQ(open()->resize(0), SystemError::none);
-    EXPECT_EQ(seen(*window, 99'000, 2), Bytes(2, '\0'));
-    EXPECT_TRUE(window->damaged());
+TEST_F(Window, TheFirstAccessBehindTheEndMayBeAWriteOrByAReader) {
+    for (const auto access : {Access::readWrite, Access::read}) {
+        ASSERT_EQ(open()->resize(100'000), none);
+        const auto file = open(access);
+        auto* window = file->window();
+        ASSERT_TRUE(window);
+        ASSERT_EQ(open()->resize(0), none);
+        if (access == Access::read)
+            EXPECT_EQ(seen(*window, 99'000, 2), Bytes(2, '\0'));
+        else
+            std::memcpy(window->data() + 60'000, "weg", 3);
+        EXPECT_TRUE(window->damaged());
+    }
 }
 
 TEST_F(Window, SeesWhatAnotherProcessWritesAndCuts) {
     const auto file = open();
-    ASSERT_EQ(file->resize(100'000), SystemError::none);
+    ASSERT_EQ(file->resize(100'000), none);
     auto* window = file->window();
     ChildProcess other([&](ChildProcess::Line& line) {
         const auto mine = open();
@@ -157,24 +143,18 @@ TEST_F(Window, SeesWhatAnotherProcessWritesAndCuts) {
 // that was there before.
 TEST_F(Window, ForeignBusErrorsArePassedOn) {
     const auto file = open();
-    ASSERT_EQ(file->resize(4096), SystemError::none);
+    ASSERT_EQ(file->resize(4096), none);
     ASSERT_TRUE(file->window());
     ChildProcess victim([&](ChildProcess::Line&) {
         const int raw = ::open(toUtf8(folder.name(u"datei")).c_str(), O_RDWR);
         void* const page = ::mmap(nullptr, 4096 * 4, PROT_READ, MAP_SHARED, raw, 0);
         return static_cast<const volatile char*>(page)[4096 * 3] == 0 ? 0 : 1;
     });
-    const int ended = victim.wait();
-    EXPECT_TRUE(ended == -SIGBUS || (kSanitized && ended > 0)) << ended;
     ChildProcess sent([&](ChildProcess::Line&) { return ::raise(SIGBUS); });
-    const int signalled = sent.wait();
-    EXPECT_TRUE(signalled == -SIGBUS || (kSanitized && signalled > 0)) << signalled;
-}
-
-TEST_F(Window, DoublesHaveNone) {
-    MemoryFiles memory;
-    const auto file = memory.open(u"datei", {Access::readWrite, Sharing::all, Disposition::openOrCreate});
-    EXPECT_EQ(file.value()->window(), nullptr);
+    for (auto* process : {&victim, &sent}) {
+        const int ended = process->wait();
+        EXPECT_TRUE(ended == -SIGBUS || (kSanitized && ended > 0)) << ended;
+    }
 }
 
 }  // namespace

@@ -1,14 +1,13 @@
 // What only the ground of this machine can show: processes, pipes, links, odd bytes in names, the basket.
-#include <gtest/gtest.h>
 #include <stdlib.h>
 #include <sys/stat.h>
 
 #include <fstream>
 #include <sstream>
 
+#include "tests/platform/FileHelp.hpp"
 #include "tests/support/ChildProcess.hpp"
 #include "tests/support/TempFolder.hpp"
-#include "tsRtm/platform/LockProbe.hpp"
 #include "tsRtm/platform/posix/PosixErrors.hpp"
 #include "tsRtm/platform/posix/PosixPath.hpp"
 #include "tsRtm/platform/posix/PosixPlatform.hpp"
@@ -16,18 +15,16 @@
 namespace tsRtm::test {
 namespace {
 
-using namespace platform;
+using enum SystemError;
 namespace fs = std::filesystem;
-
-constexpr OpenRequest kShared{Access::readWrite, Sharing::all, Disposition::openOrCreate};
-constexpr OpenRequest kExclusive{Access::readWrite, Sharing::none, Disposition::openOrCreate};
 
 class PosixFiles : public testing::Test {
  protected:
     std::unique_ptr<File> open(TextView entry, OpenRequest request = kShared) {
-        auto file = files.open(folder.name(entry), request);
-        EXPECT_EQ(file.error(), SystemError::none);
-        return file ? std::move(*file) : nullptr;
+        return openFile(files, folder.name(entry), request);
+    }
+    SystemError openError(TextView entry, OpenRequest request) {
+        return files.open(folder.name(entry), request).error();
     }
     void make(const fs::path& entry, std::string_view content = "") {
         std::ofstream(folder.path() / entry, std::ios::binary) << content;
@@ -43,11 +40,10 @@ class PosixFiles : public testing::Test {
 
 TEST_F(PosixFiles, LocksExcludeAnotherProcessAndDieWithIt) {
     const auto file = open(u"datei");
-    ASSERT_EQ(file->tryLock({20, 1}), SystemError::none);
+    ASSERT_EQ(file->tryLock({20, 1}), none);
     ChildProcess other([&](ChildProcess::Line& line) {
         const auto mine = open(u"datei");
-        if (mine->tryLock({20, 1}) != SystemError::lockViolation || !mine->isLocked({20, 1}).value())
-            return 1;
+        if (mine->tryLock({20, 1}) != lockViolation || !mine->isLocked({20, 1}).value()) return 1;
         if (failed(mine->tryLock({10, 1}))) return 2;
         line.say('L');
         line.hear();
@@ -55,10 +51,10 @@ TEST_F(PosixFiles, LocksExcludeAnotherProcessAndDieWithIt) {
     });
     ASSERT_EQ(other.line().hear(), 'L');
     EXPECT_TRUE(file->isLocked({10, 1}).value());
-    EXPECT_EQ(file->tryLock({10, 1}), SystemError::lockViolation);
+    EXPECT_EQ(file->tryLock({10, 1}), lockViolation);
     other.kill();
     EXPECT_FALSE(file->isLocked({10, 1}).value());
-    EXPECT_EQ(file->tryLock({10, 1}), SystemError::none);
+    EXPECT_EQ(file->tryLock({10, 1}), none);
 }
 
 TEST_F(PosixFiles, ShareModesHoldBetweenProcesses) {
@@ -72,12 +68,12 @@ TEST_F(PosixFiles, ShareModesHoldBetweenProcesses) {
         return line.hear() == 'Z' ? 0 : 2;
     });
     ASSERT_EQ(other.line().hear(), 'E');
-    EXPECT_EQ(files.open(folder.name(u"datei"), kShared).error(), SystemError::sharingViolation);
-    EXPECT_EQ(files.remove(folder.name(u"datei")), SystemError::sharingViolation);
+    EXPECT_EQ(openError(u"datei", kShared), sharingViolation);
+    EXPECT_EQ(files.remove(folder.name(u"datei")), sharingViolation);
     other.line().say('S');
     ASSERT_EQ(other.line().hear(), 'S');
     EXPECT_NE(open(u"datei"), nullptr);
-    EXPECT_EQ(files.open(folder.name(u"datei"), kExclusive).error(), SystemError::sharingViolation);
+    EXPECT_EQ(openError(u"datei", kExclusive), sharingViolation);
     other.line().say('Z');
     EXPECT_EQ(other.wait(), 0);
 }
@@ -121,7 +117,7 @@ TEST_F(PosixFiles, PathsAreMatchedExactlyFirst) {
     EXPECT_FALSE(missing->exists);
     EXPECT_EQ(missing->path, (folder.path() / "Kunden.DBD/Neu.Tsd").string());
     EXPECT_EQ(posix::findPath(u"/").value().path, "/");
-    EXPECT_EQ(posix::findPath(folder.name(Text(300, u'x'))).error(), SystemError::nameTooLong);
+    EXPECT_EQ(posix::findPath(folder.name(Text(300, u'x'))).error(), nameTooLong);
 }
 
 TEST_F(PosixFiles, RelativeNamesShowTheirFullName) {
@@ -137,10 +133,7 @@ TEST_F(PosixFiles, RelativeNamesShowTheirFullName) {
 }
 
 TEST_F(PosixFiles, NamesInForeignBytesAreFoundAsListed) {
-    make(
-        "Gr\xFC\xDF"
-        "e.txt",
-        "inhalt");  // one byte a letter, no UTF-8
+    make("Gr\xFCn.txt", "inhalt");  // one byte a letter, no UTF-8
     const auto entries = files.list(folder.name()).value();
     ASSERT_EQ(entries.size(), 1u);
     EXPECT_TRUE(files.open(folder.name(entries.front().name), {}).ok());
@@ -149,9 +142,9 @@ TEST_F(PosixFiles, NamesInForeignBytesAreFoundAsListed) {
 TEST_F(PosixFiles, PipesAndDevicesAreRefusedWithoutWaiting) {
     ASSERT_EQ(::mkfifo((folder.path() / "rohr").c_str(), 0600), 0);
     for (const auto request : {kShared, kExclusive, OpenRequest{}})
-        EXPECT_EQ(files.open(folder.name(u"rohr"), request).error(), SystemError::accessDenied);
-    EXPECT_EQ(files.open(u"/dev/null", kShared).error(), SystemError::accessDenied);
-    EXPECT_EQ(files.remove(folder.name(u"rohr")), SystemError::none);
+        EXPECT_EQ(openError(u"rohr", request), accessDenied);
+    EXPECT_EQ(files.open(u"/dev/null", kShared).error(), accessDenied);
+    EXPECT_EQ(files.remove(folder.name(u"rohr")), none);
 }
 
 TEST_F(PosixFiles, LinksAreFollowedAndABrokenOneIsListed) {
@@ -159,10 +152,10 @@ TEST_F(PosixFiles, LinksAreFollowedAndABrokenOneIsListed) {
     fs::create_symlink("ziel", folder.path() / "verweis");
     fs::create_symlink("nirgends", folder.path() / "kaputt");
     EXPECT_EQ(files.status(folder.name(u"verweis")).value().size, 6u);
-    EXPECT_EQ(files.status(folder.name(u"kaputt")).error(), SystemError::fileNotFound);
+    EXPECT_EQ(files.status(folder.name(u"kaputt")).error(), fileNotFound);
     EXPECT_EQ(files.list(folder.name()).value().size(), 3u);
     const auto holder = open(u"ziel");
-    EXPECT_EQ(files.open(folder.name(u"verweis"), kExclusive).error(), SystemError::sharingViolation);
+    EXPECT_EQ(openError(u"verweis", kExclusive), sharingViolation);
 }
 
 class Basket : public PosixFiles {
@@ -178,9 +171,9 @@ class Basket : public PosixFiles {
 
 TEST_F(Basket, KeepsTheFileAndWhereItCameFrom) {
     make("Alte Größe.tsd", "eins");
-    ASSERT_EQ(files.recycle(folder.name(u"alte größe.TSD")), SystemError::none);
+    ASSERT_EQ(files.recycle(folder.name(u"alte größe.TSD")), none);
     make("Alte Größe.tsd", "zwei");
-    ASSERT_EQ(files.recycle(folder.name(u"Alte Größe.tsd")), SystemError::none);
+    ASSERT_EQ(files.recycle(folder.name(u"Alte Größe.tsd")), none);
     EXPECT_FALSE(fs::exists(folder.path() / "Alte Größe.tsd"));
     EXPECT_EQ(text("files/Alte Größe.tsd"), "eins");
     EXPECT_EQ(text("files/Alte Größe.tsd.2"), "zwei");
@@ -192,26 +185,30 @@ TEST_F(Basket, KeepsTheFileAndWhereItCameFrom) {
 TEST_F(Basket, RefusesOpenFilesAndFolders) {
     const auto file = open(u"datei");
     fs::create_directory(folder.path() / "ordner");
-    EXPECT_EQ(files.recycle(folder.name(u"datei")), SystemError::sharingViolation);
-    EXPECT_EQ(files.recycle(folder.name(u"ordner")), SystemError::accessDenied);
-    EXPECT_EQ(files.recycle(folder.name(u"fehlt")), SystemError::fileNotFound);
+    EXPECT_EQ(files.recycle(folder.name(u"datei")), sharingViolation);
+    EXPECT_EQ(files.recycle(folder.name(u"ordner")), accessDenied);
+    EXPECT_EQ(files.recycle(folder.name(u"fehlt")), fileNotFound);
     EXPECT_TRUE(fs::exists(folder.path() / "datei"));
 }
 
 TEST(PosixErrors, SystemNumbersBecomeOurs) {
-    struct Row {
-        int number;
-        SystemError error;
-    };
-    for (const Row row : {Row{0, SystemError::none}, Row{ENOENT, SystemError::fileNotFound},
-                          Row{ENOTDIR, SystemError::pathNotFound}, Row{EMFILE, SystemError::tooManyOpenFiles},
-                          Row{EACCES, SystemError::accessDenied}, Row{EPERM, SystemError::accessDenied},
-                          Row{EISDIR, SystemError::accessDenied}, Row{EROFS, SystemError::writeProtected},
-                          Row{ENOSPC, SystemError::diskFull}, Row{EDQUOT, SystemError::diskFull},
-                          Row{EIO, SystemError::deviceError}, Row{ENXIO, SystemError::notReady},
-                          Row{ENAMETOOLONG, SystemError::nameTooLong}, Row{ENOLCK, SystemError::notSupported},
-                          Row{ESTALE, SystemError::deviceError}, Row{987654, SystemError::deviceError}})
-        EXPECT_EQ(posix::fromErrno(row.number), row.error) << row.number;
+    const std::pair<int, SystemError> rows[] = {{0, none},
+                                                {ENOENT, fileNotFound},
+                                                {ENOTDIR, pathNotFound},
+                                                {EMFILE, tooManyOpenFiles},
+                                                {EACCES, accessDenied},
+                                                {EPERM, accessDenied},
+                                                {EISDIR, accessDenied},
+                                                {EROFS, writeProtected},
+                                                {ENOSPC, diskFull},
+                                                {EDQUOT, diskFull},
+                                                {EIO, deviceError},
+                                                {ENXIO, notReady},
+                                                {ENAMETOOLONG, nameTooLong},
+                                                {ENOLCK, notSupported},
+                                                {ESTALE, deviceError},
+                                                {987654, deviceError}};
+    for (const auto& [number, error] : rows) EXPECT_EQ(posix::fromErrno(number), error) << number;
 }
 
 }  // namespace

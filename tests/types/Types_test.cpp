@@ -29,7 +29,7 @@ TEST(Text, TellsNumbersFromOthers) {
 }
 
 TEST(Text, SurvivesMalformedUtf8) {
-    EXPECT_EQ(fromUtf8("a\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80"), u"aä€😀");
+    EXPECT_EQ(fromUtf8("aä€😀"), u"aä€😀");
     EXPECT_EQ(fromUtf8("\xC3"), u"\uFFFD");
     EXPECT_EQ(fromUtf8("\xC0\xAFx"), u"\uFFFD\uFFFDx");
     EXPECT_EQ(fromUtf8("\xED\xA0\x80"), u"\uFFFD");

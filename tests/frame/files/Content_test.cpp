@@ -8,63 +8,55 @@ using ContentTest = FilesTest;
 
 constexpr int32 untouched = 4711;
 
-struct ReadCase {
-    std::string_view bytes;
-    int32 encoding;  // as found; 321 raised where negative
-    TextView text;
-};
-class Reading : public FilesTest, public ::testing::WithParamInterface<ReadCase> {};
-
-TEST_P(Reading, FindsEncodingAndText) {
-    const auto& [bytes, encoding, text] = GetParam();
-    const Text name = write("a", bytes);
-    int32 found = untouched;
-    Date changed;
-    if (encoding < 0) {
-        EXPECT_EQ(raisedBy([&] { files.GetContentAPI(name, found, changed); }), 321);
-        EXPECT_EQ(found, -encoding);
-        EXPECT_NE(other(name, Sharing::none), nullptr) << "the file is closed again";
-    } else {
-        EXPECT_EQ(files.GetContentAPI(name, found, changed), text);
-        EXPECT_EQ(found, encoding);
-        EXPECT_GT(changed.serial(), 40000);
+TEST_F(ContentTest, ReadingFindsEncodingAndText) {
+    struct Row {
+        std::string_view bytes;
+        int32 encoding;  // 321 is raised where negative
+        TextView text;
+    };
+    const Row rows[] = {
+        {""sv, untouched, u""},
+        {"a"sv, 1252, u"a"},
+        {"\x80\xE4"sv, 1252, u"€ä"},
+        {"\xEF"sv, 1252, u"ï"},
+        {"\xEF\xBB"sv, 1252, u"ï»"},
+        {"\xEF\xBB\xBF"sv, 65001, u""},
+        {"\xEF\xBB\xBF\xC3\xA4"sv, 65001, u"ä"},
+        {"\xEF\xBB\xBFx\xC3"sv, 65001, u"x\uFFFD"},
+        {"\xEF\xBB\xBF\xFFx"sv, 65001, u"\uFFFDx"},
+        {"\xFF\xFE"sv, 1200, u""},
+        {"\xFF\xFE\0"sv, 1200, u""},
+        {"\xFF\xFE\0\1"sv, 1200, u"\u0100"},
+        {"\xFF\xFE\xE4\0"sv, 1200, u"ä"},
+        {"\xFF\xFEx\0y"sv, 1200, u"x"},
+        {"\xFF\xFE\x3D\xD8"sv, 1200, TextView(u"\xD83D", 1)},
+        {"\xFF\xFE\0\0"sv, -12000, u""},
+        {"\xFF\xFE\0\0a\0\0\0"sv, -12000, u""},
+        {"\xFE\xFF"sv, 1201, u""},
+        {"\xFE\xFF\0\xE4\0"sv, 1201, u"ä"},
+        {"\xFE\xFF\0\0"sv, 1201, TextView(u"\0", 1)},
+        {"\0\0\xFE\xFF"sv, -12001, u""},
+        {"\0\0\xFE"sv, 1252, TextView(u"\0\0þ", 3)},
+        {"xy\x1Az"sv, 1252, u"xy"},  // the mark of the end of a file
+        {"\x1A"sv, 1252, u""},
+        {"\xFF\xFEx\0\x1A\0y\0"sv, 1200, u"x"},
+        {"\xFF\xFE\x1A\1"sv, 1200, u"\u011A"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(testing::PrintToString(row.bytes));
+        const Text name = write("a", row.bytes);
+        int32 found = untouched;
+        Date changed;
+        if (row.encoding < 0) {
+            EXPECT_EQ(raisedBy([&] { files.GetContentAPI(name, found, changed); }), 321);
+            EXPECT_NE(other(name, Sharing::none), nullptr) << "the file is closed again";
+        } else {
+            EXPECT_EQ(files.GetContentAPI(name, found, changed), row.text);
+            EXPECT_GT(changed.serial(), 40000);
+        }
+        EXPECT_EQ(found, std::abs(row.encoding));
     }
 }
-INSTANTIATE_TEST_SUITE_P(
-    Marks, Reading,
-    ::testing::Values(ReadCase{""sv, untouched, u""}, ReadCase{"a"sv, 1252, u"a"},
-                      ReadCase{"\xEF"sv, 1252, u"ï"}, ReadCase{"\xEF\xBB"sv, 1252, u"ï»"},
-                      ReadCase{"\xEF\xBB\xBF"sv, 65001, u""}, ReadCase{"\xEF\xBB\xBF\xC3\xA4"sv, 65001, u"ä"},
-                      ReadCase{"\xFF\xFE"sv, 1200, u""}, ReadCase{"\xFF\xFE\0"sv, 1200, u""},
-                      ReadCase{"\xFF\xFE\0\0"sv, -12000, u""}, ReadCase{"\xFF\xFE\0\0a\0\0\0"sv, -12000, u""},
-                      ReadCase{"\xFF\xFE\0\1"sv, 1200, u"\u0100"}, ReadCase{"\xFF\xFE\xE4\0"sv, 1200, u"ä"},
-                      ReadCase{"\xFF\xFE"
-                               "a\0b"sv,
-                               1200, u"a"},
-                      ReadCase{"\xFE\xFF"sv, 1201, u""}, ReadCase{"\xFE\xFF\0\xE4\0"sv, 1201, u"ä"},
-                      ReadCase{"\xFE\xFF\0\0"sv, 1201, TextView(u"\0", 1)},
-                      ReadCase{"\0\0\xFE\xFF"sv, -12001, u""},
-                      ReadCase{"\0\0\xFE"sv, 1252, TextView(u"\0\0þ", 3)},
-                      ReadCase{"\x80\xE4"sv, 1252, u"€ä"}));
-INSTANTIATE_TEST_SUITE_P(Hostile, Reading,
-                         ::testing::Values(ReadCase{"\xEF\xBB\xBF"
-                                                    "a\xC3"sv,
-                                                    65001, u"a\uFFFD"},
-                                           ReadCase{"\xEF\xBB\xBF"
-                                                    "\xFF"
-                                                    "b"sv,
-                                                    65001,
-                                                    u"\uFFFD"
-                                                    u"b"},
-                                           ReadCase{"\xFF\xFE\x3D\xD8"sv, 1200, TextView(u"\xD83D", 1)},
-                                           ReadCase{"ab\x1A"
-                                                    "cd"sv,
-                                                    1252, u"ab"},
-                                           ReadCase{"\x1A"sv, 1252, u""},
-                                           ReadCase{"\xFF\xFE"
-                                                    "a\0\x1A\0b\0"sv,
-                                                    1200, u"a"},
-                                           ReadCase{"\xFF\xFE\x1A\1"sv, 1200, u"\u011A"}));
 
 TEST_F(ContentTest, WithoutAMarkTheCallerMayAskForTheDosCodePage) {
     int32 encoding = 850;
@@ -84,47 +76,34 @@ TEST_F(ContentTest, OfAMissingOrLockedFileIsEmpty) {
     EXPECT_EQ(F(), 70);
 }
 
-struct WriteCase {
-    std::string_view before;
-    int32 encoding;
-    bool append;
-    TextView text;
-    std::string_view after;
-};
-class Writing : public FilesTest, public ::testing::WithParamInterface<WriteCase> {};
-
-TEST_P(Writing, KeepsOrSetsTheEncoding) {
-    const auto& [before, encoding, append, text, after] = GetParam();
-    const Text name = write("a", before);
-    Date changed;
-    EXPECT_EQ(files.PutContentAPI(name, text, encoding, append, changed), static_cast<int64>(after.size()));
-    EXPECT_EQ(read("a"), after);
-    EXPECT_EQ(changed, disk.status(name)->changed);
+TEST_F(ContentTest, WritingKeepsOrSetsTheEncoding) {
+    const std::tuple<std::string_view, int32, bool, TextView, std::string_view> rows[] = {
+        {"", 65001, false, u"ä", "\xEF\xBB\xBF\xC3\xA4"},
+        {"", 1252, false, u"ä€Ω", "\xE4\x80?"},
+        {"", 1200, false, u"ä", "\xFF\xFE\xE4\0"sv},
+        {"", 1201, false, u"ä", "\xFE\xFF\0\xE4"sv},
+        {"", 850, false, u"ä", "\x84"},
+        {"", 65001, false, u"", ""},
+        {"", 65001, true, u"x", "\xEF\xBB\xBFx"},
+        {"a longer text", 65001, false, u"x", "\xEF\xBB\xBFx"},
+        {"abc", 65001, true, u"ä", "abc\xE4"},  // what is there counts
+        {"\xFF\xFEx\0"sv, 65001, true, u"ä", "\xFF\xFEx\0\xE4\0"sv},
+        {"\xEF\xBB\xBFxyz", 1252, false, u"ä", "\xEF\xBB\xBF\xC3\xA4"},
+        {"\xFE\xFF\0x\0y"sv, 1252, false, u"z", "\xFE\xFF\0z"sv},
+        {"\x84", 850, true, u"ä", "\x84\x84"},
+        {"abc", 1252, true, u"", "abc"},
+        {"abc", 1252, false, u"", ""},
+    };
+    for (const auto& [before, encoding, append, text, after] : rows) {
+        SCOPED_TRACE(testing::PrintToString(after));
+        const Text name = write("a", before);
+        Date changed;
+        EXPECT_EQ(files.PutContentAPI(name, text, encoding, append, changed),
+                  static_cast<int64>(after.size()));
+        EXPECT_EQ(read("a"), after);
+        EXPECT_EQ(changed, disk.status(name)->changed);
+    }
 }
-INSTANTIATE_TEST_SUITE_P(Fresh, Writing,
-                         ::testing::Values(WriteCase{"", 65001, false, u"ä", "\xEF\xBB\xBF\xC3\xA4"},
-                                           WriteCase{"", 1252, false, u"ä€Ω", "\xE4\x80?"},
-                                           WriteCase{"", 1200, false, u"ä", "\xFF\xFE\xE4\0"sv},
-                                           WriteCase{"", 1201, false, u"ä", "\xFE\xFF\0\xE4"sv},
-                                           WriteCase{"", 850, false, u"ä", "\x84"},
-                                           WriteCase{"", 65001, false, u"", ""},
-                                           WriteCase{"", 65001, true, u"x", "\xEF\xBB\xBFx"},
-                                           WriteCase{"a longer text", 65001, false, u"x", "\xEF\xBB\xBFx"}));
-INSTANTIATE_TEST_SUITE_P(Existing, Writing,
-                         ::testing::Values(WriteCase{"abc", 1252, false, u"x", "x"},
-                                           WriteCase{"abc", 65001, true, u"ä", "abc\xE4"},
-                                           WriteCase{"\xFF\xFE"
-                                                     "a\0"sv,
-                                                     65001, true, u"ä",
-                                                     "\xFF\xFE"
-                                                     "a\0\xE4\0"sv},
-                                           WriteCase{"\xEF\xBB\xBF"
-                                                     "abc",
-                                                     1252, false, u"ä", "\xEF\xBB\xBF\xC3\xA4"},
-                                           WriteCase{"\xFE\xFF\0a\0b"sv, 1252, false, u"x", "\xFE\xFF\0x"sv},
-                                           WriteCase{"\x84", 850, true, u"ä", "\x84\x84"},
-                                           WriteCase{"abc", 1252, true, u"", "abc"},
-                                           WriteCase{"abc", 1252, false, u"", ""}));
 
 TEST_F(ContentTest, RefusedWritingLeavesTheFileAsItWas) {
     Date changed;
@@ -146,18 +125,6 @@ TEST_F(ContentTest, RefusedWritingLeavesTheFileAsItWas) {
     const Text name = write("a", "x");
     const auto holder = other(name, Sharing::all);
     EXPECT_EQ(raisedBy([&] { files.PutContentAPI(name, u"y", 1252, false, changed); }), 75);
-}
-
-TEST_F(ContentTest, WhatIsWrittenIsRead) {
-    const Text text = u"Zeile 1\r\nä ö ü ß\r\n";
-    Date changed;
-    for (const int32 encoding : {1252, 65001, 1200, 1201, 850}) {
-        static_cast<void>(memory.remove(path("a")));
-        files.PutContentAPI(path("a"), text, encoding, false, changed);
-        int32 found = encoding;
-        EXPECT_EQ(files.GetContentAPI(path("a"), found, changed), text) << encoding;
-        EXPECT_EQ(found, encoding);
-    }
 }
 
 TEST_F(ContentTest, ReplacingIsAllOrNothing) {

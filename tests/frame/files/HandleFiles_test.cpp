@@ -6,13 +6,12 @@ namespace {
 using Handles = FilesTest;
 
 TEST_F(Handles, OpenTellsByFWhyNot) {
+    EXPECT_NE(files.OpenBinaryAPI(path("new"), false, true), 0);
+    EXPECT_EQ(read("new"), "");
     EXPECT_EQ(files.OpenBinaryAPI(path("none"), true, true), 0);
     EXPECT_EQ(F(), 53);
     EXPECT_EQ(files.OpenBinaryAPI(path("no/folder"), false, true), 0);
     EXPECT_EQ(F(), 76);
-    EXPECT_NE(files.OpenBinaryAPI(path("new"), false, true), 0);
-    EXPECT_EQ(read("new"), "");
-
     disk.refuse = [](auto) { return SystemError::tooManyOpenFiles; };
     EXPECT_EQ(files.OpenBinaryAPI(path("new"), false, true), 0);
     EXPECT_EQ(F(), 67);
@@ -74,37 +73,33 @@ TEST_F(Handles, IntegersAreLittleEndianAndSmallOnesUnsigned) {
     files.PutIntegerAPI(h, 1, 2, -2);
     files.PutIntegerAPI(h, 3, 4, -3);
     EXPECT_EQ(read("a"), "\xFF\xFE\xFF\xFD\xFF\xFF\xFF");
-    int32 one = 0, two = 0, four = 0, behind = 9;
-    files.GetIntegerAPI(h, 0, 1, one);
-    files.GetIntegerAPI(h, 1, 2, two);
-    files.GetIntegerAPI(h, 3, 4, four);
-    files.GetIntegerAPI(h, 99, 4, behind);
-    EXPECT_EQ(one, 0xFF);
-    EXPECT_EQ(two, 0xFFFE);
-    EXPECT_EQ(four, -3);
-    EXPECT_EQ(behind, 0);
+    for (const auto& [position, size, value] :
+         {std::tuple{0, 1, 0xFF}, {1, 2, 0xFFFE}, {3, 4, -3}, {99, 4, 0}}) {
+        int32 got = 9;
+        files.GetIntegerAPI(h, position, size, got);
+        EXPECT_EQ(got, value);
+    }
+    int32 one = 0;
     EXPECT_EQ(messageOf([&] { files.GetIntegerAPI(h, 0, 3, one); }),
               "clsRtm / GetIntegerAPI: Size 3 not supported");
     EXPECT_EQ(raisedBy([&] { files.PutIntegerAPI(h, 0, 8, 1); }), 380);
 }
 
 TEST_F(Handles, FailuresNameTheCall) {
-    int32 value = 0;
-    const auto starts = [](const std::string& message, std::string_view with) {
-        return message.starts_with("clsRtm / " + std::string(with));
-    };
-    EXPECT_TRUE(starts(messageOf([&] { files.CloseAPI(0); }), "CloseAPI (Handle 0): 6 - "));
-    EXPECT_TRUE(starts(messageOf([&] { files.LofAPI(7); }), "LofAPI (Handle 7): 6 - "));
-    EXPECT_TRUE(starts(messageOf([&] { files.PutAPI(7, 3, u"x"); }), "PutAPI (Handle 7 Position 3): 6 - "));
-    EXPECT_TRUE(starts(messageOf([&] { files.GetIntegerAPI(7, 3, 2, value); }),
-                       "GetIntegerAPI (Handle 7 Position 3 Size 2): 6 - "));
-    EXPECT_TRUE(starts(messageOf([&] { files.PutIntegerAPI(7, 3, 2, 5); }),
-                       "PutIntegerAPI (Handle 7 Position 3 Size 2 Value 5): 6 - "));
     const int32 h = files.OpenBinaryAPI(write("a", "abc"), false, true);
-    EXPECT_TRUE(starts(messageOf([&] { files.SeekAPI(h, -4); }), "SeekAPI (Handle 1 Position -4): 87 - "));
     memory.setFreeSpace(0);
-    EXPECT_TRUE(
-        starts(messageOf([&] { files.PutAPI(h, 3, u"xyz"); }), "PutAPI (Handle 1 Position 3): 112 - "));
+    int32 value = 0;
+    const std::pair<std::string, std::function<void()>> rows[] = {
+        {"CloseAPI (Handle 0): 6", [&] { files.CloseAPI(0); }},
+        {"LofAPI (Handle 7): 6", [&] { files.LofAPI(7); }},
+        {"PutAPI (Handle 7 Position 3): 6", [&] { files.PutAPI(7, 3, u"x"); }},
+        {"GetIntegerAPI (Handle 7 Position 3 Size 2): 6", [&] { files.GetIntegerAPI(7, 3, 2, value); }},
+        {"PutIntegerAPI (Handle 7 Position 3 Size 2 Value 5): 6", [&] { files.PutIntegerAPI(7, 3, 2, 5); }},
+        {"SeekAPI (Handle 1 Position -4): 87", [&] { files.SeekAPI(h, -4); }},
+        {"PutAPI (Handle 1 Position 3): 112", [&] { files.PutAPI(h, 3, u"xyz"); }},
+    };
+    for (const auto& [starts, work] : rows)
+        EXPECT_TRUE(messageOf(work).starts_with("clsRtm / " + starts + " - ")) << messageOf(work);
     EXPECT_EQ(raisedBy([&] { files.PutAPI(h, 3, u"xyz"); }), 5);
     EXPECT_EQ(raisedBy([&] { files.handleFile(99); }), 52);
 }

@@ -6,41 +6,37 @@ namespace {
 using namespace std::string_view_literals;
 using Numbered = FilesTest;
 
-struct PiecesCase {
-    std::string_view content;
-    std::vector<Text> pieces;
-};
-class Lines : public FilesTest, public ::testing::WithParamInterface<PiecesCase> {};
-TEST_P(Lines, AreReadUpToAnyLineEnd) {
-    const int32 number = open(write("a", GetParam().content), 1);
-    std::vector<Text> lines;
-    while (!files.TS_Eof(number)) lines.push_back(files.TS_LineInput(number));
-    EXPECT_EQ(lines, GetParam().pieces);
-    EXPECT_EQ(raisedBy([&] { files.TS_LineInput(number); }), 62);
+TEST_F(Numbered, LinesEndAtAnyLineEndAndItemsAtCommasToo) {
+    struct Row {
+        bool items;
+        std::string_view content;
+        std::vector<Text> pieces;
+    };
+    const Row rows[] = {
+        {false, "", {}},
+        {false, "a", {u"a"}},
+        {false, "a\r\nb\nc\rd", {u"a", u"b", u"c", u"d"}},
+        {false, "\r\n\n\r", {u"", u"", u""}},
+        {false, "\xE4\x80\r\n", {u"ä€"}},
+        {false, "x\r\n\x1Ay\r\n", {u"x"}},  // the mark of the end of a file
+        {true, "a,b\r\nc", {u"a", u"b", u"c"}},
+        {true, "  a b ,,\nc", {u"a b ", u"", u"", u"c"}},
+        {true, "\"a,b\r\nc\" , d", {u"a,b\r\nc", u"d"}},
+        {true, "\"open", {u"open"}},
+        {true, "\"\",x", {u"", u"x"}},
+    };
+    for (const auto& [items, content, expected] : rows) {
+        const int32 number = open(write("a", content), 1);
+        const auto next = [&, inItems = items] {
+            return inItems ? files.TS_Input(number) : files.TS_LineInput(number);
+        };
+        std::vector<Text> pieces;
+        while (!files.TS_Eof(number)) pieces.push_back(next());
+        EXPECT_EQ(pieces, expected) << content;
+        EXPECT_EQ(raisedBy(next), 62);
+        files.TS_Close(number);
+    }
 }
-INSTANTIATE_TEST_SUITE_P(Table, Lines,
-                         ::testing::Values(PiecesCase{"", {}}, PiecesCase{"a", {u"a"}},
-                                           PiecesCase{"a\r\nb\nc\rd", {u"a", u"b", u"c", u"d"}},
-                                           PiecesCase{"\r\n\n\r", {u"", u"", u""}},
-                                           PiecesCase{"\xE4\x80\r\n"sv, {u"ä€"}},
-                                           PiecesCase{"a\r\n\x1A"
-                                                      "b\r\n"sv,
-                                                      {u"a"}}));
-
-class Items : public FilesTest, public ::testing::WithParamInterface<PiecesCase> {};
-TEST_P(Items, AreReadUpToCommaOrLineEnd) {
-    const int32 number = open(write("a", GetParam().content), 1);
-    std::vector<Text> items;
-    while (!files.TS_Eof(number)) items.push_back(files.TS_Input(number));
-    EXPECT_EQ(items, GetParam().pieces);
-    EXPECT_EQ(raisedBy([&] { files.TS_Input(number); }), 62);
-}
-INSTANTIATE_TEST_SUITE_P(Table, Items,
-                         ::testing::Values(PiecesCase{"a,b\r\nc", {u"a", u"b", u"c"}},
-                                           PiecesCase{"  a b ,,\nc", {u"a b ", u"", u"", u"c"}},
-                                           PiecesCase{"\"a,b\r\nc\" , d", {u"a,b\r\nc", u"d"}},
-                                           PiecesCase{"\"open", {u"open"}},
-                                           PiecesCase{"\"\",x", {u"", u"x"}}));
 
 TEST_F(Numbered, LinesLongerThanTheReadAheadStayWhole) {
     const Bytes line(40000, 'x');
@@ -62,9 +58,7 @@ TEST_F(Numbered, SeekReportsSetsAndGoesBehindTheEnd) {
 TEST_F(Numbered, GetAndPutWorkFromPositionOne) {
     const int32 number = open(write("a", "abcdef"), 4);
     files.TS_Put(number, 2, u"Ä\u0001");
-    EXPECT_EQ(read("a"),
-              "a\xC4\x01"
-              "def");
+    EXPECT_EQ(read("a"), Bytes("a\xC4\1def"));
     ByteText bytes(3, u'-');
     files.TS_Get(number, 5, bytes);
     EXPECT_EQ(bytes, u"ef-") << "bytes behind the end stay";
@@ -89,11 +83,9 @@ TEST_F(Numbered, PrintEndsLinesWithCrLfAndAppendsBehindTheEnd) {
     const Text name = write("a", "old");
     int32 number = 0;
     files.OpenAppend(name, number);
-    files.TS_Print(number, u"Größe");
+    files.TS_Print(number, u"Grün");
     files.TS_Close(number);
-    EXPECT_EQ(read("a"),
-              "oldGr\xF6\xDF"
-              "e\r\n");
+    EXPECT_EQ(read("a"), "oldGr\xFCn\r\n");
     files.OpenWrite(name, number);
     files.TS_Print(number, u"");
     files.TS_Close(number);
@@ -152,14 +144,11 @@ TEST_F(Numbered, OldRecordsComeAndGo) {
     EXPECT_EQ(fields, (std::vector<Text>{u"", u"", u""})) << "a free record";
 
     F() = 0;
-    files.OldPut(number, 2, 10, {u"äb", u"c"});
+    files.OldPut(number, 2, 10, {u"äx", u"c"});
     files.OldPut(number, 3, 10, {u"much too", u"long"});
-    EXPECT_EQ(read("a"), free +
-                             "\xE4"
-                             "b\rc\r     " +
-                             "much too\rl");
+    EXPECT_EQ(read("a"), free + "\xE4x\rc\r     much too\rl");
     files.OldGet(number, 2, 10, fields);
-    EXPECT_EQ(fields, (std::vector<Text>{u"äb", u"c", u""}));
+    EXPECT_EQ(fields, (std::vector<Text>{u"äx", u"c", u""}));
     files.OldGet(number, 3, 10, fields);
     EXPECT_EQ(fields, (std::vector<Text>{u"much too", u"", u""})) << "its last end is cut off";
 

@@ -5,45 +5,36 @@ namespace {
 
 using DbOpen = FilesTest;
 
-struct WaitCase {
-    int32 warten;
-    seconds limit;
-};
-class SilentWait : public FilesTest, public ::testing::WithParamInterface<WaitCase> {};
-
-TEST_P(SilentWait, EndsAtItsLimitWith70) {
+TEST_F(DbOpen, ASilentWaitEndsAtItsLimitWith70) {
     const Text name = write("a", "x");
     const auto holder = other(name, Sharing::none);
-    F() = 0;
-    EXPECT_EQ(open(name, 4, true, GetParam().warten), 0);
-    EXPECT_EQ(F(), 70);
-    EXPECT_GT(clock().elapsed(), GetParam().limit);
-    EXPECT_LT(clock().elapsed(), GetParam().limit + milliseconds(6));
-    EXPECT_GT(ui().eventRounds, 0);
+    for (const auto& [warten, limit] : {std::pair{-1, seconds(5)}, {-2, seconds(10)}, {-12, seconds(60)}}) {
+        const auto start = clock().elapsed();
+        F() = 0;
+        EXPECT_EQ(open(name, 4, true, warten), 0);
+        EXPECT_EQ(F(), 70);
+        EXPECT_GT(clock().elapsed() - start, limit);
+        EXPECT_LT(clock().elapsed() - start, limit + milliseconds(6));
+        EXPECT_GT(std::exchange(ui().eventRounds, 0), 0);
+    }
     EXPECT_TRUE(ui().boxes.empty());
 }
-INSTANTIATE_TEST_SUITE_P(Warten, SilentWait,
-                         ::testing::Values(WaitCase{-1, seconds(5)}, WaitCase{-2, seconds(10)},
-                                           WaitCase{-12, seconds(60)}));
 
-TEST_F(DbOpen, WaitZeroOutlastsEveryLimit) {
+// Beyond every limit, until the lock or the library ends.
+TEST_F(DbOpen, WaitZeroGoesOn) {
     const Text name = write("a", "x");
     auto holder = other(name, Sharing::none);
-    clock().onSleep = [&] {
-        if (clock().elapsed() > seconds(600)) holder.reset();
-    };
-    EXPECT_EQ(open(name, 4, true, 0), 1);
-    EXPECT_EQ(F(), 0);
-    EXPECT_GT(clock().elapsed(), seconds(600));
-    EXPECT_TRUE(ui().boxes.empty());
-}
-
-TEST_F(DbOpen, WaitZeroEndsWhenTheLibraryStops) {
-    const Text name = write("a", "x");
-    const auto holder = other(name, Sharing::none);
     clock().onSleep = [&] { rtmMain::state().stopping = clock().elapsed() > seconds(60); };
     EXPECT_EQ(open(name, 4, true, 0), 0);
     EXPECT_EQ(F(), 70);
+    rtmMain::state().stopping = false;
+    clock().onSleep = [&] {
+        if (clock().elapsed() > seconds(700)) holder.reset();
+    };
+    EXPECT_EQ(open(name, 4, true, 0), 1);
+    EXPECT_EQ(F(), 0);
+    EXPECT_GT(clock().elapsed(), seconds(700));
+    EXPECT_TRUE(ui().boxes.empty());
 }
 
 TEST_F(DbOpen, PositiveWaitAsksAtEveryLimit) {
@@ -55,17 +46,6 @@ TEST_F(DbOpen, PositiveWaitAsksAtEveryLimit) {
     EXPECT_EQ(ui().boxes.size(), 3u);
     EXPECT_GT(clock().elapsed(), seconds(30));
     EXPECT_EQ(toUtf8(ui().boxes[0].headline), "Kein Zugriff auf Datei /w/a. Weiter");
-}
-
-TEST_F(DbOpen, SucceedsAsSoonAsTheLockEnds) {
-    const Text name = write("a", "x");
-    auto holder = other(name, Sharing::none);
-    clock().onSleep = [&] {
-        if (clock().elapsed() > seconds(2)) holder.reset();
-    };
-    EXPECT_EQ(open(name, 4), 1);
-    EXPECT_EQ(F(), 0);
-    EXPECT_LT(clock().elapsed(), seconds(2) + milliseconds(10));
 }
 
 TEST_F(DbOpen, EventsInAWaitMayOpenFilesToo) {
@@ -83,55 +63,46 @@ TEST_F(DbOpen, EventsInAWaitMayOpenFilesToo) {
     EXPECT_NE(&files.file(outer), &files.file(inner));
 }
 
-struct ShareCase {
-    int32 mode;
-    bool shared;
-    bool othersMayRead;
-    bool makesFile;
-};
-class Modes : public FilesTest, public ::testing::WithParamInterface<ShareCase> {};
-
-TEST_P(Modes, LockOutOthersAndMakeFilesByTheTable) {
-    const auto [mode, shared, othersMayRead, makesFile] = GetParam();
-    const int32 missing = open(path("new"), mode, shared);
-    EXPECT_EQ(missing != 0, makesFile);
-    EXPECT_EQ(F(), makesFile ? 0 : 53);
-    const Text name = write("old", "abc");
-    const int32 number = open(name, mode, shared);
-    ASSERT_NE(number, 0);
-    EXPECT_EQ(other(name, Sharing::all, Access::read) != nullptr, othersMayRead);
-    EXPECT_EQ(read("old"), mode == 2 ? "" : "abc");
-    EXPECT_EQ(files.TS_Seek(number), mode == 3 ? 4 : 1);
+TEST_F(DbOpen, ModesLockOutOthersAndMakeFilesByTheTable) {
+    struct Row {
+        int32 mode;
+        bool shared, othersMayRead, makesFile;
+    };
+    const Row rows[] = {{0, true, true, true},    {0, false, false, true}, {1, true, true, false},
+                        {1, false, false, false}, {2, true, false, true},  {2, false, false, true},
+                        {3, true, false, true},   {3, false, false, true}, {4, true, true, true},
+                        {4, false, false, true},  {5, true, true, false},  {5, false, true, false}};
+    for (const auto& [mode, shared, othersMayRead, makesFile] : rows) {
+        SCOPED_TRACE(testing::Message() << mode << (shared ? " shared" : " alone"));
+        const int32 missing = open(path("new"), mode, shared);
+        EXPECT_EQ(missing != 0, makesFile);
+        EXPECT_EQ(F(), makesFile ? 0 : 53);
+        const Text name = write("old", "abc");
+        const int32 number = open(name, mode, shared);
+        ASSERT_NE(number, 0);
+        EXPECT_EQ(other(name, Sharing::all, Access::read) != nullptr, othersMayRead);
+        EXPECT_EQ(read("old"), mode == 2 ? "" : "abc");
+        EXPECT_EQ(files.TS_Seek(number), mode == 3 ? 4 : 1);
+        files.TS_Close(number);
+        if (missing != 0) files.TS_Close(missing);
+        static_cast<void>(memory.remove(path("new")));
+    }
     EXPECT_TRUE(ui().boxes.empty());
 }
-INSTANTIATE_TEST_SUITE_P(Table, Modes,
-                         ::testing::Values(ShareCase{0, true, true, true}, ShareCase{0, false, false, true},
-                                           ShareCase{1, true, true, false}, ShareCase{1, false, false, false},
-                                           ShareCase{2, true, false, true}, ShareCase{2, false, false, true},
-                                           ShareCase{3, true, false, true}, ShareCase{3, false, false, true},
-                                           ShareCase{4, true, true, true}, ShareCase{4, false, false, true},
-                                           ShareCase{5, true, true, false},
-                                           ShareCase{5, false, true, false}));
 
-struct VerdictCase {
-    SystemError error;
-    int32 F;
-};
-class Verdict : public FilesTest, public ::testing::WithParamInterface<VerdictCase> {};
-
-TEST_P(Verdict, ReturnsAtOnceWithoutABox) {
-    disk.refuse = [](auto) { return GetParam().error; };
-    EXPECT_EQ(open(path("a"), 4), 0);
-    EXPECT_EQ(F(), GetParam().F);
-    EXPECT_EQ(disk.opens, 1);
+TEST_F(DbOpen, SomeErrorsReturnAtOnceWithoutABox) {
+    using enum SystemError;
+    const std::pair<SystemError, int32> rows[] = {
+        {fileNotFound, 53},   {pathNotFound, 76}, {tooManyOpenFiles, 67}, {accessDenied, 75},
+        {writeProtected, 75}, {invalidName, 64},  {nameTooLong, 64},      {notReady, 71}};
+    for (const auto& [error, number] : rows) {
+        disk.refuse = [e = error](auto) { return e; };
+        disk.opens = 0;
+        EXPECT_EQ(open(path("a"), 4), 0);
+        EXPECT_EQ(F(), number);
+        EXPECT_EQ(disk.opens, 1);
+    }
 }
-INSTANTIATE_TEST_SUITE_P(
-    Table, Verdict,
-    ::testing::Values(VerdictCase{SystemError::fileNotFound, 53}, VerdictCase{SystemError::pathNotFound, 76},
-                      VerdictCase{SystemError::tooManyOpenFiles, 67},
-                      VerdictCase{SystemError::accessDenied, 75},
-                      VerdictCase{SystemError::writeProtected, 75}, VerdictCase{SystemError::invalidName, 64},
-                      VerdictCase{SystemError::nameTooLong, 64}, VerdictCase{SystemError::notReady, 71}));
 
 TEST_F(DbOpen, OtherFailuresAreShown) {
     ui().defaultAnswer = 1;

@@ -10,48 +10,41 @@ namespace {
 using Paths = FilesTest;
 
 TEST(Wildcards, FollowTheFolderRule) {
-    struct Case {
-        TextView name, pattern;
-        bool matches;
-    };
-    for (const auto& [name, pattern, matches] :
-         std::initializer_list<Case>{{u"a.txt", u"*.TXT", true},
-                                     {u"a.txt", u"", true},
-                                     {u"a.txt", u"?.txt", true},
-                                     {u"ab.txt", u"?.txt", false},
-                                     {u"a.txt.bak", u"*.txt", false},
-                                     {u"aXbXc", u"*x*c", true},
-                                     {u"readme", u"*.*", true},
-                                     {u"readme", u"*.", true},
-                                     {u"a.b", u"*.", false},
-                                     {u"readme", u"read*.?", false},
-                                     {u"ä", u"Ä", true},
-                                     {u"", u"*", true},
-                                     {u"data.tsd", u"Data*.tsd", true},
-                                     {u"aaaaaaaaaaaaab", u"*a*a*a*a*a*c", false}})
+    const std::tuple<TextView, TextView, bool> rows[] = {{u"a.txt", u"*.TXT", true},
+                                                         {u"a.txt", u"", true},
+                                                         {u"a.txt", u"?.txt", true},
+                                                         {u"ab.txt", u"?.txt", false},
+                                                         {u"a.txt.bak", u"*.txt", false},
+                                                         {u"aXbXc", u"*x*c", true},
+                                                         {u"readme", u"*.*", true},
+                                                         {u"readme", u"*.", true},
+                                                         {u"a.b", u"*.", false},
+                                                         {u"readme", u"read*.?", false},
+                                                         {u"ä", u"Ä", true},
+                                                         {u"", u"*", true},
+                                                         {u"data.tsd", u"Data*.tsd", true},
+                                                         {u"aaaaaaaaaaaaab", u"*a*a*a*a*a*c", false}};
+    for (const auto& [name, pattern, matches] : rows)
         EXPECT_EQ(wildcards::matchesEntry(name, pattern), matches) << toUtf8(name) << " " << toUtf8(pattern);
 }
 
 TEST(PathParts, OfEveryKindOfName) {
-    struct Case {
-        TextView path, drive, folder, file, base, ext;
-    };
-    for (const auto& [path, drive, folder, file, base, ext] : std::initializer_list<Case>{
-             {u"C:\\a\\b.txt", u"C:", u"C:\\a", u"b.txt", u"b", u"txt"},
-             {u"C:\\b", u"C:", u"C:\\", u"b", u"b", u""},
-             {u"C:\\", u"C:", u"", u"", u"", u""},
-             {u"\\\\srv\\share\\a.b.c", u"\\\\srv\\share", u"\\\\srv\\share\\", u"a.b.c", u"a.b", u"c"},
-             {u"/home/x/y.tar.gz", u"/", u"/home/x", u"y.tar.gz", u"y.tar", u"gz"},
-             {u"/a", u"/", u"/", u"a", u"a", u""},
-             {u"/a/b/", u"/", u"/a", u"b", u"b", u""},
-             {u"b.txt", u"", u"", u"b.txt", u"b", u"txt"},
-             {u"", u"", u"", u"", u"", u""}}) {
-        const auto of = toUtf8(path);
-        EXPECT_EQ(FilesTopic::DriveName(path), drive) << of;
-        EXPECT_EQ(FilesTopic::PathName(path), folder) << of;
-        EXPECT_EQ(FilesTopic::FileName(path), file) << of;
-        EXPECT_EQ(FilesTopic::BaseName(path), base) << of;
-        EXPECT_EQ(FilesTopic::ExtName(path), ext) << of;
+    const std::tuple<TextView, TextView, TextView, TextView, TextView, TextView> rows[] = {
+        {u"C:\\a\\b.txt", u"C:", u"C:\\a", u"b.txt", u"b", u"txt"},
+        {u"C:\\b", u"C:", u"C:\\", u"b", u"b", u""},
+        {u"C:\\", u"C:", u"", u"", u"", u""},
+        {u"\\\\srv\\share\\a.b.c", u"\\\\srv\\share", u"\\\\srv\\share\\", u"a.b.c", u"a.b", u"c"},
+        {u"/home/x/y.tar.gz", u"/", u"/home/x", u"y.tar.gz", u"y.tar", u"gz"},
+        {u"/a", u"/", u"/", u"a", u"a", u""},
+        {u"/a/b/", u"/", u"/a", u"b", u"b", u""},
+        {u"b.txt", u"", u"", u"b.txt", u"b", u"txt"},
+        {u"", u"", u"", u"", u"", u""}};
+    for (const auto& [path, drive, folder, file, base, ext] : rows) {
+        using Names = FilesTopic;
+        EXPECT_EQ(std::tuple(Names::DriveName(path), Names::PathName(path), Names::FileName(path),
+                             Names::BaseName(path), Names::ExtName(path)),
+                  std::tuple(drive, folder, file, base, ext))
+            << toUtf8(path);
     }
 }
 
@@ -80,17 +73,14 @@ TEST_F(Paths, CleanupAndTempName) {
 TEST_F(Paths, ExistTellsFilesFromFolders) {
     const Text name = write("a.txt", "x");
     memory.putFolder(path("sub.txt"));
-    EXPECT_TRUE(FilesTopic::Exist(name));
-    EXPECT_TRUE(FilesTopic::Exist(path("?.t*")));
-    EXPECT_FALSE(FilesTopic::Exist(path("s*.txt")));
-    EXPECT_FALSE(FilesTopic::Exist(root));
-    EXPECT_FALSE(FilesTopic::Exist(u""));
-    EXPECT_FALSE(FilesTopic::Exist(path("none/*")));
-    EXPECT_TRUE(FilesTopic::ExistFolder(root));
-    EXPECT_TRUE(FilesTopic::ExistFolder(path("s*.txt")));
-    EXPECT_FALSE(FilesTopic::ExistFolder(name));
-    EXPECT_FALSE(FilesTopic::ExistFolder(u""));
-    EXPECT_TRUE(FilesTopic::ExistFolder(u"?:\\"));
+    const std::tuple<Text, bool, bool> rows[] = {
+        {name, true, false},   {path("?.t*"), true, false}, {path("s*.txt"), false, true},
+        {root, false, true},   {u"", false, false},         {path("none/*"), false, false},
+        {u"?:\\", false, true}};
+    for (const auto& [entry, isFile, isFolder] : rows) {
+        EXPECT_EQ(FilesTopic::Exist(entry), isFile) << toUtf8(entry);
+        EXPECT_EQ(FilesTopic::ExistFolder(entry), isFolder) << toUtf8(entry);
+    }
 }
 
 TEST_F(Paths, GetAllFilesListsAddsAndErases) {

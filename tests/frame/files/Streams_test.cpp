@@ -11,29 +11,32 @@ class Streams : public FilesTest {
     StreamsTopic streams{files};
 };
 
-struct PiecesCase {
-    std::string_view content;
-    std::vector<Text> pieces;
-};
-class CsvItems : public Streams, public ::testing::WithParamInterface<PiecesCase> {};
-TEST_P(CsvItems, AreReadInOrder) {
-    const auto reader = streams.OpenStreamReader(write("a", GetParam().content));
-    std::vector<Text> items;
-    while (!reader->EndOfStream()) items.push_back(reader->ReadItem());
-    EXPECT_EQ(items, GetParam().pieces);
-    EXPECT_EQ(raisedBy([&] { reader->ReadItem(); }), 62);
+TEST_F(Streams, CsvItemsAreReadInOrder) {
+    const std::pair<std::string_view, std::vector<Text>> rows[] = {
+        {"a,b,c", {u"a", u"b", u"c"}},
+        {"\"a,b\",c", {u"a,b", u"c"}},
+        {"\"a\"\"b\"", {u"a\"b"}},
+        {"a,\"b", {u"a", u"\"b"}},
+        {"\"a\"\"b\",\"c\"\"\"", {u"a\"b", u"c\""}},
+        {"\"\",x", {u"", u"x"}},
+        {"\"a,b", {u"a,b"}},
+        {"\"a,b\"", {u"a,b"}},
+        {"\"a,b\"c", {u"a,b\"c"}},
+        {"\",\"\"\",x", {u",\"", u"x"}},
+        {"\"", {u"\""}},
+        {"\",", {u","}},
+        {"a,,\r\n,b\n", {u"a", u"", u"", u"", u"b"}},
+        {"\"a\r\nb\",c", {u"\"a", u"b\"", u"c"}},
+        {"a \"x\",b", {u"a \"x\"", u"b"}},
+    };
+    for (const auto& [content, expected] : rows) {
+        const auto reader = streams.OpenStreamReader(write("a", content));
+        std::vector<Text> items;
+        while (!reader->EndOfStream()) items.push_back(reader->ReadItem());
+        EXPECT_EQ(items, expected) << content;
+        EXPECT_EQ(raisedBy([&] { reader->ReadItem(); }), 62);
+    }
 }
-INSTANTIATE_TEST_SUITE_P(
-    Table, CsvItems,
-    ::testing::Values(PiecesCase{"a,b,c", {u"a", u"b", u"c"}}, PiecesCase{"\"a,b\",c", {u"a,b", u"c"}},
-                      PiecesCase{"\"a\"\"b\"", {u"a\"b"}}, PiecesCase{"a,\"b", {u"a", u"\"b"}},
-                      PiecesCase{"\"a\"\"b\",\"c\"\"\"", {u"a\"b", u"c\""}},
-                      PiecesCase{"\"\",x", {u"", u"x"}}, PiecesCase{"\"a,b", {u"a,b"}},
-                      PiecesCase{"\"a,b\"", {u"a,b"}}, PiecesCase{"\"a,b\"c", {u"a,b\"c"}},
-                      PiecesCase{"\",\"\"\",x", {u",\"", u"x"}}, PiecesCase{"\"", {u"\""}},
-                      PiecesCase{"\",", {u","}}, PiecesCase{"a,,\r\n,b\n", {u"a", u"", u"", u"", u"b"}},
-                      PiecesCase{"\"a\r\nb\",c", {u"\"a", u"b\"", u"c"}},
-                      PiecesCase{"a \"x\",b", {u"a \"x\"", u"b"}}));
 
 TEST_F(Streams, SeparatorMayBeLongOrEmpty) {
     const auto reader = streams.OpenStreamReader(write("a", "a::\"b::c\"::d"));
@@ -47,34 +50,31 @@ TEST_F(Streams, SeparatorMayBeLongOrEmpty) {
     EXPECT_TRUE(reader->EndOfStream());
 }
 
-class StreamLines : public Streams, public ::testing::WithParamInterface<PiecesCase> {};
-TEST_P(StreamLines, EndAtAnyLineEnd) {
-    const auto reader = streams.OpenStreamReader(write("a", GetParam().content));
-    std::vector<Text> lines;
-    while (!reader->EndOfStream()) lines.push_back(reader->ReadLine());
-    EXPECT_EQ(lines, GetParam().pieces);
-    EXPECT_EQ(messageOf([&] { reader->ReadLine(); }),
-              "clsStreamReader.ReadLine / Dateiende bei \"" + toUtf8(path("a")) + "\" erreicht.");
+TEST_F(Streams, LinesEndAtAnyLineEnd) {
+    const std::pair<std::string_view, std::vector<Text>> rows[] = {
+        {"a\r\nb\nc\rd", {u"a", u"b", u"c", u"d"}},
+        {"a\n\r\n\r\r\n", {u"a", u"", u"", u""}},
+        {"rest", {u"rest"}},
+        {"x\n\x1Ay", {u"x"}},
+        {"\xFE\xFF\0a\0\r\0\n\0b"sv, {u"a", u"b"}},
+    };
+    for (const auto& [content, expected] : rows) {
+        const auto reader = streams.OpenStreamReader(write("a", content));
+        std::vector<Text> lines;
+        while (!reader->EndOfStream()) lines.push_back(reader->ReadLine());
+        EXPECT_EQ(lines, expected) << content;
+        EXPECT_EQ(messageOf([&] { reader->ReadLine(); }),
+                  "clsStreamReader.ReadLine / Dateiende bei \"" + toUtf8(path("a")) + "\" erreicht.");
+    }
 }
-INSTANTIATE_TEST_SUITE_P(Table, StreamLines,
-                         ::testing::Values(PiecesCase{"a\r\nb\nc\rd", {u"a", u"b", u"c", u"d"}},
-                                           PiecesCase{"a\n\r\n\r\r\n", {u"a", u"", u"", u""}},
-                                           PiecesCase{"rest", {u"rest"}},
-                                           PiecesCase{"a\n\x1A"
-                                                      "b",
-                                                      {u"a"}},
-                                           PiecesCase{"\xFE\xFF\0a\0\r\0\n\0b"sv, {u"a", u"b"}}));
 
 TEST_F(Streams, PositionsCountFromBothEnds) {
     const auto reader = streams.OpenStreamReader(write("a", "12345"));
     EXPECT_EQ(reader->FileLength(), 5);
-    reader->FilePos(-1);
-    EXPECT_EQ(reader->FilePos(), 5);
-    reader->FilePos(0);
-    EXPECT_EQ(reader->FilePos(), 5);
-    reader->FilePos(-99);
-    EXPECT_EQ(reader->FilePos(), 1);
-    reader->FilePos(4);
+    for (const auto& [set, position] : {std::pair{-1, 5}, {0, 5}, {-99, 1}, {4, 4}}) {
+        reader->FilePos(set);
+        EXPECT_EQ(reader->FilePos(), position) << set;
+    }
     EXPECT_EQ(reader->Peek(), u"4");
     EXPECT_EQ(reader->Read(-1), u"");
     EXPECT_EQ(reader->Read(5), u"45");
@@ -102,52 +102,43 @@ TEST_F(Streams, ReaderOfAnUnreadableFileStandsAtItsEnd) {
     EXPECT_EQ(reader.FileLength(), 1);
 }
 
-struct WriteCase {
-    std::string_view before;
-    Encodings encoding;
-    bool appending;
-    std::string_view after;
-};
-class StreamWriting : public Streams, public ::testing::WithParamInterface<WriteCase> {};
-TEST_P(StreamWriting, SetsOrFindsTheEncoding) {
-    const auto& [before, encoding, appending, after] = GetParam();
-    const auto writer = streams.OpenStreamWriter(write("a", before), encoding, appending);
-    EXPECT_EQ(read("a"), before) << "untouched before the first write";
-    writer->WriteString(u"ä");
-    writer->WriteString(u"b");
-    EXPECT_EQ(writer->FileLength(), static_cast<int32>(after.size()));
-    writer->Dispose();
-    EXPECT_EQ(writer->FileLength(), 0);
-    EXPECT_EQ(read("a"), after);
+TEST_F(Streams, WritersSetOrFindTheEncoding) {
+    struct Row {
+        std::string_view before;
+        Encodings encoding;
+        bool appending;
+        std::string_view after;
+    };
+    const Row rows[] = {
+        {"old", ANSI1252, false, "\xE4x"},
+        {"old", UTF8, false, "\xEF\xBB\xBF\xC3\xA4x"},
+        {"", UTF16LE, false, "\xFF\xFE\xE4\0x\0"sv},
+        {"", UTF16BE, false, "\xFE\xFF\0\xE4\0x"sv},
+        {"old", UTF8, true, "old\xE4x"},
+        {"", UTF8, true, "\xEF\xBB\xBF\xC3\xA4x"},
+        {"\xFF\xFEo\0"sv, ANSI1252, true, "\xFF\xFEo\0\xE4\0x\0"sv},
+    };
+    for (const auto& [before, encoding, appending, after] : rows) {
+        const auto writer = streams.OpenStreamWriter(write("a", before), encoding, appending);
+        EXPECT_EQ(read("a"), before) << "untouched before the first write";
+        writer->WriteString(u"ä");
+        writer->WriteString(u"x");
+        EXPECT_EQ(writer->FileLength(), static_cast<int32>(after.size()));
+        writer->Dispose();
+        EXPECT_EQ(writer->FileLength(), 0);
+        EXPECT_EQ(read("a"), after);
+    }
 }
-INSTANTIATE_TEST_SUITE_P(Table, StreamWriting,
-                         ::testing::Values(WriteCase{"old", ANSI1252, false,
-                                                     "\xE4"
-                                                     "b"},
-                                           WriteCase{"old", UTF8, false,
-                                                     "\xEF\xBB\xBF\xC3\xA4"
-                                                     "b"},
-                                           WriteCase{"", UTF16LE, false, "\xFF\xFE\xE4\0b\0"sv},
-                                           WriteCase{"", UTF16BE, false, "\xFE\xFF\0\xE4\0b"sv},
-                                           WriteCase{"old", UTF8, true,
-                                                     "old\xE4"
-                                                     "b"},
-                                           WriteCase{"", UTF8, true,
-                                                     "\xEF\xBB\xBF\xC3\xA4"
-                                                     "b"},
-                                           WriteCase{"\xFF\xFEo\0"sv, ANSI1252, true,
-                                                     "\xFF\xFEo\0\xE4\0b\0"sv}));
 
 TEST_F(Streams, WriterRefusesWhatItCannotWriteBeforeTouchingTheFile) {
     for (const Encodings encoding : {CP850, UTF7, UTF32LE}) {
         const auto writer = streams.OpenStreamWriter(write("a", "old"), encoding);
         EXPECT_EQ(raisedBy([&] { writer->WriteLine(u"x"); }), 321);
+        EXPECT_EQ(messageOf([&] { writer->WriteString(u"x"); }),
+                  "clsStreamWriter.WriteString / Dieses Dateiformat (Encoding=" + std::to_string(encoding) +
+                      ") wird in \"" + toUtf8(path("a")) + "\" nicht unterstützt");
         EXPECT_EQ(read("a"), "old");
     }
-    const auto writer = streams.OpenStreamWriter(path("a"), CP850);
-    EXPECT_EQ(messageOf([&] { writer->WriteString(u"x"); }),
-              "clsStreamWriter.WriteString / Dieses Dateiformat (Encoding=850) wird in \"" +
-                  toUtf8(path("a")) + "\" nicht unterstützt");
 }
 
 TEST_F(Streams, WriterIsInitialisedOnceAndLocksItsFile) {
