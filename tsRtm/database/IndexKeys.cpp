@@ -26,6 +26,15 @@ IndexKeys::IndexKeys(const RecordLayout& layout, std::array<int32, 3> fields)
         ++count_;
         utf16 = utf16 || layout.field(number).wide || layout.field(number).utf8;
     }
+    for (int32 c = 0; c < count_; ++c) {
+        const auto& part = layout.field(field(c));
+        if (part.bytes == 0) continue;
+        // The blanks behind a text are looked at first. Fields side by side need no look between them.
+        const bool joins = !touched_.empty() && touched_.back() + 1 == part.offset;
+        if (joins) touched_.pop_back();
+        if (!joins) touched_.push_back(part.offset);
+        touched_.push_back(part.offset + part.bytes - 1);
+    }
     order_ = utf16 ? Order::text : layout.dos() ? Order::dos : Order::ansi;
 }
 

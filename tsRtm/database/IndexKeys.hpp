@@ -38,8 +38,8 @@ class IndexKeys {
 
     int32 primary() const noexcept { return fields_[0]; }
     int32 count() const noexcept { return count_; }
-    // Bytes from the start of a record to its primary field.
-    uint32 offset() const noexcept { return count_ > 0 ? layout_->field(primary()).offset : 0; }
+    // Bytes of a record by which all of its key comes near in memory.
+    std::span<const uint32> touched() const noexcept { return touched_; }
     int32 field(int32 component) const noexcept { return fields_[static_cast<std::size_t>(component)]; }
 
     // A key typed by a caller.
@@ -90,6 +90,7 @@ class IndexKeys {
     const RecordLayout* layout_;
     std::array<int32, 3> fields_;
     int32 count_ = 0;
+    std::vector<uint32> touched_;
     Order order_ = Order::ansi;
     mutable std::array<Bytes, 3> room_;
     mutable Text decoded_;

@@ -24,12 +24,17 @@ class RecordStore {
     BytesView view(int32 record, Bytes& room) const;
     void read(int32 record, Bytes& into) const;
     // Lets the memory come near that a view will look at soon; costs nothing where there is no window.
-    void approach(int32 record, uint32 offset) const noexcept {
+    void approach(int32 record, std::span<const uint32> offsets) const noexcept {
         if (!has(record)) return;
-        if (const char* at = bytes_.view(layout_->offsetOf(record) + offset, 1)) __builtin_prefetch(at);
+        const char* const in = bytes_.view(layout_->offsetOf(record), layout_->bytes());
+        if (!in) return;
+        for (const uint32 offset : offsets) __builtin_prefetch(in + offset);
     }
     void approachWhole(int32 record) const noexcept {
-        for (uint32 offset = 0; offset < layout_->bytes(); offset += kCacheLine) approach(record, offset);
+        if (!has(record)) return;
+        const char* const in = bytes_.view(layout_->offsetOf(record), layout_->bytes());
+        for (uint32 offset = 0; in && offset < layout_->bytes(); offset += kCacheLine)
+            __builtin_prefetch(in + offset);
     }
     // Some bytes of a record, filled up with blanks behind the end of the file.
     void readPart(int32 record, uint32 offset, std::span<char> into) const;

@@ -93,7 +93,7 @@ bool TreeIndex::walk(const Search& search, Trust trust) {
     depth_ = 0;
     int32 base = 0;
     const auto approach = [this, hinted = hinted(search.number)](int32 record) {
-        hinted ? hints_.approach(record) : store_.approach(record, keys_.offset());
+        hinted ? hints_.approach(record) : store_.approach(record, keys_.touched());
     };
     for (int32 address = header().wurzel; address > 0;) {
         Step& here = push(address, base, &search.key);
@@ -130,7 +130,7 @@ bool TreeIndex::proven(const Search& search) {
         if (!before && at.position > 1) before = &at;
         if (!behind && at.position <= at.node.anzahl) behind = &at;
     }
-    if (behind) store_.approach(behind->node.entry(behind->position).satz, keys_.offset());
+    if (behind) store_.approach(behind->node.entry(behind->position).satz, keys_.touched());
     if (before && compare(search, *before, before->position - 1) <= 0) return false;
     if (!behind) return true;
     const auto order = compare(search, *behind, behind->position);
