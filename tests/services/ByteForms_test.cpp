@@ -1,5 +1,9 @@
 // Bytes written as text and read back.
+#include "tsRtm/services/ByteForms.hpp"
+
 #include <gtest/gtest.h>
+
+#include <random>
 
 #include "tests/support/TestGround.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
@@ -69,12 +73,10 @@ TEST_F(ByteForms, EveryFormGivesTheBytesBack) {
         const Text original = fromAnsi(bytes);
         for (const int32 form : {0, 1, 2, 3, 4, 5, 9, 10, 11, 12})
             for (const int32 ends : {0, int32{CRYPT_STRING_NOCR}, int32{CRYPT_STRING_NOCRLF}}) {
-                const bool rows = form == 5 || form == 10 || form == 11;
-                if (rows && ends == CRYPT_STRING_NOCRLF) continue;  // what is row and what is text is lost
                 const auto flags = static_cast<CryptStringFlags>(form | ends);
                 const Text text = crypt.Base64(original, flags);
                 ASSERT_TRUE(crypt.FromBase64(text, flags) == original) << flags << ", " << length;
-                const bool hex = rows || form == 4 || form == 12;
+                const bool hex = form == 4 || form == 5 || form >= 10;
                 if (form == 2) continue;
                 const auto any = hex ? CRYPT_STRING_HEX_ANY : CRYPT_STRING_ANY;
                 ASSERT_TRUE(crypt.FromBase64(text, any) == original) << flags << ", " << length;
@@ -106,16 +108,56 @@ TEST_F(ByteForms, WhatIsNotOfTheFormGivesNothing) {
         {CRYPT_STRING_BASE64HEADER, u"-----BEGIN X-----\nZg==\n", u""},
         {CRYPT_STRING_BASE64HEADER, u"mail\n-----BEGIN X-----\nZg==\n-----END X-----\nend", u"f"},
         {CRYPT_STRING_BASE64_ANY, u"-----BEGIN -----END -----", u""},
+        {CRYPT_STRING_BASE64_ANY, u"-----BEGIN -----END ABCDE", u""},  // one rule of two, and no body
         {CRYPT_STRING_HEX, u"3 0", u"0"},
+        {CRYPT_STRING_HEX, u"30\t31\r\n32", u"012"},
         {CRYPT_STRING_HEX, u"30 3", u""},
         {CRYPT_STRING_HEX, u"30 3G", u""},
         {CRYPT_STRING_HEXASCII, u"30 31                                              0X", u""},
         {CRYPT_STRING_HEX_ANY, u"30   31", u"01"},  // a wide gap hides nothing
+        {CRYPT_STRING_HEX_ANY, u"20202020202020202020202020202020202020202020202020",
+         u"                         "},  // nor do blanks, which have no characters to be seen
         {CRYPT_STRING_SHORT, u"Zg", u""},
         {static_cast<CryptStringFlags>(99), u"Zg==", u""},
     };
     for (const auto& row : rows)
         EXPECT_EQ(crypt.FromBase64(row.text, row.flags), row.bytes) << row.flags << ": " << toUtf8(row.text);
+}
+
+// Whatever is read from a stranger gives bytes that can be written and read again, or nothing; and all that
+// was written comes back.
+TEST(ByteFormsAtRandom, ReadWhatTheyWroteAndNeverFail) {
+    constexpr BytesView kPieces[] = {"-----BEGIN ", "-----END ", "-----", "0000\t", "30 31", "   ",
+                                     "Zg==",        "\r\n",      " ",     "\t",     "\n",    "=",
+                                     "2",           "a",         "/",     "\xFF"};
+    constexpr int32 kAny[] = {CRYPT_STRING_BASE64_ANY, CRYPT_STRING_ANY, CRYPT_STRING_HEX_ANY, 99};
+    std::mt19937 draw(1);
+    const auto below = [&](std::size_t limit) { return draw() % limit; };
+    for (int round = 0; round < 3000; ++round) {
+        Bytes bytes(1 + below(80), ' '), text;
+        for (char& byte : bytes)  // many blanks and digits, which a form may take for its own
+            if (below(3) > 0) byte = static_cast<char>(below(2) > 0 ? draw() : '0' + below(10));
+        for (auto pieces = below(30); pieces > 0; --pieces) text += kPieces[below(std::size(kPieces))];
+        for (const int32 form : {0, 1, 2, 3, 4, 5, 9, 10, 11, 12}) {
+            const int32 ends[] = {0, CRYPT_STRING_NOCR, CRYPT_STRING_NOCRLF};
+            const auto flags = static_cast<CryptStringFlags>(form | ends[below(3)]);
+            const Bytes written = byteForms::encode(bytes, flags);
+            ASSERT_EQ(byteForms::decode(written, flags), bytes) << flags << ": " << written;
+            const bool hex = form == 4 || form == 5 || form >= 10;
+            if (form != CRYPT_STRING_BINARY) {
+                const auto any = hex ? CRYPT_STRING_HEX_ANY : CRYPT_STRING_ANY;
+                ASSERT_EQ(byteForms::decode(written, any), bytes) << flags << ": " << written;
+            }
+            for (const BytesView odd :
+                 {BytesView(text), BytesView(written).substr(below(written.size())), BytesView(bytes)}) {
+                const auto read = byteForms::decode(odd, flags);
+                if (!read || read->empty()) continue;
+                ASSERT_EQ(byteForms::decode(byteForms::encode(*read, flags), flags), read) << flags << odd;
+            }
+        }
+        for (const int32 form : kAny)
+            static_cast<void>(byteForms::decode(text, static_cast<CryptStringFlags>(form)));
+    }
 }
 
 }  // namespace

@@ -11,17 +11,6 @@ namespace {
 constexpr TextView kSource = u"clsTSDB Locate";
 constexpr int32 kReadAhead = 3;
 
-Text hexadecimal(int32 number) {
-    static constexpr char16_t kDigits[] = u"0123456789ABCDEF";
-    auto rest = static_cast<uint32>(number);
-    Text out;
-    do {
-        out.insert(out.begin(), kDigits[rest & 15]);
-        rest >>= 4;
-    } while (rest != 0);
-    return out;
-}
-
 }  // namespace
 
 int32 TreeIndex::Step::before() const noexcept {
@@ -50,7 +39,7 @@ TreeIndex::Step& TreeIndex::push(int32 address, int32 base, const SearchKey* key
 }
 
 void TreeIndex::raiseCorrupt(int32 address) {
-    const Text text = u"Node at &h " + hexadecimal(address) +
+    const Text text = u"Node at &h " + toHexadecimal(static_cast<uint32>(address)) +
                       u" corrupt in Locating record in index on field #" + toText(keys_.primary());
     rtmMain::DebugLog(text);
     raise(9, kSource, text);
@@ -258,7 +247,7 @@ int32 TreeIndex::inspectNode(int32 address, int32 level, Inspection& inspection)
     tree::Node node;
     if (level >= tree::kMostLevels || !file_.read(address, node) || !node.sound()) {
         inspection.out.lines.push_back(u"Level " + toText(level) + u":Defekt an Adresse " +
-                                       hexadecimal(address));
+                                       toHexadecimal(static_cast<uint32>(address)));
         return 0;
     }
     const Text place = toText(inspection.index) + u"> Level " + toText(level) + u" Eintrag ";

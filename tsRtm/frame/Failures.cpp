@@ -14,13 +14,7 @@ constexpr int32 wordFehler = 1 + 2048;
 constexpr int32 wordWeiter = 6;
 constexpr int32 wordInProgramm = 7 + 1024 + 2048;
 
-Text hexadecimal(int32 number) {
-    auto rest = static_cast<uint32>(number);
-    Text digits;
-    do digits.insert(digits.begin(), u"0123456789ABCDEF"[rest & 15]);
-    while ((rest >>= 4) != 0);
-    return u"&h" + digits;
-}
+Text hexadecimal(int32 number) { return u"&h" + toHexadecimal(static_cast<uint32>(number)); }
 
 Text numberText(int32 number) { return number < 0 ? hexadecimal(number) : toText(number); }
 

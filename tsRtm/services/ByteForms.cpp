@@ -3,6 +3,7 @@
 #include <nettle/base64.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace tsRtm::byteForms {
 namespace {
@@ -17,6 +18,7 @@ constexpr BytesView kBegin = "-----BEGIN ", kEnd = "-----END ", kRule = "-----";
 constexpr std::size_t kRow = 16;
 constexpr std::size_t kRowWidth = 3 * kRow;
 constexpr std::size_t kCharactersAt = kRowWidth + 3;
+constexpr std::size_t kFullRow = kCharactersAt + kRow;
 
 // The form without flags; -1 where there are bits that mean nothing.
 int32 formOf(CryptStringFlags flags) noexcept {
@@ -71,10 +73,11 @@ std::optional<BytesView> insideHeader(BytesView text) {
     const auto begin = text.find(kBegin);
     if (begin == BytesView::npos) return std::nullopt;
     const auto label = begin + kBegin.size();
-    const auto body = text.find(kRule, label);
-    const auto end = text.find(kEnd, label);
-    if (body == BytesView::npos || end == BytesView::npos || body > end) return std::nullopt;
-    return text.substr(body + kRule.size(), end - body - kRule.size());
+    const auto rule = text.find(kRule, label);
+    if (rule == BytesView::npos) return std::nullopt;
+    const auto body = rule + kRule.size();
+    const auto end = text.find(kEnd, body);
+    return end == BytesView::npos ? std::nullopt : std::optional(text.substr(body, end - body));
 }
 
 std::optional<Bytes> fromHeader(BytesView text, bool strict) {
@@ -132,26 +135,42 @@ Bytes dump(BytesView bytes, bool address, bool characters, BytesView end) {
     return text;
 }
 
-// The row's characters must be those of its bytes: a blank too many would else hide what was left out.
-bool charactersFit(BytesView row, BytesView characters) {
-    Bytes expected;
-    std::transform(row.begin(), row.end(), std::back_inserter(expected), shown);
+// Behind the bytes of a row must stand their characters: a blank too many would else hide what was left out.
+bool charactersFit(BytesView bytes, BytesView behind) {
+    Bytes expected(kCharactersAt - kRowWidth, ' ');
+    std::transform(bytes.begin(), bytes.end(), std::back_inserter(expected), shown);
     const auto trimmed = [](BytesView text) { return text.substr(0, text.find_last_not_of(" \r") + 1); };
-    return trimmed(expected) == trimmed(characters);
+    return trimmed(expected) == trimmed(behind);
 }
 
-// A dump with or without addresses; with them, a tab ends the address.
+// Takes a row without its address, which a tab ends. A line has more than one where there are no line ends: a
+// blank then stands behind a full row of characters, or in front of the next address.
+BytesView takeRow(BytesView& line, bool characters) {
+    if (const auto tab = line.find('\t'); tab != BytesView::npos) line.remove_prefix(tab + 1);
+    auto next = line.size();
+    if (characters && line.size() > kFullRow && isSpace(line[kFullRow])) next = kFullRow + 1;
+    if (const auto tab = line.find('\t'); !characters && tab != BytesView::npos)
+        next = line.find_last_of(' ', tab) + 1;
+    const auto row = line.substr(0, next);
+    line.remove_prefix(next);
+    return row;
+}
+
+// A dump with or without addresses.
 std::optional<Bytes> fromDump(BytesView text, bool characters) {
     Bytes bytes;
     while (!text.empty()) {
-        const auto next = text.find('\n');
-        auto line = text.substr(0, next);
-        text.remove_prefix(next == BytesView::npos ? text.size() : next + 1);
-        if (const auto tab = line.find('\t'); tab != BytesView::npos) line.remove_prefix(tab + 1);
-        const auto before = bytes.size();
-        if (!appendPairs(bytes, characters ? line.substr(0, kRowWidth) : line)) return std::nullopt;
-        const auto behind = line.size() > kCharactersAt ? line.substr(kCharactersAt) : BytesView();
-        if (characters && !charactersFit(BytesView(bytes).substr(before), behind)) return std::nullopt;
+        const auto end = text.find('\n');
+        auto line = text.substr(0, end);
+        text.remove_prefix(end == BytesView::npos ? text.size() : end + 1);
+        while (!line.empty()) {
+            const auto row = takeRow(line, characters);
+            const auto width = characters ? std::min(row.size(), kRowWidth) : row.size();
+            const auto before = bytes.size();
+            if (!appendPairs(bytes, row.substr(0, width))) return std::nullopt;
+            if (characters && !charactersFit(BytesView(bytes).substr(before), row.substr(width)))
+                return std::nullopt;
+        }
     }
     return bytes;
 }
@@ -213,8 +232,11 @@ std::optional<Bytes> decode(BytesView text, CryptStringFlags flags) {
         case CRYPT_STRING_BINARY:
             return Bytes(text);
         case CRYPT_STRING_HEX:
+        case CRYPT_STRING_HEXRAW: {
+            Bytes bytes;
+            return appendPairs(bytes, text) ? std::optional(std::move(bytes)) : std::nullopt;
+        }
         case CRYPT_STRING_HEXADDR:
-        case CRYPT_STRING_HEXRAW:
             return fromDump(text, false);
         case CRYPT_STRING_HEXASCII:
         case CRYPT_STRING_HEXASCIIADDR:

@@ -27,13 +27,8 @@ constexpr uint64 kBlock = 65536;
 
 Hasher hasherFor(HashType type) {
     if (Hasher::knows(type)) return Hasher(type);
-    const auto number = static_cast<uint32>(type);
-    Bytes bytes;
-    for (int32 shift = 24; shift >= 0; shift -= 8) bytes += static_cast<char>(number >> shift);
-    const Bytes digits = byteForms::hexDigits(bytes, byteForms::Case::upper);
-    const auto first = std::min(digits.find_first_not_of('0'), digits.size() - 1);
     raise(kBadAlgorithm, kClass,
-          u"DLL gab Fehler aus. Hash-Objekt für Typ " + fromUtf8(digits.substr(first)) +
+          u"DLL gab Fehler aus. Hash-Objekt für Typ " + toHexadecimal(static_cast<uint32>(type)) +
               u" kann nicht erstellt werden! (CryptCreateHash API)");
 }
 

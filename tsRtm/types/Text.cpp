@@ -108,6 +108,13 @@ Text toText(int64 number) {
     return Text(digits, end);
 }
 
+Text toHexadecimal(uint32 number) {
+    Text digits;
+    do digits.insert(digits.begin(), u"0123456789ABCDEF"[number & 15]);
+    while ((number >>= 4) != 0);
+    return digits;
+}
+
 TextView trimLeft(TextView text) noexcept {
     while (!text.empty() && text.front() == u' ') text.remove_prefix(1);
     return text;

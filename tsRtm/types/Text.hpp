@@ -24,6 +24,8 @@ std::string toUtf8(TextView text);
 
 // Decimal text of a whole number, without blanks.
 Text toText(int64 number);
+// Hexadecimal digits in capitals, without zeros in front.
+Text toHexadecimal(uint32 number);
 
 // Blanks (U+0020 only) taken off one end or both.
 TextView trimLeft(TextView text) noexcept;

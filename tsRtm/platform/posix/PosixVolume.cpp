@@ -7,7 +7,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <charconv>
 #include <iterator>
 
 #include "tsRtm/platform/posix/PosixHandle.hpp"
@@ -58,12 +57,6 @@ constexpr KnownVolume kKnown[] = {
 };
 // clang-format on
 
-Text hexadecimal(uint32 magic) {
-    char digits[8];
-    const auto end = std::to_chars(digits, std::end(digits), magic, 16).ptr;
-    return Text(digits, end);
-}
-
 // The kernel keeps the flag with the whole disk; a partition lies one folder below it.
 bool removableDisk(dev_t device) {
     const std::string base =
@@ -83,7 +76,7 @@ Volume describe(const struct statfs& system, const struct stat* status) {
     const auto* known = std::find_if(std::begin(kKnown), std::end(kKnown),
                                      [magic](const KnownVolume& row) { return row.magic == magic; });
     if (known == std::end(kKnown)) {
-        volume.fileSystem = hexadecimal(magic);
+        volume.fileSystem = toHexadecimal(magic);
         return volume;
     }
     volume.fileSystem = known->name;
