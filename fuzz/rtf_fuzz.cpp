@@ -19,7 +19,7 @@ void hold(bool promise) {
 class Bounds final : public rtf::Visitor {
  public:
     void onRun(const rtf::Run& run) override {
-        hold(!run.text.empty() && run.text.find_first_of(u"\r\n\0", 0, 2) == TextView::npos);
+        hold(!run.text.empty() && run.text.find_first_of(u"\r\n\0", 0, 3) == TextView::npos);
         hold(run.format.halfPoints > 0 && run.format.halfPoints <= 3276);
         units += run.text.size();
         named = std::max(named, run.font.name.size());

@@ -174,6 +174,10 @@ TEST_F(Dialogs, AListenerMayCloseAndFailuresAnswerZero) {
     EXPECT_EQ(ui.boxes.back().body, u"Warte\r\r");
     EXPECT_EQ(std::pair(answer->button, told), std::pair(1, 1));
 
+    const auto failing = dialog.Created.connect([] { raise(5, u"Anwendung", u"x"); });
+    EXPECT_THROW(dialog.Show(), Failure);
+    EXPECT_EQ(dialog.hWnd(), 0);
+
     ui.dialogFails = true;
     EXPECT_EQ(dialog.Show(), 0);
     EXPECT_EQ(messages.TSMsgBox(u"x"), 0);

@@ -48,6 +48,8 @@ TEST_F(Messages, ByNumberFlagsAndLanguage) {
     }
     state().langId = 1036;
     EXPECT_EQ(messages.LangNr(1), 30001);
+    EXPECT_EQ(messages.LangNr(2147453647), 2147483647);
+    EXPECT_THROW(messages.LangNr(2147453648), Failure);
 }
 
 TEST_F(Messages, InsertReplacesTwoCharactersAtEachPlace) {

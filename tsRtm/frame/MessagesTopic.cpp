@@ -1,6 +1,8 @@
 // Numbered messages, places in texts, key names and captions.
 #include "tsRtm/frame/MessagesTopic.hpp"
 
+#include <limits>
+
 #include "tsRtm/frame/TextTables.hpp"
 #include "tsRtm/frame/rtmMain.hpp"
 
@@ -70,14 +72,9 @@ void expandMarks(Text& line) {
 MessagesTopic::MessagesTopic() { rtmMain::ensureStarted(); }
 
 int32 MessagesTopic::LangNr(int32 Nr) const {
-    switch (language()) {
-        case german:
-            return Nr + 1000;
-        case english:
-            return Nr + 2000;
-        default:
-            return Nr + 30000;
-    }
+    const int32 range = language() == german ? 1000 : language() == english ? 2000 : 30000;
+    if (Nr > std::numeric_limits<int32>::max() - range) raise(6, u"clsRtm:LangNr", u"Überlauf");
+    return Nr + range;
 }
 
 Text MessagesTopic::RtmMsg(int32 MsgNumber) {

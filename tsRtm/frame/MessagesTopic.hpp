@@ -29,6 +29,7 @@ class MessagesTopic {
     // text.
     Text RtmMsg(int32 MsgNumber);
     // The number of a message in the language of the system: German +1000, English +2000, others +30000.
+    // Raises 6 where that is beyond int32.
     int32 LangNr(int32 Nr) const;
 
     // "Fehler 53: Datei nicht gefunden"; empty for -1, a negative number in hexadecimal.

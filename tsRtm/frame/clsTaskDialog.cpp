@@ -17,6 +17,12 @@ constexpr int32 idIgnore = 5, idTryAgain = 10, idContinue = 11;
 constexpr int32 iconBits = 112;
 constexpr int32 rightToLeft = 0x100000;  // the system's own flag
 
+// Forgets the window when the dialog ends, also by a listener that throws.
+struct WindowGone {
+    int32& window;
+    ~WindowGone() { window = 0; }
+};
+
 }  // namespace
 
 void clsTaskDialog::Prompt(TextView Prompt, int32 Buttons, const Variant& Titel) {
@@ -76,10 +82,10 @@ void clsTaskDialog::setIcon(int32 buttons) {
 int32 clsTaskDialog::Show() {
     dialog_.parent = rtmMain::state().appHWnd;
     clicked_ = 0;
+    const WindowGone gone{window_};
     const auto answer = rtmMain::system().ui.showTaskDialog(
         dialog_,
         [this](DialogNotice notice, int32 value, TextView link) { return hear(notice, value, link); });
-    window_ = 0;
     logUnattended(dialog_.headline + u" " + dialog_.body, answer ? answer->button : 0);
     if (!answer) return 0;
     option_ = answer->option;

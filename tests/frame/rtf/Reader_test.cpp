@@ -43,9 +43,21 @@ TEST(RtfReader, PlainText) {
          u" x"},
         {"a field's result", u"{\\rtf1{\\field{\\*\\fldinst HYPERLINK \"u\"}{\\fldrslt{\\ul link}}}}",
          u"link"},
-        {"both faces of a text", u"{\\rtf1{\\upr{\\title a}{\\*\\ud{b}}}}", u"b"},
+        {"both faces of a text", u"{\\rtf1{\\upr{\\title a}{\\*\\ud{b}}}{\\*\\ud c}}", u"b"},
+        {"both faces of what is no text",
+         u"{\\rtf1{\\info{\\upr{\\title a}{\\*\\ud{\\title b}}}{\\author c}}d}", u"d"},
+        {"a western font in another document",
+         u"{\\rtf1\\ansicpg1250{\\fonttbl{\\f0\\fcharset0 A;}{\\f1\\fcharset1 B;}{\\f2\\fcharset2 "
+         u"C;}}\\'f1\\f1\\'f1\\f2\\'f1\\f9\\'f1}",
+         u"ñńñń"},
         {"binary data", u"{\\rtf1 a\\bin3 }{\\b}", u"ab"},
         {"tables", u"{\\rtf1\\trowd a\\cell b\\cell\\row}", u"a\tb\t\r\n"},
+        {"inner tables",
+         u"{\\rtf1 "
+         u"a\\nestcell{\\nonesttables\\par}b\\nestcell{\\*\\nesttableprops\\trowd\\nestrow}{\\nonesttables"
+         u"\\par}c\\cell\\row}",
+         u"a\tb\t\r\nc\t\r\n"},
+        {"columns", u"{\\rtf1 a\\column b}", u"a\r\nb"},
         {"line ends as characters", u"{\\rtf1 a\\u10?b\\'0d\\'0ac\\u0?d}", u"a\r\nb\r\ncd"},
         {"bullets of a list", u"{\\rtf1{\\pntext\\f1\\'B7\\tab}{\\*\\pn\\pnlvlblt x}a}", u"·\ta"},
         {"typographic words", u"{\\rtf1 \\ldblquote a\\rdblquote\\endash\\emdash\\bullet}",

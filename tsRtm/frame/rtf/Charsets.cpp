@@ -17,6 +17,8 @@ struct Charset {
 };
 
 constexpr Charset kCharsets[] = {
+    {0, kAnsi},   // western, whatever the document's page is
+    {2, kAnsi},   // symbols: places in the font, one byte each
     {77, 10000},  // Macintosh
     {128, 932},   // Japanese
     {129, 949},   // Korean
@@ -31,6 +33,7 @@ constexpr Charset kCharsets[] = {
     {204, 1251},  // Russian
     {222, 874},   // Thai
     {238, 1250},  // East European
+    {254, 437},   // DOS
     {255, 850},   // OEM
 };
 

@@ -17,7 +17,7 @@ enum class FontFamily { unknown, roman, swiss, modern, script, decorative, techn
 struct Font {
     Text name;  // empty where the text names none
     FontFamily family = FontFamily::unknown;
-    int32 charset = 0;  // 0 western, 2 symbols, 204 Russian ...
+    int32 charset = 1;  // 0 western, 1 the document's, 2 symbols, 204 Russian ...
     bool fixedPitch = false;
 };
 

@@ -28,16 +28,17 @@ struct BreakRow {
     Break kind;
 };
 constexpr BreakRow kBreaks[] = {
-    {u"cell", Break::cell}, {u"line", Break::line},     {u"nestcell", Break::cell}, {u"nestrow", Break::row},
-    {u"page", Break::page}, {u"par", Break::paragraph}, {u"row", Break::row},       {u"sect", Break::page},
+    {u"cell", Break::cell},     {u"column", Break::page}, {u"line", Break::line},
+    {u"nestcell", Break::cell}, {u"nestrow", Break::row}, {u"page", Break::page},
+    {u"par", Break::paragraph}, {u"row", Break::row},     {u"sect", Break::page},
 };
 
 // Destinations whose content is no running text. Those behind "\*" are skipped without being known.
 constexpr TextView kSkipped[] = {
-    u"annotation", u"bkmkend", u"bkmkstart", u"falt",     u"filetbl", u"fldinst", u"footer",
-    u"footerf",    u"footerl", u"footerr",   u"footnote", u"header",  u"headerf", u"headerl",
-    u"headerr",    u"info",    u"listtable", u"objdata",  u"pict",    u"revtbl",  u"rxe",
-    u"stylesheet", u"tc",      u"upr",       u"xe",
+    u"annotation", u"bkmkend", u"bkmkstart",  u"falt",     u"filetbl",      u"fldinst", u"footer",
+    u"footerf",    u"footerl", u"footerr",    u"footnote", u"header",       u"headerf", u"headerl",
+    u"headerr",    u"info",    u"listtable",  u"nextfile", u"nonesttables", u"objdata", u"pict",
+    u"revtbl",     u"rxe",     u"stylesheet", u"tc",       u"tcn",          u"xe",
 };
 
 template <class Row, std::size_t Count>
@@ -55,6 +56,7 @@ enum class Content { text, fonts, colours, nothing };
 // What a group inherits and its end takes back.
 struct Group {
     Content content = Content::text;
+    Content aroundFaces = Content::nothing;  // of the group that has an \upr
     CharacterFormat character;
     ParagraphState paragraph;
     int32 standIns = 1;  // characters behind \u that stand for it in old readers
@@ -202,8 +204,12 @@ class Reader {
     bool takeDestination(TextView name, bool starred) {
         if (name == u"fonttbl" || name == u"colortbl") {
             if (shows()) group().content = name == u"fonttbl" ? Content::fonts : Content::colours;
+        } else if (name == u"upr") {
+            group().aroundFaces = std::exchange(group().content, Content::nothing);
         } else if (name == u"ud" && starred) {
-            group().content = Content::text;  // the Unicode face of \upr, which is skipped itself
+            group().content = group().aroundFaces;  // the Unicode face; the other one is skipped
+        } else if (name == u"nesttableprops") {
+            return true;  // the rows of inner tables end in it
         } else if (starred || std::ranges::binary_search(kSkipped, name)) {
             group().content = Content::nothing;
         } else {

@@ -15,7 +15,7 @@ struct Run {
 enum class Break {
     paragraph,
     line,
-    page,  // of a section, too
+    page,  // of a section or column, too
     cell,  // of a table
     row,
     end,  // of the text: the last paragraph may have had no end of its own
