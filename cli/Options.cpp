@@ -110,7 +110,8 @@ void set(const Options& options) {
 
 void removeAll(const Options& options, const OptionList& list) {
     if (!options.name.empty()) throw CliError("give a name or --all, not both");
-    if (!options.scope.app || options.scope.app->empty())
+    // An id of delimiters alone is the root, too.
+    if (options.scope.app.value_or("").find_first_not_of('\\') == std::string::npos)
         throw CliError("--all deletes the settings of one application; name it with --app ID");
     change(list.hive(), store().removeKey(storesHive(list.hive()), list.path()));
 }

@@ -86,6 +86,7 @@ TEST_F(Options, WrongOnesAreRefusedAndChangeNothing) {
                                                  {"set '' x", 1, "has a name"},
                                                  {"get Unbekannt", 1, "no value 'Unbekannt'"},
                                                  {"delete --all", 1, "--app ID"},
+                                                 {"delete --all --app '\\'", 1, "--app ID"},
                                                  {"delete X --all --app K", 1, "not both"},
                                                  {"delete", 2, "NAME or --all"},
                                                  {"set NetWait", 2, "VALUE"},

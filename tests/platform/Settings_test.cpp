@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
+#include <sys/stat.h>
 
 #include <fstream>
 #include <sstream>
@@ -280,8 +281,11 @@ TEST_F(SettingsOnDisk, ALockedStoreReadsEmptyAndRefusesWritesUntilItIsFree) {
 
 TEST_F(SettingsOnDisk, MachineStoreIsForAllToReadAndTheUsersOwnForNobodyElse) {
     auto settings = make();
-    ASSERT_EQ(settings.set(HKeys::localMachine, kRoot, u"RunTimeDir", u"/opt"), SystemError::none);
-    ASSERT_EQ(settings.set(kUser, kRoot, u"Debug", u"0"), SystemError::none);
+    const auto mask = ::umask(077);  // an administrator's, who thinks of his own files
+    const auto stored = {settings.set(HKeys::localMachine, kRoot, u"RunTimeDir", u"/opt"),
+                         settings.set(kUser, kRoot, u"Debug", u"0")};
+    ::umask(mask);
+    for (const auto error : stored) ASSERT_EQ(error, SystemError::none);
     const auto others = [&](const char* entry) {
         return std::filesystem::status(folder.path() / entry).permissions() &
                std::filesystem::perms::others_all;

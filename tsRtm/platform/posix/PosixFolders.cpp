@@ -102,7 +102,9 @@ bool makeFolders(const std::string& path, unsigned mode) {
     if (path.empty()) return false;
     if (isFolder(path)) return true;
     if (const auto above = folderOf(path); above != path && !makeFolders(above, mode)) return false;
-    return ::mkdir(path.c_str(), mode) == 0 || (errno == EEXIST && isFolder(path));
+    if (::mkdir(path.c_str(), mode) != 0) return errno == EEXIST && isFolder(path);
+    static_cast<void>(::chmod(path.c_str(), mode));  // a folder that stays closer is there all the same
+    return true;
 }
 
 }  // namespace tsRtm::platform::posix

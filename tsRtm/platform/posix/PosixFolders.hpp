@@ -17,8 +17,8 @@ std::string documentsFolder();  // XDG_DOCUMENTS_DIR of user-dirs.dirs, else the
 std::string tempFolderPath();   // $TMPDIR or /tmp
 
 bool isFolder(const std::string& path);
-// Makes a folder and those above it that are missing, as a rule for the owner alone. True where it is there
-// now.
+// Makes a folder and those above it that are missing, as a rule for the owner alone; whatever the user's mask
+// takes away, they get this mode. True where it is there now.
 bool makeFolders(const std::string& path, unsigned mode = 0700);
 
 }  // namespace tsRtm::platform::posix

@@ -1,11 +1,14 @@
 #include "tsRtm/platform/posix/SettingsFile.hpp"
 
+#include <fcntl.h>
 #include <sqlite3.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <thread>
 
 #include "tsRtm/platform/posix/PosixFolders.hpp"
+#include "tsRtm/platform/posix/PosixHandle.hpp"
 #include "tsRtm/platform/posix/PosixPath.hpp"
 
 namespace tsRtm::platform::posix {
@@ -76,6 +79,13 @@ int bindText(sqlite3_stmt* statement, int parameter, TextView text) {
                                  SQLITE_UTF8);
 }
 
+// An empty file is a store to be. It gets these rights whatever the user's mask takes away: a store for all
+// that an administrator makes must not be for him alone.
+void makeStore(const std::string& path, unsigned mode) {
+    const Handle made(::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+    if (made) static_cast<void>(::fchmod(made.get(), mode));
+}
+
 }  // namespace
 
 void SettingsFile::Closer::operator()(sqlite3* database) const noexcept { ::sqlite3_close_v2(database); }
@@ -115,11 +125,13 @@ SystemError SettingsFile::open(bool make) {
     }
     // Most users never store a setting: the first look does not wake the database library.
     if (!make && ::access(path_.c_str(), F_OK) != 0) return SystemError::none;
-    if (make && !makeFolders(folderOf(path_), folderMode_)) return SystemError::accessDenied;
+    if (make) {
+        if (!makeFolders(folderOf(path_), folderMode_)) return SystemError::accessDenied;
+        makeStore(path_, folderMode_ & 0666);
+    }
     // Opens for reading alone where the file may not be written.
-    const int flags = SQLITE_OPEN_READWRITE | (make ? SQLITE_OPEN_CREATE : 0);
     sqlite3* opened = nullptr;
-    const int code = ::sqlite3_open_v2(path_.c_str(), &opened, flags, nullptr);
+    const int code = ::sqlite3_open_v2(path_.c_str(), &opened, SQLITE_OPEN_READWRITE, nullptr);
     std::unique_ptr<sqlite3, Closer> owner(opened);
     if (code != SQLITE_OK) return fromSqlite(code);
     ::sqlite3_busy_handler(opened, &waitForNeighbour, this);
