@@ -1,6 +1,7 @@
 // tsrtm tab list, get, set, add, delete, expand: lists, tables and input shortcuts in text files.
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cmath>
 #include <iostream>
 
 #include "cli/CliError.hpp"
@@ -15,6 +16,8 @@
 
 namespace tsRtm::cli {
 namespace {
+
+constexpr float64 kAllWholeBelow = 9007199254740992;  // 2^53, from where on not every whole number is there
 
 struct Options {
     std::string file;
@@ -55,7 +58,8 @@ std::unique_ptr<TabFile> openExisting(const Options& options) {
 Json cellJson(TabFile& file, int32 row, int32 column, const Text& text) {
     if (!file.isNumber(column)) return toUtf8(text);
     const float64 number = file.number(row, column);
-    if (number == static_cast<float64>(static_cast<int64>(number))) return static_cast<int64>(number);
+    const bool whole = std::fabs(number) < kAllWholeBelow && number == std::trunc(number);
+    if (whole) return static_cast<int64>(number);
     return number;
 }
 

@@ -56,6 +56,8 @@ TEST_F(Tab, ReadingShowsOneCellOrAll) {
     EXPECT_EQ(table.out, "  Nr  1  2     3\n   1  a  1  2,50\n");
     EXPECT_NE(table.err.find("belong to no row"), std::string::npos);
     EXPECT_EQ(ok("tab list T --json").json()["count"], 7);
+    write("G", "1e300\r\n");
+    EXPECT_EQ(ok("tab get G --types D 1 1 --json").json(), 1e300);
 }
 
 TEST_F(Tab, WhatTheFileCannotHoldIsRefusedAndNothingChanges) {

@@ -234,6 +234,29 @@ TEST_P(FileSystemContract, RenameReplacesInOneStepOrNotAtAll) {
     EXPECT_EQ(content(u"frei"), "neu");
 }
 
+TEST_P(FileSystemContract, ExchangeGivesEachTheOthersName) {
+    make(u"alt", "alt");
+    make(u"neu", "neu");
+    make(u"fest", "fest");
+    makeReadOnly(u"fest");
+    ASSERT_EQ(files.makeFolder(at(u"ordner")), none);
+    for (const auto& [from, to, error] : {
+             std::tuple<TextView, TextView, SystemError>{u"neu", u"alt", none},
+             {u"neu", u"fehlt", fileNotFound},
+             {u"fehlt", u"alt", fileNotFound},
+             {u"neu", u"fest", accessDenied},
+             {u"neu", u"ordner", accessDenied},
+         })
+        EXPECT_EQ(files.exchange(at(from), at(to)), error) << toUtf8(from) << ' ' << toUtf8(to);
+    EXPECT_EQ(content(u"alt"), "neu");
+    EXPECT_EQ(content(u"neu"), "alt");
+    for (const auto* held : {u"alt", u"neu"}) {
+        const auto holder = open(held, kReader);
+        EXPECT_EQ(files.exchange(at(u"neu"), at(u"alt")), sharingViolation);
+    }
+    EXPECT_EQ(files.list(folder).value().size(), 4u);
+}
+
 TEST_P(FileSystemContract, OpenFilesAreNotTakenAway) {
     make(u"offen", "x");
     make(u"andere", "y");

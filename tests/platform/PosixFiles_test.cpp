@@ -11,6 +11,7 @@
 #include "tsRtm/platform/posix/PosixErrors.hpp"
 #include "tsRtm/platform/posix/PosixPath.hpp"
 #include "tsRtm/platform/posix/PosixPlatform.hpp"
+#include "tsRtm/platform/posix/PosixReplacing.hpp"
 
 namespace tsRtm::test {
 namespace {
@@ -78,6 +79,36 @@ TEST_F(PosixFiles, ShareModesHoldBetweenProcesses) {
     EXPECT_EQ(other.wait(), 0);
 }
 
+// While one process replaces a file, another one opens it: what it has is what lies in the place, since an
+// open file is not replaced.
+TEST_F(PosixFiles, AnOpenFileIsTheOneInItsPlace) {
+    constexpr int32 kVersions = 500;
+    const Text place = folder.name(u"datei"), beside = folder.name(u"neu");
+    make("datei", "0");
+    ChildProcess other([&](ChildProcess::Line& line) {
+        line.hear();
+        for (int32 version = 1; version <= kVersions; ++version) {
+            make("neu", std::to_string(version));
+            while (
+                failed(version % 2 == 0 ? files.exchange(beside, place) : files.rename(beside, place, true)))
+                ::sched_yield();
+        }
+        make("ende");
+        return 0;
+    });
+    other.line().say('G');
+    int32 stale = 0;
+    while (!files.status(folder.name(u"ende")).ok()) {
+        const auto mine = files.open(place, kReader);
+        if (!mine) continue;
+        std::ostringstream now;
+        now << std::ifstream(folder.path() / "datei").rdbuf();
+        if (readText(**mine) != now.str()) ++stale;
+    }
+    EXPECT_EQ(stale, 0);
+    EXPECT_EQ(other.wait(), 0);
+}
+
 // Two processes count on one number, each under the lock: no step may be lost.
 TEST_F(PosixFiles, LockedStepsOfTwoProcessesDoNotMix) {
     constexpr int32 kSteps = 2000;
@@ -99,6 +130,36 @@ TEST_F(PosixFiles, LockedStepsOfTwoProcessesDoNotMix) {
     int32 number = 0;
     ASSERT_TRUE(open(u"zaehler")->readAt(0, std::as_writable_bytes(std::span(&number, 1))).ok());
     EXPECT_EQ(number, 2 * kSteps);
+}
+
+TEST_F(PosixFiles, ASecondNameServesWhereNamesCannotBeExchanged) {
+    make("alt", "alt");
+    make("neu", "neu");
+    EXPECT_EQ(posix::exchangeByLink(folder.path() / "neu", folder.path() / "alt"), none);
+    EXPECT_EQ(readText(*open(u"alt", kReader)) + readText(*open(u"neu", kReader)), "neualt");
+    EXPECT_EQ(posix::exchangeByLink(folder.path() / "fehlt", folder.path() / "alt"), fileNotFound);
+    EXPECT_EQ(files.list(folder.name()).value().size(), 2u);
+}
+
+TEST_F(PosixFiles, CopyAccessMakesAFileOpenToTheSameUsers) {
+    make("vorbild");
+    for (const auto& [like, mode] :
+         {std::pair{0600u, 0600u}, {0664u, 0664u}, {0444u, 0644u}, {04755u, 0755u}}) {
+        make("neu");
+        ASSERT_EQ(::chmod((folder.path() / "vorbild").c_str(), like), 0);
+        EXPECT_EQ(files.copyAccess(folder.name(u"vorbild"), folder.name(u"neu")), none);
+        struct stat status {};
+        ASSERT_EQ(::stat((folder.path() / "neu").c_str(), &status), 0);
+        EXPECT_EQ(status.st_mode & 07777, mode);
+    }
+    if (::geteuid() == 0) {  // who may give files away
+        ASSERT_EQ(::chown((folder.path() / "vorbild").c_str(), 4711, 4712), 0);
+        EXPECT_EQ(files.copyAccess(folder.name(u"vorbild"), folder.name(u"neu")), none);
+        struct stat status {};
+        ASSERT_EQ(::stat((folder.path() / "neu").c_str(), &status), 0);
+        EXPECT_EQ(std::pair(status.st_uid, status.st_gid), std::pair(4711u, 4712u));
+    }
+    EXPECT_EQ(files.copyAccess(folder.name(u"fehlt"), folder.name(u"neu")), fileNotFound);
 }
 
 TEST_F(PosixFiles, PathsAreMatchedExactlyFirst) {

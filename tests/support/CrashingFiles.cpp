@@ -101,6 +101,14 @@ SystemError CrashingFiles::rename(TextView from, TextView to, bool replace) {
     return alive() ? inner_.rename(from, to, replace) : kGone;
 }
 
+SystemError CrashingFiles::exchange(TextView from, TextView to) {
+    return alive() ? inner_.exchange(from, to) : kGone;
+}
+
+SystemError CrashingFiles::copyAccess(TextView from, TextView to) {
+    return alive() ? inner_.copyAccess(from, to) : kGone;
+}
+
 SystemError CrashingFiles::makeFolder(TextView name) { return alive() ? inner_.makeFolder(name) : kGone; }
 
 Result<std::vector<FolderEntry>> CrashingFiles::list(TextView folder) {

@@ -20,8 +20,8 @@ namespace tsRtm::test {
 struct ProcessDied {};
 
 // Hands all on to another file system, which outlives it, and counts what changes the disk: writeAt of at
-// least a byte, resize, remove, rename, recycle, makeFolder and the opening that makes or empties a file.
-// Offers no window.
+// least a byte, resize, remove, rename, exchange, copyAccess, recycle, makeFolder and the opening that makes
+// or empties a file. Offers no window.
 //
 // At its death all open files are closed, which ends their locks. What still runs then is the cleaning up of
 // a process that is gone: every further call does nothing and gives deviceError, and does not throw, since it
@@ -43,6 +43,8 @@ class CrashingFiles final : public platform::FileSystem {
     platform::Result<platform::FileStatus> status(TextView name) override;
     [[nodiscard]] platform::SystemError remove(TextView name) override;
     [[nodiscard]] platform::SystemError rename(TextView from, TextView to, bool replace) override;
+    [[nodiscard]] platform::SystemError exchange(TextView from, TextView to) override;
+    [[nodiscard]] platform::SystemError copyAccess(TextView from, TextView to) override;
     [[nodiscard]] platform::SystemError makeFolder(TextView name) override;
     platform::Result<std::vector<platform::FolderEntry>> list(TextView folder) override;
     platform::DriveKind driveKind(TextView name) override { return inner_.driveKind(name); }

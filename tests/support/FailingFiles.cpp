@@ -86,6 +86,16 @@ SystemError FailingFiles::rename(TextView from, TextView to, bool replace) {
     return failed(error) ? error : inner_.rename(from, to, replace);
 }
 
+SystemError FailingFiles::exchange(TextView from, TextView to) {
+    const auto error = next();
+    return failed(error) ? error : inner_.exchange(from, to);
+}
+
+SystemError FailingFiles::copyAccess(TextView from, TextView to) {
+    const auto error = next();
+    return failed(error) ? error : inner_.copyAccess(from, to);
+}
+
 SystemError FailingFiles::makeFolder(TextView name) {
     const auto error = next();
     return failed(error) ? error : inner_.makeFolder(name);

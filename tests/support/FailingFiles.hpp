@@ -10,9 +10,9 @@
 namespace tsRtm::test {
 
 // Hands all on to another file system, which outlives it, and counts: open, status, remove, rename,
-// makeFolder, list and recycle, and of every open file readAt, writeAt, size, resize, flush, tryLock, unlock
-// and isLocked. A failing call is not handed on. driveKind and name cannot fail and do not count. Offers no
-// window.
+// exchange, copyAccess, makeFolder, list and recycle, and of every open file readAt, writeAt, size, resize,
+// flush, tryLock, unlock and isLocked. A failing call is not handed on. driveKind and name cannot fail and do
+// not count. Offers no window.
 class FailingFiles final : public platform::FileSystem {
  public:
     enum class Times { once, fromThenOn };
@@ -32,6 +32,8 @@ class FailingFiles final : public platform::FileSystem {
     platform::Result<platform::FileStatus> status(TextView name) override;
     [[nodiscard]] platform::SystemError remove(TextView name) override;
     [[nodiscard]] platform::SystemError rename(TextView from, TextView to, bool replace) override;
+    [[nodiscard]] platform::SystemError exchange(TextView from, TextView to) override;
+    [[nodiscard]] platform::SystemError copyAccess(TextView from, TextView to) override;
     [[nodiscard]] platform::SystemError makeFolder(TextView name) override;
     platform::Result<std::vector<platform::FolderEntry>> list(TextView folder) override;
     platform::DriveKind driveKind(TextView name) override { return inner_.driveKind(name); }

@@ -288,6 +288,19 @@ SystemError MemoryFiles::rename(TextView from, TextView to, bool replace) {
     return SystemError::none;
 }
 
+SystemError MemoryFiles::exchange(TextView from, TextView to) {
+    if (!exchanges_) return SystemError::notSupported;
+    for (const TextView name : {from, to}) {
+        const auto found = status(name);
+        if (!found) return found.error();
+        if (found->folder || found->readOnly) return SystemError::accessDenied;
+        if (!required(name)->openings.empty()) return SystemError::sharingViolation;
+    }
+    std::swap(required(from)->name, required(to)->name);
+    std::swap(nodes_[keyOf(from)], nodes_[keyOf(to)]);
+    return SystemError::none;
+}
+
 SystemError MemoryFiles::makeFolder(TextView name) {
     if (badName(name)) return SystemError::invalidName;
     if (folderExists(name)) return SystemError::none;

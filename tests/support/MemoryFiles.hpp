@@ -28,6 +28,7 @@ class MemoryFiles final : public platform::FileSystem {
     platform::Result<platform::FileStatus> status(TextView name) override;
     [[nodiscard]] platform::SystemError remove(TextView name) override;
     [[nodiscard]] platform::SystemError rename(TextView from, TextView to, bool replace) override;
+    [[nodiscard]] platform::SystemError exchange(TextView from, TextView to) override;
     [[nodiscard]] platform::SystemError makeFolder(TextView name) override;
     platform::Result<std::vector<platform::FolderEntry>> list(TextView folder) override;
     platform::DriveKind driveKind(TextView name) override;
@@ -44,6 +45,8 @@ class MemoryFiles final : public platform::FileSystem {
     void setReadOnly(TextView name, bool readOnly);
 
     void setDriveKind(platform::DriveKind kind) { driveKind_ = kind; }
+    // A volume where no two files can exchange their names.
+    void forbidExchange() { exchanges_ = false; }
     // Every opening of this name fails; SystemError::none ends that.
     void failOpening(TextView name, platform::SystemError error);
     // Bytes by which all files together may still grow; a write that does not fit is done as far as it fits,
@@ -86,6 +89,7 @@ class MemoryFiles final : public platform::FileSystem {
     Nodes nodes_;
     std::map<Text, platform::SystemError> openErrors_;
     platform::DriveKind driveKind_ = platform::DriveKind::fixed;
+    bool exchanges_ = true;
     std::optional<uint64> freeSpace_;
     Date now_ = Date::of(2024, 6, 15, 12);
     std::vector<Text> recycled_;

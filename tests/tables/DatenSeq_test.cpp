@@ -210,6 +210,33 @@ TEST_F(DatenSeqTest, TheLastWriterWinsButAnOldListDoesNotComeBack) {
     EXPECT_TRUE(list.IsEmpty());
 }
 
+// The code of a line beside plain ones would make something else of these at the next reading.
+TEST_F(DatenSeqTest, AFileIsCodedAsAWhole) {
+    disk.put(kFile, "Abel\r\n");
+    DatenSeq list;
+    list.Init(kFile, 0, {}, true);
+    EXPECT_EQ(list.Count(), 1);
+    list.Encrypted(true);
+    list.Add(u"Bert");
+    DatenSeq again;
+    again.Init(kFile);
+    again.Encrypted(true);
+    EXPECT_EQ(linesIn(again), (Lines{u"Abel", u"Bert"}));
+}
+
+TEST_F(DatenSeqTest, ClearThatFailsLeavesTheList) {
+    for (const bool sensible : {false, true}) {
+        disk.put(kFile, "a\r\n");
+        DatenSeq list;
+        list.Init(kFile);
+        list.Sensible(sensible);
+        EXPECT_EQ(list.Count(), 1);
+        const auto reader = disk.open(kFile, {});
+        EXPECT_THROW(list.Clear(), Failure);
+        EXPECT_EQ(linesIn(list), Lines{u"a"});
+    }
+}
+
 TEST_F(DatenSeqTest, MigrateToAnsiTurnsADosFileOnce) {
     for (const auto& [before, after] :
          {std::pair<Bytes, Bytes>{"M\x81ller\r\n", "M\xFCller\r\n"}, {"plain\x9D\r\n", "plain\x9D\r\n"}}) {

@@ -158,6 +158,30 @@ TEST_F(DatenTabTest, ACellIsOneLine) {
     again.Dirty(false);
 }
 
+TEST_F(DatenTabTest, OthersFilesComeAsTheyAre) {
+    disk.put(kFile, "a\r\nb\r\n");
+    {
+        DatenTab table;
+        table.Init(kFile, 2);
+        table.Item(1, 1, u"c");
+        static_cast<void>(disk.remove(kFile));
+        wait(kUntilNextLook);
+        EXPECT_EQ(table.Count(), 0);
+        disk.put(kFile, "d\r\ne\r\n");
+    }  // has nothing to store
+    ASSERT_TRUE(disk.exists(kFile));
+    EXPECT_EQ(disk.dump(kFile), "d\r\ne\r\n");
+    // A row is of one version: here another one comes with the look at its first cell.
+    DatenTab table;
+    table.Init(kFile, 2, {}, true);
+    int32 readings = 0;
+    const auto again = table.Change.connect([&] {
+        if (++readings == 1) otherWrites("f\r\ng\r\n");
+    });
+    EXPECT_EQ(table.Record(1), (std::vector<Text>{u"d", u"e"}));
+    EXPECT_EQ(table.Record(1), (std::vector<Text>{u"f", u"g"}));
+}
+
 TEST_F(DatenTabTest, CountKeyCounts) {
     DatenTab table;
     table.Init({}, 2, u"TL");

@@ -68,23 +68,26 @@ const std::vector<Form>& forms() {
     return all;
 }
 
-class Storing : public testing::TestWithParam<std::tuple<Form, bool>> {
+// How the old version is done away with; by `Renaming` on a volume where files cannot exchange their names.
+enum class Manner { Plain, Sensible, SensibleRenaming };
+
+class Storing : public testing::TestWithParam<std::tuple<Form, Manner>> {
  protected:
     const Form& form = std::get<0>(GetParam());
-    const bool sensible = std::get<1>(GetParam());
+    const bool sensible = std::get<1>(GetParam()) != Manner::Plain;
+    const bool renaming = std::get<1>(GetParam()) == Manner::SensibleRenaming;
 
     // A disk with the old version.
-    static MemoryFiles::Snapshot prepared(const Bytes& before) {
-        MemoryFiles disk;
-        disk.put(kFile, before);
-        return disk.snapshot();
+    void prepare(MemoryFiles& disk) const {
+        disk.put(kFile, form.before);
+        if (renaming) disk.forbidExchange();
     }
     void work(platform::FileSystem& files) const {
         TestGround ground;
         const StartedLibrary library(ground, files);
         form.work(sensible);
     }
-    // The old or the new version, in its place or, of a sensible file, both beside it.
+    // The old or the new version, in its place or, where there are renamings, both beside it.
     void expectWhole(MemoryFiles& disk) const {
         std::vector<Bytes> beside;
         const auto entries = disk.list(u"/d");
@@ -99,16 +102,15 @@ class Storing : public testing::TestWithParam<std::tuple<Form, bool>> {
             EXPECT_TRUE(now == form.before || now == form.after || torn) << now;
             return;
         }
-        EXPECT_TRUE(sensible && lies(form.before) && lies(form.after));
+        EXPECT_TRUE(renaming && lies(form.before) && lies(form.after));
     }
 };
 
 TEST_P(Storing, ADyingProcessLeavesAWholeVersion) {
-    const auto before = prepared(form.before);
     for (const auto last : {CrashingFiles::LastWrite::none, CrashingFiles::LastWrite::firstHalf})
         for (int64 n = 1;; ++n) {
             MemoryFiles disk;
-            disk.restore(before);
+            prepare(disk);
             CrashingFiles files(disk);
             files.dieAt(n, last);
             SCOPED_TRACE(testing::Message() << "killed at change " << n);
@@ -127,11 +129,10 @@ TEST_P(Storing, ADyingProcessLeavesAWholeVersion) {
 
 // Each call of the file system fails once, and from then on; a full disk at every byte.
 TEST_P(Storing, AFaultOfTheDiskLeavesAWholeVersion) {
-    const auto before = prepared(form.before);
     for (const auto times : {FailingFiles::Times::once, FailingFiles::Times::fromThenOn})
         for (int64 n = 1;; ++n) {
             MemoryFiles disk;
-            disk.restore(before);
+            prepare(disk);
             FailingFiles files(disk);
             files.failAt(n, platform::SystemError::deviceError, times);
             SCOPED_TRACE(testing::Message() << "call " << n);
@@ -144,7 +145,7 @@ TEST_P(Storing, AFaultOfTheDiskLeavesAWholeVersion) {
         }
     for (uint64 free = 0; free < 40; ++free) {
         MemoryFiles disk;
-        disk.restore(before);
+        prepare(disk);
         disk.setFreeSpace(free);
         SCOPED_TRACE(testing::Message() << free << " bytes free");
         try {
@@ -156,11 +157,17 @@ TEST_P(Storing, AFaultOfTheDiskLeavesAWholeVersion) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, Storing, testing::Combine(testing::ValuesIn(forms()), testing::Bool()),
-                         [](const auto& param) {
-                             return std::get<0>(param.param).name +
-                                    std::string(std::get<1>(param.param) ? "Sensible" : "");
-                         });
+std::string nameOf(const testing::TestParamInfo<std::tuple<Form, Manner>>& param) {
+    constexpr const char* kManners[] = {"", "Sensible", "SensibleRenaming"};
+    const auto& [form, manner] = param.param;
+    return form.name + std::string(kManners[static_cast<std::size_t>(manner)]);
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, Storing,
+                         testing::Combine(testing::ValuesIn(forms()),
+                                          testing::Values(Manner::Plain, Manner::Sensible,
+                                                          Manner::SensibleRenaming)),
+                         nameOf);
 
 // Real processes on a real disk.
 class SharedFile : public testing::TestWithParam<bool> {
@@ -213,6 +220,8 @@ class SharedFile : public testing::TestWithParam<bool> {
 
 TEST_P(SharedFile, ReadersSeeWholeVersionsAndWritersLeaveOne) {
     ASSERT_EQ(write(1, false), 0);
+    const auto ownerAlone = std::filesystem::perms::owner_read | std::filesystem::perms::owner_write;
+    std::filesystem::permissions(toUtf8(name), ownerAlone);
     std::vector<std::unique_ptr<ChildProcess>> writers;
     for (const int32 seed : {1000, 2000})
         writers.push_back(std::make_unique<ChildProcess>([&, seed](ChildProcess::Line& line) {
@@ -237,6 +246,7 @@ TEST_P(SharedFile, ReadersSeeWholeVersionsAndWritersLeaveOne) {
     DatenTab table;
     table.Init(name, kColumns);
     EXPECT_TRUE(whole(table));
+    EXPECT_EQ(std::filesystem::status(toUtf8(name)).permissions(), ownerAlone) << "open to others now";
     // Nothing is left beside it.
     EXPECT_EQ(platform::posixPlatform().files.list(temp.name()).value().size(), 1U);
 }

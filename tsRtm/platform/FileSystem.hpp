@@ -49,6 +49,17 @@ class FileSystem {
     // Renames; with `replace` an existing target is replaced in one step, else it gives alreadyExists.
     // sharingViolation while the file, or the target to be replaced, is open.
     [[nodiscard]] virtual SystemError rename(TextView from, TextView to, bool replace) = 0;
+    // Puts `from` in the place of the file `to`, which is then found under the name `from`; at no moment is
+    // `to` without a file. sharingViolation while one of them is open, accessDenied for a folder or a
+    // read-only file, notSupported where the volume cannot do that.
+    [[nodiscard]] virtual SystemError exchange(TextView /*from*/, TextView /*to*/) {
+        return SystemError::notSupported;
+    }
+    // Gives the file `to` the rights of access of `from`, and its owner and group as far as this process may.
+    // A ground whose files have none of these need not know how.
+    [[nodiscard]] virtual SystemError copyAccess(TextView /*from*/, TextView /*to*/) {
+        return SystemError::notSupported;
+    }
     // Makes one folder; success where it is there already.
     [[nodiscard]] virtual SystemError makeFolder(TextView name) = 0;
     // All entries but "." and "..", in no promised order.

@@ -35,7 +35,7 @@ void DatenSeq::Init(TextView Datei, int32 MaxItems, TextView Maske, bool SyncAlw
     useWriteMethod_ = UseWriteMethod;
     writeMethodForInputOnly_ = WriteMethodForInputOnly;
     lines_.clear();
-    dirty_ = pending_ = false;
+    dirty_ = pending_ = recoded_ = false;
 }
 
 void DatenSeq::sync(TableFile::Look how) {
@@ -45,8 +45,12 @@ void DatenSeq::sync(TableFile::Look how) {
     if (maxItems_ > 0 && held() > maxItems_) lines_.resize(static_cast<std::size_t>(maxItems_));
     if (encrypted_)
         for (Text& line : lines_) line = code_.decoded(line);
-    pending_ = false;
+    pending_ = recoded_ = false;
     Change();
+}
+
+void DatenSeq::Encrypted(bool Value) noexcept {
+    if (std::exchange(encrypted_, Value) != Value && file_.seen()) recoded_ = !recoded_;
 }
 
 bool DatenSeq::has(int32 Index) const noexcept { return Index >= 1 && Index <= held(); }
@@ -118,9 +122,9 @@ Text DatenSeq::Remove(int32 Index) {
 }
 
 void DatenSeq::Clear() {
-    lines_.clear();
     if (file_.bound()) file_.remove(kType);
-    pending_ = false;
+    lines_.clear();
+    pending_ = recoded_ = false;
     Change();
 }
 
@@ -141,11 +145,11 @@ void DatenSeq::save(int32 from) {
     if (!file_.bound() || !dirty_) return;
     if (file_.unread()) sync(TableFile::Look::forced);
     file_.needRead(Text(kType) + u".Commit");
-    if (from > 0 && file_.canAppend())
+    if (from > 0 && !recoded_ && file_.canAppend())
         file_.append(fileText(place(from)));
     else
         file_.rewrite(fileText(0));
-    pending_ = false;  // while dirty_ stays set: the program clears it
+    pending_ = recoded_ = false;  // while dirty_ stays set: the program clears it
 }
 
 void DatenSeq::MigrateToAnsi() {

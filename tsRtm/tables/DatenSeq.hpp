@@ -43,7 +43,7 @@ class DatenSeq {
     void Encoding(int32 Value) noexcept { file_.encoding = Value; }
     // Lines are scrambled in the file (LineCode.hpp): a character outside code page 1252 becomes "?".
     bool Encrypted() const noexcept { return encrypted_; }
-    void Encrypted(bool Value) noexcept { encrypted_ = Value; }
+    void Encrypted(bool Value) noexcept;
     // There is something to store. Stays set after storing, until the program clears it.
     bool Dirty() const noexcept { return dirty_; }
     void Dirty(bool Value) noexcept { dirty_ = pending_ = Value; }
@@ -95,6 +95,7 @@ class DatenSeq {
     bool encrypted_ = false;
     bool dirty_ = false;
     bool pending_ = false;  // changed since it was last stored
+    bool recoded_ = false;  // the file's lines are coded and ours are not, or the other way round
 };
 
 }  // namespace tsRtm

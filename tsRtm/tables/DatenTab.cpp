@@ -116,9 +116,11 @@ Text DatenTab::fileText() {
 
 Text DatenTab::Item(int32 Zeile, int32 Spalte) {
     sync();
-    if (!has(Zeile, Spalte)) return {};
-    const Column& of = column(Spalte);
-    const std::size_t place = at(Zeile, of);
+    return has(Zeile, Spalte) ? cell(Zeile, column(Spalte)) : Text();
+}
+
+Text DatenTab::cell(int32 row, const Column& of) const {
+    const std::size_t place = at(row, of);
     return of.kind == Kind::whole  ? toText(cells_.wholes[place])
            : of.kind == Kind::real ? localForm(cells_.reals[place])
                                    : cells_.texts[place];
@@ -169,7 +171,8 @@ std::vector<Text> DatenTab::Record(int32 Zeile) {
     sync();
     std::vector<Text> record;
     if (!has(Zeile, 1)) return record;
-    for (int32 i = 1; i <= Spalten(); ++i) record.push_back(Item(Zeile, i));
+    // Without another look: the row is of one version.
+    for (const Column& of : columns_) record.push_back(cell(Zeile, of));
     return record;
 }
 
@@ -261,7 +264,7 @@ float64 DatenTab::Summe(int32 Spalte) {
 void DatenTab::CountKey(TextView Key) {
     sync();
     int32 row = 1;
-    while (row <= rows_ && Item(row, 1) != Key) ++row;
+    while (row <= rows_ && cell(row, column(1)) != Key) ++row;
     if (row > rows_) row = Add({Text(Key)});
     Value(row, 2, Value(row, 2) + 1);
 }

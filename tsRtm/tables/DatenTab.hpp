@@ -79,6 +79,7 @@ class DatenTab final : public TableBase {
     std::size_t at(int32 row, const Column& column) const noexcept;
     const Column& column(int32 number) const { return columns_[static_cast<std::size_t>(number) - 1]; }
     Column& column(int32 number) { return columns_[static_cast<std::size_t>(number) - 1]; }
+    Text cell(int32 row, const Column& column) const;
     float64 number(int32 row, const Column& column) const;
     void store(Cells& cells, std::size_t at, Kind kind, TextView text) const;
     Cells rowOf(const std::vector<Text>& Daten, TextView Operation) const;

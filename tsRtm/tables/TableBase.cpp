@@ -36,6 +36,7 @@ void TableBase::sync(TableFile::Look how) {
         const bool had = rows() > 0;
         dropRows();
         okay_ = true;
+        changed_ = false;  // else a file that somebody makes from here on would be deleted
         if (had) Change();
         return;
     }

@@ -70,8 +70,8 @@ std::optional<FileStatus> TableFile::status() const {
 
 bool TableFile::exists() const { return status().has_value(); }
 
-// The writer of a sensible file takes the old one away before it puts the new one there, and for this moment
-// both lie beside the place.
+// On some volumes the writer of a sensible file takes the old one away before it puts the new one there, and
+// for this moment both lie beside the place.
 std::optional<FileStatus> TableFile::statusOrGap(bool firstLook) const {
     auto found = status();
     if (found || !(seen_ || firstLook)) return found;

@@ -10,8 +10,10 @@
 namespace tsRtm {
 
 // Nothing is locked between two calls: the last writer wins. A reader gets an old or a new version whole,
-// never a part of one. A writer that dies leaves the old version or the new one; where the file is sensible
-// and the writer dies between two renamings, both lie beside it under temporary names ("rad?????.tmp").
+// never a part of one. A writer that dies leaves the old version or the new one, and perhaps the other one
+// beside it under a temporary name ("rad?????.tmp"). Only on a volume where files neither exchange their
+// names nor have two of them is the place of a sensible file empty for a moment, with both versions beside
+// it.
 //
 // Time stamps count whole seconds, so a file that is seen within the second of its stamp may change again
 // without showing it. Therefore its size counts too, and a file seen that young is read once more when its
@@ -92,6 +94,7 @@ class TableFile {
     // Gives the old versions that are out of the way but not yet deleted.
     std::vector<Text> putInPlace(const Text& beside, TextView TypeName);
     std::vector<Text> putInPlaceOfSensible(const Text& beside, TextView TypeName);
+    std::vector<Text> putInEmptiedPlace(const Text& beside, TextView TypeName);
     std::optional<Text> takeAside(TextView TypeName);
     void overwrite(const std::vector<Text>& old, TextView TypeName);
     int32 encodingInPlace();

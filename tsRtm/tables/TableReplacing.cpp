@@ -8,6 +8,7 @@
 namespace tsRtm {
 namespace {
 
+using platform::Access, platform::Disposition, platform::Sharing;
 using platform::failed;
 using platform::SystemError;
 
@@ -72,11 +73,14 @@ class Withdrawn {
 Text TableFile::makeBeside(TextView text, int32 fileEncoding) {
     Text beside = freeNameBeside(name_);
     Withdrawn guard(beside);
+    // Open to the same users as the old version, before there is anything in it to read.
+    if (disk().open(beside, {Access::readWrite, Sharing::none, Disposition::createEmpty}))
+        static_cast<void>(disk().copyAccess(name_, beside));
     Date ignored;
     files_.PutContentAPI(beside, text, fileEncoding, false, ignored);
     // The new version has reached the medium before the old one goes.
     auto error = SystemError::none;
-    if (auto opened = disk().open(beside, {platform::Access::readWrite}); opened)
+    if (auto opened = disk().open(beside, {Access::readWrite}); opened)
         error = (*opened)->flush();
     else
         error = opened.error();
@@ -95,9 +99,23 @@ std::optional<Text> TableFile::takeAside(TextView TypeName) {
     return aside;
 }
 
-// The old version is out of its place before the new one takes it, and overwritten after that: so the place
-// is empty for a moment only, and no reader meets an overwritten file.
+// The old version is out of its place before it is overwritten, so that no reader meets an overwritten file.
 std::vector<Text> TableFile::putInPlaceOfSensible(const Text& beside, TextView TypeName) {
+    for (int32 tries = 0;; ++tries) {
+        auto error = patiently([&] { return disk().exchange(beside, name_); });
+        if (!failed(error)) return {beside};
+        if (error == SystemError::notSupported) return putInEmptiedPlace(beside, TypeName);
+        if (!missing(error)) raiseNotDeleted(name_, TypeName, failureNumber(error));
+        error = patiently([&] { return disk().rename(beside, name_, false); });
+        if (!failed(error)) return {};
+        if (error != SystemError::alreadyExists || tries == kTries)
+            raiseNotRenamed(beside, name_, TypeName, failureNumber(error),
+                            u": " + failureText(failureNumber(error)));
+    }
+}
+
+// Where two files cannot exchange their names the place is empty for a moment.
+std::vector<Text> TableFile::putInEmptiedPlace(const Text& beside, TextView TypeName) {
     std::vector<Text> old;
     for (int32 tries = 0;; ++tries) {
         const auto aside = takeAside(TypeName);
@@ -131,7 +149,12 @@ void TableFile::overwrite(const std::vector<Text>& old, TextView TypeName) {
     for (const Text& name : old) {
         int32 number = 70;
         try {
-            if (files_.SecureKill(name)) continue;
+            // Somebody may have it open still, just to find that it is not in its place any more.
+            const auto error = patiently([&] {
+                const bool gone = files_.SecureKill(name) || missing(disk().status(name).error());
+                return gone ? SystemError::none : SystemError::sharingViolation;
+            });
+            if (!failed(error)) continue;
         } catch (const Failure& failure) {
             number = failure.Number();
         }
@@ -184,10 +207,7 @@ void TableFile::rewrite(TextView text) {
 
 void TableFile::remove(TextView TypeName) {
     if (sensible) {
-        if (const auto aside = takeAside(TypeName)) {
-            forget();
-            overwrite({*aside}, TypeName);
-        }
+        if (const auto aside = takeAside(TypeName)) overwrite({*aside}, TypeName);
     } else if (const auto error = patiently([&] { return disk().remove(name_); });
                failed(error) && !missing(error)) {
         raiseNotDeleted(name_, TypeName, failureNumber(error));

@@ -142,5 +142,22 @@ TEST_F(ContentTest, ReplacingIsAllOrNothing) {
     EXPECT_EQ(entries(), 2) << "nothing is left beside it";
 }
 
+TEST_F(DiskTest, AReplacedFileStaysOpenToTheSameUsers) {
+    using std::filesystem::perms;
+    constexpr auto ownerAlone = perms::owner_read | perms::owner_write;
+    const auto rights = [&](const char* name) {
+        return std::filesystem::status(folder.path() / name).permissions();
+    };
+    ASSERT_TRUE(files.safeReplace(folder.name(u"a"), "old"));
+    ASSERT_TRUE(files.safeReplace(folder.name(u"b"), "new"));
+    ASSERT_NE(rights("a"), ownerAlone);
+    std::filesystem::permissions(folder.path() / "a", ownerAlone);
+    EXPECT_TRUE(files.safeReplace(folder.name(u"a"), "newer"));
+    EXPECT_EQ(rights("a"), ownerAlone);
+    EXPECT_TRUE(files.TSReplaceFile(folder.name(u"a"), folder.name(u"b"), true));
+    EXPECT_EQ(rights("a"), ownerAlone);
+    EXPECT_EQ(rights("a.sik"), ownerAlone);
+}
+
 }  // namespace
 }  // namespace tsRtm::test

@@ -140,13 +140,12 @@ class FilesTopic {
     // as it was.
     int64 PutContentAPI(TextView Name, TextView Inhalt, int32 Encoding, bool Append, Date& Datum);
     Text Content(TextView Datei);
-    // The bytes in place of the file's: written beside it, flushed and put in its place in one step. Whether
-    // it succeeded; else the file is as it was.
+    // The bytes in place of the file's: written beside it, flushed and put in its place in one step, with the
+    // rights of the file before. Whether it succeeded; else the file is as it was.
     bool safeReplace(TextView Name, BytesView Inhalt);
 
-    // --- Files and folders by name
-    // -------------------------------------------------------------------------------- Non-empty parts joined
-    // by the path delimiter; the first one stands as it is.
+    // --- Files and folders by name ---
+    // Non-empty parts joined by the path delimiter; the first one stands as it is.
     static Text MakePath(const VariantList& Parts);
     // Whether there is a file, not a folder, of that name or wildcard name.
     static bool Exist(TextView Datei);
@@ -162,7 +161,8 @@ class FilesTopic {
     // Overwrites and deletes the file, or all files that match. Whether any was; raises what overwriting
     // fails with.
     bool SecureKill(TextView Datei);
-    // Puts NewFile in the place of ReplacedFile, of which a copy stays with the extension ".sik" if wanted.
+    // Puts NewFile, with the rights of ReplacedFile, in its place; a copy of that stays with the extension
+    // ".sik" if wanted.
     bool TSReplaceFile(TextView ReplacedFile, TextView NewFile, bool CreateBackup);
     // DesiredAccess: 1 list or read, 2 write or add a file, 4 add a folder, 64 delete, 0x120089 read,
     // 0x120116 write.

@@ -10,14 +10,19 @@ using platform::failed;
 
 constexpr std::size_t blockSize = 64 * 1024;
 
-// A new file beside another one; deleted again unless it takes a place of its own.
+// A new file beside another one, open to the same users as `like`, where there is such a file; deleted again
+// unless it takes a place of its own.
 class FileBeside {
  public:
-    explicit FileBeside(TextView target) : target_(target), name_(freeName(FilesTopic::PathName(target))) {
+    FileBeside(TextView target, TextView like)
+        : target_(target), name_(freeName(FilesTopic::PathName(target))) {
         using platform::Access, platform::Disposition, platform::Sharing;
         auto opened = files().open(name_, {Access::readWrite, Sharing::none, Disposition::createEmpty});
         if (opened) file_ = std::move(*opened);
         made_ = file_ != nullptr;
+        // As long as it is empty nobody reads in it what is not for him. Where the rights cannot be kept, the
+        // content counts for more.
+        if (made_) static_cast<void>(files().copyAccess(like, name_));
     }
     ~FileBeside() {
         file_.reset();
@@ -57,7 +62,7 @@ class FileBeside {
 bool copyInto(TextView from, TextView to) {
     auto source = rtmMain::system().files.open(from, {});
     if (!source) return false;
-    FileBeside copy(to);
+    FileBeside copy(to, from);
     std::vector<std::byte> block(blockSize);
     for (uint64 offset = 0;;) {
         auto read = (*source)->readAt(offset, block);
@@ -71,7 +76,7 @@ bool copyInto(TextView from, TextView to) {
 }  // namespace
 
 bool FilesTopic::safeReplace(TextView Name, BytesView Inhalt) {
-    FileBeside file(Name);
+    FileBeside file(Name, Name);
     return file.write(std::as_bytes(std::span(Inhalt))) && file.takePlace();
 }
 
@@ -83,6 +88,7 @@ bool FilesTopic::TSReplaceFile(TextView ReplacedFile, TextView NewFile, bool Cre
         const Text backup = MakePath({PathName(ReplacedFile), BaseName(ReplacedFile) + u".sik"});
         if (!copyInto(ReplacedFile, backup)) return false;
     }
+    static_cast<void>(files.copyAccess(ReplacedFile, NewFile));
     return !failed(files.rename(NewFile, ReplacedFile, true));
 }
 

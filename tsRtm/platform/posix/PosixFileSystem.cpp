@@ -12,6 +12,7 @@
 #include "tsRtm/platform/posix/PosixFile.hpp"
 #include "tsRtm/platform/posix/PosixOpening.hpp"
 #include "tsRtm/platform/posix/PosixPath.hpp"
+#include "tsRtm/platform/posix/PosixReplacing.hpp"
 #include "tsRtm/platform/posix/PosixTime.hpp"
 #include "tsRtm/platform/posix/PosixTrash.hpp"
 #include "tsRtm/platform/posix/PosixVolume.hpp"
@@ -105,6 +106,27 @@ SystemError PosixFileSystem::rename(TextView from, TextView to, bool replace) {
     const auto holdTarget = holdRemovable(target->path);
     if (!holdTarget) return holdTarget.error();
     return renameOnto(*source, target->path);
+}
+
+SystemError PosixFileSystem::exchange(TextView from, TextView to) {
+    const auto source = existingPath(from);
+    if (!source) return source.error();
+    const auto target = existingPath(to);
+    if (!target) return target.error();
+    if (*source == *target) return SystemError::none;
+    const auto hold = holdRemovable(*source);
+    if (!hold) return hold.error();
+    const auto holdTarget = holdRemovable(*target);
+    if (!holdTarget) return holdTarget.error();
+    return exchangeNames(*source, *target);
+}
+
+SystemError PosixFileSystem::copyAccess(TextView from, TextView to) {
+    const auto source = existingPath(from);
+    if (!source) return source.error();
+    const auto target = existingPath(to);
+    if (!target) return target.error();
+    return copyRights(*source, *target);
 }
 
 SystemError PosixFileSystem::makeFolder(TextView name) {

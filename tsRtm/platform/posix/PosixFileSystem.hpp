@@ -12,6 +12,8 @@ class PosixFileSystem final : public FileSystem {
     Result<FileStatus> status(TextView name) override;
     [[nodiscard]] SystemError remove(TextView name) override;
     [[nodiscard]] SystemError rename(TextView from, TextView to, bool replace) override;
+    [[nodiscard]] SystemError exchange(TextView from, TextView to) override;
+    [[nodiscard]] SystemError copyAccess(TextView from, TextView to) override;
     [[nodiscard]] SystemError makeFolder(TextView name) override;
     Result<std::vector<FolderEntry>> list(TextView folder) override;
     DriveKind driveKind(TextView name) override;
