@@ -21,17 +21,19 @@ constexpr std::size_t kLongestKey = 4;
 
 class ListFile final : public TabFile {
  public:
-    ListFile(const std::string& name, const TabForm& form) : TabFile(name, form) {
-        list_.Init(fromUtf8(name));
-        list_.Encrypted(form.encrypted);
-        list_.Sensible(form.wipe);
-    }
+    ListFile(const std::string& name, const TabForm& form) : TabFile(name, form) { bind(false); }
 
  private:
     int32 rowCount() override { return list_.Count(); }
     std::vector<Text> cells(int32 row) override { return {list_.Item(row)}; }
     void setCell(int32 row, int32, const Text& value) override { list_.Item(row, value); }
-    int32 addRow(const std::vector<Text>& values) override { return list_.Add(values[0]); }
+    // Put behind what others have added meanwhile, and written alone.
+    int32 addRow(const std::vector<Text>& values) override {
+        bind(true);
+        const int32 number = list_.Add(values[0]);
+        list_.Dirty(false);
+        return number;
+    }
     void insertRow(int32 before, const std::vector<Text>& values) override {
         list_.Insert(before, values[0]);
     }
@@ -41,6 +43,12 @@ class ListFile final : public TabFile {
         list_.Dirty(false);
     }
     int32 encoding() override { return list_.Encoding(); }
+
+    void bind(bool syncAlways) {
+        list_.Init(fromUtf8(name()), 0, {}, syncAlways);
+        list_.Encrypted(form().encrypted);
+        list_.Sensible(form().wipe);
+    }
 
     DatenSeq list_;
 };
