@@ -17,12 +17,12 @@ constexpr TextView kFile = u"/d/Tabelle.iom";
 
 using Rows = std::vector<std::vector<Text>>;
 
-void same(const Rows& a, const Rows& b, bool encrypted) {
-    if (a.size() != b.size()) std::abort();
+void cameBack(const Rows& stored, const Rows& before, bool encrypted) {
+    if (stored.size() != before.size()) std::abort();
     if (encrypted) return;  // which has no room for all characters
-    for (std::size_t row = 0; row < a.size(); ++row)
-        for (std::size_t i = 0; i < a[row].size(); ++i)
-            if (b[row].at(i) != fromUtf8(toUtf8(a[row][i]))) std::abort();
+    for (std::size_t row = 0; row < stored.size(); ++row)
+        for (std::size_t i = 0; i < stored[row].size(); ++i)
+            if (stored[row][i] != fromUtf8(toUtf8(before[row].at(i)))) std::abort();
 }
 
 template <class Table>
@@ -47,7 +47,7 @@ void thereAndBack(test::MemoryFiles& disk, BytesView content, Init init) {
         table.Commit();
         Table again;
         init(again);
-        same(rowsIn(again), rows, table.Encrypted());
+        cameBack(rowsIn(again), rows, table.Encrypted());
         if (!again.Okay()) std::abort();
         table.Add({u"x", u"1"});
         init(again);  // reads it anew
