@@ -55,12 +55,6 @@ class KeyHints {
         if (!blocks_[block]) blocks_[block] = std::make_unique<KeyPrefix[]>(kBlock);
         blocks_[block][at % kBlock] = prefix;
     }
-    // Lets the memory come near that of() will look at soon.
-    void approach(int32 record) const noexcept {
-        const auto at = static_cast<std::size_t>(record);
-        const std::size_t block = at / kBlock;
-        if (block < blocks_.size() && blocks_[block]) __builtin_prefetch(&blocks_[block][at % kBlock]);
-    }
 
  private:
     static constexpr std::size_t kBlock = 256;  // a page

@@ -14,8 +14,6 @@ class RecordStore {
     explicit operator bool() const noexcept { return static_cast<bool>(bytes_); }
     // Records that the file's length makes, half to even: half a torn record counts.
     int32 count() const noexcept { return count_; }
-    // Records lie in memory: a view costs no call of the ground.
-    bool mapped() const noexcept { return bytes_.mapped(); }
     void refresh();
     bool has(int32 record) const noexcept { return record >= 1 && record <= count_; }
 

@@ -66,7 +66,7 @@ std::strong_ordering TreeIndex::compare(const Search& search, const Step& at, in
 
 std::strong_ordering TreeIndex::probe(const Search& search, const Step& at, int32 position, Trust trust) {
     const int32 satz = at.node.entry(position).satz;
-    if (!hinted(search.number) || satz == search.number) return compare(search, at, position);
+    if (satz == search.number) return compare(search, at, position);
     KeyPrefix known = trust == Trust::hints ? hints_.of(satz) : KeyPrefix();
     if (known.empty()) {
         known = keys_.prefix(recordOf(at, position));
@@ -81,8 +81,8 @@ std::strong_ordering TreeIndex::probe(const Search& search, const Step& at, int3
 bool TreeIndex::walk(const Search& search, Trust trust) {
     depth_ = 0;
     int32 base = 0;
-    const auto approach = [this, hinted = hinted(search.number)](int32 record) {
-        hinted ? hints_.approach(record) : store_.approach(record, keys_.touched());
+    const auto approach = [this](int32 record) {
+        if (hints_.of(record).empty()) store_.approach(record, keys_.touched());
     };
     for (int32 address = header().wurzel; address > 0;) {
         Step& here = push(address, base, &search.key);
@@ -127,7 +127,6 @@ bool TreeIndex::proven(const Search& search) {
 }
 
 bool TreeIndex::descend(const SearchKey& key, int32 number) {
-    if (!hinted(number)) return walk({key, number, {}}, Trust::records);
     const Search search{key, number, keys_.prefix(key)};
     return walk(search, Trust::hints) || (!proven(search) && walk(search, Trust::records));
 }

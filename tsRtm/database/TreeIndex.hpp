@@ -69,10 +69,8 @@ class TreeIndex final : public IndexForm {
     // Walks down to a key; with a number to that record's entry, else to the place of the first such key.
     // True on the record's entry itself, which may lie in an inner node.
     bool descend(const SearchKey& key, int32 number);
-    // Whether probes ask the hints first. Where each look at a record is a read of the file, on a share a way
-    // to the server and back, always. With the records in memory they pay for updates, which know the keys
-    // that they enter; a reader's hints would be cold as often as the records.
-    bool hinted(int32 number) const noexcept { return number != 0 || !store_.mapped(); }
+    // Probes ask the hints first: on a share each look at a record is a way to the server and back, and in
+    // memory a hint is nearer than the record.
     enum class Trust { hints, records };
     bool walk(const Search& search, Trust trust);
     // The search against an entry: by what is known of its key, or by the record itself.
