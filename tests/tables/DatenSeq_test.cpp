@@ -115,6 +115,7 @@ TEST_F(DatenSeqTest, AFileKeepsItsEncodingAndGetsWholeLines) {
              {"\xEF\xBB\xBFx\r\n", "\xEF\xBB\xBFx\r\nÄ\r\n"},
              {Bytes("\xFF\xFEx\0\r\0\n\0", 8), Bytes("\xFF\xFEx\0\r\0\n\0\xC4\0\r\0\n\0", 14)},
              {"\xFE\n\xFF\r\nx", "\xEF\xBB\xBFþÿ\r\nx\r\nÄ\r\n"},  // in 1252 it would begin like a mark
+             {"\n\xEF\xBB\xBFx\r\ny", "\xEF\xBB\xBFï»¿x\r\ny\r\nÄ\r\n"},
              {"x\r\n\x1A", "x\r\n\xC4\r\n"},  // behind an end-of-file mark nobody would find it
          }) {
         otherWrites(before);

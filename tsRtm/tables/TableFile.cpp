@@ -202,7 +202,8 @@ void TableFile::needRead(TextView Source) const {
 
 int32 TableFile::readableEncoding(int32 wanted, TextView text) {
     if (!encodings::supported(wanted)) return wanted;  // PutContentAPI says so
-    const Bytes head = Bytes(encodings::markBytes(wanted)) + encodings::encode(text.substr(0, 2), wanted);
+    // As many characters as the longest mark has bytes.
+    const Bytes head = Bytes(encodings::markBytes(wanted)) + encodings::encode(text.substr(0, 4), wanted);
     const int32 unmarked = wanted == CP850 ? static_cast<int32>(ANSI1252) : wanted;
     return encodings::detect(head).encoding == unmarked ? wanted : static_cast<int32>(UTF8);
 }
