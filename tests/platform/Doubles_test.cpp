@@ -49,7 +49,8 @@ std::vector<SystemError> everyCall(FileSystem& files) {
         File& open = **file;
         for (const auto error :
              {writeText(open, 0, "abcd"), open.readAt(0, buffer).error(), open.size().error(), open.resize(3),
-              open.flush(), open.tryLock({9, 1}), open.isLocked({9, 1}).error(), open.unlock({9, 1})})
+              open.flush(), open.tryLock({9, 1}), open.isLocked({9, 1}).error(), open.unlock({9, 1}),
+              open.share(Sharing::none), open.show(7), open.greatestShown(0).error()})
             errors.push_back(error);
         file = none;  // closes
     }
@@ -61,7 +62,7 @@ std::vector<SystemError> everyCall(FileSystem& files) {
 }
 
 TEST(FailingFiles, EachCallFailsInItsTurn) {
-    constexpr int64 kCalls = 15;
+    constexpr int64 kCalls = 18;
     for (int64 n = 2; n <= kCalls; ++n) {
         MemoryFiles memory;
         FailingFiles files(memory);
@@ -174,6 +175,11 @@ class Lockless final : public File {
     SystemError tryLock(ByteRange) override { return none; }
     SystemError unlock(ByteRange) override { return none; }
     Result<bool> isLocked(ByteRange) override { return false; }
+    SystemError share(Sharing) override { return none; }
+    SystemError show(uint64) override { return none; }
+    Result<uint64> greatestShown(uint64) override { return uint64{0}; }
+    bool remote() const noexcept override { return true; }
+    SystemError refresh(RefreshAs) override { return none; }
 
  private:
     Text name_ = u"datei";

@@ -103,6 +103,64 @@ TEST_P(FileSystemContract, ShareModesHoldForAllPairs) {
     EXPECT_EQ(readText(*holder), "inhalt") << "a refused opening emptied the file";
 }
 
+TEST_P(FileSystemContract, ShareModeChangesInPlaceAndKeepsAllElse) {
+    auto a = open(u"datei");
+    ASSERT_EQ(a->tryLock({10, 1}), none);
+    ASSERT_EQ(a->show(7), none);
+    auto b = open(u"datei");
+    EXPECT_EQ(a->share(Sharing::none), sharingViolation);
+    EXPECT_EQ(b->share(Sharing::none), sharingViolation) << "the refused opening lost its share mode";
+    b.reset();
+    ASSERT_EQ(a->share(Sharing::none), none);
+    EXPECT_EQ(openError(u"datei", kShared), sharingViolation);
+    EXPECT_EQ(a->share(Sharing::none), none) << "what is so already may be asked for";
+    EXPECT_EQ(a->tryLock({10, 1}), lockViolation) << "its own lock is gone";
+    ASSERT_EQ(a->share(Sharing::all), none);
+    b = open(u"datei");
+    ASSERT_TRUE(b);
+    EXPECT_TRUE(b->isLocked({10, 1}).value());
+    EXPECT_EQ(b->greatestShown(0).value(), 7u);
+    a.reset();
+    EXPECT_EQ(b->share(Sharing::none), none) << "a share mode outlived its opening";
+}
+
+TEST_P(FileSystemContract, SignsAreSeenByOthersUntilReplacedOrClosed) {
+    auto a = open(u"datei"), b = open(u"datei");
+    const auto c = open(u"datei", kReader);
+    EXPECT_EQ(c->greatestShown(0).value(), 0u);
+    ASSERT_EQ(a->show(5), none);
+    EXPECT_EQ(a->greatestShown(0).value(), 0u) << "the own sign does not count";
+    ASSERT_EQ(b->show(5), none) << "several may show one number";
+    ASSERT_EQ(b->show(6), none);
+    ASSERT_EQ(c->show(1000), none) << "readers may show, too";
+    EXPECT_EQ(a->greatestShown(0).value(), 1000u);
+    EXPECT_EQ(a->greatestShown(999).value(), 1000u);
+    EXPECT_EQ(a->greatestShown(1000).value(), 0u);
+    ASSERT_EQ(c->show(0), none);
+    EXPECT_EQ(c->greatestShown(0).value(), 6u);
+    b.reset();
+    EXPECT_EQ(c->greatestShown(0).value(), 5u);
+    ASSERT_EQ(a->show(lockRanges::kGreatestSign), none);
+    EXPECT_EQ(a->show(lockRanges::kGreatestSign + 1), invalidParameter);
+    EXPECT_EQ(c->greatestShown(5).value(), lockRanges::kGreatestSign);
+    EXPECT_EQ(c->greatestShown(lockRanges::kGreatestSign).value(), 0u);
+    a.reset();
+    EXPECT_EQ(c->greatestShown(0).value(), 0u);
+}
+
+TEST_P(FileSystemContract, RefreshingKeepsContentAndLocks) {
+    make(u"datei", "abcdef");
+    const auto file = open(u"datei");
+    ASSERT_EQ(file->tryLock({10, 1}), none);
+    for (const auto standing : {RefreshAs::reader, RefreshAs::soleWriter}) {
+        EXPECT_EQ(file->refresh(standing), none);
+        EXPECT_EQ(open(u"datei", kReader)->refresh(standing), none);
+    }
+    EXPECT_EQ(readText(*file), "abcdef");
+    EXPECT_TRUE(open(u"datei")->isLocked({10, 1}).value());
+    EXPECT_FALSE(file->remote()) << "neither a folder for tests nor memory is a share";
+}
+
 TEST_P(FileSystemContract, ReadsAndWritesByPosition) {
     const auto file = open(u"datei");
     ASSERT_EQ(writeText(*file, 0, "abcdef"), none);
@@ -214,8 +272,8 @@ TEST_P(FileSystemContract, LockProbePassesAndLeavesNothingBehind) {
     const auto file = open(u"datei");
     const auto other = open(u"datei");
     EXPECT_EQ(probeLocks(files, *file), none);
-    EXPECT_FALSE(other->isLocked(lockProbe::kRange).value());
-    EXPECT_EQ(other->tryLock(lockProbe::kRange), none);
+    EXPECT_FALSE(other->isLocked(lockRanges::kProbe).value());
+    EXPECT_EQ(other->tryLock(lockRanges::kProbe), none);
     EXPECT_EQ(probeLocks(files, *file), none) << "somebody else's probe is a proof, too";
     EXPECT_EQ(probeLocks(files, *open(u"datei", kReader)), accessDenied);
 }

@@ -45,6 +45,14 @@ class CrashingFiles::Opening final : public File {
         if (!inner_) return kGone;
         return inner_->isLocked(range);
     }
+    SystemError share(Sharing mode) override { return inner_ ? inner_->share(mode) : kGone; }
+    SystemError show(uint64 number) override { return inner_ ? inner_->show(number) : kGone; }
+    Result<uint64> greatestShown(uint64 floor) override {
+        if (!inner_) return kGone;
+        return inner_->greatestShown(floor);
+    }
+    bool remote() const noexcept override { return inner_ && inner_->remote(); }
+    SystemError refresh(RefreshAs standing) override { return inner_ ? inner_->refresh(standing) : kGone; }
     FileWindow* window() override { return nullptr; }
     const Text& name() const noexcept override { return name_; }
 

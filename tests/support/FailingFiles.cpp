@@ -40,6 +40,25 @@ class FailingFiles::Opening final : public File {
         if (const auto error = files_.next(); failed(error)) return error;
         return inner_->isLocked(range);
     }
+    SystemError share(Sharing mode) override {
+        const auto error = files_.next();
+        return failed(error) ? error : inner_->share(mode);
+    }
+    SystemError show(uint64 number) override {
+        const auto error = files_.next();
+        return failed(error) ? error : inner_->show(number);
+    }
+    Result<uint64> greatestShown(uint64 floor) override {
+        if (const auto error = files_.next(); failed(error)) return error;
+        return inner_->greatestShown(floor);
+    }
+    bool remote() const noexcept override { return inner_->remote(); }
+    SystemError refresh(RefreshAs standing) override {
+        // It costs nothing on a local drive, so it does not count there.
+        if (!remote()) return inner_->refresh(standing);
+        const auto error = files_.next();
+        return failed(error) ? error : inner_->refresh(standing);
+    }
     FileWindow* window() override { return nullptr; }
     const Text& name() const noexcept override { return inner_->name(); }
 

@@ -11,8 +11,8 @@ namespace tsRtm::test {
 
 // Hands all on to another file system, which outlives it, and counts: open, status, remove, rename,
 // exchange, copyAccess, makeFolder, list and recycle, and of every open file readAt, writeAt, size, resize,
-// flush, tryLock, unlock and isLocked. A failing call is not handed on. driveKind and name cannot fail and do
-// not count. Offers no window.
+// flush, tryLock, unlock, isLocked, share, show, greatestShown and, on a remote drive, refresh. A failing
+// call is not handed on. driveKind, remote and name cannot fail and do not count. Offers no window.
 class FailingFiles final : public platform::FileSystem {
  public:
     enum class Times { once, fromThenOn };

@@ -7,11 +7,12 @@
 namespace tsRtm::test {
 
 using namespace platform;
+using lockRanges::lockable;
+using lockRanges::overlap;
 
 namespace {
 
 constexpr uint64 kLargestFile = uint64{1} << 31;
-constexpr uint64 kReservedFrom = uint64{1} << 62;
 
 // One spelling for each name: "/" between the components, none at the end, none twice.
 Text plain(TextView name) {
@@ -40,10 +41,6 @@ bool isRoot(const Text& plainName) {
 
 bool badName(TextView name) { return name.empty() || name.find(u'\0') != TextView::npos; }
 
-bool overlap(ByteRange a, ByteRange b) {
-    return a.offset < b.offset + b.length && b.offset < a.offset + a.length;
-}
-
 }  // namespace
 
 struct MemoryFiles::Node {
@@ -51,6 +48,7 @@ struct MemoryFiles::Node {
     FileStatus status;
     Bytes content;
     std::vector<Opening*> openings;
+    std::size_t refreshes = 0;
 };
 
 class MemoryFiles::Opening final : public File {
@@ -101,7 +99,7 @@ class MemoryFiles::Opening final : public File {
     const Text& name() const noexcept override { return node_->name; }
 
     SystemError tryLock(ByteRange range) override {
-        if (!valid(range)) return SystemError::invalidParameter;
+        if (!lockable(range)) return SystemError::invalidParameter;
         if (!writable()) return SystemError::accessDenied;
         for (const auto* opening : node_->openings)
             if (opening->holds(range)) return SystemError::lockViolation;
@@ -110,7 +108,7 @@ class MemoryFiles::Opening final : public File {
     }
 
     SystemError unlock(ByteRange range) override {
-        if (!valid(range)) return SystemError::invalidParameter;
+        if (!lockable(range)) return SystemError::invalidParameter;
         std::vector<ByteRange> rest;
         const uint64 end = range.offset + range.length;
         for (const auto lock : locks_) {
@@ -127,18 +125,46 @@ class MemoryFiles::Opening final : public File {
     }
 
     Result<bool> isLocked(ByteRange range) override {
-        if (!valid(range)) return SystemError::invalidParameter;
+        if (!lockable(range)) return SystemError::invalidParameter;
         return std::any_of(node_->openings.begin(), node_->openings.end(),
                            [&](const Opening* opening) { return opening != this && opening->holds(range); });
+    }
+
+    SystemError share(Sharing mode) override {
+        const bool refused =
+            std::any_of(node_->openings.begin(), node_->openings.end(), [&](const Opening* opening) {
+                return opening != this && (mode == Sharing::none || opening->sharing() == Sharing::none);
+            });
+        if (refused) return SystemError::sharingViolation;
+        request_.sharing = mode;
+        return SystemError::none;
+    }
+
+    SystemError show(uint64 number) override {
+        if (number > lockRanges::kGreatestSign) return SystemError::invalidParameter;
+        shown_ = number;
+        return SystemError::none;
+    }
+
+    Result<uint64> greatestShown(uint64 floor) override {
+        uint64 greatest = 0;
+        for (const auto* opening : node_->openings)
+            if (opening != this && opening->shown_ > floor) greatest = std::max(greatest, opening->shown_);
+        return greatest;
+    }
+
+    bool remote() const noexcept override {
+        return files_.driveKind_ == DriveKind::remote || files_.driveKind_ == DriveKind::unknown;
+    }
+
+    SystemError refresh(RefreshAs) override {
+        if (remote()) ++node_->refreshes;
+        return SystemError::none;
     }
 
     Sharing sharing() const { return request_.sharing; }
 
  private:
-    static bool valid(ByteRange range) {
-        return range.length != 0 && range.offset < kReservedFrom &&
-               range.length <= kReservedFrom - range.offset;
-    }
     bool writable() const { return request_.access == Access::readWrite; }
     bool holds(ByteRange range) const {
         return std::any_of(locks_.begin(), locks_.end(),
@@ -159,6 +185,7 @@ class MemoryFiles::Opening final : public File {
     std::shared_ptr<Node> node_;
     OpenRequest request_;
     std::vector<ByteRange> locks_;
+    uint64 shown_ = 0;
 };
 
 bool MemoryFiles::Entry::operator==(const Entry& other) const {
@@ -332,6 +359,8 @@ SystemError MemoryFiles::recycle(TextView name) {
     if (!failed(error)) recycled_.push_back(node->name);
     return error;
 }
+
+std::size_t MemoryFiles::refreshes(TextView name) const { return required(name)->refreshes; }
 
 Bytes MemoryFiles::dump(TextView name) const { return required(name)->content; }
 

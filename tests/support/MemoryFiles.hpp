@@ -44,7 +44,9 @@ class MemoryFiles final : public platform::FileSystem {
     void setHidden(TextView name, bool hidden);
     void setReadOnly(TextView name, bool readOnly);
 
+    // Files of a remote or unknown drive say so, and count how often they were refreshed.
     void setDriveKind(platform::DriveKind kind) { driveKind_ = kind; }
+    std::size_t refreshes(TextView name) const;
     // A volume where no two files can exchange their names.
     void forbidExchange() { exchanges_ = false; }
     // Every opening of this name fails; SystemError::none ends that.

@@ -1,23 +1,18 @@
 #pragma once
-// One open file: positional reads and writes, byte-range locks, and a window in memory where the ground has
-// one.
+// One open file: positional reads and writes, byte-range locks, what the openings of one file tell each
+// other, how old the client's view of it may be, and a window in memory where the ground has one.
 #include <cstddef>
 #include <memory>
 #include <span>
 
+#include "tsRtm/platform/LockRanges.hpp"
 #include "tsRtm/platform/SystemError.hpp"
 #include "tsRtm/types/Text.hpp"
 
 namespace tsRtm::platform {
 
-// Bytes offset .. offset + length - 1, 0-based; may lie beyond the end of the file.
-struct ByteRange {
-    uint64 offset = 0;
-    uint64 length = 1;
-};
-
 // Exclusive locks on byte ranges, between processes and between two openings of one file in one process. A
-// lock belongs to the opening that took it and dies with it. Ranges from 2^62 on are the ground's own.
+// lock belongs to the opening that took it and dies with it. lockRanges::lockable tells the ranges allowed.
 class RangeLocks {
  public:
     virtual ~RangeLocks() = default;
@@ -28,6 +23,45 @@ class RangeLocks {
     [[nodiscard]] virtual SystemError unlock(ByteRange range) = 0;
     // Whether another opening holds a byte of it; this opening's own locks do not show.
     virtual Result<bool> isLocked(ByteRange range) = 0;
+};
+
+enum class Sharing { all, none };  // none: locked against all other openings
+
+// What the openings of one file, of whatever client and process, tell each other through locks alone: these
+// are asked of the server, never of a cache. All of it dies with the opening.
+class SharedOpening {
+ public:
+    virtual ~SharedOpening() = default;
+    // Changes the share mode of this opening in place; its range locks and its sign stay. A refusal changes
+    // nothing: sharingViolation while others stand against it, notSupported where the ground can only close
+    // and open again. An opening that may not write gets Sharing::none as it would at its opening.
+    [[nodiscard]] virtual SystemError share(Sharing mode) = 0;
+    // Shows a number, 1 to lockRanges::kGreatestSign, to all other openings, in the place of the one shown
+    // before: at no moment is neither shown. 0 takes it away. An error leaves the former one.
+    [[nodiscard]] virtual SystemError show(uint64 number) = 0;
+    // The greatest number above `floor` that another opening shows; 0 where there is none. Costs one
+    // question, and one more for each number found.
+    virtual Result<uint64> greatestShown(uint64 floor) = 0;
+};
+
+// From where a file's content is asked for anew.
+enum class RefreshAs {
+    reader,     // others may be writing at this moment
+    soleWriter  // the caller holds a lock without which nobody writes to the file or changes its size
+};
+
+// How far an opening can be behind what others wrote.
+class ServedFile {
+ public:
+    virtual ~ServedFile() = default;
+    // A client's cache may stand between this opening and the file. Costs no system call but the first time.
+    virtual bool remote() const noexcept = 0;
+    // Has the client forget what it knows of the file, so that size and content come from the server. What
+    // others wrote and flushed before this call is seen after it, as far as the client can be made to ask:
+    // a `reader` may still see the state of a moment ago. A `soleWriter` opening that may write also has the
+    // file cut at the size just learnt, which drops what a client keeps of small files: done without the lock
+    // it would cut off what others append. Nothing is done, at no cost, where the file is not remote.
+    [[nodiscard]] virtual SystemError refresh(RefreshAs standing) = 0;
 };
 
 // A window on a local file in memory, coherent between all processes that map it and with readAt and writeAt.
@@ -49,7 +83,7 @@ class FileWindow {
 };
 
 // An open file. Closes at its end of life; its locks end with it. Not thread-safe.
-class File : public RangeLocks {
+class File : public RangeLocks, public SharedOpening, public ServedFile {
  public:
     // Bytes read: fewer than asked for at the end of the file, 0 behind it.
     virtual Result<std::size_t> readAt(uint64 offset, std::span<std::byte> into) = 0;

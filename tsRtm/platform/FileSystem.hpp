@@ -9,7 +9,6 @@
 namespace tsRtm::platform {
 
 enum class Access { read, readWrite };
-enum class Sharing { all, none };  // none: locked against all other openings
 enum class Disposition { openExisting, openOrCreate, createEmpty };
 
 struct OpenRequest {

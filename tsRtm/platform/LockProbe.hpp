@@ -6,19 +6,16 @@ namespace tsRtm::platform {
 
 namespace lockProbe {
 
-// Far beyond all data and all locks of the file formats, below the ranges of the ground.
-inline constexpr ByteRange kRange{uint64{1} << 61, 1};
-
 // Whether a second opening of the file is kept from the range that the first one holds, and sees it as
 // locked.
 inline SystemError provenBy(FileSystem& files, File& file) {
     auto second = files.open(file.name(), {Access::readWrite, Sharing::all, Disposition::openExisting});
     if (!second) return second.error();
     File& other = **second;
-    const auto refused = other.tryLock(kRange);
-    if (!failed(refused)) static_cast<void>(other.unlock(kRange));
+    const auto refused = other.tryLock(lockRanges::kProbe);
+    if (!failed(refused)) static_cast<void>(other.unlock(lockRanges::kProbe));
     if (refused != SystemError::lockViolation) return SystemError::notSupported;
-    const auto seen = other.isLocked(kRange);
+    const auto seen = other.isLocked(lockRanges::kProbe);
     return seen && *seen ? SystemError::none : SystemError::notSupported;
 }
 
@@ -31,13 +28,13 @@ inline SystemError provenBy(FileSystem& files, File& file) {
 // grants all). Any other error is that of the second opening, or accessDenied for an opening that may not
 // write.
 inline SystemError probeLocks(FileSystem& files, File& file) {
-    const auto taken = file.tryLock(lockProbe::kRange);
+    const auto taken = file.tryLock(lockRanges::kProbe);
     // Somebody else is probing at this moment, and we were refused: that is the proof.
     if (taken == SystemError::lockViolation) return SystemError::none;
     if (taken == SystemError::accessDenied) return taken;
     if (failed(taken)) return SystemError::notSupported;
     const auto verdict = lockProbe::provenBy(files, file);
-    const bool givenBack = !failed(file.unlock(lockProbe::kRange));
+    const bool givenBack = !failed(file.unlock(lockRanges::kProbe));
     return givenBack || failed(verdict) ? verdict : SystemError::notSupported;
 }
 

@@ -1,5 +1,7 @@
 #include "tsRtm/platform/posix/PosixFile.hpp"
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -7,19 +9,15 @@
 
 #include "tsRtm/platform/posix/PosixErrors.hpp"
 #include "tsRtm/platform/posix/PosixLocks.hpp"
+#include "tsRtm/platform/posix/PosixVolume.hpp"
 
 namespace tsRtm::platform::posix {
 namespace {
 
+using lockRanges::lockable;
+using lockRanges::overlap;
+
 constexpr uint64 kMaxOffset = (uint64{1} << 63) - 1;
-
-bool valid(ByteRange range) noexcept {
-    return range.length != 0 && range.offset < kReservedFrom && range.length <= kReservedFrom - range.offset;
-}
-
-bool overlap(ByteRange a, ByteRange b) noexcept {
-    return a.offset < b.offset + b.length && b.offset < a.offset + a.length;
-}
 
 bool addressable(uint64 offset, std::size_t bytes) noexcept {
     return offset <= kMaxOffset && bytes <= kMaxOffset - offset;
@@ -27,6 +25,17 @@ bool addressable(uint64 offset, std::size_t bytes) noexcept {
 
 // On an open file "no permission" can only be a lock that the server of a network file enforces.
 SystemError transferError() noexcept { return errno == EACCES ? SystemError::lockViolation : lastError(); }
+
+// A change of attributes is answered with the file's present ones, while a question about them may be
+// answered from a cache. The time of access is the one that nobody relies on; only the owner may change it
+// alone, whoever may write may set both.
+SystemError touch(int descriptor, bool writable) noexcept {
+    const struct timespec accessOnly[2] = {{0, UTIME_NOW}, {0, UTIME_OMIT}};
+    if (::futimens(descriptor, accessOnly) == 0) return SystemError::none;
+    const bool notOwner = errno == EPERM || errno == EACCES;
+    if (!notOwner || !writable) return lastError();
+    return ::futimens(descriptor, nullptr) == 0 ? SystemError::none : lastError();
+}
 
 }  // namespace
 
@@ -89,8 +98,48 @@ FileWindow* PosixFile::window() {
     return window_.get();
 }
 
+bool PosixFile::remote() const noexcept {
+    if (!remote_) remote_ = servedFromElsewhere(handle_.get());
+    return *remote_;
+}
+
+SystemError PosixFile::refresh(RefreshAs standing) {
+    if (!remote()) return SystemError::none;
+    const auto touched = touch(handle_.get(), writable_);
+    // Who may only read does with what the client gives away.
+    if (failed(touched) && writable_) return touched;
+    if (standing == RefreshAs::soleWriter && writable_) {
+        const auto present = size();
+        if (!present) return present.error();
+        if (const auto error = resize(*present); failed(error)) return error;
+    }
+    const int dropped = ::posix_fadvise(handle_.get(), 0, 0, POSIX_FADV_DONTNEED);
+    return fromErrno(dropped);
+}
+
+SystemError PosixFile::share(Sharing mode) { return setShare(handle_.get(), mode); }
+
+SystemError PosixFile::show(uint64 number) {
+    if (number > lockRanges::kGreatestSign) return SystemError::invalidParameter;
+    if (number == shown_) return SystemError::none;
+    if (number != 0) {
+        const auto error = setLock(handle_.get(), {lockRanges::kSigns + number, 1}, LockKind::shared);
+        if (failed(error)) return error;
+    }
+    const uint64 former = std::exchange(shown_, number);
+    return former == 0 ? SystemError::none : clearLock(handle_.get(), {lockRanges::kSigns + former, 1});
+}
+
+Result<uint64> PosixFile::greatestShown(uint64 floor) {
+    if (floor >= lockRanges::kGreatestSign) return uint64{0};
+    const auto end =
+        endOfOthersLocks(handle_.get(), {lockRanges::kSigns + floor + 1, lockRanges::kGreatestSign - floor});
+    if (!end) return end.error();
+    return *end == 0 ? uint64{0} : *end - 1 - lockRanges::kSigns;
+}
+
 SystemError PosixFile::tryLock(ByteRange range) {
-    if (!valid(range)) return SystemError::invalidParameter;
+    if (!lockable(range)) return SystemError::invalidParameter;
     if (!writable_) return SystemError::accessDenied;
     if (holds(range)) return SystemError::lockViolation;
     held_.reserve(held_.size() + 1);  // so that nothing can fail once the lock is taken
@@ -100,7 +149,7 @@ SystemError PosixFile::tryLock(ByteRange range) {
 }
 
 SystemError PosixFile::unlock(ByteRange range) {
-    if (!valid(range)) return SystemError::invalidParameter;
+    if (!lockable(range)) return SystemError::invalidParameter;
     if (!holds(range)) return SystemError::none;
     const auto error = clearLock(handle_.get(), range);
     if (!failed(error)) forget(range);
@@ -108,7 +157,7 @@ SystemError PosixFile::unlock(ByteRange range) {
 }
 
 Result<bool> PosixFile::isLocked(ByteRange range) {
-    if (!valid(range)) return SystemError::invalidParameter;
+    if (!lockable(range)) return SystemError::invalidParameter;
     return lockedByOthers(handle_.get(), range);
 }
 

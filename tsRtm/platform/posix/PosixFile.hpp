@@ -1,5 +1,6 @@
 #pragma once
 // An open file of this ground.
+#include <optional>
 #include <vector>
 
 #include "tsRtm/platform/File.hpp"
@@ -26,6 +27,13 @@ class PosixFile final : public File {
     [[nodiscard]] SystemError unlock(ByteRange range) override;
     Result<bool> isLocked(ByteRange range) override;
 
+    [[nodiscard]] SystemError share(Sharing mode) override;
+    [[nodiscard]] SystemError show(uint64 number) override;
+    Result<uint64> greatestShown(uint64 floor) override;
+
+    bool remote() const noexcept override;
+    [[nodiscard]] SystemError refresh(RefreshAs standing) override;
+
  private:
     bool holds(ByteRange range) const noexcept;
     void forget(ByteRange range);
@@ -35,6 +43,8 @@ class PosixFile final : public File {
     bool writable_;
     bool windowTried_ = false;
     std::unique_ptr<PosixFileWindow> window_;
+    mutable std::optional<bool> remote_;  // once asked
+    uint64 shown_ = 0;
     std::vector<ByteRange> held_;  // the kernel would grant a second lock on them: we refuse it
 };
 

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 
 #include "tsRtm/platform/posix/PosixErrors.hpp"
@@ -37,6 +38,16 @@ SystemError apply(int descriptor, int command, struct flock& lock) noexcept {
     return lastError();
 }
 
+// For a descriptor that may not write: keeps later exclusive openings out and is refused when others are
+// there, but cannot keep later shared openings out.
+SystemError shareReadOnlyExclusively(int descriptor) noexcept {
+    if (const auto error = setLock(descriptor, lockRanges::kShareMode, LockKind::shared); failed(error))
+        return error;
+    const auto others = lockedByOthers(descriptor, lockRanges::kShareMode);
+    if (!others) return others.error();
+    return *others ? SystemError::lockViolation : SystemError::none;
+}
+
 }  // namespace
 
 SystemError setLock(int descriptor, ByteRange range, LockKind kind) noexcept {
@@ -53,6 +64,29 @@ Result<bool> lockedByOthers(int descriptor, ByteRange range) noexcept {
     auto lock = request(range, F_WRLCK);
     if (const auto error = apply(descriptor, F_OFD_GETLK, lock); failed(error)) return error;
     return lock.l_type != F_UNLCK;
+}
+
+Result<uint64> endOfOthersLocks(int descriptor, ByteRange range) noexcept {
+    uint64 end = 0;
+    const uint64 limit = range.offset + range.length;
+    while (range.offset < limit) {
+        auto lock = request({range.offset, limit - range.offset}, F_WRLCK);
+        if (const auto error = apply(descriptor, F_OFD_GETLK, lock); failed(error)) return error;
+        if (lock.l_type == F_UNLCK) break;
+        // Any of the locks in the way may be the one told: there may be others behind it, those before it do
+        // not matter. Length 0 reaches to the end of all offsets.
+        const auto start = static_cast<uint64>(lock.l_start), length = static_cast<uint64>(lock.l_len);
+        end = length == 0 ? limit : std::clamp(start + length, range.offset + 1, limit);
+        range.offset = end;
+    }
+    return end;
+}
+
+SystemError setShare(int descriptor, Sharing sharing) noexcept {
+    const auto kind = sharing == Sharing::all ? LockKind::shared : LockKind::exclusive;
+    auto error = setLock(descriptor, lockRanges::kShareMode, kind);
+    if (error == SystemError::invalidHandle) error = shareReadOnlyExclusively(descriptor);
+    return error == SystemError::lockViolation ? SystemError::sharingViolation : error;
 }
 
 }  // namespace tsRtm::platform::posix

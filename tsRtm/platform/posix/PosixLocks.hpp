@@ -8,11 +8,6 @@
 
 namespace tsRtm::platform::posix {
 
-// Bytes from here on are the ground's own.
-inline constexpr uint64 kReservedFrom = uint64{1} << 62;
-// One byte for the share mode: every opening holds it shared, an exclusive one exclusively.
-inline constexpr ByteRange kShareByte{kReservedFrom, 1};
-
 enum class LockKind { shared, exclusive };
 
 // Each gives SystemError::lockViolation where another opening is in the way, and notSupported where the file
@@ -21,5 +16,10 @@ enum class LockKind { shared, exclusive };
 [[nodiscard]] SystemError clearLock(int descriptor, ByteRange range) noexcept;
 // Whether another opening holds a lock on a byte of the range, of whatever kind; needs no right to write.
 Result<bool> lockedByOthers(int descriptor, ByteRange range) noexcept;
+// Behind the last byte of the range that another opening has locked; 0 where it has locked none.
+Result<uint64> endOfOthersLocks(int descriptor, ByteRange range) noexcept;
+
+// Takes, or changes in one step, the share mode of an opening; a refusal, sharingViolation, changes nothing.
+[[nodiscard]] SystemError setShare(int descriptor, Sharing sharing) noexcept;
 
 }  // namespace tsRtm::platform::posix

@@ -43,27 +43,10 @@ Result<Handle> openForRequest(const std::string& path, OpenRequest request) {
     return handle;
 }
 
-SystemError asSharing(SystemError error) noexcept {
-    return error == SystemError::lockViolation ? SystemError::sharingViolation : error;
-}
-
-// For a descriptor that may not write: keeps later exclusive openings out and is refused when others are
-// there, but cannot keep later shared openings out.
-SystemError shareReadOnlyExclusively(int descriptor) {
-    if (const auto error = setLock(descriptor, kShareByte, LockKind::shared); failed(error)) return error;
-    const auto others = lockedByOthers(descriptor, kShareByte);
-    if (!others) return others.error();
-    return *others ? SystemError::lockViolation : SystemError::none;
-}
-
-SystemError takeShare(int descriptor, Sharing sharing) {
-    auto error = SystemError::none;
-    if (sharing == Sharing::all)
-        error = setLock(descriptor, kShareByte, LockKind::shared);
-    else
-        error = setLock(descriptor, kShareByte, LockKind::exclusive);
-    if (error == SystemError::invalidHandle) error = shareReadOnlyExclusively(descriptor);
-    return error == SystemError::notSupported ? SystemError::none : asSharing(error);
+// A file system without locks opens unprotected.
+SystemError takeShare(int descriptor, Sharing sharing) noexcept {
+    const auto error = setShare(descriptor, sharing);
+    return error == SystemError::notSupported ? SystemError::none : error;
 }
 
 // Whether the path still leads to the opened file. Before its lock was there, another one may have taken the

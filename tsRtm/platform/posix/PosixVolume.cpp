@@ -69,14 +69,19 @@ bool removableDisk(dev_t device) {
     return false;
 }
 
-Volume describe(const struct statfs& system, const struct stat* status) {
+const KnownVolume* knownVolume(const struct statfs& system) noexcept {
     const auto magic = static_cast<uint32>(system.f_type);
-    Volume volume;
-    volume.maxComponent = static_cast<int32>(system.f_namelen);
     const auto* known = std::find_if(std::begin(kKnown), std::end(kKnown),
                                      [magic](const KnownVolume& row) { return row.magic == magic; });
-    if (known == std::end(kKnown)) {
-        volume.fileSystem = toHexadecimal(magic);
+    return known == std::end(kKnown) ? nullptr : known;
+}
+
+Volume describe(const struct statfs& system, const struct stat* status) {
+    Volume volume;
+    volume.maxComponent = static_cast<int32>(system.f_namelen);
+    const auto* known = knownVolume(system);
+    if (!known) {
+        volume.fileSystem = toHexadecimal(static_cast<uint32>(system.f_type));
         return volume;
     }
     volume.fileSystem = known->name;
@@ -100,6 +105,13 @@ Volume volumeOf(const std::string& path) {
     struct stat status {};
     if (::statfs(path.c_str(), &system) != 0) return {};
     return describe(system, ::stat(path.c_str(), &status) == 0 ? &status : nullptr);
+}
+
+bool servedFromElsewhere(int descriptor) noexcept {
+    struct statfs system {};
+    if (::fstatfs(descriptor, &system) != 0) return true;
+    const auto* known = knownVolume(system);
+    return !known || known->kind == DriveKind::remote;
 }
 
 }  // namespace tsRtm::platform::posix

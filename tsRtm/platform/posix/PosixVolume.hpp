@@ -15,5 +15,7 @@ struct Volume {
 // DriveKind::unknown where the system gives no answer.
 Volume volumeOf(int descriptor);
 Volume volumeOf(const std::string& path);
+// Whether the file lies elsewhere, or it cannot be told where: a cache of this machine may be behind it.
+bool servedFromElsewhere(int descriptor) noexcept;
 
 }  // namespace tsRtm::platform::posix
