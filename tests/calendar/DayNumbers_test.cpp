@@ -90,21 +90,25 @@ TEST_F(DayNumbers, TwoDigitYearsReachTenYearsAhead) {
         EXPECT_EQ(dates::widenYear(row.year, row.present), row.widened) << row.present << ": " << row.year;
 }
 
-TEST_F(DayNumbers, WeeksFollowIso8601) {
+TEST_F(DayNumbers, WeeksFollowIso8601InEveryDateForm) {
     using namespace std::chrono;
-    for (int32 day = dayNumber(1900, 1, 1); day <= dayNumber(2100, 12, 31); ++day) {
-        // The week belongs to the year of its Thursday.
-        const auto thursday = day - day % 7 + 3;
-        const auto year = int{gregorian(thursday).year()};
-        const auto week = (thursday - dayNumber(year, 1, 1)) / 7 + 1;
-        const auto text = digits(gregorian(day));
-        ASSERT_EQ(datum.WeekNr(text), week) << toUtf8(text);
-        ASSERT_EQ(datum.DayOfWeek(text),
-                  static_cast<int32>(weekday{sys_days{gregorian(day)}}.iso_encoding()) - 1);
-        ASSERT_EQ(datum.DayOfYear(text), day - dayNumber(int{gregorian(day).year()}, 1, 1) + 1);
+    for (const int32 form : {0, 1, 2}) {
+        dateForm(form, u".");
+        for (const auto& [from, to] : {std::pair(1583, 1584), {1896, 1930}, {1995, 2030}, {9990, 9999}})
+            for (int32 day = dayNumber(from, 1, 3); day <= dayNumber(to, 12, 31); ++day) {
+                // The week belongs to the year of its Thursday, which may be the year 10000.
+                const auto thursday = day - day % 7 + 3;
+                const auto week = (thursday - dayNumber(int{gregorian(thursday).year()}, 1, 1)) / 7 + 1;
+                const auto text = datum.LokalDatum(digits(gregorian(day)));
+                ASSERT_EQ(datum.WeekNr(text), week) << toUtf8(text);
+                ASSERT_EQ(datum.DayOfWeek(text),
+                          static_cast<int32>(weekday{sys_days{gregorian(day)}}.iso_encoding()) - 1);
+                ASSERT_EQ(datum.DayOfYear(text), day - dayNumber(int{gregorian(day).year()}, 1, 1) + 1);
+            }
+        EXPECT_EQ(datum.WeekNr(datum.LokalDatum(u"010121")), 53) << "six digits are widened";
+        EXPECT_EQ(datum.WeekNr(datum.LokalDatum(u"15101582")), 40) << "one below ISO until the year's end";
+        EXPECT_EQ(datum.WeekNr(datum.LokalDatum(u"04010050")), 1) << "a year below 101 is not widened";
     }
-    EXPECT_EQ(datum.WeekNr(u"010121"), 53) << "six digits are widened";
-    EXPECT_EQ(datum.WeekNr(u"15.10.1582"), 40) << "one below ISO between the reform and the year's end";
 }
 
 TEST_F(DayNumbers, MonthsHaveTheirLengths) {

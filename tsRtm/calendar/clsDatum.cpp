@@ -16,15 +16,6 @@ Text text(const DateDigits& digits) { return Text(digits.view()); }
 // LokalDatum on whatever it is given: its argument is tidied as any date first.
 Text local(TextView normal) { return text(dates::toLocal(dates::localDigits(normal))); }
 
-// Week of the day number `day` when counted from 1 January of `year`; below 1 when it lies before that year's
-// week 1.
-int32 weekOfYear(int32 day, int32 year) {
-    const auto first = dates::julianDay(dates::compose(1, 1, year).view());
-    const auto weekday = first % 7;
-    const auto days = weekday - first + day + (weekday < 4 ? 7 : 0);
-    return days / 7;
-}
-
 }  // namespace
 
 // --- Forms
@@ -159,15 +150,6 @@ Text clsDatum::FindDate(int32 Jahr, int32 Monat, Wochentage Wochentag, int32 Zae
     return DtoC(day, Monat, Jahr);
 }
 
-int32 clsDatum::WeekNr(TextView Datum) const {
-    const auto day = JulianDay(Datum);
-    const auto sunday = day - day % 7 + 6;
-    const auto year = dates::split(KalenderDay(sunday)).year;
-    if (const auto week = weekOfYear(sunday, year); week >= 1) return week;
-    const auto ownYear = dates::split(Datum).year;
-    // The last week of the year before.
-    if (year == ownYear) return WeekNr(KalenderDay(JulianDay(DtoC(1, 1, year)) - 1));
-    return weekOfYear(day, ownYear);
-}
+int32 clsDatum::WeekNr(TextView Datum) const { return dates::weekNumber(Datum); }
 
 }  // namespace tsRtm
