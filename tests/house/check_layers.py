@@ -1,30 +1,17 @@
 #!/usr/bin/env python3
 """Holds the sources against the rules of the house. Usage: check_layers.py [ROOT], or check_layers.py --self-test.
 
-Rules: an #include of tsRtm/ goes down the layers, never up or sideways; only the POSIX ground talks to the operating
-system; a file is at most 600 lines long, holds no tabs, and a header says #pragma once.
+Rules: a room of the library includes itself and what the table of rooms (tsRtm/rooms.txt) lets it see, which is never
+what stands below it there; only the POSIX ground talks to the operating system; a file is at most 600 lines long, holds
+no tabs, and a header says #pragma once.
 """
 import pathlib
 import re
 import sys
 import tempfile
 
-# Folder below tsRtm/ to layer; a room includes itself and lower layers. "." is the facade, right in tsRtm/.
-LAYERS = {
-    "types": 0,
-    "platform": 1,
-    "frame/text": 2,
-    "frame": 3, "frame/rtf": 3,
-    "frame/files": 4, "services": 4,
-    "frame/options": 5, "fields": 5, "calendar": 5,
-    "tables": 6,
-    "database": 7,
-    "validation": 8, "banking": 8, "printing": 8,
-    "toolkit": 9,
-    ".": 10,
-}
+TABLE = "tsRtm/rooms.txt"
 GROUND = "platform/posix"  # includes types, the seam and the system
-GROUND_DOOR = "tsRtm/frame/DefaultGround.cpp"  # the one place that names the ground
 
 # (room, header): why the room may include it although it lies higher.
 EXCEPTIONS = {
@@ -44,26 +31,35 @@ INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"')
 SOURCE_FOLDERS = ("tsRtm", "cli", "examples", "tests", "bench", "fuzz")
 
 
+def read_rooms(root):
+    """Folder to the set of rooms it sees, itself among them; and complaints about the table."""
+    sees, handed_on, complaints = {}, {}, []
+    for number, line in enumerate((root / TABLE).read_text(encoding="utf-8").splitlines(), 1):
+        if not line or line.startswith("#"):
+            continue
+        columns = [column.strip() for column in line.split("|")]
+        folder, names = columns[0], columns[1].split() if len(columns) == 3 else []
+        for name in names:
+            if name.rstrip("!") not in sees:
+                complaints.append(f"{TABLE}:{number}: {name} is no room above this line")
+        if len(columns) != 3 or folder in sees:
+            complaints.append(f"{TABLE}:{number}: not three columns, or the room is there already")
+            continue
+        below = [name for name in names if name in sees]
+        handed_on[folder] = {folder}.union(*(handed_on[name] for name in below))
+        alone = {name[:-1] for name in names if name.endswith("!")}
+        sees[folder] = handed_on[folder] | alone
+    return sees, complaints
+
+
 def room_of(path):
-    """The room of a file 'tsRtm/...': the longest folder that is one, or None."""
-    folder = pathlib.PurePosixPath(path).relative_to("tsRtm").parent
-    if str(folder) == ".":
-        return "."
-    for candidate in (folder, *folder.parents):
-        if str(candidate) == GROUND or (str(candidate) in LAYERS and str(candidate) != "."):
-            return str(candidate)
-    return None
+    """The folder of a file 'tsRtm/...', which should be a room."""
+    return str(pathlib.PurePosixPath(path).relative_to("tsRtm").parent)
 
 
-def include_allowed(source, target):
+def include_allowed(sees, source, target):
     own, other = room_of(source), room_of(target)
-    if (own, target) in EXCEPTIONS or own == other:
-        return True
-    if own == GROUND:
-        return other in ("types", "platform")
-    if other == GROUND:
-        return source == GROUND_DOOR
-    return LAYERS[other] < LAYERS[own]
+    return other in sees[own] or (own, target) in EXCEPTIONS
 
 
 def without_comments(text):
@@ -72,10 +68,10 @@ def without_comments(text):
     return pattern.sub(lambda m: re.sub(r"[^\n]", " ", m.group()), text)
 
 
-def check_room(root, name, text):
+def check_room(root, sees, name, text):
     """Complaints about what a library file includes and calls."""
-    if room_of(name) is None:
-        yield 1, "lies in no room of the table of layers"
+    if room_of(name) not in sees:
+        yield 1, "lies in no room of the table"
         return
     for number, line in enumerate(text.splitlines(), 1):
         include = INCLUDE.match(line)
@@ -83,7 +79,7 @@ def check_room(root, name, text):
             target = include.group(1)
             if not target.startswith("tsRtm/") or not (root / target).is_file():
                 yield number, f'includes "{target}", which is no file below tsRtm/'
-            elif room_of(target) is not None and not include_allowed(name, target):
+            elif room_of(target) in sees and not include_allowed(sees, name, target):
                 yield number, f"layer: {room_of(name)} may not include {target}"
         elif room_of(name) != GROUND and SYSTEM_HEADERS.match(line):
             yield number, f"system header outside {GROUND}: {line.strip()}"
@@ -109,40 +105,57 @@ def check_shape(name, text):
 
 def check(root):
     root = pathlib.Path(root)
-    complaints = []
+    sees, complaints = read_rooms(root)
     for folder in SOURCE_FOLDERS:
         for path in sorted((root / folder).rglob("*.[ch]pp")):
             name = path.relative_to(root).as_posix()
             text = path.read_text(encoding="utf-8")
             found = list(check_shape(name, text))
             if folder == "tsRtm":
-                found += check_room(root, name, text)
+                found += check_room(root, sees, name, text)
             complaints += [f"{name}:{number}: {message}" for number, message in found]
     return complaints
 
 
-# Made-up trees for the self-test: files, and the one complaint they must give (None: no complaint).
+# Made-up trees for the self-test: files, and the one complaint they must give (None: no complaint). All but those that
+# bring their own have this table.
+ROOMS = """# a comment
+types          |                         |
+platform       | types                   |
+platform/posix | platform                | SQLite
+frame          | platform platform/posix! |
+fields         | frame                   |
+calendar       | frame                   |
+database       | fields                  |
+.              | calendar database       |
+"""
 CASES = [
     ("clean", {"tsRtm/types/A.hpp": "#pragma once\n", "tsRtm/fields/B.cpp": '#include "tsRtm/types/A.hpp"\n'}, None),
     ("comment names a clock", {"tsRtm/frame/A.cpp": "// not system_clock\n/* getenv */\n"}, None),
     ("exception", {"tsRtm/frame/rtmMain.hpp": "#pragma once\n",
-                   "tsRtm/frame/text/A.cpp": '#include "tsRtm/frame/rtmMain.hpp"\n'}, None),
+                   "tsRtm/frame/text/A.cpp": '#include "tsRtm/frame/rtmMain.hpp"\n',
+                   TABLE: "frame/text||\nframe|frame/text|\n"}, None),
     ("ground may call", {"tsRtm/platform/posix/A.cpp": "#include <unistd.h>\nauto* e = std::getenv(name);\n"}, None),
     ("door", {"tsRtm/platform/posix/P.hpp": "#pragma once\n",
               "tsRtm/frame/DefaultGround.cpp": '#include "tsRtm/platform/posix/P.hpp"\n'}, None),
     ("upwards", {"tsRtm/database/A.hpp": "#pragma once\n",
                  "tsRtm/fields/B.cpp": '#include "tsRtm/database/A.hpp"\n'}, "layer: fields"),
     ("sideways", {"tsRtm/calendar/A.hpp": "#pragma once\n",
-                  "tsRtm/fields/B.cpp": '#include "tsRtm/calendar/A.hpp"\n'}, "layer: fields"),
-    ("from a sub-folder", {"tsRtm/A.hpp": "#pragma once\n",
-                           "tsRtm/database/tree/B.cpp": '#include "tsRtm/A.hpp"\n'}, "layer: database"),
+                  "tsRtm/database/B.cpp": '#include "tsRtm/calendar/A.hpp"\n'}, "layer: database"),
+    ("to the facade", {"tsRtm/A.hpp": "#pragma once\n",
+                       "tsRtm/database/B.cpp": '#include "tsRtm/A.hpp"\n'}, "layer: database"),
     ("by the back door", {"tsRtm/platform/posix/P.hpp": "#pragma once\n",
-                          "tsRtm/frame/Other.cpp": '#include "tsRtm/platform/posix/P.hpp"\n'}, "layer: frame"),
+                          "tsRtm/fields/A.cpp": '#include "tsRtm/platform/posix/P.hpp"\n'}, "layer: fields"),
     ("ground upwards", {"tsRtm/frame/A.hpp": "#pragma once\n",
                         "tsRtm/platform/posix/B.cpp": '#include "tsRtm/frame/A.hpp"\n'}, "layer: platform/posix"),
+    ("table goes up", {TABLE: "types | frame |\nframe | |\n"}, "no room above"),
+    ("table goes round", {TABLE: "types | types |\n"}, "no room above"),
+    ("table tells twice", {TABLE: "types | |\ntypes | |\n"}, "there already"),
+    ("table lacks a column", {TABLE: "types | platform\n"}, "three columns"),
     ("missing", {"tsRtm/types/A.cpp": '#include "tsRtm/types/B.hpp"\n'}, "no file below"),
     ("beside", {"tsRtm/types/A.cpp": '#include "B.hpp"\n'}, "no file below"),
     ("no room", {"tsRtm/attic/A.cpp": "\n"}, "no room"),
+    ("no room of a room", {"tsRtm/database/tree/A.cpp": "\n"}, "no room"),
     ("system header", {"tsRtm/types/A.cpp": "#include <sys/stat.h>\n"}, "system header"),
     ("streams", {"tsRtm/frame/A.cpp": "#include <fstream>\n"}, "system header"),
     ("clock", {"tsRtm/database/A.cpp": "auto t = std::chrono::steady_clock::now();\n"}, "system call"),
@@ -157,7 +170,7 @@ def self_test():
     failures = 0
     for title, files, expected in CASES:
         with tempfile.TemporaryDirectory() as folder:
-            for name, content in files.items():
+            for name, content in ({TABLE: ROOMS} | files).items():
                 path = pathlib.Path(folder, name)
                 path.parent.mkdir(parents=True, exist_ok=True)
                 path.write_text(content, encoding="utf-8")
