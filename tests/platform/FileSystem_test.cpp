@@ -2,30 +2,16 @@
 #include <filesystem>
 #include <map>
 
-#include "tests/platform/FileHelp.hpp"
-#include "tests/support/CrashingFiles.hpp"
-#include "tests/support/FailingFiles.hpp"
-#include "tests/support/MemoryFiles.hpp"
-#include "tests/support/TempFolder.hpp"
+#include "tests/platform/Grounds.hpp"
 #include "tsRtm/platform/LockProbe.hpp"
-#include "tsRtm/platform/posix/PosixPlatform.hpp"
 
 namespace tsRtm::test {
 namespace {
 
 using enum SystemError;
 
-constexpr const char* kGrounds[] = {"posix", "memory", "failing", "crashing"};
-
-// A file system with an empty folder to work in; the parameter is its number in kGrounds.
-class FileSystemContract : public testing::TestWithParam<std::size_t> {
+class FileSystemContract : public OnGround {
  protected:
-    FileSystemContract() { memory.putFolder(u"/daten"); }
-
-    Text at(TextView entry) const { return folder + u"/" + Text(entry); }
-    std::unique_ptr<File> open(TextView entry, OpenRequest request = kShared) {
-        return openFile(files, at(entry), request);
-    }
     SystemError openError(TextView entry, OpenRequest request) {
         return files.open(at(entry), request).error();
     }
@@ -41,15 +27,6 @@ class FileSystemContract : public testing::TestWithParam<std::size_t> {
             memory.setReadOnly(at(entry), true);
     }
     Bytes content(TextView entry) { return readText(*open(entry, kReader)); }
-
-    const bool onDisk = GetParam() == 0;
-    TempFolder temp;
-    MemoryFiles memory;
-    FailingFiles failing{memory};
-    CrashingFiles crashing{memory};
-    FileSystem* const grounds[4] = {&posixPlatform().files, &memory, &failing, &crashing};
-    FileSystem& files = *grounds[GetParam()];
-    const Text folder = onDisk ? temp.name() : Text(u"/daten");
 };
 
 TEST_P(FileSystemContract, DispositionsMakeKeepAndEmpty) {
@@ -398,7 +375,7 @@ TEST_P(FileSystemContract, DriveKindIsThatOfTheFolder) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Grounds, FileSystemContract, testing::Range<std::size_t>(0, std::size(kGrounds)),
-                         [](const auto& number) { return std::string(kGrounds[number.param]); });
+                         groundName);
 
 }  // namespace
 }  // namespace tsRtm::test

@@ -1,14 +1,10 @@
-// The window of a local file, and what happens when the file is cut under it.
+// The window of a file, and what happens when the file is cut under it.
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/mman.h>
 
-#include <cstring>
-
-#include "tests/platform/FileHelp.hpp"
+#include "tests/platform/Grounds.hpp"
 #include "tests/support/ChildProcess.hpp"
-#include "tests/support/TempFolder.hpp"
-#include "tsRtm/platform/posix/PosixPlatform.hpp"
 
 namespace tsRtm::test {
 namespace {
@@ -21,25 +17,26 @@ constexpr bool kSanitized = true;  // its handler was there before ours and ends
 constexpr bool kSanitized = false;
 #endif
 
-class Window : public testing::Test {
+class Window : public OnGround {
  protected:
     void SetUp() override {
-        const auto kind = files.driveKind(folder.name());
+        const auto kind = files.driveKind(folder);
         if (kind != DriveKind::fixed && kind != DriveKind::ramDisk)
             GTEST_SKIP() << "no local disk to test on";
     }
+    using OnGround::open;
     std::unique_ptr<File> open(Access access = Access::readWrite) {
-        return openFile(files, folder.name(u"datei"), {access, Sharing::all, Disposition::openOrCreate});
+        return open(u"datei", {access, Sharing::all, Disposition::openOrCreate});
     }
     static Bytes seen(FileWindow& window, uint64 offset, std::size_t count) {
         return Bytes(reinterpret_cast<const char*>(window.data()) + offset, count);
     }
-
-    FileSystem& files = posixPlatform().files;
-    TempFolder folder;
+    static void store(FileWindow& window, uint64 offset, BytesView text) {
+        window.store(offset, std::as_bytes(std::span(text)));
+    }
 };
 
-TEST_F(Window, AgreesWithReadsAndWritesOfOtherOpenings) {
+TEST_P(Window, AgreesWithReadsAndWritesOfOtherOpenings) {
     const auto file = open();
     const auto other = open();
     ASSERT_EQ(writeText(*file, 0, "anfang"), none);
@@ -49,12 +46,12 @@ TEST_F(Window, AgreesWithReadsAndWritesOfOtherOpenings) {
     EXPECT_EQ(seen(*window, 0, 6), "anfang");
     ASSERT_EQ(writeText(*other, 2, "XY"), none);
     EXPECT_EQ(seen(*window, 0, 6), "anXYng");
-    std::memcpy(window->data() + 4, "!?", 2);
+    store(*window, 4, "!?");
     EXPECT_EQ(readText(*other), "anXY!?");
     EXPECT_EQ(seen(*open(Access::read)->window(), 0, 6), "anXY!?");
 }
 
-TEST_F(Window, SeesAGrowingFileWithoutMoving) {
+TEST_P(Window, SeesAGrowingFileWithoutMoving) {
     const auto file = open();
     auto* window = file->window();
     ASSERT_TRUE(window) << "an empty file has a window, too";
@@ -68,7 +65,7 @@ TEST_F(Window, SeesAGrowingFileWithoutMoving) {
     EXPECT_FALSE(window->damaged());
 }
 
-TEST_F(Window, ReserveMakesRoomAndKeepsTheContent) {
+TEST_P(Window, ReserveMakesRoomAndKeepsTheContent) {
     const auto file = open();
     ASSERT_EQ(writeText(*file, 0, "anfang"), none);
     auto* window = file->window();
@@ -82,12 +79,12 @@ TEST_F(Window, ReserveMakesRoomAndKeepsTheContent) {
     EXPECT_EQ(seen(*window, 0, 6), "anfang") << "a refused reserve took the old room away";
 }
 
-TEST_F(Window, SurvivesAFileCutUnderIt) {
+TEST_P(Window, SurvivesAFileCutUnderIt) {
     const auto file = open();
     const Bytes content(100'000, 'a');
     ASSERT_EQ(writeText(*file, 0, content), none);
     auto* window = file->window();
-    const auto bystander = openFile(files, folder.name(u"andere"));
+    const auto bystander = open(u"andere", kShared);
     auto* untouched = bystander->window();
 
     ASSERT_EQ(open()->resize(10), none);
@@ -95,7 +92,7 @@ TEST_F(Window, SurvivesAFileCutUnderIt) {
     EXPECT_FALSE(window->damaged());
     EXPECT_EQ(seen(*window, 50'000, 3), Bytes(3, '\0'));
     EXPECT_TRUE(window->damaged());
-    std::memcpy(window->data() + 90'000, "weg", 3);
+    store(*window, 90'000, "weg");
     EXPECT_EQ(file->size().value(), 10u) << "a lost write came back";
     EXPECT_EQ(seen(*window, 0, 10), Bytes(10, 'a'));
     EXPECT_FALSE(untouched->damaged()) << "the damage belongs to one window";
@@ -105,7 +102,7 @@ TEST_F(Window, SurvivesAFileCutUnderIt) {
     EXPECT_FALSE(open()->window()->damaged()) << "a new window starts sound";
 }
 
-TEST_F(Window, TheFirstAccessBehindTheEndMayBeAWriteOrByAReader) {
+TEST_P(Window, TheFirstAccessBehindTheEndMayBeAWriteOrByAReader) {
     for (const auto access : {Access::readWrite, Access::read}) {
         ASSERT_EQ(open()->resize(100'000), none);
         const auto file = open(access);
@@ -115,18 +112,36 @@ TEST_F(Window, TheFirstAccessBehindTheEndMayBeAWriteOrByAReader) {
         if (access == Access::read)
             EXPECT_EQ(seen(*window, 99'000, 2), Bytes(2, '\0'));
         else
-            std::memcpy(window->data() + 60'000, "weg", 3);
+            store(*window, 60'000, "weg");
         EXPECT_TRUE(window->damaged());
     }
 }
 
-TEST_F(Window, SeesWhatAnotherProcessWritesAndCuts) {
+INSTANTIATE_TEST_SUITE_P(Grounds, Window, testing::Values(0, 1), groundName);
+
+TEST(MemoryFiles, WindowsAreOfferedAsTheDriveHasThem) {
+    MemoryFiles files;
+    files.offerWindows(true);
+    const auto has = [&] { return openFile(files, u"datei")->window() != nullptr; };
+    for (const auto kind : {DriveKind::fixed, DriveKind::ramDisk, DriveKind::remote, DriveKind::removable}) {
+        files.setDriveKind(kind);
+        EXPECT_EQ(has(), kind == DriveKind::fixed || kind == DriveKind::ramDisk);
+    }
+    files.setDriveKind(DriveKind::fixed);
+    files.offerWindows(false);
+    EXPECT_FALSE(has());
+}
+
+// What only the ground of this machine can show.
+class PosixWindow : public Window {};
+
+TEST_P(PosixWindow, SeesWhatAnotherProcessWritesAndCuts) {
     const auto file = open();
     ASSERT_EQ(file->resize(100'000), none);
     auto* window = file->window();
     ChildProcess other([&](ChildProcess::Line& line) {
         const auto mine = open();
-        std::memcpy(mine->window()->data() + 70'000, "dort", 4);
+        store(*mine->window(), 70'000, "dort");
         line.say('W');
         if (line.hear() != 'C') return 1;
         return failed(mine->resize(0)) ? 2 : 0;
@@ -141,12 +156,12 @@ TEST_F(Window, SeesWhatAnotherProcessWritesAndCuts) {
 
 // A bus error that belongs to no window ends the process as it would have without us, or reaches the handler
 // that was there before.
-TEST_F(Window, ForeignBusErrorsArePassedOn) {
+TEST_P(PosixWindow, ForeignBusErrorsArePassedOn) {
     const auto file = open();
     ASSERT_EQ(file->resize(4096), none);
     ASSERT_TRUE(file->window());
     ChildProcess victim([&](ChildProcess::Line&) {
-        const int raw = ::open(toUtf8(folder.name(u"datei")).c_str(), O_RDWR);
+        const int raw = ::open(toUtf8(at(u"datei")).c_str(), O_RDWR);
         void* const page = ::mmap(nullptr, 4096 * 4, PROT_READ, MAP_SHARED, raw, 0);
         return static_cast<const volatile char*>(page)[4096 * 3] == 0 ? 0 : 1;
     });
@@ -156,6 +171,8 @@ TEST_F(Window, ForeignBusErrorsArePassedOn) {
         EXPECT_TRUE(ended == -SIGBUS || (kSanitized && ended > 0)) << ended;
     }
 }
+
+INSTANTIATE_TEST_SUITE_P(Posix, PosixWindow, testing::Values(0), groundName);
 
 }  // namespace
 }  // namespace tsRtm::test

@@ -1,8 +1,9 @@
 #include "tests/support/MemoryFiles.hpp"
 
 #include <algorithm>
-#include <cstring>
 #include <stdexcept>
+
+#include "tests/support/MemoryContent.hpp"
 
 namespace tsRtm::test {
 
@@ -46,7 +47,7 @@ bool badName(TextView name) { return name.empty() || name.find(u'\0') != TextVie
 struct MemoryFiles::Node {
     Text name;  // whole, as it was made
     FileStatus status;
-    Bytes content;
+    MemoryContent content;
     std::vector<Opening*> openings;
     std::size_t refreshes = 0;
 };
@@ -60,28 +61,21 @@ class MemoryFiles::Opening final : public File {
     ~Opening() override { std::erase(node_->openings, this); }
 
     Result<std::size_t> readAt(uint64 offset, std::span<std::byte> into) override {
-        const auto& content = node_->content;
-        if (offset >= content.size()) return std::size_t{0};
-        const auto count = std::min<std::size_t>(into.size(), content.size() - offset);
-        if (count != 0) std::memcpy(into.data(), content.data() + offset, count);
-        return count;
+        return node_->content.read(offset, into);
     }
 
     SystemError writeAt(uint64 offset, std::span<const std::byte> bytes) override {
         if (!writable()) return SystemError::accessDenied;
         if (bytes.empty()) return SystemError::none;
         if (offset > kLargestFile || bytes.size() > kLargestFile - offset) return SystemError::fileTooLarge;
-        auto& content = node_->content;
         const uint64 end = offset + bytes.size();
-        const auto error = end > content.size() ? growTo(end) : SystemError::none;
-        if (offset < content.size())
-            std::memcpy(content.data() + offset, bytes.data(),
-                        std::min<std::size_t>(bytes.size(), content.size() - offset));
+        const auto error = end > node_->content.size() ? growTo(end) : SystemError::none;
+        node_->content.write(offset, bytes);
         touch();
         return error;
     }
 
-    Result<uint64> size() override { return uint64{node_->content.size()}; }
+    Result<uint64> size() override { return node_->content.size(); }
 
     SystemError resize(uint64 size) override {
         if (!writable()) return SystemError::accessDenied;
@@ -95,7 +89,11 @@ class MemoryFiles::Opening final : public File {
     }
 
     SystemError flush() override { return SystemError::none; }
-    FileWindow* window() override { return nullptr; }
+    FileWindow* window() override {
+        if (!std::exchange(windowTried_, true) && files_.hasWindows())
+            window_ = node_->content.window(writable());
+        return window_.get();
+    }
     const Text& name() const noexcept override { return node_->name; }
 
     SystemError tryLock(ByteRange range) override {
@@ -186,6 +184,8 @@ class MemoryFiles::Opening final : public File {
     OpenRequest request_;
     std::vector<ByteRange> locks_;
     uint64 shown_ = 0;
+    bool windowTried_ = false;
+    std::unique_ptr<FileWindow> window_;
 };
 
 bool MemoryFiles::Entry::operator==(const Entry& other) const {
@@ -225,6 +225,11 @@ std::shared_ptr<MemoryFiles::Node> MemoryFiles::add(TextView name, bool folder) 
     return node;
 }
 
+// As on a real ground: a network file has none.
+bool MemoryFiles::hasWindows() const {
+    return offersWindows_ && (driveKind_ == DriveKind::fixed || driveKind_ == DriveKind::ramDisk);
+}
+
 bool MemoryFiles::grow(uint64 bytes) {
     if (!freeSpace_) return true;
     if (bytes > *freeSpace_) return false;
@@ -256,9 +261,9 @@ Result<std::unique_ptr<File>> MemoryFiles::open(TextView name, OpenRequest reque
     if (!node && request.disposition == Disposition::openExisting) return SystemError::fileNotFound;
     if (!node) node = add(name, false);
     if (const auto error = openable(*node, request); failed(error)) return error;
-    if (request.disposition == Disposition::createEmpty && !node->content.empty()) {
+    if (request.disposition == Disposition::createEmpty && node->content.size() != 0) {
         shrink(node->content.size());
-        node->content.clear();
+        node->content.resize(0);
         node->status.changed = now_;
     }
     return std::unique_ptr<File>(std::make_unique<Opening>(*this, std::move(node), request));
@@ -362,13 +367,13 @@ SystemError MemoryFiles::recycle(TextView name) {
 
 std::size_t MemoryFiles::refreshes(TextView name) const { return required(name)->refreshes; }
 
-Bytes MemoryFiles::dump(TextView name) const { return required(name)->content; }
+Bytes MemoryFiles::dump(TextView name) const { return required(name)->content.all(); }
 
 void MemoryFiles::put(TextView name, BytesView content) {
     putFolder(folderOf(plain(name)));
     auto node = find(name);
     if (!node) node = add(name, false);
-    node->content = content;
+    node->content.assign(content);
     node->status.changed = now_;
 }
 
@@ -399,7 +404,7 @@ std::size_t MemoryFiles::openings() const {
 
 MemoryFiles::Snapshot MemoryFiles::snapshot() const {
     Snapshot all;
-    for (const auto& [key, node] : nodes_) all[key] = {node->name, node->status, node->content};
+    for (const auto& [key, node] : nodes_) all[key] = {node->name, node->status, node->content.all()};
     return all;
 }
 
@@ -409,7 +414,7 @@ void MemoryFiles::restore(const Snapshot& snapshot) {
         auto node = std::make_shared<Node>();
         node->name = entry.name;
         node->status = entry.status;
-        node->content = entry.content;
+        node->content.assign(entry.content);
         nodes_[key] = std::move(node);
     }
 }

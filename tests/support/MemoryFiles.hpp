@@ -47,6 +47,8 @@ class MemoryFiles final : public platform::FileSystem {
     // Files of a remote or unknown drive say so, and count how often they were refreshed.
     void setDriveKind(platform::DriveKind kind) { driveKind_ = kind; }
     std::size_t refreshes(TextView name) const;
+    // Whether files on a fixed drive or in memory have windows, as of the next opening that is asked for one.
+    void offerWindows(bool offer) { offersWindows_ = offer; }
     // A volume where no two files can exchange their names.
     void forbidExchange() { exchanges_ = false; }
     // Every opening of this name fails; SystemError::none ends that.
@@ -85,12 +87,14 @@ class MemoryFiles final : public platform::FileSystem {
     platform::SystemError openable(const Node& node, platform::OpenRequest request) const;
     std::shared_ptr<Node> add(TextView name, bool folder);
     std::shared_ptr<Node> required(TextView name) const;
+    bool hasWindows() const;
     bool grow(uint64 bytes);
     void shrink(uint64 bytes);
 
     Nodes nodes_;
     std::map<Text, platform::SystemError> openErrors_;
     platform::DriveKind driveKind_ = platform::DriveKind::fixed;
+    bool offersWindows_ = false;
     bool exchanges_ = true;
     std::optional<uint64> freeSpace_;
     Date now_ = Date::of(2024, 6, 15, 12);

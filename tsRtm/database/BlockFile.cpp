@@ -50,7 +50,7 @@ void BlockFile::sizeIs(uint64 size) {
         viewable_ = 0;
         return;
     }
-    base_ = reinterpret_cast<char*>(window_->data());
+    base_ = reinterpret_cast<const char*>(window_->data());
     viewable_ = size;
 }
 
@@ -80,7 +80,7 @@ void BlockFile::write(uint64 offset, BytesView bytes) {
 
 void BlockFile::store(uint64 offset, BytesView bytes) {
     if (base_ && offset + bytes.size() <= viewable_) {
-        std::memcpy(base_ + offset, bytes.data(), bytes.size());
+        window_->store(offset, std::as_bytes(std::span(bytes.data(), bytes.size())));
         check();
     } else {
         write(offset, bytes);

@@ -50,7 +50,7 @@ class BlockFile {
 
     platform::File* file_ = nullptr;
     platform::FileWindow* window_ = nullptr;
-    char* base_ = nullptr;
+    const char* base_ = nullptr;
     uint64 size_ = 0;
     uint64 viewable_ = 0;
 };

@@ -68,17 +68,20 @@ class ServedFile {
 //
 // Only bytes below the file's present size may be touched; the window reaches beyond them so that a growing
 // file needs no new window. When somebody cuts the file short under the window, what is read there comes as
-// zeros, what is written there is lost, and damaged() turns true for good: the caller answers it as a failed
+// zeros, what is stored there is lost, and damaged() turns true for good: the caller answers it as a failed
 // read or write.
 class FileWindow {
  public:
     virtual ~FileWindow() = default;
-    // The first byte of the file. Changes only in reserve().
-    virtual std::byte* data() noexcept = 0;
+    // The first byte of the file, for reading. Changes only in reserve().
+    virtual const std::byte* data() const noexcept = 0;
     // Bytes that data() spans.
     virtual uint64 capacity() const noexcept = 0;
     // Room for a file of this size; may move data(). False where there is no room: use readAt and writeAt.
     [[nodiscard]] virtual bool reserve(uint64 size) = 0;
+    // Changes bytes in place: the one way to do so. Only through a window of a writable opening. Others may
+    // see some of the bytes before the rest.
+    virtual void store(uint64 offset, std::span<const std::byte> bytes) = 0;
     virtual bool damaged() const noexcept = 0;
 };
 
@@ -94,7 +97,7 @@ class File : public RangeLocks, public SharedOpening, public ServedFile {
     // Hands everything to the device.
     [[nodiscard]] virtual SystemError flush() = 0;
     // The window of this opening, writable where the opening is; nullptr where the ground cannot promise
-    // coherence (a network file, a double). The file owns it; the first call makes it.
+    // coherence (a network file). The file owns it; the first call makes it.
     virtual FileWindow* window() = 0;
     // Full name of the file as it was opened, found without regard to case where need be.
     virtual const Text& name() const noexcept = 0;

@@ -3,6 +3,7 @@
 #include <sys/mman.h>
 #include <sys/stat.h>
 
+#include <cstring>
 #include <limits>
 
 #include "tsRtm/platform/posix/PosixVolume.hpp"
@@ -43,6 +44,10 @@ bool PosixFileWindow::reserve(uint64 size) {
     if (size > std::numeric_limits<std::size_t>::max() / 4) return false;
     // Twice the size keeps moves rare; under a tight limit of address space the bare size has to do.
     return map(roundUp(size * 2 + kHeadroom)) || map(roundUp(size));
+}
+
+void PosixFileWindow::store(uint64 offset, std::span<const std::byte> bytes) {
+    if (!bytes.empty()) std::memcpy(data_ + offset, bytes.data(), bytes.size());
 }
 
 bool PosixFileWindow::map(uint64 capacity) noexcept {

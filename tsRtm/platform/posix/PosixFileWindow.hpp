@@ -16,9 +16,10 @@ class PosixFileWindow final : public FileWindow {
     PosixFileWindow(const PosixFileWindow&) = delete;
     PosixFileWindow& operator=(const PosixFileWindow&) = delete;
 
-    std::byte* data() noexcept override { return data_; }
+    const std::byte* data() const noexcept override { return data_; }
     uint64 capacity() const noexcept override { return capacity_; }
     [[nodiscard]] bool reserve(uint64 size) override;
+    void store(uint64 offset, std::span<const std::byte> bytes) override;
     bool damaged() const noexcept override { return guard_.damaged(); }
 
  private:
