@@ -40,6 +40,12 @@ TEST(MemoryFiles, SnapshotBringsTheWholeTreeBack) {
     EXPECT_FALSE(files.exists(u"neu"));
 }
 
+// Through its window, in the first bytes.
+SystemError stored(File& file, BytesView text) {
+    file.window()->store(0, std::as_bytes(std::span(text)));
+    return file.window()->damaged() ? deviceError : none;
+}
+
 // One call of every kind; the errors they gave, in order.
 std::vector<SystemError> everyCall(FileSystem& files) {
     std::byte buffer[4];
@@ -50,7 +56,8 @@ std::vector<SystemError> everyCall(FileSystem& files) {
         for (const auto error :
              {writeText(open, 0, "abcd"), open.readAt(0, buffer).error(), open.size().error(), open.resize(3),
               open.flush(), open.tryLock({9, 1}), open.isLocked({9, 1}).error(), open.unlock({9, 1}),
-              open.share(Sharing::none), open.show(7), open.greatestShown(0).error()})
+              open.share(Sharing::none), open.show(7), open.greatestShown(0).error(),
+              open.window()->reserve(1) ? none : deviceError, stored(open, "xy")})
             errors.push_back(error);
         file = none;  // closes
     }
@@ -62,9 +69,10 @@ std::vector<SystemError> everyCall(FileSystem& files) {
 }
 
 TEST(FailingFiles, EachCallFailsInItsTurn) {
-    constexpr int64 kCalls = 18;
+    constexpr int64 kCalls = 20;
     for (int64 n = 2; n <= kCalls; ++n) {
         MemoryFiles memory;
+        memory.offerWindows(true);
         FailingFiles files(memory);
         files.failAt(n, deviceError);
         const auto errors = everyCall(files);
@@ -87,13 +95,14 @@ TEST(FailingFiles, FailsFromThenOnUntilDisarmed) {
     EXPECT_EQ(memory.dump(u"datei"), "ac");
 }
 
-// Work in six changes, the last of which only moves what the others wrote.
+// Work in seven changes, the last of which only moves what the others wrote.
 void replaceFile(FileSystem& files) {
     const auto folder = files.makeFolder(u"ordner");
     auto file = openFile(files, u"ordner/neu");
     if (failed(folder) || !file) return;
     static_cast<void>(file->tryLock({10, 1}));
     static_cast<void>(writeText(*file, 0, "abcdef"));
+    static_cast<void>(stored(*file, "xy"));
     static_cast<void>(file->resize(8));
     file.reset();
     static_cast<void>(files.rename(u"ordner/neu", u"ordner/ziel", true));
@@ -105,24 +114,22 @@ TEST(CrashingFiles, DiesBeforeEachChangeInItsTurn) {
         std::optional<Bytes> content;  // of "ordner/neu"
         bool folder, target, old;
     };
-    const Row rows[] = {{{}, false, false, true},
-                        {{}, true, false, true},
-                        {"", true, false, true},
-                        {"abcdef", true, false, true},
-                        {Bytes("abcdef\0\0", 8), true, false, true},
-                        {{}, true, true, true},
-                        {{}, true, true, false}};
-    for (int64 n = 1; n <= 7; ++n) {
+    const Row rows[] = {{{}, false, false, true},      {{}, true, false, true},
+                        {"", true, false, true},       {"abcdef", true, false, true},
+                        {"xycdef", true, false, true}, {Bytes("xycdef\0\0", 8), true, false, true},
+                        {{}, true, true, true},        {{}, true, true, false}};
+    for (int64 n = 1; n <= 8; ++n) {
         MemoryFiles disk;
+        disk.offerWindows(true);
         disk.put(u"alt", "x");
         CrashingFiles files(disk);
         files.dieAt(n);
         SCOPED_TRACE(n);
-        if (n <= 6)
+        if (n <= 7)
             EXPECT_THROW(replaceFile(files), ProcessDied);
         else
             replaceFile(files);
-        EXPECT_EQ(files.died(), n <= 6);
+        EXPECT_EQ(files.died(), n <= 7);
         const auto& row = rows[n - 1];
         const bool there = disk.exists(u"ordner/neu");
         EXPECT_EQ(there ? std::optional(disk.dump(u"ordner/neu")) : std::nullopt, row.content);
@@ -134,32 +141,92 @@ TEST(CrashingFiles, DiesBeforeEachChangeInItsTurn) {
 }
 
 TEST(CrashingFiles, LastWriteMayBeHalfDone) {
-    MemoryFiles disk;
-    CrashingFiles files(disk);
-    const auto file = openFile(files, u"datei");
-    files.dieAt(2, CrashingFiles::LastWrite::firstHalf);
-    ASSERT_EQ(writeText(*file, 0, "------"), none);
-    EXPECT_THROW(static_cast<void>(writeText(*file, 0, "abcdef")), ProcessDied);
-    EXPECT_EQ(disk.dump(u"datei"), "abc---");
+    for (const bool inPlace : {false, true}) {
+        MemoryFiles disk;
+        disk.offerWindows(true);
+        CrashingFiles files(disk);
+        const auto file = openFile(files, u"datei");
+        const auto write = [&](BytesView text) {
+            return inPlace ? stored(*file, text) : writeText(*file, 0, text);
+        };
+        ASSERT_EQ(writeText(*file, 0, "------"), none);
+        files.dieAt(2, CrashingFiles::LastWrite::firstHalf);
+        ASSERT_EQ(write("++++++"), none);
+        EXPECT_THROW(static_cast<void>(write("abcdef")), ProcessDied);
+        EXPECT_EQ(disk.dump(u"datei"), "abc+++");
+    }
 }
 
-TEST(CrashingFiles, DeathFreesLocksAndSharesAndWhatFollowsDoesNothing) {
+// Three users with the same file open; the second has a lock and a sign, and dies.
+TEST(CrashingFiles, DeathOfOneUserFreesWhatHeHeldAndTouchesNoOther) {
     MemoryFiles disk;
+    disk.offerWindows(true);
     CrashingFiles files(disk);
-    const auto file = openFile(files, u"datei");
-    ASSERT_EQ(file->tryLock({10, 1}), none);
-    const auto next = openFile(disk, u"datei");
-    EXPECT_TRUE(next->isLocked({10, 1}).value());
+    std::unique_ptr<File> of[3];
+    FileWindow* windows[3];
+    for (int32 user = 0; user < 3; ++user) {
+        files.as(user);
+        of[user] = openFile(files, u"datei");
+        windows[user] = of[user]->window();
+        ASSERT_EQ(of[user]->tryLock({10 + static_cast<uint64>(user), 1}), none);
+        ASSERT_EQ(of[user]->show(7 + static_cast<uint64>(user)), none);
+    }
+    ASSERT_EQ(writeText(*of[2], 0, "abc"), none);
+    files.as(1);
+    const auto alone = openFile(files, u"allein", kExclusive);
     files.dieAt(1, CrashingFiles::LastWrite::none, CrashingFiles::Manner::silently);
-    EXPECT_EQ(writeText(*file, 0, "abc"), deviceError);
+    EXPECT_EQ(writeText(*of[1], 0, "xyz"), deviceError);
     EXPECT_TRUE(files.died());
-    EXPECT_FALSE(next->isLocked({10, 1}).value());
-    EXPECT_EQ(next->tryLock({10, 1}), none);
-    // The cleaning up of the dead process must not free the lock of the next one.
-    EXPECT_EQ(file->unlock({10, 1}), deviceError);
+
+    // The cleaning up of the dead one changes nothing, by whatever way.
+    EXPECT_EQ(of[1]->unlock({12, 1}), deviceError);
     EXPECT_EQ(files.remove(u"datei"), deviceError);
-    EXPECT_EQ(next->tryLock({10, 1}), lockViolation);
-    EXPECT_EQ(disk.dump(u"datei"), "");
+    EXPECT_EQ(files.open(u"neu", kShared).error(), deviceError);
+    stored(*of[1], "xyz");
+    EXPECT_EQ(Bytes(reinterpret_cast<const char*>(windows[1]->data()), 3), "abc");
+
+    files.as(2);
+    EXPECT_FALSE(files.died());
+    EXPECT_TRUE(of[2]->isLocked({10, 1}).value());
+    EXPECT_FALSE(of[2]->isLocked({11, 1}).value());
+    EXPECT_EQ(of[2]->tryLock({12, 1}), lockViolation) << "a survivor lost his lock";
+    EXPECT_EQ(of[0]->greatestShown(7).value(), 9u);
+    of[2].reset();
+    EXPECT_EQ(of[0]->greatestShown(0).value(), 0u);
+    EXPECT_NE(openFile(files, u"allein"), nullptr);
+    EXPECT_EQ(stored(*of[0], "A"), none);
+    EXPECT_EQ(disk.dump(u"datei"), "Abc");
+    EXPECT_EQ(files.remove(u"allein"), none);
+}
+
+TEST(CrashingFiles, OthersWorkWithinEachChange) {
+    for (const auto part : {CrashingFiles::LastWrite::none, CrashingFiles::LastWrite::firstHalf}) {
+        MemoryFiles disk;
+        disk.offerWindows(true);
+        disk.put(u"datei", "----");
+        CrashingFiles files(disk);
+        files.as(1);
+        const auto reader = openFile(files, u"datei");
+        files.as(2);
+        const auto writer = openFile(files, u"datei");
+        std::vector<Bytes> seen;
+        const auto others = [&] {
+            files.as(1);
+            seen.push_back(readText(*reader));
+            static_cast<void>(writeText(*reader, 3, "!"));
+        };
+        files.interrupt(others, part);
+        EXPECT_EQ(writeText(*writer, 0, "ab"), none);
+        EXPECT_EQ(stored(*writer, "xy"), none);
+        EXPECT_EQ(writer->resize(6), none);
+        EXPECT_EQ(files.changes(), 3) << "the work of the others was counted for this user";
+        const bool half = part == CrashingFiles::LastWrite::firstHalf;
+        EXPECT_EQ(seen, (half ? std::vector<Bytes>{"a---", "xb-!", "xy-!"}
+                              : std::vector<Bytes>{"----", "ab-!", "xy-!"}));
+        files.interrupt(nullptr);
+        EXPECT_EQ(writeText(*writer, 0, "ab"), none);
+        EXPECT_EQ(seen.size(), 3u);
+    }
 }
 
 // A file whose locks are all granted, as in a network folder that is mounted without locks.

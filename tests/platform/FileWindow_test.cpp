@@ -117,7 +117,7 @@ TEST_P(Window, TheFirstAccessBehindTheEndMayBeAWriteOrByAReader) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Grounds, Window, testing::Values(0, 1), groundName);
+INSTANTIATE_TEST_SUITE_P(Grounds, Window, testing::Values(0, 1, 3, 4), groundName);
 
 TEST(MemoryFiles, WindowsAreOfferedAsTheDriveHasThem) {
     MemoryFiles files;

@@ -1,42 +1,63 @@
 #pragma once
-// A file system under a process that is killed between two writes.
+// A file system under processes that are killed between two writes, alone or while others work on.
 //
 //     for (int64 n = 1;; ++n) {
 //         MemoryFiles disk = ...;
 //         CrashingFiles files(disk);
 //         files.dieAt(n);
 //         try { work(files); } catch (const ProcessDied&) {}
-//         if (!files.died()) break;                  // n is beyond the last write: all points have been
-//         tried MemoryFiles still holds what a killed process leaves: open it as the next process would, and
-//         check.
+//         if (!files.died()) break;  // n is beyond the last write: all points have been tried
+//         ...                        // the disk holds what a killed process leaves: open and check
 //     }
+//
+// Several users, of whom one dies; each has objects of his own on the same CrashingFiles:
+//
+//     files.as(kVictim);
+//     files.dieAt(n);
+//     try { victim.work(); } catch (const ProcessDied&) {}
+//     files.as(kOther);
+//     other.work();
+#include <functional>
+#include <map>
 #include <vector>
 
-#include "tsRtm/platform/FileSystem.hpp"
+#include "tests/support/MemoryFiles.hpp"
 
 namespace tsRtm::test {
 
 // Thrown where the process ends. Not a std::exception, so that no handler for failures takes it for one.
 struct ProcessDied {};
 
-// Hands all on to another file system, which outlives it, and counts what changes the disk: writeAt of at
-// least a byte, resize, remove, rename, exchange, copyAccess, recycle, makeFolder and the opening that makes
-// or empties a file. Offers no window.
+// Hands all on to a disk in memory, which outlives it, and counts for each user what changes the disk:
+// writeAt and FileWindow::store of at least a byte, resize, remove, rename, exchange, copyAccess, recycle,
+// makeFolder and the opening that makes or empties a file. Calls on an open file count for who opened it,
+// calls by name for who works now.
 //
-// At its death all open files are closed, which ends their locks. What still runs then is the cleaning up of
-// a process that is gone: every further call does nothing and gives deviceError, and does not throw, since it
-// may come from a destructor.
+// At the death of a user all his open files are closed, which ends their locks. What still runs for him then
+// is the cleaning up of a process that is gone: every further call does nothing and gives deviceError, his
+// windows show the disk and change nothing, and none of it throws, since it may come from a destructor. The
+// others go on.
 class CrashingFiles final : public platform::FileSystem {
  public:
-    enum class LastWrite { none, firstHalf };  // of the bytes of the writeAt at which the process dies
+    enum class LastWrite { none, firstHalf };  // of the bytes of the write in which the process is stopped
     enum class Manner { throws, silently };    // silently: for work that writes in a destructor
 
-    explicit CrashingFiles(platform::FileSystem& inner) : inner_(inner) {}
+    explicit CrashingFiles(MemoryFiles& disk) : disk_(disk) {}
+
+    // Who works from now on; user 0 at first. All that follows is told of him.
+    void as(int32 user) { now_ = &users_[user]; }
 
     // Dies at the n-th change from now on, 1-based, before it is done; the count starts anew. 0: never.
     void dieAt(int64 n, LastWrite last = LastWrite::none, Manner manner = Manner::throws);
-    bool died() const { return died_; }
-    int64 changes() const { return changes_; }
+    bool died() const { return now_->died; }
+    int64 changes() const { return now_->changes; }
+
+    // Kills a user from without, whoever works.
+    void kill(int32 user);
+
+    // Lets others work in each change of this user, before it is done or when its first half is; afterwards
+    // he works on. Not called within itself; nullptr ends it.
+    void interrupt(std::function<void()> others, LastWrite part = LastWrite::none);
 
     platform::Result<std::unique_ptr<platform::File>> open(TextView name,
                                                            platform::OpenRequest request) override;
@@ -47,25 +68,33 @@ class CrashingFiles final : public platform::FileSystem {
     [[nodiscard]] platform::SystemError copyAccess(TextView from, TextView to) override;
     [[nodiscard]] platform::SystemError makeFolder(TextView name) override;
     platform::Result<std::vector<platform::FolderEntry>> list(TextView folder) override;
-    platform::DriveKind driveKind(TextView name) override { return inner_.driveKind(name); }
+    platform::DriveKind driveKind(TextView name) override { return disk_.driveKind(name); }
     [[nodiscard]] platform::SystemError recycle(TextView name) override;
 
  private:
     class Opening;
+    class Window;
 
-    // Counts one change; false once the process is dead.
-    bool alive();
-    bool dueNow() const { return !died_ && at_ > 0 && changes_ + 1 == at_; }
-    void die();
+    struct User {
+        std::vector<Opening*> openings;
+        int64 changes = 0;
+        int64 diesAt = 0;
+        LastWrite last = LastWrite::none;
+        Manner manner = Manner::throws;
+        std::function<void()> others;
+        LastWrite part = LastWrite::none;
+        bool died = false;
+    };
+
+    // Counts one change, which may be the last; false once the user is dead. `half` does the first half of
+    // it.
+    bool change(User& user, const std::function<void()>& half = {});
+    static void end(User& user);
     bool changesDisk(TextView name, platform::Disposition disposition);
 
-    platform::FileSystem& inner_;
-    std::vector<Opening*> openings_;
-    int64 changes_ = 0;
-    int64 at_ = 0;
-    LastWrite last_ = LastWrite::none;
-    Manner manner_ = Manner::throws;
-    bool died_ = false;
+    MemoryFiles& disk_;
+    std::map<int32, User> users_;
+    User* now_ = &users_[0];
 };
 
 }  // namespace tsRtm::test

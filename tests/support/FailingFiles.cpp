@@ -4,6 +4,27 @@ namespace tsRtm::test {
 
 using namespace platform;
 
+class FailingFiles::Window final : public FileWindow {
+ public:
+    Window(FailingFiles& files, FileWindow& inner) : files_(files), inner_(inner) {}
+
+    const std::byte* data() const noexcept override { return inner_.data(); }
+    uint64 capacity() const noexcept override { return inner_.capacity(); }
+    bool reserve(uint64 size) override { return !failed(files_.next()) && inner_.reserve(size); }
+    void store(uint64 offset, std::span<const std::byte> bytes) override {
+        if (failed(files_.next()))
+            damaged_ = true;
+        else
+            inner_.store(offset, bytes);
+    }
+    bool damaged() const noexcept override { return damaged_ || inner_.damaged(); }
+
+ private:
+    FailingFiles& files_;
+    FileWindow& inner_;
+    bool damaged_ = false;
+};
+
 class FailingFiles::Opening final : public File {
  public:
     Opening(FailingFiles& files, std::unique_ptr<File> inner) : files_(files), inner_(std::move(inner)) {}
@@ -59,12 +80,17 @@ class FailingFiles::Opening final : public File {
         const auto error = files_.next();
         return failed(error) ? error : inner_->refresh(standing);
     }
-    FileWindow* window() override { return nullptr; }
+    FileWindow* window() override {
+        auto* const inner = window_ ? nullptr : inner_->window();
+        if (inner) window_ = std::make_unique<Window>(files_, *inner);
+        return window_.get();
+    }
     const Text& name() const noexcept override { return inner_->name(); }
 
  private:
     FailingFiles& files_;
     std::unique_ptr<File> inner_;
+    std::unique_ptr<Window> window_;
 };
 
 void FailingFiles::failAt(int64 n, SystemError error, Times times) {

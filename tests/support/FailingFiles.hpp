@@ -12,7 +12,8 @@ namespace tsRtm::test {
 // Hands all on to another file system, which outlives it, and counts: open, status, remove, rename,
 // exchange, copyAccess, makeFolder, list and recycle, and of every open file readAt, writeAt, size, resize,
 // flush, tryLock, unlock, isLocked, share, show, greatestShown and, on a remote drive, refresh. A failing
-// call is not handed on. driveKind, remote and name cannot fail and do not count. Offers no window.
+// call is not handed on. driveKind, remote and name cannot fail and do not count. Of a window count reserve
+// and store; one that failed to store is damaged.
 class FailingFiles final : public platform::FileSystem {
  public:
     enum class Times { once, fromThenOn };
@@ -41,6 +42,7 @@ class FailingFiles final : public platform::FileSystem {
 
  private:
     class Opening;
+    class Window;
 
     // Counts one call; the error it is to give, or none.
     platform::SystemError next();

@@ -161,6 +161,7 @@ class MemoryFiles::Opening final : public File {
     }
 
     Sharing sharing() const { return request_.sharing; }
+    std::unique_ptr<FileWindow> takeWindow() { return std::move(window_); }
 
  private:
     bool writable() const { return request_.access == Access::readWrite; }
@@ -394,6 +395,10 @@ void MemoryFiles::failOpening(TextView name, SystemError error) {
         openErrors_[keyOf(name)] = error;
     else
         openErrors_.erase(keyOf(name));
+}
+
+std::unique_ptr<FileWindow> MemoryFiles::close(std::unique_ptr<File> file) {
+    return file ? static_cast<Opening&>(*file).takeWindow() : nullptr;
 }
 
 std::size_t MemoryFiles::openings() const {

@@ -61,6 +61,9 @@ class MemoryFiles final : public platform::FileSystem {
     void setNow(Date now) { now_ = now; }
     // Names of the files that went into the basket, oldest first.
     const std::vector<Text>& recycled() const { return recycled_; }
+    // Ends an opening of a file of this kind, with its locks and its share mode, and gives its window, if it
+    // had one: who was killed may not know yet.
+    static std::unique_ptr<platform::FileWindow> close(std::unique_ptr<platform::File> file);
     // Openings that live now, of all files: a test for leaks.
     std::size_t openings() const;
 
