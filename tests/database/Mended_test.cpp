@@ -3,7 +3,7 @@
 
 #include "tests/database/MemoryDatabase.hpp"
 #include "tests/support/FailingFiles.hpp"
-#include "tsRtm/database/CountFile.hpp"
+#include "tsRtm/database/files/CountFile.hpp"
 
 namespace tsRtm::test {
 namespace {
@@ -83,22 +83,26 @@ TEST_F(Mended, AnIndexIsSearchedWhileARecordIsAdded) {
     EXPECT_TRUE(consistent(*db));
 }
 
-// The mark of an update that died stays as long as nobody could mend what it left, and no longer.
-TEST_F(Mended, AMarkLeftBehindIsForgottenOnceSomebodyElseHasMendedIt) {
-    const auto mark = [&](char byte) {
-        Bytes count = file(u"Count.tsd");
-        count.at(countFormat::kMarkOffset) = byte;
-        put(u"Count.tsd", count);
-    };
-    const auto markAfterUpdate = [&](TextView name) {
-        EXPECT_EQ(change(*db, 2, fNAME, name), 0);
-        return file(u"Count.tsd").at(countFormat::kMarkOffset);
-    };
-    mark(countFormat::kMark);
-    EXPECT_EQ(markAfterUpdate(u"Neu"), countFormat::kMark) << "no rebuild while the other one has it open";
-    mark(' ');
-    EXPECT_EQ(markAfterUpdate(u"Neuer"), ' ');
+// The mark of an update that died is dealt with by whoever writes next, with everybody else at work.
+TEST_F(Mended, WhoWritesNextHealsAtOnce) {
+    ASSERT_TRUE(other->Sperren(5, -1) && db->Sperren(4, -1));
+    other->SetIndex(1);
+    other->MoveFirst();
+    Bytes count = file(u"Count.tsd");
+    count.at(countFormat::kSignOffset) = countFormat::kMark;
+    put(u"Count.tsd", count);
+    Bytes index = file(u"I001");
+    index.at(512 + 12) = 1;  // the first entry names another record
+    put(u"I001", index);
+    EXPECT_EQ(change(*db, 2, fNAME, u"Neu"), 0);
+    EXPECT_EQ(file(u"Count.tsd").at(countFormat::kSignOffset), countFormat::kAtWork);
+    EXPECT_TRUE(other->Exist(u"Neu Bonn", 1));
+    EXPECT_TRUE(other->Exist(u"Abel Bonn", 1));
     EXPECT_TRUE(consistent(*db));
+    for (const int32 n : {4, 5}) EXPECT_FALSE((n == 4 ? other : db)->Sperren(n, -1)) << "its lock stands";
+    other.reset();
+    db.reset();
+    EXPECT_EQ(file(u"Count.tsd"), "5\r        ") << "the last one takes the sign back";
 }
 
 // A failure of the file while a record is read is recorded, not raised.

@@ -20,6 +20,7 @@ TEST_F(MemoryDatabase, NumbersAreTypedInTheFormOfTheLocale) {
     };
     for (const auto& [decimals, typed, stored, shown] : rows) {
         SCOPED_TRACE(toUtf8(typed));
+        disk.restore({});
         const auto db = make(fieldsOf({{u"ZAHL", tsNumerisch, 10, decimals}}), kNormal);
         ASSERT_TRUE(db);
         db->Fields(1, typed);
@@ -390,13 +391,12 @@ TEST_F(MemoryDatabase, PointersKeepTheirForm) {
         Bytes stored;
     };
     const Bytes base94 = Bytes(large.begin(), large.end());
+    ASSERT_TRUE(db->Append());
     for (const auto& row :
          {Row{u"99999", u"  123   45", "99999  123   45"},
           Row{large, large + u"    7", base94 + base94 + "    7"}, Row{u"7", u"", "    7          "}}) {
-        db->ClearRecord();
-        db->Fields(1, row.memo);
-        db->Fields(2, row.chain);
-        db->PutSatz(1);
+        db->PutField(1, 1, row.memo);
+        db->PutField(1, 2, row.chain);
         ASSERT_EQ(db->Error(), 0);
         EXPECT_EQ(file(u"Data.tsd").substr(1, 15), row.stored);
         EXPECT_EQ(rtmMain::DecodeNumber(db->GetField(1, 1)), rtmMain::DecodeNumber(row.memo));

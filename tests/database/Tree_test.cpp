@@ -3,7 +3,7 @@
 #include <random>
 
 #include "tests/database/MemoryDatabase.hpp"
-#include "tsRtm/database/NodeFormat.hpp"
+#include "tsRtm/database/index/NodeFormat.hpp"
 #include "tsRtm/frame/text/TextOrder.hpp"
 
 namespace tsRtm::test {

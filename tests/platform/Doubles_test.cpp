@@ -239,6 +239,7 @@ class Lockless final : public File {
     SystemError flush() override { return notSupported; }
     FileWindow* window() override { return nullptr; }
     const Text& name() const noexcept override { return name_; }
+    Result<bool> inPlace() override { return true; }
     SystemError tryLock(ByteRange) override { return none; }
     SystemError unlock(ByteRange) override { return none; }
     Result<bool> isLocked(ByteRange) override { return false; }

@@ -81,6 +81,10 @@ class CrashingFiles::Opening final : public File {
         return window_.get();
     }
     const Text& name() const noexcept override { return name_; }
+    Result<bool> inPlace() override {
+        if (!inner_) return kGone;
+        return inner_->inPlace();
+    }
 
  private:
     CrashingFiles& files_;
@@ -165,6 +169,10 @@ SystemError CrashingFiles::copyAccess(TextView from, TextView to) {
 SystemError CrashingFiles::makeFolder(TextView name) {
     return change(*now_) ? disk_.makeFolder(name) : kGone;
 }
+
+SystemError CrashingFiles::flushFolder(TextView name) { return died() ? kGone : disk_.flushFolder(name); }
+
+SystemError CrashingFiles::unhide(TextView name) { return change(*now_) ? disk_.unhide(name) : kGone; }
 
 Result<std::vector<FolderEntry>> CrashingFiles::list(TextView folder) {
     if (died()) return kGone;

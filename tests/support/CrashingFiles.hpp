@@ -67,6 +67,8 @@ class CrashingFiles final : public platform::FileSystem {
     [[nodiscard]] platform::SystemError exchange(TextView from, TextView to) override;
     [[nodiscard]] platform::SystemError copyAccess(TextView from, TextView to) override;
     [[nodiscard]] platform::SystemError makeFolder(TextView name) override;
+    [[nodiscard]] platform::SystemError flushFolder(TextView name) override;
+    [[nodiscard]] platform::SystemError unhide(TextView name) override;
     platform::Result<std::vector<platform::FolderEntry>> list(TextView folder) override;
     platform::DriveKind driveKind(TextView name) override { return disk_.driveKind(name); }
     [[nodiscard]] platform::SystemError recycle(TextView name) override;

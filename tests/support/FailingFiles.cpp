@@ -86,6 +86,7 @@ class FailingFiles::Opening final : public File {
         return window_.get();
     }
     const Text& name() const noexcept override { return inner_->name(); }
+    Result<bool> inPlace() override { return inner_->inPlace(); }
 
  private:
     FailingFiles& files_;
@@ -144,6 +145,16 @@ SystemError FailingFiles::copyAccess(TextView from, TextView to) {
 SystemError FailingFiles::makeFolder(TextView name) {
     const auto error = next();
     return failed(error) ? error : inner_.makeFolder(name);
+}
+
+SystemError FailingFiles::flushFolder(TextView name) {
+    const auto error = next();
+    return failed(error) ? error : inner_.flushFolder(name);
+}
+
+SystemError FailingFiles::unhide(TextView name) {
+    const auto error = next();
+    return failed(error) ? error : inner_.unhide(name);
 }
 
 Result<std::vector<FolderEntry>> FailingFiles::list(TextView folder) {

@@ -10,10 +10,10 @@
 namespace tsRtm::test {
 
 // Hands all on to another file system, which outlives it, and counts: open, status, remove, rename,
-// exchange, copyAccess, makeFolder, list and recycle, and of every open file readAt, writeAt, size, resize,
-// flush, tryLock, unlock, isLocked, share, show, greatestShown and, on a remote drive, refresh. A failing
-// call is not handed on. driveKind, remote and name cannot fail and do not count. Of a window count reserve
-// and store; one that failed to store is damaged.
+// exchange, copyAccess, makeFolder, flushFolder, unhide, list and recycle, and of every open file readAt,
+// writeAt, size, resize, flush, tryLock, unlock, isLocked, share, show, greatestShown and, on a remote drive,
+// refresh. A failing call is not handed on. driveKind, remote, inPlace and name do not count. Of a window
+// count reserve and store; one that failed to store is damaged.
 class FailingFiles final : public platform::FileSystem {
  public:
     enum class Times { once, fromThenOn };
@@ -36,6 +36,8 @@ class FailingFiles final : public platform::FileSystem {
     [[nodiscard]] platform::SystemError exchange(TextView from, TextView to) override;
     [[nodiscard]] platform::SystemError copyAccess(TextView from, TextView to) override;
     [[nodiscard]] platform::SystemError makeFolder(TextView name) override;
+    [[nodiscard]] platform::SystemError flushFolder(TextView name) override;
+    [[nodiscard]] platform::SystemError unhide(TextView name) override;
     platform::Result<std::vector<platform::FolderEntry>> list(TextView folder) override;
     platform::DriveKind driveKind(TextView name) override { return inner_.driveKind(name); }
     [[nodiscard]] platform::SystemError recycle(TextView name) override;

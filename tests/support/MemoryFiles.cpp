@@ -95,6 +95,7 @@ class MemoryFiles::Opening final : public File {
         return window_.get();
     }
     const Text& name() const noexcept override { return node_->name; }
+    Result<bool> inPlace() override { return files_.find(node_->name) == node_; }
 
     SystemError tryLock(ByteRange range) override {
         if (!lockable(range)) return SystemError::invalidParameter;
@@ -341,6 +342,10 @@ SystemError MemoryFiles::makeFolder(TextView name) {
     if (!folderExists(folderOf(plain(name)))) return SystemError::pathNotFound;
     add(name, true);
     return SystemError::none;
+}
+
+SystemError MemoryFiles::flushFolder(TextView name) {
+    return folderExists(name) ? SystemError::none : SystemError::pathNotFound;
 }
 
 Result<std::vector<FolderEntry>> MemoryFiles::list(TextView folder) {

@@ -30,6 +30,13 @@ class MemoryFiles final : public platform::FileSystem {
     [[nodiscard]] platform::SystemError rename(TextView from, TextView to, bool replace) override;
     [[nodiscard]] platform::SystemError exchange(TextView from, TextView to) override;
     [[nodiscard]] platform::SystemError makeFolder(TextView name) override;
+    [[nodiscard]] platform::SystemError flushFolder(TextView name) override;
+    [[nodiscard]] platform::SystemError copyAccess(TextView, TextView) override {
+        return platform::SystemError::notSupported;
+    }
+    [[nodiscard]] platform::SystemError unhide(TextView) override {
+        return platform::SystemError::notSupported;
+    }
     platform::Result<std::vector<platform::FolderEntry>> list(TextView folder) override;
     platform::DriveKind driveKind(TextView name) override;
     [[nodiscard]] platform::SystemError recycle(TextView name) override;

@@ -287,6 +287,10 @@ platform::Result<platform::FileStatus> NoFiles::status(TextView) { return System
 SystemError NoFiles::remove(TextView) { return SystemError::fileNotFound; }
 SystemError NoFiles::rename(TextView, TextView, bool) { return SystemError::fileNotFound; }
 SystemError NoFiles::makeFolder(TextView) { return SystemError::accessDenied; }
+SystemError NoFiles::exchange(TextView, TextView) { return SystemError::notSupported; }
+SystemError NoFiles::copyAccess(TextView, TextView) { return SystemError::notSupported; }
+SystemError NoFiles::flushFolder(TextView) { return SystemError::pathNotFound; }
+SystemError NoFiles::unhide(TextView) { return SystemError::notSupported; }
 platform::Result<std::vector<platform::FolderEntry>> NoFiles::list(TextView) {
     return SystemError::pathNotFound;
 }

@@ -212,6 +212,10 @@ class NoFiles final : public platform::FileSystem {
     [[nodiscard]] platform::SystemError remove(TextView name) override;
     [[nodiscard]] platform::SystemError rename(TextView from, TextView to, bool replace) override;
     [[nodiscard]] platform::SystemError makeFolder(TextView name) override;
+    [[nodiscard]] platform::SystemError exchange(TextView from, TextView to) override;
+    [[nodiscard]] platform::SystemError copyAccess(TextView from, TextView to) override;
+    [[nodiscard]] platform::SystemError flushFolder(TextView name) override;
+    [[nodiscard]] platform::SystemError unhide(TextView name) override;
     platform::Result<std::vector<platform::FolderEntry>> list(TextView folder) override;
     platform::DriveKind driveKind(TextView name) override;
     [[nodiscard]] platform::SystemError recycle(TextView name) override;

@@ -3,10 +3,9 @@
 #include <algorithm>
 #include <cstring>
 
-#include "tsRtm/database/DatabaseParts.hpp"
-#include "tsRtm/database/FieldValue.hpp"
-#include "tsRtm/database/IndexFiles.hpp"
-#include "tsRtm/database/Reorganisation.hpp"
+#include "tsRtm/database/engine/DatabaseEngine.hpp"
+#include "tsRtm/database/records/FieldValue.hpp"
+#include "tsRtm/database/upkeep/IndexSort.hpp"
 #include "tsRtm/frame/rtmMain.hpp"
 
 namespace tsRtm {
@@ -22,11 +21,14 @@ bool plainAscii(std::string_view text) noexcept {
 }  // namespace
 
 BulkLoader::BulkLoader(clsTSDB& database)
-    : parts_(database.parts()), before_(parts_.records()), blank_(parts_.layout.blank()), row_(blank_) {
-    if (parts_.readOnly)
-        fail(5);
-    else if (parts_.shared || !parts_.store)
-        fail(70);
+    : engine_(*database.engine_),
+      before_(engine_.d.records()),
+      blank_(engine_.d.layout.blank()),
+      row_(blank_) {
+    if (engine_.d.folder.readOnly)
+        fail(DatabaseError::readOnly);
+    else if (engine_.d.folder.shared || !engine_.d.store || engine_.writer.busy())
+        fail(DatabaseError::locked);
     else
         usable_ = true;
     block_.reserve(kBlock + row_.size());
@@ -35,33 +37,34 @@ BulkLoader::BulkLoader(clsTSDB& database)
 BulkLoader::~BulkLoader() {
     if (finished_ || !usable_ || rows_ == 0) return;
     try {
-        parts_.store.cutTo(before_);
-        if (!parts_.indexes.empty()) parts_.count.mark(false);
+        engine_.d.store.cutTo(before_);
+        engine_.d.marks.end(before_);
     } catch (const Failure& failure) {
+        engine_.d.marks.giveUp();
         rtmMain::DebugLog(u"Geladene Sätze bleiben ohne Index: " + failure.Description());
     }
 }
 
-bool BulkLoader::fail(int32 number) noexcept { return parts_.fail(number); }
+bool BulkLoader::fail(DatabaseError error) noexcept { return engine_.fail(error); }
 
 void BulkLoader::set(int32 field, TextView text) {
-    if (!parts_.layout.has(field)) {
-        fail(9);
+    if (!engine_.d.layout.has(field)) {
+        fail(DatabaseError::badField);
         return;
     }
-    const auto& layout = parts_.layout.field(field);
+    const auto& layout = engine_.d.layout.field(field);
     const std::span<char> into(row_.data() + layout.offset, layout.bytes);
     if ((layout.typ & 7) == 5 && !layout.special)
-        parts_.layout.encode(layout, storedNumber(layout, text), into);
+        engine_.d.layout.encode(layout, storedNumber(layout, text), into);
     else
-        parts_.layout.encode(layout, text, into);
-    if (field == parts_.control->AutowertFeld() && !text.empty())
+        engine_.d.layout.encode(layout, text, into);
+    if (field == engine_.d.control->AutowertFeld() && !text.empty())
         serial_ = std::max(serial_, roundToInt32(Val(text)));
 }
 
 void BulkLoader::setUtf8(int32 field, std::string_view utf8) {
-    if (parts_.layout.has(field)) {
-        const auto& layout = parts_.layout.field(field);
+    if (engine_.d.layout.has(field)) {
+        const auto& layout = engine_.d.layout.field(field);
         // Letters and digits of ASCII stand in every 8-bit record as they are.
         if (layout.plain() && layout.alpha && utf8.size() <= layout.bytes && plainAscii(utf8)) {
             std::memcpy(row_.data() + layout.offset, utf8.data(), utf8.size());
@@ -76,20 +79,31 @@ bool BulkLoader::flush() {
     if (block_.empty()) return true;
     const auto records = static_cast<int32>(block_.size() / row_.size());
     try {
-        parts_.store.append(block_, records);
+        engine_.d.store.append(block_, records);
     } catch (const Failure& failure) {
-        recordFailure(parts_, failure);
+        engine_.fail(failure);
         return false;
     }
     block_.clear();
     return true;
 }
 
+// From the first row on the indexes lack records: whoever opens the database after a death must know.
+bool BulkLoader::begin() {
+    try {
+        if (const auto error = engine_.d.sign.enter(); failed(error)) return fail(error);
+        engine_.d.marks.begin();
+        return true;
+    } catch (const Failure& failure) {
+        engine_.fail(failure);
+        return false;
+    }
+}
+
 bool BulkLoader::add() {
     if (!usable_) return false;
-    if (before_ + rows_ >= parts_.control->MaxRecords()) return fail(7);
-    // From here on the indexes lack records: whoever opens the database after a crash must know.
-    if (rows_ == 0 && !parts_.indexes.empty()) parts_.count.mark(true);
+    if (before_ + rows_ >= engine_.d.maxRecords()) return fail(DatabaseError::full);
+    if (rows_ == 0 && !begin()) return false;
     block_.append(row_);
     row_ = blank_;
     ++rows_;
@@ -105,15 +119,16 @@ bool BulkLoader::finish() {
     if (!flush()) return false;
     // The rows are in the file: should an index fail, the mark stays and the next opening builds it.
     finished_ = true;
+    auto& d = engine_.d;
     try {
-        closeIndexes(parts_);
-        parts_.count.write(parts_.records());
-        if (parts_.serial && serial_ > 0) parts_.serial.atLeast(serial_);
+        if (d.serial && serial_ > 0) d.serial.atLeast(serial_);
     } catch (const Failure& failure) {
-        recordFailure(parts_, failure);
+        d.marks.giveUp();
+        engine_.fail(failure);
         return false;
     }
-    return sortIndexes(parts_, -1);
+    const auto error = sortIndexes(d, -1, {});
+    return failed(error) ? engine_.fail(error) : true;
 }
 
 }  // namespace tsRtm

@@ -6,6 +6,9 @@
 
 namespace tsRtm {
 
+struct DatabaseEngine;
+enum class DatabaseError : int32;
+
 // Adds records to a database in single use, behind those that are there.
 //
 //     BulkLoader loader(*db);
@@ -39,10 +42,11 @@ class BulkLoader {
     bool finish();
 
  private:
-    bool fail(int32 number) noexcept;
+    bool begin();
+    bool fail(DatabaseError error) noexcept;
     bool flush();
 
-    DatabaseParts& parts_;
+    DatabaseEngine& engine_;
     int32 before_;  // records at the start
     int32 rows_ = 0;
     int32 serial_ = 0;  // last serial number given to a row

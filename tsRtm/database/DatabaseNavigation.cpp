@@ -1,38 +1,39 @@
 // clsTSDB: positions, keys and searches.
 #include <algorithm>
+#include <limits>
+#include <optional>
 
 #include "tsRtm/calendar/DateText.hpp"
-#include "tsRtm/database/DatabaseParts.hpp"
-#include "tsRtm/database/IndexFiles.hpp"
-#include "tsRtm/database/TextSearch.hpp"
 #include "tsRtm/database/clsTSDB.hpp"
 #include "tsRtm/database/clsTSRecord.hpp"
+#include "tsRtm/database/engine/DatabaseEngine.hpp"
+#include "tsRtm/database/records/TextSearch.hpp"
 
 namespace tsRtm {
 namespace {
 
+// In place of a position.
+constexpr int32 kLast = std::numeric_limits<int32>::max();
+
 // A key as a caller types it, in the form that the index has it: a date at its start turns to its sortable
 // form.
-Text typedKey(const DatabaseParts& parts, int32 index, TextView typed) {
-    const int32 primary = parts.index(index).keys.primary();
-    if (!parts.layout.has(primary)) return Text(typed);
-    const auto& field = parts.layout.field(primary);
+Text typedKey(const OpenDatabase& d, int32 index, TextView typed) {
+    const int32 primary = d.indexes.keys(index).primary();
+    if (!d.layout.has(primary)) return Text(typed);
+    const auto& field = d.layout.field(primary);
     // The keys take dates with fewer than two decimals, the search those with none.
     if (!field.date || field.nachKomma != 0) return Text(typed);
     const auto blank = std::min(typed.find(u' '), typed.size());
     return DateSort(typed.substr(0, blank)).append(typed.substr(blank));
 }
 
-// "#0" stands for the first position, and an empty key for "#1".
-int32 positionNumber(TextView typed) { return roundToInt32(Val(typed.substr(1))); }
-
-// Position of a record in an order, 0 where it has none.
-int32 positionOf(DatabaseParts& parts, int32 index, int32 record) {
-    return index == 0 ? record : openIndex(parts, index).positionOf(record);
-}
-
-int32 recordAt(DatabaseParts& parts, int32 index, int32 position) {
-    return index == 0 ? position : openIndex(parts, index).recordAt(position);
+// "#0" stands for the first position, and an empty key for "#1"; what is no number is a key.
+std::optional<int32> positionIn(TextView typed) {
+    if (!typed.starts_with(u'#')) return std::nullopt;
+    const TextView number = trimLeft(typed.substr(1));
+    const auto digit = number.find_first_not_of(u"+-.");
+    if (digit == TextView::npos || number[digit] < u'0' || number[digit] > u'9') return std::nullopt;
+    return roundToInt32(Val(number));
 }
 
 // Marks a search while it runs.
@@ -50,156 +51,238 @@ class SearchUnderWay {
 }  // namespace
 
 void clsTSDB::SetIndex(int32 IndexNr) {
-    if (IndexNr != 0 && !parts_->hasIndex(IndexNr))
-        parts_->fail(53);
+    if (IndexNr != 0 && !engine_->d.indexes.has(IndexNr))
+        engine_->fail(DatabaseError::badIndex);
     else
-        parts_->aktIndex = IndexNr;
+        engine_->c.aktIndex = IndexNr;
 }
 
 int32 clsTSDB::ActiveIndex() const {
-    return parts_->aktIndex == 0 ? 0 : parts_->index(parts_->aktIndex).keys.primary();
+    const int32 index = engine_->c.aktIndex;
+    return index == 0 ? 0 : engine_->d.indexes.keys(index).primary();
 }
 Text clsTSDB::IndexName() const { return Caption(ActiveIndex()); }
 bool clsTSDB::Locating() const { return locating_; }
-int32 clsTSDB::AktSatzNr() const { return parts_->aktSatz; }
-int32 clsTSDB::LogSatz() const { return parts_->logPos; }
+int32 clsTSDB::AktSatzNr() const { return engine_->c.aktSatz; }
+int32 clsTSDB::LogSatz() const { return engine_->c.logPos; }
+
+// Nothing to stand on: no record, or a reader's view of a database that is being reorganised.
+bool clsTSDB::isEmpty() const { return !engine_->d.store || engine_->d.records() < 1; }
 
 void clsTSDB::AktSatzNr(int32 value) {
-    auto& d = *parts_;
-    recordingFileFailures(d, [&] {
+    auto& e = *engine_;
+    e.recordingFileFailures([&] {
+        if (!e.d.store || !e.d.store.reaches(value)) {
+            e.fail(DatabaseError::badRecord);
+            return;
+        }
+        const int32 position = e.c.aktIndex == 0 ? value : e.inIndex(e.c.aktIndex, [&](IndexForm& form) {
+            return form.positionOf(value);
+        });
         if (!readRecord(value)) return;
-        if (const int32 position = positionOf(d, d.aktIndex, value); position != 0) d.logPos = position;
+        if (position != 0) e.c.logPos = position;
     });
 }
 
 int32 clsTSDB::Index(int32 LogSatz) {
-    auto& d = *parts_;
-    if (!d.hasRecord(LogSatz)) {
-        d.fail(63);
-        return 0;
-    }
-    const int32 record = recordAt(d, d.aktIndex, LogSatz);
-    if (record == 0) d.fail(28);
-    d.logPos = LogSatz;
+    auto& e = *engine_;
+    int32 record = 0;
+    e.recordingFileFailures([&] {
+        if (!e.d.store || !e.d.store.reaches(LogSatz)) {
+            e.fail(DatabaseError::badRecord);
+            return;
+        }
+        record = e.c.aktIndex == 0
+                     ? LogSatz
+                     : e.inIndex(e.c.aktIndex, [&](IndexForm& form) { return form.recordAt(LogSatz); });
+        if (record == 0) e.fail(DatabaseError::walkFailed);
+        e.c.logPos = LogSatz;
+    });
     return record;
 }
 
 bool clsTSDB::Exist(TextView Suchbegriff, int32 IndexNr) {
-    auto& d = *parts_;
+    auto& e = *engine_;
+    if (!e.d.store) return false;
     if (Suchbegriff.empty()) Suchbegriff = u"#1";
-    if (IndexNr == 0 || Suchbegriff.starts_with(u'#')) {
-        const int32 position =
-            Suchbegriff.starts_with(u'#') ? positionNumber(Suchbegriff) : roundToInt32(Val(Suchbegriff));
-        return d.hasRecord(position);
-    }
-    if (!d.hasIndex(IndexNr)) return d.fail(53);
+    const auto position = positionIn(Suchbegriff);
+    if (IndexNr == 0 || position)
+        return e.d.store.reaches(position ? *position : roundToInt32(Val(Suchbegriff)));
+    if (!e.d.indexes.has(IndexNr)) return e.fail(DatabaseError::badIndex);
     const SearchUnderWay search(locating_);
-    const SearchKey key = d.index(IndexNr).keys.search(typedKey(d, IndexNr, Suchbegriff));
-    return openIndex(d, IndexNr).locate(key).exact;
+    bool exact = false;
+    e.recordingFileFailures([&] {
+        const SearchKey key = e.d.indexes.keys(IndexNr).search(typedKey(e.d, IndexNr, Suchbegriff));
+        exact = e.inIndex(IndexNr, [&](IndexForm& form) { return form.locate(key).exact; });
+    });
+    return exact;
 }
 
 void clsTSDB::Gehezu(TextView Suchbegriff) {
-    recordingFileFailures(*parts_, [&] { goTo(Suchbegriff); });
+    engine_->recordingFileFailures([&] { goTo(Suchbegriff); });
 }
 
 void clsTSDB::goTo(TextView Suchbegriff) {
-    auto& d = *parts_;
-    d.refreshWhenDue();
-    if (d.records() < 1) {
-        d.logPos = 0;
-        d.aktSatz = 0;
-        return;
+    auto& e = *engine_;
+    e.d.refreshWhenDue();
+    if (isEmpty()) {
+        if (e.d.store) e.d.refreshCount();
+        if (isEmpty()) {
+            e.c.logPos = 0;
+            e.c.aktSatz = 0;
+            return;
+        }
     }
     if (Suchbegriff.empty()) Suchbegriff = u"#1";
-    if (d.aktIndex == 0 || Suchbegriff.starts_with(u'#')) {
-        const int32 wanted =
-            Suchbegriff.starts_with(u'#') ? positionNumber(Suchbegriff) : roundToInt32(Val(Suchbegriff));
-        d.logPos = std::clamp(wanted, 1, d.records() + 1);
-        if (d.logPos <= d.records()) d.aktSatz = recordAt(d, d.aktIndex, d.logPos);
+    const auto position = positionIn(Suchbegriff);
+    if (e.c.aktIndex == 0 || position)
+        goToNumber(position ? *position : roundToInt32(Val(Suchbegriff)));
+    else
+        goToKey(Suchbegriff);
+    e.c.viewPos = e.c.logPos;
+}
+
+// Behind the last record the last one stays in memory.
+void clsTSDB::goToNumber(int32 wanted) {
+    auto& e = *engine_;
+    auto& c = e.c;
+    int32 record = 0;
+    if (c.aktIndex == 0) {
+        record = e.d.store.reaches(wanted) ? wanted : 0;
+        c.seen = e.d.records();
+        if (record == 0) record = std::clamp(wanted, 1, c.seen);
     } else {
-        const SearchUnderWay search(locating_);
-        const SearchKey key = d.index(d.aktIndex).keys.search(typedKey(d, d.aktIndex, Suchbegriff));
-        const Found found = openIndex(d, d.aktIndex).locate(key);
-        d.logPos = found.position;
-        if (found.record != 0) d.aktSatz = found.record;
+        record = e.inIndex(c.aktIndex, [&](IndexForm& form) {
+            c.seen = form.total();
+            return c.seen < 1 ? 0 : form.recordAt(std::clamp(wanted, 1, c.seen));
+        });
     }
-    d.viewPos = d.logPos;
-    // Behind the last record the last one stays in memory.
-    if (d.logPos > d.records()) d.aktSatz = recordAt(d, d.aktIndex, d.records());
-    readRecord(d.aktSatz);
-}
-
-int32 clsTSDB::Rang(TextView Suchbegriff) {
-    auto& d = *parts_;
-    if (d.aktIndex == 0) return std::clamp(roundToInt32(Val(Suchbegriff)), 1, d.records() + 1);
-    const SearchUnderWay search(locating_);
-    return openIndex(d, d.aktIndex)
-        .locate(d.index(d.aktIndex).keys.search(typedKey(d, d.aktIndex, Suchbegriff)))
-        .position;
-}
-
-std::shared_ptr<clsTSRecord> clsTSDB::Finde(TextView Suchtext) {
-    auto& d = *parts_;
-    d.refreshWhenDue();
-    const int32 count = d.records();
-    if (count < 1) return nullptr;
-    const SearchUnderWay search(locating_);
-    const TextSearch wanted(d.layout, Suchtext);
-    Bytes room;
-    const int32 start = std::clamp(d.logPos, 0, count);
-    for (int32 step = 1; step <= count; ++step) {
-        const int32 position = (start + step - 1) % count + 1;
-        const int32 record = recordAt(d, d.aktIndex, position);
-        if (!d.store.has(record) || !wanted.in(d.store.view(record, room))) continue;
-        moveTo(position);
-        return Record(record);
-    }
-    return nullptr;
-}
-
-void clsTSDB::moveTo(int32 position) {
-    recordingFileFailures(*parts_, [&] { moveToPosition(position); });
-}
-
-void clsTSDB::moveToPosition(int32 position) {
-    auto& d = *parts_;
-    const bool there = d.hasRecord(position);
-    d.logPos = std::clamp(position, 0, d.records() + 1);
-    if (!there) {
-        d.fail(62);
-        return;
-    }
-    const int32 record = recordAt(d, d.aktIndex, position);
-    if (record == 0) {
-        d.fail(28);
-        return;
-    }
+    c.logPos = std::clamp(wanted, 1, c.seen + 1);
+    if (record == 0) record = c.aktSatz;
     readRecord(record);
 }
 
+void clsTSDB::goToKey(TextView Suchbegriff) {
+    auto& e = *engine_;
+    const SearchUnderWay search(locating_);
+    const SearchKey key = e.d.indexes.keys(e.c.aktIndex).search(typedKey(e.d, e.c.aktIndex, Suchbegriff));
+    const Found found = e.inIndex(e.c.aktIndex, [&](IndexForm& form) {
+        Found at = form.locate(key);
+        if (at.record == 0 && at.total > 0) at.record = form.recordAt(at.total);
+        return at;
+    });
+    e.c.seen = found.total;
+    e.c.logPos = found.position;
+    readRecord(found.record != 0 ? found.record : e.c.aktSatz);
+}
+
+int32 clsTSDB::Rang(TextView Suchbegriff) {
+    auto& e = *engine_;
+    if (!e.d.store) return 1;
+    if (e.c.aktIndex == 0) return std::clamp(roundToInt32(Val(Suchbegriff)), 1, e.d.records() + 1);
+    const SearchUnderWay search(locating_);
+    int32 rank = 1;
+    e.recordingFileFailures([&] {
+        const SearchKey key = e.d.indexes.keys(e.c.aktIndex).search(typedKey(e.d, e.c.aktIndex, Suchbegriff));
+        rank = e.inIndex(e.c.aktIndex, [&](IndexForm& form) { return form.locate(key).position; });
+    });
+    return rank;
+}
+
+std::shared_ptr<clsTSRecord> clsTSDB::Finde(TextView Suchtext) {
+    auto& e = *engine_;
+    auto& d = e.d;
+    if (!d.store) return nullptr;
+    d.refreshCount();
+    const int32 count = d.records();
+    const SearchUnderWay search(locating_);
+    const TextSearch wanted(d.layout, Suchtext);
+    std::vector<bool> seen(static_cast<std::size_t>(count) + 1, false);
+    Bytes room;
+    const auto hits = [&](int32 record) {
+        if (record < 1 || record > count || seen[static_cast<std::size_t>(record)]) return false;
+        seen[static_cast<std::size_t>(record)] = true;
+        d.store.read(record, room);
+        return wanted.in(room);
+    };
+    std::shared_ptr<clsTSRecord> found;
+    e.recordingFileFailures([&] {
+        const int32 start = std::clamp(e.c.logPos, 0, count);
+        for (int32 step = 0; step < count; ++step) {
+            const int32 position = (start + step) % count + 1;
+            const int32 record = e.c.aktIndex == 0 ? position : e.inIndex(e.c.aktIndex, [&](IndexForm& form) {
+                return form.recordAt(position);
+            });
+            if (!hits(record)) continue;
+            found = standOn(record);
+            return;
+        }
+        // What others moved past us meanwhile.
+        for (int32 record = 1; record <= count && !found; ++record)
+            if (hits(record)) found = standOn(record);
+    });
+    return found;
+}
+
+std::shared_ptr<clsTSRecord> clsTSDB::standOn(int32 record) {
+    AktSatzNr(record);
+    return Record(record);
+}
+
+void clsTSDB::moveTo(int32 position) {
+    engine_->recordingFileFailures([&] { moveToPosition(position); });
+}
+
+void clsTSDB::moveToPosition(int32 position) {
+    auto& e = *engine_;
+    auto& c = e.c;
+    const bool last = position == kLast;
+    int32 record = 0;
+    if (!e.d.store) {
+        c.seen = 0;
+    } else if (c.aktIndex == 0) {
+        record = e.d.store.reaches(position) ? position : 0;
+        c.seen = e.d.records();
+        if (last) position = record = c.seen;
+    } else {
+        record = e.inIndex(c.aktIndex, [&](IndexForm& form) {
+            c.seen = form.total();
+            if (last) position = c.seen;
+            return position < 1 || position > c.seen ? 0 : form.recordAt(position);
+        });
+    }
+    c.logPos = std::clamp(position, 0, c.seen + 1);
+    if (position < 1 || position > c.seen)
+        e.fail(DatabaseError::noFurtherRecord);
+    else if (record == 0)
+        e.fail(DatabaseError::walkFailed);
+    else
+        readRecord(record);
+}
+
 void clsTSDB::MoveFirst() {
-    parts_->refreshWhenDue();
-    if (parts_->records() > 0) parts_->viewPos = 1;
     moveTo(1);
+    if (engine_->c.seen > 0) engine_->c.viewPos = 1;
 }
 
 void clsTSDB::MoveLast() {
-    parts_->refreshWhenDue();
-    parts_->viewPos = parts_->records();
-    moveTo(parts_->records());
+    moveTo(kLast);
+    engine_->c.viewPos = engine_->c.logPos;
 }
 
 void clsTSDB::MoveNext() {
-    parts_->viewPos = parts_->logPos + 1;
-    moveTo(parts_->logPos + 1);
+    const int32 position = engine_->c.logPos + 1;
+    moveTo(position);
+    engine_->c.viewPos = position;
 }
 
 void clsTSDB::MovePrevious() {
-    parts_->viewPos = parts_->logPos - 1;
-    moveTo(parts_->logPos - 1);
+    const int32 position = engine_->c.logPos - 1;
+    moveTo(position);
+    engine_->c.viewPos = position;
 }
 
-bool clsTSDB::BOFile() const { return parts_->viewPos < 2; }
-bool clsTSDB::EOFile() const { return parts_->viewPos > parts_->records(); }
+bool clsTSDB::BOFile() const { return engine_->c.viewPos < 2; }
+bool clsTSDB::EOFile() const { return engine_->c.viewPos > engine_->c.seen; }
 
 }  // namespace tsRtm

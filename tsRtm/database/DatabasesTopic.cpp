@@ -1,7 +1,7 @@
 #include "tsRtm/database/DatabasesTopic.hpp"
 
-#include "tsRtm/database/CountFile.hpp"
-#include "tsRtm/database/LockWait.hpp"
+#include "tsRtm/database/files/CountFile.hpp"
+#include "tsRtm/database/files/LockWait.hpp"
 #include "tsRtm/frame/files/clsStreamWriter.hpp"
 #include "tsRtm/frame/rtmMain.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
@@ -11,6 +11,7 @@ namespace {
 
 constexpr TextView kDatabaseEnd = u".DBD";
 constexpr TextView kMaskEnd = u".MASKE";
+constexpr TextView kLineEnd = u"\r\n";
 constexpr std::size_t kIndexCharacters = 9;
 
 Text withEnd(TextView name, TextView end) {
@@ -43,6 +44,50 @@ Text indexLine(TextView index, std::size_t number) {
     return out;
 }
 
+Text structureText(eDBTyp typ, const TSIOArray& fields, int32 records, TextView index) {
+    // What is left of a text that is no multiple of nine is ignored: 17 characters are one index.
+    const std::size_t indexes = index.size() / kIndexCharacters;
+    Text out = u"TS" + toText(typ) + u"," + toText(static_cast<int64>(fields.size())) + Text(kLineEnd);
+    for (const auto& field : fields) out += fieldLine(*field) + Text(kLineEnd);
+    out += u"1," + toText(records) + u"," + toText(static_cast<int64>(indexes)) + Text(kLineEnd);
+    for (std::size_t i = 0; i < indexes; ++i) out += indexLine(index, i) + Text(kLineEnd);
+    return out;
+}
+
+bool writeText(FilesTopic& files, const Text& name, Encodings encoding, const Text& text) {
+    clsStreamWriter writer;
+    if (!writer.Init(files, name, encoding)) return false;
+    writer.WriteString(text);
+    return true;
+}
+
+bool onDevice(const Text& name) {
+    auto file = rtmMain::system().files.open(name, {.access = platform::Access::readWrite});
+    return file && !failed((*file)->flush());
+}
+
+// Written beside the place and put there unless somebody was quicker: no control that others work by is ever
+// written over.
+bool placeControl(FilesTopic& files, const Text& folder, const Text& target, Encodings encoding,
+                  const Text& text) {
+    auto& system = rtmMain::system().files;
+    const Text fresh = FilesTopic::MakePath({Variant(folder), Variant(FilesTopic::TempName())});
+    const bool placed = writeText(files, fresh, encoding, text) && onDevice(fresh) &&
+                        !failed(system.rename(fresh, target, false));
+    if (!placed) static_cast<void>(system.remove(fresh));
+    return placed;
+}
+
+// The lock area has to be there before anybody can open the database.
+bool makeCount(const Text& folder) {
+    auto file = rtmMain::system().files.open(
+        FilesTopic::MakePath({Variant(folder), Variant(u"Count.tsd")}),
+        {platform::Access::readWrite, platform::Sharing::all, platform::Disposition::openOrCreate});
+    if (!file) return false;
+    CountFile(**file).initialise();
+    return true;
+}
+
 }  // namespace
 
 bool DatabasesTopic::DB_Create(TextView DB, const TSIOArray& DatenFeld, int32 Saetze, TextView Index) {
@@ -52,27 +97,19 @@ bool DatabasesTopic::DB_Create(TextView DB, const TSIOArray& DatenFeld, int32 Sa
 bool DatabasesTopic::DBCreateExt(eDBTyp Typ, TextView DB, TextView Maske, const TSIOArray& DatenFeld,
                                  int32 Saetze, TextView Index) {
     const Text folder = withEnd(DB, kDatabaseEnd);
-    const Text target = FilesTopic::MakePath(
-        {Variant(folder), Variant(Maske.empty() ? Text(u"Control.tsd") : withEnd(Maske, kMaskEnd))});
+    const auto inFolder = [&](const Text& name) {
+        return FilesTopic::MakePath({Variant(folder), Variant(name)});
+    };
+    const auto encoding = Typ == DBAscii || Typ == DBAnsi ? ANSI1252 : UTF8;
     if (!makeFolders(folder)) return false;
-    {
-        clsStreamWriter writer;
-        const auto encoding = Typ == DBAscii || Typ == DBAnsi ? ANSI1252 : UTF8;
-        if (!writer.Init(files_, target, encoding)) return false;
-        // What is left of a text that is no multiple of nine is ignored: 17 characters are one index.
-        const std::size_t indexes = Index.size() / kIndexCharacters;
-        writer.WriteLine(u"TS" + toText(Typ) + u"," + toText(static_cast<int64>(DatenFeld.size())));
-        for (const auto& field : DatenFeld) writer.WriteLine(fieldLine(*field));
-        writer.WriteLine(u"1," + toText(Saetze) + u"," + toText(static_cast<int64>(indexes)));
-        for (std::size_t i = 0; i < indexes; ++i) writer.WriteLine(indexLine(Index, i));
-    }
-    // A mask counts as normal only to those who asked for one.
-    if (!Maske.empty()) return false;
-    clsStreamWriter count;
-    if (!count.Init(files_, FilesTopic::MakePath({Variant(folder), Variant(u"Count.tsd")}), ANSI1252))
+    const Text text = structureText(Typ, DatenFeld, Saetze, Index);
+    if (!Maske.empty()) {
+        static_cast<void>(writeText(files_, inFolder(withEnd(Maske, kMaskEnd)), encoding, text));
+        // A mask counts as normal only to those who asked for one.
         return false;
-    count.WriteString(fromAnsi(countFormat::initialText()));
-    return true;
+    }
+    if (FilesTopic::Exist(inFolder(u"Data.tsd"))) return false;
+    return makeCount(folder) && placeControl(files_, folder, inFolder(u"Control.tsd"), encoding, text);
 }
 
 std::shared_ptr<clsTSDB> DatabasesTopic::OpenTSDB(TextView DBName, bool ReadOnly, bool SingleUse) {

@@ -23,7 +23,8 @@ class DatabasesTopic {
     // Makes a database: the folder, Control.tsd and Count.tsd; the other files come with the first opening.
     // DatenFeld counts from 0 here; Saetze is the most records it may hold, from 32768 on it is a big one.
     // Index has nine characters an index: three field numbers in three characters each, the rest of a text
-    // that is no multiple of nine is ignored.
+    // that is no multiple of nine is ignored. False, and nothing is changed, where there is a database
+    // already.
     bool DB_Create(TextView DB, const TSIOArray& DatenFeld, int32 Saetze, TextView Index);
     // The same with a character form; with Maske a mask file is written in the folder instead and the answer
     // is False.

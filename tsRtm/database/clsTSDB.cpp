@@ -2,11 +2,10 @@
 
 #include <algorithm>
 
-#include "tsRtm/database/DatabaseParts.hpp"
-#include "tsRtm/database/IndexFiles.hpp"
-#include "tsRtm/database/Reorganisation.hpp"
-#include "tsRtm/database/UpdatePath.hpp"
 #include "tsRtm/database/clsTSRecord.hpp"
+#include "tsRtm/database/engine/DatabaseEngine.hpp"
+#include "tsRtm/database/upkeep/IndexCheck.hpp"
+#include "tsRtm/database/upkeep/IndexSort.hpp"
 #include "tsRtm/fields/clsMasken.hpp"
 #include "tsRtm/frame/files/clsStreamReader.hpp"
 #include "tsRtm/frame/rtmMain.hpp"
@@ -17,14 +16,17 @@ namespace {
 
 constexpr TextView kExtension = u".DBD";
 constexpr int32 kBigFrom = 32768;
-constexpr int32 kModusReadWrite = 4;
-constexpr int32 kModusReadOnly = 5;
 constexpr int32 kViewHeadItems = 6;
 constexpr uint64 kSniffFrom = 2;
 
 }  // namespace
 
-clsTSDB::clsTSDB(FilesTopic& Files) : parts_(std::make_unique<DatabaseParts>(Files, *this)) {}
+clsTSDB::clsTSDB(FilesTopic& Files) : engine_(std::make_unique<DatabaseEngine>(Files)) {
+    auto& e = *engine_;
+    e.writer.indexChanged = [this](int32 field) { IndexChange(field); };
+    e.d.indexes.rebuilt = e.writer.indexChanged;
+    e.d.watch.heal = [&e] { return e.d.indexes.healLeftBehind(); };
+}
 
 clsTSDB::~clsTSDB() { Schliesse(); }
 
@@ -33,94 +35,129 @@ void clsTSDB::Schliesse() noexcept {
         KillAllObjects();
     } catch (...) {  // a listener's failure does not keep the files open
     }
-    closeFiles();
+    engine_->d.close();
+    engine_->c.aktIndex = 0;
+    engine_->opened = false;
 }
 
 int32 clsTSDB::Oeffne(TextView Pfad, bool ReadOnly, bool SingleUse) {
-    auto& d = *parts_;
-    if (d.opened) {
-        d.fehler = 55;
+    auto& e = *engine_;
+    auto& folder = e.d.folder;
+    if (e.opened) {
+        e.fail(DatabaseError::alreadyOpen);
         raise(55, u"TSDB", u"Datenbank ist schon initialisiert");
     }
-    d.folder = Text(Pfad);
-    if (!upper(Pfad).ends_with(kExtension)) d.folder += kExtension;
-    d.readOnly = ReadOnly;
-    d.modus = ReadOnly ? kModusReadOnly : kModusReadWrite;
-    d.shared = !SingleUse;
-    d.fehler = 0;
+    folder.name = Text(Pfad);
+    if (!upper(Pfad).ends_with(kExtension)) folder.name += kExtension;
+    folder.readOnly = ReadOnly;
+    folder.shared = !SingleUse;
+    e.fehler = 0;
     try {
         openInner();
     } catch (const Failure& failure) {
-        recordFailure(d, failure);
+        e.fail(failure);
     }
-    if (d.fehler != 0) {
-        closeFiles();
-        return d.fehler;
+    if (e.fehler != 0) {
+        e.d.close();
+        return e.fehler;
     }
-    d.opened = true;
-    d.refreshCount();
-    d.logPos = 1;
-    if (!healAfterCrash(d) && !d.readOnly) rtmMain::DebugLog(u"Bis dahin gelten die Indizes, wie sie sind");
-    d.fehler = 0;
+    e.opened = true;
+    e.c.logPos = 1;
     return 0;
 }
 
-int32 clsTSDB::openInner() {
-    auto& d = *parts_;
-    d.control = std::make_shared<clsControl>(d.files);
+void clsTSDB::openInner() {
+    auto& e = *engine_;
+    auto& d = e.d;
+    d.control = std::make_shared<clsControl>(d.folder.files);
     bool dos = true;
-    if (!d.control->Oeffne(d.path(u"Control.tsd"), dos)) {
-        d.fail(52);
-        return d.fehler;
+    if (!d.control->Oeffne(d.folder.path(u"Control.tsd"), dos)) {
+        e.fail(DatabaseError::noControl);
+        return;
     }
     d.layout = RecordLayout(*d.control, d.control->IstUnicode(), dos);
-    d.felder = RecordBuffer(d.layout);
-    d.spareBuffer.reset();
-    d.viewLaenge.clear();
-    for (int32 i = 1; i <= d.control->Felder(); ++i) d.viewLaenge.push_back(d.control->field(i).Laenge());
+    e.c = Cursor();
+    e.c.felder = RecordBuffer(d.layout);
+    e.spareBuffer.reset();
+    e.viewLaenge.clear();
+    for (int32 i = 1; i <= d.control->Felder(); ++i) e.viewLaenge.push_back(d.control->field(i).Laenge());
     // Nothing on disk says so: a change of MaxRecords across this number needs new index files.
-    d.big = d.control->MaxRecords() >= kBigFrom;
-    for (const auto& entry : d.control->indexes())
-        d.indexes.push_back(std::make_unique<IndexSlot>(IndexKeys(d.layout, {entry[0], entry[1], entry[2]})));
+    d.indexes.define(*d.control, d.layout, d.control->MaxRecords() >= kBigFrom);
+    e.writer.prepare();
     OpenView(u"Standard");
-    if (openFiles()) openSerial();
-    return d.fehler;
+    if (!openFiles()) return;
+    openSerial(settle());
 }
 
-// Count.tsd and Data.tsd. False where the opening ends there, successfully or not.
+// Count.tsd, Stand.tsd and Data.tsd. False where the opening ends there, successfully or not.
 bool clsTSDB::openFiles() {
-    auto& d = *parts_;
-    const auto open = [&] {
-        d.files.DB_Open(d.path(u"Count.tsd"), d.countNumber, d.modus, d.shared, 0, kOpenSilently);
-    };
+    auto& e = *engine_;
+    auto& d = e.d;
+    auto& folder = d.folder;
+    const auto open = [&] { d.opened.count = folder.open(u"Count.tsd", folder.shared); };
     open();
-    if (d.countNumber == 0 && !d.readOnly) {
-        d.readOnly = true;
-        d.modus = kModusReadOnly;
+    if (d.opened.count == 0 && !folder.readOnly) {
+        folder.readOnly = true;
         open();
     }
-    if (d.countNumber == 0) {
+    if (d.opened.count == 0) {
         // Being reorganised, or on a medium that cannot be written: a reader gets an empty view.
-        rtmMain::DebugLog(d.folder + u": kein Zugriff auf Count.tsd, leere Ansicht");
+        rtmMain::DebugLog(folder.name + u": kein Zugriff auf Count.tsd, leere Ansicht");
         return false;
     }
-    d.count = CountFile(d.files.file(d.countNumber));
-    if (d.shared && !d.readOnly && refusesLocks()) return d.fail(70);
-    if (!d.readOnly) d.count.initialise();
-    d.dataHandle = d.files.OpenBinaryAPI(d.path(u"Data.tsd"), d.readOnly, d.shared);
-    if (d.dataHandle == 0) return d.fail(70);
-    d.store = RecordStore(d.files.handleFile(d.dataHandle), d.layout);
+    d.count = CountFile(folder.files.file(d.opened.count));
+    if (folder.shared && !folder.readOnly && refusesLocks()) return e.fail(DatabaseError::locked);
+    if (!folder.readOnly) d.count.initialise();
+    openChanges();
+    d.opened.data = folder.files.OpenBinaryAPI(folder.path(u"Data.tsd"), folder.readOnly, folder.shared);
+    if (d.opened.data == 0) return e.fail(DatabaseError::locked);
+    d.store = RecordStore(folder.files.handleFile(d.opened.data), d.layout, folder.shared);
     d.refreshCount();
     sniffUnicode();
     return true;
 }
 
+// A reader of a database in which nobody of ours ever wrote goes without.
+void clsTSDB::openChanges() {
+    auto& d = engine_->d;
+    if (d.folder.readOnly && !FilesTopic::Exist(d.folder.path(ChangeCount::kFileName))) return;
+    d.opened.changes = d.folder.open(ChangeCount::kFileName, true);
+    if (d.opened.changes == 0) return;
+    d.changes = ChangeCount(d.folder.files.file(d.opened.changes));
+    if (!d.folder.readOnly) d.changes.initialise();
+}
+
+// What a death left is mended before anybody reads. Who holds the database lock is at work, and does it
+// himself. Whether the last user did not leave cleanly.
+bool clsTSDB::settle() {
+    auto& d = engine_->d;
+    if (d.folder.readOnly) return false;
+    const DatabaseHold hold(d.locks, DatabaseLocks::Wait::silently);
+    if (!hold) {
+        rtmMain::DebugLog(d.folder.name + u": jemand arbeitet, die Indizes gelten, wie sie sind");
+        return false;
+    }
+    bool unclean = false;
+    try {
+        d.refreshCount();
+        unclean = d.sign.leftUncleanly();
+        if (d.marks.leftBehind())
+            d.indexes.healLeftBehind();
+        else if (unclean)
+            settleIndexes(d);
+        if (unclean && !d.marks.leftBehind()) d.sign.settled();
+    } catch (const Failure& failure) {
+        recordFailure(failure);
+    }
+    return unclean;
+}
+
 bool clsTSDB::refusesLocks() {
-    auto& d = *parts_;
+    auto& d = engine_->d;
     const auto error = platform::probeLocks(rtmMain::system().files, d.count.file());
     if (error != platform::SystemError::notSupported) return false;
-    d.messages().TSMsgBox(
-        u"Die Datenbank \"" + d.folder +
+    d.folder.messages().TSMsgBox(
+        u"Die Datenbank \"" + d.folder.name +
             u"\" liegt auf einem Datenträger, auf dem Dateisperren nicht wirken.@Mehrere Benutzer würden "
             u"einander die Daten überschreiben. Die Datenbank wird nicht geöffnet.",
         dlgCritical, u"clsTSDB.Oeffne");
@@ -130,59 +167,50 @@ bool clsTSDB::refusesLocks() {
 // A data file in UTF-16 gives itself away by its high bytes. The flag reaches only those who ask the control:
 // how the records are read was settled before, by the control file.
 void clsTSDB::sniffUnicode() {
-    auto& d = *parts_;
+    auto& d = engine_->d;
     if (d.store.bytes().knownSize() < 6) return;
     char bytes[4] = {};
     d.store.bytes().read(kSniffFrom, bytes);
     d.control->IstUnicode(static_cast<uint8>(bytes[1]) < 10 || static_cast<uint8>(bytes[3]) < 10);
 }
 
-void clsTSDB::openSerial() {
-    auto& d = *parts_;
-    const int32 field = d.control->AutowertFeld();
-    if (field == 0 || d.modus == kModusReadOnly) return;
-    d.files.DB_Open(d.path(u"Autowert.tsd"), d.serialNumberFile, d.modus, d.shared, 0, kOpenSilently);
-    if (d.serialNumberFile == 0) return;
-    d.serial = SerialNumber(d.files.file(d.serialNumberFile), d.messages());
-    if (!d.serial.empty()) return;
-    // The counter is made from the last record.
+void clsTSDB::openSerial(bool afterDeath) {
+    auto& d = engine_->d;
+    if (d.control->AutowertFeld() == 0 || d.folder.readOnly) return;
+    d.opened.serial = d.folder.open(u"Autowert.tsd", d.folder.shared);
+    if (d.opened.serial == 0) return rtmMain::DebugLog(d.folder.name + u": kein Zugriff auf Autowert.tsd");
+    d.serial = SerialNumber(d.folder.files.file(d.opened.serial), d.folder.messages());
+    d.serial.initialise([this] { return greatestSerial(); });
+    if (afterDeath) d.serial.atLeast(greatestSerial());
+    engine_->fehler = 0;
+}
+
+// The last record need not have the greatest number, and a counter may have been lost with the machine.
+int32 clsTSDB::greatestSerial() {
+    auto& d = engine_->d;
     d.refreshCount();
-    const int32 count = d.records();
-    const int32 last = count > 0 ? roundToInt32(Val(GetField(count, field))) : 0;
-    d.serial.store(last < 1 ? count : last);
-    d.fehler = 0;
+    const int32 field = d.control->AutowertFeld();
+    int32 greatest = 0;
+    for (int32 n = 1; n <= d.records(); ++n)
+        greatest = std::max(greatest, roundToInt32(Val(GetField(n, field))));
+    return greatest < 1 ? d.records() : greatest;
 }
 
 bool clsTSDB::OpenView(TextView ViewFile) {
-    auto& d = *parts_;
+    auto& d = engine_->d;
+    auto& widths = engine_->viewLaenge;
     clsStreamReader reader;
-    if (!d.control || !reader.Init(d.files, d.path(Text(ViewFile) + u".viw"))) return false;
+    if (!d.control || !reader.Init(d.folder.files, d.folder.path(Text(ViewFile) + u".viw"))) return false;
     // The first six items belong to the list's window: they are read over.
     try {
         for (int32 i = 0; i < kViewHeadItems && !reader.EndOfStream(); ++i) reader.ReadItem();
         // The last field's width is not in the file.
-        for (std::size_t i = 0; i + 1 < d.viewLaenge.size() && !reader.EndOfStream(); ++i)
-            d.viewLaenge[i] = roundToInt32(Val(reader.ReadItem()));
+        for (std::size_t i = 0; i + 1 < widths.size() && !reader.EndOfStream(); ++i)
+            widths[i] = roundToInt32(Val(reader.ReadItem()));
     } catch (const Failure&) {
         return false;
     }
     return true;
-}
-
-void clsTSDB::closeFiles() noexcept {
-    auto& d = *parts_;
-    d.serial = SerialNumber();
-    d.close(d.serialNumberFile);
-    closeIndexes(d);
-    d.store = RecordStore();
-    d.closeHandle(d.dataHandle);
-    d.count = CountFile();
-    d.close(d.countNumber);
-    d.close(d.lockNumber);
-    d.locks.forget();
-    d.indexes.clear();
-    d.aktIndex = 0;
-    d.opened = false;
 }
 
 void clsTSDB::KillAllObjects() {
@@ -194,30 +222,31 @@ void clsTSDB::KillAllObjects() {
     }
 }
 
-std::shared_ptr<clsControl> clsTSDB::Control() const { return parts_->control; }
+std::shared_ptr<clsControl> clsTSDB::Control() const { return engine_->d.control; }
 std::shared_ptr<clsMasken> clsTSDB::Masken() const {
-    return parts_->control ? parts_->control->Masken() : nullptr;
+    const auto& control = engine_->d.control;
+    return control ? control->Masken() : nullptr;
 }
-Text clsTSDB::Pfad() const { return upper(parts_->folder); }
-Text clsTSDB::DBName() const { return FilesTopic::BaseName(parts_->folder); }
-bool clsTSDB::IsAnsi() const { return parts_->control && parts_->control->IstAnsi(); }
-bool clsTSDB::IsReadOnly() const { return parts_->readOnly; }
-bool clsTSDB::IsShared() const { return parts_->shared; }
-bool clsTSDB::IsBig() const { return parts_->big; }
-bool clsTSDB::Sensible() const { return parts_->sensible; }
-void clsTSDB::Sensible(bool value) { parts_->sensible = value; }
-int32 clsTSDB::Error() { return std::exchange(parts_->fehler, 0); }
+Text clsTSDB::Pfad() const { return upper(engine_->d.folder.name); }
+Text clsTSDB::DBName() const { return FilesTopic::BaseName(engine_->d.folder.name); }
+bool clsTSDB::IsAnsi() const { return engine_->d.control && engine_->d.control->IstAnsi(); }
+bool clsTSDB::IsReadOnly() const { return engine_->d.folder.readOnly; }
+bool clsTSDB::IsShared() const { return engine_->d.folder.shared; }
+bool clsTSDB::IsBig() const { return engine_->d.indexes.big(); }
+bool clsTSDB::Sensible() const { return engine_->d.folder.sensible; }
+void clsTSDB::Sensible(bool value) { engine_->d.folder.sensible = value; }
+int32 clsTSDB::Error() { return std::exchange(engine_->fehler, 0); }
 
 int32 clsTSDB::AnzahlDSaetze() {
-    parts_->refreshWhenDue();
-    return parts_->records();
+    engine_->d.refreshWhenDue();
+    return engine_->d.records();
 }
 
-int32 clsTSDB::MaxData() const { return parts_->control ? parts_->control->MaxRecords() : 0; }
+int32 clsTSDB::MaxData() const { return engine_->d.maxRecords(); }
 
 bool clsTSDB::IsFull() {
     if (AnzahlDSaetze() < MaxData()) return false;
-    parts_->messages().TSMsgBox(
+    engine_->d.folder.messages().TSMsgBox(
         u"Diese Datenbank ist voll, es können keine weiteren Daten gespeichert werden.\r\nDie Datenbank ist "
         u"für " +
         toText(MaxData()) +
@@ -227,12 +256,76 @@ bool clsTSDB::IsFull() {
     return true;
 }
 
-int32 clsTSDB::AnzahlIndizes() const { return static_cast<int32>(parts_->indexes.size()); }
-int32 clsTSDB::AnzahlKetten() const { return parts_->control ? parts_->control->AnzahlKetten() : 0; }
-int32 clsTSDB::AnzahlMemos() const { return parts_->control ? parts_->control->AnzahlMemos() : 0; }
-int32 clsTSDB::CtrlEintraege() const { return parts_->layout.fields(); }
+int32 clsTSDB::AnzahlIndizes() const { return engine_->d.indexes.count(); }
+int32 clsTSDB::AnzahlKetten() const { return engine_->d.control ? engine_->d.control->AnzahlKetten() : 0; }
+int32 clsTSDB::AnzahlMemos() const { return engine_->d.control ? engine_->d.control->AnzahlMemos() : 0; }
+int32 clsTSDB::CtrlEintraege() const { return engine_->d.layout.fields(); }
 
-bool clsTSDB::Sort(int32 IndexSpalte) { return sortIndexes(*parts_, IndexSpalte); }
+// --- Whole database ---
+
+bool clsTSDB::Sort(int32 IndexSpalte) {
+    auto& e = *engine_;
+    if (e.writer.busy()) return e.fail(DatabaseError::locked);
+    const auto error = sortIndexes(
+        e.d, IndexSpalte, [this](int32 phase, int32 done, int32 sum) { UpdateProgress(phase, done, sum); });
+    if (failed(error)) return e.fail(error);
+    for (int32 n = 1; n <= e.d.indexes.count(); ++n)
+        if (IndexSpalte == -1 || n == IndexSpalte) IndexChange(e.d.indexes.keys(n).primary());
+    if (!e.keineEreignisse) RecordChange(e.c.aktSatz);
+    return true;
+}
+
+bool clsTSDB::Check(bool Repair, TextView Zusatz) {
+    auto& e = *engine_;
+    auto& d = e.d;
+    befunde_.clear();
+    rtmMain::DebugLog(u"Konsistenzprüfung für Datenbank " + Pfad());
+    if (!Zusatz.empty()) rtmMain::DebugLog(Zusatz);
+    const auto locked = d.folder.readOnly ? DatabaseError::none : d.locks.lockDatabase();
+    if (failed(locked) || e.writer.busy()) {
+        rtmMain::DebugLog(u"DB kann nicht gesperrt werden.");
+        return e.fail(DatabaseError::locked);
+    }
+    struct Release {
+        DatabaseLocks* locks;
+        ~Release() {
+            if (locks) locks->unlockDatabase();
+        }
+    } release{d.folder.readOnly ? nullptr : &d.locks};
+    e.fehler = 0;
+    const int32 count = d.records();
+    d.refreshCount();
+    const auto note = [this](Text line) {
+        rtmMain::DebugLog(line);
+        befunde_.push_back(std::move(line));
+    };
+    if (d.records() != count)
+        note(u"Count: " + toText(count) + u" - Dateilänge: " +
+             toText(static_cast<int64>(d.store ? d.store.bytes().knownSize() : 0)) + u" -> Anzahl: " +
+             toText(d.records()));
+    bool sound = true;
+    std::vector<int32> faulty;
+    for (int32 number = 1; d.store && d.indexes.has(number); ++number) {
+        rtmMain::DebugLog(u"Konsistenzprüfung Index " + Caption(d.indexes.keys(number).primary()));
+        auto lines = checkIndex(d, number);
+        if (!lines.empty()) faulty.push_back(number);
+        sound = sound && lines.empty();
+        for (auto& line : lines) note(std::move(line));
+    }
+    if (!Repair || d.folder.readOnly || !d.store) return sound;
+    try {
+        if (const auto error = d.sign.enter(); failed(error)) return e.fail(error);
+        // With everybody else at work: they wait on the marks.
+        for (const int32 number : faulty) d.indexes.rebuild(number);
+        if (d.marks.leftBehind()) {
+            d.marks.begin();
+            d.marks.end(d.records());
+        }
+    } catch (const Failure& failure) {
+        e.fail(failure);
+    }
+    return sound;
+}
 
 const std::vector<Text>& clsTSDB::Befunde() const { return befunde_; }
 

@@ -34,7 +34,7 @@ namespace tsRtm {
 enum eLockedAction : int32 { AskUser = 0, Cancel = 1, Retry = 2, Ignore = 3, Delay = 4, AskUserAgain = 5 };
 
 class clsTSRecord;
-struct DatabaseParts;
+struct DatabaseEngine;
 
 class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTSDB> {
  public:
@@ -47,8 +47,10 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     // --- Opening
     // ---------------------------------------------------------------------------------------------------
     // ".DBD" is added to Pfad where it is missing. 0 on success, else the error number. An opening that finds
-    // the mark of an update that died rebuilds the indexes first. A shared opening is refused with 70 and a
-    // message where the file system does not keep locks. Raises 55 on an open database.
+    // the mark of an update that died builds the indexes anew; one that finds that the last user did not
+    // leave cleanly checks them first. A shared opening is refused with 70 and a message where the file
+    // system does not keep locks. A reader of a database that is being reorganised gets an empty view. Raises
+    // 55 on an open database.
     int32 Oeffne(TextView Pfad, bool ReadOnly = false, bool SingleUse = false);
     // Widths of the fields on a list, from the file ViewFile ".viw" of the directory; False where it is
     // missing.
@@ -77,7 +79,8 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     // plain text. Raises 445 for a database with single fields in UTF-16: only GetField and PutField reach
     // those.
     Text GetSatz(int32 Satznummer, bool Gehezu = false);
-    // Writes the fields in memory as that record: 1..count + 1. Changes no index.
+    // Writes the fields in memory as that record: 1..count + 1. Changes no index. Columns of memos, blobs and
+    // chains keep what the file has: what stands in memory only shows it.
     void PutSatz(int32 Satznummer);
     // One field straight from or to the file; field 0 is the deleted mark. PutField changes no index.
     Text GetField(int32 Satznummer, int32 FeldNummer);
@@ -92,13 +95,14 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     Text Satz(std::vector<Text>& Feld);
     void ClearRecord();
 
-    // Stores the fields in memory as a new record at once. In single use the application calls LockDB(True)
-    // before, else Error is 70.
+    // Stores the fields in memory as a new record at once; memos, blobs and chains start empty. In single use
+    // the application calls LockDB(True) before, else Error is 70.
     std::shared_ptr<clsTSRecord> Append();
-    // A new record object, not stored before its Update, with its serial number if the database has one.
+    // A new record object, not stored before its Update, with its serial number if the database has one:
+    // Error 70 where the counter cannot be had, 7 where its numbers are used up.
     std::shared_ptr<clsTSRecord> Add();
-    // Stores the fields of a record object; what its Update calls. The record number, 0 or below where it
-    // failed.
+    // Stores what was assigned to a record object over what the file has by now; what its Update calls. The
+    // record number, 0 or below where it failed.
     int32 SatzSpeichern(clsTSRecord& Record);
     // The record object of that number, of the current record for 0; nothing where there is none.
     std::shared_ptr<clsTSRecord> Record(int32 Satznummer = 0, bool Locked = false);
@@ -152,8 +156,9 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     // Position of the first entry of the active index whose key is not below: its number of smaller keys plus
     // one.
     int32 Rang(TextView Suchbegriff);
-    // Searches the text in all records without regard to case, from behind the current position around to it.
-    // On a miss the position stays and the result is nothing.
+    // Searches the text in all records without regard to case, from behind the current position around to it;
+    // every record that is there is looked at, wherever others move it. On a miss the position stays and the
+    // result is nothing.
     std::shared_ptr<clsTSRecord> Finde(TextView Suchtext);
     void MoveFirst();
     void MoveLast();
@@ -164,8 +169,8 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
 
     // --- Writing and locks
     // ----------------------------------------------------------------------------------------------- Writes
-    // the record in memory, and every index whose key changed, under the database lock. A failure part-way
-    // leaves the indexes before it changed; the mark stays, and the next opening rebuilds them.
+    // the record in memory, and every index whose key changed, under the database lock. After a failure
+    // record and indexes are as they were. In a handler that runs inside a write of this object, Error is 70.
     void Update();
     // The database lock, kept until given back here.
     bool LockDB(bool Modus);
@@ -179,48 +184,45 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
 
     // --- Whole database
     // --------------------------------------------------------------------------------------------------
-    // Rebuilds an index, or all for -1. False where somebody else has the database open.
+    // Rebuilds an index, or all for -1. False, and Error 70, where somebody else has the database open; all
+    // locks stay.
     bool Sort(int32 IndexSpalte = -1);
     // Checks every index against the records; what it finds goes to the debug log and to Befunde. With Repair
     // a faulty index is rebuilt; the result is that of the check before.
     bool Check(bool Repair, TextView Zusatz);
     const std::vector<Text>& Befunde() const;
 
-    // For the rooms behind the face and for bulk loads.
-    DatabaseParts& parts() noexcept { return *parts_; }
-
  private:
     friend class clsTSRecord;
+    friend class BulkLoader;
 
-    int32 openInner();
+    void openInner();
     bool openFiles();
-    void openSerial();
+    void openChanges();
+    void openSerial(bool afterDeath);
+    int32 greatestSerial();
     void sniffUnicode();
-    void closeFiles() noexcept;
+    bool settle();
     bool refusesLocks();
     bool readRecord(int32 Satznummer, bool plain = false);
+    void loadRecord(int32 Satznummer, bool plain);
     void recordChanged(int32 Satznummer);
-    bool lockIntern(bool Modus);
-    bool checkIndex(int32 number, bool repair);
     bool lockForNew();
-    void endOfNew(bool locked);
-    bool allocate();
-    bool makeRoom();
-    void updateIndexesAndRecord();
-    void writeUpdated();
-    void storeRecord(clsTSRecord& record, bool isNew, int32 number);
-    void setMark(int32 Satznummer, bool deleted);
-    void PutFieldMark(int32 Satznummer, bool deleted);
+    int32 storeNew(clsTSRecord& record);
+    void putMark(int32 Satznummer, char16_t mark);
+    bool isEmpty() const;
     void goTo(TextView Suchbegriff);
+    void goToNumber(int32 wanted);
+    void goToKey(TextView Suchbegriff);
     void moveTo(int32 position);
     void moveToPosition(int32 position);
-    void unlockQuietly(int32 number);
+    std::shared_ptr<clsTSRecord> standOn(int32 record);
     void enter(clsTSRecord& record);
     void leave(clsTSRecord& record) noexcept;
     void giveUpSerial(int32 value) noexcept;
+    bool storeSerial(int32 record, TextView number);
 
-    std::unique_ptr<DatabaseParts> parts_;
-    std::unique_ptr<class UpdatePath> update_;  // active from the first index to the record
+    std::unique_ptr<DatabaseEngine> engine_;
     std::vector<clsTSRecord*> live_;
     std::vector<Text> befunde_;
     Text shown_;  // a number as Fields shows it

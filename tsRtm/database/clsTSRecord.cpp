@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "tsRtm/database/DatabaseParts.hpp"
-#include "tsRtm/database/FieldValue.hpp"
 #include "tsRtm/database/clsTSDB.hpp"
+#include "tsRtm/database/engine/DatabaseEngine.hpp"
+#include "tsRtm/database/records/FieldValue.hpp"
 
 namespace tsRtm {
 namespace {
@@ -22,9 +22,9 @@ Text padded(int32 number, int32 length) {
 clsTSRecord::clsTSRecord(const std::shared_ptr<clsTSDB>& Database, int32 Satznummer)
     : database_(Database),
       control_(Database->Control()),
-      layout_(&Database->parts().layout),
+      layout_(&Database->engine_->d.layout),
       number_(Satznummer),
-      felder_(Database->parts().takeBuffer()),
+      felder_(Database->engine_->takeBuffer()),
       loaded_(Satznummer < 1) {
     Database->enter(*this);
 }
@@ -33,16 +33,16 @@ clsTSRecord::~clsTSRecord() {
     const auto database = database_.lock();
     if (!database) return;
     database->leave(*this);
-    if (number_ > 0 && locked_) database->parts().locks.unlockRecord(number_);
-    if (number_ < 1 && serial_ != 0) database->giveUpSerial(serial_);
-    database->parts().giveBack(std::move(felder_));
+    if (number_ > 0 && lockIsOurs_) database->engine_->d.locks.unlockRecord(number_);
+    if (number_ < 1 && serial_ != 0 && !storeTried_) database->giveUpSerial(serial_);
+    database->engine_->giveBack(std::move(felder_));
 }
 
 void clsTSRecord::invalidate() {
-    if (const auto database = DB(); database && number_ > 0 && locked_) {
-        database->parts().locks.unlockRecord(number_);
-        locked_ = false;
-    }
+    if (const auto database = DB(); database && number_ > 0 && lockIsOurs_)
+        database->engine_->d.locks.unlockRecord(number_);
+    locked_ = locked_ && number_ < 1;
+    lockIsOurs_ = false;
     database_.reset();
     layout_ = nullptr;
     Invalidated();
@@ -51,11 +51,11 @@ void clsTSRecord::invalidate() {
 bool clsTSRecord::load() {
     if (loaded_) return true;
     const auto database = DB();
-    if (!database || !database->parts().hasRecord(number_)) return false;
-    auto& parts = database->parts();
-    Bytes room;
-    felder_.load(parts.store.view(number_, room));
-    parts.store.bytes().check();
+    if (!database) return false;
+    auto& store = database->engine_->d.store;
+    if (!store || !store.reaches(number_)) return false;
+    store.read(number_, felder_->room());
+    felder_->loaded();
     loaded_ = true;
     return true;
 }
@@ -63,14 +63,14 @@ bool clsTSRecord::load() {
 const Text& clsTSRecord::Fields(int32 Index) {
     shown_.clear();
     if (Index < 0 || Index > control_->Felder() || !layout_ || !load()) return shown_;
-    const Text& stored = felder_[Index];
+    const Text& stored = (*felder_)[Index];
     if (Index == 0) return stored;
     const auto& field = layout_->field(Index);
     if (field.typ == kAutowert && stored.empty() && number_ > 0) {
-        felder_.set(Index, padded(number_, field.length));
-        if (const auto database = DB(); database && !database->IsReadOnly())
-            database->PutField(number_, Index, felder_[Index]);
-        return felder_[Index];
+        shown_ = padded(number_, field.length);
+        if (const auto database = DB(); database && database->storeSerial(number_, shown_))
+            felder_->set(Index, shown_);
+        return shown_;
     }
     if ((field.typ & 7) != 5 || field.nachKomma < 1 || stored.empty()) return stored;
     showNumber(field, stored, shown_);
@@ -80,9 +80,9 @@ const Text& clsTSRecord::Fields(int32 Index) {
 void clsTSRecord::Fields(int32 Index, TextView Inhalt) {
     if (readOnly_ || Index < 0 || Index > control_->Felder() || !layout_ || !load()) return;
     if (Index > 0 && (layout_->field(Index).typ & 7) == 5)
-        felder_.set(Index, storedNumber(layout_->field(Index), Inhalt));
+        felder_->set(Index, storedNumber(layout_->field(Index), Inhalt));
     else
-        felder_.set(Index, Inhalt);
+        felder_->set(Index, Inhalt);
     changed_ = true;
 }
 
@@ -106,7 +106,7 @@ bool clsTSRecord::Update() {
     serial_ = 0;
     changed_ = false;
     loaded_ = false;  // the next read shows it as it stands in the file
-    if (isNew) locked_ = database->parts().locks.owns(number);
+    if (isNew) locked_ = lockIsOurs_ = database->engine_->d.locks.owns(number);
     return true;
 }
 
@@ -115,7 +115,7 @@ void clsTSRecord::Reset() {
     if (number_ > 0)
         loaded_ = false;
     else if (layout_)
-        felder_.clear();
+        felder_->clear();
 }
 
 std::shared_ptr<clsTSRecord> clsTSRecord::WorkCopy() const {
@@ -130,7 +130,7 @@ bool clsTSRecord::Sperren(int32 Warten) {
     if (!database) return false;
     locked_ = true;
     if (number_ < 1) return false;
-    locked_ = database->Sperren(number_, Warten);
+    locked_ = lockIsOurs_ = database->Sperren(number_, Warten);
     if (locked_) Reset();
     return locked_;
 }
@@ -138,6 +138,7 @@ bool clsTSRecord::Sperren(int32 Warten) {
 bool clsTSRecord::Entsperren() {
     const auto database = DB();
     locked_ = false;
+    lockIsOurs_ = false;
     return database && number_ > 0 && database->Entsperren(number_);
 }
 
@@ -150,13 +151,13 @@ void clsTSRecord::Deleted(bool value) {
         database->Delete(number_);
     else
         database->Reaktivieren(number_);
-    if (loaded_ && !database->IsReadOnly()) felder_.set(0, value ? u"*" : u" ");
+    if (loaded_ && !database->IsReadOnly()) felder_->set(0, value ? u"*" : u" ");
 }
 
 void clsTSRecord::serialNumber(int32 value) {
     serial_ = value;
     const int32 field = control_->AutowertFeld();
-    felder_.set(field, padded(value, layout_->field(field).length));
+    felder_->set(field, padded(value, layout_->field(field).length));
 }
 
 // --- The database's list of live record objects ---
@@ -172,16 +173,45 @@ void clsTSDB::leave(clsTSRecord& record) noexcept {
 
 void clsTSDB::giveUpSerial(int32 value) noexcept {
     try {
-        if (parts_->serial) parts_->serial.giveUp(value);
+        if (engine_->d.serial) engine_->d.serial.giveUp(value);
     } catch (const Failure&) {  // the number stays used
     }
 }
 
+// The number of a record that has no serial number yet becomes it, where nobody is disturbed by that.
+bool clsTSDB::storeSerial(int32 record, TextView number) {
+    auto& e = *engine_;
+    auto& d = e.d;
+    const int32 field = d.control->AutowertFeld();
+    const int32 index = d.control->IndexNr(Variant(field));
+    if (d.folder.readOnly || e.writer.busy() || !d.indexes.has(index) || !d.serial) return false;
+    const DatabaseHold hold(d.locks, DatabaseLocks::Wait::never);
+    if (!hold) return false;
+    try {
+        d.refreshCount();
+        if (!trim(GetField(record, field)).empty()) return false;
+        const SearchKey key = d.indexes.keys(index).search(number);
+        if (d.indexes.open(index).locate(key).exact) return false;
+        RecordBuffer content(d.layout);
+        d.store.read(record, content.room());
+        content.loaded();
+        content.set(field, number);
+        if (!e.writer.change(record,
+                             {.content = content, .extent = RecordBuffer::Extent::assigned, .locked = true}))
+            return false;
+        d.serial.atLeast(record);
+        return true;
+    } catch (const Failure& failure) {
+        recordFailure(failure);
+        return false;
+    }
+}
+
 std::shared_ptr<clsTSRecord> clsTSDB::Record(int32 Satznummer, bool Locked) {
-    auto& d = *parts_;
-    const int32 number = Satznummer > 0 ? Satznummer : d.aktSatz;
-    if (!d.hasRecord(number)) {
-        d.fail(63);
+    auto& e = *engine_;
+    const int32 number = Satznummer > 0 ? Satznummer : e.c.aktSatz;
+    if (!e.d.store || !e.d.store.reaches(number)) {
+        e.fail(DatabaseError::badRecord);
         return nullptr;
     }
     std::shared_ptr<clsTSRecord> record;

@@ -3,12 +3,14 @@
 // lock state.
 #include <memory>
 
-#include "tsRtm/database/RecordBuffer.hpp"
+#include "tsRtm/fields/clsControl.hpp"
 #include "tsRtm/types/Event.hpp"
 
 namespace tsRtm {
 
 class clsTSDB;
+class RecordBuffer;
+class RecordLayout;
 
 // The fields are loaded from the file at the first read. Satznummer is 0 or below for a record that was not
 // stored yet. The link to the database is weak: once that has gone, DB is nothing, reading gives what was
@@ -76,7 +78,7 @@ class clsTSRecord {
     std::shared_ptr<clsControl> control_;
     const RecordLayout* layout_;  // of the database, while it lives
     int32 number_;
-    RecordBuffer felder_;
+    std::unique_ptr<RecordBuffer> felder_;
     Text shown_;
     int32 error_ = 0;
     int32 serial_ = 0;  // given out for this record, not stored yet
@@ -84,6 +86,8 @@ class clsTSRecord {
     bool changed_ = false;
     bool locked_ = false;
     bool readOnly_ = false;
+    bool lockIsOurs_ = false;  // this object won the lock, and gives it back
+    bool storeTried_ = false;  // the serial number may be in the file
 };
 
 }  // namespace tsRtm

@@ -83,7 +83,10 @@ class Reader {
         field->Spalte(toNumber(text_.readItem()));
         field->Laenge(toNumber(text_.readItem()));
         field->Typ(toNumber(text_.readItem()));
-        if (field->Laenge() < 0 || field->Laenge() > kMaxLaenge) refuse(u"Feldlänge außerhalb des Bereichs");
+        // A memo states the length of its blocks; its columns in the record are few whatever that is.
+        const bool inRecord = !field->IsMemo() && !field->IsBlob();
+        if (field->Laenge() < 0 || (inRecord && field->Laenge() > kMaxLaenge))
+            refuse(u"Feldlänge außerhalb des Bereichs");
         if (around_.typ == ControlTyp_Maske) readDBFeld(*field);
         field->Titel(readTitle());
         return field;

@@ -60,6 +60,7 @@ bool clsControl::read(TextView file, bool& nichtAnsi) {
     locate(file);
     content_ = {};
     content_.nichtAnsi = nichtAnsi;
+    looksUnicode_.reset();
     resetNames();
     children_.clear();
     masken_.reset();

@@ -1,6 +1,7 @@
 #pragma once
 // The structure of a database, of a chain or of a mask: its control file in memory.
 #include <memory>
+#include <optional>
 #include <unordered_map>
 #include <vector>
 
@@ -47,9 +48,9 @@ class clsControl : public std::enable_shared_from_this<clsControl> {
     eControlTyp Typ() const noexcept { return typ_; }
 
     bool IstAnsi() const noexcept { return !content_.nichtAnsi; }
-    bool IstUnicode() const noexcept { return content_.unicode; }
-    // The open path of the database sets it by the look of the data file.
-    void IstUnicode(bool value) noexcept { content_.unicode = value; }
+    bool IstUnicode() const noexcept { return looksUnicode_.value_or(content_.unicode); }
+    // The open path of the database sets it by the look of the data file. Save keeps to what the file said.
+    void IstUnicode(bool value) noexcept { looksUnicode_ = value; }
     // Whether some field is of the kind that stores UTF-16 inside an 8-bit record.
     bool HatUnicodeFelder() const noexcept { return content_.unicodeFelder; }
 
@@ -138,6 +139,7 @@ class clsControl : public std::enable_shared_from_this<clsControl> {
     int32 anker_ = 0;
     int32 vorLaenge_ = 1;
     ControlContent content_;
+    std::optional<bool> looksUnicode_;
     mutable std::unordered_map<Text, int32> names_;
     mutable bool namesBuilt_ = false;
     std::unordered_map<int32, std::shared_ptr<clsControl>> children_;

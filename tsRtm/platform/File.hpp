@@ -101,6 +101,8 @@ class File : public RangeLocks, public SharedOpening, public ServedFile {
     virtual FileWindow* window() = 0;
     // Full name of the file as it was opened, found without regard to case where need be.
     virtual const Text& name() const noexcept = 0;
+    // Whether that name still leads to this file: false once it was deleted, renamed or replaced.
+    virtual Result<bool> inPlace() = 0;
 };
 
 }  // namespace tsRtm::platform

@@ -34,6 +34,9 @@ class RefusingFiles final : public platform::FileSystem {
         return renameError ? *renameError : memory_.rename(from, to, replace);
     }
     Error makeFolder(TextView name) override { return memory_.makeFolder(name); }
+    Error exchange(TextView from, TextView to) override { return memory_.exchange(from, to); }
+    Error copyAccess(TextView from, TextView to) override { return memory_.copyAccess(from, to); }
+    Error flushFolder(TextView name) override { return memory_.flushFolder(name); }
     platform::Result<std::vector<platform::FolderEntry>> list(TextView folder) override {
         return memory_.list(folder);
     }

@@ -9,6 +9,8 @@
 
 #include "tsRtm/platform/posix/PosixErrors.hpp"
 #include "tsRtm/platform/posix/PosixLocks.hpp"
+#include "tsRtm/platform/posix/PosixOpening.hpp"
+#include "tsRtm/platform/posix/PosixPath.hpp"
 #include "tsRtm/platform/posix/PosixVolume.hpp"
 
 namespace tsRtm::platform::posix {
@@ -137,6 +139,8 @@ Result<uint64> PosixFile::greatestShown(uint64 floor) {
     if (!end) return end.error();
     return *end == 0 ? uint64{0} : *end - 1 - lockRanges::kSigns;
 }
+
+Result<bool> PosixFile::inPlace() { return stillInPlace(handle_.get(), plainPath(name_)); }
 
 SystemError PosixFile::tryLock(ByteRange range) {
     if (!lockable(range)) return SystemError::invalidParameter;

@@ -22,6 +22,7 @@ class PosixFile final : public File {
     [[nodiscard]] SystemError flush() override;
     FileWindow* window() override;
     const Text& name() const noexcept override { return name_; }
+    Result<bool> inPlace() override;
 
     [[nodiscard]] SystemError tryLock(ByteRange range) override;
     [[nodiscard]] SystemError unlock(ByteRange range) override;

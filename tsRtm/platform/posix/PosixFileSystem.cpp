@@ -139,6 +139,15 @@ SystemError PosixFileSystem::makeFolder(TextView name) {
     return folder ? SystemError::none : SystemError::alreadyExists;
 }
 
+SystemError PosixFileSystem::flushFolder(TextView name) {
+    const auto found = findPath(name);
+    if (!found) return found.error();
+    const Handle folder(::open(found->path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!folder) return lastError();
+    // Some file systems keep their names on the device at once, and refuse to be asked.
+    return ::fsync(folder.get()) == 0 || errno == EINVAL ? SystemError::none : lastError();
+}
+
 Result<std::vector<FolderEntry>> PosixFileSystem::list(TextView folder) {
     const auto path = existingPath(folder);
     if (!path) return path.error() == SystemError::fileNotFound ? SystemError::pathNotFound : path.error();

@@ -15,6 +15,9 @@ class PosixFileSystem final : public FileSystem {
     [[nodiscard]] SystemError exchange(TextView from, TextView to) override;
     [[nodiscard]] SystemError copyAccess(TextView from, TextView to) override;
     [[nodiscard]] SystemError makeFolder(TextView name) override;
+    [[nodiscard]] SystemError flushFolder(TextView name) override;
+    // Hidden files open like all others.
+    [[nodiscard]] SystemError unhide(TextView) override { return SystemError::notSupported; }
     Result<std::vector<FolderEntry>> list(TextView folder) override;
     DriveKind driveKind(TextView name) override;
     // On a volume without a basket the file is deleted, as desktops do with network files.

@@ -49,16 +49,14 @@ SystemError takeShare(int descriptor, Sharing sharing) noexcept {
     return error == SystemError::notSupported ? SystemError::none : error;
 }
 
-// Whether the path still leads to the opened file. Before its lock was there, another one may have taken the
-// place: who wrote on in the old one would write for nobody.
+}  // namespace
+
 bool stillInPlace(int descriptor, const std::string& path) noexcept {
     struct stat opened {};
     struct stat present {};
     return ::fstat(descriptor, &opened) == 0 && ::stat(path.c_str(), &present) == 0 &&
            opened.st_dev == present.st_dev && opened.st_ino == present.st_ino;
 }
-
-}  // namespace
 
 bool readOnlyMode(unsigned mode) noexcept { return (mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0; }
 

@@ -18,6 +18,10 @@ Result<Handle> openShared(const std::string& path, OpenRequest request);
 // opened.
 Result<Handle> holdForRemoval(const std::string& path);
 
+// Whether the path still leads to the opened file. Before its lock was there, another one may have taken the
+// place: who wrote on in the old one would write for nobody.
+bool stillInPlace(int descriptor, const std::string& path) noexcept;
+
 // No permission to write for anyone: the read-only attribute, which binds an administrator too.
 bool readOnlyMode(unsigned mode) noexcept;
 

@@ -1,0 +1,39 @@
+#pragma once
+// Stand.tsd: how often the indexes of a database were changed, so that a reader who takes no lock knows
+// whether an update crossed his walk.
+//
+//   offset  size  content
+//   0       8     little-endian number, odd while an update is under way
+//
+// The file is ours. It comes with the first opening that may write; programs that do not know it pass it
+// over.
+#include "tsRtm/database/files/BlockFile.hpp"
+
+namespace tsRtm {
+
+// The open Stand.tsd, or none. Changed under the database lock. Failures raise as raiseFileFailure tells.
+class ChangeCount {
+ public:
+    static constexpr TextView kFileName = u"Stand.tsd";
+
+    ChangeCount() = default;
+    explicit ChangeCount(platform::File& file) : bytes_(file) {}
+
+    explicit operator bool() const noexcept { return static_cast<bool>(bytes_); }
+    // Writes a 0 into an empty file.
+    void initialise();
+    // With a window no system call. What was read before this call was read before the number, what is read
+    // afterwards after it.
+    uint64 value();
+    static constexpr bool isQuiet(uint64 value) noexcept { return value % 2 == 0; }
+
+    void begin();
+    void end();
+
+ private:
+    void store(uint64 value);
+
+    BlockFile bytes_;
+};
+
+}  // namespace tsRtm

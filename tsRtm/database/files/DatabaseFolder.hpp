@@ -1,0 +1,32 @@
+#pragma once
+// The directory of an open database, how it was opened, and the opening of the files in it.
+#include "tsRtm/frame/files/FilesTopic.hpp"
+
+namespace tsRtm {
+
+// Of the numbered file family.
+inline constexpr int32 kModusReadWrite = 4;
+inline constexpr int32 kModusReadOnly = 5;
+
+// Passive; the face sets it at the opening. The files outlive it.
+struct DatabaseFolder {
+    explicit DatabaseFolder(FilesTopic& filesTopic) : files(filesTopic) {}
+
+    FilesTopic& files;
+    Text name;  // as given, with ".DBD"
+    bool readOnly = false;
+    bool shared = true;
+    bool sensible = false;  // what is deleted is overwritten first
+
+    MessagesTopic& messages() const { return files.messages(); }
+    int32 modus() const noexcept { return readOnly ? kModusReadOnly : kModusReadWrite; }
+    Text path(TextView file) const;
+    // Opens a file of the directory in the mode of the database; waits NetWait seconds in silence. 0 where it
+    // cannot be opened.
+    int32 open(TextView file, bool sharedOpening) const;
+    // Closes a file of the numbered or of the handle family and sets its number to 0; failures are ignored.
+    void close(int32& number) const noexcept;
+    void closeHandle(int32& handle) const noexcept;
+};
+
+}  // namespace tsRtm

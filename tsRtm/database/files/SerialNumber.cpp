@@ -1,0 +1,69 @@
+#include "tsRtm/database/files/SerialNumber.hpp"
+
+#include "tsRtm/database/files/LockWait.hpp"
+#include "tsRtm/types/Failure.hpp"
+
+namespace tsRtm {
+namespace {
+
+constexpr int64 kLockPosition = 1;
+
+}  // namespace
+
+template <class Work>
+auto SerialNumber::locked(Work work) {
+    if (lockWithWait(*messages_, bytes_.file(), {kLockPosition, 0, true}) != 0)
+        raise(70, u"clsTSDB", u"Autowert.tsd ist gesperrt");
+    struct Unlock {
+        platform::File& file;
+        ~Unlock() { static_cast<void>(file.unlock({kLockPosition - 1, 1})); }
+    } unlock{bytes_.file()};
+    return work();
+}
+
+int32 SerialNumber::last() {
+    unsigned char bytes[4] = {};
+    bytes_.read(0, {reinterpret_cast<char*>(bytes), sizeof bytes});
+    return static_cast<int32>(uint32{bytes[0]} | uint32{bytes[1]} << 8 | uint32{bytes[2]} << 16 |
+                              uint32{bytes[3]} << 24);
+}
+
+void SerialNumber::store(int32 value) {
+    const auto bits = static_cast<uint32>(value);
+    const char bytes[4] = {static_cast<char>(bits), static_cast<char>(bits >> 8),
+                           static_cast<char>(bits >> 16), static_cast<char>(bits >> 24)};
+    bytes_.write(0, {bytes, sizeof bytes});
+}
+
+void SerialNumber::initialise(const std::function<int32()>& greatest) {
+    if (bytes_.refreshSize() != 0) return;
+    locked([&] {
+        if (bytes_.refreshSize() == 0) store(greatest());
+        return 0;
+    });
+}
+
+int32 SerialNumber::next(int32 greatest) {
+    return locked([&] {
+        const int64 value = int64{last()} + 1;
+        if (value < 1 || value > greatest) return 0;
+        store(static_cast<int32>(value));
+        return static_cast<int32>(value);
+    });
+}
+
+void SerialNumber::atLeast(int32 value) {
+    locked([&] {
+        if (last() < value) store(value);
+        return 0;
+    });
+}
+
+void SerialNumber::giveUp(int32 value) {
+    locked([&] {
+        if (last() == value) store(value - 1);
+        return 0;
+    });
+}
+
+}  // namespace tsRtm

@@ -1,0 +1,29 @@
+#include "tsRtm/database/files/UpdateMarks.hpp"
+
+#include "tsRtm/frame/rtmMain.hpp"
+
+namespace tsRtm {
+
+void UpdateMarks::begin() {
+    if (underWay_) return;
+    // Readers first: they wait from here on. The mark before the first index: it tells what a death left.
+    if (changes_) changes_.begin();
+    count_.mark();
+    underWay_ = true;
+    ++rtmMain::state().updatesUnderWay;
+}
+
+void UpdateMarks::end(int32 records) {
+    if (!underWay_) return;
+    count_.finish(records);
+    giveUp();
+    if (changes_) changes_.end();
+}
+
+void UpdateMarks::giveUp() noexcept {
+    if (!underWay_) return;
+    underWay_ = false;
+    --rtmMain::state().updatesUnderWay;
+}
+
+}  // namespace tsRtm

@@ -1,0 +1,34 @@
+#pragma once
+// The brackets around a change of the indexes: what a reader waits on, and what tells the next one who holds
+// the database lock that an update died.
+#include "tsRtm/database/files/ChangeCount.hpp"
+#include "tsRtm/database/files/CountFile.hpp"
+
+namespace tsRtm {
+
+// Between begin and end the indexes and the records may disagree. All under the database lock (or in single
+// use). Knows the files by reference. Failures raise as raiseFileFailure tells.
+class UpdateMarks {
+ public:
+    UpdateMarks(CountFile& count, ChangeCount& changes) : count_(count), changes_(changes) {}
+    ~UpdateMarks() { giveUp(); }
+    UpdateMarks(const UpdateMarks&) = delete;
+    UpdateMarks& operator=(const UpdateMarks&) = delete;
+
+    // An earlier update was not ended: the indexes must be built anew.
+    bool leftBehind() { return !underWay_ && count_ && count_.marked(); }
+    bool underWay() const noexcept { return underWay_; }
+
+    void begin();
+    // Indexes and records agree again; `records` is their count, for Count.tsd.
+    void end(int32 records);
+    // The change is not ended here: its marks stay for who comes next.
+    void giveUp() noexcept;
+
+ private:
+    CountFile& count_;
+    ChangeCount& changes_;
+    bool underWay_ = false;
+};
+
+}  // namespace tsRtm

@@ -1,0 +1,74 @@
+#pragma once
+// Reading beside writers: whether an update of somebody else crossed what a reader, who takes no lock, has
+// walked through.
+#include <chrono>
+#include <functional>
+
+#include "tsRtm/database/files/ChangeCount.hpp"
+#include "tsRtm/database/files/DatabaseLocks.hpp"
+#include "tsRtm/types/Failure.hpp"
+
+namespace tsRtm {
+
+// Looks at the number of changes before and after a walk: two system calls a walk where the files have no
+// window, none where they have. Without Stand.tsd (nobody who keeps it ever wrote here) it looks at the mark
+// in Count.tsd. Knows its parts by reference. Not thread-safe.
+class UpdateWatch {
+ public:
+    UpdateWatch(CountFile& count, ChangeCount& changes, DatabaseLocks& locks, const DatabaseFolder& folder)
+        : count_(count), changes_(changes), locks_(locks), folder_(folder) {}
+
+    // Heals what an update left that died, under the database lock. Set by who owns the indexes; false where
+    // it could not.
+    std::function<bool()> heal;
+
+    // Runs `work(number)` until no update of somebody else can have touched it; `number` tells how often the
+    // indexes have changed, so that what was learnt at the same number still holds. What the work raises
+    // beside an update is its own. Waits while somebody is at work; in the end it reads under the database
+    // lock. Raises 70 (kFileFailureSource) where that cannot be had, or where this program itself is in the
+    // middle of an update by another object.
+    template <class Work>
+    auto steady(Work work) {
+        if (locks_.alone() || !count_) return work(number());
+        for (Patience patience;;) {
+            const Look before = look();
+            if (before.quiet) {
+                try {
+                    auto result = work(before.number);
+                    if (same(before)) return result;
+                } catch (const Failure&) {
+                    if (same(before)) throw;
+                }
+            }
+            if (!waits(patience)) break;
+        }
+        const DatabaseHold hold(locks_, DatabaseLocks::Wait::silently);
+        if (!hold) raiseBusy();
+        return work(number());
+    }
+
+ private:
+    struct Look {
+        uint64 number = 0;
+        bool quiet = true;
+    };
+    struct Patience {
+        int32 attempts = 0;
+        std::chrono::nanoseconds start{};
+    };
+
+    Look look();
+    bool same(const Look& before);
+    uint64 number() { return changes_ ? changes_.value() : ++unknown_; }
+    // Until the next attempt; false when patience is at its end.
+    bool waits(Patience& patience);
+    [[noreturn]] void raiseBusy() const;
+
+    CountFile& count_;
+    ChangeCount& changes_;
+    DatabaseLocks& locks_;
+    const DatabaseFolder& folder_;
+    uint64 unknown_ = 0;  // a number that was never seen, where there is no count of changes
+};
+
+}  // namespace tsRtm

@@ -1,0 +1,50 @@
+#include "tsRtm/database/files/WorkSign.hpp"
+
+#include <utility>
+
+#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/types/Failure.hpp"
+
+namespace tsRtm {
+namespace {
+
+constexpr uint64 kAlive = 1;
+
+}  // namespace
+
+bool WorkSign::othersLive() const {
+    if (!folder_.shared) return false;
+    const auto shown = count_.file().greatestShown(0);
+    // A ground that cannot tell is no reason to check whole indexes at each opening.
+    return !shown || *shown != 0;
+}
+
+bool WorkSign::leftUncleanly() { return count_.atWork() && !othersLive(); }
+
+DatabaseError WorkSign::enter() {
+    if (entered_) return DatabaseError::none;
+    const DatabaseHold hold(locks_);
+    if (!hold) return hold.error();
+    if (folder_.shared && platform::failed(count_.file().show(kAlive)))
+        rtmMain::DebugLog(folder_.name + u": ein Abbruch wird von anderen nicht bemerkt");
+    if (!count_.atWork()) {
+        count_.signOn();
+        static_cast<void>(count_.file().flush());
+    }
+    entered_ = true;
+    return DatabaseError::none;
+}
+
+void WorkSign::leave(const std::function<void()>& flush) noexcept {
+    if (!std::exchange(entered_, false)) return;
+    try {
+        flush();
+        // Who holds the lock is at work, and takes the sign back himself.
+        const DatabaseHold hold(locks_, DatabaseLocks::Wait::never);
+        if (folder_.shared) static_cast<void>(count_.file().show(0));
+        if (hold && !count_.marked() && !othersLive()) count_.signOff();
+    } catch (...) {  // the sign stays: the next opening looks
+    }
+}
+
+}  // namespace tsRtm

@@ -1,0 +1,37 @@
+#pragma once
+// Who writes says so in Count.tsd, and takes it back when he leaves: an opening that finds the sign and
+// nobody at work knows that the last one did not leave cleanly (all programs killed, the machine gone down).
+#include <functional>
+
+#include "tsRtm/database/files/DatabaseLocks.hpp"
+
+namespace tsRtm {
+
+// The sign stands in the file; beside it each writer shows, by a lock that dies with him, that he lives.
+// Knows its parts by reference.
+class WorkSign {
+ public:
+    WorkSign(const DatabaseFolder& folder, CountFile& count, DatabaseLocks& locks)
+        : folder_(folder), count_(count), locks_(locks) {}
+
+    // At an opening, under the database lock: the sign is there, and nobody lives who set it.
+    bool leftUncleanly();
+    // What was left has been looked at.
+    void settled() { count_.signOff(); }
+    // Before the first change: sets the sign, on the device before anything that is changed. Again after an
+    // older program wrote over it. What the lock or the file refuses.
+    [[nodiscard]] DatabaseError enter();
+    // Closes the work: `flush` brings what was written to the device; the last one who leaves takes the sign
+    // back.
+    void leave(const std::function<void()>& flush) noexcept;
+
+ private:
+    bool othersLive() const;
+
+    const DatabaseFolder& folder_;
+    CountFile& count_;
+    DatabaseLocks& locks_;
+    bool entered_ = false;
+};
+
+}  // namespace tsRtm

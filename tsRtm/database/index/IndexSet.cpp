@@ -1,0 +1,203 @@
+#include "tsRtm/database/index/IndexSet.hpp"
+
+#include "tsRtm/database/index/FlatIndex.hpp"
+#include "tsRtm/database/index/TreeIndex.hpp"
+#include "tsRtm/frame/MessagesTopic.hpp"
+#include "tsRtm/frame/rtmMain.hpp"
+
+namespace tsRtm {
+namespace {
+
+constexpr TextView kSource = u"clsTSDB_IndexOpen";
+constexpr int16 kUnknownVersion = 2;
+
+// A notice to the user for the length of a work.
+class Notice {
+ public:
+    Notice(MessagesTopic& messages, const Text& text) : messages_(messages) { messages_.HaltNachricht(text); }
+    ~Notice() { messages_.ClearHaltNachricht(); }
+    Notice(const Notice&) = delete;
+    Notice& operator=(const Notice&) = delete;
+
+ private:
+    MessagesTopic& messages_;
+};
+
+}  // namespace
+
+void IndexSet::define(const clsControl& control, const RecordLayout& layout, bool big) {
+    clear();
+    form_ = big ? IndexFileForm::tree : IndexFileForm::flat;
+    serialField = control.AutowertFeld();
+    for (const auto& entry : control.indexes()) {
+        slots_.push_back(std::make_unique<Slot>(IndexKeys(layout, {entry[0], entry[1], entry[2]})));
+        captions_.push_back(layout.has(entry[0]) ? Text(control.field(entry[0]).Caption()) : Text());
+    }
+}
+
+void IndexSet::clear() noexcept {
+    closeAll();
+    slots_.clear();
+    captions_.clear();
+}
+
+Text IndexSet::fileName(int32 number) const {
+    const Text digits = toText(1000 + keys(number).primary());
+    return u"I" + digits.substr(digits.size() - 3);
+}
+
+Text IndexSet::quotedName(int32 number) const { return u"Indexdatei \"" + filePath(number) + u"\""; }
+
+void IndexSet::openFile(int32 number) {
+    Slot& at = slot(number);
+    // The directory may have become that of another database, copied or renamed into the place of ours.
+    const auto inPlace = p_.count.file().inPlace();
+    if (inPlace && *inPlace) at.file = p_.folder.open(fileName(number), true);
+    // No blank before "kann": the text stands so in logs.
+    if (at.file == 0) raise(70, kSource, quotedName(number) + u"kann nicht geöffnet werden");
+    auto& file = p_.folder.files.file(at.file);
+    if (big())
+        at.form = std::make_unique<TreeIndex>(file, p_.store, at.keys, p_.folder.readOnly);
+    else
+        at.form = std::make_unique<FlatIndex>(file, p_.store, at.keys, p_.folder.shared);
+}
+
+void IndexSet::checkVersion(int32 number) {
+    if (!big()) return;
+    const auto header = static_cast<TreeIndex&>(*slot(number).form).header();
+    if (header.version < kUnknownVersion) return;
+    raise(461, kSource, quotedName(number) + u" hat die falsche Version " + toText(header.version));
+}
+
+bool IndexSet::isEmptyTree(int32 number) {
+    return big() && static_cast<TreeIndex&>(*slot(number).form).header().wurzel <= 0;
+}
+
+bool IndexSet::fits(int32 number) {
+    IndexForm& form = *slot(number).form;
+    p_.store.refresh();
+    if (big()) return form.total() == p_.store.count();
+    // The array may be longer: what lies behind the records counts for nothing.
+    return static_cast<FlatIndex&>(form).stored() >= p_.store.count();
+}
+
+IndexForm& IndexSet::openAsItIs(int32 number) {
+    if (!slot(number).form) {
+        try {
+            openFile(number);
+            checkVersion(number);
+        } catch (const Failure&) {
+            close(number);
+            throw;
+        }
+    }
+    return *slot(number).form;
+}
+
+IndexForm& IndexSet::open(int32 number) {
+    if (slot(number).form) return *slot(number).form;
+    openAsItIs(number);
+    try {
+        if (!p_.watch.steady([&](uint64) { return fits(number); })) heal(number);
+    } catch (const Failure&) {
+        close(number);
+        throw;
+    }
+    return *slot(number).form;
+}
+
+// A file that does not fit the records.
+void IndexSet::heal(int32 number) {
+    // A root of 0 is not healed, only a wrong total is; but for an index that nobody has built yet.
+    const bool isNew = keys(number).primary() == serialField;
+    if (isEmptyTree(number) && !isNew) raise(6, kSource, quotedName(number) + u" ist leer");
+    // A reader bears an array that is too short: it is opened without a check.
+    if (!big() && p_.folder.readOnly) return;
+    const Text text = quotedName(number) + u" hat die falsche Anzahl von Einträgen";
+    rtmMain::DebugLog(u"clsTSDB_IndexOpen: " + text);
+    if (p_.folder.readOnly) raise(6, kSource, text);
+    const DatabaseHold hold(p_.locks, DatabaseLocks::Wait::silently);
+    if (!hold) raise(70, kSource, quotedName(number) + u"kann nicht geöffnet werden");
+    // Somebody else may have been quicker.
+    if (!p_.marks.leftBehind() && fits(number)) return;
+    try {
+        if (p_.marks.leftBehind())
+            rebuildAll();
+        else
+            rebuild(number);
+    } catch (const Failure& failure) {
+        rtmMain::DebugLog(failure.Source() + u": " + failure.Description());
+        raise(6, kSource, text);
+    }
+}
+
+void IndexSet::close(int32 number) noexcept {
+    Slot& at = slot(number);
+    at.form.reset();
+    p_.folder.close(at.file);
+}
+
+void IndexSet::closeAll() noexcept {
+    for (int32 number = 1; has(number); ++number) close(number);
+}
+
+void IndexSet::flush() noexcept {
+    for (const auto& at : slots_) try {
+            if (at->file != 0) static_cast<void>(p_.folder.files.file(at->file).flush());
+        } catch (const Failure&) {  // what is not on the device is found wrong at the next opening
+        }
+}
+
+void IndexSet::buildOne(int32 number) {
+    Slot& at = slot(number);
+    if (!at.form) openFile(number);
+    at.form->forget();
+    rebuildIndex(p_.folder.files.file(at.file), form_, recordsInOrder(p_.store, at.keys, {}), number);
+}
+
+void IndexSet::build(int32 first, int32 last) {
+    if (const auto error = p_.sign.enter(); failed(error))
+        raise(numberOf(error), kFileFailureSource, p_.folder.name + u": kein Zugriff zum Schreiben");
+    p_.store.refresh();
+    // Inside an update they are its own marks, and it ends them.
+    const bool own = !p_.marks.underWay();
+    p_.marks.begin();
+    try {
+        for (int32 number = first; number <= last; ++number) buildOne(number);
+    } catch (const Failure&) {
+        if (own) p_.marks.giveUp();
+        throw;
+    }
+    if (own) p_.marks.end(p_.store.count());
+    for (int32 number = first; rebuilt && number <= last; ++number) rebuilt(keys(number).primary());
+}
+
+void IndexSet::rebuildAll() {
+    const Notice notice(p_.folder.messages(),
+                        u"Reorganisation der Indizes erforderlich, bitte einen Augenblick Geduld...");
+    build(1, count());
+}
+
+void IndexSet::rebuild(int32 number) {
+    const Notice notice(p_.folder.messages(), u"Reorganisation des Index " +
+                                                  captions_[static_cast<std::size_t>(number - 1)] +
+                                                  u" erforderlich, bitte einen Augenblick Geduld...");
+    build(number, number);
+}
+
+bool IndexSet::healLeftBehind() {
+    const DatabaseHold hold(p_.locks, DatabaseLocks::Wait::silently);
+    if (!hold) return false;
+    if (!p_.marks.leftBehind()) return true;
+    rtmMain::DebugLog(u"Eine Aktualisierung von " + p_.folder.name + u" wurde nicht beendet");
+    try {
+        rebuildAll();
+        return true;
+    } catch (const Failure& failure) {
+        rtmMain::DebugLog(u"Die Indizes von " + p_.folder.name + u" müssen neu aufgebaut werden: " +
+                          failure.Description());
+        return false;
+    }
+}
+
+}  // namespace tsRtm

@@ -1,0 +1,90 @@
+#include "tsRtm/database/index/NodeFile.hpp"
+
+#include <cstring>
+#include <limits>
+
+#include "tsRtm/types/Failure.hpp"
+
+namespace tsRtm {
+namespace {
+
+template <class T>
+BytesView bytesOf(const T& value) noexcept {
+    return {reinterpret_cast<const char*>(&value), sizeof value};
+}
+
+template <class T>
+std::span<char> roomOf(T& value) noexcept {
+    return {reinterpret_cast<char*>(&value), sizeof value};
+}
+
+}  // namespace
+
+tree::Header NodeFile::header(bool readOnly) {
+    tree::Header header;
+    if (const char* in = bytes_.view(0, sizeof header)) {
+        std::memcpy(&header, in, sizeof header);
+        return header;
+    }
+    if (bytes_.refreshSize() == 0) {
+        if (!readOnly) {
+            bytes_.write(0, bytesOf(tree::Node{}));
+            bytes_.store(0, bytesOf(header));
+        }
+        return header;
+    }
+    header = {};
+    header.magic[0] = '\0';
+    bytes_.read(0, roomOf(header));
+    return header;
+}
+
+void NodeFile::header(const tree::Header& header) { bytes_.store(0, bytesOf(header)); }
+
+bool NodeFile::isNode(int32 address) {
+    if (address < tree::kFirstNode) return false;
+    const uint64 end = tree::offsetOf(address) + tree::kBlockBytes;
+    return end <= bytes_.knownSize() || end <= bytes_.refreshSize();
+}
+
+bool NodeFile::read(int32 address, tree::Node& into) {
+    if (!isNode(address)) return false;
+    return bytes_.read(tree::offsetOf(address), roomOf(into)) == sizeof into;
+}
+
+void NodeFile::write(int32 address, const tree::Node& node) {
+    bytes_.store(tree::offsetOf(address), bytesOf(node));
+}
+
+void NodeFile::writeCount(int32 address, int32 entry, int32 count) {
+    const auto at = offsetof(tree::Node, entries) +
+                    static_cast<std::size_t>(entry - 1) * sizeof(tree::Entry) +
+                    offsetof(tree::Entry, zaehler);
+    bytes_.store(tree::offsetOf(address) + at, bytesOf(count));
+}
+
+int32 NodeFile::allocate(tree::Header& header) {
+    tree::Node node;
+    if (header.freiListe > 0 && read(header.freiListe, node) && node.anzahl == tree::kFreeMark) {
+        const int32 address = header.freiListe;
+        header.freiListe = node.entry(1).kind;
+        return address;
+    }
+    // A free list that leads nowhere is left alone: its nodes are lost until the next rebuild, nothing else.
+    header.freiListe = 0;
+    const uint64 end = (bytes_.refreshSize() + tree::kBlockBytes - 1) / tree::kBlockBytes * tree::kBlockBytes;
+    if (end + tree::kBlockBytes > static_cast<uint64>(std::numeric_limits<int32>::max()))
+        raise(61, u"clsTSDB", u"Die Indexdatei ist zu groß");
+    bytes_.write(end, bytesOf(tree::Node{}));
+    return static_cast<int32>(end) + 1;
+}
+
+void NodeFile::release(int32 address, tree::Header& header) {
+    tree::Node node;
+    node.anzahl = tree::kFreeMark;
+    node.entry(1).kind = header.freiListe;
+    write(address, node);
+    header.freiListe = address;
+}
+
+}  // namespace tsRtm

@@ -1,0 +1,62 @@
+#include "tsRtm/database/records/FieldValue.hpp"
+
+#include <algorithm>
+
+#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/text/NumberText.hpp"
+
+namespace tsRtm {
+namespace {
+
+constexpr std::size_t kExactDigits = 15;
+
+bool digits(TextView text) noexcept {
+    return std::all_of(text.begin(), text.end(), [](char16_t c) { return c >= u'0' && c <= u'9'; });
+}
+
+// Whether a stored number has its final form already, but for the decimal mark: most have.
+bool isFinal(TextView stored, std::size_t decimals) noexcept {
+    if (stored.starts_with(u'-')) stored.remove_prefix(1);
+    if (stored.size() < decimals + 2 || stored.size() > kExactDigits ||
+        stored[stored.size() - decimals - 1] != u'.')
+        return false;
+    const TextView whole = stored.substr(0, stored.size() - decimals - 1);
+    const TextView rest = stored.substr(stored.size() - decimals);
+    return digits(whole) && digits(rest) && (whole.size() == 1 || whole.front() != u'0');
+}
+
+bool isZero(TextView stored) noexcept {
+    return std::none_of(stored.begin(), stored.end(), [](char16_t c) { return c >= u'1' && c <= u'9'; });
+}
+
+}  // namespace
+
+void showNumber(const FieldLayout& field, TextView stored, Text& into) {
+    const int32 decimals = field.nachKomma & 7;
+    const Text& mark = rtmMain::state().locale.sepDec;
+    if (field.nachKomma > 0 && decimals > 0 && mark.size() == 1 &&
+        stored.find(mark == u"." ? u'\0' : mark[0]) == TextView::npos &&
+        isFinal(stored, static_cast<std::size_t>(decimals)) && !isZero(stored)) {
+        into = stored;
+        into[into.size() - static_cast<std::size_t>(decimals) - 1] = mark[0];
+        return;
+    }
+    if (field.nachKomma < 1) {
+        into = plainNumber(TSVal(stored));
+        return;
+    }
+    into = formatNumber(TSVal(stored), decimals, false);
+    // A raw word with flags alone still asks for the decimal mark: "12,".
+    if (decimals == 0) into += mark;
+}
+
+Text storedNumber(const FieldLayout& field, TextView typed) {
+    const bool both = typed.find(u',') != TextView::npos && typed.find(u'.') != TextView::npos;
+    // Without decimals every "." is a thousands mark. The raw word decides, so a field with a page break or
+    // another mark beside its decimals counts as one with decimals.
+    const bool whole = field.nachKomma < 1;
+    const Text out = whole || both ? replaceAll(typed, u".", u"") : Text(typed);
+    return whole ? out : replaceAll(out, u",", u".");
+}
+
+}  // namespace tsRtm

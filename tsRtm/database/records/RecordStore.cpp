@@ -1,0 +1,116 @@
+#include "tsRtm/database/records/RecordStore.hpp"
+
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+#include <cstring>
+
+namespace tsRtm {
+
+namespace {
+
+// A record that somebody writes without a pause is taken as it is in the end.
+constexpr int32 kMostCopies = 1000;
+
+// Keeps the compiler from taking two looks at shared memory for one.
+void lookAnew() noexcept { std::atomic_signal_fence(std::memory_order_seq_cst); }
+
+}  // namespace
+
+RecordStore::RecordStore(platform::File& file, const RecordLayout& layout, bool shared)
+    : bytes_(file), layout_(&layout), shared_(shared) {
+    refresh();
+}
+
+void RecordStore::refresh() {
+    bytes_.refreshSize();
+    // The half-width count of a Unicode file is the same figure, since its records take twice the bytes.
+    count_ = roundToInt32(static_cast<float64>(bytes_.knownSize()) / layout_->bytes());
+}
+
+bool RecordStore::reaches(int32 record) {
+    if (has(record)) return true;
+    if (record < 1 || !shared_ || !bytes_) return false;
+    refresh();
+    return has(record);
+}
+
+BytesView RecordStore::view(int32 record, Bytes& room) const {
+    const std::size_t length = layout_->bytes();
+    if (const char* in = bytes_.view(layout_->offsetOf(record), length)) return {in, length};
+    room.resize(length);
+    fillUp(bytes_.read(layout_->offsetOf(record), room), room);
+    return room;
+}
+
+void RecordStore::read(int32 record, Bytes& into) const {
+    into.resize(layout_->bytes());
+    readPart(record, 0, into);
+}
+
+std::size_t RecordStore::readWhole(uint64 offset, std::span<char> into) const {
+    if (!shared_) return bytes_.read(offset, into);
+    if (const char* in = bytes_.view(offset, into.size())) {
+        for (int32 copies = 0; copies < kMostCopies; ++copies) {
+            lookAnew();
+            std::memcpy(into.data(), in, into.size());
+            lookAnew();
+            if (std::memcmp(into.data(), in, into.size()) == 0) break;
+        }
+        bytes_.check();
+        return into.size();
+    }
+    std::size_t got = bytes_.read(offset, into);
+    again_.resize(into.size());
+    for (int32 copies = 0; copies < kMostCopies; ++copies) {
+        const std::size_t second = bytes_.read(offset, again_);
+        if (second == got && std::memcmp(into.data(), again_.data(), got) == 0) break;
+        got = second;
+        std::memcpy(into.data(), again_.data(), got);
+    }
+    return got;
+}
+
+void RecordStore::readPart(int32 record, uint32 offset, std::span<char> into) const {
+    fillUp(readWhole(layout_->offsetOf(record) + offset, into), into);
+}
+
+void RecordStore::fillUp(std::size_t got, std::span<char> into) const {
+    if (got == into.size()) return;
+    const Bytes& blank = layout_->blank();
+    std::copy_n(blank.begin() + static_cast<std::ptrdiff_t>(got % layout_->unit()), into.size() - got,
+                into.begin() + static_cast<std::ptrdiff_t>(got));
+}
+
+// A torn record before the place of the next one gets the blanks that it was read with, not the zeros of a
+// gap.
+void RecordStore::closeGap(int32 record) {
+    const uint64 end = layout_->offsetOf(record);
+    const uint64 size = bytes_.knownSize();
+    if (size >= end) return;
+    const std::size_t missing = std::min<uint64>(end - size, layout_->bytes());
+    bytes_.write(end - missing, layout_->blank().substr(layout_->bytes() - missing));
+}
+
+void RecordStore::write(int32 record, BytesView bytes) {
+    closeGap(record);
+    bytes_.write(layout_->offsetOf(record), bytes);
+    count_ = std::max(count_, record);
+}
+
+void RecordStore::append(BytesView block, int32 records) {
+    closeGap(count_ + 1);
+    bytes_.write(layout_->offsetOf(count_ + 1), block);
+    count_ += records;
+}
+
+void RecordStore::writePart(int32 record, uint32 offset, BytesView bytes) {
+    bytes_.write(layout_->offsetOf(record) + offset, bytes);
+}
+
+void RecordStore::cutTo(int32 count) {
+    bytes_.resize(layout_->offsetOf(count + 1));
+    count_ = count;
+}
+
+}  // namespace tsRtm

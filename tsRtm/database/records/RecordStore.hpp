@@ -1,0 +1,71 @@
+#pragma once
+// Data.tsd: records by number.
+#include "tsRtm/database/files/BlockFile.hpp"
+#include "tsRtm/database/records/RecordLayout.hpp"
+
+namespace tsRtm {
+
+// Not thread-safe. Failures of the file raise as raiseFileFailure tells. Knows the layout by reference.
+class RecordStore {
+ public:
+    RecordStore() = default;
+    // `shared`: others may write at any time.
+    RecordStore(platform::File& file, const RecordLayout& layout, bool shared);
+
+    explicit operator bool() const noexcept { return static_cast<bool>(bytes_); }
+    // Records that the file's length made when it was last asked, half to even: half a torn record counts.
+    int32 count() const noexcept { return count_; }
+    void refresh();
+    bool has(int32 record) const noexcept { return record >= 1 && record <= count_; }
+    // The same, and the length is asked anew before the answer is no.
+    bool reaches(int32 record);
+
+    // A record's bytes where they lie, or in `room`; a torn one is filled up with blanks. Good until the next
+    // call that may grow the file. Others may be writing it: only for what is looked at again (UpdateWatch).
+    // The record must be there.
+    BytesView view(int32 record, Bytes& room) const;
+    // A copy in which no write of others is half done: copied until two copies agree.
+    void read(int32 record, Bytes& into) const;
+    // Some bytes of a record in the same way, filled up with blanks behind the end of the file.
+    void readPart(int32 record, uint32 offset, std::span<char> into) const;
+    // Lets the memory come near that a view will look at soon; costs nothing where there is no window.
+    void approach(int32 record, std::span<const uint32> offsets) const noexcept {
+        if (!has(record)) return;
+        const char* const in = bytes_.view(layout_->offsetOf(record), layout_->bytes());
+        if (!in) return;
+        for (const uint32 offset : offsets) __builtin_prefetch(in + offset);
+    }
+    void approachWhole(int32 record) const noexcept {
+        if (!has(record)) return;
+        const char* const in = bytes_.view(layout_->offsetOf(record), layout_->bytes());
+        for (uint32 offset = 0; in && offset < layout_->bytes(); offset += kCacheLine)
+            __builtin_prefetch(in + offset);
+    }
+
+    // One write of the whole record: who dies in it leaves the old one or the new one.
+    void write(int32 record, BytesView bytes);
+    // Whole records behind the last one.
+    void append(BytesView block, int32 records);
+    void writePart(int32 record, uint32 offset, BytesView bytes);
+    // Takes back a record at the end that was not completed.
+    void cutTo(int32 count);
+
+    BlockFile& bytes() noexcept { return bytes_; }
+
+ private:
+    static constexpr uint32 kCacheLine = 64;
+
+    void closeGap(int32 record);
+    // Bytes that were there, copied until two copies agree.
+    std::size_t readWhole(uint64 offset, std::span<char> into) const;
+    // Blanks behind the end of the file.
+    void fillUp(std::size_t got, std::span<char> into) const;
+
+    BlockFile bytes_;
+    const RecordLayout* layout_ = nullptr;
+    bool shared_ = true;
+    int32 count_ = 0;
+    mutable Bytes again_;
+};
+
+}  // namespace tsRtm

@@ -1,0 +1,87 @@
+#include "tsRtm/database/upkeep/IndexSort.hpp"
+
+#include "tsRtm/database/files/RecordedFailure.hpp"
+#include "tsRtm/frame/rtmMain.hpp"
+
+namespace tsRtm {
+namespace {
+
+using platform::SystemError;
+
+constexpr TextView kNewEnd = u".tmp";
+
+void must(SystemError error, TextView name) {
+    if (platform::failed(error)) raiseFileFailure(error, name);
+}
+
+// The index under a name to come, whole on the device.
+void buildBeside(OpenDatabase& d, int32 number, const Text& fresh, const WorkProgress& progress) {
+    auto& files = rtmMain::system().files;
+    auto opened = files.open(
+        fresh, {platform::Access::readWrite, platform::Sharing::none, platform::Disposition::createEmpty});
+    if (!opened) raiseFileFailure(opened.error(), fresh);
+    try {
+        const auto form = d.indexes.big() ? IndexFileForm::tree : IndexFileForm::flat;
+        const auto records = recordsInOrder(d.store, d.indexes.keys(number), progress);
+        buildNewIndex(**opened, form, records, number, progress);
+        must((*opened)->flush(), fresh);
+    } catch (const Failure&) {
+        opened->reset();
+        static_cast<void>(files.remove(fresh));
+        throw;
+    }
+}
+
+// The old file of a sensitive database is overwritten before it goes.
+void replaceSensible(OpenDatabase& d, const Text& fresh, const Text& name) {
+    auto& files = rtmMain::system().files;
+    if (!platform::failed(files.exchange(fresh, name))) {
+        d.folder.files.SecureKill(fresh);
+        return;
+    }
+    // Without an exchange of names there is a moment without an index: the mark tells whoever opens it then.
+    d.marks.begin();
+    d.folder.files.SecureKill(name);
+    must(files.rename(fresh, name, true), name);
+}
+
+void sortOne(OpenDatabase& d, int32 number, const WorkProgress& progress) {
+    d.indexes.close(number);
+    const Text name = d.folder.path(d.indexes.fileName(number));
+    const Text fresh = name + Text(kNewEnd);
+    buildBeside(d, number, fresh, progress);
+    if (d.folder.sensible && FilesTopic::Exist(name))
+        replaceSensible(d, fresh, name);
+    else
+        must(rtmMain::system().files.rename(fresh, name, true), name);
+}
+
+}  // namespace
+
+DatabaseError sortIndexes(OpenDatabase& d, int32 number, const WorkProgress& progress) {
+    if (!d.store) return DatabaseError::locked;
+    if (d.folder.readOnly) return DatabaseError::readOnly;
+    if (number != -1 && !d.indexes.has(number)) return DatabaseError::badIndex;
+    const ReorganisationHold alone(d.reorganisation);
+    if (!alone) return alone.error();
+    try {
+        const DatabaseHold hold(d.locks);
+        if (!hold) return hold.error();
+        if (const auto error = d.sign.enter(); failed(error)) return error;
+        d.refreshCount();
+        const bool healed = d.marks.leftBehind() && number == -1;
+        const int32 first = number == -1 ? 1 : number;
+        const int32 last = number == -1 ? d.indexes.count() : number;
+        for (int32 i = first; i <= last; ++i) sortOne(d, i, progress);
+        must(rtmMain::system().files.flushFolder(d.folder.name), d.folder.name);
+        if (healed) d.marks.begin();
+        d.marks.end(d.records());
+        return DatabaseError::none;
+    } catch (const Failure& failure) {
+        d.marks.giveUp();
+        recordFailure(failure);
+        return static_cast<DatabaseError>(failure.Number());
+    }
+}
+
+}  // namespace tsRtm

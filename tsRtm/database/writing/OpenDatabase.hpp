@@ -1,0 +1,58 @@
+#pragma once
+// What an open database is made of: its files and the parts that work on them.
+#include <chrono>
+#include <memory>
+
+#include "tsRtm/database/files/ReorganisationLock.hpp"
+#include "tsRtm/database/files/SerialNumber.hpp"
+#include "tsRtm/database/files/WorkSign.hpp"
+#include "tsRtm/database/index/IndexSet.hpp"
+
+namespace tsRtm {
+
+// The opening fills it. Its parts know each other by reference, so it does not move. Not thread-safe.
+struct OpenDatabase {
+    explicit OpenDatabase(FilesTopic& files) : folder(files) {}
+    ~OpenDatabase() { close(); }
+    OpenDatabase(const OpenDatabase&) = delete;
+    OpenDatabase& operator=(const OpenDatabase&) = delete;
+
+    DatabaseFolder folder;
+    std::shared_ptr<clsControl> control;
+    RecordLayout layout;
+    // File numbers and a handle; 0 closed.
+    struct Openings {
+        int32 count = 0;
+        int32 data = 0;
+        int32 serial = 0;
+        int32 changes = 0;
+    } opened;
+
+    CountFile count;
+    ChangeCount changes;
+    RecordStore store;
+    SerialNumber serial;
+    DatabaseLocks locks{folder, count};
+    UpdateMarks marks{count, changes};
+    UpdateWatch watch{count, changes, locks, folder};
+    WorkSign sign{folder, count, locks};
+    ReorganisationLock reorganisation{folder, count, opened.count, locks};
+    IndexSet indexes{{folder, count, store, locks, marks, watch, sign}};
+
+    // Every write holds the database lock: a client's cache stands between the files and others.
+    bool remote() const { return count && count.file().remote(); }
+    int32 maxRecords() const { return control ? control->MaxRecords() : 0; }
+    int32 records() const noexcept { return store.count(); }
+    // The record count anew, and the same where the last look is 6 x NetWait seconds old.
+    void refreshCount();
+    void refreshWhenDue();
+    // Brings what was written to the device, gives up all locks and closes all files.
+    void close() noexcept;
+
+ private:
+    void flush() noexcept;
+
+    std::chrono::nanoseconds refreshed_{};
+};
+
+}  // namespace tsRtm

@@ -1,0 +1,221 @@
+#include "tsRtm/database/writing/RecordWriter.hpp"
+
+#include <algorithm>
+
+#include "tsRtm/database/files/RecordedFailure.hpp"
+
+namespace tsRtm {
+namespace {
+
+constexpr int32 kNoEntry = 28;  // the old key is not in its place
+constexpr int32 kUpdateOverrun = static_cast<int32>(0x80040001);
+
+WriteOutcome refused(DatabaseError error) { return {error, 0, 0}; }
+
+}  // namespace
+
+void RecordWriter::prepare() {
+    keyBytes_.assign(d_.layout.bytes(), false);
+    for (int32 index = 1; d_.indexes.has(index); ++index) {
+        const auto& keys = d_.indexes.keys(index);
+        for (int32 component = 0; component < keys.count(); ++component) {
+            const auto& field = d_.layout.field(keys.field(component));
+            std::fill_n(keyBytes_.begin() + field.offset, field.bytes, true);
+        }
+    }
+}
+
+bool RecordWriter::touchesKeys(std::size_t first, std::size_t last) const {
+    return std::find(keyBytes_.begin() + static_cast<std::ptrdiff_t>(first),
+                     keyBytes_.begin() + static_cast<std::ptrdiff_t>(last),
+                     true) != keyBytes_.begin() + static_cast<std::ptrdiff_t>(last);
+}
+
+// One write of this object at a time; failures are outcomes.
+template <class Work>
+WriteOutcome RecordWriter::alone(Work work) {
+    if (d_.folder.readOnly) return refused(DatabaseError::readOnly);
+    if (busy_ || !d_.store) return refused(DatabaseError::locked);
+    struct Busy {
+        bool& flag;
+        explicit Busy(bool& f) : flag(f) { flag = true; }
+        ~Busy() { flag = false; }
+    } busy(busy_);
+    try {
+        if (const auto error = d_.sign.enter(); failed(error)) return refused(error);
+        return work();
+    } catch (const Failure& failure) {
+        recordFailure(failure);
+        if (failure.Number() == kUpdateOverrun) throw;
+        return refused(static_cast<DatabaseError>(failure.Number()));
+    }
+}
+
+// From the database lock, with everything of the file known anew, to a database that is whole again.
+template <class Work>
+WriteOutcome RecordWriter::underLock(Work work) {
+    const DatabaseHold hold(d_.locks);
+    if (!hold) return refused(hold.error());
+    // On every way out that is not heeded below, a death among them, the marks are given up and stay.
+    struct Marks {
+        UpdateMarks& marks;
+        ~Marks() { marks.giveUp(); }
+    } marks{d_.marks};
+    d_.refreshCount();
+    if (d_.marks.leftBehind()) d_.indexes.rebuildAll();
+    try {
+        try {
+            return work();
+        } catch (const Failure& failure) {
+            if (failure.Number() != kNoEntry) throw;
+            // Somebody who sets no mark has died: the indexes are built anew, and it goes once more.
+            recordFailure(failure);
+            d_.marks.begin();
+            d_.indexes.rebuildAll();
+            d_.marks.end(d_.records());
+            return work();
+        }
+    } catch (const Failure&) {
+        heal();
+        throw;
+    }
+}
+
+void RecordWriter::heal() noexcept {
+    if (!d_.marks.underWay()) return;
+    try {
+        d_.indexes.rebuildAll();
+        d_.marks.end(d_.records());
+    } catch (const Failure& failure) {
+        recordFailure(failure);
+    }
+}
+
+WriteOutcome RecordWriter::change(int32 record, const WriteOrder& order) {
+    return alone([&] {
+        if (!d_.store.reaches(record)) return refused(DatabaseError::badRecord);
+        if (!order.locked && !d_.layout.namesPlaces() && !d_.remote()) {
+            d_.store.read(record, stored_);
+            order.content.compose(stored_, order.extent, image_);
+            const auto [first, other] = std::mismatch(image_.begin(), image_.end(), stored_.begin());
+            if (first == image_.end()) return WriteOutcome{DatabaseError::none, record, 0};
+            const auto last = std::mismatch(image_.rbegin(), image_.rend(), stored_.rbegin()).first.base();
+            const auto from = static_cast<std::size_t>(first - image_.begin());
+            const auto to = static_cast<std::size_t>(last - image_.begin());
+            if (!touchesKeys(from, to)) {
+                // Somebody may be moving the record to another key at this moment: the keys stay his.
+                d_.store.writePart(record, static_cast<uint32>(from),
+                                   BytesView(image_).substr(from, to - from));
+                return WriteOutcome{DatabaseError::none, record, 0};
+            }
+        }
+        return underLock([&] { return changeUnderLock(record, order); });
+    });
+}
+
+WriteOutcome RecordWriter::changeUnderLock(int32 record, const WriteOrder& order) {
+    if (!d_.store.has(record)) return refused(DatabaseError::badRecord);
+    WriteOutcome out{DatabaseError::none, record, 0};
+    d_.store.read(record, stored_);
+    order.content.compose(stored_, order.extent, image_);
+    changed_.clear();
+    for (int32 index = 1; d_.indexes.has(index); ++index)
+        // An index whose fields did not change is not touched at all.
+        if (d_.indexes.keys(index).differs(stored_, image_)) changed_.push_back(index);
+    store(record, order, out);
+    return out;
+}
+
+void RecordWriter::store(int32 record, const WriteOrder& order, WriteOutcome& out) {
+    if (changed_.empty()) {
+        if (image_ != stored_) d_.store.write(record, image_);
+        return;
+    }
+    for (const int32 index : changed_) d_.indexes.open(index);
+    d_.marks.begin();
+    move(record, order, out);
+    d_.store.write(record, image_);
+    d_.marks.end(d_.records());
+}
+
+void RecordWriter::move(int32 record, const WriteOrder& order, WriteOutcome& out) {
+    // A handler of the notice may read, and so use the room that the next index needs: all is at hand before.
+    for (const int32 index : changed_) {
+        const IndexKeys& keys = d_.indexes.keys(index);
+        keys.searchFor(image_, to_);
+        keys.searchFor(stored_, from_);
+        moved(index, d_.indexes.open(index).move(record, from_, to_), order, out);
+    }
+}
+
+void RecordWriter::moved(int32 index, int32 position, const WriteOrder& order, WriteOutcome& out) {
+    const int32 primary = d_.indexes.keys(index).primary();
+    // The flat form compares a field number with the index number: stored data relies on it.
+    if ((d_.indexes.big() ? index : primary) == order.watched) out.position = position;
+    if (indexChanged) indexChanged(primary);
+}
+
+WriteOutcome RecordWriter::add(const WriteOrder& order) {
+    return alone([&] { return underLock([&] { return addUnderLock(order); }); });
+}
+
+WriteOutcome RecordWriter::addUnderLock(const WriteOrder& order) {
+    const int32 before = d_.records();
+    const int32 record = before + 1;
+    if (before >= d_.maxRecords()) return refused(DatabaseError::full);
+    WriteOutcome out{DatabaseError::none, record, 0};
+    const bool lock = order.lockNew && !d_.locks.owns(record);
+    if (lock && failed(d_.locks.tryRecord(record))) return refused(DatabaseError::locked);
+    try {
+        order.content.compose({}, RecordBuffer::Extent::whole, image_);
+        for (int32 index = 1; d_.indexes.has(index); ++index) d_.indexes.open(index);
+        d_.marks.begin();
+        // The arrays count as many entries as there are records: room first, as deleted.
+        if (!d_.indexes.big()) d_.store.write(record, d_.layout.unfilled());
+        for (int32 index = 1; d_.indexes.has(index); ++index) {
+            d_.indexes.keys(index).searchFor(image_, to_);
+            moved(index, d_.indexes.open(index).enter(record, to_), order, out);
+        }
+        d_.store.write(record, image_);
+        d_.marks.end(record);
+        return out;
+    } catch (const Failure&) {
+        if (lock) d_.locks.unlockRecord(record);
+        d_.store.refresh();
+        if (d_.marks.underWay()) d_.store.cutTo(before);
+        throw;
+    }
+}
+
+WriteOutcome RecordWriter::place(int32 record, RecordBuffer& content) {
+    return alone([&] {
+        if (record < 1 || (record > 1 && !d_.store.reaches(record - 1)))
+            return refused(DatabaseError::badRecord);
+        const auto write = [&] {
+            const bool isNew = !d_.store.reaches(record);
+            if (isNew)
+                stored_.clear();
+            else
+                d_.store.read(record, stored_);
+            content.compose(stored_, RecordBuffer::Extent::whole, image_);
+            d_.store.write(record, image_);
+            if (isNew) d_.count.finish(d_.records());
+            return WriteOutcome{DatabaseError::none, record, 0};
+        };
+        const bool alone = d_.store.reaches(record) && !d_.layout.namesPlaces() && !d_.remote();
+        return alone ? write() : underLock(write);
+    });
+}
+
+WriteOutcome RecordWriter::patch(int32 record, uint32 offset, BytesView bytes) {
+    return alone([&] {
+        if (!d_.store.reaches(record)) return refused(DatabaseError::badRecord);
+        const auto write = [&] {
+            d_.store.writePart(record, offset, bytes);
+            return WriteOutcome{DatabaseError::none, record, 0};
+        };
+        return d_.remote() ? underLock(write) : write();
+    });
+}
+
+}  // namespace tsRtm

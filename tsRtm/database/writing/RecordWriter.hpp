@@ -1,0 +1,80 @@
+#pragma once
+// The write path: indexes first, the record last, so that whoever dies in it leaves the record in its old
+// form and a mark by which the next one who writes builds the indexes anew.
+#include <functional>
+#include <vector>
+
+#include "tsRtm/database/records/RecordBuffer.hpp"
+#include "tsRtm/database/writing/OpenDatabase.hpp"
+
+namespace tsRtm {
+
+// What is to be written.
+struct WriteOrder {
+    RecordBuffer& content;
+    RecordBuffer::Extent extent = RecordBuffer::Extent::whole;
+    // The database lock is held from the reading of the stored record to the last write.
+    bool locked = false;
+    // A new record is locked before anybody can see it, and stays so.
+    bool lockNew = false;
+    // The index whose position is asked for, 0 for none.
+    int32 watched = 0;
+};
+
+// What came of it. An error means that records and indexes are as they were.
+struct WriteOutcome {
+    DatabaseError error = DatabaseError::none;
+    int32 record = 0;
+    int32 position = 0;  // in the watched index where that changed, else 0
+
+    explicit operator bool() const noexcept { return !failed(error); }
+};
+
+// One write at a time: a second one, by a handler that runs inside the first, ends with `locked`. Failures of
+// files and indexes are outcomes; the one that leaves it is 80040001 hexadecimal, a walk to a leaf that finds
+// no end. Knows the database by reference. Not thread-safe.
+class RecordWriter {
+ public:
+    explicit RecordWriter(OpenDatabase& database) : d_(database) {}
+
+    // To be called when the indexes are defined.
+    void prepare();
+    bool busy() const noexcept { return busy_; }
+
+    // A record that is there. Without the database lock where no key changes and what changes goes out in one
+    // write; then the keys are not written over.
+    WriteOutcome change(int32 record, const WriteOrder& order);
+    // A new record behind the last: full (7) at the limit, locked (70) where somebody holds its number.
+    WriteOutcome add(const WriteOrder& order);
+    // The whole record, no index: 1..count + 1.
+    WriteOutcome place(int32 record, RecordBuffer& content);
+    // Some columns of a record that is there, no index.
+    WriteOutcome patch(int32 record, uint32 offset, BytesView bytes);
+
+    // Told of each index in which the record moved, in the middle of the write: reading is free then.
+    std::function<void(int32 primaryField)> indexChanged;
+
+ private:
+    template <class Work>
+    WriteOutcome alone(Work work);
+    template <class Work>
+    WriteOutcome underLock(Work work);
+    WriteOutcome changeUnderLock(int32 record, const WriteOrder& order);
+    WriteOutcome addUnderLock(const WriteOrder& order);
+    // The record in place, or moved in all indexes whose keys differ.
+    void store(int32 record, const WriteOrder& order, WriteOutcome& out);
+    void move(int32 record, const WriteOrder& order, WriteOutcome& out);
+    void moved(int32 index, int32 position, const WriteOrder& order, WriteOutcome& out);
+    // Brings indexes and records together again after a failed write.
+    void heal() noexcept;
+    bool touchesKeys(std::size_t first, std::size_t last) const;
+
+    OpenDatabase& d_;
+    bool busy_ = false;
+    std::vector<bool> keyBytes_;  // of a record
+    Bytes stored_, image_;
+    SearchKey from_, to_;
+    std::vector<int32> changed_;  // index numbers
+};
+
+}  // namespace tsRtm
