@@ -185,6 +185,7 @@ void Workloads::insertSingle() {
         insert.run();
     }
     emit("insert_single", static_cast<double>(o_.n) / watch.seconds(), "rows/s");
+    emit("private:insert_single", privateMemoryMiB(), "MiB");
 }
 
 void Workloads::loadBulk() {
@@ -225,6 +226,7 @@ void Workloads::lookup() {
         find.reset();
     }
     emit("lookup", static_cast<double>(keys.size()) / watch.seconds(), "ops/s");
+    emit("private:lookup", privateMemoryMiB(), "MiB");
     remark("check", label_, "lookup hits " + std::to_string(hits) + " nrsum " + std::to_string(sink_.nrSum));
 }
 

@@ -148,6 +148,7 @@ void Workloads::insertSingle() {
         expect(db, record->Update(), "store a record");
     }
     emit("insert_single", static_cast<double>(o_.n) / watch.seconds(), "rows/s");
+    emit("private:insert_single", privateMemoryMiB(), "MiB");
     if (db->AnzahlDSaetze() != o_.n) die("records are missing");
 }
 
@@ -191,6 +192,7 @@ void Workloads::lookup() {
         ++hits;
     }
     emit("lookup", static_cast<double>(keys.size()) / watch.seconds(), "ops/s");
+    emit("private:lookup", privateMemoryMiB(), "MiB");
     check("lookup hits " + std::to_string(hits) + " nrsum " + std::to_string(sink_.nrSum));
 }
 

@@ -79,6 +79,13 @@ double peakMemoryMiB() {
     die("the system does not tell the peak memory");
 }
 
+double privateMemoryMiB() {
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);)
+        if (line.starts_with("RssAnon:")) return std::atof(line.c_str() + std::strlen("RssAnon:")) / 1024.0;
+    die("the system does not tell the private memory");
+}
+
 double folderMiB(const std::string& folder) {
     double bytes = 0;
     for (const auto& entry : fs::recursive_directory_iterator(folder))

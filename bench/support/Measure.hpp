@@ -42,6 +42,8 @@ void remark(const char* kind, const std::string& engine, const std::string& text
 
 // The most memory this process has held, in MiB, mapped file pages included.
 double peakMemoryMiB();
+// What the process holds by itself now, without the pages of files that it maps.
+double privateMemoryMiB();
 // All files of a folder, with those of its folders.
 double folderMiB(const std::string& folder);
 // Leaves an empty folder, made where it was missing.

@@ -9,7 +9,6 @@ namespace tsRtm {
 
 bool clsTSDB::readRecord(int32 Satznummer, bool plain) {
     auto& e = *engine_;
-    e.d.refreshWhenDue();
     if (!e.d.store || !e.d.store.reaches(Satznummer)) return e.fail(DatabaseError::badRecord);
     e.d.store.read(Satznummer, e.c.felder.room());
     e.c.felder.loaded(plain);

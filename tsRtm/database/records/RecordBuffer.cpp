@@ -60,14 +60,20 @@ const Text& RecordBuffer::operator[](int32 number) const {
 TextView RecordBuffer::view(int32 number) const {
     if (number == 0 || states_[static_cast<std::size_t>(number)] != State::stored) return (*this)[number];
     const auto& field = layout_->field(number);
-    const BytesView all = bytes_;
-    const BytesView text = field.trimmed(layout_->bytesOf(field, all));
-    if (!field.inPlace || field.tellsDayNumber(text)) return (*this)[number];
+    if (!field.inPlace) return (*this)[number];
     if (!isWidened_) {
         fromAnsi(bytes_, widened_);
+        blanks_.look(bytes_);
         isWidened_ = true;
     }
-    return TextView(widened_).substr(static_cast<std::size_t>(text.data() - all.data()), text.size());
+    std::size_t from = field.offset;
+    std::size_t to = from + field.bytes;
+    if (field.alpha || field.special)
+        to = blanks_.end(from, to);
+    else
+        from = blanks_.begin(from, to);
+    if (field.tellsDayNumber(BytesView(bytes_).substr(from, to - from))) return (*this)[number];
+    return {widened_.data() + from, to - from};
 }
 
 void RecordBuffer::set(int32 number, TextView text) {

@@ -1,6 +1,7 @@
 #pragma once
 // The current record in memory: its bytes as they stand in the file, and its fields as text, each decoded
 // when asked for. Element 0 is the deleted mark.
+#include "tsRtm/database/records/BlankMask.hpp"
 #include "tsRtm/database/records/RecordLayout.hpp"
 
 namespace tsRtm {
@@ -45,7 +46,9 @@ class RecordBuffer {
     bool deleted_ = false;
     bool plain_ = false;
     bool anyChanged_ = false;
-    mutable Text widened_;  // the whole record, where view() needed it
+    // The whole record as view() needs it: its text, and where its blanks are.
+    mutable Text widened_;
+    mutable BlankMask blanks_;
     mutable bool isWidened_ = false;
     mutable std::vector<State> states_;
     mutable std::vector<Text> texts_;
