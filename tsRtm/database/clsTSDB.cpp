@@ -6,6 +6,7 @@
 #include "tsRtm/database/engine/DatabaseEngine.hpp"
 #include "tsRtm/database/upkeep/IndexCheck.hpp"
 #include "tsRtm/database/upkeep/IndexSort.hpp"
+#include "tsRtm/database/upkeep/LostFiles.hpp"
 #include "tsRtm/fields/clsMasken.hpp"
 #include "tsRtm/frame/files/clsStreamReader.hpp"
 #include "tsRtm/frame/rtmMain.hpp"
@@ -69,6 +70,7 @@ int32 clsTSDB::Oeffne(TextView Pfad, bool ReadOnly, bool SingleUse) {
 void clsTSDB::openInner() {
     auto& e = *engine_;
     auto& d = e.d;
+    recoverControl(d.folder);
     d.control = std::make_shared<clsControl>(d.folder.files);
     bool dos = true;
     if (!d.control->Oeffne(d.folder.path(u"Control.tsd"), dos)) {
@@ -108,6 +110,9 @@ bool clsTSDB::openFiles() {
     d.count = CountFile(folder.files.file(d.opened.count));
     if (folder.shared && !folder.readOnly && refusesLocks()) return e.fail(DatabaseError::locked);
     if (!folder.readOnly) d.count.initialise();
+    const auto dataFile = recoverData(d);
+    if (dataFile == DataFile::lost) return e.fail(DatabaseError::locked);
+    if (dataFile == DataFile::recovered) d.count.mark();
     openChanges();
     d.opened.data = folder.files.OpenBinaryAPI(folder.path(u"Data.tsd"), folder.readOnly, folder.shared);
     if (d.opened.data == 0) return e.fail(DatabaseError::locked);

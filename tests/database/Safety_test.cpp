@@ -1,0 +1,371 @@
+// What may not be lost: counters, pointers, locks and files, when openings, stores and deaths cross.
+#include "tests/database/MemoryDatabase.hpp"
+#include "tests/support/CrashingFiles.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+class Safety : public MemoryDatabase {
+ protected:
+    char sign() const { return file(u"Count.tsd").at(9); }
+    // Programs that died together with their locks: the files stay as they were at this moment.
+    void killAll(std::shared_ptr<clsTSDB>& db) {
+        const auto then = disk.snapshot();
+        db.reset();
+        disk.restore(then);
+    }
+};
+
+// --- Openings
+
+TEST_F(Safety, AnUncleanEndIsFoundBeforeAnybodyReads) {
+    for (const int32 max : {kNormal, kBig}) {
+        disk.restore({});
+        auto db = make(max);
+        addFive(*db);
+        EXPECT_EQ(sign(), '+');
+        killAll(db);
+        // The machine went down: an index is older than the records, and no mark tells.
+        Bytes index = file(u"I001");
+        const std::size_t first = max == kBig ? 512 + 12 : 0;
+        std::swap(index.at(first), index.at(first + (max == kBig ? 12 : 2)));
+        put(u"I001", index);
+        db = open();
+        ASSERT_TRUE(db);
+        EXPECT_TRUE(consistent(*db));
+        // One that reads only changes nothing; the last one who wrote takes the sign back.
+        db.reset();
+        EXPECT_NE(sign(), '+');
+        db = open();
+        const auto reader = open();
+        EXPECT_NE(sign(), '+');
+        EXPECT_EQ(change(*db, 1, fORT, u"Ulm"), 0);
+        EXPECT_EQ(sign(), '+');
+        db.reset();
+        EXPECT_NE(sign(), '+');
+        EXPECT_TRUE(consistent(*reader));
+    }
+}
+
+TEST_F(Safety, AMissingDataFileIsNoEmptyDatabase) {
+    auto db = make(kBig);
+    addFive(*db);
+    db.reset();
+    const Bytes data = file(u"Data.tsd");
+    ASSERT_FALSE(platform::failed(disk.rename(path(u"Data.tsd"), path(u"Data.tmp"), false)));
+    const auto before = disk.snapshot();
+    // Of another length than Count.tsd tells: nothing is made, and the user hears which file is missing.
+    put(u"Data.tmp", data.substr(1));
+    ground.ui.defaultAnswer = 1;
+    EXPECT_EQ(open(), nullptr);
+    EXPECT_EQ(rtmMain::state().F, 70);
+    EXPECT_NE(shown().find(u"Data.tsd"), Text::npos);
+    EXPECT_FALSE(disk.exists(path(u"Data.tsd")));
+    disk.restore(before);
+    db = open();
+    ASSERT_TRUE(db);
+    EXPECT_EQ(file(u"Data.tsd"), data);
+    EXPECT_TRUE(consistent(*db));
+}
+
+TEST_F(Safety, AMissingControlFileComesFromAWholeOneBeside) {
+    make(kBig).reset();
+    const Bytes control = file(u"Control.tsd") + "0\r\n";
+    ASSERT_FALSE(platform::failed(disk.remove(path(u"Control.tsd"))));
+    put(u"Control.tmp", control.substr(0, control.size() / 2));
+    EXPECT_EQ(open(), nullptr);
+    EXPECT_EQ(rtmMain::state().F, 52);
+    put(u"Control.tmp", control);
+    EXPECT_TRUE(open());
+    EXPECT_EQ(file(u"Control.tsd"), control);
+}
+
+TEST_F(Safety, ADatabaseIsNeverMadeOverAnother) {
+    const auto db = make(kBig);
+    addFive(*db);
+    const auto before = disk.snapshot();
+    EXPECT_FALSE(rtm.DB_Create(kFolder, addressFields(), 10, u""));
+    EXPECT_EQ(disk.snapshot(), before);
+    // Made, and not opened yet: who comes second opens what is there.
+    const Text other = u"/daten/Neu";
+    EXPECT_TRUE(rtm.DB_Create(other, addressFields(), 10, u""));
+    EXPECT_FALSE(rtm.DB_Create(other, addressFields(), 20, u""));
+    EXPECT_EQ(rtm.OpenTSDB(other)->MaxData(), 10);
+}
+
+TEST_F(Safety, AReplacedDirectoryIsNotMixedWithTheOpenOne) {
+    const auto db = make(kBig);
+    addFive(*db);
+    const auto late = open();
+    // Another database takes the place of ours; the index would be opened only now.
+    disk.restore(disk.snapshot());
+    EXPECT_EQ(raisedBy([&] { late->Exist(u"Abel Bonn", 1); }).number, 70);
+}
+
+// --- Serial numbers
+
+TSIOArray withSerial(int32 columns) {
+    return fieldsOf({{u"NAME", tsAlphanumerisch, 6}, {u"NR", tsAutowert, columns}});
+}
+
+TEST_F(Safety, SerialNumbersComeOnceWhateverWasLost) {
+    const auto db = make(withSerial(6), kBig, u"  1  0  0");
+    for (const TextView number : {u"000007", u"000003"}) {
+        const auto record = db->Add();
+        record->Fields(2, number);
+        ASSERT_TRUE(record->Update());
+    }
+    // The last record does not have the greatest number.
+    auto again = db;
+    again.reset();
+    rtm.CloseRTMDBs();
+    ASSERT_FALSE(platform::failed(disk.remove(path(u"Autowert.tsd"))));
+    EXPECT_EQ(open()->Add()->Fields(2), u"000008");
+    // A counter that cannot be had gives no empty number.
+    disk.failOpening(path(u"Autowert.tsd"), platform::SystemError::accessDenied);
+    const auto without = open();
+    ASSERT_TRUE(without);
+    EXPECT_EQ(without->Add(), nullptr);
+    EXPECT_EQ(without->Error(), 70);
+}
+
+TEST_F(Safety, ASerialNumberThatDoesNotFitIsNone) {
+    const auto db = make(withSerial(1), kBig, u"  1  0  0");
+    for (int32 n = 1; n <= 9; ++n) ASSERT_TRUE(db->Add()->Update()) << n;
+    EXPECT_EQ(db->Add(), nullptr);
+    EXPECT_EQ(db->Error(), 7);
+}
+
+TEST_F(Safety, ANumberGoesBackOnlyIfNoStoreWasTried) {
+    const auto db = make(withSerial(4), kBig, u"  1  0  0");
+    auto record = db->Add();
+    disk.setFreeSpace(0);
+    EXPECT_FALSE(record->Update());
+    disk.setFreeSpace(std::nullopt);
+    record.reset();
+    EXPECT_EQ(db->Add()->Fields(2), u"0002");
+}
+
+// An empty number that is shown is stored where that disturbs nobody, and moves its index along.
+TEST_F(Safety, AShownSerialNumberStandsInItsIndex) {
+    const auto db = make(withSerial(4), kBig, u"  1  0  0");
+    const auto other = open();
+    for (int32 n = 1; n <= 3; ++n) ASSERT_TRUE(db->Append());
+    ASSERT_TRUE(other->LockDB(true));
+    EXPECT_EQ(db->Record(2)->Fields(2), u"0002");
+    EXPECT_EQ(db->GetField(2, 2), u"") << "shown only, while somebody holds the database";
+    ASSERT_TRUE(other->LockDB(false));
+    EXPECT_EQ(db->Record(2)->Fields(2), u"0002");
+    EXPECT_EQ(db->GetField(2, 2), u"0002");
+    EXPECT_TRUE(consistent(*db));
+    EXPECT_EQ(db->Add()->Fields(2), u"0003");
+}
+
+// --- Stores
+
+// Two objects loaded one record long ago; each changes a field of its own.
+TEST_F(Safety, TwoCopiesThatChangeTwoFieldsKeepBoth) {
+    const auto db = make(kBig);
+    addFive(*db);
+    const auto one = db->Record(2);
+    const auto other = open();
+    const auto two = other->Record(2);
+    const auto copy = one->WorkCopy();
+    ASSERT_EQ(one->Fields(fORT) + two->Fields(fORT) + copy->Fields(fORT), u"BonnBonnBonn");
+    one->Fields(fNAME, u"Anders");
+    two->Fields(fORT, u"Ulm");
+    copy->Fields(fTAG, u"01012001");
+    EXPECT_TRUE(one->Update() && two->Update() && copy->Update());
+    EXPECT_EQ(addressAt(*db, 2), (Address{u"Anders", u"Ulm", u"4.00", u"01012001"}));
+    EXPECT_TRUE(consistent(*db));
+}
+
+// Columns that name places in side files belong to those who write there.
+TEST_F(Safety, PlacesInSideFilesNeverComeFromMemory) {
+    ground.ui.defaultAnswer = 1;  // the chain's own files are not there
+    const auto db =
+        make(fieldsOf({{u"NAME", tsAlphanumerisch, 4}, {u"MEMO", tsMemo, 60}, {u"KETTE", tsKette, 10}}),
+             kNormal, u"  1  0  0");
+    ASSERT_TRUE(db->Append());
+    const auto places = [&](int32 n) {
+        return file(u"Data.tsd").substr(static_cast<std::size_t>(n) * 20 - 15, 15);
+    };
+    db->AktSatzNr(1);
+    const auto record = db->Record(1);
+    EXPECT_EQ(record->Fields(1), u"");
+    // Somebody stores a memo while the record is in memory.
+    open()->PutField(1, 2, u"7");
+    open()->PutField(1, 3, u"    3    4");
+    const Bytes stored = "    7    3    4";
+    ASSERT_EQ(places(1), stored);
+    db->Fields(2, u"ein Text");
+    db->Fields(1, u"eins");
+    db->Update();
+    record->Fields(1, u"zwei");
+    record->Fields(2, u"ein Text");
+    EXPECT_TRUE(record->Update());
+    db->PutSatz(1);
+    EXPECT_EQ(places(1), stored);
+    // A copy of a record has none of its own.
+    db->GetSatz(1);
+    ASSERT_TRUE(db->Append());
+    EXPECT_EQ(places(2), Bytes(15, ' '));
+    EXPECT_EQ(places(1), stored);
+}
+
+TEST_F(Safety, TheMarkIsWrittenAsGiven) {
+    const auto db = make(kNormal);
+    addFive(*db);
+    const std::size_t length = file(u"Data.tsd").size() / 5;
+    for (const auto& [mark, byte] : {std::pair{u"X", 'X'}, {u"*", '*'}, {u"", ' '}}) {
+        db->PutField(2, 0, mark);
+        EXPECT_EQ(file(u"Data.tsd").at(length), byte);
+    }
+}
+
+// The lock of a new record is tried once under the database lock: who holds it may be waiting for just that.
+TEST_F(Safety, ANewRecordWaitsForNoRecordLock) {
+    for (const int32 max : {kNormal, kBig}) {
+        disk.restore({});
+        const auto db = make(max);
+        const auto other = open();
+        addFive(*db);
+        ASSERT_TRUE(other->Sperren(5, -1));
+        // The record that the other one holds goes away, its number is the next one's.
+        const std::size_t length = file(u"Data.tsd").size() / 5;
+        put(u"Data.tsd", file(u"Data.tsd").substr(0, 4 * length));
+        const auto mine = open();
+        ASSERT_TRUE(mine);
+        const float64 start = seconds();
+        EXPECT_EQ(addAddress(*mine, {u"Neu", u"Ulm", u"", u""}), 0);
+        EXPECT_EQ(mine->AnzahlDSaetze(), 4);
+        EXPECT_LT(seconds() - start, 1);
+    }
+}
+
+// Who took a lock keeps it through the stores of others' objects, and gives it back himself.
+TEST_F(Safety, ALockIsGivenBackByWhoTookIt) {
+    const auto db = make(kBig);
+    const auto other = open();
+    addFive(*db);
+    ASSERT_TRUE(db->Sperren(2, -1));
+    {
+        const auto record = db->Record(2);
+        record->Fields(fNAME, u"Neu");
+        EXPECT_TRUE(record->Update());
+        EXPECT_TRUE(other->Gesperrt(2));
+    }
+    EXPECT_TRUE(other->Gesperrt(2));
+    const auto record = db->Record(3, true);
+    ASSERT_TRUE(record && other->Gesperrt(3));
+    record->Locked(false);
+    EXPECT_FALSE(other->Gesperrt(3));
+}
+
+// Handlers run when all is written, and may write; in the middle of a write only reading is free.
+TEST_F(Safety, HandlersMayWriteOnlyWhenTheWriteIsWhole) {
+    for (const int32 max : {kNormal, kBig}) {
+        disk.restore({});
+        const auto db = make(max);
+        addFive(*db);
+        db->SetIndex(1);
+        std::vector<int32> inside;
+        const auto index = db->IndexChange.connect([&](int32) {
+            db->PutField(1, fORT, u"Ulm");
+            inside.push_back(db->Error());
+            EXPECT_FALSE(db->Append());
+            inside.push_back(db->Error());
+        });
+        bool again = false;
+        const auto record = db->RecordChange.connect([&](int32 n) {
+            if (std::exchange(again, true)) return;
+            EXPECT_EQ(change(*db, n == 4 ? 5 : 4, fTAG, u"02022002"), 0);
+        });
+        ASSERT_EQ(change(*db, 2, fNAME, u"Zorn"), 0);
+        EXPECT_FALSE(inside.empty());
+        EXPECT_EQ(inside, std::vector<int32>(inside.size(), 70));
+        EXPECT_EQ(addressAt(*db, 2).name, u"Zorn");
+        EXPECT_EQ(addressAt(*db, 4).tag, u"02022002");
+        EXPECT_NE(addressAt(*db, 1).ort, u"Ulm");
+        EXPECT_EQ(db->AnzahlDSaetze(), 5);
+        EXPECT_TRUE(consistent(*db));
+    }
+}
+
+// --- Fields
+
+TEST_F(Safety, TextsOfSpecialFormsComeBack) {
+    struct Row {
+        eDBTyp form;
+        FieldRow field;
+        TextView text;
+        Bytes stored;  // of an 8-bit database
+    };
+    const Row rows[] = {{DBAnsi, {u"T", int32{tsText} + fUTF8, 12}, u"αβ", "~\xCE\xB1\xCE\xB2       "},
+                        {DBUnicode, {u"T", int32{tsText} + fUTF8, 12}, u"αβ", {}},
+                        {DBUnicode, {u"T", tsText, 12}, u"αβ", {}},
+                        {DBAnsi, {u"D", tsDate, 8, 7}, u"01022003", "J2452672"},
+                        {DBAnsi, {u"D", tsDate, 10}, u"J2452672", "  J2452672"}};
+    for (const auto& row : rows) {
+        disk.restore({});
+        const auto db =
+            make(fieldsOf({row.field, {u"N", tsAlphanumerisch, 3}}), kNormal, u"  1  0  0", row.form);
+        ASSERT_TRUE(db);
+        ASSERT_TRUE(db->Append());
+        db->PutField(1, 1, row.text);
+        if (!row.stored.empty()) {
+            EXPECT_EQ(file(u"Data.tsd").substr(1, row.stored.size()), row.stored);
+        }
+        const Text expected(row.text.starts_with(u'J') ? u"01022003" : row.text);
+        EXPECT_EQ(db->GetField(1, 1), expected);
+        db->GetSatz(1);
+        EXPECT_EQ(db->Fields(1), expected);
+        EXPECT_EQ(db->FieldView(1), expected);
+    }
+    // Single fields in UTF-16 keep whole records out, in a Unicode database, too.
+    for (const eDBTyp form : {DBAnsi, DBUnicode}) {
+        disk.restore({});
+        const auto db = make(fieldsOf({{u"T", int32{tsText} + fUniCode, 6}}), kNormal, u"", form);
+        ASSERT_TRUE(db);
+        EXPECT_EQ(raisedBy([&] { db->GetSatz(1); }).number, 445);
+        EXPECT_EQ(raisedBy([&] { db->PutSatz(1); }).number, 445);
+    }
+}
+
+// --- Several programs, one of them on a ground that cannot change a share mode in place
+
+TEST_F(Safety, AViewOfNothingBears) {
+    auto db = make(kBig);
+    addFive(*db);
+    db.reset();
+    clsTSDB closed(rtm);
+    EXPECT_EQ(closed.Oeffne(u"/daten/Fehlt"), 52);
+    EXPECT_EQ(closed.Fields(0), u"");
+    closed.ClearRecord();
+    std::vector<Text> fields;
+    EXPECT_EQ(closed.Satz(fields), u"");
+    EXPECT_FALSE(closed.Exist(u"x", 1));
+    for (const bool readOnly : {false, true}) {
+        const auto alone = open(false, true);
+        ASSERT_TRUE(alone);
+        const auto empty = open(readOnly);
+        ASSERT_TRUE(empty && empty->IsReadOnly());
+        empty->SetIndex(1);
+        EXPECT_FALSE(empty->Exist(u"Abel Bonn", 1));
+        EXPECT_EQ(empty->Rang(u"Abel Bonn"), 1);
+        EXPECT_EQ(empty->Index(1), 0);
+        EXPECT_FALSE(empty->Finde(u"Abel"));
+        EXPECT_FALSE(empty->Record(1));
+        EXPECT_FALSE(empty->Sperren(1));
+        empty->Gehezu(u"Abel");
+        static_cast<void>(empty->Error());
+        empty->MoveFirst();
+        EXPECT_EQ(empty->Error(), 62);
+        EXPECT_EQ(empty->Fields(0), u"");
+        empty->Update();
+        EXPECT_EQ(empty->AnzahlDSaetze(), 0);
+    }
+}
+
+}  // namespace
+}  // namespace tsRtm::test

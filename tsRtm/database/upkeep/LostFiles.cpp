@@ -1,0 +1,76 @@
+#include "tsRtm/database/upkeep/LostFiles.hpp"
+
+#include <algorithm>
+
+#include "tsRtm/frame/MessagesTopic.hpp"
+#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/text/CodePages.hpp"
+
+namespace tsRtm {
+namespace {
+
+constexpr TextView kControl = u"Control.tsd";
+constexpr TextView kData = u"Data.tsd";
+constexpr TextView kDataBeside = u"Data.tmp";
+
+// The whole of a small file, as far as it can be read.
+Bytes contentOf(const Text& name) {
+    auto file = rtmMain::system().files.open(name, {});
+    if (!file) return {};
+    const auto size = (*file)->size();
+    if (!size || *size == 0) return {};
+    Bytes bytes(*size, '\0');
+    const auto got = (*file)->readAt(0, std::as_writable_bytes(std::span(bytes)));
+    return got && *got == bytes.size() ? bytes : Bytes();
+}
+
+uint64 sizeOf(const Text& name) {
+    const auto status = rtmMain::system().files.status(name);
+    return status ? status->size : 0;
+}
+
+// Its last line is "0".
+bool isWholeControl(BytesView text) {
+    while (!text.empty() && (text.back() == '\r' || text.back() == '\n')) text.remove_suffix(1);
+    return text.ends_with("\n0") || text.ends_with("\r0");
+}
+
+bool hasFilledStores(const DatabaseFolder& folder) {
+    std::vector<Text> files;
+    for (const TextView pattern : {u"Memo-*", u"KetteDat.*"})
+        FilesTopic::GetAllFiles(folder.name, pattern, files, true);
+    return std::any_of(files.begin(), files.end(),
+                       [](const Text& name) { return !name.empty() && sizeOf(name) > 0; });
+}
+
+}  // namespace
+
+void recoverControl(const DatabaseFolder& folder) {
+    const Text control = folder.path(kControl);
+    const Text beside = folder.path(u"Control.tmp");
+    if (folder.readOnly || FilesTopic::Exist(control) || !FilesTopic::Exist(beside)) return;
+    if (!isWholeControl(contentOf(beside))) return;
+    rtmMain::DebugLog(folder.name + u": Control.tsd fehlte, Control.tmp tritt an die Stelle");
+    static_cast<void>(rtmMain::system().files.rename(beside, control, false));
+}
+
+DataFile recoverData(OpenDatabase& d) {
+    const Text data = d.folder.path(kData);
+    if (FilesTopic::Exist(data)) return DataFile::there;
+    const int32 count = roundToInt32(Val(fromAnsi(contentOf(d.folder.path(u"Count.tsd")))));
+    const Text beside = d.folder.path(kDataBeside);
+    const uint64 size = sizeOf(beside);
+    if (count > 0 && !d.folder.readOnly && size == uint64{d.layout.bytes()} * static_cast<uint64>(count) &&
+        !platform::failed(rtmMain::system().files.rename(beside, data, false))) {
+        rtmMain::DebugLog(d.folder.name + u": Data.tsd fehlte, Data.tmp tritt an die Stelle");
+        return DataFile::recovered;
+    }
+    if (count < 1 && !hasFilledStores(d.folder)) return DataFile::there;
+    d.folder.messages().TSMsgBox(u"Die Datei \"" + data +
+                                     u"\" fehlt.@Die Datenbank enthielt Daten und wird nicht geöffnet, damit "
+                                     u"nichts überschrieben wird.",
+                                 dlgCritical, u"clsTSDB.Oeffne");
+    return DataFile::lost;
+}
+
+}  // namespace tsRtm
