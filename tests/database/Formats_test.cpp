@@ -80,6 +80,7 @@ TEST_F(Formats, ATreeDatabaseByteForByte) {
     EXPECT_EQ(hex(file(u"Control.tsd")), hex(example("control")));
     EXPECT_EQ(hex(file(u"Data.tsd")), hex(example("data-ansi")));
     EXPECT_EQ(hex(file(u"Count.tsd")), hex(example("count")));
+    EXPECT_EQ(hex(file(u"Stand.tsd")), hex(example("changes")));
     const Bytes tree = file(u"I001");
     ASSERT_EQ(tree.size(), 1024u);
     EXPECT_EQ(hex(tree.substr(0, 16)), hex(example("tree-header")));
