@@ -47,6 +47,42 @@ TEST_F(Safety, AnUncleanEndIsFoundBeforeAnybodyReads) {
     }
 }
 
+// Who may only read cannot mend what a death left, and still gets the right answers.
+TEST_F(Safety, AReaderOfADamagedIndexIsNotMisled) {
+    for (const int32 max : {kNormal, kBig}) {
+        disk.restore({});
+        auto db = make(max);
+        addFive(*db);
+        db.reset();
+        Bytes index = file(u"I001");
+        const std::size_t first = max == kBig ? 512 + 12 : 0;
+        std::swap(index.at(first), index.at(first + (max == kBig ? 12 : 2)));
+        put(u"I001", index);
+        Bytes count = file(u"Count.tsd");
+        count.at(9) = '*';
+        put(u"Count.tsd", count);
+        Bytes changes = file(u"Stand.tsd");
+        changes.at(0) = static_cast<char>(changes.at(0) + 1);
+        put(u"Stand.tsd", changes);
+        const auto before = disk.snapshot();
+        const auto reader = open(true);
+        ASSERT_TRUE(reader);
+        reader->SetIndex(1);
+        std::vector<int32> seen;
+        for (reader->MoveFirst(); !reader->EOFile(); reader->MoveNext()) seen.push_back(reader->AktSatzNr());
+        EXPECT_EQ(seen, (std::vector<int32>{3, 5, 2, 4, 1}));
+        EXPECT_TRUE(reader->Exist(u"Abel Bonn", 1));
+        EXPECT_EQ(reader->Rang(u"Berg Bonn"), 3);
+        EXPECT_EQ(disk.snapshot(), before);
+        // Somebody who writes heals, and the reader goes on with the file.
+        const auto writer = open();
+        EXPECT_TRUE(consistent(*writer));
+        EXPECT_GT(addAddress(*writer, {u"Aal", u"Ulm", u"", u""}), 0);
+        reader->Gehezu(u"Aal");
+        EXPECT_EQ(reader->AktSatzNr(), 6);
+    }
+}
+
 TEST_F(Safety, AMissingDataFileIsNoEmptyDatabase) {
     auto db = make(kBig);
     addFive(*db);

@@ -65,11 +65,16 @@ struct DatabaseEngine {
     // index.
     template <class Look>
     auto inIndex(int32 index, Look look) {
-        return d.watch.steady([&](uint64 changes) {
-            IndexForm& form = d.indexes.open(index);
-            form.at(changes);
-            return look(form);
-        });
+        try {
+            return d.watch.steady([&](uint64 changes) {
+                IndexForm& form = d.indexes.open(index);
+                form.at(changes);
+                return look(form);
+            });
+        } catch (const Failure&) {
+            if (!d.watch.meetsDeath()) throw;
+            return look(d.indexes.listed(index, d.changes ? d.changes.value() : 0));
+        }
     }
 };
 

@@ -4,6 +4,13 @@
 
 namespace tsRtm {
 
+bool UpdateMarks::leftBehind() {
+    if (underWay_ || !count_) return false;
+    if (count_.marked()) return true;
+    if (changes_) changes_.end();
+    return false;
+}
+
 void UpdateMarks::begin() {
     if (underWay_) return;
     // Readers first: they wait from here on. The mark before the first index: it tells what a death left.

@@ -15,8 +15,9 @@ class UpdateMarks {
     UpdateMarks(const UpdateMarks&) = delete;
     UpdateMarks& operator=(const UpdateMarks&) = delete;
 
-    // An earlier update was not ended: the indexes must be built anew.
-    bool leftBehind() { return !underWay_ && count_ && count_.marked(); }
+    // An earlier update was not ended: the indexes must be built anew. One that died before its first index or
+    // behind its record left no more than an odd number, which is mended here.
+    bool leftBehind();
     bool underWay() const noexcept { return underWay_; }
 
     void begin();

@@ -14,7 +14,8 @@ constexpr std::chrono::microseconds kPause{100};
 }  // namespace
 
 UpdateWatch::Look UpdateWatch::look() {
-    if (!changes_) return {++unknown_, !count_.marked()};
+    // Without a count of changes a mark is as good as an odd number.
+    if (!changes_) return count_.marked() ? Look{1, false} : Look{++unknown_ * 2, true};
     const uint64 value = changes_.value();
     return {value, ChangeCount::isQuiet(value)};
 }
@@ -25,14 +26,19 @@ bool UpdateWatch::same(const Look& before) {
 
 bool UpdateWatch::waits(Patience& patience) {
     auto& clock = rtmMain::system().clock;
-    const bool quiet = look().quiet;
+    const Look now = look();
+    const bool quiet = now.quiet;
+    if (folder_.readOnly && diesOver(now)) return false;
     // It is below us on the stack: waiting would have no end.
     if (!quiet && rtmMain::state().updatesUnderWay > 0) raiseBusy();
     const int32 attempt = patience.attempts++;
     if (attempt == 0) patience.start = clock.elapsed();
     if (attempt % kAskForOwner == kAskForOwner - 1 && !quiet && !locks_.databaseHeldByOther() &&
-        !look().quiet)
-        return !folder_.readOnly && heal && heal();
+        !look().quiet) {
+        if (!folder_.readOnly) return heal && heal();
+        dead_ = now.number;
+        return false;
+    }
     if (quiet && attempt >= kMostCrossings && !folder_.readOnly) return false;
     if (clock.elapsed() - patience.start > std::chrono::seconds(kPatience * rtmMain::state().netWait))
         return false;

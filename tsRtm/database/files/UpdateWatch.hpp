@@ -3,6 +3,7 @@
 // walked through.
 #include <chrono>
 #include <functional>
+#include <optional>
 
 #include "tsRtm/database/files/ChangeCount.hpp"
 #include "tsRtm/database/files/DatabaseLocks.hpp"
@@ -21,6 +22,8 @@ class UpdateWatch {
     // Heals what an update left that died, under the database lock. Set by who owns the indexes; false where
     // it could not.
     std::function<bool()> heal;
+    // For a reader who may not heal: the update that left its marks is dead, and nobody is at work.
+    bool meetsDeath() { return folder_.readOnly && diesOver(look()); }
 
     // Runs `work(number)` until no update of somebody else can have touched it; `number` tells how often the
     // indexes have changed, so that what was learnt at the same number still holds. What the work raises
@@ -62,13 +65,15 @@ class UpdateWatch {
     uint64 number() { return changes_ ? changes_.value() : ++unknown_; }
     // Until the next attempt; false when patience is at its end.
     bool waits(Patience& patience);
+    bool diesOver(const Look& now) const noexcept { return !now.quiet && dead_ == now.number; }
     [[noreturn]] void raiseBusy() const;
 
     CountFile& count_;
     ChangeCount& changes_;
     DatabaseLocks& locks_;
     const DatabaseFolder& folder_;
-    uint64 unknown_ = 0;  // a number that was never seen, where there is no count of changes
+    uint64 unknown_ = 0;          // a number that was never seen, where there is no count of changes
+    std::optional<uint64> dead_;  // at this number an update died
 };
 
 }  // namespace tsRtm

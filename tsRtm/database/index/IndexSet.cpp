@@ -1,6 +1,7 @@
 #include "tsRtm/database/index/IndexSet.hpp"
 
 #include "tsRtm/database/index/FlatIndex.hpp"
+#include "tsRtm/database/index/ListedIndex.hpp"
 #include "tsRtm/database/index/TreeIndex.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
 #include "tsRtm/frame/rtmMain.hpp"
@@ -129,6 +130,16 @@ void IndexSet::heal(int32 number) {
         rtmMain::DebugLog(failure.Source() + u": " + failure.Description());
         raise(6, kSource, text);
     }
+}
+
+IndexForm& IndexSet::listed(int32 number, uint64 changes) {
+    Slot& at = slot(number);
+    p_.store.refresh();
+    if (!at.list || at.listedAt != changes || at.list->total() != p_.store.count()) {
+        at.list = std::make_unique<ListedIndex>(p_.store, at.keys);
+        at.listedAt = changes;
+    }
+    return *at.list;
 }
 
 void IndexSet::close(int32 number) noexcept {

@@ -60,6 +60,9 @@ class IndexSet {
     // Rebuilds all where an update died; nothing otherwise. False where that failed: recorded in the log.
     bool healLeftBehind();
 
+    // The order of the records as they are, for a reader who may not build anew what a death left.
+    IndexForm& listed(int32 number, uint64 changes);
+
     // Told of an index that was built anew: its primary field.
     std::function<void(int32)> rebuilt;
     // The field that gives serial numbers: an index on it that the control file does not name has no file at
@@ -72,6 +75,8 @@ class IndexSet {
         IndexKeys keys;
         int32 file = 0;                   // file number, 0 closed
         std::unique_ptr<IndexForm> form;  // while open
+        std::unique_ptr<IndexForm> list;  // see listed()
+        uint64 listedAt = 0;
     };
 
     Slot& slot(int32 number) const { return *slots_[static_cast<std::size_t>(number - 1)]; }
