@@ -109,7 +109,6 @@ bool clsTSDB::openFiles() {
     }
     d.count = CountFile(folder.files.file(d.opened.count));
     if (folder.shared && !folder.readOnly && refusesLocks()) return e.fail(DatabaseError::locked);
-    if (!folder.readOnly) d.count.initialise();
     const auto dataFile = recoverData(d);
     if (dataFile == DataFile::lost) return e.fail(DatabaseError::locked);
     if (dataFile == DataFile::recovered) d.count.mark();
@@ -129,7 +128,6 @@ void clsTSDB::openChanges() {
     d.opened.changes = d.folder.open(ChangeCount::kFileName, true);
     if (d.opened.changes == 0) return;
     d.changes = ChangeCount(d.folder.files.file(d.opened.changes));
-    if (!d.folder.readOnly) d.changes.initialise();
 }
 
 // What a death left is mended before anybody reads. Who holds the database lock is at work, and does it
@@ -144,6 +142,9 @@ bool clsTSDB::settle() {
     }
     bool unclean = false;
     try {
+        // Whoever comes first makes them, and nobody writes over what another one made.
+        d.count.initialise();
+        if (d.changes) d.changes.initialise();
         d.refreshCount();
         unclean = d.sign.leftUncleanly();
         if (d.marks.leftBehind())

@@ -13,6 +13,8 @@ void ChangeCount::initialise() {
 
 uint64 ChangeCount::value() {
     uint64 value = 0;
+    // Empty until the first opening that gets the database lock.
+    if (bytes_.knownSize() < sizeof value) bytes_.refreshSize();
     std::atomic_thread_fence(std::memory_order_acq_rel);
     if (const char* in = bytes_.view(0, sizeof value))
         value = __atomic_load_n(reinterpret_cast<const uint64*>(in), __ATOMIC_ACQUIRE);

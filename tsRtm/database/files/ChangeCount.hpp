@@ -20,6 +20,7 @@ class ChangeCount {
     explicit ChangeCount(platform::File& file) : bytes_(file) {}
 
     explicit operator bool() const noexcept { return static_cast<bool>(bytes_); }
+    platform::File& file() const noexcept { return bytes_.file(); }
     // Writes a 0 into an empty file.
     void initialise();
     // With a window no system call. What was read before this call was read before the number, what is read
@@ -29,6 +30,8 @@ class ChangeCount {
 
     void begin();
     void end();
+    // Something was written that no index knows of: on a share, others have to hear of that, too.
+    void touch() { store(value() + 2); }
 
  private:
     void store(uint64 value);

@@ -32,10 +32,14 @@ DatabaseError DatabaseLocks::lockDatabase(Wait wait) {
         if (error != 0) return DatabaseError::locked;
     }
     ++depth_;
-    return DatabaseError::none;
+    if (depth_ > 1 || guard_.entered()) return DatabaseError::none;
+    depth_ = 0;
+    static_cast<void>(count_.file().unlock(kDatabaseByte));
+    return DatabaseError::locked;
 }
 
 void DatabaseLocks::unlockDatabase() noexcept {
+    if (depth_ == 1 && count_) guard_.leaving();
     if (depth_ == 0 || --depth_ > 0) return;
     if (count_) static_cast<void>(count_.file().unlock(kDatabaseByte));
 }
@@ -63,7 +67,14 @@ DatabaseError DatabaseLocks::lockRecord(int32 record, int32 wait) {
     const LockRequest request{countFormat::recordLock(record), wait, true};
     if (lockWithWait(folder_.messages(), count_.file(), request) != 0) return DatabaseError::locked;
     own_.push_back(record);
-    return DatabaseError::none;
+    if (!guard_.needed()) return DatabaseError::none;
+    // What the last holder of the record wrote is read from the server: seen by who is alone for a moment.
+    const auto error = lockDatabase();
+    if (failed(error))
+        unlockRecord(record);
+    else
+        unlockDatabase();
+    return error;
 }
 
 DatabaseError DatabaseLocks::tryRecord(int32 record) {

@@ -5,6 +5,7 @@
 #include "tsRtm/database/files/CountFile.hpp"
 #include "tsRtm/database/files/DatabaseError.hpp"
 #include "tsRtm/database/files/DatabaseFolder.hpp"
+#include "tsRtm/database/files/ShareGuard.hpp"
 
 namespace tsRtm {
 
@@ -12,7 +13,8 @@ namespace tsRtm {
 // or the opening of Count.tsd. Knows folder and count file by reference. Not thread-safe.
 class DatabaseLocks {
  public:
-    DatabaseLocks(const DatabaseFolder& folder, CountFile& count) : folder_(folder), count_(count) {}
+    DatabaseLocks(const DatabaseFolder& folder, CountFile& count, ShareGuard& guard)
+        : folder_(folder), count_(count), guard_(guard) {}
 
     // The database lock nests: each success is given back once, and the last one frees it. In single use
     // nobody else can be there: always a success, without a lock. Waits NetWait seconds, then asks, or gives
@@ -49,6 +51,7 @@ class DatabaseLocks {
  private:
     const DatabaseFolder& folder_;
     CountFile& count_;
+    ShareGuard& guard_;
     std::vector<int32> own_;
     int32 depth_ = 0;
     bool explicitly_ = false;

@@ -18,7 +18,13 @@ auto SerialNumber::locked(Work work) {
         platform::File& file;
         ~Unlock() { static_cast<void>(file.unlock({kLockPosition - 1, 1})); }
     } unlock{bytes_.file()};
-    return work();
+    // On a share the number is the server's, before and after.
+    const bool remote = bytes_.file().remote();
+    if (remote) static_cast<void>(bytes_.file().refresh(platform::RefreshAs::soleWriter));
+    const auto result = work();
+    if (remote && platform::failed(bytes_.file().flush()))
+        raise(57, u"clsTSDB", u"Autowert.tsd kann nicht geschrieben werden");
+    return result;
 }
 
 int32 SerialNumber::last() {

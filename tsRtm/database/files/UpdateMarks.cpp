@@ -18,13 +18,19 @@ void UpdateMarks::begin() {
     count_.mark();
     underWay_ = true;
     ++rtmMain::state().updatesUnderWay;
+    guard_.flushMarks();
 }
 
 void UpdateMarks::end(int32 records) {
     if (!underWay_) return;
+    guard_.flushFiles();
     count_.finish(records);
     giveUp();
     if (changes_) changes_.end();
+}
+
+void UpdateMarks::touched() {
+    if (changes_ && guard_.needed()) changes_.touch();
 }
 
 void UpdateMarks::giveUp() noexcept {

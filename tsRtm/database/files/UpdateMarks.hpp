@@ -3,6 +3,7 @@
 // the database lock that an update died.
 #include "tsRtm/database/files/ChangeCount.hpp"
 #include "tsRtm/database/files/CountFile.hpp"
+#include "tsRtm/database/files/ShareGuard.hpp"
 
 namespace tsRtm {
 
@@ -10,25 +11,29 @@ namespace tsRtm {
 // use). Knows the files by reference. Failures raise as raiseFileFailure tells.
 class UpdateMarks {
  public:
-    UpdateMarks(CountFile& count, ChangeCount& changes) : count_(count), changes_(changes) {}
+    UpdateMarks(CountFile& count, ChangeCount& changes, ShareGuard& guard)
+        : count_(count), changes_(changes), guard_(guard) {}
     ~UpdateMarks() { giveUp(); }
     UpdateMarks(const UpdateMarks&) = delete;
     UpdateMarks& operator=(const UpdateMarks&) = delete;
 
-    // An earlier update was not ended: the indexes must be built anew. One that died before its first index or
-    // behind its record left no more than an odd number, which is mended here.
+    // An earlier update was not ended: the indexes must be built anew. One that died before its first index
+    // or behind its record left no more than an odd number, which is mended here.
     bool leftBehind();
     bool underWay() const noexcept { return underWay_; }
 
     void begin();
     // Indexes and records agree again; `records` is their count, for Count.tsd.
     void end(int32 records);
+    // A record was written that moves in no index.
+    void touched();
     // The change is not ended here: its marks stay for who comes next.
     void giveUp() noexcept;
 
  private:
     CountFile& count_;
     ChangeCount& changes_;
+    ShareGuard& guard_;
     bool underWay_ = false;
 };
 

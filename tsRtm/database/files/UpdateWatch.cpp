@@ -14,13 +14,28 @@ constexpr std::chrono::microseconds kPause{100};
 }  // namespace
 
 UpdateWatch::Look UpdateWatch::look() {
-    // Without a count of changes a mark is as good as an odd number.
-    if (!changes_) return count_.marked() ? Look{1, false} : Look{++unknown_ * 2, true};
-    const uint64 value = changes_.value();
-    return {value, ChangeCount::isQuiet(value)};
+    Look now;
+    // Who writes on a share holds the lock, and shows a newer number before he gives it back.
+    const bool share = guard_.needed();
+    if (share && locks_.databaseHeldByOther()) now.quiet = false;
+    if (share) now.shown = guard_.newest();
+    if (!changes_) {
+        // Without a count of changes a mark is as good as an odd number.
+        const bool marked = count_.marked();
+        now.number = marked ? 1 : ++unknown_ * 2;
+        now.quiet = now.quiet && !marked;
+        return now;
+    }
+    now.number = changes_.value();
+    now.quiet = now.quiet && ChangeCount::isQuiet(now.number) && now.number + 1 >= now.shown;
+    return now;
 }
 
 bool UpdateWatch::same(const Look& before) {
+    if (guard_.needed()) {
+        const Look now = look();
+        return now.quiet && now.shown == before.shown && (!changes_ || now.number == before.number);
+    }
     return changes_ ? changes_.value() == before.number : !count_.marked();
 }
 

@@ -12,12 +12,14 @@
 namespace tsRtm {
 
 // Looks at the number of changes before and after a walk: two system calls a walk where the files have no
-// window, none where they have. Without Stand.tsd (nobody who keeps it ever wrote here) it looks at the mark
-// in Count.tsd. Knows its parts by reference. Not thread-safe.
+// window, none where they have. On a share it asks by locks whether anybody writes or wrote. Without
+// Stand.tsd (nobody who keeps it ever wrote here) it looks at the mark in Count.tsd. Knows its parts by
+// reference. Not thread-safe.
 class UpdateWatch {
  public:
-    UpdateWatch(CountFile& count, ChangeCount& changes, DatabaseLocks& locks, const DatabaseFolder& folder)
-        : count_(count), changes_(changes), locks_(locks), folder_(folder) {}
+    UpdateWatch(CountFile& count, ChangeCount& changes, DatabaseLocks& locks, const DatabaseFolder& folder,
+                ShareGuard& guard)
+        : count_(count), changes_(changes), locks_(locks), folder_(folder), guard_(guard) {}
 
     // Heals what an update left that died, under the database lock. Set by who owns the indexes; false where
     // it could not.
@@ -54,6 +56,7 @@ class UpdateWatch {
     struct Look {
         uint64 number = 0;
         bool quiet = true;
+        uint64 shown = 0;  // by others, on a share
     };
     struct Patience {
         int32 attempts = 0;
@@ -72,6 +75,7 @@ class UpdateWatch {
     ChangeCount& changes_;
     DatabaseLocks& locks_;
     const DatabaseFolder& folder_;
+    ShareGuard& guard_;
     uint64 unknown_ = 0;          // a number that was never seen, where there is no count of changes
     std::optional<uint64> dead_;  // at this number an update died
 };

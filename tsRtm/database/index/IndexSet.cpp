@@ -152,11 +152,9 @@ void IndexSet::closeAll() noexcept {
     for (int32 number = 1; has(number); ++number) close(number);
 }
 
-void IndexSet::flush() noexcept {
-    for (const auto& at : slots_) try {
-            if (at->file != 0) static_cast<void>(p_.folder.files.file(at->file).flush());
-        } catch (const Failure&) {  // what is not on the device is found wrong at the next opening
-        }
+void IndexSet::eachFile(const std::function<void(platform::File&)>& work) {
+    for (const auto& at : slots_)
+        if (at->file != 0) work(p_.folder.files.file(at->file));
 }
 
 void IndexSet::buildOne(int32 number) {

@@ -50,8 +50,7 @@ class IndexSet {
     IndexForm& openAsItIs(int32 number);
     void close(int32 number) noexcept;
     void closeAll() noexcept;
-    // Hands to the device what was written to the open files.
-    void flush() noexcept;
+    void eachFile(const std::function<void(platform::File&)>& work);
 
     // Builds all indexes, or one, anew in their files. The caller holds the database lock. Raises what the
     // files raise; the marks of the update then stay. Tells the user that it goes on.

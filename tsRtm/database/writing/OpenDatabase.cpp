@@ -4,6 +4,13 @@
 
 namespace tsRtm {
 
+OpenDatabase::OpenDatabase(FilesTopic& files) : folder(files) {
+    guard.eachFile = [this](const std::function<void(platform::File&)>& work) {
+        if (store) work(store.bytes().file());
+        indexes.eachFile(work);
+    };
+}
+
 void OpenDatabase::refreshCount() {
     if (!store) return;
     store.refresh();
@@ -16,10 +23,10 @@ void OpenDatabase::refreshWhenDue() {
         refreshCount();
 }
 
-void OpenDatabase::flush() noexcept {
-    if (store) static_cast<void>(store.bytes().file().flush());
-    if (serial) static_cast<void>(serial.file().flush());
-    indexes.flush();
+void OpenDatabase::flush() {
+    const auto toDevice = [](platform::File& file) { static_cast<void>(file.flush()); };
+    if (serial) toDevice(serial.file());
+    guard.eachFile(toDevice);
 }
 
 void OpenDatabase::close() noexcept {

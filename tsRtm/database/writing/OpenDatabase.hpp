@@ -12,7 +12,7 @@ namespace tsRtm {
 
 // The opening fills it. Its parts know each other by reference, so it does not move. Not thread-safe.
 struct OpenDatabase {
-    explicit OpenDatabase(FilesTopic& files) : folder(files) {}
+    explicit OpenDatabase(FilesTopic& files);
     ~OpenDatabase() { close(); }
     OpenDatabase(const OpenDatabase&) = delete;
     OpenDatabase& operator=(const OpenDatabase&) = delete;
@@ -32,15 +32,16 @@ struct OpenDatabase {
     ChangeCount changes;
     RecordStore store;
     SerialNumber serial;
-    DatabaseLocks locks{folder, count};
-    UpdateMarks marks{count, changes};
-    UpdateWatch watch{count, changes, locks, folder};
+    ShareGuard guard{folder, count, changes};
+    DatabaseLocks locks{folder, count, guard};
+    UpdateMarks marks{count, changes, guard};
+    UpdateWatch watch{count, changes, locks, folder, guard};
     WorkSign sign{folder, count, locks};
     ReorganisationLock reorganisation{folder, count, opened.count, locks};
     IndexSet indexes{{folder, count, store, locks, marks, watch, sign}};
 
     // Every write holds the database lock: a client's cache stands between the files and others.
-    bool remote() const { return count && count.file().remote(); }
+    bool remote() const { return guard.needed(); }
     int32 maxRecords() const { return control ? control->MaxRecords() : 0; }
     int32 records() const noexcept { return store.count(); }
     // The record count anew, and the same where the last look is 6 x NetWait seconds old.
@@ -50,7 +51,7 @@ struct OpenDatabase {
     void close() noexcept;
 
  private:
-    void flush() noexcept;
+    void flush();
 
     std::chrono::nanoseconds refreshed_{};
 };

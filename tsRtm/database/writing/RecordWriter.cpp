@@ -129,6 +129,7 @@ WriteOutcome RecordWriter::changeUnderLock(int32 record, const WriteOrder& order
 void RecordWriter::store(int32 record, const WriteOrder& order, WriteOutcome& out) {
     if (changed_.empty()) {
         if (image_ != stored_) d_.store.write(record, image_);
+        d_.marks.touched();
         return;
     }
     for (const int32 index : changed_) d_.indexes.open(index);
@@ -200,6 +201,7 @@ WriteOutcome RecordWriter::place(int32 record, RecordBuffer& content) {
             content.compose(stored_, RecordBuffer::Extent::whole, image_);
             d_.store.write(record, image_);
             if (isNew) d_.count.finish(d_.records());
+            d_.marks.touched();
             return WriteOutcome{DatabaseError::none, record, 0};
         };
         const bool alone = d_.store.reaches(record) && !d_.layout.namesPlaces() && !d_.remote();
@@ -212,6 +214,7 @@ WriteOutcome RecordWriter::patch(int32 record, uint32 offset, BytesView bytes) {
         if (!d_.store.reaches(record)) return refused(DatabaseError::badRecord);
         const auto write = [&] {
             d_.store.writePart(record, offset, bytes);
+            d_.marks.touched();
             return WriteOutcome{DatabaseError::none, record, 0};
         };
         return d_.remote() ? underLock(write) : write();
