@@ -20,10 +20,6 @@ TEST_F(DatenSeqTest, ReadsLinesOfAnyForm) {
              {"a\r\n\r\nb\r\n\r\n", {u"a", u"", u"b", u""}},
              {"a\nb\rc", {u"ab", u"c"}},  // a text with a CR loses every LF
              {nul, {Text(u"a\0b", 3)}},
-             {"M\xFCller\r\n", {u"Müller"}},
-             {"\xEF\xBB\xBFM\xC3\xBCller\r\n\xFF\r\n", {u"Müller", u"\uFFFD"}},
-             {Bytes("\xFF\xFE\x41\x01\r\0\n\0", 8), {u"Ł"}},
-             {Bytes("\xFE\xFF\x01\x41\0\r\0\n", 8), {u"Ł"}},
              {"a\r\nb\r\n\x1Arest", {u"a", u"b"}},
          }) {
         disk.put(kFile, bytes);
@@ -31,30 +27,6 @@ TEST_F(DatenSeqTest, ReadsLinesOfAnyForm) {
         list.Init(kFile);
         EXPECT_EQ(linesIn(list), lines) << bytes;
         EXPECT_FALSE(list.IsEmpty());
-    }
-}
-
-TEST_F(DatenSeqTest, ChangesAreStoredByCommitOrAtOnce) {
-    for (const bool atOnce : {false, true}) {
-        static_cast<void>(disk.remove(kFile));
-        DatenSeq list;
-        list.Init(kFile, 0, {}, atOnce);
-        Changes changes(list);
-        EXPECT_TRUE(list.IsEmpty());
-        EXPECT_EQ(list.Add(u"eins"), 1);
-        EXPECT_EQ(list.Add(u"Łódź"), 2);
-        list.Item(4, u"vier");
-        EXPECT_EQ(list.Insert(1, u"null"), 1);
-        EXPECT_EQ(list.Insert(6, u"x"), 0);
-        EXPECT_EQ(list.Remove(2), u"eins");
-        EXPECT_EQ(list.Remove(9), u"");
-        EXPECT_EQ(changes.take(), 5);
-        EXPECT_EQ(disk.exists(kFile), atOnce);
-        list.Commit();
-        EXPECT_EQ(disk.dump(kFile), "\xEF\xBB\xBFnull\r\nŁódź\r\n\r\nvier\r\n");
-        EXPECT_TRUE(list.Dirty());
-        EXPECT_EQ(list.Item(9), u"");
-        EXPECT_EQ(list.Item(0), u"");
     }
 }
 
@@ -73,39 +45,6 @@ TEST_F(DatenSeqTest, ALimitHolds) {
     EXPECT_EQ(list.Item(3), u"");
     list.Item(3, u"y");
     EXPECT_EQ(linesIn(list), (Lines{u"b", u"c", u"y"}));
-}
-
-// Each step: what another process writes and when, and what is seen then.
-TEST_F(DatenSeqTest, OthersChangesAreSeenInTime) {
-    for (const bool atOnce : {false, true}) {
-        disk.put(kFile, "alt\r\n");
-        DatenSeq list;
-        list.Init(kFile, 0, {}, atOnce);
-        Changes changes(list);
-        EXPECT_EQ(linesIn(list), Lines{u"alt"});
-        EXPECT_EQ(changes.take(), 1);
-        otherWrites("neu\r\n");
-        EXPECT_EQ(linesIn(list), Lines{atOnce ? u"neu" : u"alt"});
-        wait(kUntilNextLook);
-        EXPECT_EQ(linesIn(list), Lines{u"neu"});
-        EXPECT_EQ(changes.take(), 1);
-        // Within the second of the last stamp, and of the same size.
-        otherWrites("eins\r\n");
-        wait(kUntilNextLook);
-        disk.put(kFile, "zwei\r\n");
-        static_cast<void>(list.Count());
-        disk.put(kFile, "drei\r\n");
-        if (!atOnce) wait(kUntilNextLook);
-        EXPECT_EQ(linesIn(list), Lines{u"drei"});
-        changes.take();
-        wait(kUntilNextLook);
-        EXPECT_EQ(linesIn(list), Lines{u"drei"});
-        EXPECT_EQ(changes.take(), 0);
-        static_cast<void>(disk.remove(kFile));
-        wait(kUntilNextLook);
-        EXPECT_EQ(linesIn(list), Lines{});
-        EXPECT_EQ(changes.take(), 1);
-    }
 }
 
 TEST_F(DatenSeqTest, AFileKeepsItsEncodingAndGetsWholeLines) {
@@ -134,26 +73,8 @@ TEST_F(DatenSeqTest, AFileKeepsItsEncodingAndGetsWholeLines) {
     EXPECT_EQ(disk.dump(kFile), "\xEF\xBB\xBFŁ\r\n");
 }
 
-TEST_F(DatenSeqTest, EncryptedLinesComeBack) {
-    const Lines lines{u"Müller", u"", u"geheim €", Text(300, u'ß')};
-    for (const bool atOnce : {false, true}) {
-        static_cast<void>(disk.remove(kFile));
-        {
-            DatenSeq list;
-            list.Init(kFile, 0, {}, atOnce);
-            list.Encrypted(true);
-            for (const Text& line : lines) list.Add(line);
-        }  // stores
-        const Bytes stored = disk.dump(kFile);
-        EXPECT_EQ(stored.find("geheim"), Bytes::npos);
-        EXPECT_EQ(stored.find('='), Bytes::npos);
-        EXPECT_EQ(std::count(stored.begin(), stored.end(), '\n'), 4);
-        DatenSeq again;
-        again.Init(kFile);
-        again.Encrypted(true);
-        EXPECT_EQ(linesIn(again), lines);
-    }
-    // The code of "geheim" with start value 5 under the key file of the fixture.
+// The code of "geheim" with start value 5 under the key file of the fixture.
+TEST_F(DatenSeqTest, CodedLinesAreReadBesidePlainOnes) {
     otherWrites("BYwh9ZMmxQ\r\nkein Code\r\n");
     DatenSeq list;
     list.Init(kFile);
@@ -161,68 +82,20 @@ TEST_F(DatenSeqTest, EncryptedLinesComeBack) {
     EXPECT_EQ(linesIn(list), (Lines{u"geheim", u"kein Code"}));
 }
 
-// A file that could not be read is not written over.
-TEST_F(DatenSeqTest, AnUnreadableFileStaysWhole) {
-    const Bytes stranger("\xFF\xFE\0\0x\0\0\0", 8);  // UTF-32
-    disk.put(kFile, stranger);
-    {
-        DatenSeq list;
-        list.Init(kFile);
-        EXPECT_THROW(static_cast<void>(list.Count()), Failure);
-        EXPECT_THROW(list.Add(u"x"), Failure);
-        list.Dirty(true);
-        EXPECT_THROW(list.Commit(), Failure);
-    }
-    EXPECT_EQ(disk.dump(kFile), stranger);
-    disk.put(kFile, "alt\r\n");
-    {
-        DatenSeq list;
-        list.Init(kFile);
-        disk.failOpening(kFile, platform::SystemError::sharingViolation);
-        EXPECT_EQ(list.Count(), 0);
-        EXPECT_EQ(rtmMain::state().F, 70);
-        EXPECT_THROW(list.Add(u"x"), Failure);
-        disk.failOpening(kFile, platform::SystemError::none);
-        wait(kUntilNextLook);
-        EXPECT_EQ(list.Add(u"neu"), 2);
-        EXPECT_THROW(list.Add(u"a\x1A"), Failure);  // the file would end there
-    }
-    EXPECT_EQ(disk.dump(kFile), "alt\r\nneu\r\n");
-}
-
-TEST_F(DatenSeqTest, TheLastWriterWinsButAnOldListDoesNotComeBack) {
-    disk.put(kFile, "a\r\n");
-    {
-        DatenSeq list;
-        list.Init(kFile);
-        list.Add(u"b");
-        list.Commit();
-        otherWrites("c\r\n");
-    }  // has nothing to store
-    EXPECT_EQ(disk.dump(kFile), "c\r\n");
+TEST_F(DatenSeqTest, LinesAreInsertedAndMadeByTheirIndex) {
     DatenSeq list;
     list.Init(kFile);
-    list.Add(u"d");
-    otherWrites("e\r\n");
-    list.Commit();
-    EXPECT_EQ(disk.dump(kFile), "c\r\nd\r\n");
-    list.Clear();
-    EXPECT_FALSE(disk.exists(kFile));
     EXPECT_TRUE(list.IsEmpty());
-}
-
-// The code of a line beside plain ones would make something else of these at the next reading.
-TEST_F(DatenSeqTest, AFileIsCodedAsAWhole) {
-    disk.put(kFile, "Abel\r\n");
-    DatenSeq list;
-    list.Init(kFile, 0, {}, true);
-    EXPECT_EQ(list.Count(), 1);
-    list.Encrypted(true);
-    list.Add(u"Bert");
-    DatenSeq again;
-    again.Init(kFile);
-    again.Encrypted(true);
-    EXPECT_EQ(linesIn(again), (Lines{u"Abel", u"Bert"}));
+    EXPECT_EQ(list.Add(u"eins"), 1);
+    list.Item(3, u"drei");
+    EXPECT_EQ(list.Insert(1, u"null"), 1);
+    EXPECT_EQ(list.Insert(5, u"x") + list.Insert(0, u"x"), 0);
+    EXPECT_EQ(list.Remove(2), u"eins");
+    EXPECT_EQ(list.Remove(9) + list.Item(0) + list.Item(9), u"");
+    EXPECT_EQ(raised([&] { list.Item(2147483647, u"x"); }).substr(0, 16), u"9|DatenSeq.Item|");
+    list.Commit();
+    EXPECT_TRUE(list.Dirty()) << "until the program clears it";
+    EXPECT_EQ(linesIn(list), (Lines{u"null", u"", u"drei"}));
 }
 
 TEST_F(DatenSeqTest, ClearThatFailsLeavesTheList) {

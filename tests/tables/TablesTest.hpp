@@ -4,6 +4,7 @@
 
 #include "tests/support/MemoryFiles.hpp"
 #include "tests/support/TestGround.hpp"
+#include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm::test {
 
@@ -31,6 +32,17 @@ class TablesTest : public testing::Test {
     MemoryFiles disk;
     StartedLibrary library{disk};
 };
+
+// What work raises: "number|source|description", empty for nothing.
+template <class Work>
+Text raised(Work work) {
+    try {
+        work();
+    } catch (const Failure& failure) {
+        return toText(failure.Number()) + u"|" + failure.Source() + u"|" + failure.Description();
+    }
+    return {};
+}
 
 // Counts how often a list says that it has changed.
 template <class List>

@@ -1,7 +1,10 @@
 #include "tsRtm/tables/DatenSeq.hpp"
 
 #include <algorithm>
+#include <limits>
+#include <new>
 
+#include "tsRtm/frame/files/SystemFailures.hpp"
 #include "tsRtm/frame/rtmMain.hpp"
 #include "tsRtm/frame/text/ConversionsTopic.hpp"
 #include "tsRtm/types/Failure.hpp"
@@ -11,6 +14,11 @@ namespace {
 
 constexpr TextView kType = u"DatenSeq";
 constexpr TextView kGerman = u"äöüÄÖÜß§";
+
+// A text is counted in int32, and each line has at least its end.
+constexpr int32 kMostLines = std::numeric_limits<int32>::max() / 2;
+
+Text source(TextView Operation) { return Text(kType) + Text(Operation); }
 
 std::size_t place(int32 index) { return static_cast<std::size_t>(index) - 1; }
 
@@ -75,9 +83,12 @@ Text DatenSeq::Item(int32 Index) {
 
 void DatenSeq::beforeChange(TextView Value, TextView Operation, TableFile::Look how) {
     sync(how);
-    const Text source = Text(kType) + Text(Operation);
-    file_.needRead(source);
-    if (file_.bound() && !encrypted_) needHeld(Value, Holds::anyLineEnd, source, Datei());
+    file_.needRead(source(Operation));
+    needHeld(Value, Operation);
+}
+
+void DatenSeq::needHeld(TextView line, TextView Operation) const {
+    if (file_.bound() && !encrypted_) tsRtm::needHeld(line, Holds::oneLine, source(Operation), Datei());
 }
 
 void DatenSeq::afterChange(int32 appended) {
@@ -89,9 +100,18 @@ void DatenSeq::afterChange(int32 appended) {
 void DatenSeq::Item(int32 Index, TextView Value) {
     beforeChange(Value, u".Item");
     if (Index < 1 || (maxItems_ > 0 && Index > maxItems_)) return;
-    if (Index > held()) lines_.resize(static_cast<std::size_t>(Index));
+    if (Index > held()) lengthen(Index);
     lines_[place(Index)] = Value;
     afterChange();
+}
+
+void DatenSeq::lengthen(int32 count) {
+    try {
+        if (count > kMostLines) raise(9, source(u".Item"), failureText(9));
+        lines_.resize(static_cast<std::size_t>(count));
+    } catch (const std::bad_alloc&) {
+        raise(7, source(u".Item"), failureText(7));
+    }
 }
 
 int32 DatenSeq::Add(TextView Value) {
@@ -136,15 +156,18 @@ void DatenSeq::Commit() {
 // back as an empty line.
 Text DatenSeq::fileText(std::size_t from) {
     Text text;
-    for (std::size_t i = from; i < lines_.size(); ++i)
+    for (std::size_t i = from; i < lines_.size(); ++i) {
+        // Encrypted may have been switched off since the line was set.
+        needHeld(lines_[i], u".Commit");
         (text += encrypted_ ? code_.encoded(lines_[i]) : lines_[i]) += kLineEnd;
+    }
     return text;
 }
 
 void DatenSeq::save(int32 from) {
     if (!file_.bound() || !dirty_) return;
     if (file_.unread()) sync(TableFile::Look::forced);
-    file_.needRead(Text(kType) + u".Commit");
+    file_.needRead(source(u".Commit"));
     if (from > 0 && !recoded_ && file_.canAppend())
         file_.append(fileText(place(from)));
     else

@@ -17,8 +17,9 @@ namespace tsRtm {
 //
 // Failures of reading and writing the file are raised as GetContentAPI and PutContentAPI do; the file is then
 // as it was. A file that cannot be opened now leaves the list as it is, and F says why; what would write over
-// such a file raises that number. A text with an end-of-file mark (code 26) raises 380, since the file would
-// end there. A bad index is no failure.
+// such a file raises that number. A text that a line of the file cannot hold, with a line break or the old
+// end-of-file mark (code 26), raises 380 unless the lines are encrypted or there is no file. A bad index is
+// no failure.
 class DatenSeq {
  public:
     DatenSeq() = default;
@@ -53,7 +54,8 @@ class DatenSeq {
     // MaxItems where that is set, whatever the list holds.
     int32 Count();
     Text Item(int32 Index);
-    // An index behind the end makes the list longer; with a limit, one above it does nothing.
+    // An index behind the end makes the list longer; with a limit, one above it does nothing. Raises 9 for an
+    // index that no file could have, 7 where the memory does not suffice.
     void Item(int32 Index, TextView Value);
     // The number of the new line; 0 where the limit is reached.
     int32 Add(TextView Value);
@@ -78,6 +80,8 @@ class DatenSeq {
  private:
     void sync(TableFile::Look how = TableFile::Look::nowAndThen);
     void beforeChange(TextView Value, TextView Operation, TableFile::Look how = TableFile::Look::nowAndThen);
+    void needHeld(TextView line, TextView Operation) const;
+    void lengthen(int32 count);
     void afterChange(int32 appended = 0);
     void save(int32 from);
     Text fileText(std::size_t from);

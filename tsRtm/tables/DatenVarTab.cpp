@@ -69,7 +69,7 @@ void DatenVarTab::load(const std::vector<Text>& lines) {
 }
 
 Text DatenVarTab::lineOf(TextView item) {
-    needHeldText(item, Holds::anyLineEnd, u".SchreibDaten");
+    needHeldText(item, Holds::lineBreaks, u".SchreibDaten");
     Text line = withoutLf(item);
     for (char16_t& c : line)
         if (c == u'\r') c = kLineBreak;
@@ -107,7 +107,7 @@ void DatenVarTab::Item(int32 Zeile, int32 Spalte, TextView Wert) {
     beforeChange(u".Item");
     const auto* found = row(Zeile);
     if (!found || Spalte < 1 || Spalte > std::ssize(*found)) return;
-    needHeldText(Wert, Holds::anyLineEnd, u".Item");
+    needHeldText(Wert, Holds::lineBreaks, u".Item");
     rows_[static_cast<std::size_t>(Zeile) - 1][static_cast<std::size_t>(Spalte) - 1] = withoutLf(Wert);
     afterChange();
 }
@@ -123,7 +123,7 @@ int32 DatenVarTab::Add(const std::vector<Text>& Daten, bool Sync) {
     std::vector<Text> items;
     items.reserve(Daten.size());
     for (const Text& item : Daten) {
-        needHeldText(item, Holds::anyLineEnd, u".Add");
+        needHeldText(item, Holds::lineBreaks, u".Add");
         items.push_back(withoutLf(item));
     }
     // A row without items could not be read back.
@@ -147,6 +147,7 @@ int32 DatenVarTab::VarAdd(const VariantList& Daten) {
 int32 DatenVarTab::Remove(int32 Zeile) {
     beforeChange(u".Remove");
     if (!row(Zeile)) return 0;
+    if (rows() == 1) return Clear(false);
     rows_.erase(rows_.begin() + (Zeile - 1));
     afterChange();
     return 1;

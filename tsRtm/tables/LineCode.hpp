@@ -16,8 +16,8 @@ std::vector<Text> linesOf(TextView text);
 
 // What a line of a file cannot hold: it would come back as something else.
 enum class Holds {
-    anyLineEnd,  // a line end makes two lines of one; only the old end-of-file mark (code 26) is refused
-    oneLine,     // nor a line end
+    lineBreaks,  // written as another character; only the old end-of-file mark (code 26) is refused
+    oneLine,     // nor a line break
 };
 // Raises 380 with this source for a text that the file cannot hold.
 void needHeld(TextView text, Holds what, TextView Source, TextView Datei);

@@ -71,6 +71,9 @@ class Withdrawn {
 }  // namespace
 
 Text TableFile::makeBeside(TextView text, int32 fileEncoding) {
+    // Before there is a file of another name that PutContentAPI would speak of.
+    if (!text.empty() && !encodings::supported(fileEncoding))
+        encodings::raiseUnsupported(fileEncoding, u"clsRtm.PutContentAPI", name_);
     Text beside = freeNameBeside(name_);
     Withdrawn guard(beside);
     // Open to the same users as the old version, before there is anything in it to read.

@@ -39,11 +39,8 @@ int32 detectedOr850(int32 detected, int32 asked) {
     return detected == ANSI1252 && asked == CP850 ? static_cast<int32>(CP850) : detected;
 }
 
-void needSupported(int32 encoding, TextView operation, TextView name) {
-    if (encodings::supported(encoding)) return;
-    raise(321, u"clsRtm." + Text(operation),
-          u"Dieses Dateiformat (Encoding=" + toText(encoding) + u") wird in \"" + Text(name) +
-              u"\" nicht unterstützt");
+void needSupported(int32 encoding, TextView source, TextView name) {
+    if (!encodings::supported(encoding)) encodings::raiseUnsupported(encoding, source, name);
 }
 
 }  // namespace
@@ -79,7 +76,7 @@ Text FilesTopic::GetContentAPI(TextView Name, int32& Encoding, Date& Datum) {
         Bytes bytes;
         if (length >= 1) {
             Encoding = detectedOr850(DetectEncoding(handle), Encoding);
-            needSupported(Encoding, u"GetContentAPI", Name);
+            needSupported(Encoding, u"clsRtm.GetContentAPI", Name);
             const int64 begin = FilePosAPI(handle);
             bytes = readFrom(handle, begin, length - begin);
         }
@@ -127,7 +124,7 @@ int64 FilesTopic::PutContentAPI(TextView Name, TextView Inhalt, int32 Encoding, 
             } else {
                 mark = encodings::markBytes(Encoding);
             }
-            needSupported(Encoding, u"PutContentAPI", Name);
+            needSupported(Encoding, u"clsRtm.PutContentAPI", Name);
             bytes = Bytes(mark) + encodings::encode(Inhalt, Encoding);
         }
         replaceTail(handle, position, bytes);

@@ -1,6 +1,7 @@
 #include "tsRtm/frame/files/Encodings.hpp"
 
 #include "tsRtm/frame/text/CodePages.hpp"
+#include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm::encodings {
 
@@ -54,6 +55,12 @@ Detected detect(BytesView head) noexcept {
 bool supported(int32 encoding) noexcept {
     return encoding == ANSI1252 || encoding == CP850 || encoding == UTF8 || encoding == UTF16LE ||
            encoding == UTF16BE;
+}
+
+void raiseUnsupported(int32 encoding, TextView Source, TextView Datei) {
+    raise(321, Source,
+          u"Dieses Dateiformat (Encoding=" + toText(encoding) + u") wird in \"" + Text(Datei) +
+              u"\" nicht unterstützt");
 }
 
 Text decode(BytesView bytes, int32 encoding) {

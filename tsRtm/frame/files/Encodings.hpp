@@ -36,6 +36,8 @@ Detected detect(BytesView head) noexcept;
 
 // 1252, 850, 65001, 1200 and 1201.
 bool supported(int32 encoding) noexcept;
+// Says that a file cannot be read or written in an encoding: raises 321 with this source.
+[[noreturn]] void raiseUnsupported(int32 encoding, TextView Source, TextView Datei);
 // Bytes to Text. A malformed UTF-8 sequence becomes U+FFFD, an odd last byte of UTF-16 is dropped. Only where
 // supported.
 Text decode(BytesView bytes, int32 encoding);

@@ -63,9 +63,7 @@ void clsStreamWriter::WriteString(TextView Value) {
     if (!files_) return;
     // The DOS code page can be read but not written here.
     if (encoding_ == CP850 || !encodings::supported(encoding_))
-        raise(321, u"clsStreamWriter.WriteString",
-              u"Dieses Dateiformat (Encoding=" + toText(encoding_) + u") wird in \"" + name_ +
-                  u"\" nicht unterstützt");
+        encodings::raiseUnsupported(encoding_, u"clsStreamWriter.WriteString", name_);
     open();
     // Mark and text in one write, so that a failure leaves neither.
     const BytesView mark = position_ == 0 ? encodings::markBytes(encoding_) : BytesView();
