@@ -47,6 +47,7 @@ constexpr ErrorRow errors[] = {
     {61, u"Datenträger ist voll"},
     {62, u"Lesen hinter dem Dateiende"},
     {63, u"Satznummer ist falsch"},
+    {64, u"Dateiname ist falsch"},
     {67, u"Zu viele Dateien"},
     {68, u"Gerät ist nicht verfügbar"},
     {70, u"Zugriff verweigert"},

@@ -70,7 +70,8 @@ TEST(RtfReader, PlainText) {
     for (const auto& one : cases) EXPECT_EQ(toUtf8(rtfToPlainText(one.rtf)), toUtf8(one.text)) << one.what;
 
     const RtfTopic topic;
-    EXPECT_EQ(topic.ConvertRTFToText(u"no \\par RTF"), u"no \\par RTF");
+    for (const TextView plain : {u"no \\par RTF", u"{a} note}", u"{", u"{\\pard a}", u" {\\rtf1 a}"})
+        EXPECT_EQ(topic.ConvertRTFToText(plain), plain);
     EXPECT_EQ(topic.ConvertRTFToText(u"{\\rtf1 a}"), u"a");
 }
 

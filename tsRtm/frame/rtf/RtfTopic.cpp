@@ -10,7 +10,7 @@ Text RtfTopic::ConvertToRTF(TextView OriginalText, bool OhneHeader) const {
 }
 
 Text RtfTopic::ConvertRTFToText(TextView RTFText) const {
-    return RTFText.starts_with(u'{') ? rtfToPlainText(RTFText) : Text(RTFText);
+    return RTFText.starts_with(u"{\\rtf") ? rtfToPlainText(RTFText) : Text(RTFText);
 }
 
 }  // namespace tsRtm

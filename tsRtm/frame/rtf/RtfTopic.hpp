@@ -9,7 +9,7 @@ class RtfTopic {
  public:
     // "Übersetzt Tessarol-Texte mit Punkt-Befehlen und ~-Steuerzeichen in RTF-Text" (Markup.hpp).
     Text ConvertToRTF(TextView OriginalText, bool OhneHeader = false) const;
-    // Plain text of an RTF text (PlainText.hpp); a text that does not begin with "{" comes back unchanged.
+    // Plain text of an RTF text (PlainText.hpp); a text that does not begin with "{\rtf" comes back unchanged.
     Text ConvertRTFToText(TextView RTFText) const;
 };
 
