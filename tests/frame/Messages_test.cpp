@@ -93,6 +93,17 @@ TEST_F(Messages, ExpansionOfKeysAndMarks) {
     }
 }
 
+// Each sign is looked at once: else this takes minutes.
+TEST_F(Messages, ExpansionBearsAMillionSigns) {
+    for (const TextView one : {u"«", u"«C»"}) {
+        Text line;
+        for (int32 i = 0; i < 1'000'000; ++i) line += one;
+        const auto length = line.size();
+        messages.ExpandSpecial(line += u"»");
+        EXPECT_EQ(line.size(), one == u"«C»" ? length / 3 + 1 : length + 1);
+    }
+}
+
 TEST_F(Messages, KeyNamesOfTheSystemAndWhereItHasNone) {
     ground.ui.keyNames = {{144, u"NUM-FESTSTELL"}, {27, u"esc"}, {0, u"falsch"}};
     for (const auto& [key, name] :

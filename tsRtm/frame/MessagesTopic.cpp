@@ -1,7 +1,9 @@
 // Numbered messages, places in texts, key names and captions.
 #include "tsRtm/frame/MessagesTopic.hpp"
 
+#include <algorithm>
 #include <limits>
+#include <optional>
 
 #include "tsRtm/frame/TextTables.hpp"
 #include "tsRtm/frame/rtmMain.hpp"
@@ -54,17 +56,34 @@ void writeCaptionOption(bool banned) {
                                                      banned ? u"-1" : u"0"));
 }
 
-// "«C»" and "«D»" in either case; any other text between the marks stays.
-void expandMarks(Text& line) {
-    constexpr std::size_t longestMark = 3;  // from the opening to the closing sign
-    for (auto at = line.find(u'«'); at != Text::npos; at = line.find(u'«', at + 1)) {
-        const auto end = line.find(u'»', at + 1);
-        if (end == Text::npos) return;
-        if (end - at > longestMark) continue;
-        const Text name = upper(TextView(line).substr(at + 1, end - at - 1));
-        if (name == u"C") line.replace(at, end - at + 1, rtmMain::CurrName());
-        if (name == u"D") line.replace(at, end - at + 1, rtmMain::DA8());
+// What stands for "«C»" and "«D»", in either case; nothing for any other text between the marks.
+std::optional<Text> markText(TextView text) {
+    if (text.size() < 3 || text[2] != u'»') return std::nullopt;
+    const char16_t name = upper(text[1]);
+    return name == u'C'   ? std::optional(rtmMain::CurrName())
+           : name == u'D' ? std::optional(rtmMain::DA8())
+                          : std::nullopt;
+}
+
+// Puts in place of a sign and the two characters behind it what `textOf` gives for the text from the sign on;
+// where that is nothing, the sign stays.
+template <class TextOf>
+void expand(Text& line, char16_t sign, TextOf textOf) {
+    constexpr std::size_t length = 3;
+    Text expanded;
+    TextView rest = line;
+    for (auto at = rest.find(sign); at != TextView::npos; at = rest.find(sign)) {
+        expanded += rest.substr(0, at);
+        rest.remove_prefix(at);
+        if (const auto text = textOf(rest)) {
+            expanded += *text;
+            rest.remove_prefix(std::min(length, rest.size()));
+        } else {
+            expanded += sign;
+            rest.remove_prefix(1);
+        }
     }
+    line = expanded += rest;
 }
 
 }  // namespace
@@ -105,13 +124,13 @@ void MessagesTopic::InsertMsg(Text& Message, int32 Position, TextView Insert) {
 
 // A key takes "#" and two characters, whatever the second one is: "#1x" loses its "x".
 void MessagesTopic::ExpandSpecial(Text& Line) {
-    for (auto at = Line.find(u'#'); at != Text::npos; at = Line.find(u'#', at + 1)) {
-        if (at + 1 >= Line.size() || !isDigit(Line[at + 1])) continue;
-        int32 key = Line[at + 1] - u'0';
-        if (at + 2 < Line.size() && isDigit(Line[at + 2])) key = key * 10 + (Line[at + 2] - u'0');
-        Line.replace(at, 3, KeyNames(key));
-    }
-    expandMarks(Line);
+    if (Line.find(u'#') != Text::npos)
+        expand(Line, u'#', [this](TextView text) -> std::optional<Text> {
+            if (text.size() < 2 || !isDigit(text[1])) return std::nullopt;
+            const bool twoDigits = text.size() > 2 && isDigit(text[2]);
+            return KeyNames(twoDigits ? (text[1] - u'0') * 10 + (text[2] - u'0') : text[1] - u'0');
+        });
+    if (Line.find(u'«') != Text::npos) expand(Line, u'«', markText);
 }
 
 void MessagesTopic::fillKeyNames() {

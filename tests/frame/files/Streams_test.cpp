@@ -38,6 +38,20 @@ TEST_F(Streams, CsvItemsAreReadInOrder) {
     }
 }
 
+// Each item is looked for once: else this takes minutes.
+TEST_F(Streams, ALineMayHaveAMillionItems) {
+    constexpr std::size_t kItems = 1'000'000;
+    Bytes line;
+    for (std::size_t i = 0; i < kItems; ++i) line += "a,";
+    const auto reader = streams.OpenStreamReader(write("a", line + "b\r\nc"));
+    std::size_t items = 0;
+    while (!reader->EndOfStream() && reader->ReadItem() != u"b") ++items;
+    EXPECT_EQ(items, kItems);
+    reader->FilePos(1);
+    EXPECT_EQ(reader->ReadLine().size(), line.size() + 1);
+    EXPECT_EQ(reader->ReadLine(), u"c");
+}
+
 TEST_F(Streams, SeparatorMayBeLongOrEmpty) {
     const auto reader = streams.OpenStreamReader(write("a", "a::\"b::c\"::d"));
     EXPECT_EQ(reader->FieldSeparator(), u",");

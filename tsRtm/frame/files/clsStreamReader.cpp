@@ -38,6 +38,8 @@ bool clsStreamReader::Init(FilesTopic& Rtm, TextView Datei, TextView FieldSepara
     content_.clear();
     encoding_ = 0;
     position_ = 1;
+    seenFrom_ = 1;
+    seenEnd_ = 0;
     if (Datei.empty()) return false;
     try {
         Date changed;
@@ -70,11 +72,16 @@ void clsStreamReader::needMore(TextView operation) const {
 }
 
 TextView clsStreamReader::nextLine() {
-    const TextView rest = TextView(content_).substr(static_cast<std::size_t>(position_) - 1);
-    const auto end = std::min(rest.find_first_of(u"\r\n"), rest.size());
-    const TextView ending = rest.substr(end, 2);
-    position_ += static_cast<int32>(end + (ending == u"\r\n" ? 2 : ending.empty() ? 0 : 1));
-    return rest.substr(0, end);
+    const TextView all(content_);
+    const auto begin = static_cast<std::size_t>(position_) - 1;
+    // Items are read from one line one after the other: its end is looked for once.
+    if (begin < seenFrom_ || begin > seenEnd_) {
+        seenFrom_ = begin;
+        seenEnd_ = std::min(all.find_first_of(u"\r\n", begin), all.size());
+    }
+    const TextView ending = all.substr(seenEnd_, 2);
+    position_ = static_cast<int32>(seenEnd_ + 1 + (ending == u"\r\n" ? 2 : ending.empty() ? 0 : 1));
+    return all.substr(begin, seenEnd_ - begin);
 }
 
 Text clsStreamReader::ReadLine() {

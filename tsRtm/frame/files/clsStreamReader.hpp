@@ -47,6 +47,9 @@ class clsStreamReader {
     Text content_;
     int32 encoding_ = 0;
     int32 position_ = 1;
+    // From the first place to the second, counted from 0, there is no line end, and one at the second; none
+    // is known while the first lies behind.
+    std::size_t seenFrom_ = 1, seenEnd_ = 0;
     Text fieldSeparator_ = u",";
 };
 
