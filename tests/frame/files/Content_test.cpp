@@ -127,6 +127,19 @@ TEST_F(ContentTest, RefusedWritingLeavesTheFileAsItWas) {
     EXPECT_EQ(raisedBy([&] { files.PutContentAPI(name, u"y", 1252, false, changed); }), 75);
 }
 
+// Nothing of it is read: it would not fit into memory.
+TEST_F(DiskTest, AFileBeyondFourGigabytesTakesATextToo) {
+    const Text name = folder.name(u"a");
+    constexpr int64 kLength = 5'000'000'000;
+    const int32 handle = files.OpenBinaryAPI(name, false, false);
+    files.SetEndAPI(handle, kLength);
+    files.CloseAPI(handle);
+    Date changed;
+    EXPECT_EQ(files.PutContentAPI(name, u"ä", 1252, true, changed), kLength + 1);
+    EXPECT_EQ(files.PutContentAPI(name, u"x", 1252, false, changed), 1);
+    EXPECT_EQ(files.Content(name), u"x");
+}
+
 TEST_F(ContentTest, ReplacingIsAllOrNothing) {
     const Text name = write("a", "old");
     EXPECT_TRUE(files.safeReplace(name, "new"));

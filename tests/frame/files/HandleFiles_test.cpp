@@ -89,14 +89,20 @@ TEST_F(Handles, FailuresNameTheCall) {
     const int32 h = files.OpenBinaryAPI(write("a", "abc"), false, true);
     memory.setFreeSpace(0);
     int32 value = 0;
+    ByteText text(2, u' ');
+    std::array<std::byte, 2> bytes{};
     const std::pair<std::string, std::function<void()>> rows[] = {
         {"CloseAPI (Handle 0): 6", [&] { files.CloseAPI(0); }},
         {"LofAPI (Handle 7): 6", [&] { files.LofAPI(7); }},
-        {"PutAPI (Handle 7 Position 3): 6", [&] { files.PutAPI(7, 3, u"x"); }},
+        {"FilePosAPI (Handle 7): 6", [&] { files.FilePosAPI(7); }},
+        {"GetAPI (Handle 7 Position 3): 6", [&] { files.GetAPI(7, 3, text); }},
+        {"GetBytesAPI (Handle 7 Position 3 Count 2): 6", [&] { files.GetBytesAPI(7, 3, bytes, 2); }},
+        {"PutAPI (Handle 7): 6", [&] { files.PutAPI(7, 3, u"x"); }},
+        {"PutBytesAPI (Handle 7): 6", [&] { files.PutBytesAPI(7, 3, bytes, 2); }},
         {"GetIntegerAPI (Handle 7 Position 3 Size 2): 6", [&] { files.GetIntegerAPI(7, 3, 2, value); }},
         {"PutIntegerAPI (Handle 7 Position 3 Size 2 Value 5): 6", [&] { files.PutIntegerAPI(7, 3, 2, 5); }},
         {"SeekAPI (Handle 1 Position -4): 87", [&] { files.SeekAPI(h, -4); }},
-        {"PutAPI (Handle 1 Position 3): 112", [&] { files.PutAPI(h, 3, u"xyz"); }},
+        {"PutAPI (Handle 1): 112", [&] { files.PutAPI(h, 3, u"xyz"); }},
     };
     for (const auto& [starts, work] : rows)
         EXPECT_TRUE(messageOf(work).starts_with("clsRtm / " + starts + " - ")) << messageOf(work);

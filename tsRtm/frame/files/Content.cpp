@@ -87,21 +87,25 @@ Text FilesTopic::GetContentAPI(TextView Name, int32& Encoding, Date& Datum) {
     return text;
 }
 
-// Writes in place of all bytes from a position on; where that fails, what stood there is put back.
+// Writes in place of all bytes from a position on. What lies behind the old end is written first: where there
+// is no room for it, the file is cut at its old length and is as it was, since the bytes in front of that
+// have their room on the medium.
 void FilesTopic::replaceTail(int32 Handle, int64 Position, BytesView bytes) {
     const int64 length = LofAPI(Handle);
-    const Bytes before = bytes.empty() ? Bytes() : readFrom(Handle, Position, length - Position);
+    const auto inside =
+        std::min(bytes.size(), static_cast<std::size_t>(std::max<int64>(length - Position, 0)));
+    const auto write = [&](std::size_t from, std::size_t count) {
+        if (count == 0) return;
+        writeCall(Handle, u"PutBytesAPI", {}, Position + static_cast<int64>(from),
+                  std::as_bytes(std::span(bytes.substr(from, count))));
+    };
     try {
-        if (!bytes.empty())
-            writeCall(Handle, u"PutBytesAPI",
-                      u" Position " + toText(Position) + u" Count " + toText(std::ssize(bytes)), Position,
-                      std::as_bytes(std::span(bytes)));
+        write(inside, bytes.size() - inside);
+        write(0, inside);
         SetEndAPI(Handle, Position + std::ssize(bytes));
     } catch (const Failure&) {
-        platform::File& file = handleFile(Handle);
-        // The old bytes have their room on the medium still; more than trying is not possible.
-        static_cast<void>(file.writeAt(static_cast<uint64>(Position), std::as_bytes(std::span(before))));
-        static_cast<void>(file.resize(static_cast<uint64>(length)));
+        // More than trying is not possible.
+        static_cast<void>(handleFile(Handle).resize(static_cast<uint64>(length)));
         throw;
     }
 }

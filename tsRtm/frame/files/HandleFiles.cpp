@@ -160,14 +160,13 @@ void FilesTopic::GetBytesAPI(int32 Handle, int64 Position, std::span<std::byte> 
 void FilesTopic::PutAPI(int32 Handle, int64 Position, TextView Buffer) {
     if (Buffer.empty()) return;
     const Bytes bytes = toAnsi(Buffer);
-    writeCall(Handle, u"PutAPI", at(Position), Position, std::as_bytes(std::span(bytes)));
+    writeCall(Handle, u"PutAPI", {}, Position, std::as_bytes(std::span(bytes)));
 }
 
 void FilesTopic::PutBytesAPI(int32 Handle, int64 Position, std::span<const std::byte> Buffer, int32 Count) {
     const std::size_t count = limited(Count, Buffer.size());
     if (count == 0) return;
-    writeCall(Handle, u"PutBytesAPI", at(Position) + u" Count " + toText(Count), Position,
-              Buffer.first(count));
+    writeCall(Handle, u"PutBytesAPI", {}, Position, Buffer.first(count));
 }
 
 void FilesTopic::GetIntegerAPI(int32 Handle, int64 Position, int32 Size, int32& Value) {
