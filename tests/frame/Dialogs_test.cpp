@@ -199,6 +199,17 @@ TEST_F(Dialogs, VersionOfTheControlsDecidesTheForm) {
     EXPECT_EQ(ui.boxes[1].helpFile, u"hilfe.hlp");
     EXPECT_EQ(messages.TSMsgBox(u"x", dlgCancelTryContinue, {}, u"hilfe.hlp", 12), 10);
     EXPECT_EQ(ui.boxes[2].helpFile, u"") << "a box of this style knows no help";
+    for (const int32 version : {580, 610}) {
+        ui.controls = version;
+        for (const auto& [title, shown] : {std::pair<Variant, TextView>{int32{7}, u"7"},
+                                           {2.5, u"2,5"},
+                                           {Date::of(2024, 12, 31, 18, 5, 9), u"31.12.2024 18:05:09"},
+                                           {Variant(), u""}}) {
+            ui.answers = {1};
+            messages.TSMsgBox(u"x", dlgOKOnly, title);
+            EXPECT_EQ(ui.boxes.back().title, shown);
+        }
+    }
 }
 
 TEST_F(Dialogs, ShortFormsSayWhatTheyAre) {

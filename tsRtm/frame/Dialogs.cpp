@@ -28,12 +28,6 @@ int32 defaultButton(const std::vector<int32>& offered, int32 buttons) {
     return place < offered.size() ? offered[place] : offered.front();
 }
 
-Text titleText(const Variant& title) {
-    if (const auto* text = title.text()) return *text;
-    if (const auto* number = title.number()) return toText(*number);
-    return {};
-}
-
 void logUnattended(TextView text, int32 answer) {
     if (rtmMain::system().ui.attended()) return;
     Text line(text);

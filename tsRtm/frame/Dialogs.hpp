@@ -1,7 +1,7 @@
 #pragma once
 // What a message box is asked for, and the plain box of it.
 #include "tsRtm/platform/DialogBoxes.hpp"
-#include "tsRtm/types/Variant.hpp"
+#include "tsRtm/types/Text.hpp"
 
 namespace tsRtm {
 
@@ -37,9 +37,6 @@ std::vector<int32> plainButtons(int32 set);
 // Which of the buttons offered is the default one by the flags dlgDefault1 to dlgDefault4; the first where
 // there is no such button.
 int32 defaultButton(const std::vector<int32>& offered, int32 buttons);
-
-// The text of an optional title.
-Text titleText(const Variant& title);
 
 // Writes a box that nobody has seen to the log, with the answer that it got.
 void logUnattended(TextView text, int32 answer);

@@ -1,5 +1,6 @@
 // What the library says and asks: boxes, the status text and the message window.
 #include "tsRtm/frame/MessagesTopic.hpp"
+#include "tsRtm/frame/VariantText.hpp"
 #include "tsRtm/frame/clsTaskDialog.hpp"
 #include "tsRtm/frame/rtmMain.hpp"
 #include "tsRtm/frame/tsMessage.hpp"
@@ -45,7 +46,7 @@ int32 MessagesTopic::TSMsgBox(TextView Prompt, int32 Buttons, const Variant& Tit
         return dialog.Show();
     }
     auto box = plainBox(Prompt, Buttons);
-    box.title = titleText(Titel);
+    box.title = textOf(Titel);
     if ((Buttons & dlgButtonSet) < dlgCancelTryContinue) {
         box.helpFile = Helpfile;
         box.helpContext = Context;

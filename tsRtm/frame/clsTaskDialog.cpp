@@ -4,6 +4,7 @@
 
 #include "tsRtm/frame/DialogTexts.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
+#include "tsRtm/frame/VariantText.hpp"
 #include "tsRtm/frame/rtmMain.hpp"
 
 namespace tsRtm {
@@ -27,7 +28,7 @@ struct WindowGone {
 
 void clsTaskDialog::Prompt(TextView Prompt, int32 Buttons, const Variant& Titel) {
     auto [headline, body] = splitPrompt(Prompt);
-    dialog_.title = titleText(Titel);
+    dialog_.title = textOf(Titel);
     dialog_.headline = std::move(headline);
     dialog_.body = withLinks(body);
     dialog_.buttons = Buttons;

@@ -2,6 +2,7 @@
 // The dialog behind all questions and notices of the library.
 #include "tsRtm/frame/Dialogs.hpp"
 #include "tsRtm/types/Event.hpp"
+#include "tsRtm/types/Variant.hpp"
 
 namespace tsRtm {
 

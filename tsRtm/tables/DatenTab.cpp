@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "tsRtm/frame/VariantText.hpp"
 #include "tsRtm/frame/files/SystemFailures.hpp"
 #include "tsRtm/frame/rtmMain.hpp"
 #include "tsRtm/frame/text/NumberText.hpp"
@@ -216,7 +217,7 @@ int32 DatenTab::Add(const std::vector<Text>& Daten, bool Sync) {
 int32 DatenTab::VarAdd(const VariantList& Daten) {
     std::vector<Text> cells;
     cells.reserve(Daten.size());
-    for (const Variant& value : Daten) cells.push_back(cellText(value));
+    for (const Variant& value : Daten) cells.push_back(textOf(value));
     return Add(cells);
 }
 

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "tsRtm/frame/VariantText.hpp"
 #include "tsRtm/frame/rtmMain.hpp"
 #include "tsRtm/frame/text/NumberText.hpp"
 #include "tsRtm/types/Failure.hpp"
@@ -140,7 +141,7 @@ int32 DatenVarTab::Add(const std::vector<Text>& Daten, bool Sync) {
 int32 DatenVarTab::VarAdd(const VariantList& Daten) {
     std::vector<Text> items;
     items.reserve(Daten.size());
-    for (const Variant& value : Daten) items.push_back(cellText(value));
+    for (const Variant& value : Daten) items.push_back(textOf(value));
     return Add(items);
 }
 

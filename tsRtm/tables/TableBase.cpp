@@ -1,7 +1,6 @@
 #include "tsRtm/tables/TableBase.hpp"
 
 #include "tsRtm/frame/rtmMain.hpp"
-#include "tsRtm/frame/text/NumberText.hpp"
 #include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm {
@@ -111,15 +110,6 @@ void TableBase::writeAtTheEnd() noexcept {
 
 void TableBase::needHeldText(TextView text, Holds what, TextView Operation) const {
     if (bound() && !encrypted_) needHeld(text, what, source(Operation), Datei());
-}
-
-Text cellText(const Variant& value) {
-    if (const Text* text = value.text()) return *text;
-    if (const int32* number = value.number()) return toText(*number);
-    if (const auto* number = std::get_if<float64>(&value)) return plainNumber(*number);
-    if (const auto* flag = std::get_if<bool>(&value)) return *flag ? u"-1" : u"0";
-    if (const auto* date = std::get_if<Date>(&value)) return rtmMain::GeneralDate(*date);
-    return {};
 }
 
 }  // namespace tsRtm

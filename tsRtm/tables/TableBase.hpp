@@ -90,8 +90,4 @@ class TableBase {
     bool encrypted_ = false;
 };
 
-// A cell of a value: numbers by the locale, a flag as -1 or 0, a date in the general local form; empty for
-// what has no text.
-Text cellText(const Variant& value);
-
 }  // namespace tsRtm

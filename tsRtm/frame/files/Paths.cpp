@@ -1,6 +1,7 @@
 // Names of files: their parts, and how they are put together.
 #include <random>
 
+#include "tsRtm/frame/VariantText.hpp"
 #include "tsRtm/frame/files/FilesTopic.hpp"
 #include "tsRtm/frame/rtmMain.hpp"
 
@@ -48,12 +49,6 @@ std::size_t longestPath() {
     const auto& os = rtmMain::state().os;
     const bool longPaths = os.platformId == 2 && os.major * 100 + os.minor >= firstWithLongPaths;
     return longPaths ? longPath : shortPath;
-}
-
-Text textOf(const Variant& part) {
-    if (const Text* text = part.text()) return *text;
-    if (const int32* number = part.number()) return toText(*number);
-    return {};
 }
 
 // A part that would make the path too long is left out.
