@@ -5,7 +5,8 @@
 namespace tsRtm {
 
 clsRtm::clsRtm()
-    : FilesTopic((rtmMain::ensureStarted(), static_cast<MessagesTopic&>(*this))),
+    : ScramblingTopic(static_cast<MessagesTopic&>(*this)),
+      FilesTopic((rtmMain::ensureStarted(), static_cast<MessagesTopic&>(*this))),
       StreamsTopic(static_cast<FilesTopic&>(*this)),
       DatabasesTopic(static_cast<FilesTopic&>(*this)) {}
 

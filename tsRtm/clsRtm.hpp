@@ -8,6 +8,7 @@
 #include "tsRtm/frame/options/OptionsTopic.hpp"
 #include "tsRtm/frame/rtf/RtfTopic.hpp"
 #include "tsRtm/frame/text/ConversionsTopic.hpp"
+#include "tsRtm/services/Scrambler.hpp"
 #include "tsRtm/tables/ShortcutsTopic.hpp"
 
 namespace tsRtm {
@@ -18,6 +19,7 @@ namespace tsRtm {
 // rtmMain::Main did so before.
 class clsRtm : public MessagesTopic,
                public ConversionsTopic,
+               public ScramblingTopic,
                public RtfTopic,
                public FilesTopic,
                public StreamsTopic,

@@ -2,7 +2,8 @@
 // Lines of list and table files: cutting a text into them, and the code that hides them.
 #include <vector>
 
-#include "tsRtm/frame/text/Scrambler.hpp"
+#include "tsRtm/frame/MessagesTopic.hpp"
+#include "tsRtm/services/Scrambler.hpp"
 #include "tsRtm/services/clsTSCrypt.hpp"
 #include "tsRtm/types/Text.hpp"
 
@@ -32,7 +33,8 @@ class LineCode {
     Text decoded(TextView line);
 
  private:
-    Scrambler scrambler_;
+    MessagesTopic messages_;
+    Scrambler scrambler_{messages_};
     clsTSCrypt crypt_;
 };
 

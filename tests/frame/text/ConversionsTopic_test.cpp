@@ -4,10 +4,7 @@
 #include <limits>
 
 #include "tests/frame/text/GermanLocale.hpp"
-#include "tests/support/MemoryFiles.hpp"
-#include "tests/support/TestGround.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
-#include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm {
 namespace {
@@ -92,82 +89,6 @@ TEST_F(Conversions, ToBool) {
 TEST_F(Conversions, Euro) {
     EXPECT_EQ(topic.ConvertEuro(1.95583, true), 1);
     EXPECT_DOUBLE_EQ(topic.ConvertEuro(100, false), 195.583);
-}
-
-TEST_F(Conversions, RetiredFormIsRefused) {
-    Text text = u"abc";
-    EXPECT_THROW(topic.SchlAlt(text, 1), Failure);
-    EXPECT_EQ(text, u"abc");
-}
-
-// The key file in which byte n has the value 3n + 1.
-Bytes keyFile() {
-    Bytes bytes;
-    for (int i = 0; i < 256; ++i) bytes.push_back(static_cast<char>(3 * i + 1));
-    return bytes;
-}
-
-TEST(Schluessel, XorsFromTheLastByteOn) {
-    test::MemoryFiles files;
-    files.put(u"/opt/host/KeyTS.dat", keyFile());
-    test::StartedLibrary library(files);
-    ConversionsTopic topic;
-
-    Text text = u"Ä";
-    topic.Schluessel(text, 2 + 3 * 65536 + 256 * 77);
-    // Offset (K[2] xor 2) + 3 = (7 xor 2) + 3 = 8; K[8] = 25. Bits 8 to 15 of the start count nothing.
-    EXPECT_EQ(text, Text(1, ansiToUnicode(0xC4 ^ 25)));
-
-    text = u"ab";
-    topic.Schluessel(text, 2 + 3 * 65536);
-    EXPECT_EQ(toAnsi(text), Bytes({'a' ^ 28, 'b' ^ 25}));
-
-    Text all;
-    for (int i = 0; i < 300; ++i) all.push_back(ansiToUnicode(static_cast<uint8>(i)));
-    for (const int32 start : {0, 1, -1, 0x00FF00FF, std::numeric_limits<int32>::min()}) {
-        Text twice = all;
-        topic.Schluessel(twice, start);
-        EXPECT_NE(twice, all);
-        topic.Schluessel(twice, start);
-        EXPECT_EQ(twice, all);
-    }
-    EXPECT_TRUE(library.ground.ui.boxes.empty());
-}
-
-TEST(Schluessel, KeyFileInRuntimeDirServesToo) {
-    test::MemoryFiles files;
-    test::StartedLibrary library(files);
-    rtmMain::state().runtimeDir = u"/srv/rtm";
-    files.put(u"/srv/rtm/KeyTS.dat", keyFile() + "more than a table");
-    // A damaged file in the host's folder is passed over: none, short ones, one that a dying machine left.
-    for (const Bytes& damaged : {Bytes(), Bytes("cut short"), keyFile().substr(1), Bytes(256, '\0')}) {
-        files.put(u"/opt/host/KeyTS.dat", damaged);
-        ConversionsTopic topic;
-        Text text = u"a";
-        topic.Schluessel(text, 0);
-        EXPECT_EQ(toAnsi(text), Bytes(1, 'a' ^ 4)) << damaged.size();
-    }
-    EXPECT_TRUE(library.ground.ui.boxes.empty());
-}
-
-TEST(Schluessel, WithoutKeyFileTheTextStays) {
-    test::MemoryFiles files;
-    test::StartedLibrary library(files);
-    library.ground.ui.defaultAnswer = 1;
-    rtmMain::state().runtimeDir = u"/srv/rtm";
-    ConversionsTopic topic;
-    Text text;
-    topic.Schluessel(text, 5);
-    EXPECT_TRUE(library.ground.ui.boxes.empty());  // an empty text needs no key
-
-    text = u"geheim";
-    topic.Schluessel(text, 5);
-    topic.Schluessel(text, 5);
-    EXPECT_EQ(text, u"geheim");
-    EXPECT_EQ(rtmMain::state().F, 53);
-    ASSERT_EQ(library.ground.ui.boxes.size(), 1u);  // once an object
-    EXPECT_EQ(library.ground.ui.boxes[0].title, u"SchluesselB");
-    EXPECT_EQ(library.ground.ui.boxes[0].body, u"/srv/rtm/KeyTS.dat\rDatei fehlt");
 }
 
 }  // namespace

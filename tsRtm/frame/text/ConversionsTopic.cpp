@@ -118,14 +118,4 @@ void ConversionsTopic::ChangeChar(Text& A, int16 AltChar, int16 NeuChar) const n
 
 Text ConversionsTopic::LPSTRToVB(TextView A) const { return Text(A.substr(0, A.find(u'\0'))); }
 
-void ConversionsTopic::Schluessel(Text& text, int32 Start) {
-    Bytes bytes = toAnsi(text);
-    scrambler_.scramble(bytes, Start);
-    fromAnsi(bytes, text);
-}
-
-void ConversionsTopic::SchlAlt(Text&, int32) const {
-    raise(445, u"clsRtm.SchlAlt", u"Diese Methode ist obsolet");
-}
-
 }  // namespace tsRtm

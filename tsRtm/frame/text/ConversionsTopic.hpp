@@ -1,13 +1,12 @@
 #pragma once
 // The topic of clsRtm for conversions: numbers and text, code pages, byte strings, searching in text.
-#include "tsRtm/frame/text/Scrambler.hpp"
 #include "tsRtm/types/Text.hpp"
 #include "tsRtm/types/Typen.hpp"
 
 namespace tsRtm {
 
 // Separators are those of the locale, read anew at each call. Positions are 1-based. Nothing raises on a bad
-// argument but SchlAlt, and the number formats for an infinite number (6). What one header of this folder
+// argument but the number formats for an infinite number (6). What one header of this folder
 // does free of an object it tells in full; here stands what is this class's own.
 class ConversionsTopic {
  public:
@@ -56,16 +55,6 @@ class ConversionsTopic {
     void ChangeChar(Text& A, int16 AltChar, int16 NeuChar) const noexcept;
     // "Liefert den übergebenen String bis zum ersten Null-Byte zurück"; without one the whole text.
     Text LPSTRToVB(TextView A) const;
-
-    // Scrambles a text in place, through its bytes in code page 1252; applied twice with the same Start it
-    // gives the text back. Records 53 in F and shows a box where KeyTS.dat is missing; the text then stays as
-    // it is.
-    void Schluessel(Text& text, int32 Start);
-    // The retired form. Raises 445.
-    [[noreturn]] void SchlAlt(Text& text, int32 Start) const;
-
- private:
-    Scrambler scrambler_;
 };
 
 }  // namespace tsRtm

@@ -1,10 +1,13 @@
-#include "tsRtm/frame/text/Scrambler.hpp"
+#include "tsRtm/services/Scrambler.hpp"
 
 #include <algorithm>
 #include <span>
 #include <utility>
 
+#include "tsRtm/frame/MessagesTopic.hpp"
 #include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/text/CodePages.hpp"
+#include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm {
 namespace {
@@ -21,17 +24,6 @@ Text inFolder(TextView folder) {
     return Text(folder) + (delimited ? Text() : rtmMain::PathDelimiter()) + Text(kFileName);
 }
 
-void report(const Text& path) {
-    const Text message = path + u"\rDatei fehlt";
-    rtmMain::state().F = 53;
-    rtmMain::DebugLog(u"SchluesselB: " + path + u" Datei fehlt");
-    platform::MessageBox box;
-    box.title = u"SchluesselB";
-    box.body = message;
-    box.answers = {1};
-    rtmMain::system().ui.show(box);
-}
-
 }  // namespace
 
 bool Scrambler::read(TextView path) {
@@ -39,9 +31,9 @@ bool Scrambler::read(TextView path) {
     if (!file) return false;
     std::array<uint8, 256> bytes{};
     const auto count = (*file)->readAt(0, std::as_writable_bytes(std::span(bytes)));
-    // A table that was cut short, or lost to zeros when a machine died, would scramble otherwise than the
-    // whole one, or not at all, and nobody could read it back.
-    if (!count || *count < bytes.size() || bytes == std::array<uint8, 256>{}) return false;
+    // Zeros alone, as a machine leaves them that died, hide nothing.
+    if (!count || bytes == keys_) return false;
+    if (*count < bytes.size()) rtmMain::DebugLog(u"SchluesselB: " + Text(path) + u" ist zu kurz");
     keys_ = bytes;
     return true;
 }
@@ -50,7 +42,10 @@ void Scrambler::load() {
     if (std::exchange(loaded_, true)) return;
     const Text besideHost = inFolder(folderOf(rtmMain::state().hostPath));
     const Text besideRuntime = inFolder(rtmMain::state().runtimeDir);
-    if (!read(besideHost) && !read(besideRuntime)) report(besideRuntime);
+    if (read(besideHost) || read(besideRuntime)) return;
+    rtmMain::state().F = 53;
+    rtmMain::DebugLog(u"SchluesselB: " + besideRuntime + u" Datei fehlt");
+    messages_.TSMsgBox(besideRuntime + u"\rDatei fehlt", 0, u"SchluesselB");
 }
 
 void Scrambler::scramble(Bytes& bytes, int32 start) {
@@ -63,6 +58,16 @@ void Scrambler::scramble(Bytes& bytes, int32 start) {
     auto offset = static_cast<uint8>((keys_[low] ^ low) + high);
     std::for_each(bytes.rbegin(), bytes.rend(),
                   [&](char& c) { c = static_cast<char>(static_cast<uint8>(c) ^ keys_[offset++]); });
+}
+
+void ScramblingTopic::Schluessel(Text& text, int32 Start) {
+    Bytes bytes = toAnsi(text);
+    scrambler_.scramble(bytes, Start);
+    fromAnsi(bytes, text);
+}
+
+void ScramblingTopic::SchlAlt(Text&, int32) const {
+    raise(445, u"clsRtm.SchlAlt", u"Diese Methode ist obsolet");
 }
 
 }  // namespace tsRtm

@@ -1,0 +1,49 @@
+#pragma once
+// Scrambles stored texts.
+#include <array>
+
+#include "tsRtm/types/Text.hpp"
+
+namespace tsRtm {
+
+class MessagesTopic;
+
+// By 256 key bytes from the file KeyTS.dat of the installation, loaded at the first use.
+class Scrambler {
+ public:
+    // The messages outlive it.
+    explicit Scrambler(MessagesTopic& messages) noexcept : messages_(messages) {}
+
+    // Scrambles in place; the same call takes it back. Without a key file the bytes stay as they are.
+    //
+    // The file is looked for in the host's folder, then in RuntimeDir. Its first 256 bytes count, those that
+    // a shorter one lacks are zero; one with zeros alone is passed over. Where neither folder has one, the
+    // first use records 53 in F, logs and shows a box.
+    void scramble(Bytes& bytes, int32 start);
+
+ private:
+    void load();
+    bool read(TextView path);
+
+    MessagesTopic& messages_;
+    std::array<uint8, 256> keys_{};
+    bool loaded_ = false;
+};
+
+// The topic of clsRtm for scrambled texts.
+class ScramblingTopic {
+ public:
+    explicit ScramblingTopic(MessagesTopic& messages) noexcept : scrambler_(messages) {}
+
+    // Scrambles a text in place, through its bytes in code page 1252; applied twice with the same Start it
+    // gives the text back. Records 53 in F and shows a box where KeyTS.dat is missing; the text then stays as
+    // it is.
+    void Schluessel(Text& text, int32 Start);
+    // The retired form. Raises 445.
+    [[noreturn]] void SchlAlt(Text& text, int32 Start) const;
+
+ private:
+    Scrambler scrambler_;
+};
+
+}  // namespace tsRtm
