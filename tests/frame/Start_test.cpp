@@ -1,6 +1,9 @@
 // What the start finds: switches, folders, the log it leaves behind.
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+#include <utility>
+
 #include "tests/support/MemoryFiles.hpp"
 #include "tests/support/TestGround.hpp"
 #include "tsRtm/frame/clsCommon.hpp"
@@ -103,11 +106,21 @@ TEST_F(Start, RuntimeFolderFallsBackToTheHostsOwn) {
     ground.system.access = [](TextView path, int32) { return path != u"/opt/"; };
     start();
     EXPECT_EQ(state().runtimeDir, u"/opt/host");
-    ground.system.folders.erase(FolderId::programFiles);
-    ground.system.foldersWhenMade[FolderId::programFiles] = u"/opt";
     ground.system.access = nullptr;
     library->restart();
     EXPECT_EQ(state().runtimeDir, u"/opt/Tessarol");
+}
+
+// The user's own folder is made, since ours goes into it; no other one is.
+TEST_F(Start, MakesNoFolderButItsOwn) {
+    auto& system = ground.system;
+    system.foldersWhenMade = std::exchange(system.folders, {});
+    start();
+    EXPECT_EQ(state().runtimeDir, u"/opt/host");
+    EXPECT_EQ(state().userDir, u"/home/t/.config/Tessarol");
+    EXPECT_EQ(state().runtimeDataDir, state().userDir);
+    for (const auto& [id, folder] : system.foldersWhenMade)
+        EXPECT_EQ(rtmMain::SpecialFolder(static_cast<int32>(id)), u"") << toUtf8(folder);
 }
 
 TEST_F(Start, DataFoldersNeedTheRightToWrite) {
@@ -197,7 +210,10 @@ TEST_F(Start, StopMayRunTwice) {
     start();
     clsCommon().Debugging(true);
     int32 disposed = 0;
-    rtmMain::holdSystemEvents([&] { ++disposed; });
+    rtmMain::holdSystemEvents([&] {
+        ++disposed;
+        throw std::runtime_error("nobody is to hear of it");
+    });
     rtmMain::WMStop();
     EXPECT_EQ(log(), (std::vector<Text>{u"WMStop", u"Disposing", u"Ende Rtm 31.12.2024 18:05:09"}));
     files.put(logName, "");
@@ -205,6 +221,7 @@ TEST_F(Start, StopMayRunTwice) {
     EXPECT_EQ(log(), (std::vector<Text>{u"WMStop", u"Ende Rtm 31.12.2024 18:05:09"}));
     EXPECT_EQ(disposed, 1);
     EXPECT_TRUE(state().stopping);
+    EXPECT_FALSE(ground.ui.onNotice);
     EXPECT_EQ(state().userDir, u"/home/t/.config/Tessarol") << "the state stays readable";
 }
 

@@ -33,12 +33,7 @@ int32 SwitchValue(TextView text, std::size_t characters) {
 
 Text CutAtNul(TextView text) { return Text(text.substr(0, text.find(u'\0'))); }
 
-Text SpecialFolder(int32 id) {
-    auto& ground = system().system;
-    const auto which = static_cast<platform::FolderId>(id);
-    Text path = ground.folder(which, false);
-    return path.empty() ? ground.folder(which, true) : path;
-}
+Text SpecialFolder(int32 id) { return system().system.folder(static_cast<platform::FolderId>(id), false); }
 
 Text PathDelimiter() { return Text(1, system().system.pathDelimiter()); }
 

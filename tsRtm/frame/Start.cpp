@@ -120,10 +120,11 @@ void findRuntimeDir() {
     DebugLog(u"RuntimeDir: " + our.runtimeDir);
 }
 
-// The first candidate below which our folder can be written to, else the documents, unchecked.
+// The first candidate below which our folder can be written to, else the documents, unchecked. The user's
+// own is made where it is missing: who never ran a program has none yet.
 Text writableFolder(std::initializer_list<FolderId> candidates) {
     for (const auto id : candidates) {
-        const Text base = folder(id);
+        const Text base = system().system.folder(id, id == FolderId::applicationData);
         if (base.empty()) continue;
         Text ours = JoinPath({base, ourFolder});
         if (EnsureFolder(ours) && CheckAccess(ours, 1, writeInto)) return ours;

@@ -38,6 +38,15 @@ struct StopGuard {
 // Does not touch the ground: that of a former test may be gone.
 void reset() { module() = Module{}; }
 
+// Whatever fails at the end, the library stops.
+template <class Step>
+void ignoringFailures(const Step& step) noexcept {
+    try {
+        step();
+    } catch (...) {
+    }
+}
+
 struct NoticeRow {
     Notice notice;
     const char16_t* name;
@@ -93,12 +102,12 @@ void WMStop() {
     DebugLog(u"WMStop");
     if (const auto dispose = std::exchange(module().disposeSystemEvents, nullptr)) {
         DebugLog(u"Disposing");
-        dispose();
+        ignoringFailures(dispose);
     }
     if (std::exchange(module().listening, false)) {
         system().ui.onNotice = nullptr;
         system().ui.onAbort = nullptr;
-        system().ui.hideMessageWindow();
+        ignoringFailures([] { system().ui.hideMessageWindow(); });
     }
     state().stopping = true;
     DebugLog(u"Ende Rtm " + GeneralDate(system().clock.now()));

@@ -105,7 +105,7 @@ void DebugLog(TextView text);
 Text RegRaw(platform::HKeys hive, TextView subKey, TextView name);
 // A switch value: the number in the first `characters` characters of the text, rounded.
 int32 SwitchValue(TextView text, std::size_t characters = 3);
-// A special folder, made where it is missing; empty where that fails.
+// A special folder; empty where there is none.
 Text SpecialFolder(int32 id);
 // Non-empty parts joined by the path delimiter; the first one stands as it is. A part that would make the
 // path 260 characters or longer is left out.

@@ -84,7 +84,7 @@ std::string dataFolder() {
 std::string documentsFolder() {
     std::ifstream lines(configFolder() + "/user-dirs.dirs");
     for (std::string line; std::getline(lines, line);)
-        if (auto folder = documentsOfLine(line); !folder.empty()) return folder;
+        if (auto folder = documentsOfLine(line); !folder.empty() && isFolder(folder)) return folder;
     return homeFolder();
 }
 

@@ -13,7 +13,7 @@ std::string configFolder();  // $XDG_CONFIG_HOME or ~/.config
 // machine has one store for all sessions.
 std::string machineConfigFolder();
 std::string dataFolder();       // $XDG_DATA_HOME or ~/.local/share
-std::string documentsFolder();  // XDG_DOCUMENTS_DIR of user-dirs.dirs, else the home folder
+std::string documentsFolder();  // XDG_DOCUMENTS_DIR of user-dirs.dirs where it is there, else home
 std::string tempFolderPath();   // $TMPDIR or /tmp
 
 bool isFolder(const std::string& path);
