@@ -13,9 +13,10 @@
 namespace tsRtm::cli {
 namespace {
 
-// Messages of the library with nobody to ask.
+// Messages of the library with nobody to ask; the machine is heard all the same.
 class Notes final : public platform::UserInterface {
  public:
+    explicit Notes(platform::UserInterface& machine) : machine_(machine) {}
     int32 show(const platform::MessageBox& box) override {
         const std::string text = oneLine(box.body);
         if (told_.insert(text).second) std::cerr << "tsrtm: note: " << text << '\n';
@@ -26,11 +27,15 @@ class Notes final : public platform::UserInterface {
     void showMessageWindow(TextView) override {}
     void hideMessageWindow() override {}
     void status(TextView) override {}
-    void processEvents() override {}
+    void processEvents() override {
+        machine_.onNotice = onNotice;
+        machine_.processEvents();
+    }
     void beep() override {}
     int32 comCtlVersion() override { return 580; }
     Text systemCaption(int32) override { return {}; }
     Text keyName(int32) override { return {}; }
+    bool hearsNotices() override { return machine_.hearsNotices(); }
 
  private:
     static std::string oneLine(TextView text) {
@@ -41,6 +46,7 @@ class Notes final : public platform::UserInterface {
         return printable(trim(line));
     }
 
+    platform::UserInterface& machine_;
     std::set<std::string> told_;
 };
 
@@ -77,8 +83,8 @@ std::size_t displayWidth(std::string_view utf8) noexcept {
 }
 
 void startLibrary() {
-    static Notes notes;
     auto& machine = rtmMain::defaultGround();
+    static Notes notes(machine.ui);
     static platform::Platform ground{machine.files,    machine.clock,  machine.locale,
                                      machine.settings, machine.system, canAsk() ? machine.ui : notes,
                                      machine.random};

@@ -46,8 +46,9 @@ class UserInterface {
     // Name of a key by its virtual key number (256 added for an extended key), empty where unknown.
     virtual Text keyName(int32 virtualKey) = 0;
 
-    // Whether the ground hears of changes of the system.
-    virtual bool hearsNotices() { return true; }
+    // Whether the ground hears of changes of the system, some of those of Notice at least. It tells them
+    // while events are handled.
+    virtual bool hearsNotices() = 0;
 
     // Set by the library: what a click on the Abort button of the message window does, and, until the library
     // stops, whom to tell of changes of the system. Both are called on the thread of all else.

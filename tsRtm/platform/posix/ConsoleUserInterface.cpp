@@ -82,8 +82,14 @@ std::size_t numberIn(std::string_view text) noexcept {
 
 bool atTerminal() noexcept { return ::isatty(STDIN_FILENO) == 1 && ::isatty(STDERR_FILENO) == 1; }
 
-ConsoleUserInterface::ConsoleUserInterface(std::istream& in, std::ostream& out, bool terminal)
-    : in_(in), out_(out), terminal_(terminal) {}
+ConsoleUserInterface::ConsoleUserInterface(std::istream& in, std::ostream& out, bool terminal,
+                                           PosixNotices* notices)
+    : in_(in), out_(out), terminal_(terminal), notices_(notices) {}
+
+void ConsoleUserInterface::processEvents() {
+    // A copy: who hears of the end of the system stops listening.
+    if (const auto listener = onNotice; listener && notices_) notices_->tell(listener);
+}
 
 void ConsoleUserInterface::print(TextView text) {
     if (!text.empty()) out_ << lines(text) << '\n' << std::flush;

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "tsRtm/platform/UserInterface.hpp"
+#include "tsRtm/platform/posix/PosixNotices.hpp"
 
 namespace tsRtm::platform::posix {
 
@@ -17,8 +18,9 @@ namespace tsRtm::platform::posix {
 // "?" asks for help, "+" shows the expanded text, and "@2" opens the second of its links, which is printed.
 class ConsoleUserInterface final : public UserInterface {
  public:
-    // The streams outlive the object. `terminal`: somebody sits at both.
-    ConsoleUserInterface(std::istream& in, std::ostream& out, bool terminal);
+    // The streams and the notices outlive the object. `terminal`: somebody sits at both. Without notices
+    // nothing is heard of the system; what happened is told in processEvents.
+    ConsoleUserInterface(std::istream& in, std::ostream& out, bool terminal, PosixNotices* notices = nullptr);
 
     bool attended() override { return terminal_; }
     int32 show(const MessageBox& box) override;
@@ -27,11 +29,12 @@ class ConsoleUserInterface final : public UserInterface {
     void showMessageWindow(TextView message) override;
     void hideMessageWindow() override {}
     void status(TextView message) override;
-    void processEvents() override {}
+    void processEvents() override;
     void beep() override;
     int32 comCtlVersion() override { return 580; }
     Text systemCaption(int32) override { return {}; }
     Text keyName(int32) override { return {}; }
+    bool hearsNotices() override { return notices_ && notices_->hears(); }
 
  private:
     class Conversation;
@@ -47,6 +50,7 @@ class ConsoleUserInterface final : public UserInterface {
     std::istream& in_;
     std::ostream& out_;
     bool terminal_;
+    PosixNotices* notices_;
     Text lastLine_;  // a wait repeats its text: print it once
 };
 

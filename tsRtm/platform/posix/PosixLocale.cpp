@@ -188,6 +188,13 @@ std::string environmentLocale() {
 PosixLocale::PosixLocale(std::string name) : name_(std::move(name)) {}
 PosixLocale::~PosixLocale() = default;
 
+bool PosixLocale::become(std::string name) {
+    if (name == name_) return false;
+    name_ = std::move(name);
+    values_.reset();
+    return true;
+}
+
 const PosixLocale::Values& PosixLocale::values() {
     if (!values_ && name_ == "de_DE") values_ = std::make_unique<const Values>();
     if (!values_) values_ = std::make_unique<const Values>(completed(name_));

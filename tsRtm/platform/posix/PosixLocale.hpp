@@ -11,12 +11,14 @@ namespace tsRtm::platform::posix {
 // ("de_AT"). German of Germany where that is unset, "C" or "POSIX".
 std::string environmentLocale();
 
-// Values are taken at the first question and kept.
+// Values are taken at the first question and kept until become().
 class PosixLocale final : public LocaleValues {
  public:
     // A name such as "de_DE" or "de"; a missing country is the likely one of the language.
     explicit PosixLocale(std::string name);
     ~PosixLocale() override;
+    // From now on the locale of this name; false where it was that already.
+    bool become(std::string name);
 
     int32 lcid() override;  // 4096 for a locale without a number
     int32 langId() override { return lcid() & 0xFFFF; }

@@ -7,6 +7,7 @@
 #include "tsRtm/platform/posix/PosixFileSystem.hpp"
 #include "tsRtm/platform/posix/PosixFolders.hpp"
 #include "tsRtm/platform/posix/PosixLocale.hpp"
+#include "tsRtm/platform/posix/PosixNotices.hpp"
 #include "tsRtm/platform/posix/PosixRandom.hpp"
 #include "tsRtm/platform/posix/PosixSettings.hpp"
 #include "tsRtm/platform/posix/PosixSystemInfo.hpp"
@@ -21,7 +22,8 @@ struct Ground {
     posix::PosixSettings settings{posix::configFolder() + "/tessarol",
                                   posix::machineConfigFolder() + "/tessarol"};
     posix::PosixSystemInfo system;
-    posix::ConsoleUserInterface ui{std::cin, std::cerr, posix::atTerminal()};
+    posix::PosixNotices notices{locale};
+    posix::ConsoleUserInterface ui{std::cin, std::cerr, posix::atTerminal(), &notices};
     posix::PosixRandom random;
     Platform platform{files, clock, locale, settings, system, ui, random};
 };
