@@ -1,5 +1,5 @@
 // Making, changing and reading databases by the command line.
-#include <thread>
+#include <sys/stat.h>
 
 #include "tests/cli/Tool.hpp"
 
@@ -137,11 +137,12 @@ TEST_F(Databases, DeletedRecordsStayButDoNotShow) {
 // One user holds a record; another one can neither change nor lock it, and may go on with the others.
 TEST_F(Databases, ALockKeepsOtherUsersOut) {
     makePersonsNamed({"Abel", "Berg"});
+    ASSERT_EQ(::mkfifo(path("held").c_str(), 0600), 0);
     FILE* holder = ::popen((start("db lock P 1") + " >'" + path("held") + "'").c_str(), "w");
     ASSERT_NE(holder, nullptr);
-    for (int i = 0; i < 500 && read("held") != "locked\n"; ++i)
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    ASSERT_EQ(read("held"), "locked\n");
+    std::ifstream held(path("held"));  // waits until the other one says something, or ends
+    std::string said;
+    ASSERT_TRUE(std::getline(held, said) && said == "locked") << said;
     ok("db set P 2 NAME=Aal ort=Kiel");
     EXPECT_EQ(ok("db dump P --json").json()["indexes"][0]["order"], nlohmann::json({2, 1}));
     ok("db get P 1");

@@ -1,6 +1,5 @@
 // Several processes on one database.
-#include <unistd.h>
-
+#include <functional>
 #include <random>
 
 #include "tests/database/DatabaseFixture.hpp"
@@ -59,7 +58,8 @@ class MultiUser : public testing::TestWithParam<int32> {
 };
 
 // Adds 1 to BETRAG of random records and moves the record in two indexes, each time under its lock.
-int countUp(const Text& folder, uint32 seed) {
+int countUp(
+    const Text& folder, uint32 seed, const std::function<void()>& updated = [] {}) {
     clsRtm rtm;
     const auto db = rtm.OpenTSDB(folder);
     if (!db) return 1;
@@ -74,6 +74,7 @@ int countUp(const Text& folder, uint32 seed) {
         db->Update();
         if (db->Error() != 0) return 3;
         if (!db->Entsperren(n)) return 4;
+        updated();
     }
     return 0;
 }
@@ -168,11 +169,9 @@ TEST_P(MultiUser, AKilledWriterLeavesWholeRecords) {
     make();
     for (int32 round = 0; round < 12; ++round) {
         ChildProcess writer([&](ChildProcess::Line& line) {
-            line.say('R');
-            return countUp(folder, static_cast<uint32>(round) + 100);
+            return countUp(folder, static_cast<uint32>(round) + 100, [&] { line.say('U'); });
         });
-        ASSERT_EQ(writer.line().hear(), 'R');
-        ::usleep(static_cast<useconds_t>(1500 + 700 * round));  // the moment is random anyway
+        for (int32 updates = 0; updates <= round; ++updates) ASSERT_EQ(writer.line().hear(), 'U');
         writer.kill();
         clsRtm rtm;
         const auto db = rtm.OpenTSDB(folder);
