@@ -5,6 +5,8 @@
 #include "tsRtm/database/clsTSRecord.hpp"
 #include "tsRtm/fields/clsCTL.hpp"
 #include "tsRtm/fields/clsMasken.hpp"
+#include "tsRtm/frame/clsEnumTS.hpp"
+#include "tsRtm/frame/clsProgItem.hpp"
 #include "tsRtm/frame/clsStartObjects.hpp"
 #include "tsRtm/frame/clsTaskDialog.hpp"
 #include "tsRtm/frame/options/clsTSOptions.hpp"

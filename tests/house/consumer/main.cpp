@@ -9,5 +9,7 @@ int main() {
     // Without the key table of the installation the text would stay as it is.
     tsRtm::Text scrambled = u"x";
     rtm.Schluessel(scrambled, 255);
-    return message == u"Fehler 53: Datei nicht gefunden" && scrambled != u"x" ? 0 : 1;
+    const tsRtm::clsEnumTS enumerations;
+    static_cast<void>(enumerations);
+    return tsRtm::clsProgItem().ID == 0 && message == u"Fehler 53: Datei nicht gefunden" && scrambled != u"x" ? 0 : 1;
 }
