@@ -153,29 +153,27 @@ TEST_F(DateForms, MinutesAndTimes) {
 
 // Whatever is typed ends in an answer: no failure, no endless loop, no overflow.
 TEST_F(DateForms, NonsenseStaysHarmless) {
-    const TextView nonsense[] = {
-        u"abc",
-        u".",
-        u"..",
-        u"...",
-        u"1..",
-        u"....................",
-        u"-1.-1.-1",
-        u"1e99",
-        u"01011e99",
-        u"0101-9e9",
-        u"99999999999999999999.1.1",
-        u"1.99999999999.2024",
-        u"1.1.999999999999",
-        u"1.1.-999999999999",
-        u"\u20ac\u20ac\u20ac",
-        u"0",
-        u"00000000",
-        u"01010001",
-        u"31120100",
-        u"99999999",
-        u"1.1.-10005",
-    };
+    const auto nonsense = {u"abc",
+                           u".",
+                           u"..",
+                           u"...",
+                           u"1..",
+                           u"....................",
+                           u"-1.-1.-1",
+                           u"1e99",
+                           u"01011e99",
+                           u"0101-9e9",
+                           u"99999999999999999999.1.1",
+                           u"1.99999999999.2024",
+                           u"1.1.999999999999",
+                           u"1.1.-999999999999",
+                           u"\u20ac\u20ac\u20ac",
+                           u"0",
+                           u"00000000",
+                           u"01010001",
+                           u"31120100",
+                           u"99999999",
+                           u"1.1.-10005"};
     for (int32 form = 0; form <= 3; ++form)
         for (const TextView separator : {u".", u"-", u"", u"1", u". "}) {
             dateForm(form, separator);

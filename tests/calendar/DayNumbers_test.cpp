@@ -6,8 +6,8 @@
 #include <chrono>
 
 #include "tests/calendar/CalendarTest.hpp"
+#include "tests/support/Raised.hpp"
 #include "tsRtm/calendar/DateText.hpp"
-#include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm::test {
 namespace {
@@ -184,20 +184,12 @@ TEST_F(DayNumbers, TheDateBridgeRaisesOutsideTheGregorianCalendar) {
     EXPECT_EQ(datum.DateToJulian(datum.JulianToDate(2299161)), 2299161);
     EXPECT_EQ(datum.JulianToDate(2415019 + 2958465).serial(), 2958465);
 
-    const auto failure = [](auto&& action) -> Text {
-        try {
-            action();
-        } catch (const Failure& raised) {
-            return toText(raised.Number()) + u"|" + raised.Source() + u"|" + raised.Description();
-        }
-        return u"nothing raised";
-    };
-    EXPECT_EQ(failure([&] { datum.DateToJulian(Date(2299160 - 2415019)); }),
-              u"5|clsDatum.DateToJulian|Datum nicht im Bereich des gregorianischen Kalenders");
-    EXPECT_EQ(failure([&] { datum.JulianToDate(2299160); }),
-              u"5|clsDatum.JulianToDate|Tageszahl zu klein für DATE-Typ");
-    EXPECT_EQ(failure([&] { datum.JulianToDate(2415019 + 2958466); }),
-              u"5|clsDatum.JulianToDate|Tageszahl zu groß für DATE-Typ");
+    EXPECT_EQ(raised([&] { datum.DateToJulian(Date(2299160 - 2415019)); }),
+              "5|clsDatum.DateToJulian|Datum nicht im Bereich des gregorianischen Kalenders");
+    EXPECT_EQ(raised([&] { datum.JulianToDate(2299160); }),
+              "5|clsDatum.JulianToDate|Tageszahl zu klein für DATE-Typ");
+    EXPECT_EQ(raised([&] { datum.JulianToDate(2415019 + 2958466); }),
+              "5|clsDatum.JulianToDate|Tageszahl zu groß für DATE-Typ");
 }
 
 }  // namespace

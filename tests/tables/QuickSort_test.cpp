@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <random>
 
+#include "tests/support/Raised.hpp"
 #include "tsRtm/tables/clsQuickSort.hpp"
-#include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm::test {
 namespace {
@@ -132,16 +132,10 @@ TEST(BSearch, FindsOrTellsWhereToInsert) {
 }
 
 TEST(QuickSort, NeedsAHelper) {
+    const std::string told = "91|clsQuickSort|Kein iSortHelper-Objekt angegeben";
     int32 at = 0;
-    for (const bool search : {false, true}) try {
-            search ? static_cast<void>(clsQuickSort().BSearch(1, 1, 2, nullptr, at))
-                   : clsQuickSort().QuickSort(1, 2, nullptr);
-            ADD_FAILURE();
-        } catch (const Failure& failure) {
-            EXPECT_EQ(failure.Number(), 91);
-            EXPECT_EQ(failure.Source(), u"clsQuickSort");
-            EXPECT_EQ(failure.Description(), u"Kein iSortHelper-Objekt angegeben");
-        }
+    EXPECT_EQ(raised([&] { clsQuickSort().BSearch(1, 1, 2, nullptr, at); }), told);
+    EXPECT_EQ(raised([] { clsQuickSort().QuickSort(1, 2, nullptr); }), told);
 }
 
 }  // namespace

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/MemoryFiles.hpp"
+#include "tests/support/Raised.hpp"
 #include "tests/support/TestGround.hpp"
-#include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm::test {
 
@@ -32,17 +32,6 @@ class TablesTest : public testing::Test {
     MemoryFiles disk;
     StartedLibrary library{disk};
 };
-
-// What work raises: "number|source|description", empty for nothing.
-template <class Work>
-Text raised(Work work) {
-    try {
-        work();
-    } catch (const Failure& failure) {
-        return toText(failure.Number()) + u"|" + failure.Source() + u"|" + failure.Description();
-    }
-    return {};
-}
 
 // Counts how often a list says that it has changed.
 template <class List>

@@ -16,22 +16,18 @@ TEST_F(ContentTest, ReadingFindsEncodingAndText) {
     };
     const Row rows[] = {
         {""sv, untouched, u""},
-        {"a"sv, 1252, u"a"},
         {"\x80\xE4"sv, 1252, u"€ä"},
         {"\xEF"sv, 1252, u"ï"},
         {"\xEF\xBB"sv, 1252, u"ï»"},
         {"\xEF\xBB\xBF"sv, 65001, u""},
         {"\xEF\xBB\xBF\xC3\xA4"sv, 65001, u"ä"},
-        {"\xEF\xBB\xBFx\xC3"sv, 65001, u"x\uFFFD"},
-        {"\xEF\xBB\xBF\xFFx"sv, 65001, u"\uFFFDx"},
+        {"\xEF\xBB\xBF\xFFx\xC3"sv, 65001, u"\uFFFDx\uFFFD"},
         {"\xFF\xFE"sv, 1200, u""},
         {"\xFF\xFE\0"sv, 1200, u""},
         {"\xFF\xFE\0\1"sv, 1200, u"\u0100"},
-        {"\xFF\xFE\xE4\0"sv, 1200, u"ä"},
         {"\xFF\xFEx\0y"sv, 1200, u"x"},
         {"\xFF\xFE\x3D\xD8"sv, 1200, TextView(u"\xD83D", 1)},
         {"\xFF\xFE\0\0"sv, -12000, u""},
-        {"\xFF\xFE\0\0a\0\0\0"sv, -12000, u""},
         {"\xFE\xFF"sv, 1201, u""},
         {"\xFE\xFF\0\xE4\0"sv, 1201, u"ä"},
         {"\xFE\xFF\0\0"sv, 1201, TextView(u"\0", 1)},
@@ -48,7 +44,7 @@ TEST_F(ContentTest, ReadingFindsEncodingAndText) {
         int32 found = untouched;
         Date changed;
         if (row.encoding < 0) {
-            EXPECT_EQ(raisedBy([&] { files.GetContentAPI(name, found, changed); }), 321);
+            EXPECT_EQ(raisedNumber([&] { files.GetContentAPI(name, found, changed); }), 321);
             EXPECT_NE(other(name, Sharing::none), nullptr) << "the file is closed again";
         } else {
             EXPECT_EQ(files.GetContentAPI(name, found, changed), row.text);
@@ -109,7 +105,8 @@ TEST_F(ContentTest, RefusedWritingLeavesTheFileAsItWas) {
     Date changed;
     const auto put = [&](std::string_view before, int32 encoding, bool append, const Text& text) {
         const Text name = write("a", before);
-        const int32 number = raisedBy([&] { files.PutContentAPI(name, text, encoding, append, changed); });
+        const int32 number =
+            raisedNumber([&] { files.PutContentAPI(name, text, encoding, append, changed); });
         EXPECT_EQ(read("a"), before);
         EXPECT_NE(other(name, Sharing::none), nullptr) << "the file is closed again";
         return number;
@@ -124,7 +121,7 @@ TEST_F(ContentTest, RefusedWritingLeavesTheFileAsItWas) {
     memory.setFreeSpace({});
     const Text name = write("a", "x");
     const auto holder = other(name, Sharing::all);
-    EXPECT_EQ(raisedBy([&] { files.PutContentAPI(name, u"y", 1252, false, changed); }), 75);
+    EXPECT_EQ(raisedNumber([&] { files.PutContentAPI(name, u"y", 1252, false, changed); }), 75);
 }
 
 // Nothing of it is read: it would not fit into memory.

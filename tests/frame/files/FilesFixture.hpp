@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/frame/files/RefusingFiles.hpp"
+#include "tests/support/Raised.hpp"
 #include "tests/support/TempFolder.hpp"
 #include "tests/support/TestGround.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
@@ -61,26 +62,5 @@ class DiskTest : public ::testing::Test {
     MessagesTopic messages;
     FilesTopic files{messages};
 };
-
-// The number that work raises, 0 where it raises nothing.
-template <class Work>
-int32 raisedBy(Work work) {
-    try {
-        work();
-    } catch (const Failure& failure) {
-        return failure.Number();
-    }
-    return 0;
-}
-
-template <class Work>
-std::string messageOf(Work work) {
-    try {
-        work();
-    } catch (const Failure& failure) {
-        return toUtf8(failure.Source() + u" / " + failure.Description());
-    }
-    return {};
-}
 
 }  // namespace tsRtm::test

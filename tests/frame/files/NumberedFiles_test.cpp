@@ -33,7 +33,7 @@ TEST_F(Numbered, LinesEndAtAnyLineEndAndItemsAtCommasToo) {
         std::vector<Text> pieces;
         while (!files.TS_Eof(number)) pieces.push_back(next());
         EXPECT_EQ(pieces, expected) << content;
-        EXPECT_EQ(raisedBy(next), 62);
+        EXPECT_EQ(raisedNumber(next), 62);
         files.TS_Close(number);
     }
 }
@@ -64,8 +64,8 @@ TEST_F(Numbered, GetAndPutWorkFromPositionOne) {
     EXPECT_EQ(bytes, u"ef-") << "bytes behind the end stay";
     files.TS_Put(number, 9, u"z");
     EXPECT_EQ(files.TS_Lof(number), 9);
-    EXPECT_EQ(raisedBy([&] { files.TS_Get(number, 0, bytes); }), 63);
-    EXPECT_EQ(raisedBy([&] { files.TS_Put(number, -1, u"x"); }), 63);
+    EXPECT_EQ(raisedNumber([&] { files.TS_Get(number, 0, bytes); }), 63);
+    EXPECT_EQ(raisedNumber([&] { files.TS_Put(number, -1, u"x"); }), 63);
 }
 
 TEST_F(Numbered, SequentialGetSeeksAndNeedsAllBytes) {
@@ -76,7 +76,7 @@ TEST_F(Numbered, SequentialGetSeeksAndNeedsAllBytes) {
     EXPECT_EQ(bytes, u"cd");
     files.TS_Get(number, 0, bytes);
     EXPECT_EQ(bytes, u"ef");
-    EXPECT_EQ(raisedBy([&] { files.TS_Get(number, 6, bytes); }), 62);
+    EXPECT_EQ(raisedNumber([&] { files.TS_Get(number, 6, bytes); }), 62);
 }
 
 TEST_F(Numbered, PrintEndsLinesWithCrLfAndAppendsBehindTheEnd) {
@@ -97,40 +97,11 @@ TEST_F(Numbered, FullDiskLeavesNoHalfLine) {
     const int32 number = open(name, 2);
     memory.setFreeSpace(10);
     files.TS_Print(number, u"12345");
-    EXPECT_EQ(raisedBy([&] { files.TS_Print(number, u"67890"); }), 61);
+    EXPECT_EQ(raisedNumber([&] { files.TS_Print(number, u"67890"); }), 61);
     EXPECT_EQ(read("a"), "12345\r\n");
     memory.setFreeSpace({});
     files.TS_Print(number, u"next");
     EXPECT_EQ(read("a"), "12345\r\nnext\r\n");
-}
-
-TEST_F(Numbered, FailuresNameOperationAndFileAndLeaveFAlone) {
-    F() = 53;
-    EXPECT_TRUE(messageOf([&] { files.TS_Eof(9); }).starts_with("clsRtm:TS_Eof / Datei: 9: "));
-    const int32 number = open(write("a", ""), 1);
-    F() = 53;
-    EXPECT_TRUE(messageOf([&] {
-                    files.TS_LineInput(number);
-                }).starts_with("clsRtm:TS_LineInput / Datei: " + toUtf8(path("a")) + ": "));
-    EXPECT_EQ(raisedBy([&] { files.TS_Print(number, u"x"); }), 54);
-    EXPECT_EQ(raisedBy([&] { files.TS_Put(number, 1, u"x"); }), 54);
-    EXPECT_EQ(F(), 53);
-    files.TS_Close(number);
-    EXPECT_EQ(raisedBy([&] { files.TS_Close(number); }), 52);
-    EXPECT_EQ(raisedBy([&] { files.file(number); }), 52);
-}
-
-TEST_F(Numbered, LockedBytesOfOthersShow) {
-    const Text name = write("a", "x");
-    const int32 number = open(name, 4);
-    const auto holder = other(name, Sharing::all);
-    ASSERT_EQ(holder->tryLock({20, 1}), SystemError::none);
-    EXPECT_TRUE(files.DB_IsLocked(number, 21));
-    EXPECT_FALSE(files.DB_IsLocked(number, 20));
-    EXPECT_FALSE(files.DB_IsLocked(number, 0));
-    EXPECT_FALSE(files.DB_IsLocked(77, 21));
-    ASSERT_EQ(files.file(number).tryLock({40, 1}), SystemError::none);
-    EXPECT_FALSE(files.DB_IsLocked(number, 41)) << "one's own lock does not show";
 }
 
 TEST_F(Numbered, OldRecordsComeAndGo) {

@@ -34,7 +34,7 @@ TEST_F(Streams, CsvItemsAreReadInOrder) {
         std::vector<Text> items;
         while (!reader->EndOfStream()) items.push_back(reader->ReadItem());
         EXPECT_EQ(items, expected) << content;
-        EXPECT_EQ(raisedBy([&] { reader->ReadItem(); }), 62);
+        EXPECT_EQ(raisedNumber([&] { reader->ReadItem(); }), 62);
     }
 }
 
@@ -77,8 +77,8 @@ TEST_F(Streams, LinesEndAtAnyLineEnd) {
         std::vector<Text> lines;
         while (!reader->EndOfStream()) lines.push_back(reader->ReadLine());
         EXPECT_EQ(lines, expected) << content;
-        EXPECT_EQ(messageOf([&] { reader->ReadLine(); }),
-                  "clsStreamReader.ReadLine / Dateiende bei \"" + toUtf8(path("a")) + "\" erreicht.");
+        EXPECT_EQ(raised([&] { reader->ReadLine(); }),
+                  "62|clsStreamReader.ReadLine|Dateiende bei \"/w/a\" erreicht.");
     }
 }
 
@@ -142,15 +142,16 @@ TEST_F(Streams, WritersSetOrFindTheEncoding) {
         EXPECT_EQ(writer->FileLength(), 0);
         EXPECT_EQ(read("a"), after);
     }
+    streams.OpenStreamWriter(path("missing"), UTF16BE, true)->WriteString(u"ä");
+    EXPECT_EQ(read("missing"), "\xFE\xFF\0\xE4"sv);
 }
 
 TEST_F(Streams, WriterRefusesWhatItCannotWriteBeforeTouchingTheFile) {
     for (const Encodings encoding : {CP850, UTF7, UTF32LE}) {
         const auto writer = streams.OpenStreamWriter(write("a", "old"), encoding);
-        EXPECT_EQ(raisedBy([&] { writer->WriteLine(u"x"); }), 321);
-        EXPECT_EQ(messageOf([&] { writer->WriteString(u"x"); }),
-                  "clsStreamWriter.WriteString / Dieses Dateiformat (Encoding=" + std::to_string(encoding) +
-                      ") wird in \"" + toUtf8(path("a")) + "\" nicht unterstützt");
+        EXPECT_EQ(raised([&] { writer->WriteString(u"x"); }),
+                  "321|clsStreamWriter.WriteString|Dieses Dateiformat (Encoding=" + std::to_string(encoding) +
+                      ") wird in \"/w/a\" nicht unterstützt");
         EXPECT_EQ(read("a"), "old");
     }
 }
@@ -176,7 +177,7 @@ TEST_F(Streams, FullDiskLeavesWholePiecesOnly) {
     const auto writer = streams.OpenStreamWriter(path("a"));
     memory.setFreeSpace(8);
     writer->WriteLine(u"123");
-    EXPECT_EQ(raisedBy([&] { writer->WriteLine(u"45678"); }), 5);
+    EXPECT_EQ(raisedNumber([&] { writer->WriteLine(u"45678"); }), 5);
     EXPECT_EQ(read("a"), "123\r\n");
     memory.setFreeSpace({});
     writer->WriteLine(u"9");
@@ -189,7 +190,7 @@ TEST_F(Streams, WriterOfALockedFileSaysSo) {
     clsStreamWriter appending;
     EXPECT_FALSE(appending.Init(files, name, ANSI1252, true));
     const auto writer = streams.OpenStreamWriter(name);
-    EXPECT_EQ(raisedBy([&] { writer->WriteString(u"x"); }), 75);
+    EXPECT_EQ(raisedNumber([&] { writer->WriteString(u"x"); }), 75);
     EXPECT_EQ(read("a"), "old");
 }
 
