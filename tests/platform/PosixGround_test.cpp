@@ -8,6 +8,7 @@
 
 #include "tests/support/TempFolder.hpp"
 #include "tsRtm/platform/posix/ConsoleUserInterface.hpp"
+#include "tsRtm/platform/posix/PosixFolders.hpp"
 #include "tsRtm/platform/posix/PosixInstallation.hpp"
 #include "tsRtm/platform/posix/PosixLocale.hpp"
 #include "tsRtm/platform/posix/PosixPlatform.hpp"
@@ -114,6 +115,18 @@ TEST(PosixSystem, FoldersFollowTheEnvironment) {
     EXPECT_EQ(system.folder(FolderId::documents, false), temp.name(u"heim/Dokumente"));
     EXPECT_EQ(toUtf8(system.folder(FolderId::commonProgramFiles, false)), posix::installationFolder());
     EXPECT_EQ(system.folder(static_cast<FolderId>(99), true), u"");
+}
+
+// A desktop puts a folder of its own in front; the machine has one store for all sessions.
+TEST(PosixSystem, MachineFolderIsTheCommonOneOfTheListedFolders) {
+    for (const auto& [listed, folder] : {std::pair{"", "/etc/xdg"},
+                                         {"/etc/xdg/desktop:/etc/xdg/", "/etc/xdg"},
+                                         {"/etc/xdg:/nix/etc", "/etc/xdg"},
+                                         {"/a:relativ:/b/", "/b"},
+                                         {":relativ", "/etc/xdg"}}) {
+        const Variable folders("XDG_CONFIG_DIRS", listed);
+        EXPECT_EQ(posix::machineConfigFolder(), folder) << listed;
+    }
 }
 
 TEST(PosixSystem, AccessMasksAskTheRightRights) {

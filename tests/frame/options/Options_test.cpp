@@ -30,148 +30,94 @@ class Options : public testing::Test {
     StartedLibrary library{ground};
 };
 
-struct Flag {
-    bool (clsTSOptions::*read)() const;
-    void (clsTSOptions::*write)(bool);
-    TextView name;
-    bool unset;
+// A property that goes by the row of its own name.
+template <class Value, class Argument = Value>
+struct Property {
+    Value (clsTSOptions::*read)() const;
+    void (clsTSOptions::*write)(Argument);
+    const OptionRule& rule;
 };
-#define TSRTM_FLAG(property, name, unset) \
-    { &clsTSOptions::property, &clsTSOptions::property, name, unset }
+template <class Value, class Argument>
+Property(Value (clsTSOptions::*)() const, void (clsTSOptions::*)(Argument), const OptionRule&)
+    -> Property<Value, Argument>;
+#define TSRTM_PROPERTY(name) \
+    Property { &clsTSOptions::name, &clsTSOptions::name, optionTable::of(u## #name) }
 
-TEST_F(Options, FlagsHaveTheirNamesAndDefaults) {
-    const Flag flags[] = {
-        TSRTM_FLAG(SignSilent, u"SignSilent", false),
-        TSRTM_FLAG(AdresseMitAnrede, u"AdresseMitAnrede", false),
-        TSRTM_FLAG(ShowAnimation, u"Animate", true),
-        TSRTM_FLAG(ShowEndeDialog, u"EndDialog", true),
-        TSRTM_FLAG(ExpertenModus, u"Expertenmodus", false),
-        TSRTM_FLAG(Toolbar, u"ToolBar", true),
-        TSRTM_FLAG(StatusBar, u"StatusBar", true),
-        TSRTM_FLAG(ExpressBar, u"ExpressBar", true),
-        TSRTM_FLAG(ExpressBarAuto, u"ExpressBarAuto", true),
-        TSRTM_FLAG(ExpressBarStayOpen, u"ExpressBarStayOpen", false),
-        TSRTM_FLAG(ExpressBarAnimate, u"ExpressBarAnimate", true),
-        TSRTM_FLAG(F11F12, u"F11F12", false),
-        TSRTM_FLAG(FastAddString, u"FastAddString", false),
-    };
+TEST_F(Options, EachPropertyReadsAndWritesItsOwnRow) {
     clsTSOptions options;
-    for (const auto& flag : flags) {
-        SCOPED_TRACE(toUtf8(flag.name));
-        EXPECT_EQ((options.*flag.read)(), flag.unset);
-        (options.*flag.write)(!flag.unset);
-        EXPECT_EQ(stored(flag.name), flag.unset ? u"0" : u"-1");
-        EXPECT_EQ((options.*flag.read)(), !flag.unset);
-        for (const auto& [text, value] :
-             {std::pair{u"FALSCH", false}, {u"wahr", true}, {u"x", false}, {u"001", false}, {u"-1", true}}) {
-            store(flag.name, text);
-            EXPECT_EQ((options.*flag.read)(), value) << toUtf8(text);
-        }
-        store(flag.name, Text(1, u'\0'));
-        EXPECT_EQ((options.*flag.read)(), flag.unset) << "empty is as not stored";
-    }
-}
-
-TEST_F(Options, TextsHaveTheirNamesAndPlaces) {
-    struct {
-        Text (clsTSOptions::*read)() const;
-        void (clsTSOptions::*write)(TextView);
-        TextView name;
-        TextView key;
-        HKeys hive;
-    } const texts[] = {
-        {&clsTSOptions::UpdateLastLook, &clsTSOptions::UpdateLastLook, u"LastLook", u"\\Internet",
-         HKeys::currentUser},
-        {&clsTSOptions::Schriftart, &clsTSOptions::Schriftart, u"EditFontName", u"\\Anwendung",
-         HKeys::currentUser},
-        {&clsTSOptions::SchriftGroesse, &clsTSOptions::SchriftGroesse, u"EditFontSize", u"\\Anwendung",
-         HKeys::currentUser},
-        {&clsTSOptions::WallPaper, &clsTSOptions::WallPaper, u"Wallpaper", u"\\Anwendung",
-         HKeys::currentUser},
-        {&clsTSOptions::FreeItems, &clsTSOptions::FreeItems, u"FreeItems", u"\\Anwendung",
-         HKeys::currentUser},
-        {&clsTSOptions::Started, &clsTSOptions::Started, u"Started", u"\\Anwendung", HKeys::localMachine},
-        {&clsTSOptions::Ended, &clsTSOptions::Ended, u"Ended", u"\\Anwendung", HKeys::localMachine},
-        {&clsTSOptions::Version, &clsTSOptions::Version, u"Version", u"\\Anwendung", HKeys::localMachine},
+    const auto keeps = [&](const auto& property, auto value, TextView text) {
+        SCOPED_TRACE(toUtf8(property.rule.property));
+        EXPECT_EQ(options.stored(property.rule), u"");
+        (options.*property.write)(value);
+        EXPECT_EQ(options.stored(property.rule), text);
+        EXPECT_EQ((options.*property.read)(), value);
     };
-    clsTSOptions options;
-    for (const auto& text : texts) {
-        SCOPED_TRACE(toUtf8(text.name));
-        EXPECT_EQ((options.*text.read)(), u"");
-        (options.*text.write)(u"Größe 12");
-        EXPECT_EQ(stored(text.name, text.key, text.hive), u"Größe 12");
-        EXPECT_EQ((options.*text.read)(), u"Größe 12");
-        (options.*text.write)(u"");
-        EXPECT_EQ((options.*text.read)(), u"");
+    for (const auto& flag :
+         {TSRTM_PROPERTY(SignSilent), TSRTM_PROPERTY(AdresseMitAnrede), TSRTM_PROPERTY(ShowAnimation),
+          TSRTM_PROPERTY(ShowEndeDialog), TSRTM_PROPERTY(ExpertenModus), TSRTM_PROPERTY(Toolbar),
+          TSRTM_PROPERTY(StatusBar), TSRTM_PROPERTY(ExpressBar), TSRTM_PROPERTY(ExpressBarAuto),
+          TSRTM_PROPERTY(ExpressBarStayOpen), TSRTM_PROPERTY(ExpressBarAnimate), TSRTM_PROPERTY(F11F12),
+          TSRTM_PROPERTY(FastAddString)}) {
+        const bool unset = flag.rule.unset != UnsetFlag::no;
+        EXPECT_EQ((options.*flag.read)(), unset) << toUtf8(flag.rule.property);
+        keeps(flag, !unset, unset ? u"0" : u"-1");
     }
-}
-
-TEST_F(Options, NumbersReadTheirFirstCharactersWithinTheirLimits) {
-    struct {
-        int32 (clsTSOptions::*read)() const;
-        TextView name;
-        TextView text;
-        int32 value;
-    } const cases[] = {
-        {&clsTSOptions::ExpressBarHeight, u"ExpressBarHeight", u"", 1},
-        {&clsTSOptions::ExpressBarHeight, u"ExpressBarHeight", u"3", 3},
-        {&clsTSOptions::ExpressBarHeight, u"ExpressBarHeight", u"5", 1},
-        {&clsTSOptions::ExpressBarHeight, u"ExpressBarHeight", u"27", 2},
-        {&clsTSOptions::ExpressBarWidth, u"ExpressBarWidth", u"1000", 1000},
-        {&clsTSOptions::ExpressBarWidth, u"ExpressBarWidth", u"9999", 9999},
-        // 24 pixels, 2 frames of 2 + 1 + 2 pixels, and the margin
-        {&clsTSOptions::ExpressBarWidth, u"ExpressBarWidth", u"", 24 * 15 + 10 * 15 + 300},
-        {&clsTSOptions::ExpressBarWidth, u"ExpressBarWidth", u"999", 810},
-        {&clsTSOptions::ExpressBarWidth, u"ExpressBarWidth", u"10000", 810},
-        {&clsTSOptions::ExpressBarWidth, u"ExpressBarWidth", u"123456", 810},
-        {&clsTSOptions::ToolbarSize, u"ToolBarSize", u"20", 16},
-        {&clsTSOptions::ToolbarSize, u"ToolBarSize", u"100", 96},
-        {&clsTSOptions::ToolbarSize, u"ToolBarSize", u"140", 128},
-        {&clsTSOptions::ToolbarSize, u"ToolBarSize", u"0481", 48},
-        {&clsTSOptions::ToolbarSize, u"ToolBarSize", u"-9", 16},
-        {&clsTSOptions::ToolbarSize, u"ToolBarSize", u"x", 16},
-        {&clsTSOptions::MDIChildWState, u"MDIChildWState", u"", 0},
-        {&clsTSOptions::MDIChildWState, u"MDIChildWState", u"1", 0},
-        {&clsTSOptions::MDIChildWState, u"MDIChildWState", u"2", 2},
-        {&clsTSOptions::MDIChildWState, u"MDIChildWState", u"3", 0},
-        {&clsTSOptions::TileWallPaper, u"TileWallpaper", u"7", 7},
-        {&clsTSOptions::TileWallPaper, u"TileWallpaper", u"12", 1},
-    };
-    const clsTSOptions options;
-    for (const auto& c : cases) {
-        store(c.name, c.text);
-        EXPECT_EQ((options.*c.read)(), c.value) << toUtf8(c.name) << " " << toUtf8(c.text);
+    for (const auto& number :
+         {TSRTM_PROPERTY(ExpressBarWidth), TSRTM_PROPERTY(ExpressBarHeight), TSRTM_PROPERTY(ToolbarSize),
+          TSRTM_PROPERTY(MDIChildWState), TSRTM_PROPERTY(TileWallPaper)}) {
+        const int32 value = number.rule.characters == 5 ? 1234 : number.rule.characters == 3 ? 48 : 2;
+        keeps(number, value, toText(value));
     }
-    store(u"PreViewZoom", u"2");
-    store(u"PreviewWindowMode", u"1");
-    store(u"Update", u"31", u"\\Internet");
-    EXPECT_EQ(options.PreviewZoom(), zoomVergroessert);
-    EXPECT_EQ(options.PreviewWindowSize(), viewMaximiert);
-    EXPECT_EQ(static_cast<int32>(options.UpdateStrategy()), 31) << "two characters";
-}
-
-TEST_F(Options, NumbersAreWrittenAsTheyAre) {
-    clsTSOptions options;
-    options.ExpressBarWidth(5);
-    options.ExpressBarHeight(3);
-    options.ToolbarSize(33);
-    options.MDIChildWState(2);
-    options.TileWallPaper(1);
-    options.UpdateStrategy(upAlways);
-    options.PreviewZoom(zoomFensterbreite);
-    options.PreviewWindowSize(viewMaximiert);
-    EXPECT_EQ(stored(u"ExpressBarWidth"), u"5");
-    EXPECT_EQ(stored(u"ToolBarSize"), u"33");
-    EXPECT_EQ(options.ToolbarSize(), 32);
-    EXPECT_EQ(options.ExpressBarHeight(), 3);
-    EXPECT_EQ(options.MDIChildWState(), 2);
-    EXPECT_EQ(options.TileWallPaper(), 1);
-    EXPECT_EQ(options.PreviewZoom(), zoomFensterbreite);
-    EXPECT_EQ(options.PreviewWindowSize(), viewMaximiert);
-    EXPECT_EQ(stored(u"Update", u"\\Internet"), u"3");
+    keeps(TSRTM_PROPERTY(UpdateStrategy), upAlways, u"3");
+    keeps(TSRTM_PROPERTY(PreviewZoom), zoomFensterbreite, toText(zoomFensterbreite));
+    keeps(TSRTM_PROPERTY(PreviewWindowSize), viewMaximiert, u"1");
+    for (const auto& text :
+         {TSRTM_PROPERTY(UpdateLastLook), TSRTM_PROPERTY(Schriftart), TSRTM_PROPERTY(SchriftGroesse),
+          TSRTM_PROPERTY(WallPaper), TSRTM_PROPERTY(FreeItems), TSRTM_PROPERTY(Started),
+          TSRTM_PROPERTY(Ended), TSRTM_PROPERTY(Version)})
+        keeps(text, TextView(u"Größe 12"), u"Größe 12");
+    EXPECT_EQ(stored(u"Wallpaper"), u"Größe 12");
+    EXPECT_EQ(stored(u"LastLook", u"\\Internet"), u"Größe 12");
+    EXPECT_EQ(stored(u"Started", u"\\Anwendung", HKeys::localMachine), u"Größe 12");
     rtmMain::state().appProgID = u"Andere";
     EXPECT_EQ(options.UpdateStrategy(), upAlways) << "one for all applications";
     EXPECT_EQ(options.ExpressBarHeight(), 1) << "each application has its own";
+}
+
+TEST_F(Options, StoredTextsReadByKindAndWithinLimits) {
+    using optionTable::of;
+    const std::pair<OptionRule, std::vector<std::pair<Text, TextView>>> rows[] = {
+        {of(u"SignSilent"),
+         {{u"FALSCH", u"0"}, {u"wahr", u"-1"}, {u"x", u"0"}, {u"001", u"0"}, {u"-1", u"-1"}}},
+        {of(u"Toolbar"), {{u"0", u"0"}, {Text(1, u'\0'), u"-1"}}},  // empty is as not stored
+        {of(u"ExpressBarHeight"), {{u"", u"1"}, {u"3", u"3"}, {u"5", u"1"}, {u"27", u"2"}}},
+        // 24 pixels, 2 frames of 2 + 1 + 2 pixels, and the margin are 810 twips.
+        {of(u"ExpressBarWidth"),
+         {{u"1000", u"1000"},
+          {u"9999", u"9999"},
+          {u"", u"810"},
+          {u"999", u"810"},
+          {u"10000", u"810"},
+          {u"123456", u"810"}}},
+        {of(u"ToolbarSize"),
+         {{u"20", u"16"},
+          {u"100", u"96"},
+          {u"140", u"128"},
+          {u"0481", u"48"},
+          {u"-9", u"16"},
+          {u"x", u"16"},
+          {u"", u"16"}}},
+        {of(u"MDIChildWState"), {{u"", u"0"}, {u"1", u"0"}, {u"2", u"2"}, {u"3", u"0"}}},
+        {of(u"TileWallPaper"), {{u"7", u"7"}, {u"12", u"1"}}},
+        {of(u"PreviewZoom"), {{u"2", u"2"}, {u"312", u"31"}}},
+        {of(u"WallPaper"), {{u" Größe 12", u" Größe 12"}}},
+    };
+    const clsTSOptions options;
+    for (const auto& [rule, texts] : rows)
+        for (const auto& [text, value] : texts) {
+            store(rule.name, text);
+            EXPECT_EQ(options.effective(rule), value) << toUtf8(rule.name) << " " << toUtf8(text);
+        }
 }
 
 TEST_F(Options, ToolbarGrowsWithTheResolution) {
@@ -235,20 +181,6 @@ TEST_F(Options, FormOfAddressStaysForThePrinting) {
     EXPECT_FALSE(rtmMain::state().adresseMitAnrede) << "only reading tells";
     EXPECT_TRUE(options.AdresseMitAnrede());
     EXPECT_TRUE(rtmMain::state().adresseMitAnrede);
-}
-
-TEST_F(Options, TheTableTellsOfEach) {
-    clsTSOptions options;
-    for (const auto& rule : optionTable::rows) {
-        const Text nothing = options.effective(rule);
-        store(rule.name, rule.kind == OptionKind::flag ? u"FALSCH" : u"2", u"\\" + clsTSOptions::subkey(rule),
-              static_cast<HKeys>(static_cast<uint32>(options.hive(rule))));
-        EXPECT_EQ(options.stored(rule), rule.kind == OptionKind::flag ? u"0" : u"2") << toUtf8(rule.name);
-        EXPECT_TRUE(rule.kind != OptionKind::flag || nothing == u"-1" || nothing == u"0");
-    }
-    EXPECT_EQ(options.effective(optionTable::of(u"ToolbarSize")), u"16");
-    EXPECT_EQ(options.effective(optionTable::of(u"Toolbar")), u"0");
-    EXPECT_EQ(options.effective(optionTable::of(u"Version")), u"2");
 }
 
 }  // namespace

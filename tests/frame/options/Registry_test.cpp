@@ -1,12 +1,9 @@
 // The registry of the facade: short and long forms, flags of older releases, typed options, rights.
 #include <gtest/gtest.h>
 
-#include "tests/support/ChildProcess.hpp"
-#include "tests/support/TempFolder.hpp"
 #include "tests/support/TestGround.hpp"
 #include "tsRtm/frame/options/OptionsTopic.hpp"
 #include "tsRtm/frame/options/clsTSOptions.hpp"
-#include "tsRtm/platform/posix/PosixSettings.hpp"
 
 namespace tsRtm::test {
 namespace {
@@ -160,42 +157,6 @@ TEST_F(Registry, ADamagedStoreMeansDefaultsAndNoFailure) {
     EXPECT_EQ(rtm.TSOptions()->ToolbarSize(), 16);
     ground.settings.damaged = false;
     EXPECT_EQ(rtm.LongOption(u"", u"NetWait"), 20);
-}
-
-// Two applications and one option: each reads what was written last, and no half-written text.
-TEST(RegistryOfTwoProcesses, EachReadsTheNewestOfManyWrites) {
-    constexpr int32 kWrites = 40;
-    TempFolder folder;
-    const auto work = [&](bool sets) {
-        TestGround ground;
-        platform::posix::PosixSettings settings(folder.path(), folder.path());
-        NoFiles files;
-        platform::Platform platform{files,         ground.clock, ground.locale, settings,
-                                    ground.system, ground.ui,    ground.random};
-        rtmMain::TEST_restart(platform);
-        rtmMain::state().appProgID = u"Anwendung";
-        clsTSOptions options;
-        int faults = 0;
-        for (int32 i = 0; i < kWrites; ++i) {
-            options.ShowEndeDialog(sets);
-            options.WallPaper(Text(500, sets ? u'a' : u'b'));
-            const Text read = options.WallPaper();
-            if (read.size() != 500 || read != Text(500, read.front())) ++faults;
-        }
-        options.ToolbarSize(sets ? 32 : 64);
-        rtmMain::TEST_forget();
-        return faults;
-    };
-    ChildProcess other([&](ChildProcess::Line& line) {
-        line.say('S');
-        return work(true);
-    });
-    ASSERT_EQ(other.line().hear(), 'S');
-    EXPECT_EQ(work(false), 0);
-    EXPECT_EQ(other.wait(), 0);
-    platform::posix::PosixSettings settings(folder.path(), folder.path());
-    const auto size = settings.get(kUser, u"Software\\Tessarol\\Anwendung", u"ToolBarSize");
-    EXPECT_TRUE(size == u"32" || size == u"64");
 }
 
 }  // namespace
