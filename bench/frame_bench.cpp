@@ -10,8 +10,8 @@
 #include <fstream>
 #include <unordered_map>
 
-#include "tsRtm/frame/DefaultGround.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/runtime/Lifetime.hpp"
 #include "tsRtm/tsRtm.hpp"
 
 namespace tsRtm {

@@ -11,7 +11,7 @@
 #include "tsRtm/clsRtm.hpp"
 #include "tsRtm/database/BulkLoader.hpp"
 #include "tsRtm/database/clsTSRecord.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/frame/text/TextOrder.hpp"
 
 namespace tsRtm::bench {

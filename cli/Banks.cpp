@@ -10,7 +10,8 @@
 #include "cli/Progress.hpp"
 #include "cli/SharedOptions.hpp"
 #include "tsRtm/banking/BankImport.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/state/State.hpp"
 
 namespace tsRtm::cli {
 namespace {

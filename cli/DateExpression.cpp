@@ -7,7 +7,8 @@
 
 #include "cli/CliError.hpp"
 #include "tsRtm/calendar/clsDatum.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/state/State.hpp"
 
 namespace tsRtm::cli {
 namespace {

@@ -7,7 +7,7 @@
 #include "cli/Output.hpp"
 #include "cli/SharedOptions.hpp"
 #include "tsRtm/calendar/clsDatum.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
 
 namespace tsRtm::cli {
 namespace {

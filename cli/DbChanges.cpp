@@ -9,7 +9,7 @@
 #include "cli/SharedOptions.hpp"
 #include "cli/Terminal.hpp"
 #include "tsRtm/database/clsTSRecord.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/state/State.hpp"
 
 namespace tsRtm::cli {
 namespace {

@@ -9,7 +9,7 @@
 #include "cli/FieldTypes.hpp"
 #include "cli/Session.hpp"
 #include "cli/SharedOptions.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
 
 namespace tsRtm::cli {

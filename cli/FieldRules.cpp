@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "tsRtm/calendar/DateText.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
 
 namespace tsRtm::cli {

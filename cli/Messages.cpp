@@ -8,7 +8,7 @@
 #include "cli/Output.hpp"
 #include "cli/SharedOptions.hpp"
 #include "cli/Terminal.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/state/State.hpp"
 
 namespace tsRtm::cli {
 namespace {

@@ -4,7 +4,11 @@
 #include <array>
 
 #include "cli/CliError.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/options/OptionRules.hpp"
+#include "tsRtm/frame/options/Registry.hpp"
+#include "tsRtm/frame/runtime/Folders.hpp"
+#include "tsRtm/frame/state/State.hpp"
 
 namespace tsRtm::cli {
 namespace {

@@ -4,7 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "tsRtm/frame/options/clsTSOptions.hpp"
+#include "tsRtm/frame/clsTSOptions.hpp"
+#include "tsRtm/frame/options/OptionRules.hpp"
 
 namespace tsRtm::cli {
 

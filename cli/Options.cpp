@@ -9,7 +9,7 @@
 #include "cli/Output.hpp"
 #include "cli/SharedOptions.hpp"
 #include "cli/Terminal.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
 
 namespace tsRtm::cli {
 namespace {

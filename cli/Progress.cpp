@@ -4,7 +4,7 @@
 #include <iostream>
 
 #include "cli/Terminal.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
 
 namespace tsRtm::cli {
 namespace {

@@ -6,7 +6,7 @@
 #include "cli/ErrorText.hpp"
 #include "tsRtm/database/BulkLoader.hpp"
 #include "tsRtm/database/clsTSRecord.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/state/State.hpp"
 
 namespace tsRtm::cli {
 namespace {

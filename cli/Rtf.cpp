@@ -4,8 +4,8 @@
 #include "cli/CliError.hpp"
 #include "cli/Commands.hpp"
 #include "cli/SharedOptions.hpp"
+#include "tsRtm/frame/RtfTopic.hpp"
 #include "tsRtm/frame/rtf/FileForm.hpp"
-#include "tsRtm/frame/rtf/RtfTopic.hpp"
 
 namespace tsRtm::cli {
 namespace {

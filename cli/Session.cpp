@@ -4,7 +4,8 @@
 #include "cli/ErrorText.hpp"
 #include "cli/Terminal.hpp"
 #include "cli/TextFiles.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/state/State.hpp"
 
 namespace tsRtm::cli {
 namespace {

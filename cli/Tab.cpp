@@ -12,7 +12,7 @@
 #include "cli/TabFile.hpp"
 #include "cli/Terminal.hpp"
 #include "tsRtm/clsRtm.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
 
 namespace tsRtm::cli {
 namespace {

@@ -8,7 +8,7 @@
 #include "cli/ErrorText.hpp"
 #include "cli/Terminal.hpp"
 #include "cli/TextFiles.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
 #include "tsRtm/tables/DatenSeq.hpp"
 #include "tsRtm/tables/DatenTab.hpp"

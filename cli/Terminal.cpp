@@ -6,9 +6,10 @@
 #include <iostream>
 #include <set>
 
-#include "tsRtm/frame/DefaultGround.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/frame/iStatusControl.hpp"
 #include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/state/State.hpp"
 
 namespace tsRtm::cli {
 namespace {

@@ -6,7 +6,7 @@
 #include "cli/CliError.hpp"
 #include "cli/ErrorText.hpp"
 #include "tsRtm/frame/files/Encodings.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
 
 namespace tsRtm::cli {

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "cli/CliError.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/state/State.hpp"
 
 namespace tsRtm::cli {
 namespace {

@@ -47,7 +47,7 @@ std::shared_ptr<clsTSDB> open(clsRtm& rtm, const std::string& name, bool readOnl
 void importFile(clsRtm& rtm, const std::string& file, const std::string& name) {
     std::filesystem::remove_all(name + ".DBD");
     if (!bankRegister::create(rtm, fromUtf8(name))) throw std::runtime_error("cannot make " + name);
-    auto opened = rtmMain::system().files.open(fromUtf8(file), {});
+    auto opened = rtmMain::defaultGround().files.open(fromUtf8(file), {});
     if (!opened) throw std::runtime_error("cannot read " + file);
 
     const auto start = Clock::now();

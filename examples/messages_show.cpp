@@ -1,4 +1,5 @@
-// The library's texts, and a failure on its four ways: absorbed, recorded, shown, raised.
+// The library's texts in the language of the machine, and a failure on its four ways: absorbed, recorded,
+// shown, raised.
 //
 //     messages_show
 #include <iostream>
@@ -15,7 +16,6 @@ void show(const char* what, TextView text) { std::cout << what << toUtf8(text) <
 
 int main() {
     clsRtm rtm;
-    rtmMain::state().langId = 1031;  // German, whatever the machine speaks
 
     Text text = rtm.RtmMsg(76);  // "Seite %1/%2"
     rtm.InsertMsgNr(text, 1, 3);

@@ -6,7 +6,7 @@
 #include "tsRtm/frame/rtf/Markup.hpp"
 #include "tsRtm/frame/rtf/PlainText.hpp"
 #include "tsRtm/frame/rtf/Reader.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/state/State.hpp"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "tsRtm/clsRtm.hpp"
 
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/runtime/Lifetime.hpp"
 
 namespace tsRtm {
 

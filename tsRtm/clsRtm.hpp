@@ -1,13 +1,13 @@
 #pragma once
 // The facade: all operations of the library that belong to no object of their own, as the sum of its topics.
 #include "tsRtm/database/DatabasesTopic.hpp"
+#include "tsRtm/frame/ConversionsTopic.hpp"
+#include "tsRtm/frame/FilesTopic.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
+#include "tsRtm/frame/OptionsTopic.hpp"
+#include "tsRtm/frame/RtfTopic.hpp"
+#include "tsRtm/frame/StreamsTopic.hpp"
 #include "tsRtm/frame/clsCommon.hpp"
-#include "tsRtm/frame/files/FilesTopic.hpp"
-#include "tsRtm/frame/files/StreamsTopic.hpp"
-#include "tsRtm/frame/options/OptionsTopic.hpp"
-#include "tsRtm/frame/rtf/RtfTopic.hpp"
-#include "tsRtm/frame/text/ConversionsTopic.hpp"
 #include "tsRtm/services/Scrambler.hpp"
 #include "tsRtm/tables/ShortcutsTopic.hpp"
 

@@ -6,7 +6,7 @@
 #include "tests/support/TempFolder.hpp"
 #include "tsRtm/banking/BankImport.hpp"
 #include "tsRtm/clsRtm.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
 
 namespace tsRtm {
 namespace {

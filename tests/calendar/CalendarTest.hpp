@@ -4,7 +4,7 @@
 
 #include "tests/support/TestGround.hpp"
 #include "tsRtm/calendar/clsDatum.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/state/State.hpp"
 
 namespace tsRtm::test {
 

@@ -1,5 +1,6 @@
 // Records between memory and the file, record objects, and the notices of both.
 #include "tests/database/MemoryDatabase.hpp"
+#include "tsRtm/frame/text/NumberCode.hpp"
 
 namespace tsRtm::test {
 namespace {

@@ -8,8 +8,8 @@
 #include "tests/support/MemoryFiles.hpp"
 #include "tests/support/TestGround.hpp"
 #include "tsRtm/fields/clsControl.hpp"
+#include "tsRtm/frame/FilesTopic.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
-#include "tsRtm/frame/files/FilesTopic.hpp"
 
 namespace tsRtm::test {
 

@@ -1,11 +1,13 @@
 // Boxes and task dialogs: how a prompt becomes one, what is heard of it, and the short questions and notices.
+#include "tsRtm/frame/messages/Dialogs.hpp"
+
 #include <gtest/gtest.h>
 
 #include "tests/support/MemoryFiles.hpp"
 #include "tests/support/TestGround.hpp"
-#include "tsRtm/frame/DialogTexts.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
 #include "tsRtm/frame/clsTaskDialog.hpp"
+#include "tsRtm/frame/messages/DialogTexts.hpp"
 #include "tsRtm/frame/tsMessage.hpp"
 
 namespace tsRtm::test {

@@ -3,7 +3,7 @@
 
 #include "tests/support/TestGround.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
-#include "tsRtm/frame/TextTables.hpp"
+#include "tsRtm/frame/messages/TextTables.hpp"
 
 namespace tsRtm::test {
 namespace {

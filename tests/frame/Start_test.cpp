@@ -7,6 +7,11 @@
 #include "tests/support/MemoryFiles.hpp"
 #include "tests/support/TestGround.hpp"
 #include "tsRtm/frame/clsCommon.hpp"
+#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/runtime/DebugLog.hpp"
+#include "tsRtm/frame/runtime/Folders.hpp"
+#include "tsRtm/frame/runtime/Lifetime.hpp"
+#include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
 
 namespace tsRtm::test {

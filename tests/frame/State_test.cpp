@@ -6,9 +6,12 @@
 
 #include "tests/support/MemoryFiles.hpp"
 #include "tests/support/TestGround.hpp"
-#include "tsRtm/frame/OSName.hpp"
 #include "tsRtm/frame/clsCommon.hpp"
 #include "tsRtm/frame/clsStartObjects.hpp"
+#include "tsRtm/frame/runtime/Folders.hpp"
+#include "tsRtm/frame/runtime/LocaleForms.hpp"
+#include "tsRtm/frame/runtime/OSName.hpp"
+#include "tsRtm/frame/text/NumberCode.hpp"
 
 namespace tsRtm::test {
 namespace {

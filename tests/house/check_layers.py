@@ -13,12 +13,6 @@ import tempfile
 TABLE = "tsRtm/rooms.txt"
 GROUND = "platform/posix"  # includes types, the seam and the system
 
-# (room, header): why the room may include it although it lies higher.
-EXCEPTIONS = {
-    ("frame/text", "tsRtm/frame/rtmMain.hpp"):
-        "number and date texts follow the separators of the global state, and the state's text needs no conversion",
-}
-
 # Tables may be longer than a file that one reads.
 LONG_TABLES = set()
 MAX_LINES = 600
@@ -57,11 +51,6 @@ def room_of(path):
     return str(pathlib.PurePosixPath(path).relative_to("tsRtm").parent)
 
 
-def include_allowed(sees, source, target):
-    own, other = room_of(source), room_of(target)
-    return other in sees[own] or (own, target) in EXCEPTIONS
-
-
 def without_comments(text):
     """The code with comments and the insides of literals blanked; line breaks stay."""
     pattern = re.compile(r'//[^\n]*|/\*.*?\*/|"(?:\\.|[^"\\\n])*"', re.S)
@@ -79,7 +68,7 @@ def check_room(root, sees, name, text):
             target = include.group(1)
             if not target.startswith("tsRtm/") or not (root / target).is_file():
                 yield number, f'includes "{target}", which is no file below tsRtm/'
-            elif room_of(target) in sees and not include_allowed(sees, name, target):
+            elif room_of(target) in sees and room_of(target) not in sees[room_of(name)]:
                 yield number, f"layer: {room_of(name)} may not include {target}"
         elif room_of(name) != GROUND and SYSTEM_HEADERS.match(line):
             yield number, f"system header outside {GROUND}: {line.strip()}"
@@ -132,9 +121,6 @@ database       | fields                  |
 CASES = [
     ("clean", {"tsRtm/types/A.hpp": "#pragma once\n", "tsRtm/fields/B.cpp": '#include "tsRtm/types/A.hpp"\n'}, None),
     ("comment names a clock", {"tsRtm/frame/A.cpp": "// not system_clock\n/* getenv */\n"}, None),
-    ("exception", {"tsRtm/frame/rtmMain.hpp": "#pragma once\n",
-                   "tsRtm/frame/text/A.cpp": '#include "tsRtm/frame/rtmMain.hpp"\n',
-                   TABLE: "frame/text||\nframe|frame/text|\n"}, None),
     ("ground may call", {"tsRtm/platform/posix/A.cpp": "#include <unistd.h>\nauto* e = std::getenv(name);\n"}, None),
     ("door", {"tsRtm/platform/posix/P.hpp": "#pragma once\n",
               "tsRtm/frame/DefaultGround.cpp": '#include "tsRtm/platform/posix/P.hpp"\n'}, None),

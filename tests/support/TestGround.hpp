@@ -15,7 +15,9 @@
 #include <optional>
 #include <utility>
 
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/runtime/Lifetime.hpp"
+#include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/platform/Platform.hpp"
 
 namespace tsRtm::test {

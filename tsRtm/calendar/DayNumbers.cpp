@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
 
 namespace tsRtm::dates {
 namespace {

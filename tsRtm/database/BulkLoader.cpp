@@ -6,7 +6,7 @@
 #include "tsRtm/database/engine/DatabaseEngine.hpp"
 #include "tsRtm/database/records/FieldValue.hpp"
 #include "tsRtm/database/upkeep/IndexSort.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/runtime/DebugLog.hpp"
 
 namespace tsRtm {
 namespace {

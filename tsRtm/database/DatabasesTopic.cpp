@@ -2,8 +2,9 @@
 
 #include "tsRtm/database/files/CountFile.hpp"
 #include "tsRtm/database/files/LockWait.hpp"
-#include "tsRtm/frame/files/clsStreamWriter.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/clsStreamWriter.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
 
 namespace tsRtm {

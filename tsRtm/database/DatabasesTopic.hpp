@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "tsRtm/database/clsTSDB.hpp"
-#include "tsRtm/frame/files/FilesTopic.hpp"
+#include "tsRtm/frame/FilesTopic.hpp"
 
 namespace tsRtm {
 

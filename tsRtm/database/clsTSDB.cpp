@@ -8,8 +8,9 @@
 #include "tsRtm/database/upkeep/IndexSort.hpp"
 #include "tsRtm/database/upkeep/LostFiles.hpp"
 #include "tsRtm/fields/clsMasken.hpp"
-#include "tsRtm/frame/files/clsStreamReader.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/clsStreamReader.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/runtime/DebugLog.hpp"
 #include "tsRtm/platform/LockProbe.hpp"
 
 namespace tsRtm {

@@ -1,8 +1,8 @@
 #include "tsRtm/fields/ControlMessages.hpp"
 
 #include "tsRtm/fields/ControlContent.hpp"
+#include "tsRtm/frame/FilesTopic.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
-#include "tsRtm/frame/files/FilesTopic.hpp"
 
 namespace tsRtm {
 namespace {

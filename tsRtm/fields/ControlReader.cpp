@@ -4,8 +4,8 @@
 
 #include "tsRtm/fields/ControlMessages.hpp"
 #include "tsRtm/fields/ControlText.hpp"
-#include "tsRtm/frame/files/FilesTopic.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/FilesTopic.hpp"
+#include "tsRtm/frame/runtime/Folders.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
 #include "tsRtm/types/Failure.hpp"
 

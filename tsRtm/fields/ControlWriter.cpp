@@ -3,7 +3,8 @@
 #include <span>
 
 #include "tsRtm/frame/files/SystemFailures.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/runtime/Folders.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
 #include "tsRtm/types/Failure.hpp"
 

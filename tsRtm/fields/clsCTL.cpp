@@ -1,8 +1,8 @@
 #include "tsRtm/fields/clsCTL.hpp"
 
 #include "tsRtm/fields/clsControl.hpp"
-#include "tsRtm/frame/files/FilesTopic.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/FilesTopic.hpp"
+#include "tsRtm/frame/runtime/Folders.hpp"
 
 namespace tsRtm {
 

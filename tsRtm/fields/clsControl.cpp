@@ -6,8 +6,9 @@
 #include "tsRtm/fields/ControlReader.hpp"
 #include "tsRtm/fields/ControlWriter.hpp"
 #include "tsRtm/fields/clsMasken.hpp"
-#include "tsRtm/frame/files/FilesTopic.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/FilesTopic.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/runtime/Folders.hpp"
 #include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm {

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "tsRtm/fields/clsControl.hpp"
-#include "tsRtm/frame/files/FilesTopic.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/FilesTopic.hpp"
+#include "tsRtm/frame/runtime/Folders.hpp"
 
 namespace tsRtm {
 namespace {

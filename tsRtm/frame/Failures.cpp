@@ -2,9 +2,9 @@
 #include <utility>
 
 #include "tsRtm/frame/MessagesTopic.hpp"
-#include "tsRtm/frame/TextTables.hpp"
 #include "tsRtm/frame/clsHostApp.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/messages/TextTables.hpp"
+#include "tsRtm/frame/state/State.hpp"
 
 namespace tsRtm {
 

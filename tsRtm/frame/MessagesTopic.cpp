@@ -5,8 +5,12 @@
 #include <limits>
 #include <optional>
 
-#include "tsRtm/frame/TextTables.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/messages/TextTables.hpp"
+#include "tsRtm/frame/runtime/Folders.hpp"
+#include "tsRtm/frame/runtime/Lifetime.hpp"
+#include "tsRtm/frame/runtime/LocaleForms.hpp"
+#include "tsRtm/frame/state/State.hpp"
 
 namespace tsRtm {
 

@@ -4,9 +4,9 @@
 #include <array>
 #include <optional>
 
-#include "tsRtm/frame/Captions.hpp"
-#include "tsRtm/frame/Dialogs.hpp"
 #include "tsRtm/frame/iStatusControl.hpp"
+#include "tsRtm/types/Captions.hpp"
+#include "tsRtm/types/DialogConstants.hpp"
 #include "tsRtm/types/Failure.hpp"
 #include "tsRtm/types/Variant.hpp"
 

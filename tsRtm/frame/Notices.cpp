@@ -1,8 +1,10 @@
 // What the library says and asks: boxes, the status text and the message window.
 #include "tsRtm/frame/MessagesTopic.hpp"
-#include "tsRtm/frame/VariantText.hpp"
 #include "tsRtm/frame/clsTaskDialog.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/messages/Dialogs.hpp"
+#include "tsRtm/frame/runtime/VariantText.hpp"
+#include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/frame/tsMessage.hpp"
 
 namespace tsRtm {

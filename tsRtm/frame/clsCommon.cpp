@@ -2,8 +2,12 @@
 
 #include <utility>
 
-#include "tsRtm/frame/OSName.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/runtime/Folders.hpp"
+#include "tsRtm/frame/runtime/Lifetime.hpp"
+#include "tsRtm/frame/runtime/LocaleForms.hpp"
+#include "tsRtm/frame/runtime/OSName.hpp"
+#include "tsRtm/frame/state/State.hpp"
 
 namespace tsRtm {
 

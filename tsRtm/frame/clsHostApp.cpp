@@ -1,6 +1,6 @@
 #include "tsRtm/frame/clsHostApp.hpp"
 
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/state/State.hpp"
 
 namespace tsRtm {
 

@@ -2,10 +2,12 @@
 
 #include <utility>
 
-#include "tsRtm/frame/DialogTexts.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
-#include "tsRtm/frame/VariantText.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/messages/DialogTexts.hpp"
+#include "tsRtm/frame/messages/Dialogs.hpp"
+#include "tsRtm/frame/runtime/VariantText.hpp"
+#include "tsRtm/frame/state/State.hpp"
 
 namespace tsRtm {
 

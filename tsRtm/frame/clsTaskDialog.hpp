@@ -1,6 +1,7 @@
 #pragma once
 // The dialog behind all questions and notices of the library.
-#include "tsRtm/frame/Dialogs.hpp"
+#include "tsRtm/platform/DialogBoxes.hpp"
+#include "tsRtm/types/DialogConstants.hpp"
 #include "tsRtm/types/Event.hpp"
 #include "tsRtm/types/Variant.hpp"
 

@@ -1,6 +1,7 @@
 #include "tsRtm/frame/tsMessage.hpp"
 
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/state/State.hpp"
 
 namespace tsRtm {
 

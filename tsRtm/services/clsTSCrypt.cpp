@@ -4,7 +4,8 @@
 #include <array>
 #include <span>
 
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/runtime/Lifetime.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
 #include "tsRtm/services/ByteForms.hpp"
 #include "tsRtm/services/Hasher.hpp"

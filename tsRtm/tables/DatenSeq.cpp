@@ -4,9 +4,9 @@
 #include <limits>
 #include <new>
 
+#include "tsRtm/frame/ConversionsTopic.hpp"
 #include "tsRtm/frame/files/SystemFailures.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
-#include "tsRtm/frame/text/ConversionsTopic.hpp"
+#include "tsRtm/frame/runtime/DebugLog.hpp"
 #include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm {

@@ -2,9 +2,9 @@
 
 #include <cmath>
 
-#include "tsRtm/frame/VariantText.hpp"
 #include "tsRtm/frame/files/SystemFailures.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/runtime/VariantText.hpp"
+#include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/frame/text/NumberText.hpp"
 #include "tsRtm/types/Failure.hpp"
 

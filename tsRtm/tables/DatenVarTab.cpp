@@ -2,8 +2,8 @@
 
 #include <optional>
 
-#include "tsRtm/frame/VariantText.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/runtime/VariantText.hpp"
+#include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/frame/text/NumberText.hpp"
 #include "tsRtm/types/Failure.hpp"
 

@@ -3,7 +3,9 @@
 #include <algorithm>
 
 #include "tsRtm/calendar/clsDatum.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/runtime/LocaleForms.hpp"
+#include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
 #include "tsRtm/tables/DatenTab.hpp"
 

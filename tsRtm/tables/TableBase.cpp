@@ -1,6 +1,6 @@
 #include "tsRtm/tables/TableBase.hpp"
 
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/runtime/DebugLog.hpp"
 #include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm {

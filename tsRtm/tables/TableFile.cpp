@@ -5,9 +5,12 @@
 #include <cmath>
 #include <utility>
 
+#include "tsRtm/frame/files/Encodings.hpp"
 #include "tsRtm/frame/files/SystemFailures.hpp"
 #include "tsRtm/frame/files/Waiting.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/runtime/Lifetime.hpp"
+#include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm {

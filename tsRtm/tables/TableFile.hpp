@@ -3,8 +3,8 @@
 #include <optional>
 #include <vector>
 
+#include "tsRtm/frame/FilesTopic.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
-#include "tsRtm/frame/files/FilesTopic.hpp"
 #include "tsRtm/platform/FileSystem.hpp"
 
 namespace tsRtm {

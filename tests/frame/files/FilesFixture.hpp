@@ -6,8 +6,8 @@
 #include "tests/support/Raised.hpp"
 #include "tests/support/TempFolder.hpp"
 #include "tests/support/TestGround.hpp"
+#include "tsRtm/frame/FilesTopic.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
-#include "tsRtm/frame/files/FilesTopic.hpp"
 #include "tsRtm/platform/posix/PosixPlatform.hpp"
 
 namespace tsRtm::test {

@@ -1,5 +1,5 @@
 #include "tests/frame/files/FilesFixture.hpp"
-#include "tsRtm/frame/files/StreamsTopic.hpp"
+#include "tsRtm/frame/StreamsTopic.hpp"
 
 namespace tsRtm::test {
 namespace {

@@ -5,8 +5,8 @@
 
 #include "tests/support/MemoryFiles.hpp"
 #include "tests/support/TestGround.hpp"
+#include "tsRtm/frame/OptionsTopic.hpp"
 #include "tsRtm/frame/files/Encodings.hpp"
-#include "tsRtm/frame/options/OptionsTopic.hpp"
 
 namespace tsRtm::test {
 namespace {

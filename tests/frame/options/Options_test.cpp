@@ -2,7 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/TestGround.hpp"
-#include "tsRtm/frame/options/clsTSOptions.hpp"
+#include "tsRtm/frame/clsTSOptions.hpp"
+#include "tsRtm/frame/options/OptionRules.hpp"
 
 namespace tsRtm::test {
 namespace {

@@ -2,8 +2,9 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/TestGround.hpp"
-#include "tsRtm/frame/options/OptionsTopic.hpp"
-#include "tsRtm/frame/options/clsTSOptions.hpp"
+#include "tsRtm/frame/OptionsTopic.hpp"
+#include "tsRtm/frame/clsTSOptions.hpp"
+#include "tsRtm/frame/runtime/Folders.hpp"
 
 namespace tsRtm::test {
 namespace {

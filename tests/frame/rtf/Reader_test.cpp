@@ -4,9 +4,9 @@
 
 #include <random>
 
+#include "tsRtm/frame/RtfTopic.hpp"
 #include "tsRtm/frame/rtf/Markup.hpp"
 #include "tsRtm/frame/rtf/PlainText.hpp"
-#include "tsRtm/frame/rtf/RtfTopic.hpp"
 
 namespace tsRtm {
 namespace {

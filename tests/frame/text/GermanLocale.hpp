@@ -2,7 +2,7 @@
 // German separators for the length of a test.
 #include <gtest/gtest.h>
 
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/state/State.hpp"
 
 namespace tsRtm::test {
 

@@ -1,6 +1,6 @@
 #pragma once
 // The directory of an open database, how it was opened, and the opening of the files in it.
-#include "tsRtm/frame/files/FilesTopic.hpp"
+#include "tsRtm/frame/FilesTopic.hpp"
 
 namespace tsRtm {
 

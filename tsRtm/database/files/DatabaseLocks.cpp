@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "tsRtm/database/files/LockWait.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/runtime/DebugLog.hpp"
 
 namespace tsRtm {
 namespace {

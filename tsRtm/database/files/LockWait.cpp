@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/state/State.hpp"
 
 namespace tsRtm {
 namespace {

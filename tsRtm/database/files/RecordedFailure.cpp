@@ -1,6 +1,7 @@
 #include "tsRtm/database/files/RecordedFailure.hpp"
 
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/runtime/DebugLog.hpp"
+#include "tsRtm/frame/state/State.hpp"
 
 namespace tsRtm {
 

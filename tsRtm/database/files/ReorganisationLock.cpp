@@ -1,6 +1,5 @@
 #include "tsRtm/database/files/ReorganisationLock.hpp"
 
-#include "tsRtm/frame/rtmMain.hpp"
 #include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm {

@@ -1,7 +1,9 @@
 #include "tsRtm/database/files/ShareGuard.hpp"
 
 #include "tsRtm/frame/MessagesTopic.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/runtime/DebugLog.hpp"
+#include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm {

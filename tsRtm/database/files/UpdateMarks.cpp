@@ -1,6 +1,6 @@
 #include "tsRtm/database/files/UpdateMarks.hpp"
 
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/state/State.hpp"
 
 namespace tsRtm {
 

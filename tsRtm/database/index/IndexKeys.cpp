@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "tsRtm/calendar/DateText.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
 
 namespace tsRtm {

@@ -4,7 +4,7 @@
 #include "tsRtm/database/index/ListedIndex.hpp"
 #include "tsRtm/database/index/TreeIndex.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/runtime/DebugLog.hpp"
 
 namespace tsRtm {
 namespace {

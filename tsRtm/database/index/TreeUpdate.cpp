@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "tsRtm/database/index/TreeIndex.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/runtime/DebugLog.hpp"
 #include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm {

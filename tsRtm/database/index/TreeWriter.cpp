@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/runtime/DebugLog.hpp"
 #include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/frame/text/NumberText.hpp"
 
 namespace tsRtm {

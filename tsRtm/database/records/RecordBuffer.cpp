@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "tsRtm/frame/rtmMain.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
+#include "tsRtm/frame/text/NumberCode.hpp"
 
 namespace tsRtm {
 

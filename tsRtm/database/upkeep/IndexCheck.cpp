@@ -1,6 +1,6 @@
 #include "tsRtm/database/upkeep/IndexCheck.hpp"
 
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/runtime/DebugLog.hpp"
 
 namespace tsRtm {
 namespace {

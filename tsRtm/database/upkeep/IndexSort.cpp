@@ -1,7 +1,7 @@
 #include "tsRtm/database/upkeep/IndexSort.hpp"
 
 #include "tsRtm/database/files/RecordedFailure.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
 
 namespace tsRtm {
 namespace {

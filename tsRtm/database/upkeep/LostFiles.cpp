@@ -3,7 +3,8 @@
 #include <algorithm>
 
 #include "tsRtm/frame/MessagesTopic.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/runtime/DebugLog.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
 
 namespace tsRtm {

@@ -1,6 +1,7 @@
 #include "tsRtm/database/writing/OpenDatabase.hpp"
 
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/state/State.hpp"
 
 namespace tsRtm {
 

@@ -1,6 +1,6 @@
 #include "tsRtm/frame/files/SystemFailures.hpp"
 
-#include "tsRtm/frame/TextTables.hpp"
+#include "tsRtm/frame/messages/TextTables.hpp"
 
 namespace tsRtm {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
 
 namespace tsRtm {
 

@@ -5,7 +5,8 @@
 #include <optional>
 
 #include "tsRtm/frame/files/Encodings.hpp"
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/runtime/Folders.hpp"
 
 namespace tsRtm {
 

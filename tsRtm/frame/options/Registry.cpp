@@ -4,7 +4,9 @@
 #include <array>
 #include <optional>
 
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/runtime/Folders.hpp"
+#include "tsRtm/frame/state/State.hpp"
 
 namespace tsRtm::registry {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/frame/text/NumberText.hpp"
 
 namespace tsRtm {
@@ -54,18 +54,41 @@ NumberPattern parseNumberPattern(TextView format) {
     return pattern;
 }
 
-Text shortDate(Date moment) {
-    constexpr TextView kForms[] = {u"mm/dd/yyyy", u"dd/mm/yyyy", u"yyyy/mm/dd"};
-    const int32 form = rtmMain::state().locale.dateForm;
-    return Format(moment, form < 0 || form > 2 ? TextView(u"mm-dd-yyyy") : kForms[form]);
-}
-
 Text padded(int32 number, std::size_t width) {
     Text digits = toText(number);
     return digits.size() < width ? Text(width - digits.size(), u'0') + digits : digits;
 }
 
+Text generalDate(const Date::Parts& at) {
+    const auto& locale = rtmMain::state().locale;
+    return shortDate(at, locale.dateForm, locale.sepDate) + u" " +
+           longTime(at, locale.timeForm == 0, locale.sepTime);
+}
+
 }  // namespace
+
+Text shortDate(const Date::Parts& at, int32 form, TextView mark) {
+    const Text day = padded(at.day, 2), month = padded(at.month, 2), year = padded(at.year, 4);
+    const Text between(form < 0 || form > 2 ? TextView(u"-") : mark);
+    switch (form) {
+        case 1:
+            return day + between + month + between + year;
+        case 2:
+            return year + between + month + between + day;
+        default:
+            return month + between + day + between + year;
+    }
+}
+
+Text shortTime(const Date::Parts& at, TextView mark) {
+    return padded(at.hour, 2).append(mark) + padded(at.minute, 2);
+}
+
+Text longTime(const Date::Parts& at, bool twelveHours, TextView mark) {
+    const Text behind = Text(mark) + padded(at.minute, 2).append(mark) + padded(at.second, 2);
+    if (!twelveHours) return padded(at.hour, 2) + behind;
+    return toText(at.hour % 12 == 0 ? 12 : at.hour % 12) + behind + (at.hour < 12 ? u" AM" : u" PM");
+}
 
 Text Format(float64 value, TextView format) {
     if (equalIgnoringCase(format, u"Standard")) return formatNumber(value, 2, true);
@@ -89,11 +112,11 @@ Text Format(float64 value, TextView format) {
 }
 
 Text Format(Date moment, TextView format) {
-    if (equalIgnoringCase(format, u"Short Date")) return shortDate(moment);
-    if (equalIgnoringCase(format, u"Short Time")) return Format(moment, u"hh:nn");
-    if (equalIgnoringCase(format, u"General Date")) return rtmMain::GeneralDate(moment);
     const auto& locale = rtmMain::state().locale;
     const Date::Parts parts = moment.parts();
+    if (equalIgnoringCase(format, u"Short Date")) return shortDate(parts, locale.dateForm, locale.sepDate);
+    if (equalIgnoringCase(format, u"Short Time")) return shortTime(parts, locale.sepTime);
+    if (equalIgnoringCase(format, u"General Date")) return generalDate(parts);
     Text out;
     while (!format.empty()) {
         const char16_t letter = lower(format.front());

@@ -17,4 +17,10 @@ Text Format(float64 value, TextView format);
 // "\x" as above. Names are read without regard to case, pattern letters too.
 Text Format(Date moment, TextView format);
 
+// Dates and times by the numbers and marks of a locale: `form` is 0 month day year, 1 day month year, 2 year
+// month day, and any other number the first of these behind "-". The year has four digits, the others two.
+Text shortDate(const Date::Parts& at, int32 form, TextView mark);
+Text shortTime(const Date::Parts& at, TextView mark);
+Text longTime(const Date::Parts& at, bool twelveHours, TextView mark);
+
 }  // namespace tsRtm

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <limits>
 
-#include "tsRtm/frame/rtmMain.hpp"
+#include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm {

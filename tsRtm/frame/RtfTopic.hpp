@@ -1,0 +1,17 @@
+#pragma once
+// The topic of clsRtm for stored markup and RTF.
+#include "tsRtm/types/Text.hpp"
+
+namespace tsRtm {
+
+// Nothing here fails.
+class RtfTopic {
+ public:
+    // "Übersetzt Tessarol-Texte mit Punkt-Befehlen und ~-Steuerzeichen in RTF-Text" (Markup.hpp).
+    Text ConvertToRTF(TextView OriginalText, bool OhneHeader = false) const;
+    // Plain text of an RTF text (PlainText.hpp); a text that does not begin with "{\rtf" comes back
+    // unchanged.
+    Text ConvertRTFToText(TextView RTFText) const;
+};
+
+}  // namespace tsRtm

@@ -1,0 +1,86 @@
+// Files overwritten before they are deleted.
+#include <algorithm>
+
+#include "tsRtm/frame/FilesTopic.hpp"
+#include "tsRtm/frame/files/SystemFailures.hpp"
+#include "tsRtm/frame/files/Wildcards.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/state/State.hpp"
+#include "tsRtm/types/Failure.hpp"
+
+namespace tsRtm {
+
+namespace {
+
+using platform::SystemError;
+
+constexpr std::size_t blockSize = 64 * 1024;
+
+std::vector<std::byte> alternatingBlock() {
+    std::vector<std::byte> block(blockSize);
+    for (std::size_t i = 0; i < block.size(); ++i) block[i] = std::byte(i % 2 == 0 ? 0x55 : 0xAA);
+    return block;
+}
+
+// The whole length, and no byte more.
+SystemError overwrite(platform::File& file, std::span<const std::byte> block) {
+    const auto size = file.size();
+    if (!size.ok()) return size.error();
+    for (uint64 offset = 0; offset < size.value(); offset += block.size()) {
+        const auto count = static_cast<std::size_t>(std::min<uint64>(block.size(), size.value() - offset));
+        if (const auto error = file.writeAt(offset, block.first(count)); platform::failed(error))
+            return error;
+    }
+    return file.flush();
+}
+
+}  // namespace
+
+bool FilesTopic::SecureKill(TextView Datei) {
+    if (!wildcards::contains(Datei)) return secureKillThis(Datei);
+    std::vector<Text> names;
+    const Text folder = PathName(Datei);
+    GetAllFiles(folder.empty() ? TextView(u".") : TextView(folder), FileName(Datei), names, true);
+    bool any = false;
+    for (const Text& name : names) any = secureKillThis(name) || any;
+    return any;
+}
+
+bool FilesTopic::secureKillThis(TextView Datei) {
+    using platform::Access, platform::Disposition, platform::Sharing;
+    auto& files = rtmMain::system().files;
+    const auto fail = [&](int32 number) {
+        raise(number, u"clsRtm",
+              u"SecureKillThis(" + Text(Datei) + u"): " + toText(number) + u" - " + failureText(number));
+    };
+    auto opened = files.open(Datei, {Access::readWrite, Sharing::none, Disposition::openExisting});
+    SystemError error = SystemError::none;
+    if (opened) {
+        error = overwrite(**opened, std::vector<std::byte>(blockSize));
+        opened->reset();
+    } else if (!Exist(Datei)) {
+        return false;
+    } else {
+        // Others have it open: it is overwritten under their eyes, once the numbered family gets at it.
+        int32 number = 0;
+        OpenBinary(Datei, number);
+        if (number == 0) fail(rtmMain::state().F);
+        error = overwrite(file(number), alternatingBlock());
+        TS_Close(number);
+    }
+    if (platform::failed(error)) fail(failureNumber(error));
+    switch (error = files.remove(Datei); error) {
+        case SystemError::none:
+        case SystemError::fileNotFound:
+            return true;
+        case SystemError::accessDenied:
+        case SystemError::sharingViolation:
+        case SystemError::lockViolation:
+            return false;
+        default:
+            fail(failureNumber(error));
+            return false;
+    }
+}
+
+}  // namespace tsRtm

@@ -1,0 +1,10 @@
+#include "tsRtm/frame/state/State.hpp"
+
+namespace tsRtm::rtmMain {
+
+State& state() noexcept {
+    static State instance;
+    return instance;
+}
+
+}  // namespace tsRtm::rtmMain
