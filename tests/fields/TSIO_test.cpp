@@ -101,7 +101,7 @@ TEST(TSIO, TitleIsWrittenPartByPart) {
         {u"A", [](TSIO& f) { f.DisplayWidth(40); }, u"A@@640"},
         {u"A@h@7alt:o(1).p", [](TSIO& f) { f.Name(u"neu"); }, u"A@h@7NEU:o(1).p"},
         {u"A@h@7n:o", [](TSIO& f) { f.ObjectName(u"p"); }, u"A@h@7n:P"},
-        {u"A@h@7n", [](TSIO& f) { f.ObjectName(u"p"); }, u"A@h@7P:"},  // the format has always had it so
+        {u"A@h@7n", [](TSIO& f) { f.ObjectName(u"p"); }, u"A@h@7P:"},  // stored data relies on it
     };
     for (const auto& [before, write, after] : rows) {
         auto field = titled(before);

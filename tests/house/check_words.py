@@ -1,7 +1,6 @@
 #!/usr/bin/env python3
-"""No file may name what only its writers know. Usage: check_words.py [ROOT], or check_words.py --self-test.
-
-The code speaks as this system's own: of no paper behind it, of no machine it was written on, of no download host.
+"""No file names a path of the machine it was written on, nor a download host. Usage: check_words.py [ROOT], or
+check_words.py --self-test.
 """
 import pathlib
 import re
@@ -9,15 +8,12 @@ import sys
 
 # Spelled apart, so that this file passes its own check.
 FORBIDDEN = {
-    "names a paper behind the code": re.compile(r"\bspec" r"ifications?\b|\bspec" r"\.md\b|\bthe sp" r"ec\b", re.I),
-    "names a chapter": re.compile(r"\bPar" r"ts? \d+\.\d"),
     "names a path of one machine": re.compile(r"(?<![\w.])/(?:wo" r"rk|ro" r"ot|t" r"mp)/\w"),
     "names a download host": re.compile(r"\b(?:py" r"pi\.org|npm" r"js\.(?:com|org)|crates\.i" r"o|deb\.deb" r"ian\.org)\b"),
 }
 SKIPPED_FOLDERS = {".git", "build", "out"}
-SAMPLES = ["as the sp" + "ecification says", "see Par" + "t 3.1", "open(\"/t" + "mp/x\")", "from py" + "pi.org",
-           "as the sp" + "ec says"]
-HARMLESS = ["a part of 3.1 mm", "Part of the record", "specific", "/tmpfs/", "special", "networks/work/"]
+SAMPLES = ["open(\"/t" + "mp/x\")", "cd /wo" + "rk/main", "from py" + "pi.org"]
+HARMLESS = ["/tmpfs/", "networks/work/", "pypi"]
 
 
 def complaints_in(text):

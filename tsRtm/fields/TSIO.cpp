@@ -132,7 +132,7 @@ Text TSIO::ObjectName() const {
 void TSIO::ObjectName(TextView value) {
     const auto old = EXTENSION(extNAMEN);
     const auto colon = old.find(u':');
-    // Without a colon the object comes first and the colon behind it: the files have always had it so.
+    // Without a colon the object comes first and the colon behind it: stored data relies on it.
     EXTENSION(extNAMEN, colon == Text::npos ? upper(value) + u":" : old.substr(0, colon + 1) + upper(value));
 }
 

@@ -67,7 +67,7 @@ enum eExtension : int32 {
 
 enum eAusrichtung : int32 { ausrichtungLinks = 0, ausrichtungRechts = 1 };
 
-// Objekt zur Beschreibung eines Tessarol-Eingabefeldes.
+// The description of one input field.
 //
 // Raises nothing. All answers are derived from the raw words Typ and NachKomma and from the compound text
 //     caption "@" help "@" digit value "@" digit value ...

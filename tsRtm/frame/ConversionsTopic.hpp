@@ -53,7 +53,7 @@ class ConversionsTopic {
                     bool NachRechts = true) const noexcept;
     // Replaces each code unit AltChar by NeuChar.
     void ChangeChar(Text& A, int16 AltChar, int16 NeuChar) const noexcept;
-    // "Liefert den übergebenen String bis zum ersten Null-Byte zurück"; without one the whole text.
+    // The text up to its first NUL; without one the whole text.
     Text LPSTRToVB(TextView A) const;
 };
 

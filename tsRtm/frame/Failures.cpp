@@ -55,7 +55,8 @@ Text MessagesTopic::SystemMsg(int32 FehlerNr) const {
     return text.empty() ? u"Unbekannter Fehler: " + hexadecimal(FehlerNr) : Text(text);
 }
 
-// What is shown or raised stays pending, and the pending description outlives -1: callers rely on both.
+// What is shown or raised stays pending, and the pending description outlives -1: the next call tells of it
+// again.
 void MessagesTopic::ErrorHandler(int32 Param, TextView Source) {
     auto& state = rtmMain::state();
     if (Param == -2) takeCurrentFailure(state);

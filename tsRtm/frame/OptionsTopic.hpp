@@ -19,9 +19,8 @@ class OptionsTopic {
     OptionsTopic(const OptionsTopic&) = delete;
     OptionsTopic& operator=(const OptionsTopic&) = delete;
 
-    // "Liest einen String aus dem gewählten Teil der Registry aus dem Pfad \Software\Tessarol\"; an empty
-    // Subkey is that root itself. A flag that an older release stored as a word becomes "-1" or "0", here and
-    // in the store.
+    // The text of a setting below the root "Software\Tessarol"; an empty Subkey is the root itself. A flag
+    // that an older release stored as a word becomes "-1" or "0", here and in the store.
     Text RegLesen(HKeys Zweig, TextView Subkey, TextView Variable) const;
     // The same by whole path.
     Text RegLesenEx(HKeys Zweig, TextView Subkey, TextView Variable) const;
@@ -32,10 +31,10 @@ class OptionsTopic {
     void RegLoeschen(HKeys Zweig, TextView Subkey, TextView Variable = {}) const;
     void RegLoeschenEx(HKeys Zweig, TextView Subkey, TextView Variable = {}) const;
 
-    // A setting of the user below the root, "als Boolean": the number in its first 2 characters is not 0.
+    // A setting of the user below the root as a flag: whether the number in its first 2 characters is not 0.
     bool BoolOption(TextView REGKEY, TextView OptName) const;
     void BoolOption(TextView REGKEY, TextView OptName, bool Value) const;
-    // The same "als Long Integer": the whole text as a number, rounded; 0 where it is none or too large.
+    // The same as a number: of the whole text, rounded; 0 where it is none or too large.
     int32 LongOption(TextView REGKEY, TextView OptName) const;
     void LongOption(TextView REGKEY, TextView OptName, int32 Value) const;
 
@@ -45,7 +44,7 @@ class OptionsTopic {
     // 64 or 0x120116 write.
     bool CheckRegistryAccess(HKeys RegHive, TextView REGKEY, int32 DesiredAccess) const;
 
-    // "Liefert aus der INI-Datei 'Path' aus dem Abschnitt 'Sect' den Wert des Eintrags 'Key'" (IniFile.hpp).
+    // The value of a key in a section of an INI file; empty for whatever is missing.
     Text INIGetValue(TextView Path, TextView Sect, TextView Key) const;
 
     // The options of the user interface; one object for the life of this one.

@@ -7,7 +7,8 @@ namespace tsRtm {
 // Nothing here fails.
 class RtfTopic {
  public:
-    // "Übersetzt Tessarol-Texte mit Punkt-Befehlen und ~-Steuerzeichen in RTF-Text" (Markup.hpp).
+    // Stored markup, lines of commands behind "." and styles behind "~", as RTF; OhneHeader leaves out fonts
+    // and colours, for a piece of a larger text. RTF comes back unchanged.
     Text ConvertToRTF(TextView OriginalText, bool OhneHeader = false) const;
     // Plain text of an RTF text (PlainText.hpp); a text that does not begin with "{\rtf" comes back
     // unchanged.

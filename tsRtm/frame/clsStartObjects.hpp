@@ -9,12 +9,11 @@ namespace tsRtm {
 // A list with positions from 1. Nothing fails: a bad position reads as 0 or empty.
 class clsStartObjects {
  public:
-    // Löscht die Liste der zu startenden Objekte.
     void Clear() noexcept { entries_.clear(); }
     // Appends an entry, or puts it before all others; gives its position. An object in Args is kept by
     // reference; Waiting: started in isolation.
     int32 Add(int32 ProgID, Variant Args = {}, bool Waiting = false, bool First = false);
-    // Takes an entry out where there is one. False in every case: callers know it so.
+    // Takes an entry out where there is one. False in every case, also where it did.
     bool Remove(int32 Index);
 
     int32 Count() const noexcept { return static_cast<int32>(entries_.size()); }

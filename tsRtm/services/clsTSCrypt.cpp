@@ -18,7 +18,7 @@ using platform::SystemError;
 
 constexpr TextView kClass = u"clsTSCrypt";
 constexpr int32 kNoPermission = 70;
-constexpr int32 kBadAlgorithm = -2146893816;  // the number by which callers know an unknown algorithm
+constexpr int32 kBadAlgorithm = -2146893816;  // applications compare with it
 constexpr uint64 kBlock = 65536;
 
 [[noreturn]] void raiseNoRandom(TextView operation) {

@@ -17,26 +17,23 @@ class clsTSCrypt {
     // As the constructor, but raises the system's error number where there is no such source.
     static std::shared_ptr<clsTSCrypt> Create();
 
-    // "Wandelt einen String (Binärdaten) in einen Base64-String um": or into any other of the forms. Empty
-    // for an empty text.
+    // The bytes in base 64, or in any other of the forms. Empty for an empty text.
     Text Base64(TextView InputStr, CryptStringFlags Method = CRYPT_STRING_BASE64) const;
-    // "Wandelt einen Base64-String in die Original-Daten zurück". Empty for what is not of the form.
+    // Its inverse. Empty for what is not of the form.
     Text FromBase64(TextView Base64Str, CryptStringFlags Method = CRYPT_STRING_ANY) const;
-    // "Wandelt einen String in Hexadezimaldarstellung um": two digits a byte, in upper case, nothing between.
+    // Two hexadecimal digits a byte, in upper case, nothing between.
     Text TextToHex(TextView text) const;
 
-    // "Liefert einen String mit der gewünschten Anzahl zufälliger Bytes". Empty for 0 and below, and where
-    // the source fails.
+    // So many random bytes. Empty for 0 and below, and where the source fails.
     Text ZufallBytes(int32 Anzahl) const;
     // A number from Von to Bis, each as likely as any other; the limits may be given in either order.
     // Raises 70 where the source fails, too.
     int32 Zufall(int32 Von, int32 Bis) const;
 
-    // "Liefert Hash-Werte zu einem String": the bytes of the hash, for TextToHex. Raises -2146893816 for a
-    // type that is none.
+    // The bytes of the hash, for TextToHex. Raises -2146893816 for a type that is none.
     Text GetHash(TextView Daten, HashType Typ) const;
-    // "Liefert den Hash-Wert der angegebenen Datei", read in blocks of 65536 bytes. Empty for a file that
-    // cannot be opened; raises the system's error number where it cannot be read to its end.
+    // The same of a file, read in blocks of 65536 bytes. Empty for a file that cannot be opened; raises the
+    // system's error number where it cannot be read to its end.
     Text GetHashFromFile(TextView Datei, HashType Typ) const;
 
  private:

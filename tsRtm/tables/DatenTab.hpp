@@ -26,8 +26,8 @@ class DatenTab final : public TableBase {
     bool Dirty() const noexcept { return changed_; }
     void Dirty(bool Value) noexcept { changed_ = Value; }
 
-    // "Zugriff auf die einzelnen Elemente der Tabelle": empty outside the table, where a write does nothing.
-    // Numbers are decimal text; a "D" cell has Curr_Digits places behind the locale's decimal mark.
+    // A cell; empty outside the table, where a write does nothing. Numbers are
+    // decimal text; a "D" cell has Curr_Digits places behind the locale's decimal mark.
     Text Item(int32 Zeile, int32 Spalte);
     void Item(int32 Zeile, int32 Spalte, TextView Wert);
     // The number of a cell, of a Text cell the one that its text gives; 0 outside the table. Raises 6 for an

@@ -20,7 +20,7 @@ class TableBase {
     TableBase& operator=(const TableBase&) = delete;
 
     const Text& Datei() const noexcept { return file_.name(); }
-    // "Anzahl der Datensätze in der sequentiellen Datei"
+    // Rows.
     int32 Count();
     // False when the file did not hold whole rows alone.
     bool Okay();
