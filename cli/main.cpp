@@ -2,10 +2,10 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 
-#include "cli/CliError.hpp"
 #include "cli/Commands.hpp"
-#include "cli/Session.hpp"
-#include "cli/Terminal.hpp"
+#include "cli/shared/CliError.hpp"
+#include "cli/shared/Session.hpp"
+#include "cli/shared/Terminal.hpp"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // CSV files of any content through the reader, with limits small enough to be met.
 #include <cstring>
 
-#include "cli/CsvReader.hpp"
+#include "cli/shared/CsvReader.hpp"
 
 namespace {
 

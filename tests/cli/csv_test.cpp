@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <random>
 
-#include "cli/CsvReader.hpp"
-#include "cli/CsvWriter.hpp"
+#include "cli/shared/CsvReader.hpp"
+#include "cli/shared/CsvWriter.hpp"
 
 namespace tsRtm::cli {
 namespace {

@@ -2,8 +2,8 @@
 """Holds the sources against the rules of the house. Usage: check_layers.py [ROOT], or check_layers.py --self-test.
 
 Rules: a room of the library includes itself and what the table of rooms (tsRtm/rooms.txt) lets it see, which is never
-what stands below it there; only the POSIX ground talks to the operating system; a file is at most 600 lines long, holds
-no tabs, and a header says #pragma once.
+what stands below it there; a group of the tool's commands includes itself and the shared parts; only the POSIX ground
+talks to the operating system; a file is at most 600 lines long, holds no tabs, and a header says #pragma once.
 """
 import pathlib
 import re
@@ -79,6 +79,17 @@ def check_room(root, sees, name, text):
                 yield number, f"system call outside {GROUND}: {call.group()}"
 
 
+def check_group(name, text):
+    """Complaints about what a file of a group of commands includes: its own group, the shared parts, Commands.hpp."""
+    own = str(pathlib.PurePosixPath(name).parent)
+    seen = {"cli/shared"} if own == "cli/shared" else {own, "cli/shared", "cli"}
+    for number, line in enumerate(text.splitlines(), 1):
+        include = INCLUDE.match(line)
+        if include and include.group(1).startswith("cli/"):
+            if str(pathlib.PurePosixPath(include.group(1)).parent) not in seen:
+                yield number, f"group: {own} may not include {include.group(1)}"
+
+
 def check_shape(name, text):
     """Complaints about the shape of any source file."""
     lines = text.splitlines()
@@ -102,6 +113,8 @@ def check(root):
             found = list(check_shape(name, text))
             if folder == "tsRtm":
                 found += check_room(root, sees, name, text)
+            if folder == "cli" and name.count("/") > 1:
+                found += check_group(name, text)
             complaints += [f"{name}:{number}: {message}" for number, message in found]
     return complaints
 
@@ -142,6 +155,10 @@ CASES = [
     ("beside", {"tsRtm/types/A.cpp": '#include "B.hpp"\n'}, "no file below"),
     ("no room", {"tsRtm/attic/A.cpp": "\n"}, "no room"),
     ("no room of a room", {"tsRtm/database/tree/A.cpp": "\n"}, "no room"),
+    ("group", {"cli/db/A.cpp": '#include "cli/Commands.hpp"\n#include "cli/db/B.hpp"\n#include "cli/shared/C.hpp"\n'},
+     None),
+    ("other group", {"cli/db/A.cpp": '#include "cli/tab/B.hpp"\n'}, "group: cli/db"),
+    ("shared to a group", {"cli/shared/A.hpp": '#pragma once\n#include "cli/db/B.hpp"\n'}, "group: cli/shared"),
     ("system header", {"tsRtm/types/A.cpp": "#include <sys/stat.h>\n"}, "system header"),
     ("streams", {"tsRtm/frame/A.cpp": "#include <fstream>\n"}, "system header"),
     ("clock", {"tsRtm/database/A.cpp": "auto t = std::chrono::steady_clock::now();\n"}, "system call"),

@@ -1,0 +1,176 @@
+// tsrtm db set, add, delete, undelete, lock: changes under the locks of records.
+#include <CLI/CLI.hpp>
+#include <iostream>
+
+#include "cli/Commands.hpp"
+#include "cli/shared/CliError.hpp"
+#include "cli/shared/ErrorText.hpp"
+#include "cli/shared/Output.hpp"
+#include "cli/shared/SharedOptions.hpp"
+#include "cli/shared/Terminal.hpp"
+#include "tsRtm/database/clsTSRecord.hpp"
+#include "tsRtm/frame/state/State.hpp"
+
+namespace tsRtm::cli {
+namespace {
+
+constexpr int32 kFull = 7;
+constexpr int32 kLocked = 70;
+
+struct Options {
+    std::string name;
+    int32 number = 0;
+    std::vector<int32> numbers;
+    std::vector<std::string> words;
+    std::optional<int32> wait;
+    bool json = false;
+};
+
+// Holds a record for a change and gives it back.
+class RecordLock {
+ public:
+    RecordLock(Session& session, int32 number, const Options& options) : session_(session), number_(number) {
+        session.needRecord(number);
+        // With nobody to ask, a wait that asks would end in a No all the same.
+        if (session.db().Sperren(number, options.wait.value_or(canAsk() ? 1 : -1))) return;
+        if (const int32 error = session.db().Error(); error != kLocked)
+            session.fail("cannot lock record " + std::to_string(number), error);
+        throw CliError("record " + std::to_string(number) + " is locked by another user");
+    }
+    ~RecordLock() { session_.db().Entsperren(number_); }
+    RecordLock(const RecordLock&) = delete;
+    RecordLock& operator=(const RecordLock&) = delete;
+
+ private:
+    Session& session_;
+    int32 number_;
+};
+
+void set(const Options& options) {
+    Session session(options.name, Use::change);
+    auto& db = session.db();
+    const int32 number = options.number;
+    const auto values = assignments(session, FieldMap(session.control()), options.words);
+    const RecordLock lock(session, number, options);
+    // Read under the lock: what another user stored until now stays.
+    db.GetSatz(number);
+    session.check("cannot read record " + std::to_string(number));
+    if (db.IsDeleted())
+        throw CliError("record " + std::to_string(number) +
+                       " is deleted; bring it back with: tsrtm db undelete " + session.name() + " " +
+                       std::to_string(number));
+    for (const auto& value : values) db.Fields(value.field, value.text);
+    session.check("cannot set the fields");
+    db.Update();
+    session.check("record " + std::to_string(number) + " was not stored");
+}
+
+void add(const Options& options) {
+    Session session(options.name, Use::change);
+    auto& db = session.db();
+    const auto values = assignments(session, FieldMap(session.control()), options.words);
+    const auto record = db.Add();
+    if (!record) session.check("no record was added");
+    for (const auto& value : values) record->Fields(value.field, value.text);
+    if (!record->Update()) {
+        const int32 error = session.count() >= db.MaxData() ? kFull : rtmMain::state().F;
+        session.fail("no record was added", error == 0 ? kLocked : error);
+    }
+    if (options.json)
+        std::cout << jsonText({{"nr", record->Satznummer()}}) << '\n';
+    else
+        std::cout << "record " << record->Satznummer() << '\n';
+}
+
+void mark(const Options& options, bool deleted) {
+    Session session(options.name, Use::change);
+    for (const int32 number : options.numbers) session.needRecord(number);
+    for (const int32 number : options.numbers) {
+        const RecordLock lock(session, number, options);
+        if (deleted)
+            session.db().Delete(number);
+        else
+            session.db().Reaktivieren(number);
+        session.check("record " + std::to_string(number) + " was not changed");
+    }
+}
+
+void hold(const Options& options) {
+    Session session(options.name, Use::change);
+    const RecordLock lock(session, options.number, options);
+    std::cout << "locked" << std::endl;
+    std::string line;
+    std::getline(std::cin, line);
+}
+
+void addWait(CLI::App& command, Options& options) {
+    command
+        .add_option("--wait", options.wait,
+                    "For a lock: 0 waits for ever, -N gives up after N times NetWait seconds, N asks then; 1 "
+                    "at a terminal, "
+                    "else -1")
+        ->type_name("N");
+}
+
+CLI::App& command(CLI::App& db, const char* name, const char* help, const std::shared_ptr<Options>& options,
+                  std::function<void(const Options&)> run) {
+    auto* added = db.add_subcommand(name, help);
+    addDatabase(*added, options->name);
+    added->callback([options, run = std::move(run)] { run(*options); });
+    return *added;
+}
+
+void addNumber(CLI::App& command, Options& options) {
+    command.add_option("NR", options.number, "Record number")->required();
+}
+
+constexpr const char* kValuesHelp =
+    "Field and text; numbers as 12.5 or 12,5, dates as 31.12.2024 or 2024-12-31";
+
+void addSet(CLI::App& db) {
+    auto options = std::make_shared<Options>();
+    auto& added = command(db, "set", "Change fields of a record", options, set);
+    addNumber(added, *options);
+    added.add_option("NAME=VALUE", options->words, kValuesHelp)->required();
+    addWait(added, *options);
+    added.footer(
+        "What does not fit its field is refused, never cut.\nExample:\n  tsrtm db set Kunden 17 ORT=Berlin "
+        "UMSATZ=12.50");
+}
+
+void addAdd(CLI::App& db) {
+    auto options = std::make_shared<Options>();
+    auto& added = command(db, "add", "Add a record and print its number", options, add);
+    added.add_option("NAME=VALUE", options->words, kValuesHelp)->required();
+    addJson(added, options->json);
+}
+
+void addMarks(CLI::App& db) {
+    for (const bool deleted : {true, false}) {
+        auto options = std::make_shared<Options>();
+        auto& added =
+            command(db, deleted ? "delete" : "undelete",
+                    deleted ? "Mark records as deleted; they stay in the file" : "Take the deleted mark away",
+                    options, [deleted](const Options& given) { mark(given, deleted); });
+        added.add_option("NR", options->numbers, "Record numbers")->required();
+        addWait(added, *options);
+    }
+}
+
+void addLock(CLI::App& db) {
+    auto options = std::make_shared<Options>();
+    auto& added = command(db, "lock", "Hold a record locked until Enter, to try two users", options, hold);
+    addNumber(added, *options);
+    addWait(added, *options);
+}
+
+}  // namespace
+
+void addChanges(CLI::App& db) {
+    addSet(db);
+    addAdd(db);
+    addMarks(db);
+    addLock(db);
+}
+
+}  // namespace tsRtm::cli

@@ -1,0 +1,172 @@
+// tsrtm db list, find, goto, get: records by order, text, key and number.
+#include <CLI/CLI.hpp>
+#include <iostream>
+
+#include "cli/Commands.hpp"
+#include "cli/shared/CliError.hpp"
+#include "cli/shared/Output.hpp"
+#include "cli/shared/SharedOptions.hpp"
+#include "tsRtm/database/clsTSRecord.hpp"
+
+namespace tsRtm::cli {
+namespace {
+
+struct Options {
+    std::string name;
+    std::string key;
+    int32 number = 0;
+    WalkOptions walk;
+    std::vector<std::string> fields;
+    bool json = false;
+};
+
+// What a listing takes, told to stop at the limit.
+class Taker {
+ public:
+    Taker(Session& session, const FieldMap& map, const Options& options)
+        : options_(options),
+          record_(session),
+          list_(session, map, map.select(options.fields), options.json) {}
+    bool operator()(int32 number) {
+        if (!record_.read(number) || (record_.deleted() && !options_.walk.deleted)) return true;
+        list_.add(record_);
+        return options_.walk.limit == 0 || ++taken_ < options_.walk.limit;
+    }
+
+ private:
+    const Options& options_;
+    RecordReader record_;
+    RecordList list_;
+    int32 taken_ = 0;
+};
+
+void list(const Options& options) {
+    Session session(options.name, Use::read);
+    const FieldMap map(session.control());
+    const Range range = rangeOf(session, map, options.walk);
+    Taker taker(session, map, options);
+    walk(session, range, options.walk.descending, [&](int32 number) { return taker(number); });
+}
+
+void find(const Options& options) {
+    Session session(options.name, Use::read);
+    auto& db = session.db();
+    const FieldMap map(session.control());
+    db.SetIndex(indexFor(session.control(), map, options.walk.index));
+    Taker taker(session, map, options);
+    const Text text = fromUtf8(options.key);
+    const int32 count = session.count();
+    // Behind the last one, so that the search begins with the first.
+    db.Gehezu(u"#" + toText(int64{count} + 1));
+    for (int32 before = 0;;) {
+        const auto record = db.Finde(text);
+        session.check("cannot search '" + session.name() + "'");
+        if (!record || db.LogSatz() <= before) return;  // around once
+        before = db.LogSatz();
+        if (!taker(record->Satznummer()) || before >= count) return;
+    }
+}
+
+void goTo(const Options& options) {
+    Session session(options.name, Use::read);
+    auto& db = session.db();
+    const FieldMap map(session.control());
+    const int32 index = indexFor(session.control(), map, options.walk.index);
+    const Text key = fromUtf8(options.key);
+    db.SetIndex(index);
+    const int32 count = session.count();
+    db.Gehezu(key);
+    session.check("cannot go to '" + options.key + "'");
+    const int32 position = count == 0 ? 1 : db.LogSatz();
+    const bool there = position <= count;
+    const bool exact = there && db.Exist(key, index);
+    RecordReader record(session);
+    if (there && !record.read(db.AktSatzNr())) session.fail("cannot read the record", 57);
+    const auto fields = map.select(options.fields);
+    if (options.json) {
+        const Json json{{"position", position},
+                        {"of", count},
+                        {"exact", exact},
+                        {"record", there ? recordJson(record, map, fields) : Json()}};
+        std::cout << jsonText(json) << '\n';
+        return;
+    }
+    std::cout << "position " << position << " of " << count << ", "
+              << (exact   ? "exact"
+                  : there ? "the first key that is not below"
+                          : "behind the last record")
+              << '\n';
+    if (there) printRecord(record, map, fields);
+}
+
+void get(const Options& options) {
+    Session session(options.name, Use::read);
+    session.needRecord(options.number);
+    const FieldMap map(session.control());
+    RecordReader record(session);
+    if (!record.read(options.number))
+        session.fail("cannot read record " + std::to_string(options.number), 57);
+    const auto fields = map.select(options.fields);
+    if (options.json)
+        std::cout << jsonText(recordJson(record, map, fields)) << '\n';
+    else
+        printRecord(record, map, fields);
+}
+
+CLI::App& command(CLI::App& db, const char* name, const char* help, const std::shared_ptr<Options>& options,
+                  void (*run)(const Options&)) {
+    auto* added = db.add_subcommand(name, help);
+    addDatabase(*added, options->name);
+    added->callback([options, run] { run(*options); });
+    return *added;
+}
+
+void addList(CLI::App& db) {
+    auto options = std::make_shared<Options>();
+    auto& added = command(db, "list", "List records in the order of an index", options, list);
+    addWalkOptions(added, options->walk);
+    addFields(added, options->fields);
+    addJson(added, options->json);
+    added.footer("Example:\n  tsrtm db list Kunden --index ORT --from Berlin --to Bremen --limit 20");
+}
+
+void addFind(CLI::App& db) {
+    auto options = std::make_shared<Options>();
+    auto& added =
+        command(db, "find", "List records that contain a text, without regard to case", options, find);
+    added.add_option("TEXT", options->key, "What to search")->required();
+    addIndex(added, options->walk);
+    addLimit(added, options->walk.limit);
+    addDeleted(added, options->walk);
+    addFields(added, options->fields);
+    addJson(added, options->json);
+}
+
+void addGoto(CLI::App& db) {
+    auto options = std::make_shared<Options>();
+    auto& added =
+        command(db, "goto", "Show the first record whose key is not below, and its position", options, goTo);
+    added.add_option("KEY", options->key, "A key of the index; \"#5\" is its fifth position")->required();
+    addIndex(added, options->walk);
+    addFields(added, options->fields);
+    addJson(added, options->json);
+}
+
+void addGet(CLI::App& db) {
+    auto options = std::make_shared<Options>();
+    auto& added = command(db, "get", "Show a record by its number", options, get);
+    added.add_option("NR", options->number, "Record number, from 1")->required();
+    addFields(added, options->fields);
+    addJson(added, options->json);
+}
+
+}  // namespace
+
+void addSearches(CLI::App& db) {
+    addList(db);
+    addFind(db);
+    addGoto(db);
+    addGet(db);
+}
+
+}  // namespace tsRtm::cli
