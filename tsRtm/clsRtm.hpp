@@ -8,7 +8,7 @@
 #include "tsRtm/frame/RtfTopic.hpp"
 #include "tsRtm/frame/StreamsTopic.hpp"
 #include "tsRtm/frame/clsCommon.hpp"
-#include "tsRtm/services/Scrambler.hpp"
+#include "tsRtm/services/ScramblingTopic.hpp"
 #include "tsRtm/tables/ShortcutsTopic.hpp"
 
 namespace tsRtm {

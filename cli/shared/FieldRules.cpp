@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "tsRtm/calendar/DateText.hpp"
+#include "tsRtm/calendar/days/DateText.hpp"
 #include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
 

@@ -9,8 +9,8 @@
 #include "cli/shared/Output.hpp"
 #include "cli/shared/SharedOptions.hpp"
 #include "cli/shared/Terminal.hpp"
-#include "tsRtm/services/ByteForms.hpp"
-#include "tsRtm/services/Hasher.hpp"
+#include "tsRtm/services/bytes/ByteForms.hpp"
+#include "tsRtm/services/bytes/Hasher.hpp"
 
 namespace tsRtm::cli {
 namespace {

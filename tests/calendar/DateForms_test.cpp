@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/calendar/CalendarTest.hpp"
-#include "tsRtm/calendar/DateText.hpp"
+#include "tsRtm/calendar/days/DateText.hpp"
 
 namespace tsRtm::test {
 namespace {

@@ -1,5 +1,5 @@
 // Day numbers, the reform of 1582, and all that is counted in days.
-#include "tsRtm/calendar/DayNumbers.hpp"
+#include "tsRtm/calendar/days/DayNumbers.hpp"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 
 #include "tests/calendar/CalendarTest.hpp"
 #include "tests/support/Raised.hpp"
-#include "tsRtm/calendar/DateText.hpp"
+#include "tsRtm/calendar/days/DateText.hpp"
 
 namespace tsRtm::test {
 namespace {

@@ -3,7 +3,7 @@
 #include <random>
 
 #include "tests/database/DatabaseFixture.hpp"
-#include "tsRtm/calendar/DateText.hpp"
+#include "tsRtm/calendar/days/DateText.hpp"
 #include "tsRtm/frame/text/TextOrder.hpp"
 
 namespace tsRtm::test {

@@ -1,5 +1,5 @@
 // Bytes written as text and read back.
-#include "tsRtm/services/ByteForms.hpp"
+#include "tsRtm/services/bytes/ByteForms.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,4 @@
 // Scrambled texts: the key file that is shipped, found where it lies and never changed, and others.
-#include "tsRtm/services/Scrambler.hpp"
-
 #include <gtest/gtest.h>
 
 #include "tests/support/MemoryFiles.hpp"
@@ -8,6 +6,7 @@
 #include "tsRtm/frame/MessagesTopic.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
 #include "tsRtm/platform/posix/PosixPlatform.hpp"
+#include "tsRtm/services/ScramblingTopic.hpp"
 #include "tsRtm/services/clsTSCrypt.hpp"
 #include "tsRtm/types/Failure.hpp"
 

@@ -1,8 +1,8 @@
 // clsDatum: names, ISO forms and times of day.
 #include <optional>
 
-#include "tsRtm/calendar/DayNumbers.hpp"
 #include "tsRtm/calendar/clsDatum.hpp"
+#include "tsRtm/calendar/days/DayNumbers.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/frame/runtime/LocaleForms.hpp"
 #include "tsRtm/frame/state/State.hpp"

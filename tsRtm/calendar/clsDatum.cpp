@@ -2,8 +2,8 @@
 
 #include <cmath>
 
-#include "tsRtm/calendar/DateText.hpp"
-#include "tsRtm/calendar/DayNumbers.hpp"
+#include "tsRtm/calendar/days/DateText.hpp"
+#include "tsRtm/calendar/days/DayNumbers.hpp"
 #include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm {

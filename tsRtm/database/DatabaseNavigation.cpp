@@ -3,7 +3,7 @@
 #include <limits>
 #include <optional>
 
-#include "tsRtm/calendar/DateText.hpp"
+#include "tsRtm/calendar/days/DateText.hpp"
 #include "tsRtm/database/clsTSDB.hpp"
 #include "tsRtm/database/clsTSRecord.hpp"
 #include "tsRtm/database/engine/DatabaseEngine.hpp"

@@ -7,8 +7,8 @@
 #include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/frame/runtime/Lifetime.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
-#include "tsRtm/services/ByteForms.hpp"
-#include "tsRtm/services/Hasher.hpp"
+#include "tsRtm/services/bytes/ByteForms.hpp"
+#include "tsRtm/services/bytes/Hasher.hpp"
 #include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm {

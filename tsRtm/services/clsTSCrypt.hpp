@@ -2,7 +2,7 @@
 // Hash values, text forms of bytes, and random numbers.
 #include <memory>
 
-#include "tsRtm/services/CryptTypes.hpp"
+#include "tsRtm/types/CryptTypes.hpp"
 #include "tsRtm/types/Text.hpp"
 
 namespace tsRtm {

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "tsRtm/frame/MessagesTopic.hpp"
-#include "tsRtm/services/Scrambler.hpp"
+#include "tsRtm/services/bytes/Scrambler.hpp"
 #include "tsRtm/services/clsTSCrypt.hpp"
 #include "tsRtm/types/Text.hpp"
 

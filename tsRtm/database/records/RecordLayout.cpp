@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "tsRtm/calendar/DateText.hpp"
+#include "tsRtm/calendar/days/DateText.hpp"
 #include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
 #include "tsRtm/frame/text/TextOrder.hpp"

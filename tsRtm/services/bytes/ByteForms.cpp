@@ -1,4 +1,4 @@
-#include "tsRtm/services/ByteForms.hpp"
+#include "tsRtm/services/bytes/ByteForms.hpp"
 
 #include <nettle/base64.h>
 

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "tsRtm/services/CryptTypes.hpp"
+#include "tsRtm/types/CryptTypes.hpp"
 #include "tsRtm/types/Text.hpp"
 
 struct nettle_hash;

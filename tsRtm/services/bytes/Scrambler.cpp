@@ -1,4 +1,4 @@
-#include "tsRtm/services/Scrambler.hpp"
+#include "tsRtm/services/bytes/Scrambler.hpp"
 
 #include <algorithm>
 #include <span>
@@ -9,8 +9,6 @@
 #include "tsRtm/frame/runtime/DebugLog.hpp"
 #include "tsRtm/frame/runtime/Folders.hpp"
 #include "tsRtm/frame/state/State.hpp"
-#include "tsRtm/frame/text/CodePages.hpp"
-#include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm {
 namespace {
@@ -61,16 +59,6 @@ void Scrambler::scramble(Bytes& bytes, int32 start) {
     auto offset = static_cast<uint8>((keys_[low] ^ low) + high);
     std::for_each(bytes.rbegin(), bytes.rend(),
                   [&](char& c) { c = static_cast<char>(static_cast<uint8>(c) ^ keys_[offset++]); });
-}
-
-void ScramblingTopic::Schluessel(Text& text, int32 Start) {
-    Bytes bytes = toAnsi(text);
-    scrambler_.scramble(bytes, Start);
-    fromAnsi(bytes, text);
-}
-
-void ScramblingTopic::SchlAlt(Text&, int32) const {
-    raise(445, u"clsRtm.SchlAlt", u"Diese Methode ist obsolet");
 }
 
 }  // namespace tsRtm

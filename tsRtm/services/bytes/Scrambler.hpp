@@ -30,20 +30,4 @@ class Scrambler {
     bool loaded_ = false;
 };
 
-// The topic of clsRtm for scrambled texts.
-class ScramblingTopic {
- public:
-    explicit ScramblingTopic(MessagesTopic& messages) noexcept : scrambler_(messages) {}
-
-    // Scrambles a text in place, through its bytes in code page 1252; applied twice with the same Start it
-    // gives the text back. Records 53 in F and shows a box where KeyTS.dat is missing; the text then stays as
-    // it is.
-    void Schluessel(Text& text, int32 Start);
-    // The retired form. Raises 445.
-    [[noreturn]] void SchlAlt(Text& text, int32 Start) const;
-
- private:
-    Scrambler scrambler_;
-};
-
 }  // namespace tsRtm

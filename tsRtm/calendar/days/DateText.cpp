@@ -1,6 +1,6 @@
-#include "tsRtm/calendar/DateText.hpp"
+#include "tsRtm/calendar/days/DateText.hpp"
 
-#include "tsRtm/calendar/DayNumbers.hpp"
+#include "tsRtm/calendar/days/DayNumbers.hpp"
 
 namespace tsRtm {
 

@@ -1,4 +1,4 @@
-#include "tsRtm/calendar/DateForms.hpp"
+#include "tsRtm/calendar/days/DateForms.hpp"
 
 #include "tsRtm/frame/state/State.hpp"
 

@@ -2,7 +2,7 @@
 // Bytes written as text and read back.
 #include <optional>
 
-#include "tsRtm/services/CryptTypes.hpp"
+#include "tsRtm/types/CryptTypes.hpp"
 #include "tsRtm/types/Text.hpp"
 
 namespace tsRtm::byteForms {

@@ -1,4 +1,4 @@
-#include "tsRtm/calendar/DayNumbers.hpp"
+#include "tsRtm/calendar/days/DayNumbers.hpp"
 
 #include <limits>
 

@@ -1,7 +1,7 @@
 #pragma once
 // Day numbers and the calendar reform. Stored data and holiday rules rest on these very formulas, truncation
 // and all.
-#include "tsRtm/calendar/DateForms.hpp"
+#include "tsRtm/calendar/days/DateForms.hpp"
 
 namespace tsRtm::dates {
 

@@ -1,4 +1,4 @@
-#include "tsRtm/services/Hasher.hpp"
+#include "tsRtm/services/bytes/Hasher.hpp"
 
 #include <nettle/nettle-meta.h>
 
