@@ -3,6 +3,7 @@
 
 #include "tests/support/TestGround.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
+#include "tsRtm/frame/iStatusControl.hpp"
 #include "tsRtm/frame/messages/TextTables.hpp"
 
 namespace tsRtm::test {

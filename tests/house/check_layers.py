@@ -2,7 +2,8 @@
 """Holds the sources against the rules of the house. Usage: check_layers.py [ROOT], or check_layers.py --self-test.
 
 Rules: a room of the library includes itself and what the table of rooms (tsRtm/rooms.txt) lets it see, which is never
-what stands below it there; a group of the tool's commands includes itself and the shared parts; only the POSIX ground
+what stands below it there; a header at the top of a room is public, includes only such, and is reached from tsRtm.hpp; a
+header in a sub-room is internal; a group of the tool's commands includes itself and the shared parts; only the POSIX ground
 talks to the operating system; a file is at most 600 lines long, holds no tabs, and a header says #pragma once.
 """
 import pathlib
@@ -11,6 +12,7 @@ import sys
 import tempfile
 
 TABLE = "tsRtm/rooms.txt"
+ALL_PUBLIC = "tsRtm/tsRtm.hpp"
 GROUND = "platform/posix"  # includes types, the seam and the system
 
 # Tables may be longer than a file that one reads.
@@ -51,6 +53,32 @@ def room_of(path):
     return str(pathlib.PurePosixPath(path).relative_to("tsRtm").parent)
 
 
+def is_public(sees, name):
+    """Whether a file is a header at the top of a room; a sub-room is one that lies in the folder of another."""
+    parents = {str(parent) for parent in pathlib.PurePosixPath(room_of(name)).parents} - {"."}
+    return name.endswith(".hpp") and not parents & sees.keys()
+
+
+def included(text):
+    return [include.group(1) for include in map(INCLUDE.match, text.splitlines()) if include]
+
+
+def check_public(root, sees):
+    """Complaints about public headers that the header of all that is public does not reach."""
+    if not (root / ALL_PUBLIC).is_file():
+        return
+    reached, to_read = set(), [ALL_PUBLIC]
+    while to_read:
+        name = to_read.pop()
+        if name not in reached and (root / name).is_file():
+            reached.add(name)
+            to_read += included((root / name).read_text(encoding="utf-8"))
+    for path in sorted((root / "tsRtm").rglob("*.hpp")):
+        name = path.relative_to(root).as_posix()
+        if is_public(sees, name) and name not in reached:
+            yield f"{ALL_PUBLIC}:1: does not reach {name}, which is public"
+
+
 def without_comments(text):
     """The code with comments and the insides of literals blanked; line breaks stay."""
     pattern = re.compile(r'//[^\n]*|/\*.*?\*/|"(?:\\.|[^"\\\n])*"', re.S)
@@ -70,6 +98,8 @@ def check_room(root, sees, name, text):
                 yield number, f'includes "{target}", which is no file below tsRtm/'
             elif room_of(target) in sees and room_of(target) not in sees[room_of(name)]:
                 yield number, f"layer: {room_of(name)} may not include {target}"
+            elif is_public(sees, name) and not is_public(sees, target):
+                yield number, f"a public header includes {target}, which is internal"
         elif room_of(name) != GROUND and SYSTEM_HEADERS.match(line):
             yield number, f"system header outside {GROUND}: {line.strip()}"
     if room_of(name) != GROUND:
@@ -106,6 +136,7 @@ def check_shape(name, text):
 def check(root):
     root = pathlib.Path(root)
     sees, complaints = read_rooms(root)
+    complaints += check_public(root, sees)
     for folder in SOURCE_FOLDERS:
         for path in sorted((root / folder).rglob("*.[ch]pp")):
             name = path.relative_to(root).as_posix()
@@ -147,6 +178,12 @@ CASES = [
                           "tsRtm/fields/A.cpp": '#include "tsRtm/platform/posix/P.hpp"\n'}, "layer: fields"),
     ("ground upwards", {"tsRtm/frame/A.hpp": "#pragma once\n",
                         "tsRtm/platform/posix/B.cpp": '#include "tsRtm/frame/A.hpp"\n'}, "layer: platform/posix"),
+    ("all is reached", {ALL_PUBLIC: '#pragma once\n#include "tsRtm/fields/A.hpp"\n', "tsRtm/types/B.hpp": "#pragma once\n",
+                        "tsRtm/fields/A.hpp": '#pragma once\n#include "tsRtm/types/B.hpp"\n',
+                        "tsRtm/platform/posix/C.hpp": "#pragma once\n"}, None),
+    ("one is not reached", {ALL_PUBLIC: "#pragma once\n", "tsRtm/fields/A.hpp": "#pragma once\n"}, "does not reach"),
+    ("public shows internal", {"tsRtm/frame/A.hpp": '#pragma once\n#include "tsRtm/platform/posix/P.hpp"\n',
+                               "tsRtm/platform/posix/P.hpp": "#pragma once\n"}, "which is internal"),
     ("table goes up", {TABLE: "types | frame |\nframe | |\n"}, "no room above"),
     ("table goes round", {TABLE: "types | types |\n"}, "no room above"),
     ("table tells twice", {TABLE: "types | |\ntypes | |\n"}, "there already"),

@@ -6,16 +6,22 @@
 namespace tsRtm {
 
 // Separators are those of the locale, read anew at each call. Positions are 1-based. Nothing raises on a bad
-// argument but the number formats for an infinite number (6). What one header of this folder
-// does free of an object it tells in full; here stands what is this class's own.
+// argument but the number formats for an infinite number (6).
 class ConversionsTopic {
  public:
-    // Numbers and text (NumberText.hpp).
+    // Reads a number: a text with the decimal mark by the locale, one without it as Val does, so that "1.234"
+    // is 1.234 also where "." is the thousands mark. 0 where nothing fits.
     float64 TSVal(TextView text) const;
+    // Rounded half away from zero, by the 15 decimal digits that a number has: 1.005 gives 1,01.
     Text TSStr(float64 Zahl, int32 NachKomma = 2, bool Mit1000er = false) const;
+    // The machine form: two decimals behind ".".
     Text TSString(float64 Zahl) const;
+    // Rounds Wert to 0..7 places; SWert is its machine form.
     void Runden(int32 NachKomma, float64& Wert, Text& SWert) const;
+    // SWert is the amount with two decimals and thousands marks.
     void Waehrung(float64 Wert, Text& SWert) const;
+    // The number in a text from Position plus Laenge on: digits, one "." or ",", a "-" in front. Laenge grows
+    // by the characters taken; 0 where there are none.
     float64 HolZahl(TextView text, int32 Position, int32& Laenge) const;
     // By the fixed rate 1.95583 DM (Council Regulation (EC) 2866/98): true gives Euro, false DM. Does not
     // round.
@@ -24,19 +30,22 @@ class ConversionsTopic {
     // "TRUE", "W", "WAHR", "J", "JA", "Y" or "YES" in any case.
     bool ToBool(TextView text) const;
 
-    // The DOS code page (CodePages.hpp). Decimal and time marks of values (typWERT, typDATUM) change with it.
+    // From and to the DOS code page 850, best fit where there is no equal. Decimal and time marks of values
+    // (typWERT, typDATUM) change with it.
     Text ConvertToWin(TextView A, Typen Typ) const;
     Text ConvertToDos(TextView A, Typen Typ) const;
     // From and to a ByteText of UTF-8; malformed sequences become U+FFFD.
     Text UTF8ToAnsi(TextView text) const;
     ByteText AnsiToUTF8(TextView text) const;
 
-    // Byte strings (ByteStrings.hpp).
+    // Whole numbers in byte strings, the low byte first: two bytes of the low word, and four.
     ByteText MKI(int32 Zahl) const;
     ByteText MKL(int32 Wert) const;
+    // A byte, -1 outside the text; a word, 0..65535, and a signed number, 0 where they do not lie in it.
     int32 ByteVal(TextView text, int32 Position) const noexcept;
     int32 WordVal(TextView s, int32 Posi) const noexcept;
     int32 LongVal(TextView text, int32 Position) const noexcept;
+    // Halves; the words and the low byte unsigned.
     int32 LoWord(int32 value) const noexcept;
     int32 HiWord(int32 value) const noexcept;
     int32 LoByte(int32 value) const noexcept;

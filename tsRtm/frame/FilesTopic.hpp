@@ -2,7 +2,7 @@
 // The file layer: all files of the library are opened, read, written, locked and named here.
 //
 // Two families. The numbered family (DB_Open, TS_*) works on small file numbers with positions from 1, waits
-// while a file is locked and leaves its verdict in rtmMain::state().F. The handle family (*API) works on
+// while a file is locked and leaves its verdict in F (clsCommon). The handle family (*API) works on
 // handles with 64-bit positions from 0 and raises. Beside them: whole text files with their encodings, an old
 // fixed-record format, and names of files.
 //
@@ -12,13 +12,10 @@
 //
 // Several processes use the same files at once; within one, only the library's thread. Waits let other events
 // run, so a call may come in while another one waits.
-#include <initializer_list>
 #include <memory>
 #include <span>
 #include <vector>
 
-#include "tsRtm/frame/files/HandleTable.hpp"
-#include "tsRtm/frame/files/OpenFileTable.hpp"
 #include "tsRtm/platform/File.hpp"
 #include "tsRtm/types/Date.hpp"
 #include "tsRtm/types/Encodings.hpp"
@@ -27,8 +24,9 @@
 
 namespace tsRtm {
 
-class Failure;
+class HandleFiles;
 class MessagesTopic;
+class NumberedFiles;
 
 class FilesTopic {
  public:
@@ -177,40 +175,9 @@ class FilesTopic {
     static Text TempName();                // "rad" and five hexadecimal digits and ".tmp"
 
  private:
-    // What comes after a failed try to open: the same wait goes on, a new one begins, or F stays.
-    enum class Then { tryAgain, startAnew, giveUp };
-    struct OpenAttempt;
-    std::unique_ptr<platform::File> tryOpen(const OpenAttempt& attempt);
-    Then afterFailure(OpenAttempt& attempt);
-    Then afterLocked(OpenAttempt& attempt);
-    Then afterAccessRefused(OpenAttempt& attempt);
-    // Whether the user wants to go on with a removable drive that is not ready; F becomes 71 on No.
-    bool driveMayBecomeReady(TextView name);
-    void record(const Failure& failure, TextView Source);
-
-    NumberedFile& numbered(int32 FileNummer, TextView Operation);
-    [[noreturn]] void raiseNumbered(TextView name, TextView Operation, int32 number);
-    void check(const NumberedFile& opened, TextView Operation, platform::SystemError error);
-    void needMode(const NumberedFile& opened, TextView Operation, std::initializer_list<int32> modes);
-    void writeFreeRecords(NumberedFile& opened, int32 length, int32 count);
-    void append(NumberedFile& opened, TextView Operation, BytesView bytes);
-    Text nextText(int32 FileNummer, TextView Operation, SequentialReader::Step step);
-    Bytes getBytes(NumberedFile& opened, TextView Operation, uint64 offset, std::size_t count);
-
-    HandleFile& handle(int32 Handle, TextView Call, TextView Details = {});
-    void checkCall(platform::SystemError error, TextView Call, int32 Handle, TextView Details = {});
-    void writeCall(int32 Handle, TextView Call, TextView Details, int64 Position,
-                   std::span<const std::byte> bytes);
-    std::size_t readCall(int32 Handle, TextView Call, TextView Details, int64 Position,
-                         std::span<std::byte> into);
-    Bytes readFrom(int32 Handle, int64 Position, int64 Count);
-    void replaceTail(int32 Handle, int64 Position, BytesView bytes);
-
-    bool secureKillThis(TextView Datei);
-
     MessagesTopic& messages_;
-    OpenFileTable numbers_;
-    HandleTable handles_;
+    std::unique_ptr<NumberedFiles> numbered_;
+    std::unique_ptr<HandleFiles> handles_;
 };
 
 }  // namespace tsRtm

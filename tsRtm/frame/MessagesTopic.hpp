@@ -1,16 +1,16 @@
 #pragma once
 // The texts of the library and the way failures travel: numbered messages, captions, key names, the central
 // failure handler, and the questions and notices that all other rooms ask through.
-#include <array>
-#include <optional>
+#include <memory>
 
-#include "tsRtm/frame/iStatusControl.hpp"
 #include "tsRtm/types/Captions.hpp"
 #include "tsRtm/types/DialogConstants.hpp"
 #include "tsRtm/types/Failure.hpp"
 #include "tsRtm/types/Variant.hpp"
 
 namespace tsRtm {
+
+class Messages;
 
 // Whoever catches a failure that it will record leaves it here before ErrorHandler(-2), which takes it into
 // FE_ and the pending description. `number` is a run-time error number (53 file not found, 70 no permission
@@ -21,8 +21,8 @@ void setCurrentFailure(int32 number, TextView description = {});
 // captions; the pending failure (F, FE_) is the state's, one for the process.
 class MessagesTopic {
  public:
-    MessagesTopic();
-    virtual ~MessagesTopic() = default;
+    MessagesTopic();  // starts the library where it is not started
+    virtual ~MessagesTopic();
 
     // Text of message 0..511 in the language of the system, expanded by ExpandSpecial. Flags: 1024 a blank in
     // front, 2048 a blank behind, 4096 "..." behind, 8192 not expanded. Empty where the language has no such
@@ -80,12 +80,10 @@ class MessagesTopic {
     void ClearHaltNachricht();
 
  private:
-    Text describe(const Text& number, TextView description);
-    void fillKeyNames();
-    bool systemCaptionsAllowed();
+    friend class FilesTopic;
+    friend class clsTaskDialog;
 
-    std::optional<std::array<Text, 20>> keyNames_;
-    std::optional<bool> systemCaptions_;
+    std::unique_ptr<Messages> messages_;
 };
 
 }  // namespace tsRtm

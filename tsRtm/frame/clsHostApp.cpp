@@ -1,28 +1,16 @@
 #include "tsRtm/frame/clsHostApp.hpp"
 
+#include "tsRtm/frame/runtime/Folders.hpp"
 #include "tsRtm/frame/state/State.hpp"
 
 namespace tsRtm {
 
-namespace {
-
-// Start of the file name.
-std::size_t nameStart(TextView path) noexcept {
-    const auto last = path.find_last_of(u"\\/");
-    return last == TextView::npos ? 0 : last + 1;
-}
-
-}  // namespace
-
-Text clsHostApp::Name() const {
-    const Text& path = rtmMain::state().hostPath;
-    return path.substr(nameStart(path));
-}
+Text clsHostApp::Name() const { return Text(rtmMain::NameOf(rtmMain::state().hostPath)); }
 
 Text clsHostApp::Path() const {
     const Text& path = rtmMain::state().hostPath;
-    const auto start = nameStart(path);
-    return start == 0 ? Text{} : path.substr(0, start - 1);
+    const auto folder = path.size() - rtmMain::NameOf(path).size();
+    return folder == 0 ? Text{} : path.substr(0, folder - 1);
 }
 
 }  // namespace tsRtm

@@ -7,6 +7,7 @@
 
 namespace tsRtm {
 
+class Messages;
 class MessagesTopic;
 
 // Configured, shown, and heard while it shows. It lies this low since every room asks through it.
@@ -18,7 +19,7 @@ class MessagesTopic;
 class clsTaskDialog {
  public:
     // The topic gives captions of buttons; it outlives the dialog.
-    explicit clsTaskDialog(MessagesTopic& messages) : messages_(messages) {}
+    explicit clsTaskDialog(MessagesTopic& messages);
 
     // Takes texts, buttons, icon and check box from the arguments of TSMsgBox. In the prompt "@" parts the
     // headline from the body, and addresses of the body become links.
@@ -50,12 +51,10 @@ class clsTaskDialog {
     Event<bool> Verify;        // whether the box is ticked now
 
  private:
-    void setButtons(int32 buttons);
-    void setIcon(int32 buttons);
     int32 hear(platform::DialogNotice notice, int32 value, TextView link);
     void tell(platform::DialogNotice notice, int32 value, TextView link);
 
-    MessagesTopic& messages_;
+    Messages& messages_;
     platform::TaskDialog dialog_;
     int32 window_ = 0, option_ = 0, clicked_ = 0;
     bool checked_ = false;

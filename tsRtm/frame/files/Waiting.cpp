@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/messages/Messages.hpp"
+#include "tsRtm/frame/state/State.hpp"
 
 namespace tsRtm {
 
@@ -21,6 +23,13 @@ void Waiting::pause() {
     rtmMain::system().ui.processEvents();
     rtmMain::system().clock.sleep(next_);
     next_ = std::min(next_ * 2, longest);
+}
+
+bool driveMayBecomeReady(Messages& messages, TextView name) {
+    if (rtmMain::system().files.driveKind(name) != platform::DriveKind::removable) return false;
+    if (messages.Frage(u"Laufwerk " + Text(name.substr(0, 2)) + u" nicht bereit. Weiter")) return true;
+    rtmMain::state().F = 71;
+    return false;
 }
 
 }  // namespace tsRtm

@@ -37,6 +37,11 @@ Text CutAtNul(TextView text) { return Text(text.substr(0, text.find(u'\0'))); }
 
 Text SpecialFolder(int32 id) { return system().system.folder(static_cast<platform::FolderId>(id), false); }
 
+TextView NameOf(TextView path) noexcept {
+    const auto last = path.find_last_of(u"\\/");
+    return last == TextView::npos ? path : path.substr(last + 1);
+}
+
 Text PathDelimiter() { return Text(1, system().system.pathDelimiter()); }
 
 bool AppendPath(Text& path, TextView part, std::size_t limit) {

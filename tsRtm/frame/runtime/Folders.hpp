@@ -20,6 +20,8 @@ Text JoinPath(std::initializer_list<TextView> parts);
 bool AppendPath(Text& path, TextView part, std::size_t limit = 260);
 // Whether a character separates the parts of a path: data come from systems of both kinds.
 constexpr bool isDelimiter(char16_t c) noexcept { return c == u'\\' || c == u'/'; }
+// The file name of a path: what stands behind its last delimiter.
+TextView NameOf(TextView path) noexcept;
 // The platform's path delimiter.
 Text PathDelimiter();
 // Whether a folder is there or could be made.

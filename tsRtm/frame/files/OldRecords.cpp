@@ -1,6 +1,6 @@
 // Old record files: text fields that end with CR in records of one length.
-#include "tsRtm/frame/FilesTopic.hpp"
-#include "tsRtm/frame/MessagesTopic.hpp"
+#include "tsRtm/frame/files/NumberedFiles.hpp"
+#include "tsRtm/frame/messages/Messages.hpp"
 #include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
 
@@ -26,7 +26,7 @@ uint64 offsetOf(int32 record, int32 length) {
 
 }  // namespace
 
-void FilesTopic::OldOpenRandom(TextView Datei, int32& FileNummer, int32 Laenge, int32 Anzahl) {
+void NumberedFiles::OldOpenRandom(TextView Datei, int32& FileNummer, int32 Laenge, int32 Anzahl) {
     rtmMain::state().F = 0;
     OpenBinary(Datei, FileNummer);
     if (FileNummer == 0 || Anzahl < 1 || Laenge < 1) return;
@@ -38,7 +38,7 @@ void FilesTopic::OldOpenRandom(TextView Datei, int32& FileNummer, int32 Laenge, 
     messages_.ErrorHandler(0, u"OldOpenRandom");
 }
 
-void FilesTopic::writeFreeRecords(NumberedFile& opened, int32 length, int32 count) {
+void NumberedFiles::writeFreeRecords(NumberedFile& opened, int32 length, int32 count) {
     const Bytes record = freeRecord(length);
     for (int32 number = 1; number <= count; ++number) {
         const auto error = opened.file->writeAt(offsetOf(number, length), std::as_bytes(std::span(record)));
@@ -49,8 +49,8 @@ void FilesTopic::writeFreeRecords(NumberedFile& opened, int32 length, int32 coun
     }
 }
 
-void FilesTopic::OldGet(int32 FileNummer, int32 Rec, int32 Laenge, std::vector<Text>& Feld) {
-    EraseStrings(Feld);
+void NumberedFiles::OldGet(int32 FileNummer, int32 Rec, int32 Laenge, std::vector<Text>& Feld) {
+    for (Text& field : Feld) field.clear();
     NumberedFile& opened = numbered(FileNummer, u"OldGet");
     if (Rec < 1 || Laenge < 1) raiseNumbered(opened.name, u"OldGet", 63);
     const Bytes record = getBytes(opened, u"OldGet", offsetOf(Rec, Laenge), static_cast<std::size_t>(Laenge));
@@ -66,7 +66,7 @@ void FilesTopic::OldGet(int32 FileNummer, int32 Rec, int32 Laenge, std::vector<T
     }
 }
 
-void FilesTopic::OldPut(int32 FileNummer, int32 Rec, int32 Laenge, const std::vector<Text>& Feld) {
+void NumberedFiles::OldPut(int32 FileNummer, int32 Rec, int32 Laenge, const std::vector<Text>& Feld) {
     if (rtmMain::state().F != 0) return;
     try {
         NumberedFile& opened = numbered(FileNummer, u"OldPut");
@@ -87,10 +87,6 @@ void FilesTopic::OldPut(int32 FileNummer, int32 Rec, int32 Laenge, const std::ve
     messages_.ErrorHandler(0, u"OldPut");
     // Cleared even after a failure, which has been shown by now.
     rtmMain::state().F = 0;
-}
-
-void FilesTopic::EraseStrings(std::vector<Text>& Feld) {
-    for (Text& element : Feld) element.clear();
 }
 
 }  // namespace tsRtm

@@ -1,37 +1,38 @@
 // Work on a file number.
+#include "tsRtm/frame/files/NumberedFiles.hpp"
+
 #include <algorithm>
 #include <limits>
 
-#include "tsRtm/frame/FilesTopic.hpp"
-#include "tsRtm/frame/MessagesTopic.hpp"
 #include "tsRtm/frame/files/SystemFailures.hpp"
+#include "tsRtm/frame/messages/Messages.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
 
 namespace tsRtm {
 
-NumberedFile& FilesTopic::numbered(int32 FileNummer, TextView Operation) {
+NumberedFile& NumberedFiles::numbered(int32 FileNummer, TextView Operation) {
     NumberedFile* const opened = numbers_.find(FileNummer);
     if (!opened) raiseNumbered(toText(FileNummer), Operation, 52);
     return *opened;
 }
 
-void FilesTopic::raiseNumbered(TextView name, TextView Operation, int32 number) {
+void NumberedFiles::raiseNumbered(TextView name, TextView Operation, int32 number) {
     raise(number, u"clsRtm:" + Text(Operation), u"Datei: " + Text(name) + u": " + failureText(number));
 }
 
-void FilesTopic::check(const NumberedFile& opened, TextView Operation, platform::SystemError error) {
+void NumberedFiles::check(const NumberedFile& opened, TextView Operation, platform::SystemError error) {
     if (platform::failed(error)) raiseNumbered(opened.name, Operation, failureNumber(error));
 }
 
-void FilesTopic::needMode(const NumberedFile& opened, TextView Operation,
-                          std::initializer_list<int32> modes) {
+void NumberedFiles::needMode(const NumberedFile& opened, TextView Operation,
+                             std::initializer_list<int32> modes) {
     if (std::find(modes.begin(), modes.end(), opened.mode) == modes.end())
         raiseNumbered(opened.name, Operation, 54);
 }
 
-platform::File& FilesTopic::file(int32 FileNummer) { return *numbered(FileNummer, u"file").file; }
+platform::File& NumberedFiles::file(int32 FileNummer) { return *numbered(FileNummer, u"file").file; }
 
-bool FilesTopic::TS_Eof(int32 FileNummer) {
+bool NumberedFiles::TS_Eof(int32 FileNummer) {
     NumberedFile& opened = numbered(FileNummer, u"TS_Eof");
     if (opened.mode == 1) {
         const auto atEnd = opened.reader.atEnd(*opened.file, opened.position);
@@ -43,12 +44,12 @@ bool FilesTopic::TS_Eof(int32 FileNummer) {
     return opened.position >= *size;
 }
 
-void FilesTopic::TS_Close(int32 FileNummer) {
+void NumberedFiles::TS_Close(int32 FileNummer) {
     numbered(FileNummer, u"TS_Close");
     numbers_.release(FileNummer);
 }
 
-Text FilesTopic::nextText(int32 FileNummer, TextView Operation, SequentialReader::Step step) {
+Text NumberedFiles::nextText(int32 FileNummer, TextView Operation, SequentialReader::Step step) {
     NumberedFile& opened = numbered(FileNummer, Operation);
     needMode(opened, Operation, {0, 1, 4, 5});
     auto next = (opened.reader.*step)(*opened.file, opened.position);
@@ -57,21 +58,21 @@ Text FilesTopic::nextText(int32 FileNummer, TextView Operation, SequentialReader
     return fromAnsi(**next);
 }
 
-Text FilesTopic::TS_Input(int32 FileNummer) {
+Text NumberedFiles::TS_Input(int32 FileNummer) {
     return nextText(FileNummer, u"TS_Input", &SequentialReader::item);
 }
 
-Text FilesTopic::TS_LineInput(int32 FileNummer) {
+Text NumberedFiles::TS_LineInput(int32 FileNummer) {
     return nextText(FileNummer, u"TS_LineInput", &SequentialReader::line);
 }
 
-void FilesTopic::TS_Print(int32 FileNummer, TextView A) {
+void NumberedFiles::TS_Print(int32 FileNummer, TextView A) {
     NumberedFile& opened = numbered(FileNummer, u"TS_Print");
     needMode(opened, u"TS_Print", {2, 3});
     append(opened, u"TS_Print", toAnsi(A) + "\r\n");
 }
 
-void FilesTopic::append(NumberedFile& opened, TextView Operation, BytesView bytes) {
+void NumberedFiles::append(NumberedFile& opened, TextView Operation, BytesView bytes) {
     const auto error = opened.file->writeAt(opened.position, std::as_bytes(std::span(bytes)));
     if (platform::failed(error)) {
         // No half line stays behind; that this may fail as well changes nothing for the caller.
@@ -82,7 +83,7 @@ void FilesTopic::append(NumberedFile& opened, TextView Operation, BytesView byte
     opened.end = std::max(opened.end, opened.position);
 }
 
-Bytes FilesTopic::getBytes(NumberedFile& opened, TextView Operation, uint64 offset, std::size_t count) {
+Bytes NumberedFiles::getBytes(NumberedFile& opened, TextView Operation, uint64 offset, std::size_t count) {
     Bytes bytes(count, '\0');
     const auto read = opened.file->readAt(offset, std::as_writable_bytes(std::span(bytes)));
     check(opened, Operation, read.error());
@@ -91,7 +92,7 @@ Bytes FilesTopic::getBytes(NumberedFile& opened, TextView Operation, uint64 offs
     return bytes;
 }
 
-void FilesTopic::TS_Get(int32 FileNummer, int32 Position, ByteText& A) {
+void NumberedFiles::TS_Get(int32 FileNummer, int32 Position, ByteText& A) {
     NumberedFile& opened = numbered(FileNummer, u"TS_Get");
     needMode(opened, u"TS_Get", {0, 1, 4, 5});
     if (opened.mode == 1)
@@ -107,7 +108,7 @@ void FilesTopic::TS_Get(int32 FileNummer, int32 Position, ByteText& A) {
     A.replace(0, bytes.size(), fromAnsi(bytes));
 }
 
-void FilesTopic::TS_Put(int32 FileNummer, int32 Position, TextView A) {
+void NumberedFiles::TS_Put(int32 FileNummer, int32 Position, TextView A) {
     NumberedFile& opened = numbered(FileNummer, u"TS_Put");
     needMode(opened, u"TS_Put", {0, 4, 5});
     if (Position < 1) raiseNumbered(opened.name, u"TS_Put", 63);
@@ -118,7 +119,7 @@ void FilesTopic::TS_Put(int32 FileNummer, int32 Position, TextView A) {
     opened.position = offset + bytes.size();
 }
 
-int32 FilesTopic::TS_Lof(int32 FileNummer) {
+int32 NumberedFiles::TS_Lof(int32 FileNummer) {
     const NumberedFile& opened = numbered(FileNummer, u"TS_Lof");
     const auto size = opened.file->size();
     check(opened, u"TS_Lof", size.error());
@@ -126,7 +127,7 @@ int32 FilesTopic::TS_Lof(int32 FileNummer) {
     return static_cast<int32>(*size);
 }
 
-int32 FilesTopic::TS_Seek(int32 FileNummer, int32 Position) {
+int32 NumberedFiles::TS_Seek(int32 FileNummer, int32 Position) {
     NumberedFile& opened = numbered(FileNummer, u"TS_Seek");
     int64 target = Position;
     // Behind the end, not before it: the length minus a negative position.
@@ -139,7 +140,7 @@ int32 FilesTopic::TS_Seek(int32 FileNummer, int32 Position) {
     return static_cast<int32>(opened.position) + 1;
 }
 
-bool FilesTopic::DB_IsLocked(int32 FileNummer, int32 Satz) {
+bool NumberedFiles::DB_IsLocked(int32 FileNummer, int32 Satz) {
     NumberedFile* const opened = numbers_.find(FileNummer);
     if (!opened || Satz < 1) return false;
     const auto locked = opened->file->isLocked({static_cast<uint64>(Satz) - 1, 1});

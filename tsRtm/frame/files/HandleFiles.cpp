@@ -1,13 +1,15 @@
-// The handle family: one system call an operation, failures are raised.
+#include "tsRtm/frame/files/HandleFiles.hpp"
+
 #include <algorithm>
 #include <array>
 #include <utility>
 
-#include "tsRtm/frame/FilesTopic.hpp"
-#include "tsRtm/frame/MessagesTopic.hpp"
+#include "tsRtm/frame/files/Encodings.hpp"
+#include "tsRtm/frame/files/FolderLists.hpp"
 #include "tsRtm/frame/files/SystemFailures.hpp"
 #include "tsRtm/frame/files/Waiting.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/messages/Messages.hpp"
 #include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
 
@@ -38,10 +40,10 @@ void checkSize(TextView call, int32 size) {
 
 }  // namespace
 
-int32 FilesTopic::OpenBinaryAPI(TextView Name, bool ReadOnly, bool Shared) {
+int32 HandleFiles::OpenBinaryAPI(TextView Name, bool ReadOnly, bool Shared) {
     int32& F = rtmMain::state().F;
     const Text name(Name);
-    if (ReadOnly && !Exist(name)) {
+    if (ReadOnly && !fileExists(name)) {
         F = 53;
         return 0;
     }
@@ -67,7 +69,7 @@ int32 FilesTopic::OpenBinaryAPI(TextView Name, bool ReadOnly, bool Shared) {
                 waiting.pause();
                 break;
             case SystemError::notReady:
-                if (driveMayBecomeReady(name)) break;
+                if (driveMayBecomeReady(messages_, name)) break;
                 F = 71;
                 return 0;
             default:
@@ -78,55 +80,55 @@ int32 FilesTopic::OpenBinaryAPI(TextView Name, bool ReadOnly, bool Shared) {
     }
 }
 
-HandleFile& FilesTopic::handle(int32 Handle, TextView Call, TextView Details) {
+HandleFile& HandleFiles::handle(int32 Handle, TextView Call, TextView Details) {
     HandleFile* const opened = handles_.find(Handle);
     if (!opened) checkCall(SystemError::invalidHandle, Call, Handle, Details);
     return *opened;
 }
 
-void FilesTopic::checkCall(SystemError error, TextView Call, int32 Handle, TextView Details) {
+void HandleFiles::checkCall(SystemError error, TextView Call, int32 Handle, TextView Details) {
     if (!platform::failed(error)) return;
     raise(5, u"clsRtm",
           Text(Call) + u" (Handle " + toText(Handle) + Text(Details) + u"): " + number(error) + u" - " +
               messages_.SystemMsg(static_cast<int32>(error)));
 }
 
-platform::File& FilesTopic::handleFile(int32 Handle) {
+platform::File& HandleFiles::handleFile(int32 Handle) {
     HandleFile* const opened = handles_.find(Handle);
     if (!opened) raise(52, u"clsRtm", failureText(52));
     return *opened->file;
 }
 
-void FilesTopic::CloseAPI(int32 Handle) {
+void HandleFiles::CloseAPI(int32 Handle) {
     if (!handles_.close(Handle)) checkCall(SystemError::invalidHandle, u"CloseAPI", Handle);
 }
 
-int64 FilesTopic::LofAPI(int32 Handle) {
+int64 HandleFiles::LofAPI(int32 Handle) {
     const auto size = handle(Handle, u"LofAPI").file->size();
     checkCall(size.error(), u"LofAPI", Handle);
     return static_cast<int64>(*size);
 }
 
-int64 FilesTopic::FilePosAPI(int32 Handle) {
+int64 HandleFiles::FilePosAPI(int32 Handle) {
     return static_cast<int64>(handle(Handle, u"FilePosAPI").position);
 }
 
-void FilesTopic::SeekAPI(int32 Handle, int64 Position) {
+void HandleFiles::SeekAPI(int32 Handle, int64 Position) {
     HandleFile& opened = handle(Handle, u"SeekAPI", at(Position));
     const int64 target = Position < 0 ? LofAPI(Handle) + Position : Position;
     if (target < 0) checkCall(SystemError::invalidParameter, u"SeekAPI", Handle, at(Position));
     opened.position = static_cast<uint64>(target);
 }
 
-void FilesTopic::SetEndAPI(int32 Handle, int64 Position) {
+void HandleFiles::SetEndAPI(int32 Handle, int64 Position) {
     if (Handle == 0) return;
     SeekAPI(Handle, Position);
     HandleFile& opened = handle(Handle, u"SetEndAPI", at(Position));
     checkCall(opened.file->resize(opened.position), u"SetEndAPI", Handle, at(Position));
 }
 
-std::size_t FilesTopic::readCall(int32 Handle, TextView Call, TextView Details, int64 Position,
-                                 std::span<std::byte> into) {
+std::size_t HandleFiles::readCall(int32 Handle, TextView Call, TextView Details, int64 Position,
+                                  std::span<std::byte> into) {
     HandleFile& opened = handle(Handle, Call, Details);
     SeekAPI(Handle, Position);
     const auto read = opened.file->readAt(opened.position, into);
@@ -135,15 +137,24 @@ std::size_t FilesTopic::readCall(int32 Handle, TextView Call, TextView Details, 
     return *read;
 }
 
-void FilesTopic::writeCall(int32 Handle, TextView Call, TextView Details, int64 Position,
-                           std::span<const std::byte> bytes) {
+void HandleFiles::writeCall(int32 Handle, TextView Call, TextView Details, int64 Position,
+                            std::span<const std::byte> bytes) {
     HandleFile& opened = handle(Handle, Call, Details);
     SeekAPI(Handle, Position);
     checkCall(opened.file->writeAt(opened.position, bytes), Call, Handle, Details);
     opened.position += bytes.size();
 }
 
-void FilesTopic::GetAPI(int32 Handle, int64 Position, ByteText& Buffer) {
+std::size_t HandleFiles::readBytes(int32 Handle, int64 Position, std::span<std::byte> into) {
+    return readCall(Handle, u"GetBytesAPI", at(Position) + u" Count " + toText(std::ssize(into)), Position,
+                    into);
+}
+
+void HandleFiles::writeBytes(int32 Handle, int64 Position, std::span<const std::byte> bytes) {
+    writeCall(Handle, u"PutBytesAPI", {}, Position, bytes);
+}
+
+void HandleFiles::GetAPI(int32 Handle, int64 Position, ByteText& Buffer) {
     if (Buffer.empty()) return;
     Bytes bytes(Buffer.size(), '\0');
     bytes.resize(
@@ -151,26 +162,26 @@ void FilesTopic::GetAPI(int32 Handle, int64 Position, ByteText& Buffer) {
     Buffer.replace(0, bytes.size(), fromAnsi(bytes));
 }
 
-void FilesTopic::GetBytesAPI(int32 Handle, int64 Position, std::span<std::byte> Buffer, int32 Count) {
+void HandleFiles::GetBytesAPI(int32 Handle, int64 Position, std::span<std::byte> Buffer, int32 Count) {
     const std::size_t count = limited(Count, Buffer.size());
     if (count == 0) return;
     readCall(Handle, u"GetBytesAPI", at(Position) + u" Count " + toText(Count), Position,
              Buffer.first(count));
 }
 
-void FilesTopic::PutAPI(int32 Handle, int64 Position, TextView Buffer) {
+void HandleFiles::PutAPI(int32 Handle, int64 Position, TextView Buffer) {
     if (Buffer.empty()) return;
     const Bytes bytes = toAnsi(Buffer);
     writeCall(Handle, u"PutAPI", {}, Position, std::as_bytes(std::span(bytes)));
 }
 
-void FilesTopic::PutBytesAPI(int32 Handle, int64 Position, std::span<const std::byte> Buffer, int32 Count) {
+void HandleFiles::PutBytesAPI(int32 Handle, int64 Position, std::span<const std::byte> Buffer, int32 Count) {
     const std::size_t count = limited(Count, Buffer.size());
     if (count == 0) return;
     writeCall(Handle, u"PutBytesAPI", {}, Position, Buffer.first(count));
 }
 
-void FilesTopic::GetIntegerAPI(int32 Handle, int64 Position, int32 Size, int32& Value) {
+void HandleFiles::GetIntegerAPI(int32 Handle, int64 Position, int32 Size, int32& Value) {
     checkSize(u"GetIntegerAPI", Size);
     std::array<std::byte, 4> bytes{};
     readCall(Handle, u"GetIntegerAPI", at(Position) + u" Size " + toText(Size), Position,
@@ -180,7 +191,7 @@ void FilesTopic::GetIntegerAPI(int32 Handle, int64 Position, int32 Size, int32& 
     Value = static_cast<int32>(value);
 }
 
-void FilesTopic::PutIntegerAPI(int32 Handle, int64 Position, int32 Size, int32 Value) {
+void HandleFiles::PutIntegerAPI(int32 Handle, int64 Position, int32 Size, int32 Value) {
     checkSize(u"PutIntegerAPI", Size);
     std::array<std::byte, 4> bytes{};
     for (std::size_t i = 0; i < bytes.size(); ++i)
@@ -195,21 +206,32 @@ platform::ByteRange range(int64 position, int32 length) {
 }
 }  // namespace
 
-bool FilesTopic::LockAPI(int32 Handle, int64 Position, int32 Length) {
+bool HandleFiles::LockAPI(int32 Handle, int64 Position, int32 Length) {
     HandleFile* const opened = handles_.find(Handle);
     if (!opened || Position < 0 || Length < 1) return false;
     return !platform::failed(opened->file->tryLock(range(Position, Length)));
 }
 
-bool FilesTopic::UnlockAPI(int32 Handle, int64 Position, int32 Length) {
+bool HandleFiles::UnlockAPI(int32 Handle, int64 Position, int32 Length) {
     HandleFile* const opened = handles_.find(Handle);
     if (!opened || Position < 0 || Length < 1) return false;
     return !platform::failed(opened->file->unlock(range(Position, Length)));
 }
 
-Text FilesTopic::HandleFileName(int32 Handle) {
+Text HandleFiles::HandleFileName(int32 Handle) {
     const HandleFile* const opened = handles_.find(Handle);
     return opened ? opened->file->name() : Text();
+}
+
+int32 HandleFiles::DetectEncoding(int32 Handle) {
+    HandleFile* const opened = handles_.find(Handle);
+    if (!opened) return ANSI1252;
+    Bytes head(4, '\0');
+    const auto read = opened->file->readAt(0, std::as_writable_bytes(std::span(head)));
+    head.resize(read.ok() ? *read : 0);
+    const auto detected = encodings::detect(head);
+    opened->position = detected.textBegin.value_or(head.size());
+    return detected.encoding;
 }
 
 }  // namespace tsRtm

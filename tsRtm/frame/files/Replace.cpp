@@ -1,5 +1,11 @@
-// Files put in the place of others, in one step, so that nobody ever sees half of one.
-#include "tsRtm/frame/FilesTopic.hpp"
+#include "tsRtm/frame/files/Replace.hpp"
+
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "tsRtm/frame/files/FolderLists.hpp"
+#include "tsRtm/frame/files/Paths.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
 
 namespace tsRtm {
@@ -14,8 +20,7 @@ constexpr std::size_t blockSize = 64 * 1024;
 // unless it takes a place of its own.
 class FileBeside {
  public:
-    FileBeside(TextView target, TextView like)
-        : target_(target), name_(freeName(FilesTopic::PathName(target))) {
+    FileBeside(TextView target, TextView like) : target_(target), name_(freeName(paths::folder(target))) {
         using platform::Access, platform::Disposition, platform::Sharing;
         auto opened = files().open(name_, {Access::readWrite, Sharing::none, Disposition::createEmpty});
         if (opened) file_ = std::move(*opened);
@@ -46,7 +51,7 @@ class FileBeside {
  private:
     static Text freeName(const Text& folder) {
         Text name;
-        do name = FilesTopic::MakePath({folder, FilesTopic::TempName()});
+        do name = paths::join({folder, paths::temporary()});
         while (files().status(name).ok());
         return name;
     }
@@ -75,23 +80,21 @@ bool copyInto(TextView from, TextView to) {
 
 }  // namespace
 
-bool FilesTopic::safeReplace(TextView Name, BytesView Inhalt) {
-    FileBeside file(Name, Name);
-    return file.write(std::as_bytes(std::span(Inhalt))) && file.takePlace();
+bool replaceContent(TextView name, BytesView content) {
+    FileBeside file(name, name);
+    return file.write(std::as_bytes(std::span(content))) && file.takePlace();
 }
 
-bool FilesTopic::TSReplaceFile(TextView ReplacedFile, TextView NewFile, bool CreateBackup) {
-    if (!Exist(NewFile)) return false;
+bool replaceFile(TextView replaced, TextView by, bool keepCopy) {
+    if (!fileExists(by)) return false;
     auto& files = rtmMain::system().files;
-    if (!Exist(ReplacedFile)) return !failed(files.rename(NewFile, ReplacedFile, false));
-    if (CreateBackup) {
-        const Text backup = MakePath({PathName(ReplacedFile), BaseName(ReplacedFile) + u".sik"});
-        if (!copyInto(ReplacedFile, backup)) return false;
+    if (!fileExists(replaced)) return !failed(files.rename(by, replaced, false));
+    if (keepCopy) {
+        const Text backup = paths::join({paths::folder(replaced), paths::base(replaced) + u".sik"});
+        if (!copyInto(replaced, backup)) return false;
     }
-    static_cast<void>(files.copyAccess(ReplacedFile, NewFile));
-    return !failed(files.rename(NewFile, ReplacedFile, true));
+    static_cast<void>(files.copyAccess(replaced, by));
+    return !failed(files.rename(by, replaced, true));
 }
-
-void FilesTopic::Recycle(TextView FileName) { static_cast<void>(rtmMain::system().files.recycle(FileName)); }
 
 }  // namespace tsRtm

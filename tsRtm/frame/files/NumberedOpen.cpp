@@ -2,11 +2,12 @@
 #include <cstdlib>
 #include <utility>
 
-#include "tsRtm/frame/FilesTopic.hpp"
-#include "tsRtm/frame/MessagesTopic.hpp"
+#include "tsRtm/frame/files/FolderLists.hpp"
+#include "tsRtm/frame/files/NumberedFiles.hpp"
 #include "tsRtm/frame/files/SystemFailures.hpp"
 #include "tsRtm/frame/files/Waiting.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/messages/Messages.hpp"
 #include "tsRtm/frame/state/State.hpp"
 
 namespace tsRtm {
@@ -71,7 +72,7 @@ void clearPendingFailure() {
 
 }  // namespace
 
-struct FilesTopic::OpenAttempt {
+struct NumberedFiles::OpenAttempt {
     Text name;
     Text source;
     int32 mode;
@@ -81,8 +82,8 @@ struct FilesTopic::OpenAttempt {
     bool unhidden = false;  // the hidden attribute has been taken off
 };
 
-void FilesTopic::DB_Open(TextView FileName, int32& FileNummer, int32 Mode, bool AccessType, int32 Laenge,
-                         int32 Warten) {
+void NumberedFiles::DB_Open(TextView FileName, int32& FileNummer, int32 Mode, bool AccessType, int32 Laenge,
+                            int32 Warten) {
     FileNummer = 0;
     const Text name(FileName);
     const Text source = u"DB_Open (" + name + u")";
@@ -110,14 +111,14 @@ void FilesTopic::DB_Open(TextView FileName, int32& FileNummer, int32 Mode, bool 
     }
 }
 
-std::unique_ptr<platform::File> FilesTopic::tryOpen(const OpenAttempt& attempt) {
+std::unique_ptr<platform::File> NumberedFiles::tryOpen(const OpenAttempt& attempt) {
     std::unique_ptr<platform::File> opened;
     const auto open = [&] {
         if (attempt.mode < 0 || attempt.mode > lastMode) {
             rtmMain::state().FE_ = 54;
             return;
         }
-        if (attempt.mode == 5 && !Exist(attempt.name)) raise(53, attempt.source, failureText(53));
+        if (attempt.mode == 5 && !fileExists(attempt.name)) raise(53, attempt.source, failureText(53));
         OpenRequest request = requestOf(attempt.mode, attempt.shared);
         auto result = rtmMain::system().files.open(attempt.name, request);
         if (attempt.mode == 5 && writingRefused(result.error())) {
@@ -139,7 +140,7 @@ std::unique_ptr<platform::File> FilesTopic::tryOpen(const OpenAttempt& attempt) 
     return opened;
 }
 
-FilesTopic::Then FilesTopic::afterFailure(OpenAttempt& attempt) {
+NumberedFiles::Then NumberedFiles::afterFailure(OpenAttempt& attempt) {
     switch (rtmMain::state().F) {
         case 53:
         case 55:
@@ -150,7 +151,7 @@ FilesTopic::Then FilesTopic::afterFailure(OpenAttempt& attempt) {
         case 70:
             return afterLocked(attempt);
         case 71:
-            return driveMayBecomeReady(attempt.name) ? Then::startAnew : Then::giveUp;
+            return driveMayBecomeReady(messages_, attempt.name) ? Then::startAnew : Then::giveUp;
         case 75:
             return afterAccessRefused(attempt);
         default:
@@ -160,7 +161,7 @@ FilesTopic::Then FilesTopic::afterFailure(OpenAttempt& attempt) {
     }
 }
 
-FilesTopic::Then FilesTopic::afterLocked(OpenAttempt& attempt) {
+NumberedFiles::Then NumberedFiles::afterLocked(OpenAttempt& attempt) {
     if (rtmMain::state().stopping) return Then::giveUp;
     const int64 limit = int64{rtmMain::state().netWait} * std::abs(int64{attempt.warten});
     // A wait of 0 has no limit: it ends with the lock.
@@ -174,7 +175,7 @@ FilesTopic::Then FilesTopic::afterLocked(OpenAttempt& attempt) {
     return Then::giveUp;
 }
 
-FilesTopic::Then FilesTopic::afterAccessRefused(OpenAttempt& attempt) {
+NumberedFiles::Then NumberedFiles::afterAccessRefused(OpenAttempt& attempt) {
     auto& files = rtmMain::system().files;
     // A hidden file may not be emptied as long as it is hidden; no other refusal is tried again.
     if (attempt.mode != 2 || std::exchange(attempt.unhidden, true)) return Then::giveUp;
@@ -183,27 +184,9 @@ FilesTopic::Then FilesTopic::afterAccessRefused(OpenAttempt& attempt) {
     return platform::failed(files.unhide(attempt.name)) ? Then::giveUp : Then::tryAgain;
 }
 
-bool FilesTopic::driveMayBecomeReady(TextView name) {
-    if (rtmMain::system().files.driveKind(name) != platform::DriveKind::removable) return false;
-    if (messages_.Frage(u"Laufwerk " + Text(name.substr(0, 2)) + u" nicht bereit. Weiter")) return true;
-    rtmMain::state().F = 71;
-    return false;
-}
-
-void FilesTopic::OpenAppend(TextView FileName, int32& FileNummer) {
-    DB_Open(FileName, FileNummer, 3, false, 0, -1);
-}
-
-void FilesTopic::OpenWrite(TextView FileName, int32& FileNummer) {
-    DB_Open(FileName, FileNummer, 2, false, 0, -1);
-}
-
-void FilesTopic::OpenBinary(TextView FileName, int32& FileNummer) {
-    DB_Open(FileName, FileNummer, 4, true, 0, -2);
-}
-
-void FilesTopic::OpenRead(TextView FileName, int32& FileNummer) {
-    DB_Open(FileName, FileNummer, 1, true, 0, -2);
+void NumberedFiles::record(const Failure& failure, TextView Source) {
+    leaveFailure(failure.Number(), failure.Description());
+    messages_.ErrorHandler(-2, Source);
 }
 
 }  // namespace tsRtm

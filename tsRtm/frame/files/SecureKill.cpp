@@ -1,7 +1,11 @@
-// Files overwritten before they are deleted.
-#include <algorithm>
+#include "tsRtm/frame/files/SecureKill.hpp"
 
-#include "tsRtm/frame/FilesTopic.hpp"
+#include <algorithm>
+#include <vector>
+
+#include "tsRtm/frame/files/FolderLists.hpp"
+#include "tsRtm/frame/files/NumberedFiles.hpp"
+#include "tsRtm/frame/files/Paths.hpp"
 #include "tsRtm/frame/files/SystemFailures.hpp"
 #include "tsRtm/frame/files/Wildcards.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
@@ -34,42 +38,30 @@ SystemError overwrite(platform::File& file, std::span<const std::byte> block) {
     return file.flush();
 }
 
-}  // namespace
-
-bool FilesTopic::SecureKill(TextView Datei) {
-    if (!wildcards::contains(Datei)) return secureKillThis(Datei);
-    std::vector<Text> names;
-    const Text folder = PathName(Datei);
-    GetAllFiles(folder.empty() ? TextView(u".") : TextView(folder), FileName(Datei), names, true);
-    bool any = false;
-    for (const Text& name : names) any = secureKillThis(name) || any;
-    return any;
-}
-
-bool FilesTopic::secureKillThis(TextView Datei) {
+bool killThis(NumberedFiles& numbered, TextView name) {
     using platform::Access, platform::Disposition, platform::Sharing;
     auto& files = rtmMain::system().files;
     const auto fail = [&](int32 number) {
         raise(number, u"clsRtm",
-              u"SecureKillThis(" + Text(Datei) + u"): " + toText(number) + u" - " + failureText(number));
+              u"SecureKillThis(" + Text(name) + u"): " + toText(number) + u" - " + failureText(number));
     };
-    auto opened = files.open(Datei, {Access::readWrite, Sharing::none, Disposition::openExisting});
+    auto opened = files.open(name, {Access::readWrite, Sharing::none, Disposition::openExisting});
     SystemError error = SystemError::none;
     if (opened) {
         error = overwrite(**opened, std::vector<std::byte>(blockSize));
         opened->reset();
-    } else if (!Exist(Datei)) {
+    } else if (!fileExists(name)) {
         return false;
     } else {
         // Others have it open: it is overwritten under their eyes, once the numbered family gets at it.
         int32 number = 0;
-        OpenBinary(Datei, number);
+        numbered.OpenBinary(name, number);
         if (number == 0) fail(rtmMain::state().F);
-        error = overwrite(file(number), alternatingBlock());
-        TS_Close(number);
+        error = overwrite(numbered.file(number), alternatingBlock());
+        numbered.TS_Close(number);
     }
     if (platform::failed(error)) fail(failureNumber(error));
-    switch (error = files.remove(Datei); error) {
+    switch (error = files.remove(name); error) {
         case SystemError::none:
         case SystemError::fileNotFound:
             return true;
@@ -81,6 +73,19 @@ bool FilesTopic::secureKillThis(TextView Datei) {
             fail(failureNumber(error));
             return false;
     }
+}
+
+}  // namespace
+
+bool secureKill(NumberedFiles& numbered, TextView name) {
+    if (!wildcards::contains(name)) return killThis(numbered, name);
+    std::vector<Text> names;
+    const Text folder = paths::folder(name);
+    listFiles(folder.empty() ? TextView(u".") : TextView(folder), paths::last(name), names, 0,
+              {.fullPath = true});
+    bool any = false;
+    for (const Text& match : names) any = killThis(numbered, match) || any;
+    return any;
 }
 
 }  // namespace tsRtm

@@ -1,10 +1,10 @@
-// Which files are there.
+#include "tsRtm/frame/files/FolderLists.hpp"
+
 #include <algorithm>
 
-#include "tsRtm/frame/FilesTopic.hpp"
+#include "tsRtm/frame/files/Paths.hpp"
 #include "tsRtm/frame/files/Wildcards.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
-#include "tsRtm/frame/runtime/Folders.hpp"
 
 namespace tsRtm {
 
@@ -13,7 +13,7 @@ namespace {
 platform::FileSystem& fileSystem() { return rtmMain::system().files; }
 
 Text folderToList(TextView path) {
-    const Text folder = FilesTopic::PathName(path);
+    const Text folder = paths::folder(path);
     return folder.empty() ? Text(u".") : folder;
 }
 
@@ -26,7 +26,7 @@ bool anyEntry(TextView path, bool folder) {
     }
     const auto entries = fileSystem().list(folderToList(path));
     if (!entries.ok()) return false;
-    const Text pattern = FilesTopic::FileName(path);
+    const Text pattern = paths::last(path);
     return std::any_of(
         entries.value().begin(), entries.value().end(), [&](const platform::FolderEntry& entry) {
             return entry.status.folder == folder && wildcards::matchesEntry(entry.name, pattern);
@@ -35,37 +35,31 @@ bool anyEntry(TextView path, bool folder) {
 
 }  // namespace
 
-bool FilesTopic::Exist(TextView Datei) { return anyEntry(Datei, false); }
+bool fileExists(TextView name) { return anyEntry(name, false); }
 
-bool FilesTopic::ExistFolder(TextView PathName) {
+bool folderExists(TextView name) {
     // The shape of a root is enough where a wildcard keeps the folder from being asked itself.
-    if (wildcards::contains(PathName) && PathName.size() == 3 && PathName.ends_with(u":\\")) return true;
-    return anyEntry(PathName, true);
+    if (wildcards::contains(name) && name.size() == 3 && name.ends_with(u":\\")) return true;
+    return anyEntry(name, true);
 }
 
-int32 FilesTopic::GetAllFiles(TextView Root, TextView Pattern, std::vector<Text>& Field, bool IncludeFullPath,
-                              int32 Counter, bool DontShowHidden, bool MitDirs) {
-    auto listed = fileSystem().list(Root);
-    if (!listed && Counter == -1) Field.clear();
-    if (!listed) return Counter + 1;
-    Field.resize(Counter < 0 ? 0 : static_cast<std::size_t>(Counter) + 1);
+int32 listFiles(TextView root, TextView pattern, std::vector<Text>& names, int32 keep, ListWish wish) {
+    auto listed = fileSystem().list(root);
+    if (!listed && keep == 0) names.clear();
+    if (!listed) return keep;
+    names.resize(static_cast<std::size_t>(std::max(keep, 0)));
     auto& entries = *listed;
     std::sort(entries.begin(), entries.end(), [](const auto& a, const auto& b) {
         const Text left = upper(a.name), right = upper(b.name);
         return left != right ? left < right : a.name < b.name;
     });
     for (const auto& [name, status] : entries) {
-        if (DontShowHidden && status.hidden) continue;
-        if (status.folder && !MitDirs) continue;
-        if (!wildcards::matchesEntry(name, Pattern)) continue;
-        Field.push_back(status.folder || IncludeFullPath ? MakePath({Text(Root), name}) : name);
+        if (!wish.hidden && status.hidden) continue;
+        if (status.folder && !wish.folders) continue;
+        if (!wildcards::matchesEntry(name, pattern)) continue;
+        names.push_back(status.folder || wish.fullPath ? paths::join({Text(root), name}) : name);
     }
-    return static_cast<int32>(Field.size());
-}
-
-bool FilesTopic::CheckFileAccess(TextView FileName, int32 DesiredAccess) {
-    constexpr int32 fileObject = 1;
-    return rtmMain::CheckAccess(FileName, fileObject, DesiredAccess);
+    return static_cast<int32>(names.size());
 }
 
 }  // namespace tsRtm

@@ -1,12 +1,14 @@
 // Names of files: their parts, and how they are put together.
+#include "tsRtm/frame/files/Paths.hpp"
+
+#include <algorithm>
 #include <random>
 
-#include "tsRtm/frame/FilesTopic.hpp"
 #include "tsRtm/frame/runtime/Folders.hpp"
 #include "tsRtm/frame/runtime/VariantText.hpp"
 #include "tsRtm/frame/state/State.hpp"
 
-namespace tsRtm {
+namespace tsRtm::paths {
 
 namespace {
 
@@ -62,9 +64,9 @@ void appendPart(Text& path, TextView part) {
 
 }  // namespace
 
-Text FilesTopic::MakePath(const VariantList& Parts) {
+Text join(const VariantList& parts) {
     Text path;
-    for (const Variant& variant : Parts) {
+    for (const Variant& variant : parts) {
         const Text part = rtmMain::CutAtNul(textOf(variant));
         if (part.empty()) continue;
         if (path.empty())
@@ -75,34 +77,34 @@ Text FilesTopic::MakePath(const VariantList& Parts) {
     return path;
 }
 
-Text FilesTopic::PathName(TextView Pfad) {
-    const auto root = rootLength(Pfad);
-    const TextView path = withoutEndDelimiters(Pfad, root);
+Text folder(TextView path) {
+    const auto root = rootLength(path);
+    path = withoutEndDelimiters(path, root);
     if (path.size() <= root) return {};
     const auto last = path.find_last_of(delimiters);
     if (last == TextView::npos || last < root) return Text(path.substr(0, root));
     return Text(withoutEndDelimiters(path.substr(0, last), root));
 }
 
-Text FilesTopic::BaseName(TextView Pfad) {
-    const TextView part = lastPart(Pfad);
+Text base(TextView path) {
+    const TextView part = lastPart(path);
     return Text(part.substr(0, dotOf(part)));
 }
 
-Text FilesTopic::DriveName(TextView Pfad) {
-    if (const auto drive = driveLength(Pfad)) return Text(Pfad.substr(0, drive));
-    return Pfad.starts_with(u'/') ? u"/" : u"";
+Text drive(TextView path) {
+    if (const auto length = driveLength(path)) return Text(path.substr(0, length));
+    return path.starts_with(u'/') ? u"/" : u"";
 }
 
-Text FilesTopic::FileName(TextView Pfad) { return Text(lastPart(Pfad)); }
+Text last(TextView path) { return Text(lastPart(path)); }
 
-Text FilesTopic::ExtName(TextView Pfad) {
-    const TextView part = lastPart(Pfad);
+Text extension(TextView path) {
+    const TextView part = lastPart(path);
     const auto dot = dotOf(part);
     return dot == part.size() ? Text() : Text(part.substr(dot + 1));
 }
 
-Text FilesTopic::TempName() {
+Text temporary() {
     static constexpr TextView digits = u"0123456789ABCDEF";
     static std::random_device random;
     Text name = u"rad";
@@ -110,11 +112,11 @@ Text FilesTopic::TempName() {
     return name + u".tmp";
 }
 
-Text FilesTopic::PathCleanup(TextView Pfad) {
+Text cleaned(TextView path) {
     Text clean;
-    for (const char16_t c : trim(Pfad))
+    for (const char16_t c : trim(path))
         if (TextView(u"\\/:*?\"<>|").find(c) == TextView::npos) clean += c;
     return clean.substr(0, shortPath);
 }
 
-}  // namespace tsRtm
+}  // namespace tsRtm::paths

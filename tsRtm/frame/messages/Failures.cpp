@@ -1,9 +1,9 @@
 // Descriptions of failures, and the handler of what is pending.
 #include <utility>
 
-#include "tsRtm/frame/MessagesTopic.hpp"
-#include "tsRtm/frame/clsHostApp.hpp"
+#include "tsRtm/frame/messages/Messages.hpp"
 #include "tsRtm/frame/messages/TextTables.hpp"
+#include "tsRtm/frame/runtime/Folders.hpp"
 #include "tsRtm/frame/state/State.hpp"
 
 namespace tsRtm {
@@ -30,34 +30,34 @@ constexpr int32 lastRaised = 19;
 
 }  // namespace
 
-void setCurrentFailure(int32 number, TextView description) {
+void leaveFailure(int32 number, TextView description) {
     auto& state = rtmMain::state();
     state.currentFailure = number;
     state.currentFailureText = description.empty() ? runtimeErrorText(number) : description;
 }
 
-Text MessagesTopic::describe(const Text& number, TextView description) {
+Text Messages::describe(const Text& number, TextView description) {
     return (RtmMsg(wordFehler) + number + u": ").append(description);
 }
 
-Text MessagesTopic::ErrorMsg(int32 FehlerNr) {
+Text Messages::ErrorMsg(int32 FehlerNr) {
     return FehlerNr == -1 ? Text{} : describe(numberText(FehlerNr), runtimeErrorText(FehlerNr));
 }
 
-Text MessagesTopic::ErrorMessage(const Failure& Fehler, int32 Zeile) {
+Text Messages::ErrorMessage(const Failure& Fehler, int32 Zeile) {
     Text text = describe(numberText(Fehler.Number()), Fehler.Description());
     if (Zeile > 0) text += u" in Zeile " + toText(Zeile);
     return text;
 }
 
-Text MessagesTopic::SystemMsg(int32 FehlerNr) const {
+Text Messages::SystemMsg(int32 FehlerNr) {
     const auto text = systemErrorText(FehlerNr);
     return text.empty() ? u"Unbekannter Fehler: " + hexadecimal(FehlerNr) : Text(text);
 }
 
 // What is shown or raised stays pending, and the pending description outlives -1: the next call tells of it
 // again.
-void MessagesTopic::ErrorHandler(int32 Param, TextView Source) {
+void Messages::ErrorHandler(int32 Param, TextView Source) {
     auto& state = rtmMain::state();
     if (Param == -2) takeCurrentFailure(state);
 
@@ -76,7 +76,7 @@ void MessagesTopic::ErrorHandler(int32 Param, TextView Source) {
     }
     if (state.pendingText.empty() && state.FE_ <= lastRaised) raise(state.FE_, Source, state.pendingText);
     WaitForReturn(describe(toText(state.FE_), state.pendingText) + u" in Prozedur " + Text(Source) +
-                  RtmMsg(wordInProgramm) + clsHostApp().Name());
+                  RtmMsg(wordInProgramm) + Text(rtmMain::NameOf(state.hostPath)));
 }
 
 }  // namespace tsRtm
