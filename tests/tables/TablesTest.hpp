@@ -5,6 +5,7 @@
 #include "tests/support/MemoryFiles.hpp"
 #include "tests/support/Raised.hpp"
 #include "tests/support/TestGround.hpp"
+#include "tsRtm/types/Event.hpp"
 
 namespace tsRtm::test {
 

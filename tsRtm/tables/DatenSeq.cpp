@@ -7,6 +7,8 @@
 #include "tsRtm/frame/ConversionsTopic.hpp"
 #include "tsRtm/frame/files/SystemFailures.hpp"
 #include "tsRtm/frame/runtime/DebugLog.hpp"
+#include "tsRtm/tables/storage/LineCode.hpp"
+#include "tsRtm/tables/storage/TableFile.hpp"
 #include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm {
@@ -24,6 +26,8 @@ std::size_t place(int32 index) { return static_cast<std::size_t>(index) - 1; }
 
 }  // namespace
 
+DatenSeq::DatenSeq() : file_(std::make_unique<TableFile>()), code_(std::make_unique<LineCode>()) {}
+
 DatenSeq::~DatenSeq() {
     try {
         // What was stored already is not stored once more: another process may have gone on with the file.
@@ -36,8 +40,8 @@ DatenSeq::~DatenSeq() {
 void DatenSeq::Init(TextView Datei, int32 MaxItems, TextView Maske, bool SyncAlways, bool UseWriteMethod,
                     bool WriteMethodForInputOnly) {
     if (dirty_ && pending_) save(0);
-    file_.bind(Datei, SyncAlways);
-    file_.sensible = true;
+    file_->bind(Datei, SyncAlways);
+    file_->sensible = true;
     maxItems_ = std::max(MaxItems, 0);
     mask_ = Maske;
     useWriteMethod_ = UseWriteMethod;
@@ -46,19 +50,27 @@ void DatenSeq::Init(TextView Datei, int32 MaxItems, TextView Maske, bool SyncAlw
     dirty_ = pending_ = recoded_ = false;
 }
 
-void DatenSeq::sync(TableFile::Look how) {
-    const auto news = file_.look(how);
+const Text& DatenSeq::Datei() const noexcept { return file_->name(); }
+bool DatenSeq::Sensible() const noexcept { return file_->sensible; }
+void DatenSeq::Sensible(bool Value) noexcept { file_->sensible = Value; }
+int32 DatenSeq::Encoding() const noexcept { return file_->encoding; }
+void DatenSeq::Encoding(int32 Value) noexcept { file_->encoding = Value; }
+
+void DatenSeq::sync() { sync(TableLook::nowAndThen); }
+
+void DatenSeq::sync(TableLook how) {
+    const auto news = file_->look(how);
     if (news.what == TableFile::News::none) return;
     lines_ = linesOf(news.text);
     if (maxItems_ > 0 && held() > maxItems_) lines_.resize(static_cast<std::size_t>(maxItems_));
     if (encrypted_)
-        for (Text& line : lines_) line = code_.decoded(line);
+        for (Text& line : lines_) line = code_->decoded(line);
     pending_ = recoded_ = false;
     Change();
 }
 
 void DatenSeq::Encrypted(bool Value) noexcept {
-    if (std::exchange(encrypted_, Value) != Value && file_.seen()) recoded_ = !recoded_;
+    if (std::exchange(encrypted_, Value) != Value && file_->seen()) recoded_ = !recoded_;
 }
 
 bool DatenSeq::has(int32 Index) const noexcept { return Index >= 1 && Index <= held(); }
@@ -66,7 +78,7 @@ bool DatenSeq::full() const noexcept { return maxItems_ > 0 && held() >= maxItem
 
 bool DatenSeq::IsEmpty() {
     sync();
-    return file_.bound() ? !file_.exists() : Count() < 1;
+    return file_->bound() ? !file_->exists() : Count() < 1;
 }
 
 int32 DatenSeq::Count() {
@@ -81,19 +93,23 @@ Text DatenSeq::Item(int32 Index) {
     return has(Index) ? lines_[place(Index)] : Text();
 }
 
-void DatenSeq::beforeChange(TextView Value, TextView Operation, TableFile::Look how) {
+void DatenSeq::beforeChange(TextView Value, TextView Operation) {
+    beforeChange(Value, Operation, TableLook::nowAndThen);
+}
+
+void DatenSeq::beforeChange(TextView Value, TextView Operation, TableLook how) {
     sync(how);
-    file_.needRead(source(Operation));
+    file_->needRead(source(Operation));
     needHeld(Value, Operation);
 }
 
 void DatenSeq::needHeld(TextView line, TextView Operation) const {
-    if (file_.bound() && !encrypted_) tsRtm::needHeld(line, Holds::oneLine, source(Operation), Datei());
+    if (file_->bound() && !encrypted_) tsRtm::needHeld(line, Holds::oneLine, source(Operation), Datei());
 }
 
 void DatenSeq::afterChange(int32 appended) {
     dirty_ = pending_ = true;
-    if (file_.syncAlways()) save(appended);
+    if (file_->syncAlways()) save(appended);
     Change();
 }
 
@@ -115,8 +131,7 @@ void DatenSeq::lengthen(int32 count) {
 }
 
 int32 DatenSeq::Add(TextView Value) {
-    using Look = TableFile::Look;
-    beforeChange(Value, u".Add", file_.syncAlways() ? Look::forAppending : Look::nowAndThen);
+    beforeChange(Value, u".Add", file_->syncAlways() ? TableLook::forAppending : TableLook::nowAndThen);
     if (full()) return 0;
     lines_.emplace_back(Value);
     const int32 index = held();
@@ -142,7 +157,7 @@ Text DatenSeq::Remove(int32 Index) {
 }
 
 void DatenSeq::Clear() {
-    if (file_.bound()) file_.remove(kType);
+    if (file_->bound()) file_->remove(kType);
     lines_.clear();
     pending_ = recoded_ = false;
     Change();
@@ -159,28 +174,28 @@ Text DatenSeq::fileText(std::size_t from) {
     for (std::size_t i = from; i < lines_.size(); ++i) {
         // Encrypted may have been switched off since the line was set.
         needHeld(lines_[i], u".Commit");
-        (text += encrypted_ ? code_.encoded(lines_[i]) : lines_[i]) += kLineEnd;
+        (text += encrypted_ ? code_->encoded(lines_[i]) : lines_[i]) += kLineEnd;
     }
     return text;
 }
 
 void DatenSeq::save(int32 from) {
-    if (!file_.bound() || !dirty_) return;
-    if (file_.unread()) sync(TableFile::Look::forced);
-    file_.needRead(source(u".Commit"));
-    if (from > 0 && !recoded_ && file_.canAppend())
-        file_.append(fileText(place(from)));
+    if (!file_->bound() || !dirty_) return;
+    if (file_->unread()) sync(TableLook::forced);
+    file_->needRead(source(u".Commit"));
+    if (from > 0 && !recoded_ && file_->canAppend())
+        file_->append(fileText(place(from)));
     else
-        file_.rewrite(fileText(0));
+        file_->rewrite(fileText(0));
     pending_ = recoded_ = false;  // while dirty_ stays set: the program clears it
 }
 
 void DatenSeq::MigrateToAnsi() {
-    if (IsAnsi || !file_.bound()) return;
+    if (IsAnsi || !file_->bound()) return;
     IsAnsi = true;
-    FilesTopic& files = file_.files();
+    FilesTopic& files = file_->files();
     int32 number = 0;
-    if (!file_.exists()) return;
+    if (!file_->exists()) return;
     files.OpenBinary(Datei(), number);
     if (number == 0) return;
     try {

@@ -5,11 +5,17 @@
 //     list.Init(u"Zuletzt.txt", 0, u"", true);   // every change is stored at once
 //     list.Add(u"Müller");
 //     for (int32 i = 1; i <= list.Count(); ++i) use(list.Item(i));
-#include "tsRtm/tables/LineCode.hpp"
-#include "tsRtm/tables/TableFile.hpp"
+#include <memory>
+#include <vector>
+
 #include "tsRtm/types/Event.hpp"
+#include "tsRtm/types/Text.hpp"
 
 namespace tsRtm {
+
+class LineCode;
+class TableFile;
+enum class TableLook : int32;
 
 // Lines count from 1. What another process stores is seen after 4.32 seconds at most, with sync-always at
 // once; it replaces the list, changes that are not stored yet included, and the last writer wins. Without a
@@ -22,7 +28,7 @@ namespace tsRtm {
 // no failure.
 class DatenSeq {
  public:
-    DatenSeq() = default;
+    DatenSeq();
     // Stores what has changed since the last time; a failure goes to the debug log.
     ~DatenSeq();
     DatenSeq(const DatenSeq&) = delete;
@@ -32,17 +38,17 @@ class DatenSeq {
     void Init(TextView Datei, int32 MaxItems = 0, TextView Maske = {}, bool SyncAlways = false,
               bool UseWriteMethod = false, bool WriteMethodForInputOnly = false);
 
-    const Text& Datei() const noexcept { return file_.name(); }
+    const Text& Datei() const noexcept;
     int32 MaxItems() const noexcept { return maxItems_; }
     const Text& Maske() const noexcept { return mask_; }
 
     // Sensible (the default): old versions of the file are overwritten before they are deleted.
-    bool Sensible() const noexcept { return file_.sensible; }
-    void Sensible(bool Value) noexcept { file_.sensible = Value; }
+    bool Sensible() const noexcept;
+    void Sensible(bool Value) noexcept;
     // Code page number; 0 until the file is known. A file that is there keeps its own.
-    int32 Encoding() const noexcept { return file_.encoding; }
-    void Encoding(int32 Value) noexcept { file_.encoding = Value; }
-    // Lines are scrambled in the file (LineCode.hpp): a character outside code page 1252 becomes "?".
+    int32 Encoding() const noexcept;
+    void Encoding(int32 Value) noexcept;
+    // Lines are scrambled in the file: a character outside code page 1252 becomes "?".
     bool Encrypted() const noexcept { return encrypted_; }
     void Encrypted(bool Value) noexcept;
     // There is something to store. Stays set after storing, until the program clears it.
@@ -78,8 +84,10 @@ class DatenSeq {
     bool IsAnsi = true;
 
  private:
-    void sync(TableFile::Look how = TableFile::Look::nowAndThen);
-    void beforeChange(TextView Value, TextView Operation, TableFile::Look how = TableFile::Look::nowAndThen);
+    void sync();
+    void sync(TableLook how);
+    void beforeChange(TextView Value, TextView Operation);
+    void beforeChange(TextView Value, TextView Operation, TableLook how);
     void needHeld(TextView line, TextView Operation) const;
     void lengthen(int32 count);
     void afterChange(int32 appended = 0);
@@ -89,8 +97,8 @@ class DatenSeq {
     bool full() const noexcept;
     int32 held() const noexcept { return static_cast<int32>(lines_.size()); }
 
-    TableFile file_;
-    LineCode code_;
+    std::unique_ptr<TableFile> file_;
+    std::unique_ptr<LineCode> code_;
     std::vector<Text> lines_;
     int32 maxItems_ = 0;
     Text mask_;

@@ -6,6 +6,7 @@
 #include "tsRtm/frame/runtime/VariantText.hpp"
 #include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/frame/text/NumberText.hpp"
+#include "tsRtm/tables/storage/LineCode.hpp"
 #include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm {

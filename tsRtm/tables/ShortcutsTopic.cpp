@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "tsRtm/calendar/clsDatum.hpp"
+#include "tsRtm/frame/FilesTopic.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/frame/runtime/LocaleForms.hpp"
 #include "tsRtm/frame/state/State.hpp"

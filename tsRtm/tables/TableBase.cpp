@@ -1,9 +1,26 @@
 #include "tsRtm/tables/TableBase.hpp"
 
 #include "tsRtm/frame/runtime/DebugLog.hpp"
+#include "tsRtm/tables/storage/LineCode.hpp"
+#include "tsRtm/tables/storage/TableFile.hpp"
 #include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm {
+
+TableBase::TableBase(TextView TypeName)
+    : typeName_(TypeName), file_(std::make_unique<TableFile>()), code_(std::make_unique<LineCode>()) {}
+
+TableBase::~TableBase() = default;
+
+const Text& TableBase::Datei() const noexcept { return file_->name(); }
+bool TableBase::Sensible() const noexcept { return file_->sensible; }
+void TableBase::Sensible(bool Value) noexcept { file_->sensible = Value; }
+int32 TableBase::Encoding() const noexcept { return file_->encoding; }
+void TableBase::Encoding(int32 Value) noexcept { file_->encoding = Value; }
+bool TableBase::bound() const noexcept { return file_->bound(); }
+bool TableBase::syncAlways() const noexcept { return file_->syncAlways(); }
+Text TableBase::coded(TextView cell) { return encrypted_ ? code_->encoded(cell) : Text(cell); }
+Text TableBase::decoded(TextView line) { return encrypted_ ? code_->decoded(line) : Text(line); }
 
 int32 TableBase::Count() {
     sync();
@@ -16,20 +33,22 @@ bool TableBase::Okay() {
 }
 
 void TableBase::Encrypted(bool Value) noexcept {
-    if (std::exchange(encrypted_, Value) != Value && file_.seen()) changed_ = true;
+    if (std::exchange(encrypted_, Value) != Value && file_->seen()) changed_ = true;
 }
 
 void TableBase::bind(TextView Datei, bool SyncAlways) {
     write();
-    file_.bind(Datei, SyncAlways);
-    file_.sensible = true;
+    file_->bind(Datei, SyncAlways);
+    file_->sensible = true;
     dropRows();
     okay_ = true;
     changed_ = false;
 }
 
-void TableBase::sync(TableFile::Look how) {
-    const auto news = file_.look(how);
+void TableBase::sync() { sync(TableLook::nowAndThen); }
+
+void TableBase::sync(TableLook how) {
+    const auto news = file_->look(how);
     if (news.what == TableFile::News::none) return;
     if (news.what == TableFile::News::gone) {
         const bool had = rows() > 0;
@@ -43,7 +62,7 @@ void TableBase::sync(TableFile::Look how) {
     try {
         load(linesOf(news.text));
     } catch (const Failure& failure) {
-        file_.markUnread(failure.Number());
+        file_->markUnread(failure.Number());
         throw;
     }
     changed_ = false;
@@ -52,7 +71,7 @@ void TableBase::sync(TableFile::Look how) {
 
 void TableBase::beforeChange(TextView Operation) {
     sync();
-    file_.needRead(source(Operation));
+    file_->needRead(source(Operation));
 }
 
 void TableBase::afterChange() {
@@ -63,15 +82,15 @@ void TableBase::afterChange() {
 
 bool TableBase::beforeAdding(bool Sync, TextView Operation) {
     const bool save = bound() && (Sync || syncAlways());
-    sync(save ? TableFile::Look::forAppending : TableFile::Look::nowAndThen);
-    file_.needRead(source(Operation));
+    sync(save ? TableLook::forAppending : TableLook::nowAndThen);
+    file_->needRead(source(Operation));
     return save;
 }
 
 bool TableBase::appended(TextView rowText) {
     // Behind a part of a row, or with other changes to store, the file is written anew.
-    if (!okay_ || changed_ || !file_.canAppend()) return false;
-    file_.append(rowText);
+    if (!okay_ || changed_ || !file_->canAppend()) return false;
+    file_->append(rowText);
     return true;
 }
 
@@ -81,7 +100,7 @@ int32 TableBase::Clear(bool Sync) {
     dropRows();
     okay_ = true;
     changed_ = true;
-    file_.disregard();
+    file_->disregard();
     if (Sync || syncAlways()) write();
     Change();
     return had;
@@ -89,13 +108,13 @@ int32 TableBase::Clear(bool Sync) {
 
 void TableBase::write() {
     if (!bound() || !changed_) return;
-    if (file_.unread()) sync(TableFile::Look::forced);
-    file_.needRead(source(u".SchreibDaten"));
+    if (file_->unread()) sync(TableLook::forced);
+    file_->needRead(source(u".SchreibDaten"));
     if (!changed_) return;  // read again just now
     if (rows() > 0)
-        file_.replace(fileText(), typeName_);
+        file_->replace(fileText(), typeName_);
     else
-        file_.remove(typeName_);
+        file_->remove(typeName_);
     changed_ = false;
     okay_ = true;
 }

@@ -1,11 +1,18 @@
 #pragma once
 // What DatenTab and DatenVarTab have in common: rows in memory that live in a text file.
-#include "tsRtm/tables/LineCode.hpp"
-#include "tsRtm/tables/TableFile.hpp"
+#include <memory>
+#include <utility>
+#include <vector>
+
 #include "tsRtm/types/Event.hpp"
 #include "tsRtm/types/Variant.hpp"
 
 namespace tsRtm {
+
+class LineCode;
+class TableFile;
+enum class Holds : int32;
+enum class TableLook : int32;
 
 // Rows count from 1. What another process stores is seen after 4.32 seconds at most, with sync-always at
 // once; it replaces the table, changes that are not stored yet included, and the last writer wins. Without a
@@ -19,7 +26,7 @@ class TableBase {
     TableBase(const TableBase&) = delete;
     TableBase& operator=(const TableBase&) = delete;
 
-    const Text& Datei() const noexcept { return file_.name(); }
+    const Text& Datei() const noexcept;
     // Rows.
     int32 Count();
     // False when the file did not hold whole rows alone.
@@ -28,12 +35,12 @@ class TableBase {
     bool Changed() noexcept { return std::exchange(changed_, false); }
 
     // Sensible (the default): old versions of the file are overwritten before they are deleted.
-    bool Sensible() const noexcept { return file_.sensible; }
-    void Sensible(bool Value) noexcept { file_.sensible = Value; }
+    bool Sensible() const noexcept;
+    void Sensible(bool Value) noexcept;
     // Code page number that the file is written in; 0 until known, and then what the file has, or UTF-8.
-    int32 Encoding() const noexcept { return file_.encoding; }
-    void Encoding(int32 Value) noexcept { file_.encoding = Value; }
-    // Cells are scrambled in the file (LineCode.hpp): a character outside code page 1252 becomes "?".
+    int32 Encoding() const noexcept;
+    void Encoding(int32 Value) noexcept;
+    // Cells are scrambled in the file: a character outside code page 1252 becomes "?".
     bool Encrypted() const noexcept { return encrypted_; }
     void Encrypted(bool Value) noexcept;
 
@@ -49,14 +56,15 @@ class TableBase {
     bool IsAnsi = true;
 
  protected:
-    explicit TableBase(TextView TypeName) : typeName_(TypeName) {}
-    virtual ~TableBase() = default;
+    explicit TableBase(TextView TypeName);
+    virtual ~TableBase();
     // For the destructors of the tables: stores what has changed; a failure goes to the debug log.
     void writeAtTheEnd() noexcept;
 
     // For Init.
     void bind(TextView Datei, bool SyncAlways);
-    void sync(TableFile::Look how = TableFile::Look::nowAndThen);
+    void sync();
+    void sync(TableLook how);
     // Raises where the file may not be written over.
     void beforeChange(TextView Operation);
     void afterChange();
@@ -66,13 +74,13 @@ class TableBase {
     bool appended(TextView rowText);
     void write();
 
-    bool bound() const noexcept { return file_.bound(); }
-    bool syncAlways() const noexcept { return file_.syncAlways(); }
+    bool bound() const noexcept;
+    bool syncAlways() const noexcept;
     Text source(TextView Operation) const { return typeName_ + Text(Operation); }
     // Raises 380 for a text that a line of the file cannot hold.
     void needHeldText(TextView text, Holds what, TextView Operation) const;
-    Text coded(TextView cell) { return encrypted_ ? code_.encoded(cell) : Text(cell); }
-    Text decoded(TextView line) { return encrypted_ ? code_.decoded(line) : Text(line); }
+    Text coded(TextView cell);
+    Text decoded(TextView line);
 
     bool okay_ = true;
     bool changed_ = false;
@@ -85,8 +93,8 @@ class TableBase {
     virtual Text fileText() = 0;
 
     Text typeName_;
-    TableFile file_;
-    LineCode code_;
+    std::unique_ptr<TableFile> file_;
+    std::unique_ptr<LineCode> code_;
     bool encrypted_ = false;
 };
 

@@ -1,5 +1,5 @@
 // What a list or table sees of its file. How a new version gets into its place stands in TableReplacing.cpp.
-#include "tsRtm/tables/TableFile.hpp"
+#include "tsRtm/tables/storage/TableFile.hpp"
 
 #include <algorithm>
 #include <cmath>

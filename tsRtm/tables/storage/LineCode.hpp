@@ -16,7 +16,7 @@ inline constexpr TextView kLineEnd = u"\r\n";
 std::vector<Text> linesOf(TextView text);
 
 // What a line of a file cannot hold: it would come back as something else.
-enum class Holds {
+enum class Holds : int32 {
     lineBreaks,  // written as another character; only the old end-of-file mark (code 26) is refused
     oneLine,     // nor a line break
 };

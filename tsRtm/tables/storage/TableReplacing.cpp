@@ -1,9 +1,10 @@
 // How a new version of a list or table file gets into the place of the old one.
+#include "tsRtm/frame/files/Encodings.hpp"
 #include "tsRtm/frame/files/SystemFailures.hpp"
 #include "tsRtm/frame/files/Waiting.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/frame/state/State.hpp"
-#include "tsRtm/tables/TableFile.hpp"
+#include "tsRtm/tables/storage/TableFile.hpp"
 #include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm {

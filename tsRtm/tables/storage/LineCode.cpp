@@ -1,4 +1,4 @@
-#include "tsRtm/tables/LineCode.hpp"
+#include "tsRtm/tables/storage/LineCode.hpp"
 
 #include <algorithm>
 

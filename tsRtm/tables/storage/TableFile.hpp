@@ -9,6 +9,12 @@
 
 namespace tsRtm {
 
+enum class TableLook : int32 {
+    nowAndThen,    // at most every 4.32 seconds, unless it is sync-always
+    forced,        // now
+    forAppending,  // now, but a file of the same stamp and size is not read once more
+};
+
 // Nothing is locked between two calls: the last writer wins. A reader gets an old or a new version whole,
 // never a part of one. A writer that dies leaves the old version or the new one, and perhaps the other one
 // beside it under a temporary name ("rad?????.tmp"). Only on a volume where files neither exchange their
@@ -38,11 +44,7 @@ class TableFile {
     // Old versions are overwritten before they are deleted.
     bool sensible = true;
 
-    enum class Look {
-        nowAndThen,    // at most every 4.32 seconds, unless it is sync-always
-        forced,        // now
-        forAppending,  // now, but a file of the same stamp and size is not read once more
-    };
+    using Look = TableLook;
     struct News {
         enum What { none, content, gone } what = none;
         Text text;  // of `content`
