@@ -16,8 +16,6 @@
 #include <string>
 #include <vector>
 
-#include "tsRtm/banking/BankImport.hpp"
-#include "tsRtm/database/BulkLoader.hpp"
 #include "tsRtm/tsRtm.hpp"
 
 namespace {

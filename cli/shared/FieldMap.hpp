@@ -5,7 +5,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "tsRtm/fields/clsControl.hpp"
+#include "tsRtm/control/clsControl.hpp"
 
 namespace tsRtm::cli {
 

@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "tsRtm/fields/clsControl.hpp"
+#include "tsRtm/control/clsControl.hpp"
 
 namespace tsRtm::cli {
 

@@ -2,12 +2,12 @@
 
 #include <algorithm>
 
+#include "tsRtm/control/clsMasken.hpp"
 #include "tsRtm/database/clsTSRecord.hpp"
 #include "tsRtm/database/engine/DatabaseEngine.hpp"
 #include "tsRtm/database/upkeep/IndexCheck.hpp"
 #include "tsRtm/database/upkeep/IndexSort.hpp"
 #include "tsRtm/database/upkeep/LostFiles.hpp"
-#include "tsRtm/fields/clsMasken.hpp"
 #include "tsRtm/frame/clsStreamReader.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/frame/runtime/DebugLog.hpp"

@@ -24,8 +24,8 @@
 #include <memory>
 #include <vector>
 
+#include "tsRtm/control/clsControl.hpp"
 #include "tsRtm/database/DatabaseEvents.hpp"
-#include "tsRtm/fields/clsControl.hpp"
 #include "tsRtm/types/Text.hpp"
 
 namespace tsRtm {

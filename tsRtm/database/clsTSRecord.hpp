@@ -3,7 +3,7 @@
 // lock state.
 #include <memory>
 
-#include "tsRtm/fields/clsControl.hpp"
+#include "tsRtm/control/clsControl.hpp"
 #include "tsRtm/types/Event.hpp"
 
 namespace tsRtm {

@@ -22,7 +22,7 @@
 #include <span>
 #include <vector>
 
-#include "tsRtm/fields/clsControl.hpp"
+#include "tsRtm/control/clsControl.hpp"
 
 namespace tsRtm {
 

@@ -1,7 +1,7 @@
 // Reading structure files: every form, what follows from them, and what must not be believed.
 #include <gtest/gtest.h>
 
-#include "tests/fields/FieldsTest.hpp"
+#include "tests/control/ControlTest.hpp"
 #include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm::test {

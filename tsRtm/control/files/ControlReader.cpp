@@ -1,9 +1,9 @@
-#include "tsRtm/fields/ControlReader.hpp"
+#include "tsRtm/control/files/ControlReader.hpp"
 
 #include <limits>
 
-#include "tsRtm/fields/ControlMessages.hpp"
-#include "tsRtm/fields/ControlText.hpp"
+#include "tsRtm/control/files/ControlMessages.hpp"
+#include "tsRtm/control/files/ControlText.hpp"
 #include "tsRtm/frame/FilesTopic.hpp"
 #include "tsRtm/frame/runtime/Folders.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"

@@ -1,4 +1,4 @@
-#include "tsRtm/fields/ControlWriter.hpp"
+#include "tsRtm/control/files/ControlWriter.hpp"
 
 #include <span>
 

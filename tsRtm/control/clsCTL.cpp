@@ -1,6 +1,6 @@
-#include "tsRtm/fields/clsCTL.hpp"
+#include "tsRtm/control/clsCTL.hpp"
 
-#include "tsRtm/fields/clsControl.hpp"
+#include "tsRtm/control/clsControl.hpp"
 #include "tsRtm/frame/FilesTopic.hpp"
 #include "tsRtm/frame/runtime/Folders.hpp"
 

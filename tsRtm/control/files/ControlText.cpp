@@ -1,4 +1,4 @@
-#include "tsRtm/fields/ControlText.hpp"
+#include "tsRtm/control/files/ControlText.hpp"
 
 #include <algorithm>
 

@@ -1,11 +1,11 @@
-#include "tsRtm/fields/clsControl.hpp"
+#include "tsRtm/control/clsControl.hpp"
 
 #include <algorithm>
 
-#include "tsRtm/fields/ControlMessages.hpp"
-#include "tsRtm/fields/ControlReader.hpp"
-#include "tsRtm/fields/ControlWriter.hpp"
-#include "tsRtm/fields/clsMasken.hpp"
+#include "tsRtm/control/clsMasken.hpp"
+#include "tsRtm/control/files/ControlMessages.hpp"
+#include "tsRtm/control/files/ControlReader.hpp"
+#include "tsRtm/control/files/ControlWriter.hpp"
 #include "tsRtm/frame/FilesTopic.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/frame/runtime/Folders.hpp"

@@ -1,8 +1,8 @@
-#include "tsRtm/fields/clsMasken.hpp"
+#include "tsRtm/control/clsMasken.hpp"
 
 #include <algorithm>
 
-#include "tsRtm/fields/clsControl.hpp"
+#include "tsRtm/control/clsControl.hpp"
 #include "tsRtm/frame/FilesTopic.hpp"
 #include "tsRtm/frame/runtime/Folders.hpp"
 

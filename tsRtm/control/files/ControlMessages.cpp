@@ -1,4 +1,4 @@
-#include "tsRtm/fields/ControlMessages.hpp"
+#include "tsRtm/control/files/ControlMessages.hpp"
 
 #include "tsRtm/fields/ControlContent.hpp"
 #include "tsRtm/frame/FilesTopic.hpp"

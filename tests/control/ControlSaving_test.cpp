@@ -1,9 +1,9 @@
 // Writing structure files.
 #include <gtest/gtest.h>
 
-#include "tests/fields/FieldsTest.hpp"
+#include "tests/control/ControlTest.hpp"
 #include "tests/support/CrashingFiles.hpp"
-#include "tsRtm/fields/clsMasken.hpp"
+#include "tsRtm/control/clsMasken.hpp"
 #include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm::test {

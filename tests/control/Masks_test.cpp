@@ -1,9 +1,9 @@
 // Masks, files by the name of a database, and references to objects.
 #include <gtest/gtest.h>
 
-#include "tests/fields/FieldsTest.hpp"
-#include "tsRtm/fields/clsCTL.hpp"
-#include "tsRtm/fields/clsMasken.hpp"
+#include "tests/control/ControlTest.hpp"
+#include "tsRtm/control/clsCTL.hpp"
+#include "tsRtm/control/clsMasken.hpp"
 
 namespace tsRtm::test {
 namespace {
