@@ -23,20 +23,21 @@ struct Options {
 };
 
 platform::Settings& store() { return rtmMain::system().settings; }
+platform::SettingsCare& care() { return rtmMain::system().settingsCare; }
 platform::HKeys storesHive(HKeys hive) noexcept {
     return static_cast<platform::HKeys>(static_cast<uint32>(hive));
 }
 
 [[noreturn]] void complain(const char* what, HKeys hive, platform::SystemError error) {
     const bool damaged = error == platform::SystemError::readFault;
-    throw CliError(std::string(what) + " " + toUtf8(store().location(storesHive(hive))) + ": " +
+    throw CliError(std::string(what) + " " + toUtf8(care().location(storesHive(hive))) + ": " +
                    (damaged ? "it is damaged; its values are kept as they are until you put it away"
                             : systemErrorText(error)));
 }
 
 // The library goes on with defaults where a store cannot be read; whoever looks wants to know.
 void needReadable(HKeys hive) {
-    if (const auto error = store().check(storesHive(hive)); failed(error))
+    if (const auto error = care().check(storesHive(hive)); failed(error))
         complain("cannot read", hive, error);
 }
 

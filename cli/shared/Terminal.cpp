@@ -14,29 +14,21 @@
 namespace tsRtm::cli {
 namespace {
 
-// Messages of the library with nobody to ask; the machine is heard all the same.
-class Notes final : public platform::UserInterface {
+// Messages of the library with nobody to ask.
+class Notes final : public platform::Dialogs {
  public:
-    explicit Notes(platform::UserInterface& machine) : machine_(machine) {}
     int32 show(const platform::MessageBox& box) override {
         const std::string text = oneLine(box.body);
         if (told_.insert(text).second) std::cerr << "tsrtm: note: " << text << '\n';
         return platform::safeAnswer(box);
     }
+    std::optional<platform::DialogAnswer> showTaskDialog(const platform::TaskDialog& dialog,
+                                                         const platform::DialogListener& tell) override {
+        return showPlainly(*this, dialog, tell);
+    }
     bool attended() override { return false; }
     void openLink(TextView) override {}
-    void showMessageWindow(TextView) override {}
-    void hideMessageWindow() override {}
-    void status(TextView) override {}
-    void processEvents() override {
-        machine_.onNotice = onNotice;
-        machine_.processEvents();
-    }
-    void beep() override {}
     int32 comCtlVersion() override { return 580; }
-    Text systemCaption(int32) override { return {}; }
-    Text keyName(int32) override { return {}; }
-    bool hearsNotices() override { return machine_.hearsNotices(); }
 
  private:
     static std::string oneLine(TextView text) {
@@ -47,7 +39,6 @@ class Notes final : public platform::UserInterface {
         return printable(trim(line));
     }
 
-    platform::UserInterface& machine_;
     std::set<std::string> told_;
 };
 
@@ -85,10 +76,19 @@ std::size_t displayWidth(std::string_view utf8) noexcept {
 
 void startLibrary() {
     auto& machine = rtmMain::defaultGround();
-    static Notes notes(machine.ui);
-    static platform::Platform ground{machine.files,    machine.clock,  machine.locale,
-                                     machine.settings, machine.system, canAsk() ? machine.ui : notes,
-                                     machine.random};
+    static Notes notes;
+    static platform::Platform ground{.files = machine.files,
+                                     .clock = machine.clock,
+                                     .locale = machine.locale,
+                                     .settings = machine.settings,
+                                     .settingsCare = machine.settingsCare,
+                                     .system = machine.system,
+                                     .user = machine.user,
+                                     .screen = machine.screen,
+                                     .ui = machine.ui,
+                                     .dialogs = canAsk() ? machine.dialogs : notes,
+                                     .texts = machine.texts,
+                                     .random = machine.random};
     rtmMain::Main(ground);
     if (errorIsTerminal()) rtmMain::state().messageLine = std::make_shared<StatusLine>();
 }

@@ -22,13 +22,7 @@ class MultiUser : public testing::TestWithParam<int32> {
     TempFolder temp;
     TestGround ground;
     // The clock of this machine: real processes wait for each other.
-    platform::Platform real{platform::posixPlatform().files,
-                            platform::posixPlatform().clock,
-                            ground.locale,
-                            ground.settings,
-                            ground.system,
-                            ground.ui,
-                            ground.random};
+    platform::Platform real = ground.on(platform::posixPlatform().files, platform::posixPlatform().clock);
     Text folder = temp.name(u"Konten");
 
     void SetUp() override {

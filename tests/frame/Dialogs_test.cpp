@@ -171,10 +171,10 @@ TEST_F(Dialogs, AListenerMayCloseAndFailuresAnswerZero) {
     // A ground without task dialogs asks the same in a plain box.
     ui.answers = {1};
     int32 told = 0;
-    const auto answer = ui.UserInterface::showTaskDialog(
-        dialog.Configuration(), [&](DialogNotice, int32 value, TextView) { return told = value; });
+    const auto answer = platform::showPlainly(
+        ui, dialog.Configuration(), [&](DialogNotice, int32 value, TextView) { return told = value; });
     EXPECT_EQ(ui.boxes.back().body, u"Warte\r\r");
-    EXPECT_EQ(std::pair(answer->button, told), std::pair(1, 1));
+    EXPECT_EQ(std::pair(answer.button, told), std::pair(1, 1));
 
     const auto failing = dialog.Created.connect([] { raise(5, u"Anwendung", u"x"); });
     EXPECT_THROW(dialog.Show(), Failure);

@@ -235,7 +235,7 @@ TEST_F(Start, NoticesRefreshWhatTheyConcern) {
     clsCommon().Debugging(true);
     using platform::Notice;
     ground.locale.items[platform::LocaleItem::dateMark] = u"-";
-    ground.system.metrics.fullX = 800;
+    ground.system.screen.fullX = 800;
     for (const auto& [notice, parameter, line, dateMark, width] :
          {std::tuple{Notice::sysColorChange, 1, u"SysColorChange 1", u".", 1920},
           {Notice::settingChange, 7, u"SettingChange 7", u".", 1920},
@@ -251,7 +251,7 @@ TEST_F(Start, NoticesRefreshWhatTheyConcern) {
         EXPECT_EQ(toUtf8(log().back()), toUtf8(line));
         EXPECT_EQ(state().locale.sepDate, dateMark) << toUtf8(line);
         EXPECT_EQ(clsCommon().DisplaySpalten(), width) << toUtf8(line);
-        if (width == 800) ground.system.metrics.fullX = 1024;
+        if (width == 800) ground.system.screen.fullX = 1024;
     }
     files.put(logName, "");
     ground.ui.onNotice(Notice::destroyed, 0);

@@ -92,7 +92,7 @@ TEST_F(Common, WhatIsAskedOnceAndWhatEachTime) {
     EXPECT_EQ(common.TempDir(), u"/tmp/");
     EXPECT_EQ(common.RTMApp()->Name() + u" " + common.RTMApp()->Path(), u"Anwendung.exe /opt/host");
 
-    ground.system.metrics.workLeft = 60;
+    ground.system.screen.workLeft = 60;
     ground.system.workAreas[5] = {1920, 0, 3200, 1024};
     const auto area = [](int32 window) {
         const auto [left, top, right, bottom] = rtmMain::WorkArea(window);

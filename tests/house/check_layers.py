@@ -3,7 +3,8 @@
 
 Rules: a room of the library includes itself and what the table of rooms (tsRtm/rooms.txt) lets it see, which is never
 what stands below it there; a header at the top of a room is public, includes only such, and is reached from tsRtm.hpp; a
-header in a sub-room is internal; a group of the tool's commands includes itself and the shared parts; only the POSIX ground
+header in a sub-room is internal; an interface of the seam has few calls, all of them pure; a group of the tool's commands
+includes itself and the shared parts; only the POSIX ground
 talks to the operating system; a file is at most 600 lines long, holds no tabs, and a header says #pragma once.
 """
 import pathlib
@@ -18,6 +19,7 @@ GROUND = "platform/posix"  # includes types, the seam and the system
 # Tables may be longer than a file that one reads.
 LONG_TABLES = set()
 MAX_LINES = 600
+MAX_CALLS = 8  # of an interface of the seam
 
 SYSTEM_HEADERS = re.compile(
     r"^\s*#\s*include\s*<(unistd\.h|fcntl\.h|sys/.*|fstream|filesystem|ctime|time\.h|locale|locale\.h|clocale)>")
@@ -120,6 +122,22 @@ def check_group(name, text):
                 yield number, f"group: {own} may not include {include.group(1)}"
 
 
+def check_seam(text):
+    """Complaints about the interfaces of a header of the seam: too many calls, or a call that a ground may forget."""
+    name, calls = "", 0
+    for number, line in enumerate(without_comments(text).splitlines(), 1):
+        begin = re.match(r"(?:class|struct) (\w+)", line)
+        if begin:
+            name, calls = begin.group(1), 0
+        if not re.search(r"\bvirtual\b(?!\s*~)", line):
+            continue
+        calls += 1
+        if calls == MAX_CALLS + 1:
+            yield number, f"{name} has more than {MAX_CALLS} calls: split it"
+        if "{" in line:
+            yield number, f"{name}: a call with a body hides that a ground lacks it"
+
+
 def check_shape(name, text):
     """Complaints about the shape of any source file."""
     lines = text.splitlines()
@@ -144,6 +162,7 @@ def check(root):
             found = list(check_shape(name, text))
             if folder == "tsRtm":
                 found += check_room(root, sees, name, text)
+                found += check_seam(text) if room_of(name) == "platform" else []
             if folder == "cli" and name.count("/") > 1:
                 found += check_group(name, text)
             complaints += [f"{name}:{number}: {message}" for number, message in found]
@@ -196,6 +215,12 @@ CASES = [
      None),
     ("other group", {"cli/db/A.cpp": '#include "cli/tab/B.hpp"\n'}, "group: cli/db"),
     ("shared to a group", {"cli/shared/A.hpp": '#pragma once\n#include "cli/db/B.hpp"\n'}, "group: cli/shared"),
+    ("many calls", {"tsRtm/platform/A.hpp": "#pragma once\nclass A {\n    virtual ~A() = default;\n" +
+                    "    virtual void f() = 0;\n" * 9 + "};\n"}, "more than 8 calls"),
+    ("two with eight", {"tsRtm/platform/A.hpp": "#pragma once\n" +
+                        ("class A {\n" + "    virtual void f() = 0;\n" * 8 + "};\n") * 2}, None),
+    ("hidden call", {"tsRtm/platform/A.hpp": "#pragma once\nclass A {\n    virtual bool f() { return false; }\n};\n"},
+     "hides that a ground lacks it"),
     ("system header", {"tsRtm/types/A.cpp": "#include <sys/stat.h>\n"}, "system header"),
     ("streams", {"tsRtm/frame/A.cpp": "#include <fstream>\n"}, "system header"),
     ("clock", {"tsRtm/database/A.cpp": "auto t = std::chrono::steady_clock::now();\n"}, "system call"),

@@ -131,17 +131,17 @@ TEST(PosixSystem, MachineFolderIsTheCommonOneOfTheListedFolders) {
 
 TEST(PosixSystem, AccessMasksAskTheRightRights) {
     TempFolder temp;
-    auto& system = posixPlatform().system;
+    auto& user = posixPlatform().user;
     std::ofstream(temp.path() / "frei") << "x";
     std::ofstream(temp.path() / "fest") << "x";
     fs::permissions(temp.path() / "fest", fs::perms::owner_read);
     for (const int32 mask : {1, 2, 4, 64, 70, 0x120089, 0x120116}) {
-        EXPECT_TRUE(system.checkAccess(temp.name(), mask)) << mask;
-        EXPECT_FALSE(system.checkAccess(temp.name(u"fehlt"), mask)) << mask;
+        EXPECT_TRUE(user.checkAccess(temp.name(), mask)) << mask;
+        EXPECT_FALSE(user.checkAccess(temp.name(u"fehlt"), mask)) << mask;
     }
-    EXPECT_TRUE(system.checkAccess(temp.name(u"FREI"), 0x120116));
-    EXPECT_TRUE(system.checkAccess(temp.name(u"fest"), 0x120089));
-    EXPECT_FALSE(system.checkAccess(temp.name(u"fest"), 0x120116));
+    EXPECT_TRUE(user.checkAccess(temp.name(u"FREI"), 0x120116));
+    EXPECT_TRUE(user.checkAccess(temp.name(u"fest"), 0x120089));
+    EXPECT_FALSE(user.checkAccess(temp.name(u"fest"), 0x120116));
 }
 
 TEST(PosixSystem, TellsTheHostAndTheVolume) {
@@ -149,7 +149,7 @@ TEST(PosixSystem, TellsTheHostAndTheVolume) {
     EXPECT_TRUE(system.hostPath().ends_with(u"/test_platform")) << toUtf8(system.hostPath());
     EXPECT_EQ(system.volumeInfo(u"/proc").maxComponent, 255);
     EXPECT_NE(system.volumeInfo(u"").fileSystem, u"");
-    EXPECT_NE(system.userName(), u"");
+    EXPECT_NE(posixPlatform().user.userName(), u"");
     EXPECT_EQ(posixPlatform().files.driveKind(u"/proc"), DriveKind::unknown);
 }
 

@@ -36,7 +36,7 @@ class SettingsContract : public testing::Test {
     void keep(HKeys hive, TextView key, TextView name, TextView value) {
         ASSERT_EQ(store().set(hive, key, name, value), SystemError::none);
     }
-    Settings& store() { return ground_.settings; }
+    auto& store() { return ground_.settings; }
 
  private:
     Ground ground_;
@@ -114,7 +114,7 @@ class SettingsOnDisk : public testing::Test {
         bytes << std::ifstream(userFile(), std::ios::binary).rdbuf();
         return bytes.str();
     }
-    void expectNothingReadable(Settings& settings, SystemError why) const {
+    void expectNothingReadable(posix::PosixSettings& settings, SystemError why) const {
         EXPECT_EQ(settings.get(kUser, kRoot, u"Debug"), std::nullopt);
         EXPECT_TRUE(settings.names(kUser, kRoot).empty());
         EXPECT_TRUE(settings.keys(kUser, kRoot).empty());

@@ -64,7 +64,7 @@ class TestLocale final : public platform::LocaleValues {
 };
 
 // A settings store in memory.
-class TestSettings final : public platform::Settings {
+class TestSettings final : public platform::Settings, public platform::SettingsCare {
  public:
     std::optional<Text> get(platform::HKeys hive, TextView key, TextView name) override;
     [[nodiscard]] platform::SystemError set(platform::HKeys hive, TextView key, TextView name,
@@ -99,7 +99,7 @@ class TestSettings final : public platform::Settings {
 };
 
 // A machine whose every answer is a field.
-class TestSystem final : public platform::SystemInfo {
+class TestSystem final : public platform::SystemInfo, public platform::UserInfo, public platform::Screen {
  public:
     platform::OsVersion osVersion() override { return os; }
     platform::Processor processor() override { return cpu; }
@@ -109,7 +109,7 @@ class TestSystem final : public platform::SystemInfo {
     bool isRemoteSession() override { return remote; }
     Text hostPath() override { return host; }
     platform::VolumeInfo volumeInfo(TextView root) override;
-    platform::ScreenMetrics screen() override { return metrics; }
+    platform::ScreenMetrics metrics() override { return screen; }
     platform::PixelArea workAreaOf(int32 window) override { return workAreas[window]; }
     Text folder(platform::FolderId id, bool create) override;
     Text tempFolder() override { return temp; }
@@ -126,7 +126,7 @@ class TestSystem final : public platform::SystemInfo {
     Text host = u"/opt/host/Anwendung.exe";
     platform::VolumeInfo volume{u"ext4", 255};
     std::vector<Text> volumesAsked;
-    platform::ScreenMetrics metrics;
+    platform::ScreenMetrics screen;
     std::map<int32, platform::PixelArea> workAreas;      // by window
     std::map<platform::FolderId, Text> folders;          // there
     std::map<platform::FolderId, Text> foldersWhenMade;  // not there, but can be made
@@ -137,7 +137,9 @@ class TestSystem final : public platform::SystemInfo {
 };
 
 // A user who follows a script and whose screen is recorded.
-class ScriptedUi final : public platform::UserInterface {
+class ScriptedUi final : public platform::UserInterface,
+                         public platform::Dialogs,
+                         public platform::SystemTexts {
  public:
     // The next scripted answer, else the default answer; without both the test fails and the box throws.
     int32 show(const platform::MessageBox& box) override;
@@ -232,8 +234,10 @@ struct TestGround {
     ScriptedUi ui;
     TestRandom random;
 
-    platform::Platform on(platform::FileSystem& files) {
-        return {files, clock, locale, settings, system, ui, random};
+    platform::Platform on(platform::FileSystem& files) { return on(files, clock); }
+    // With another clock: real processes that wait for each other need that of the machine.
+    platform::Platform on(platform::FileSystem& files, platform::Clock& otherClock) {
+        return {files, otherClock, locale, settings, settings, system, system, system, ui, ui, ui, random};
     }
 };
 

@@ -174,13 +174,7 @@ class SharedFile : public testing::TestWithParam<bool> {
  protected:
     TempFolder temp;
     TestGround ground;
-    platform::Platform real{platform::posixPlatform().files,
-                            platform::posixPlatform().clock,
-                            ground.locale,
-                            ground.settings,
-                            ground.system,
-                            ground.ui,
-                            ground.random};
+    platform::Platform real = ground.on(platform::posixPlatform().files, platform::posixPlatform().clock);
     const Text name = temp.name(u"Tabelle.tab");
 
     void SetUp() override { rtmMain::TEST_restart(real); }

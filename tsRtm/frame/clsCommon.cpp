@@ -63,12 +63,12 @@ bool clsCommon::IsWin64() const { return ground().is64Bit(); }
 
 bool clsCommon::IsUserAdmin() const {
     if (OSTyp() != ntFamily) return true;
-    return state().os.major >= 5 && ground().isUserAdmin();
+    return state().os.major >= 5 && rtmMain::system().user.isUserAdmin();
 }
 
 TOKEN_ELEVATION_TYPE clsCommon::ElevationType() const {
     if (OSTyp() != ntFamily || state().os.major < 6) return TokenElevationTypeDefault;
-    return static_cast<TOKEN_ELEVATION_TYPE>(ground().elevationType());
+    return static_cast<TOKEN_ELEVATION_TYPE>(rtmMain::system().user.elevationType());
 }
 
 int32 clsCommon::Prozessor() const { return state().processor.type; }

@@ -63,7 +63,7 @@ int32 barWidthFor(int32 toolbarSize) noexcept {
 
 clsTSOptions::clsTSOptions() {
     rtmMain::ensureStarted();
-    const bool forAllUsers = modernSystem() && !rtmMain::system().system.isRemoteSession();
+    const bool forAllUsers = modernSystem() && !rtmMain::system().user.isRemoteSession();
     machineHive_ = forAllUsers ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
 }
 

@@ -45,6 +45,12 @@ class Settings {
 
     // Whether the user has the right to read, or to write, at this key or where it would be made.
     virtual bool mayAccess(HKeys hive, TextView key, bool write) = 0;
+};
+
+// For those who look after the store.
+class SettingsCare {
+ public:
+    virtual ~SettingsCare() = default;
     // Why the hive reads as empty; none for a sound one and for one in which nothing was stored yet.
     [[nodiscard]] virtual SystemError check(HKeys hive) = 0;
     // Where people find the hive: a file's name, for instance.

@@ -123,7 +123,7 @@ TEST_F(Options, StoredTextsReadByKindAndWithinLimits) {
 
 TEST_F(Options, ToolbarGrowsWithTheResolution) {
     for (const auto& [twips, pixels] : {std::pair{9, 64}, {10, 48}, {11, 48}, {12, 32}, {14, 32}, {15, 16}}) {
-        ground.system.metrics.twipsPerPixelX = twips;
+        ground.system.screen.twipsPerPixelX = twips;
         restart();
         EXPECT_EQ(clsTSOptions().ToolbarSize(), pixels) << twips;
         EXPECT_EQ(clsTSOptions().ExpressBarWidth(), pixels * twips * 3 / 2 + 10 * twips + 300) << twips;

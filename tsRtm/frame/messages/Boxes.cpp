@@ -16,8 +16,8 @@ constexpr int32 answerYes = 6;
 
 int32 Messages::TSMsgBox(TextView Prompt, int32 Buttons, const Variant& Titel, TextView Helpfile,
                          int32 Context) {
-    auto& ui = rtmMain::system().ui;
-    if (ui.comCtlVersion() >= richDialogs) {
+    auto& dialogs = rtmMain::system().dialogs;
+    if (dialogs.comCtlVersion() >= richDialogs) {
         platform::TaskDialog dialog;
         setPrompt(dialog, Prompt, Buttons, Titel);
         dialog.helpFile = Helpfile;
@@ -32,7 +32,7 @@ int32 Messages::TSMsgBox(TextView Prompt, int32 Buttons, const Variant& Titel, T
         box.helpContext = Context;
     }
     box.parent = rtmMain::state().appHWnd;
-    const int32 answer = ui.show(box);
+    const int32 answer = dialogs.show(box);
     logUnattended(box.body, answer);
     return answer;
 }

@@ -30,7 +30,7 @@ int32 defaultButton(const std::vector<int32>& offered, int32 buttons) {
 }
 
 void logUnattended(TextView text, int32 answer) {
-    if (rtmMain::system().ui.attended()) return;
+    if (rtmMain::system().dialogs.attended()) return;
     Text line(text);
     for (char16_t& c : line)
         if (c == u'\r' || c == u'\n') c = u' ';

@@ -47,7 +47,7 @@ Text properCase(TextView name) {
 
 Text systemCaption(int32 number) noexcept {
     try {
-        return rtmMain::CutAtNul(rtmMain::system().ui.systemCaption(number));
+        return rtmMain::CutAtNul(rtmMain::system().texts.systemCaption(number));
     } catch (...) {
         return {};
     }
@@ -139,7 +139,7 @@ void Messages::fillKeyNames() {
     for (std::size_t i = 0; i < names.size(); ++i) {
         const auto& row = keyTable()[i];
         if (row.virtualKey != noVirtualKey)
-            names[i] = properCase(rtmMain::system().ui.keyName(row.virtualKey));
+            names[i] = properCase(rtmMain::system().texts.keyName(row.virtualKey));
         if (names[i].empty()) names[i] = row.name;
     }
 }
@@ -155,7 +155,7 @@ Text Messages::KeyNames(int32 KeyNumber) {
 bool Messages::systemCaptionsAllowed() {
     if (systemCaptions_) return *systemCaptions_;
     auto& allowed = systemCaptions_.emplace(false);
-    if (!rtmMain::system().ui.hasSystemCaptions()) return allowed;
+    if (!rtmMain::system().texts.hasSystemCaptions()) return allowed;
     const Text option = rtmMain::RegRaw(platform::HKeys::currentUser, rootKey, captionOption);
     allowed = rtmMain::SwitchValue(option) == 0;
     if (allowed && option.empty() && rtmMain::state().os.platformId == ntFamily && osVersion() >= vista) {

@@ -77,9 +77,9 @@ void Messages::setButtons(platform::TaskDialog& dialog, int32 buttons) {
 std::optional<platform::DialogAnswer> showDialog(platform::TaskDialog& dialog,
                                                  const platform::DialogListener& listener) {
     dialog.parent = rtmMain::state().appHWnd;
-    const auto answer =
-        rtmMain::system().ui.showTaskDialog(dialog, [&](DialogNotice notice, int32 value, TextView link) {
-            if (notice == DialogNotice::hyperlink) rtmMain::system().ui.openLink(link);
+    const auto answer = rtmMain::system().dialogs.showTaskDialog(
+        dialog, [&](DialogNotice notice, int32 value, TextView link) {
+            if (notice == DialogNotice::hyperlink) rtmMain::system().dialogs.openLink(link);
             return listener(notice, value, link);
         });
     logUnattended(dialog.headline + u" " + dialog.body, answer ? answer->button : 0);

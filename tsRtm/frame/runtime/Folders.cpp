@@ -74,7 +74,7 @@ bool EnsureFolder(TextView path) {
 
 // The type of the object tells a file from other things of a system; all that is asked for here are files.
 bool CheckAccess(TextView path, int32, int32 mask) {
-    return state().os.platformId != ntFamily || system().system.checkAccess(path, mask);
+    return state().os.platformId != ntFamily || system().user.checkAccess(path, mask);
 }
 
 }  // namespace tsRtm::rtmMain

@@ -51,7 +51,7 @@ void ReadLocaleInfos() {
 }
 
 void ReadSystemMetrics() {
-    ScreenBlock block{system().system.screen()};
+    ScreenBlock block{system().screen.metrics()};
     block.frameXTwips = (block.edgeX + block.borderX) * block.twipsPerPixelX;
     block.frameYTwips = (block.edgeY + block.borderY) * block.twipsPerPixelY;
     block.virtualLeftTwips = block.virtualLeft * block.twipsPerPixelX;
@@ -62,10 +62,10 @@ void ReadSystemMetrics() {
 }
 
 Rectangle WorkArea(int32 windowHandle) {
-    auto& ground = system().system;
+    auto& ground = system().screen;
     auto area = windowHandle == 0 ? platform::PixelArea{} : ground.workAreaOf(windowHandle);
     if (area.right - area.left < 1) {
-        const auto primary = ground.screen();
+        const auto primary = ground.metrics();
         area = {primary.workLeft, primary.workTop, primary.workRight, primary.workBottom};
     }
     const auto& screen = state().screen;

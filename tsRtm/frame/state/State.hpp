@@ -5,6 +5,7 @@
 // locale block, the screen block and the currency cache change later, on a notice of the system.
 #include <memory>
 
+#include "tsRtm/platform/Screen.hpp"
 #include "tsRtm/platform/SystemInfo.hpp"
 #include "tsRtm/types/Text.hpp"
 #include "tsRtm/types/Variant.hpp"

@@ -4,6 +4,8 @@
 #include <optional>
 #include <string>
 
+#include "tsRtm/platform/Dialogs.hpp"
+#include "tsRtm/platform/SystemTexts.hpp"
 #include "tsRtm/platform/UserInterface.hpp"
 #include "tsRtm/platform/posix/PosixNotices.hpp"
 
@@ -16,7 +18,7 @@ namespace tsRtm::platform::posix {
 // A task dialog is asked in the same way, part by part: its options, its buttons, its box to tick. At the
 // buttons
 // "?" asks for help, "+" shows the expanded text, and "@2" opens the second of its links, which is printed.
-class ConsoleUserInterface final : public UserInterface {
+class ConsoleUserInterface final : public UserInterface, public Dialogs, public SystemTexts {
  public:
     // The streams and the notices outlive the object. `terminal`: somebody sits at both. Without notices
     // nothing is heard of the system; what happened is told in processEvents.
@@ -32,6 +34,7 @@ class ConsoleUserInterface final : public UserInterface {
     void processEvents() override;
     void beep() override;
     int32 comCtlVersion() override { return 580; }
+    bool hasSystemCaptions() override { return false; }
     Text systemCaption(int32) override { return {}; }
     Text keyName(int32) override { return {}; }
     bool hearsNotices() override { return notices_ && notices_->hears(); }

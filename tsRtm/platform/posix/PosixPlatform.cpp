@@ -25,7 +25,7 @@ struct Ground {
     posix::PosixNotices notices{locale};
     posix::ConsoleUserInterface ui{std::cin, std::cerr, posix::atTerminal(), &notices};
     posix::PosixRandom random;
-    Platform platform{files, clock, locale, settings, system, ui, random};
+    Platform platform{files, clock, locale, settings, settings, system, system, system, ui, ui, ui, random};
 };
 
 }  // namespace

@@ -16,7 +16,7 @@ namespace tsRtm::platform::posix {
 // or put it away; the next write then makes a new one. A program that died while it wrote leaves a journal
 // beside the file, by which the next reader that may write undoes the half write; one that may not write
 // reads nothing until then.
-class PosixSettings final : public Settings {
+class PosixSettings final : public Settings, public SettingsCare {
  public:
     static constexpr std::chrono::milliseconds kPatience{3000};
 
