@@ -26,6 +26,7 @@ bool clsTSDB::LockDB(bool Modus) {
         e.d.locks.unlockExplicitly();
         return true;
     }
+    if (e.d.folder.shared && e.d.folder.readOnly) return e.fail(DatabaseError::readOnly);
     if (const auto error = e.d.locks.lockExplicitly(); failed(error)) return e.fail(error);
     // Who holds the lock reads without looking whether others write: what one of them left is mended first.
     if (e.d.folder.shared && e.d.store) {
@@ -38,6 +39,7 @@ bool clsTSDB::LockDB(bool Modus) {
 bool clsTSDB::Sperren(int32 Satznummer, int32 Warten) {
     auto& e = *engine_;
     if (!e.d.store || !e.d.store.reaches(Satznummer)) return e.fail(DatabaseError::badRecord);
+    if (e.d.folder.readOnly && e.d.remote()) return e.fail(DatabaseError::locked);
     if (e.d.locks.owns(Satznummer)) return false;
     if (const auto error = e.d.locks.lockRecord(Satznummer, Warten); failed(error)) return e.fail(error);
     if (!e.keineEreignisse) RecordChange(Satznummer);

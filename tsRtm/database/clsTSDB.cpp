@@ -98,9 +98,14 @@ bool clsTSDB::openFiles() {
     auto& d = e.d;
     auto& folder = d.folder;
     const auto open = [&] { d.opened.count = folder.open(u"Count.tsd", folder.shared); };
+    const bool onShare =
+        folder.shared && rtmMain::system().files.driveKind(folder.name) == platform::DriveKind::remote;
+    // Nothing is made for a reader.
+    folder.filesWritable = !folder.readOnly || (onShare && FilesTopic::Exist(folder.path(u"Count.tsd")));
     open();
-    if (d.opened.count == 0 && !folder.readOnly) {
+    if (d.opened.count == 0 && folder.filesWritable) {
         folder.readOnly = true;
+        folder.filesWritable = false;
         open();
     }
     if (d.opened.count == 0) {
@@ -111,10 +116,12 @@ bool clsTSDB::openFiles() {
     d.count = CountFile(folder.files.file(d.opened.count));
     if (folder.shared && !folder.readOnly && refusesLocks()) return e.fail(DatabaseError::locked);
     const auto dataFile = recoverData(d);
+    if (folder.readOnly && !FilesTopic::Exist(folder.path(u"Data.tsd"))) folder.filesWritable = false;
     if (dataFile == DataFile::lost) return e.fail(DatabaseError::locked);
     if (dataFile == DataFile::recovered) d.count.mark();
     openChanges();
-    d.opened.data = folder.files.OpenBinaryAPI(folder.path(u"Data.tsd"), folder.readOnly, folder.shared);
+    d.opened.data =
+        folder.files.OpenBinaryAPI(folder.path(u"Data.tsd"), !folder.filesWritable, folder.shared);
     if (d.opened.data == 0) return e.fail(DatabaseError::locked);
     d.store = RecordStore(folder.files.handleFile(d.opened.data), d.layout, folder.shared);
     d.refreshCount();
@@ -122,9 +129,9 @@ bool clsTSDB::openFiles() {
     return true;
 }
 
-// A reader of a database in which nobody of ours ever wrote goes without.
 void clsTSDB::openChanges() {
     auto& d = engine_->d;
+    // A reader of a database in which nobody of ours ever wrote goes without.
     if (d.folder.readOnly && !FilesTopic::Exist(d.folder.path(ChangeCount::kFileName))) return;
     d.opened.changes = d.folder.open(ChangeCount::kFileName, true);
     if (d.opened.changes == 0) return;

@@ -4,6 +4,7 @@
 //   from            what
 //   0               data, and the locks that the file formats define, also behind the end of the file
 //   2^61            one byte, tried by probeLocks()
+//   2^61 + 1        one byte, the gate before the database lock on a share
 //   2^62            one byte, the share mode: held shared by every opening, exclusively by an exclusive one
 //   2^62 + 2^61     signs: byte kSigns + n is held shared by an opening that shows the number n
 //
@@ -22,6 +23,7 @@ struct ByteRange {
 namespace lockRanges {
 
 inline constexpr ByteRange kProbe{uint64{1} << 61, 1};
+inline constexpr ByteRange kGate{(uint64{1} << 61) + 1, 1};
 inline constexpr uint64 kReservedFrom = uint64{1} << 62;
 inline constexpr ByteRange kShareMode{kReservedFrom, 1};
 inline constexpr uint64 kSigns = kReservedFrom + (uint64{1} << 61);

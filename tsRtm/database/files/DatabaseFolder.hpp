@@ -15,11 +15,14 @@ struct DatabaseFolder {
     FilesTopic& files;
     Text name;  // as given, with ".DBD"
     bool readOnly = false;
+    // A reader's files, too, are opened for writing on a share where he may: only so can he lock, and pass
+    // what a client's cache remembers.
+    bool filesWritable = true;
     bool shared = true;
     bool sensible = false;  // what is deleted is overwritten first
 
     MessagesTopic& messages() const { return files.messages(); }
-    int32 modus() const noexcept { return readOnly ? kModusReadOnly : kModusReadWrite; }
+    int32 modus() const noexcept { return filesWritable ? kModusReadWrite : kModusReadOnly; }
     Text path(TextView file) const;
     // Opens a file of the directory in the mode of the database; waits NetWait seconds in silence. 0 where it
     // cannot be opened.

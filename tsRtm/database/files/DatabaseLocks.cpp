@@ -19,23 +19,33 @@ bool heldByOther(platform::File& file, platform::ByteRange range) {
 
 DatabaseError DatabaseLocks::lockDatabase(Wait wait) {
     if (!folder_.shared) return DatabaseError::none;
-    if (folder_.readOnly) return DatabaseError::readOnly;
+    if (!folder_.filesWritable) return DatabaseError::readOnly;
     // A handler that runs inside our own wait cannot have what we are waiting for.
     if (!count_ || waiting_) return DatabaseError::locked;
-    if (depth_ == 0 && wait == Wait::never) {
-        if (platform::failed(count_.file().tryLock(kDatabaseByte))) return DatabaseError::locked;
-    } else if (depth_ == 0) {
-        waiting_ = true;
-        const LockRequest request{countFormat::kDatabaseLock, wait == Wait::asks ? 1 : -1, true};
-        const int32 error = lockWithWait(folder_.messages(), count_.file(), request);
-        waiting_ = false;
-        if (error != 0) return DatabaseError::locked;
-    }
+    if (depth_ == 0 && !won(wait)) return DatabaseError::locked;
     ++depth_;
     if (depth_ > 1 || guard_.entered()) return DatabaseError::none;
     depth_ = 0;
     static_cast<void>(count_.file().unlock(kDatabaseByte));
     return DatabaseError::locked;
+}
+
+bool DatabaseLocks::won(Wait wait) {
+    auto& file = count_.file();
+    if (wait == Wait::never) return !platform::failed(file.tryLock(kDatabaseByte));
+    struct Waiting {
+        bool& flag;
+        ShareGuard& guard;
+        explicit Waiting(bool& f, ShareGuard& g) : flag(f), guard(g) { flag = true; }
+        ~Waiting() {
+            flag = false;
+            guard.leaveGate();
+        }
+    } waiting(waiting_, guard_);
+    const LockRequest request{countFormat::kDatabaseLock, wait == Wait::asks ? 1 : -1, true};
+    std::function<bool()> gate;
+    if (guard_.needed()) gate = [this] { return guard_.gate(); };
+    return lockWithWait(folder_.messages(), file, request, gate) == 0;
 }
 
 void DatabaseLocks::unlockDatabase() noexcept {

@@ -49,6 +49,8 @@ class DatabaseLocks {
     void forget() noexcept;
 
  private:
+    bool won(Wait wait);
+
     const DatabaseFolder& folder_;
     CountFile& count_;
     ShareGuard& guard_;

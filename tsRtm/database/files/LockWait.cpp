@@ -39,6 +39,10 @@ Text questionText(MessagesTopic& messages, const platform::File& file, const Loc
     return what + fileText(file) + messages.RtmMsg(kMsgWeiter);
 }
 
+platform::ByteRange byteOf(const LockRequest& request) {
+    return {static_cast<uint64>(request.position - 1), 1};
+}
+
 // Marks the wait for timers, and takes a status line away at its end.
 class Waiting {
  public:
@@ -73,21 +77,24 @@ class Waiting {
 };
 
 // Tries until the lock is won or the wait is over.
-bool won(MessagesTopic& messages, platform::File& file, const LockRequest& request, Waiting& waiting) {
+bool won(MessagesTopic& messages, platform::File& file, const LockRequest& request, Waiting& waiting,
+         const std::function<bool()>& gate) {
     auto& state = rtmMain::state();
     auto& clock = rtmMain::system().clock;
     const auto unit = std::chrono::seconds(state.netWait);
     auto start = clock.elapsed();
+    bool passed = !gate;  // once through it, it is ours
     for (;;) {
-        const auto error = file.tryLock({static_cast<uint64>(request.position - 1), 1});
+        const auto error = !passed && !(passed = gate()) ? platform::SystemError::lockViolation
+                                                         : file.tryLock(byteOf(request));
         if (!failed(error)) return true;
         if (error != platform::SystemError::lockViolation) return false;
         if (state.stopping || state.stopped) return false;
-        const auto passed = clock.elapsed() - start;
-        if (request.wait == 0 && passed >= unit) {
+        const auto waited = clock.elapsed() - start;
+        if (request.wait == 0 && waited >= unit) {
             waiting.show(statusText(messages, file, request));
             start = clock.elapsed();
-        } else if (request.wait != 0 && passed >= unit * std::abs(request.wait)) {
+        } else if (request.wait != 0 && waited >= unit * std::abs(request.wait)) {
             bool goOn = false;
             if (request.wait > 0) messages.Frage(questionText(messages, file, request), goOn);
             if (!goOn) return false;
@@ -99,15 +106,16 @@ bool won(MessagesTopic& messages, platform::File& file, const LockRequest& reque
 
 }  // namespace
 
-int32 lockWithWait(MessagesTopic& messages, platform::File& file, const LockRequest& request) {
+int32 lockWithWait(MessagesTopic& messages, platform::File& file, const LockRequest& request,
+                   const std::function<bool()>& gate) {
     auto& state = rtmMain::state();
     // The common case, without the cost of a wait.
-    if (!failed(file.tryLock({static_cast<uint64>(request.position - 1), 1}))) {
+    if (!gate && !failed(file.tryLock(byteOf(request)))) {
         state.F = kLocked;
         return kLocked;
     }
     Waiting waiting(messages);
-    const bool locked = won(messages, file, request, waiting);
+    const bool locked = won(messages, file, request, waiting, gate);
     state.F = locked ? kLocked : kNotLocked;
     return state.F;
 }

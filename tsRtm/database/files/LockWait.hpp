@@ -1,5 +1,7 @@
 #pragma once
 // Waiting for a lock on one byte of a file, with the system's rules for how long and what is said meanwhile.
+#include <functional>
+
 #include "tsRtm/frame/MessagesTopic.hpp"
 #include "tsRtm/platform/File.hpp"
 
@@ -18,6 +20,9 @@ struct LockRequest {
 // 0 locked, 70 not; the same goes to the last failure number. While it waits, events of the host run, and the
 // state's lockWait tells timers to stay away. Ends with 70 when the library is stopping or the user broke off
 // the wait.
-int32 lockWithWait(MessagesTopic& messages, platform::File& file, const LockRequest& request);
+//
+// `gate` has to let the caller pass before each try, where there is one.
+int32 lockWithWait(MessagesTopic& messages, platform::File& file, const LockRequest& request,
+                   const std::function<bool()>& gate = {});
 
 }  // namespace tsRtm

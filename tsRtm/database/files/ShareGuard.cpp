@@ -19,11 +19,21 @@ void must(platform::SystemError error, const platform::File& file) {
 
 }  // namespace
 
-void ShareGuard::refresh(RefreshAs standing) {
-    const auto renew = [standing](platform::File& file) { static_cast<void>(file.refresh(standing)); };
-    renew(count_.file());
-    if (changes_) renew(changes_.file());
-    if (eachFile) eachFile(renew);
+void ShareGuard::refreshMarks(RefreshAs standing) {
+    static_cast<void>(count_.file().refresh(standing));
+    if (changes_) static_cast<void>(changes_.file().refresh(standing));
+}
+
+void ShareGuard::refreshFiles(RefreshAs standing) {
+    if (eachFile) eachFile([standing](platform::File& file) { static_cast<void>(file.refresh(standing)); });
+}
+
+bool ShareGuard::gate() {
+    return count_.file().tryLock(platform::lockRanges::kGate) != platform::SystemError::lockViolation;
+}
+
+void ShareGuard::leaveGate() noexcept {
+    if (needed()) static_cast<void>(count_.file().unlock(platform::lockRanges::kGate));
 }
 
 bool ShareGuard::entered() {
@@ -32,9 +42,15 @@ bool ShareGuard::entered() {
     const auto start = clock.elapsed();
     for (;;) {
         const auto shown = count_.file().greatestShown(0);
-        refresh(RefreshAs::soleWriter);
+        refreshMarks(RefreshAs::soleWriter);
         entry_ = changes_ ? changes_.value() : 0;
-        if (!shown || !changes_ || shownAs(entry_) >= *shown) return true;
+        if (!shown || !changes_ || shownAs(entry_) >= *shown) {
+            // Nobody wrote since this client was last abreast: what it remembers still holds.
+            const bool abreast = changes_ && known_ == entry_ + 1 && !count_.marked();
+            if (!abreast) refreshFiles(RefreshAs::soleWriter);
+            known_ = entry_ + 1;
+            return true;
+        }
         if (clock.elapsed() - start > std::chrono::seconds(rtmMain::state().netWait)) break;
         clock.sleep(kPause);
     }
@@ -53,6 +69,7 @@ void ShareGuard::leaving() noexcept {
         if (now == entry_) return;
         flushFiles();
         flushMarks();
+        known_ = now + 1;
         // An odd number is that of an update that was given up: its mark tells, not its number.
         static_cast<void>(count_.file().show(shownAs(now - now % 2)));
     } catch (const Failure& failure) {
@@ -74,7 +91,8 @@ uint64 ShareGuard::newest() {
     const auto shown = count_.file().greatestShown(0);
     const uint64 now = shown ? *shown : 0;
     if (now != seen_) {
-        refresh(RefreshAs::reader);
+        refreshMarks(RefreshAs::reader);
+        refreshFiles(RefreshAs::reader);
         seen_ = now;
     }
     return now;

@@ -22,9 +22,17 @@ class ShareGuard {
     std::function<void(const std::function<void(platform::File&)>&)> eachFile;
 
     bool needed() const { return count_ && folder_.shared && count_.file().remote(); }
+    // The gate before the database lock: who wants the lock again has to pass it behind those who wait. False
+    // while somebody else stands in it.
+    [[nodiscard]] bool gate();
+    void leaveGate() noexcept;
     // The database lock was won: from here on nothing comes from a cache. False where what is read stays
     // older than what others have written, and the user was told.
     [[nodiscard]] bool entered();
+    // A file that is opened while the lock is held.
+    void opened(platform::File& file) const {
+        if (needed()) static_cast<void>(file.refresh(platform::RefreshAs::soleWriter));
+    }
     // Before the lock is given back: what was written is on the server, and others can tell.
     void leaving() noexcept;
     // What was written so far is on the server before what comes now: the mark before the indexes, indexes
@@ -32,11 +40,13 @@ class ShareGuard {
     void flushMarks();
     void flushFiles();
 
-    // For a reader: the greatest number that others show; at another one than before the caches are passed.
+    // For a reader who may not lock: the greatest number that others show; at another one than before the
+    // caches are passed.
     uint64 newest();
 
  private:
-    void refresh(platform::RefreshAs standing);
+    void refreshMarks(platform::RefreshAs standing);
+    void refreshFiles(platform::RefreshAs standing);
     // Numbers shown count from 1.
     static uint64 shownAs(uint64 changes) noexcept { return changes + 1; }
 
@@ -44,6 +54,7 @@ class ShareGuard {
     CountFile& count_;
     ChangeCount& changes_;
     uint64 entry_ = 0;  // the number when the lock was won
+    uint64 known_ = 0;  // at this number no cache was behind, plus one; 0 never
     uint64 seen_ = 0;   // by the reader
 };
 

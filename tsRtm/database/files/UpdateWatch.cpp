@@ -62,6 +62,15 @@ bool UpdateWatch::waits(Patience& patience) {
     return true;
 }
 
+void UpdateWatch::healOrGiveUp() {
+    if (!folder_.readOnly) {
+        if (heal) heal();
+        return;
+    }
+    dead_ = look().number;
+    raiseBusy();
+}
+
 void UpdateWatch::raiseBusy() const {
     raise(numberOf(DatabaseError::locked), kFileFailureSource,
           u"Die Indizes von " + folder_.name + u" werden gerade geändert");

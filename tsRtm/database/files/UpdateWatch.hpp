@@ -35,6 +35,8 @@ class UpdateWatch {
     template <class Work>
     auto steady(Work work) {
         if (locks_.alone() || !count_) return work(number());
+        // What a client of a share remembers is no ground for an answer: it is asked for anew under the lock.
+        if (guard_.needed() && folder_.filesWritable) return underLock(work);
         for (Patience patience;;) {
             const Look before = look();
             if (before.quiet) {
@@ -47,12 +49,18 @@ class UpdateWatch {
             }
             if (!waits(patience)) break;
         }
-        const DatabaseHold hold(locks_, DatabaseLocks::Wait::silently);
-        if (!hold) raiseBusy();
-        return work(number());
+        return underLock(work);
     }
 
  private:
+    template <class Work>
+    auto underLock(Work work) {
+        const DatabaseHold hold(locks_, DatabaseLocks::Wait::silently);
+        if (!hold) raiseBusy();
+        if (count_.marked()) healOrGiveUp();
+        return work(number());
+    }
+
     struct Look {
         uint64 number = 0;
         bool quiet = true;
@@ -69,6 +77,8 @@ class UpdateWatch {
     // Until the next attempt; false when patience is at its end.
     bool waits(Patience& patience);
     bool diesOver(const Look& now) const noexcept { return !now.quiet && dead_ == now.number; }
+    // Under the database lock: the update that left its mark is dead.
+    void healOrGiveUp();
     [[noreturn]] void raiseBusy() const;
 
     CountFile& count_;

@@ -53,10 +53,12 @@ void IndexSet::openFile(int32 number) {
     Slot& at = slot(number);
     // The directory may have become that of another database, copied or renamed into the place of ours.
     const auto inPlace = p_.count.file().inPlace();
-    if (inPlace && *inPlace) at.file = p_.folder.open(fileName(number), true);
+    const bool there = !p_.folder.readOnly || FilesTopic::Exist(filePath(number));
+    if (inPlace && *inPlace && there) at.file = p_.folder.open(fileName(number), true);
     // No blank before "kann": the text stands so in logs.
     if (at.file == 0) raise(70, kSource, quotedName(number) + u"kann nicht geöffnet werden");
     auto& file = p_.folder.files.file(at.file);
+    if (p_.locks.alone()) p_.guard.opened(file);
     if (big())
         at.form = std::make_unique<TreeIndex>(file, p_.store, at.keys, p_.folder.readOnly);
     else

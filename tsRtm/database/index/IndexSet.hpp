@@ -25,6 +25,7 @@ class IndexSet {
         UpdateMarks& marks;
         UpdateWatch& watch;
         WorkSign& sign;
+        ShareGuard& guard;
     };
     explicit IndexSet(Parts parts) : p_(parts) {}
     ~IndexSet() { clear(); }

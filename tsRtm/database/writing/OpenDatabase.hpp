@@ -38,7 +38,7 @@ struct OpenDatabase {
     UpdateWatch watch{count, changes, locks, folder, guard};
     WorkSign sign{folder, count, locks};
     ReorganisationLock reorganisation{folder, count, opened.count, locks};
-    IndexSet indexes{{folder, count, store, locks, marks, watch, sign}};
+    IndexSet indexes{{folder, count, store, locks, marks, watch, sign, guard}};
 
     // Every write holds the database lock: a client's cache stands between the files and others.
     bool remote() const { return guard.needed(); }
