@@ -16,6 +16,12 @@ bool allDigits(BytesView bytes) noexcept {
     return std::all_of(bytes.begin(), bytes.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
+void copyStart(const Bytes& sortKey, KeyStart& into) noexcept {
+    const std::size_t count = std::min(sortKey.size(), into.bytes.size());
+    std::memcpy(into.bytes.data(), sortKey.data(), count);
+    std::memset(into.bytes.data() + count, 0, into.bytes.size() - count);
+}
+
 }  // namespace
 
 IndexKeys::IndexKeys(const RecordLayout& layout, std::array<int32, 3> fields)
@@ -130,29 +136,40 @@ void IndexKeys::searchFor(BytesView record, SearchKey& into) const {
         prepare(pieces(record).all(), into);
 }
 
+std::strong_ordering IndexKeys::compare(const SearchKey& key, const KeyPieces& record) {
+    if (const auto* ansi = std::get_if<AnsiSearchKey>(&key.prepared_)) return ansi->compare(record.all());
+    return std::get<DosSearchKey>(key.prepared_).compare(record.all());
+}
+
 std::strong_ordering IndexKeys::compare(const SearchKey& key, BytesView record) const {
-    if (const auto* ansi = std::get_if<AnsiSearchKey>(&key.prepared_))
-        return ansi->compare(pieces(record).all());
-    if (const auto* dos = std::get_if<DosSearchKey>(&key.prepared_))
-        return dos->compare(pieces(record).all());
+    if (order_ != Order::text) return compare(key, pieces(record));
     Bytes other;
     tsRtm::appendSortKey(other, joined(record));
     return std::get<Bytes>(key.prepared_).compare(other) <=> 0;
 }
 
-bool IndexKeys::same(const SearchKey& key, BytesView record) const {
-    if (order_ == Order::text) return key.bytes() == toUtf16Le(joined(record));
+bool IndexKeys::same(const SearchKey& key, const KeyPieces& record) {
     BytesView rest = key.bytes();
-    const auto parts = pieces(record);
-    for (std::size_t c = 0; c < parts.count; ++c) {
+    for (std::size_t c = 0; c < record.count; ++c) {
         if (c > 0) {
             if (!rest.starts_with(' ')) return false;
             rest.remove_prefix(1);
         }
-        if (!rest.starts_with(parts.piece[c])) return false;
-        rest.remove_prefix(parts.piece[c].size());
+        if (!rest.starts_with(record.piece[c])) return false;
+        rest.remove_prefix(record.piece[c].size());
     }
     return rest.empty();
+}
+
+bool IndexKeys::same(const SearchKey& key, BytesView record) const {
+    return order_ == Order::text ? key.bytes() == toUtf16Le(joined(record)) : same(key, pieces(record));
+}
+
+IndexKeys::Match IndexKeys::match(const SearchKey& key, BytesView record) const {
+    if (order_ == Order::text) return {compare(key, record), same(key, record)};
+    const auto parts = pieces(record);
+    const bool exact = same(key, parts);
+    return {exact ? std::strong_ordering::equal : compare(key, parts), exact};
 }
 
 void IndexKeys::appendSortKey(Bytes& into, BytesView record) const {
@@ -169,26 +186,23 @@ void IndexKeys::appendSortKey(Bytes& into, BytesView record) const {
     }
 }
 
-KeyPrefix IndexKeys::prefix(BytesView record) const {
+void IndexKeys::start(BytesView record, std::size_t most, KeyStart& into) const {
+    if (order_ == Order::ansi) {
+        sortKeyStartAnsi({into.bytes.data(), most}, pieces(record).all());
+        return;
+    }
     sortKey_.clear();
     appendSortKey(sortKey_, record);
-    return KeyPrefix(sortKey_);
+    copyStart(sortKey_, into);
 }
 
-KeyPrefix IndexKeys::prefix(const SearchKey& key) const {
-    sortKey_.clear();
-    switch (order_) {
-        case Order::ansi:
-            appendSortKeyAnsi(sortKey_, key.bytes());
-            break;
-        case Order::dos:
-            appendSortKeyDos(sortKey_, key.bytes());
-            break;
-        case Order::text:
-            sortKey_ = std::get<Bytes>(key.prepared_);
-            break;
-    }
-    return KeyPrefix(sortKey_);
+void IndexKeys::start(const SearchKey& key, KeyStart& into) const {
+    if (const auto* ansi = std::get_if<AnsiSearchKey>(&key.prepared_))
+        copyStart(ansi->sortKey(), into);
+    else if (const auto* dos = std::get_if<DosSearchKey>(&key.prepared_))
+        copyStart(dos->sortKey(), into);
+    else
+        copyStart(std::get<Bytes>(key.prepared_), into);
 }
 
 Text IndexKeys::text(BytesView record) const { return joined(record); }

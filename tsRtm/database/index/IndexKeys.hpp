@@ -59,12 +59,19 @@ class IndexKeys {
         const auto order = compare(key, record);
         return order != 0 ? order : number <=> recordNumber;
     }
+    // The search key against the key of a record, and whether the texts agree to the byte.
+    struct Match {
+        std::strong_ordering order;
+        bool exact;
+    };
+    Match match(const SearchKey& key, BytesView record) const;
     // Whether the texts agree to the byte.
     bool same(const SearchKey& key, BytesView record) const;
     // Bytes that compare as the keys do.
     void appendSortKey(Bytes& into, BytesView record) const;
-    KeyPrefix prefix(BytesView record) const;
-    KeyPrefix prefix(const SearchKey& key) const;
+    // The first bytes of the sort key, `most` of them.
+    void start(BytesView record, std::size_t most, KeyStart& into) const;
+    void start(const SearchKey& key, KeyStart& into) const;
     // A key as text, for messages.
     Text text(BytesView record) const;
     Text text(const SearchKey& key) const;
@@ -79,6 +86,8 @@ class IndexKeys {
         std::span<const BytesView> all() const noexcept { return {piece.data(), count}; }
     };
 
+    static std::strong_ordering compare(const SearchKey& key, const KeyPieces& record);
+    static bool same(const SearchKey& key, const KeyPieces& record);
     KeyPieces pieces(BytesView record) const;
     BytesView piece(std::size_t component, BytesView record) const;
     BytesView sortableDate(std::size_t component, BytesView digits) const;

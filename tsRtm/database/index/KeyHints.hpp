@@ -1,65 +1,94 @@
 #pragma once
-// What the searches in one index remember of the keys they met, so that a probe of a record seldom needs a
-// look at it.
+// What the searches in one tree remember of the keys they met, node by node, so that a probe of a key seldom
+// needs a look at its record.
 //
 // A hint may be stale: others change records, and nobody tells. Whoever lets hints lead him proves the place
 // found on the records themselves, and searches again without them where the proof fails.
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <compare>
 #include <cstring>
 #include <memory>
 #include <vector>
 
+#include "tsRtm/database/index/NodeFormat.hpp"
 #include "tsRtm/types/Text.hpp"
 
 namespace tsRtm {
 
-// The first bytes of a sort key. Two of them that differ order as their keys do.
-class KeyPrefix {
- public:
-    static constexpr std::size_t kBytes = 16;
+// Eight bytes of a sort key as a number: of two keys that agree before these bytes, those that differ in them
+// order as the numbers do. Sort keys hold no byte 00, so a 0 is no part of a key.
+using KeyWord = uint64;
 
-    KeyPrefix() = default;  // of an empty key
-    explicit KeyPrefix(BytesView sortKey) noexcept {
-        std::memcpy(word_.data(), sortKey.data(), std::min(sortKey.size(), kBytes));
-        if constexpr (std::endian::native == std::endian::little)
-            for (auto& word : word_) word = __builtin_bswap64(word);
+// The first bytes of a sort key, zeros behind its end.
+struct KeyStart {
+    static constexpr std::size_t kMostShared = 48;
+
+    std::array<char, kMostShared + 2 * sizeof(KeyWord)> bytes{};
+
+    // `from` is at most kMostShared, or a word more.
+    KeyWord word(std::size_t from) const noexcept {
+        KeyWord word = 0;
+        std::memcpy(&word, bytes.data() + from, sizeof word);
+        if constexpr (std::endian::native == std::endian::little) word = __builtin_bswap64(word);
+        return word;
     }
-
-    std::strong_ordering operator<=>(const KeyPrefix& other) const noexcept = default;
-    bool operator==(const KeyPrefix& other) const noexcept = default;
-    bool empty() const noexcept { return word_[0] == 0; }
-    // The key has no more bytes than these: sort keys hold no byte 00.
-    bool whole() const noexcept { return (word_[1] & 0xFF) == 0; }
-
- private:
-    std::array<uint64, kBytes / sizeof(uint64)> word_{};
 };
 
-// Prefixes by record number, 16 bytes for each record near one that was met. Not thread-safe.
+// Whether the key ends in this word.
+constexpr bool endsIn(KeyWord word) noexcept { return (word & 0xFF) == 0; }
+// Bytes that two words begin with alike, up to the end of the keys.
+constexpr std::size_t alike(KeyWord a, KeyWord b) noexcept {
+    if (a == 0) return 0;
+    return static_cast<std::size_t>(std::min(std::countl_zero(a ^ b), 64 - std::countr_zero(a))) / 8;
+}
+
+// The words of one node's keys side by side, from behind the bytes that all its keys share on.
+struct alignas(64) NodeHints {
+    int32 address = 0;  // 0: nothing is known
+    uint32 era = 0;     // when the records below were last held against the node
+    uint8 keys = 0;
+    uint8 shared = 0;
+    uint8 visits = 0;  // since the words were last dropped
+    std::array<char, KeyStart::kMostShared> start;
+    std::array<KeyWord, tree::kMostKeys> words;  // 0: not known
+    std::array<KeyWord, tree::kMostKeys> next;   // those behind the words
+    std::array<int32, tree::kMostKeys> records;
+
+    // Brings them in line with the node's keys: what stays keeps its word.
+    void follow(const tree::Node& node, int32 count) noexcept;
+    // A key comes to the node, which has room for it.
+    void enter(int32 position, int32 record, const KeyStart& key) noexcept;
+    // For a search that shares `certain` bytes with all keys of the node. Drops the words where they begin
+    // elsewhere.
+    void focus(const KeyStart& search, std::size_t certain) noexcept;
+    bool sharesStart(const KeyStart& key) const noexcept {
+        return std::memcmp(start.data(), key.bytes.data(), shared) == 0;
+    }
+};
+
+// 896 bytes for each node near one that was met, up to 29 MB: then the first ones go. Not thread-safe.
 class KeyHints {
  public:
-    // Empty where nothing is known.
-    KeyPrefix of(int32 record) const noexcept {
-        const auto at = static_cast<std::size_t>(record);
-        const std::size_t block = at / kBlock;
-        return block < blocks_.size() && blocks_[block] ? blocks_[block][at % kBlock] : KeyPrefix();
-    }
-    // The record must be there: its number is where the room comes from.
-    void remember(int32 record, const KeyPrefix& prefix) {
-        const auto at = static_cast<std::size_t>(record);
-        const std::size_t block = at / kBlock;
-        if (block >= blocks_.size()) blocks_.resize(block + 1);
-        if (!blocks_[block]) blocks_[block] = std::make_unique<KeyPrefix[]>(kBlock);
-        blocks_[block][at % kBlock] = prefix;
-    }
+    // Good until the next call.
+    NodeHints& of(int32 address);
+    void drop(int32 address) { of(address).address = 0; }
+    // A node takes over keys of another one.
+    void copy(int32 from, int32 to);
+    // Lets the memory come near that a search in this node will look at.
+    void approach(int32 address) const noexcept;
 
  private:
-    static constexpr std::size_t kBlock = 256;  // a page
+    static constexpr std::size_t kBlock = 64;
+    static constexpr std::size_t kMostBlocks = 512;
 
-    std::vector<std::unique_ptr<KeyPrefix[]>> blocks_;
+    static std::size_t numberOf(int32 address) noexcept {
+        return static_cast<std::size_t>(tree::offsetOf(address) / tree::kBlockBytes);
+    }
+
+    std::vector<std::unique_ptr<NodeHints[]>> blocks_;
+    std::vector<std::size_t> made_;  // numbers of the blocks there are, in a ring
+    std::size_t oldest_ = 0;         // place in the ring, once it is full
 };
 
 }  // namespace tsRtm

@@ -8,6 +8,8 @@
 namespace tsRtm {
 namespace {
 
+constexpr std::size_t kCacheLine = 64;
+
 template <class T>
 BytesView bytesOf(const T& value) noexcept {
     return {reinterpret_cast<const char*>(&value), sizeof value};
@@ -41,15 +43,30 @@ tree::Header NodeFile::header(bool readOnly) {
 
 void NodeFile::header(const tree::Header& header) { bytes_.store(0, bytesOf(header)); }
 
-bool NodeFile::isNode(int32 address) {
+bool NodeFile::reaches(int32 address) {
+    if (covers(address)) return true;
     if (address < tree::kFirstNode) return false;
-    const uint64 end = tree::offsetOf(address) + tree::kBlockBytes;
-    return end <= bytes_.knownSize() || end <= bytes_.refreshSize();
+    bytes_.refreshSize();
+    return covers(address);
+}
+
+const tree::Node& NodeFile::look(int32 address, tree::Node& room) const {
+    const uint64 offset = tree::offsetOf(address);
+    // In a damaged file an address may be anything.
+    const char* const in = offset % alignof(tree::Node) == 0 ? bytes_.view(offset, sizeof room) : nullptr;
+    if (in) return *reinterpret_cast<const tree::Node*>(in);
+    if (bytes_.read(offset, roomOf(room)) != sizeof room) room.anzahl = tree::kFreeMark;
+    return room;
+}
+
+void NodeFile::approach(int32 address) const noexcept {
+    const char* const in = bytes_.view(tree::offsetOf(address), tree::kBlockBytes);
+    for (std::size_t offset = 0; in && offset < tree::kBlockBytes; offset += kCacheLine)
+        __builtin_prefetch(in + offset);
 }
 
 bool NodeFile::read(int32 address, tree::Node& into) {
-    if (!isNode(address)) return false;
-    return bytes_.read(tree::offsetOf(address), roomOf(into)) == sizeof into;
+    return reaches(address) && bytes_.read(tree::offsetOf(address), roomOf(into)) == sizeof into;
 }
 
 void NodeFile::write(int32 address, const tree::Node& node) {

@@ -18,7 +18,20 @@ class NodeFile {
     tree::Header header(bool readOnly);
     void header(const tree::Header& header);
 
-    // False for an address where no node can lie.
+    // Whether a node can lie there, by the file's length as last seen; and the same, asked anew.
+    bool covers(int32 address) const noexcept {
+        return address >= tree::kFirstNode &&
+               tree::offsetOf(address) + tree::kBlockBytes <= bytes_.knownSize();
+    }
+    bool reaches(int32 address);
+    // A covered node where it lies, or in `room`. Good until the next call that may grow the file. Others may
+    // be writing it: check() behind a run of looks.
+    const tree::Node& look(int32 address, tree::Node& room) const;
+    // Lets the memory come near that a look will touch; costs nothing where there is no window.
+    void approach(int32 address) const noexcept;
+    void check() const { bytes_.check(); }
+
+    // A copy. False for an address where no node can lie.
     bool read(int32 address, tree::Node& into);
     void write(int32 address, const tree::Node& node);
     // Only the record count of a subtree: what an insert or a deletion changes on the way down.
@@ -29,8 +42,6 @@ class NodeFile {
     void release(int32 address, tree::Header& header);
 
  private:
-    bool isNode(int32 address);
-
     BlockFile bytes_;
 };
 

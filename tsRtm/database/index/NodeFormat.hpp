@@ -18,8 +18,10 @@
 // i runs from 1 to 41. A node with k keys uses entries 1..k+1; Satz of entry k+1 has no meaning, Kind and
 // Zaehler of entry k+1 describe the rightmost subtree. Free nodes link through Kind of entry 1. An address is
 // the byte offset plus one.
+#include <array>
 #include <bit>
 #include <cstddef>
+#include <cstring>
 
 #include "tsRtm/types/Numbers.hpp"
 
@@ -69,14 +71,37 @@ struct Node {
     Entry& entry(int32 i) noexcept { return entries[i - 1]; }
     const Entry& entry(int32 i) const noexcept { return entries[i - 1]; }
     bool sound() const noexcept { return anzahl >= 0 && anzahl <= kMostKeys; }
-    // Records of the node and all below it.
-    int32 total() const noexcept {
-        int64 sum = anzahl;
-        for (int32 i = 1; i <= anzahl + 1; ++i) sum += entry(i).zaehler;
+    // Keys of a node that others may be writing: looked at once, -1 where that is no number of keys.
+    int32 keys() const noexcept {
+        const int32 keys = __atomic_load_n(&anzahl, __ATOMIC_RELAXED);
+        return keys >= 0 && keys <= kMostKeys ? keys : -1;
+    }
+    // Records of the node and all below it, -1 where the counts are none.
+    int32 total() const noexcept { return total(anzahl); }
+    int32 total(int32 keys) const noexcept {
+        int64 sum = keys;
+        for (int32 i = 0; i <= keys; ++i) sum += entries[i].zaehler;
         return sum < 0 || sum > 0x7FFFFFFF ? -1 : static_cast<int32>(sum);
     }
+    // Records before the entry at a position and its subtree.
+    int32 before(int32 position) const noexcept;
 };
 static_assert(sizeof(Node) == kBlockBytes && offsetof(Node, entries) == 4 && offsetof(Node, reserved) == 496);
+
+inline int32 Node::before(int32 position) const noexcept {
+    // Four entries in one step, all their numbers side by side: the counts are every third.
+    constexpr std::size_t step = 4, numbers = step * sizeof(Entry) / sizeof(uint32);
+    std::array<uint32, numbers> sums{}, four;
+    const int32 count = position - 1;
+    int32 i = 0;
+    for (; i + static_cast<int32>(step) <= count; i += static_cast<int32>(step)) {
+        std::memcpy(four.data(), entries + i, sizeof four);
+        for (std::size_t n = 0; n < numbers; ++n) sums[n] += four[n];
+    }
+    auto sum = static_cast<uint32>(count) + sums[1] + sums[4] + sums[7] + sums[10];
+    for (; i < count; ++i) sum += static_cast<uint32>(entries[i].zaehler);
+    return static_cast<int32>(sum);
+}
 
 inline constexpr int32 kFirstNode = kBlockBytes + 1;
 // Byte offset of a node. The lowest bit of an address is its mark of being a position, not a block number.

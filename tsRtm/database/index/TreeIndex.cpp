@@ -11,16 +11,22 @@ namespace {
 
 constexpr TextView kSource = u"clsTSDB Locate";
 constexpr int32 kReadAhead = 3;
+// A node that is met so often has all its keys looked at in one go.
+constexpr uint8 kVisitsToLearnAll = 4;
 
 }  // namespace
 
-int32 TreeIndex::Step::before() const noexcept {
-    int32 sum = base;
-    for (int32 i = 1; i < position; ++i) sum = tree::plus(sum, tree::plus(node.entry(i).zaehler, 1));
-    return sum;
+bool TreeIndex::reaches(int32 address) {
+    if (file_.covers(address)) return true;
+    if (!file_.reaches(address)) return false;
+    for (int32 level = 0; level < depth_; ++level) {
+        Step& at = step(level);
+        if (at.node != &at.own) at.node = &file_.look(at.address, at.own);
+    }
+    return true;
 }
 
-TreeIndex::Step& TreeIndex::push(int32 address, int32 base, const SearchKey* key) {
+TreeIndex::Step& TreeIndex::push(int32 address, Take take, const SearchKey* key) {
     if (depth_ == tree::kMostLevels) {
         const Text text =
             Text(u"Buffer overrun in Locating record \"").append(key ? keys_.text(*key) : Text()) +
@@ -30,10 +36,17 @@ TreeIndex::Step& TreeIndex::push(int32 address, int32 base, const SearchKey* key
         raise(28, kSource, text);
     }
     Step& next = step(depth_);
-    if (!file_.read(address, next.node) || !next.node.sound()) raiseCorrupt(address);
+    if (!reaches(address)) raiseCorrupt(address);
+    next.node = &file_.look(address, next.own);
+    if (take == Take::copies && next.node != &next.own) {
+        next.own = *next.node;
+        next.node = &next.own;
+    }
+    next.keys = next.node->keys();
+    if (next.keys < 0) raiseCorrupt(address);
     ++depth_;
     next.address = address;
-    next.base = base;
+    next.base = 0;
     next.position = 1;
     next.total = 0;
     return next;
@@ -46,120 +59,213 @@ void TreeIndex::raiseCorrupt(int32 address) {
     raise(9, kSource, text);
 }
 
-BytesView TreeIndex::recordOf(const Step& at, int32 position) {
-    const int32 record = at.node.entry(position).satz;
+BytesView TreeIndex::recordOf(const Step& at, int32 record) {
     // A record on its way stands in the trees before it is written: until then it reads as blanks.
     if (!store_.reaches(record) && record != store_.count() + 1) raiseCorrupt(at.address);
     return store_.view(record, room_);
 }
 
-std::strong_ordering TreeIndex::compare(const Search& search, const Step& at, int32 position) {
-    const int32 satz = at.node.entry(position).satz;
+std::strong_ordering TreeIndex::compare(const Search& search, const Step& at, int32 record) {
     // The record searched for needs no look at it, and may not be in the file yet.
-    if (satz == search.number) return std::strong_ordering::equal;
-    const BytesView record = recordOf(at, position);
-    return search.number == 0 ? keys_.compare(search.key, record)
-                              : keys_.compare(search.key, search.number, record, satz);
+    if (record == search.number) return std::strong_ordering::equal;
+    const BytesView bytes = recordOf(at, record);
+    return search.number == 0 ? keys_.compare(search.key, bytes)
+                              : keys_.compare(search.key, search.number, bytes, record);
 }
 
-std::strong_ordering TreeIndex::probe(const Search& search, const Step& at, int32 position, Trust trust) {
-    const int32 satz = at.node.entry(position).satz;
-    if (satz == search.number) return compare(search, at, position);
-    KeyPrefix known = trust == Trust::hints ? hints_.of(satz) : KeyPrefix();
-    if (known.empty()) {
-        known = keys_.prefix(recordOf(at, position));
-        if (store_.has(satz)) hints_.remember(satz, known);
+NodeHints& TreeIndex::hintsOf(const Search& search, const Step& here, const Shared& shared) {
+    NodeHints& hints = hints_.of(here.address);
+    if (hints.era != era_) hints.follow(*here.node, here.keys);
+    hints.era = era_;
+    hints.focus(search.start, std::min(shared.before, shared.behind));
+    return hints;
+}
+
+KeyWord TreeIndex::learn(NodeHints& hints, const Step& here, int32 position) {
+    const auto at = static_cast<std::size_t>(position - 1);
+    const int32 record = hints.records[at];
+    KeyStart start;
+    keys_.start(recordOf(here, record), hints.shared + 2 * sizeof(KeyWord), start);
+    if (!hints.sharesStart(start)) {
+        hints.visits = 0;
+        return 0;
     }
-    const auto order = search.prefix <=> known;
-    if (order != 0) return order;
-    if (known.whole()) return search.number == 0 ? order : search.number <=> satz;
-    return compare(search, at, position);
+    const KeyWord word = start.word(hints.shared);
+    if (!store_.has(record)) return 0;
+    hints.words[at] = word;
+    hints.next[at] = start.word(hints.shared + sizeof word);
+    return word;
 }
 
-bool TreeIndex::walk(const Search& search, Trust trust) {
-    depth_ = 0;
-    int32 base = 0;
-    const auto approach = [this](int32 record) {
-        if (hints_.of(record).empty()) store_.approach(record, keys_.touched());
+bool TreeIndex::placeByHints(const Search& search, Step& here, Shared& shared) {
+    NodeHints& hints = hintsOf(search, here, shared);
+    if (hints.visits < kVisitsToLearnAll) ++hints.visits;
+    const KeyWord wanted = search.start.word(hints.shared);
+    const auto wordAt = [&hints](int32 position) {
+        return hints.words[static_cast<std::size_t>(position - 1)];
     };
-    for (int32 address = header().wurzel; address > 0;) {
-        Step& here = push(address, base, &search.key);
-        int32 low = 1;
-        int32 high = here.node.anzahl;
-        while (low <= high) {
-            const int32 middle = (low + high) / 2;
+    const auto recordAt = [&hints](int32 position) {
+        return hints.records[static_cast<std::size_t>(position - 1)];
+    };
+    int32 low = 1;
+    int32 high = hints.keys;
+    while (low <= high) {
+        const int32 middle = (low + high) / 2;
+        KeyWord word = wordAt(middle);
+        if (word == 0) {
             // Whatever this comparison says, one of these two comes next: its memory may come while we
             // compare.
-            approach(here.node.entry(std::max(low, (low + middle - 1) / 2)).satz);
-            approach(here.node.entry((middle + 1 + high) / 2).satz);
-            const auto order = probe(search, here, middle, trust);
-            if (order > 0) {
-                low = middle + 1;
-            } else if (order == 0 && search.number != 0) {
+            store_.approach(recordAt(std::max(low, (low + middle - 1) / 2)), keys_.touched());
+            store_.approach(recordAt(std::min(high, (middle + 1 + high) / 2)), keys_.touched());
+            word = learn(hints, here, middle);
+        }
+        auto order = wanted <=> word;
+        if (order == 0 || word == 0) {
+            const int32 record = recordAt(middle);
+            if (record == search.number) {
                 here.position = middle;
                 return true;
-            } else {
-                high = middle - 1;
             }
+            KeyWord rest = word;
+            if (word != 0 && !endsIn(word)) {
+                rest = hints.next[static_cast<std::size_t>(middle - 1)];
+                order = search.start.word(hints.shared + sizeof word) <=> rest;
+            }
+            if (word == 0 || (order == 0 && !endsIn(rest)))
+                order = compare(search, here, record);
+            else if (order == 0 && search.number != 0)
+                order = search.number <=> record;
         }
-        here.position = low;
-        base = here.before();
-        address = here.node.entry(low).kind;
+        if (order > 0)
+            low = middle + 1;
+        else
+            high = middle - 1;
+    }
+    here.position = low;
+    if (low > 1) shared.before = hints.shared + alike(wanted, wordAt(low - 1));
+    if (low <= hints.keys) shared.behind = hints.shared + alike(wanted, wordAt(low));
+    return false;
+}
+
+bool TreeIndex::placeByRecords(const Search& search, Step& here) {
+    // What led here is worth nothing.
+    hints_.drop(here.address);
+    int32 low = 1;
+    int32 high = here.keys;
+    while (low <= high) {
+        const int32 middle = (low + high) / 2;
+        const auto order = compare(search, here, here.node->entry(middle).satz);
+        if (order == 0 && search.number != 0) {
+            here.position = middle;
+            return true;
+        }
+        if (order > 0)
+            low = middle + 1;
+        else
+            high = middle - 1;
+    }
+    here.position = low;
+    return false;
+}
+
+bool TreeIndex::walk(const Search& search, Take take, Trust trust) {
+    depth_ = 0;
+    Shared shared;
+    for (int32 address = header().wurzel; address > 0;) {
+        Step& here = push(address, take, &search.key);
+        const bool hit =
+            trust == Trust::hints ? placeByHints(search, here, shared) : placeByRecords(search, here);
+        if (hit) return true;
+        address = here.node->entry(here.position).kind;
+        if (address <= 0) break;
+        file_.approach(address);
+        hints_.approach(address);
     }
     return false;
 }
 
-bool TreeIndex::proven(const Search& search) {
-    const Step* before = nullptr;
-    const Step* behind = nullptr;
-    for (int32 level = depth_ - 1; level >= 0; --level) {
+TreeIndex::Neighbours TreeIndex::neighbours() {
+    Neighbours out;
+    for (int32 level = depth_ - 1; level >= 0 && !(out.before && out.behind); --level) {
         const Step& at = step(level);
-        if (!before && at.position > 1) before = &at;
-        if (!behind && at.position <= at.node.anzahl) behind = &at;
+        if (!out.before && at.position > 1) out.before = &at;
+        if (!out.behind && at.position <= at.keys) out.behind = &at;
     }
-    if (behind) store_.approach(behind->node.entry(behind->position).satz, keys_.touched());
-    if (before && compare(search, *before, before->position - 1) <= 0) return false;
-    if (!behind) return true;
-    const auto order = compare(search, *behind, behind->position);
-    return search.number == 0 ? order <= 0 : order < 0;
+    return out;
 }
 
-bool TreeIndex::descend(const SearchKey& key, int32 number) {
-    const Search search{key, number, keys_.prefix(key)};
-    return walk(search, Trust::hints) || (!proven(search) && walk(search, Trust::records));
+void TreeIndex::approachNeighbours() {
+    const auto [before, behind] = neighbours();
+    if (before) store_.approach(before->node->entry(before->position - 1).satz, keys_.touched());
+    if (behind) store_.approach(behind->record(), keys_.touched());
 }
 
-Found TreeIndex::foundHere(const SearchKey& key) {
+bool TreeIndex::liesBehind(const Search& search) {
+    const Step* const before = neighbours().before;
+    return !before || compare(search, *before, before->node->entry(before->position - 1).satz) > 0;
+}
+
+IndexKeys::Match TreeIndex::matchBehind(const Search& search) {
+    const Step* const behind = neighbours().behind;
+    if (!behind) return {std::strong_ordering::less, false};
+    return keys_.match(search.key, recordOf(*behind, behind->record()));
+}
+
+bool TreeIndex::descend(const SearchKey& key, int32 number, Take take) {
+    Search search{key, number, {}};
+    keys_.start(key, search.start);
+    if (walk(search, take, Trust::hints)) return true;
+    approachNeighbours();
+    const Step* const behind = neighbours().behind;
+    const bool proven = liesBehind(search) && (!behind || compare(search, *behind, behind->record()) < 0);
+    return !proven && walk(search, take, Trust::records);
+}
+
+int32 TreeIndex::countBefore() {
+    int32 sum = 0;
+    for (int32 level = 0; level < depth_; ++level) sum = tree::plus(sum, step(level).before());
+    return sum;
+}
+
+Found TreeIndex::foundHere() {
     Found found;
     if (depth_ == 0) return found;
-    found.position = tree::plus(last().before(), 1);
-    found.total = step(0).node.total();
-    for (int32 level = depth_ - 1; level >= 0; --level) {
-        const Step& at = step(level);
-        if (at.position > at.node.anzahl) continue;
-        found.record = at.node.entry(at.position).satz;
-        found.exact = keys_.same(key, recordOf(at, at.position));
-        break;
-    }
+    found.position = tree::plus(countBefore(), 1);
+    found.total = step(0).node->total(step(0).keys);
+    if (const Step* const behind = neighbours().behind) found.record = behind->record();
     return found;
 }
 
 // Of the entry that the walk ended on.
 int32 TreeIndex::positionHere() {
     const Step& here = last();
-    return tree::plus(tree::plus(here.before(), here.node.entry(here.position).zaehler), 1);
+    return tree::plus(tree::plus(countBefore(), here.node->entry(here.position).zaehler), 1);
 }
 
 Found TreeIndex::locate(const SearchKey& key) {
-    descend(key, 0);
-    return foundHere(key);
+    Search search{key, 0, {}};
+    keys_.start(key, search.start);
+    walk(search, Take::looks, Trust::hints);
+    approachNeighbours();
+    Found found = foundHere();  // meanwhile the records come near
+    auto match = matchBehind(search);
+    if (match.order > 0 || !liesBehind(search)) {
+        walk(search, Take::looks, Trust::records);
+        found = foundHere();
+        match = matchBehind(search);
+    }
+    file_.check();
+    found.exact = match.exact;
+    return found;
 }
 
 int32 TreeIndex::positionOf(int32 record) {
     if (!store_.reaches(record)) return 0;
     Bytes bytes;
     store_.read(record, bytes);
-    return descend(keys_.searchFor(bytes), record) ? positionHere() : 0;
+    const int32 position = descend(keys_.searchFor(bytes), record, Take::looks) ? positionHere() : 0;
+    file_.check();
+    return position;
 }
 
 // From the deepest level of the last walk that still holds the position, else from the root.
@@ -173,31 +279,33 @@ int32 TreeIndex::seek(int32 position) {
     if (depth_ == 0) {
         const int32 root = header().wurzel;
         if (root <= 0) return 0;
-        Step& top = push(root, 0, nullptr);
-        top.total = top.node.total();
+        Step& top = push(root, Take::looks, nullptr);
+        top.total = top.node->total(top.keys);
     }
     for (;;) {
         Step& at = last();
         int64 before = at.base;
         int32 i = 1;
-        for (; i <= at.node.anzahl; ++i) {
-            const int32 below = at.node.entry(i).zaehler;
+        for (; i <= at.keys; ++i) {
+            const auto& entry = at.node->entry(i);
+            const int32 below = entry.zaehler;
             if (position <= before + below) break;
             if (position == before + below + 1) {
                 at.position = i;
                 // Who reads in order comes to the neighbours next.
-                if (i + kReadAhead <= at.node.anzahl)
-                    store_.approachWhole(at.node.entry(i + kReadAhead).satz);
-                return at.node.entry(i).satz;
+                if (i + kReadAhead <= at.keys) store_.approachWhole(at.node->entry(i + kReadAhead).satz);
+                return entry.satz;
             }
             before += int64{below} + 1;
         }
         // Behind the last key only the rightmost subtree is left.
         at.position = i;
-        const int32 child = at.node.entry(i).kind;
-        const int32 below = at.node.entry(i).zaehler;
+        const int32 child = at.node->entry(i).kind;
+        const int32 below = at.node->entry(i).zaehler;
         if (child <= 0 || position > before + below) return 0;
-        push(child, static_cast<int32>(before), nullptr).total = below;
+        Step& next = push(child, Take::looks, nullptr);
+        next.base = static_cast<int32>(before);
+        next.total = below;
     }
 }
 
@@ -216,9 +324,12 @@ int32 TreeIndex::recordAt(int32 position) {
 int32 TreeIndex::total() {
     const int32 root = header().wurzel;
     if (root <= 0) return 0;
-    tree::Node node;
-    if (!file_.read(root, node) || !node.sound()) return -1;
-    return node.total();
+    if (!reaches(root)) return -1;
+    tree::Node room;
+    const tree::Node& node = file_.look(root, room);
+    const int32 keys = node.keys();
+    file_.check();
+    return keys < 0 ? -1 : node.total(keys);
 }
 
 // A node's subtree, in order; gives the number of records in it.

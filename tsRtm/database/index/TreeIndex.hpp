@@ -24,25 +24,38 @@ class TreeIndex final : public IndexForm {
     int32 move(int32 record, const SearchKey& from, const SearchKey& to) override;
     // Of the root: its keys and what lies below. 0 for an empty tree; -1 for a root that cannot be read.
     int32 total() override;
-    void forget() override { depth_ = 0; }
+    void forget() override {
+        depth_ = 0;
+        ++era_;
+    }
     IndexFindings inspect(int32 index) override;
 
  private:
     // One level of a walk from the root.
     struct Step {
         int32 address = 0;
-        int32 position = 0;  // the entry taken, or the place in the last node
-        int32 base = 0;      // records before this subtree
-        int32 total = 0;     // records of this subtree; 0 where the walk did not need to know
-        tree::Node node;
-        // Records before the entry at `position` and its subtree.
-        int32 before() const noexcept;
+        int32 keys = 0;                    // of the node, when it was met
+        int32 position = 0;                // the entry taken, or the place in the last node
+        int32 base = 0;                    // records before this subtree; only for seek()
+        int32 total = 0;                   // records of this subtree; 0 where the walk did not need to know
+        const tree::Node* node = nullptr;  // where it lies, or `own`
+        tree::Node own;                    // what an update changes before it is written
+        int32 record() const noexcept { return node->entry(position).satz; }
+        int32 before() const noexcept { return node->before(position); }
     };
     struct Search {
         const SearchKey& key;
         int32 number;  // of the record searched for, 0 for any
-        KeyPrefix prefix;
+        KeyStart start;
     };
+    // Bytes that the search shares with the nearest keys on both sides of a subtree, and so with all its keys
+    // at least the fewer ones.
+    struct Shared {
+        std::size_t before = 0;
+        std::size_t behind = 0;
+    };
+    // Whether a walk only looks at nodes, or takes copies to change.
+    enum class Take { looks, copies };
     // What the check of a subtree carries along.
     struct Inspection {
         IndexFindings& out;
@@ -52,24 +65,42 @@ class TreeIndex final : public IndexForm {
     };
 
     // One level down; the key searched for, if any, only for the message.
-    Step& push(int32 address, int32 base, const SearchKey* key);
+    Step& push(int32 address, Take take, const SearchKey* key);
     Step& last() noexcept { return path_[static_cast<std::size_t>(depth_ - 1)]; }
     Step& step(int32 level) noexcept { return path_[static_cast<std::size_t>(level)]; }
+    // The nodes of the path again, where the file's window may have moved.
+    bool reaches(int32 address);
     [[noreturn]] void raiseCorrupt(int32 address);
-    BytesView recordOf(const Step& step, int32 position);
+    BytesView recordOf(const Step& step, int32 record);
     // Walks down to a key; with a number to that record's entry, else to the place of the first such key.
     // True on the record's entry itself, which may lie in an inner node.
-    bool descend(const SearchKey& key, int32 number);
+    bool descend(const SearchKey& key, int32 number, Take take);
     // Probes ask the hints first: on a share each look at a record is a way to the server and back, and in
     // memory a hint is nearer than the record.
     enum class Trust { hints, records };
-    bool walk(const Search& search, Trust trust);
-    // The search against an entry: by what is known of its key, or by the record itself.
-    std::strong_ordering probe(const Search& search, const Step& step, int32 position, Trust trust);
-    std::strong_ordering compare(const Search& search, const Step& step, int32 position);
-    // Whether the place that a walk ended on lies between a lesser and a greater key.
-    bool proven(const Search& search);
-    Found foundHere(const SearchKey& key);
+    bool walk(const Search& search, Take take, Trust trust);
+    // The place of the search in one node; true on the record's own entry.
+    bool placeByHints(const Search& search, Step& here, Shared& shared);
+    bool placeByRecords(const Search& search, Step& here);
+    // The hints of a node, in line with it.
+    NodeHints& hintsOf(const Search& search, const Step& here, const Shared& shared);
+    // Looks at a key that no hint knows; 0 where its start is not that of the node's.
+    KeyWord learn(NodeHints& hints, const Step& here, int32 record);
+    std::strong_ordering compare(const Search& search, const Step& step, int32 record);
+    // The entries on both sides of the place where a walk ended.
+    struct Neighbours {
+        const Step* before = nullptr;
+        const Step* behind = nullptr;
+    };
+    Neighbours neighbours();
+    void approachNeighbours();
+    // The proof of that place: the key before it is less, the one behind it not.
+    bool liesBehind(const Search& search);
+    IndexKeys::Match matchBehind(const Search& search);
+    // Records before the place.
+    int32 countBefore();
+    // Place, total and record, without a look at the record.
+    Found foundHere();
     int32 positionHere();
     int32 seek(int32 position);
 
@@ -90,6 +121,7 @@ class TreeIndex final : public IndexForm {
     std::array<Step, tree::kMostLevels> path_;
     int32 depth_ = 0;
     KeyHints hints_;
+    uint32 era_ = 1;  // of what is remembered of nodes
     Bytes room_;
 };
 

@@ -62,12 +62,15 @@ Halves split(const Node& full, int32 position, Entry entry) {
 int32 TreeIndex::enter(int32 record, const SearchKey& key) {
     tree::Header head = header();
     const int32 before = head.freiListe;
-    if (descend(key, record)) return positionHere();  // it is there already
-    hints_.remember(record, keys_.prefix(key));
-    const int32 position = depth_ == 0 ? 1 : tree::plus(last().before(), 1);
+    forget();
+    if (descend(key, record, Take::copies)) return positionHere();  // it is there already
+    const int32 position = tree::plus(countBefore(), 1);
+
+    KeyStart start;
+    keys_.start(key, start);
 
     int32 full = 0;
-    while (full < depth_ && step(depth_ - 1 - full).node.anzahl >= tree::kMostKeys) ++full;
+    while (full < depth_ && step(depth_ - 1 - full).own.anzahl >= tree::kMostKeys) ++full;
     const bool newRoot = full == depth_;
     if (newRoot && depth_ == tree::kMostLevels) raise(28, u"clsTSDB Locate", u"Buffer overrun in index");
     std::vector<int32> addresses;
@@ -81,21 +84,23 @@ int32 TreeIndex::enter(int32 record, const SearchKey& key) {
     for (int32 level = depth_ - 1; level >= 0; --level) {
         Step& at = step(level);
         const bool leaf = level == depth_ - 1;
-        int32& count = at.node.entry(at.position).zaehler;
+        int32& count = at.own.entry(at.position).zaehler;
         if (!leaf) count = plus(count, 1);
         if (!waiting) {
-            file_.writeCount(at.address, at.position, at.node.entry(at.position).zaehler);
+            file_.writeCount(at.address, at.position, at.own.entry(at.position).zaehler);
             continue;
         }
         // The left half goes in before the entry that still leads to the right one.
         if (!leaf) count = minus(count, plus(pending.zaehler, 1));
-        if (at.node.anzahl < tree::kMostKeys) {
-            insertEntry(at.node, at.position, pending);
-            file_.write(at.address, at.node);
+        if (at.own.anzahl < tree::kMostKeys) {
+            insertEntry(at.own, at.position, pending);
+            if (leaf) hints_.of(at.address).enter(at.position, record, start);
+            file_.write(at.address, at.own);
             waiting = false;
             continue;
         }
-        const Halves halves = split(at.node, at.position, pending);
+        const Halves halves = split(at.own, at.position, pending);
+        hints_.copy(at.address, *next);
         file_.write(*next, halves.left);
         file_.write(at.address, halves.right);
         pending = {*next++, halves.leftTotal, halves.median};
@@ -117,17 +122,17 @@ int32 TreeIndex::enter(int32 record, const SearchKey& key) {
 // A key of an inner node gives its place to the last key before it, which lies in a leaf.
 void TreeIndex::toLeafEntry(int32 hitLevel) {
     const Step& hit = step(hitLevel);
-    int32 address = hit.node.entry(hit.position).kind;
+    int32 address = hit.own.entry(hit.position).kind;
     while (address > 0) {
-        Step& down = push(address, 0, nullptr);
-        down.position = down.node.anzahl + 1;
-        address = down.node.entry(down.position).kind;
+        Step& down = push(address, Take::copies, nullptr);
+        down.position = down.own.anzahl + 1;
+        address = down.own.entry(down.position).kind;
     }
     if (hitLevel == depth_ - 1) return;
     Step& leaf = last();
-    if (leaf.node.anzahl < 1) raise(28, u"DB Update", u"Empty leaf while searching leaf");
-    leaf.position = leaf.node.anzahl;
-    step(hitLevel).node.entry(step(hitLevel).position).satz = leaf.node.entry(leaf.position).satz;
+    if (leaf.own.anzahl < 1) raise(28, u"DB Update", u"Empty leaf while searching leaf");
+    leaf.position = leaf.own.anzahl;
+    step(hitLevel).own.entry(step(hitLevel).position).satz = leaf.own.entry(leaf.position).satz;
 }
 
 // The two nodes become one of at most 40 keys, with the parent's key between them.
@@ -136,20 +141,20 @@ int32 TreeIndex::mergeWith(int32 level, int32 sibling, const Node& other, tree::
     Step& parent = step(level - 1);
     const int32 own = parent.position;
     const bool right = sibling > own;
-    const Node& leftNode = right ? here.node : other;
-    const Node& rightNode = right ? other : here.node;
+    const Node& leftNode = right ? here.own : other;
+    const Node& rightNode = right ? other : here.own;
     Node merged;
     Entry* end = std::copy_n(leftNode.entries, leftNode.anzahl + 1, merged.entries);
-    (end - 1)->satz = parent.node.entry(right ? own : sibling).satz;
+    (end - 1)->satz = parent.own.entry(right ? own : sibling).satz;
     std::copy_n(rightNode.entries, rightNode.anzahl + 1, end);
     merged.anzahl = leftNode.anzahl + rightNode.anzahl + 1;
 
-    const int32 otherAddress = parent.node.entry(sibling).kind;
-    int32& count = parent.node.entry(own).zaehler;
-    count = plus(count, plus(parent.node.entry(sibling).zaehler, 1));
-    if (right) parent.node.entry(own).satz = parent.node.entry(sibling).satz;
-    here.node = merged;
-    file_.write(here.address, here.node);
+    const int32 otherAddress = parent.own.entry(sibling).kind;
+    int32& count = parent.own.entry(own).zaehler;
+    count = plus(count, plus(parent.own.entry(sibling).zaehler, 1));
+    if (right) parent.own.entry(own).satz = parent.own.entry(sibling).satz;
+    here.own = merged;
+    file_.write(here.address, here.own);
     file_.release(otherAddress, header);
     return sibling;
 }
@@ -160,12 +165,12 @@ void TreeIndex::rotateWith(int32 level, int32 sibling, Node& other) {
     Step& parent = step(level - 1);
     const int32 own = parent.position;
     const bool right = sibling > own;
-    const int32 moved = (other.anzahl + here.node.anzahl) / 2 - here.node.anzahl;
-    Entry& separator = parent.node.entry(right ? own : sibling);
+    const int32 moved = (other.anzahl + here.own.anzahl) / 2 - here.own.anzahl;
+    Entry& separator = parent.own.entry(right ? own : sibling);
     Node node;
     int32 records = moved;
     if (right) {
-        Entry* end = std::copy_n(here.node.entries, here.node.anzahl + 1, node.entries);
+        Entry* end = std::copy_n(here.own.entries, here.own.anzahl + 1, node.entries);
         (end - 1)->satz = separator.satz;
         end = std::copy_n(other.entries, moved, end);
         separator.satz = (end - 1)->satz;
@@ -177,51 +182,51 @@ void TreeIndex::rotateWith(int32 level, int32 sibling, Node& other) {
         const int32 keep = other.anzahl - moved;  // keys that stay there
         Entry* end = std::copy(other.entries + keep + 1, other.entries + other.anzahl + 1, node.entries);
         (end - 1)->satz = separator.satz;
-        std::copy_n(here.node.entries, here.node.anzahl + 1, end);
+        std::copy_n(here.own.entries, here.own.anzahl + 1, end);
         for (int32 i = keep + 2; i <= other.anzahl + 1; ++i) records = plus(records, other.entry(i).zaehler);
         separator.satz = other.entry(keep + 1).satz;
         other.entry(keep + 1).satz = 0;
         std::fill(other.entries + keep + 1, other.entries + other.anzahl + 1, Entry{});
     }
-    node.anzahl = here.node.anzahl + moved;
+    node.anzahl = here.own.anzahl + moved;
     other.anzahl -= moved;
-    here.node = node;
-    int32& gained = parent.node.entry(own).zaehler;
-    int32& given = parent.node.entry(sibling).zaehler;
+    here.own = node;
+    int32& gained = parent.own.entry(own).zaehler;
+    int32& given = parent.own.entry(sibling).zaehler;
     gained = plus(gained, records);
     given = minus(given, records);
-    file_.write(here.address, here.node);
-    file_.write(parent.node.entry(sibling).kind, other);
+    file_.write(here.address, here.own);
+    file_.write(parent.own.entry(sibling).kind, other);
 }
 
 int32 TreeIndex::balance(int32 level, tree::Header& header) {
     Step& here = step(level);
     if (level == 0) {
-        if (here.node.anzahl > 0) {
-            file_.write(here.address, here.node);
+        if (here.own.anzahl > 0) {
+            file_.write(here.address, here.own);
         } else {
-            header.wurzel = here.node.entry(1).kind;
+            header.wurzel = here.own.entry(1).kind;
             file_.release(here.address, header);
         }
         return 0;
     }
     const Step& parent = step(level - 1);
-    const int32 sibling = parent.position <= parent.node.anzahl ? parent.position + 1 : parent.position - 1;
+    const int32 sibling = parent.position <= parent.own.anzahl ? parent.position + 1 : parent.position - 1;
     Node other;
     // The right edge of a bulk load may be a node alone below its parent.
-    const bool alone = sibling < 1 || !file_.read(parent.node.entry(sibling).kind, other) || !other.sound();
-    if (here.node.anzahl >= tree::kFewestKeys || alone) {
-        file_.write(here.address, here.node);
+    const bool alone = sibling < 1 || !file_.read(parent.own.entry(sibling).kind, other) || !other.sound();
+    if (here.own.anzahl >= tree::kFewestKeys || alone) {
+        file_.write(here.address, here.own);
         return 0;
     }
-    if (other.anzahl + here.node.anzahl < tree::kMostKeys) return mergeWith(level, sibling, other, header);
+    if (other.anzahl + here.own.anzahl < tree::kMostKeys) return mergeWith(level, sibling, other, header);
     rotateWith(level, sibling, other);
     return 0;
 }
 
 void TreeIndex::removeUpwards(int32 hitLevel, tree::Header& header) {
     for (int32 level = 0; level < depth_ - 1; ++level) {
-        int32& count = step(level).node.entry(step(level).position).zaehler;
+        int32& count = step(level).own.entry(step(level).position).zaehler;
         count = minus(count, 1);
     }
     int32 remove = last().position;
@@ -229,15 +234,15 @@ void TreeIndex::removeUpwards(int32 hitLevel, tree::Header& header) {
     for (int32 level = depth_ - 1; level >= 0; --level) {
         Step& at = step(level);
         if (remove > 0) {
-            removeEntry(at.node, remove);
+            removeEntry(at.own, remove);
             remove = balance(level, header);
             whole = true;  // the neighbours' exchange went through the parent
             continue;
         }
         if (whole || level == hitLevel)
-            file_.write(at.address, at.node);
+            file_.write(at.address, at.own);
         else
-            file_.writeCount(at.address, at.position, at.node.entry(at.position).zaehler);
+            file_.writeCount(at.address, at.position, at.own.entry(at.position).zaehler);
         whole = false;
     }
 }
@@ -245,7 +250,8 @@ void TreeIndex::removeUpwards(int32 hitLevel, tree::Header& header) {
 bool TreeIndex::takeOut(int32 record, const SearchKey& key) {
     tree::Header head = header();
     const tree::Header before = head;
-    if (!descend(key, record)) return false;
+    forget();
+    if (!descend(key, record, Take::copies)) return false;
     const int32 hitLevel = depth_ - 1;
     try {
         toLeafEntry(hitLevel);

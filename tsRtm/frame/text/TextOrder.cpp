@@ -16,8 +16,8 @@ using textorder::kLevelEnd;
 using textorder::kMarked;
 using textorder::tables;
 
-// Gives the base weights of a text one by one, 0 at its end, and remembers whether a further level has a
-// weight.
+// Gives the base weights of a text one by one, 0 at its end, and remembers which further levels
+// have a weight.
 class BaseWalker {
  public:
     explicit BaseWalker(BytesView text) noexcept : at_(text.data()), end_(text.data() + text.size()) {}
@@ -36,7 +36,8 @@ class BaseWalker {
         }
         return 0;
     }
-    bool marked() const noexcept { return (seen_ & kMarked) != 0; }
+    // Levels that have a weight.
+    unsigned marks() const noexcept { return seen_ & kMarked; }
 
  private:
     const char* at_;
@@ -56,21 +57,21 @@ std::size_t commonPrefix(BytesView a, BytesView b) noexcept {
     return at;
 }
 
-// Appends base weights; answers whether a further level has a weight.
-bool appendBase(Bytes& key, BytesView text) {
+// Appends base weights; gives the further levels that have a weight.
+unsigned appendBase(Bytes& key, BytesView text) {
     key.reserve(key.size() + text.size() + 1);
     BaseWalker walker(text);
     while (const uint8 weight = walker.next()) key.push_back(static_cast<char>(weight));
-    return walker.marked();
+    return walker.marks();
 }
 
-bool appendBase(Bytes& key, Pieces pieces) {
-    bool marked = false;
+unsigned appendBase(Bytes& key, Pieces pieces) {
+    unsigned marks = 0;
     for (std::size_t i = 0; i < pieces.size(); ++i) {
         if (i != 0) key.push_back(static_cast<char>(tables.base[' ']));
-        marked |= appendBase(key, pieces[i]);
+        marks |= appendBase(key, pieces[i]);
     }
-    return marked;
+    return marks;
 }
 
 // The base weight of a character of Text in the low byte, 0 for none or several, kForeign for one outside the
@@ -120,8 +121,9 @@ std::strong_ordering compareAnsi(BytesView a, BytesView b) noexcept {
         if (weightA != weightB) return weightA <=> weightB;
         if (weightA == 0) break;
     }
-    if (!walkerA.marked() && !walkerB.marked()) return std::strong_ordering::equal;
-    return textorder::compareMarks(Pieces(&a, 1), Pieces(&b, 1));
+    const unsigned marks = walkerA.marks() | walkerB.marks();
+    return marks == 0 ? std::strong_ordering::equal
+                      : textorder::compareMarks(Pieces(&a, 1), Pieces(&b, 1), marks);
 }
 
 std::strong_ordering compareText(TextView a, TextView b) {
@@ -146,7 +148,29 @@ std::strong_ordering compareText(TextView a, TextView b) {
 void appendSortKeyAnsi(Bytes& key, BytesView text) { appendSortKeyAnsi(key, Pieces(&text, 1)); }
 
 void appendSortKeyAnsi(Bytes& key, Pieces pieces) {
-    if (appendBase(key, pieces)) textorder::appendMarks(key, pieces);
+    if (const unsigned marks = appendBase(key, pieces)) textorder::appendMarks(key, pieces, marks);
+}
+
+void sortKeyStartAnsi(std::span<char> into, Pieces pieces) {
+    char* to = into.data();
+    char* const end = to + into.size();
+    unsigned marks = 0;
+    for (std::size_t i = 0; i < pieces.size() && to != end; ++i) {
+        if (i != 0) *to++ = static_cast<char>(tables.base[' ']);
+        BaseWalker walker(pieces[i]);
+        while (to != end) {
+            const uint8 weight = walker.next();
+            if (weight == 0) break;
+            *to++ = static_cast<char>(weight);
+        }
+        marks |= walker.marks();
+    }
+    if (to != end && marks != 0) {
+        Bytes rest;
+        textorder::appendMarks(rest, pieces, marks);
+        to = std::copy_n(rest.begin(), std::min(rest.size(), static_cast<std::size_t>(end - to)), to);
+    }
+    std::fill(to, end, '\0');
 }
 
 void appendSortKey(Bytes& key, TextView text) {
@@ -175,15 +199,17 @@ uint8 lastAnsiByte() noexcept {
 void AnsiSearchKey::assign(Pieces pieces) {
     text_.clear();
     appendJoined(text_, pieces);
-    weights_.clear();
-    marked_ = appendBase(weights_, text_);
-    weights_.push_back(static_cast<char>(kLevelEnd));
+    const BytesView text = text_;
+    key_.clear();
+    marks_ = appendBase(key_, text);
+    if (marks_ != 0) textorder::appendMarks(key_, Pieces(&text, 1), marks_);
 }
 
 std::strong_ordering AnsiSearchKey::compare(Pieces record) const noexcept {
-    const char* key = weights_.data();
+    // Behind the base weights comes the end of the key or kLevelEnd, which are below all weights.
+    const char* key = key_.c_str();
     const auto due = [&key] { return static_cast<uint8>(*key); };
-    unsigned seen = marked_ ? kMarked : 0;
+    unsigned seen = marks_;
     for (std::size_t i = 0; i < record.size(); ++i) {
         if (i != 0) {
             const uint8 blank = tables.base[' '];
@@ -195,10 +221,9 @@ std::strong_ordering AnsiSearchKey::compare(Pieces record) const noexcept {
             const uint16 quick = tables.quick[code];
             const auto weight = static_cast<uint8>(quick);
             seen |= quick;
-            if (weight == due()) {
+            if (weight != 0) {
+                if (due() != weight) return due() <=> weight;
                 ++key;
-            } else if (weight != 0) {
-                return due() <=> weight;
             } else if (tables.base[code] != 0) {
                 if (due() != tables.base[code]) return due() <=> tables.base[code];
                 ++key;
@@ -207,10 +232,10 @@ std::strong_ordering AnsiSearchKey::compare(Pieces record) const noexcept {
             }
         }
     }
-    if (due() != kLevelEnd) return std::strong_ordering::greater;
+    if (due() > kLevelEnd) return std::strong_ordering::greater;
     if ((seen & kMarked) == 0 || isJoined(text_, record)) return std::strong_ordering::equal;
     const BytesView text = text_;
-    return textorder::compareMarks(Pieces(&text, 1), record);
+    return textorder::compareMarks(Pieces(&text, 1), record, seen);
 }
 
 }  // namespace tsRtm

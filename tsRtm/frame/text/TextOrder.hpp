@@ -34,6 +34,8 @@ inline int32 TextCompare(TextView a, TextView b) {
 void appendSortKeyAnsi(Bytes& key, BytesView text);
 void appendSortKeyAnsi(Bytes& key, Pieces pieces);
 void appendSortKey(Bytes& key, TextView text);
+// The first bytes of a sort key, as many as there is room for, zeros behind its end.
+void sortKeyStartAnsi(std::span<char> into, Pieces pieces);
 
 // The character of code page 1252 that sorts last: 8E, "Ž", the first in code order among its equals.
 uint8 lastAnsiByte() noexcept;
@@ -48,6 +50,7 @@ class AnsiSearchKey {
     void assign(Pieces pieces);
 
     const Bytes& text() const noexcept { return text_; }
+    const Bytes& sortKey() const noexcept { return key_; }
 
     // The search text against a record's key: the answer of compareAnsi(text, joined pieces).
     std::strong_ordering compare(Pieces record) const noexcept;
@@ -55,8 +58,8 @@ class AnsiSearchKey {
 
  private:
     Bytes text_;
-    Bytes weights_;  // base weights with an end mark below all weights
-    bool marked_ = false;
+    Bytes key_;
+    unsigned marks_ = 0;  // levels behind the base that the text has
 };
 
 // Order of two texts in the DOS code page: byte by byte through a fold table (case folded, Ä as A, Ö as O, Ü
@@ -69,6 +72,8 @@ void appendSortKeyDos(Bytes& key, Pieces pieces);
 class DosSearchKey {
  public:
     explicit DosSearchKey(BytesView text) { appendSortKeyDos(key_, text); }
+
+    const Bytes& sortKey() const noexcept { return key_; }
 
     std::strong_ordering compare(Pieces record) const noexcept;
     std::strong_ordering compare(BytesView record) const noexcept { return compare(Pieces(&record, 1)); }

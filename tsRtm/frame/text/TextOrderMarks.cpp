@@ -28,23 +28,29 @@ std::strong_ordering compareLevel(MarkWalker a, MarkWalker b) noexcept {
     }
 }
 
-const std::array<uint8, 256>* const kLevels[] = {&tables.accent, &tables.form, &tables.special};
+struct Level {
+    const std::array<uint8, 256>& weights;
+    unsigned bit;
+};
+const Level kLevels[] = {{tables.accent, kAccented}, {tables.form, kFormed}, {tables.special, kSpecial}};
 
 }  // namespace
 
-std::strong_ordering compareMarks(Pieces a, Pieces b) noexcept {
-    for (const auto* level : kLevels) {
-        const auto order = compareLevel(MarkWalker(*level, a), MarkWalker(*level, b));
+std::strong_ordering compareMarks(Pieces a, Pieces b, unsigned levels) noexcept {
+    for (const auto& level : kLevels) {
+        if ((levels & level.bit) == 0) continue;
+        const auto order = compareLevel(MarkWalker(level.weights, a), MarkWalker(level.weights, b));
         if (order != 0) return order;
     }
     return std::strong_ordering::equal;
 }
 
-void appendMarks(Bytes& key, Pieces text) {
+void appendMarks(Bytes& key, Pieces text, unsigned levels) {
     std::size_t endsDue = 0;
-    for (const auto* level : kLevels) {
+    for (const auto& level : kLevels) {
         ++endsDue;
-        MarkWalker walker(*level, text);
+        if ((levels & level.bit) == 0) continue;
+        MarkWalker walker(level.weights, text);
         std::size_t last = 0;
         for (Mark mark = walker.next(); mark.weight != 0; mark = walker.next()) {
             key.append(endsDue, static_cast<char>(kLevelEnd));

@@ -44,10 +44,11 @@ class MarkWalker {
     std::size_t place_ = 0;
 };
 
-// Compares the levels of two texts whose base weights agree.
-std::strong_ordering compareMarks(Pieces a, Pieces b) noexcept;
+// Compares the levels of two texts whose base weights agree. `levels` has the bits of kMarked for those that
+// may have a mark in one of them.
+std::strong_ordering compareMarks(Pieces a, Pieces b, unsigned levels = kMarked) noexcept;
 // Appends the levels to a sort key that ends in the base weights. Levels at the end that are empty leave no
 // byte.
-void appendMarks(Bytes& key, Pieces text);
+void appendMarks(Bytes& key, Pieces text, unsigned levels = kMarked);
 
 }  // namespace tsRtm::textorder

@@ -323,9 +323,9 @@ consteval Tables makeTables() {
         made.accent[code] = accent.of(row.accent);
         made.form[code] = form.of(row.form);
         made.special[code] = special.of(row.special);
-        const bool marked = row.accent != 0 || row.form != 0 || row.special != 0;
-        made.quick[code] =
-            static_cast<uint16>((row.second == 0 ? made.base[code] : 0) | (marked ? kMarked : 0));
+        const unsigned marks = (row.accent != 0 ? kAccented : 0) | (row.form != 0 ? kFormed : 0) |
+                               (row.special != 0 ? kSpecial : 0);
+        made.quick[code] = static_cast<uint16>((row.second == 0 ? made.base[code] : 0) | marks);
     }
     return made;
 }
