@@ -62,10 +62,22 @@ inline void addFive(clsTSDB& db) {
     for (const auto& row : rows) ASSERT_TRUE(db.Entsperren(addAddress(db, row)));
 }
 
-// The five addresses in either form of the indexes.
-class FiveAddresses : public MemoryDatabase, public testing::WithParamInterface<int32> {
+// Either form of the indexes, on files with windows and without.
+struct Form {
+    int32 max;
+    bool windows;
+};
+inline const auto kAllForms =
+    testing::Values(Form{kNormal, true}, Form{kBig, true}, Form{kNormal, false}, Form{kBig, false});
+inline std::string nameOfForm(const testing::TestParamInfo<Form>& info) {
+    return std::string(info.param.max == kBig ? "tree" : "flat") +
+           (info.param.windows ? "" : "WithoutWindows");
+}
+
+// The five addresses in every form.
+class FiveAddresses : public MemoryDatabase, public testing::WithParamInterface<Form> {
  protected:
-    std::shared_ptr<clsTSDB> db = make(GetParam());
+    std::shared_ptr<clsTSDB> db = (disk.offerWindows(GetParam().windows), make(GetParam().max));
 
     void SetUp() override {
         ASSERT_TRUE(db);

@@ -108,6 +108,7 @@ TEST_F(Mended, WhoWritesNextHealsAtOnce) {
 // A failure of the file while a record is read is recorded, not raised.
 TEST(MendedFaults, AReadFaultWhileMovingIsRecorded) {
     MemoryFiles disk;
+    disk.offerWindows(false);
     FailingFiles failing(disk);
     TestGround ground;
     const StartedLibrary library(ground, failing);

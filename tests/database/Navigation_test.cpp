@@ -140,7 +140,7 @@ TEST_P(Navigation, AReaderLearnsOfNewRecordsInTime) {
     EXPECT_EQ(other->GetField(7, fNAME), u"Neuer");
 }
 
-INSTANTIATE_TEST_SUITE_P(Forms, Navigation, kBothForms, formName);
+INSTANTIATE_TEST_SUITE_P(Forms, Navigation, kAllForms, nameOfForm);
 
 class EmptyDatabase : public MemoryDatabase, public testing::WithParamInterface<int32> {};
 

@@ -130,7 +130,7 @@ bool CrashingFiles::change(User& user, const std::function<void()>& half) {
 void CrashingFiles::kill(int32 user) { end(users_[user]); }
 
 void CrashingFiles::end(User& user) {
-    user.died = true;
+    if (std::exchange(user.died, true)) return;
     for (auto* opening : user.openings) opening->close();
 }
 

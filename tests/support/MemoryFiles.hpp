@@ -104,7 +104,7 @@ class MemoryFiles final : public platform::FileSystem {
     Nodes nodes_;
     std::map<Text, platform::SystemError> openErrors_;
     platform::DriveKind driveKind_ = platform::DriveKind::fixed;
-    bool offersWindows_ = false;
+    bool offersWindows_ = true;
     bool exchanges_ = true;
     std::optional<uint64> freeSpace_;
     Date now_ = Date::of(2024, 6, 15, 12);

@@ -11,5 +11,7 @@ int main() {
     rtm.Schluessel(scrambled, 255);
     const tsRtm::clsEnumTS enumerations;
     static_cast<void>(enumerations);
-    return tsRtm::clsProgItem().ID == 0 && message == u"Fehler 53: Datei nicht gefunden" && scrambled != u"x" ? 0 : 1;
+    return tsRtm::clsProgItem().ID == 0 && message == u"Fehler 53: Datei nicht gefunden" && scrambled != u"x"
+               ? 0
+               : 1;
 }

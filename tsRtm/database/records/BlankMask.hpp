@@ -1,6 +1,6 @@
 #pragma once
-// Which bytes of a record are blanks, found in one pass, so that the text in a field's columns is found without a
-// look at them.
+// Which bytes of a record are blanks, found in one pass, so that the text in a field's columns is found
+// without a look at them.
 #include <algorithm>
 #include <bit>
 #include <cstring>
