@@ -76,10 +76,13 @@ void clsTSDB::AktSatzNr(int32 value) {
             e.fail(DatabaseError::badRecord);
             return;
         }
-        const int32 position = e.c.aktIndex == 0 ? value : e.inIndex(e.c.aktIndex, [&](IndexForm& form) {
-            return form.positionOf(value);
-        });
-        if (!readRecord(value)) return;
+        int32 position = value;
+        if (e.c.aktIndex != 0)
+            e.recordInIndex(e.c.aktIndex, [&](IndexForm& form) {
+                position = form.positionOf(value);
+                return value;
+            });
+        if (!showRecord(value)) return;
         if (position != 0) e.c.logPos = position;
     });
 }
@@ -152,28 +155,28 @@ void clsTSDB::goToNumber(int32 wanted) {
         c.seen = e.d.records();
         if (record == 0) record = std::clamp(wanted, 1, c.seen);
     } else {
-        record = e.inIndex(c.aktIndex, [&](IndexForm& form) {
+        record = e.recordInIndex(c.aktIndex, [&](IndexForm& form) {
             c.seen = form.total();
             return c.seen < 1 ? 0 : form.recordAt(std::clamp(wanted, 1, c.seen));
         });
     }
     c.logPos = std::clamp(wanted, 1, c.seen + 1);
     if (record == 0) record = c.aktSatz;
-    readRecord(record);
+    showRecord(record);
 }
 
 void clsTSDB::goToKey(TextView Suchbegriff) {
     auto& e = *engine_;
     const SearchUnderWay search(locating_);
     const SearchKey key = e.d.indexes.keys(e.c.aktIndex).search(typedKey(e.d, e.c.aktIndex, Suchbegriff));
-    const Found found = e.inIndex(e.c.aktIndex, [&](IndexForm& form) {
-        Found at = form.locate(key);
-        if (at.record == 0 && at.total > 0) at.record = form.recordAt(at.total);
-        return at;
+    Found found;
+    const int32 record = e.recordInIndex(e.c.aktIndex, [&](IndexForm& form) {
+        found = form.locate(key);
+        return found.record == 0 && found.total > 0 ? form.recordAt(found.total) : found.record;
     });
     e.c.seen = found.total;
     e.c.logPos = found.position;
-    readRecord(found.record != 0 ? found.record : e.c.aktSatz);
+    showRecord(record != 0 ? record : e.c.aktSatz);
 }
 
 int32 clsTSDB::Rang(TextView Suchbegriff) {
@@ -245,7 +248,7 @@ void clsTSDB::moveToPosition(int32 position) {
         c.seen = e.d.records();
         if (last) position = record = c.seen;
     } else {
-        record = e.inIndex(c.aktIndex, [&](IndexForm& form) {
+        record = e.recordInIndex(c.aktIndex, [&](IndexForm& form) {
             c.seen = form.total();
             if (last) position = c.seen;
             return position < 1 || position > c.seen ? 0 : form.recordAt(position);
@@ -257,7 +260,7 @@ void clsTSDB::moveToPosition(int32 position) {
     else if (record == 0)
         e.fail(DatabaseError::walkFailed);
     else
-        readRecord(record);
+        showRecord(record);
 }
 
 void clsTSDB::MoveFirst() {

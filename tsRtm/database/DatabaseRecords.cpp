@@ -10,8 +10,19 @@ namespace tsRtm {
 bool clsTSDB::readRecord(int32 Satznummer, bool plain) {
     auto& e = *engine_;
     if (!e.d.store || !e.d.store.reaches(Satznummer)) return e.fail(DatabaseError::badRecord);
-    e.d.store.read(Satznummer, e.c.felder.room());
+    e.d.read(Satznummer, e.c.felder.room());
     e.c.felder.loaded(plain);
+    e.c.aktSatz = Satznummer;
+    return true;
+}
+
+// A record that was found, as it was then.
+bool clsTSDB::showRecord(int32 Satznummer) {
+    auto& e = *engine_;
+    e.d.refreshWhenDue();
+    if (Satznummer == 0 || std::exchange(e.seenRecord, 0) != Satznummer) return readRecord(Satznummer);
+    e.c.felder.room().swap(e.seen);
+    e.c.felder.loaded();
     e.c.aktSatz = Satznummer;
     return true;
 }
@@ -72,7 +83,7 @@ Text clsTSDB::GetField(int32 Satznummer, int32 FeldNummer) {
         }
         const auto& field = layout.field(FeldNummer);
         Bytes bytes(field.bytes, ' ');
-        store.readPart(Satznummer, field.offset, bytes);
+        e.d.read(Satznummer, field.offset, bytes);
         layout.decode(field, bytes, RecordLayout::Decode::value, out);
     } catch (const Failure& failure) {
         e.fail(failure);

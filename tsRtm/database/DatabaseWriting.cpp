@@ -72,14 +72,16 @@ void clsTSDB::Update() {
     }
     if (e.d.layout.mixed()) raise(445, u"clsTSDB.PutSatz", kUnicodeFieldsRefused);
     c.felder.set(0, u" ");
-    const auto out = e.writer.change(c.aktSatz, {.content = c.felder, .watched = c.aktIndex});
+    const int32 record = c.aktSatz;
+    const auto out = e.writer.change(record, {.content = c.felder, .watched = c.aktIndex});
     if (!out) {
         e.fail(out.error);
         return;
     }
-    if (out.position != 0) c.logPos = out.position;
+    // A handler may stand elsewhere by now.
+    if (out.position != 0 && c.aktSatz == record) c.logPos = out.position;
     c.viewPos = c.logPos;
-    recordChanged(c.aktSatz);
+    recordChanged(record);
 }
 
 // In single use nothing is locked: who adds records there says so by LockDB.

@@ -332,6 +332,7 @@ bool clsTSDB::Check(bool Repair, TextView Zusatz) {
         // With everybody else at work: they wait on the marks.
         for (const int32 number : faulty) d.indexes.rebuild(number);
         if (d.marks.leftBehind()) {
+            d.indexes.completeRecord();
             d.marks.begin();
             d.marks.end(d.records());
         }

@@ -205,7 +205,7 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     bool settle();
     bool refusesLocks();
     bool readRecord(int32 Satznummer, bool plain = false);
-    void loadRecord(int32 Satznummer, bool plain);
+    bool showRecord(int32 Satznummer);
     void recordChanged(int32 Satznummer);
     bool lockForNew();
     int32 storeNew(clsTSRecord& record);

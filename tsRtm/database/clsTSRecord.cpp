@@ -54,7 +54,7 @@ bool clsTSRecord::load() {
     if (!database) return false;
     auto& store = database->engine_->d.store;
     if (!store || !store.reaches(number_)) return false;
-    store.read(number_, felder_->room());
+    database->engine_->d.read(number_, felder_->room());
     felder_->loaded();
     loaded_ = true;
     return true;

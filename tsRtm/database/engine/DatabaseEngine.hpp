@@ -34,6 +34,8 @@ struct DatabaseEngine {
     bool opened = false;
     int32 fehler = 0;
     bool keineEreignisse = false;
+    int32 seenRecord = 0;  // whose bytes `seen` has, 0 for none
+    Bytes seen;
     std::unique_ptr<RecordBuffer> spareBuffer;  // room of a record object that has gone
 
     // Records an error for `Error`; gives false, for the callers that answer with it.
@@ -75,6 +77,20 @@ struct DatabaseEngine {
             if (!d.watch.meetsDeath()) throw;
             return look(d.indexes.listed(index, d.changes ? d.changes.value() : 0));
         }
+    }
+    // The same for `look(form)` that gives a record number: the record is read into `seen` at that moment, so
+    // that its key is the one it was found by.
+    template <class Look>
+    int32 recordInIndex(int32 index, Look look) {
+        int32 read = 0;
+        const int32 record = inIndex(index, [&](IndexForm& form) {
+            const int32 found = look(form);
+            read = d.store.reaches(found) ? found : 0;
+            if (read != 0) d.store.read(read, seen);
+            return found;
+        });
+        seenRecord = read;
+        return record;
     }
 };
 

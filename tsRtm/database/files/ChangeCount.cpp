@@ -1,11 +1,48 @@
 #include "tsRtm/database/files/ChangeCount.hpp"
 
+#include <algorithm>
 #include <atomic>
 #include <bit>
+#include <cstring>
 
 namespace tsRtm {
 
-static_assert(std::endian::native == std::endian::little, "the number is read and written as it lies");
+static_assert(std::endian::native == std::endian::little, "the numbers are read and written as they lie");
+
+namespace {
+
+struct KeptHead {
+    uint64 number = 0;
+    int32 record = 0;
+    uint32 offset = 0;
+    uint32 length = 0;
+    uint32 reserved = 0;
+    uint64 sum = 0;
+};
+static_assert(sizeof(KeptHead) == 32);
+constexpr uint64 kKeptOffset = 8;
+constexpr uint32 kLongest = uint32{1} << 24;  // whatever a damaged file asks for
+
+uint64 sumOf(const KeptHead& head, BytesView bytes) noexcept {
+    uint64 sum = 0x9E3779B97F4A7C15;
+    const auto add = [&sum](uint64 word) {
+        sum = (sum ^ word) * 0xC2B2AE3D27D4EB4F;
+        sum ^= sum >> 31;
+    };
+    add(head.number);
+    add(uint64{head.offset} << 32 | static_cast<uint32>(head.record));
+    add(head.length);
+    while (!bytes.empty()) {
+        uint64 word = 0;
+        const std::size_t count = std::min(bytes.size(), sizeof word);
+        std::memcpy(&word, bytes.data(), count);
+        add(word);
+        bytes.remove_prefix(count);
+    }
+    return sum;
+}
+
+}  // namespace
 
 void ChangeCount::initialise() {
     if (bytes_.refreshSize() < sizeof(uint64)) store(0);
@@ -37,6 +74,25 @@ void ChangeCount::begin() {
 
 void ChangeCount::end() {
     if (const uint64 now = value(); !isQuiet(now)) store(now + 1);
+}
+
+void ChangeCount::keep(int32 record, uint32 offset, BytesView bytes) {
+    KeptHead head{value(), record, offset, static_cast<uint32>(bytes.size()), 0, 0};
+    head.sum = sumOf(head, bytes);
+    Bytes entry(reinterpret_cast<const char*>(&head), sizeof head);
+    bytes_.store(kKeptOffset, entry.append(bytes));
+    std::atomic_thread_fence(std::memory_order_seq_cst);
+}
+
+ChangeCount::Kept ChangeCount::kept() {
+    const uint64 now = value();
+    KeptHead head;
+    bytes_.refreshSize();
+    const bool there = bytes_.read(kKeptOffset, {reinterpret_cast<char*>(&head), sizeof head}) == sizeof head;
+    if (!there || isQuiet(now) || head.number != now || head.length > kLongest) return {};
+    Kept out{head.record, head.offset, Bytes(head.length, '\0')};
+    const bool whole = bytes_.read(kKeptOffset + sizeof head, out.bytes) == out.bytes.size();
+    return whole && head.sum == sumOf(head, out.bytes) ? out : Kept();
 }
 
 }  // namespace tsRtm

@@ -4,6 +4,16 @@
 //
 //   offset  size  content
 //   0       8     little-endian number, odd while an update is under way
+//   8       8     the number of the update that last wrote bytes of a record in more than one page
+//   16      4     that record, from 1
+//   20      4     offset of these bytes in the record
+//   24      4     how many they are
+//   28      4     0
+//   32      8     sum of the former five and the bytes behind
+//   40            the bytes
+//
+// Who is killed in a write may leave the first pages of it written and the others not: while his number
+// stands, the record is completed from here.
 //
 // The file is ours. It comes with the first opening that may write; programs that do not know it pass it
 // over.
@@ -32,6 +42,17 @@ class ChangeCount {
     void end();
     // Something was written that no index knows of: on a share, others have to hear of that, too.
     void touch() { store(value() + 2); }
+
+    // Bytes of a record that an update writes.
+    struct Kept {
+        int32 record = 0;  // 0 for none
+        uint32 offset = 0;
+        Bytes bytes;
+    };
+    // Within an update, before they are written.
+    void keep(int32 record, uint32 offset, BytesView bytes);
+    // Those of the update that died.
+    Kept kept();
 
  private:
     void store(uint64 value);

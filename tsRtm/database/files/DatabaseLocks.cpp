@@ -43,9 +43,9 @@ bool DatabaseLocks::won(Wait wait) {
         }
     } waiting(waiting_, guard_);
     const LockRequest request{countFormat::kDatabaseLock, wait == Wait::asks ? 1 : -1, true};
-    std::function<bool()> gate;
-    if (guard_.needed()) gate = [this] { return guard_.gate(); };
-    return lockWithWait(folder_.messages(), file, request, gate) == 0;
+    LockHooks hooks{{}, aboutToWait, givenUp};
+    if (guard_.needed()) hooks.gate = [this] { return guard_.gate(); };
+    return lockWithWait(folder_.messages(), file, request, hooks) == 0;
 }
 
 void DatabaseLocks::unlockDatabase() noexcept {
@@ -75,7 +75,8 @@ DatabaseError DatabaseLocks::lockRecord(int32 record, int32 wait) {
     if (!count_) return DatabaseError::locked;
     own_.reserve(own_.size() + 1);
     const LockRequest request{countFormat::recordLock(record), wait, true};
-    if (lockWithWait(folder_.messages(), count_.file(), request) != 0) return DatabaseError::locked;
+    if (lockWithWait(folder_.messages(), count_.file(), request, {{}, aboutToWait, givenUp}) != 0)
+        return DatabaseError::locked;
     own_.push_back(record);
     if (!guard_.needed()) return DatabaseError::none;
     // What the last holder of the record wrote is read from the server: seen by who is alone for a moment.

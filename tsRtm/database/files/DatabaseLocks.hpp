@@ -1,5 +1,6 @@
 #pragma once
 // The locks that one open database holds: the database lock and record locks, all byte ranges of Count.tsd.
+#include <functional>
 #include <vector>
 
 #include "tsRtm/database/files/CountFile.hpp"
@@ -21,6 +22,10 @@ class DatabaseLocks {
     // up in silence; `never` tries once. readOnly, locked.
     enum class Wait { asks, silently, never };
     [[nodiscard]] DatabaseError lockDatabase(Wait wait = Wait::asks);
+    // Called where a lock is not to be had at once: the program's events run from here on. And asked while it
+    // waits, whether it is wanted at all.
+    std::function<void()> aboutToWait;
+    std::function<bool()> givenUp;
     void unlockDatabase() noexcept;
     // Held, or single use and claimed by LockDB.
     bool databaseLocked() const noexcept { return folder_.shared ? depth_ > 0 : explicitly_; }

@@ -78,18 +78,18 @@ class Waiting {
 
 // Tries until the lock is won or the wait is over.
 bool won(MessagesTopic& messages, platform::File& file, const LockRequest& request, Waiting& waiting,
-         const std::function<bool()>& gate) {
+         const LockHooks& hooks) {
     auto& state = rtmMain::state();
     auto& clock = rtmMain::system().clock;
     const auto unit = std::chrono::seconds(state.netWait);
     auto start = clock.elapsed();
-    bool passed = !gate;  // once through it, it is ours
+    bool passed = !hooks.gate;  // once through it, it is ours
     for (;;) {
-        const auto error = !passed && !(passed = gate()) ? platform::SystemError::lockViolation
-                                                         : file.tryLock(byteOf(request));
+        const auto error = !passed && !(passed = hooks.gate()) ? platform::SystemError::lockViolation
+                                                               : file.tryLock(byteOf(request));
         if (!failed(error)) return true;
         if (error != platform::SystemError::lockViolation) return false;
-        if (state.stopping || state.stopped) return false;
+        if (state.stopping || state.stopped || (hooks.givenUp && hooks.givenUp())) return false;
         const auto waited = clock.elapsed() - start;
         if (request.wait == 0 && waited >= unit) {
             waiting.show(statusText(messages, file, request));
@@ -107,15 +107,16 @@ bool won(MessagesTopic& messages, platform::File& file, const LockRequest& reque
 }  // namespace
 
 int32 lockWithWait(MessagesTopic& messages, platform::File& file, const LockRequest& request,
-                   const std::function<bool()>& gate) {
+                   const LockHooks& hooks) {
     auto& state = rtmMain::state();
     // The common case, without the cost of a wait.
-    if (!gate && !failed(file.tryLock(byteOf(request)))) {
+    if (!hooks.gate && !failed(file.tryLock(byteOf(request)))) {
         state.F = kLocked;
         return kLocked;
     }
+    if (hooks.aboutToWait) hooks.aboutToWait();
     Waiting waiting(messages);
-    const bool locked = won(messages, file, request, waiting, gate);
+    const bool locked = won(messages, file, request, waiting, hooks);
     state.F = locked ? kLocked : kNotLocked;
     return state.F;
 }

@@ -17,12 +17,18 @@ struct LockRequest {
     bool database = true;
 };
 
+// What else has a say in a wait.
+struct LockHooks {
+    std::function<bool()> gate;         // has to let the caller pass before the first try
+    std::function<void()> aboutToWait;  // called once, before events run
+    std::function<bool()> givenUp;      // asked at each turn; true ends the wait with 70
+};
+
 // 0 locked, 70 not; the same goes to the last failure number. While it waits, events of the host run, and the
 // state's lockWait tells timers to stay away. Ends with 70 when the library is stopping or the user broke off
 // the wait.
 //
-// `gate` has to let the caller pass before each try, where there is one.
 int32 lockWithWait(MessagesTopic& messages, platform::File& file, const LockRequest& request,
-                   const std::function<bool()>& gate = {});
+                   const LockHooks& hooks = {});
 
 }  // namespace tsRtm

@@ -6,9 +6,15 @@ namespace tsRtm {
 
 bool UpdateMarks::leftBehind() {
     if (underWay_ || !count_) return false;
-    if (count_.marked()) return true;
-    if (changes_) changes_.end();
-    return false;
+    return count_.marked() || (changes_ && !ChangeCount::isQuiet(changes_.value()));
+}
+
+void UpdateMarks::keep(int32 record, uint32 offset, BytesView bytes) {
+    if (underWay_ && changes_) changes_.keep(record, offset, bytes);
+}
+
+ChangeCount::Kept UpdateMarks::kept() {
+    return !underWay_ && changes_ ? changes_.kept() : ChangeCount::Kept();
 }
 
 void UpdateMarks::begin() {

@@ -17,12 +17,16 @@ class UpdateMarks {
     UpdateMarks(const UpdateMarks&) = delete;
     UpdateMarks& operator=(const UpdateMarks&) = delete;
 
-    // An earlier update was not ended: the indexes must be built anew. One that died before its first index
-    // or behind its record left no more than an odd number, which is mended here.
+    // An earlier update was not ended: the indexes must be built anew. One of the two marks is enough, since
+    // a death comes between them, too, and older programs write over that in Count.tsd.
     bool leftBehind();
     bool underWay() const noexcept { return underWay_; }
 
     void begin();
+    // Bytes of a record that are about to be written in more than one page: who heals completes them.
+    void keep(int32 record, uint32 offset, BytesView bytes);
+    // What the update that was left behind may not have finished to write.
+    ChangeCount::Kept kept();
     // Indexes and records agree again; `records` is their count, for Count.tsd.
     void end(int32 records);
     // A record was written that moves in no index.

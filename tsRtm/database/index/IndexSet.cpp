@@ -166,10 +166,19 @@ void IndexSet::buildOne(int32 number) {
     rebuildIndex(p_.folder.files.file(at.file), form_, recordsInOrder(p_.store, at.keys, {}), number);
 }
 
+void IndexSet::completeRecord() {
+    const auto left = p_.marks.leftBehind() ? p_.marks.kept() : ChangeCount::Kept();
+    p_.store.refresh();
+    if (left.record >= 1 && left.record <= p_.store.count() + 1) {
+        p_.store.writePart(left.record, left.offset, left.bytes);
+        p_.store.refresh();
+    }
+}
+
 void IndexSet::build(int32 first, int32 last) {
     if (const auto error = p_.sign.enter(); failed(error))
         raise(numberOf(error), kFileFailureSource, p_.folder.name + u": kein Zugriff zum Schreiben");
-    p_.store.refresh();
+    completeRecord();
     // Inside an update they are its own marks, and it ends them.
     const bool own = !p_.marks.underWay();
     p_.marks.begin();

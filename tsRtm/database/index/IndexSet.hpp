@@ -57,6 +57,8 @@ class IndexSet {
     // files raise; the marks of the update then stay. Tells the user that it goes on.
     void rebuildAll();
     void rebuild(int32 number);
+    // Under the database lock: the record that an update which died was writing becomes what it was to be.
+    void completeRecord();
     // Rebuilds all where an update died; nothing otherwise. False where that failed: recorded in the log.
     bool healLeftBehind();
 

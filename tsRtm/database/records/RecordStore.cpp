@@ -11,6 +11,7 @@ namespace {
 
 // A record that somebody writes without a pause is taken as it is in the end.
 constexpr int32 kMostCopies = 1000;
+constexpr uint64 kSmallestPage = 4096;
 
 // Keeps the compiler from taking two looks at shared memory for one.
 void lookAnew() noexcept { std::atomic_signal_fence(std::memory_order_seq_cst); }
@@ -92,6 +93,11 @@ void RecordStore::closeGap(int32 record) {
     bytes_.write(end - missing, layout_->blank().substr(layout_->bytes() - missing));
 }
 
+bool RecordStore::tears(int32 record, std::size_t from, std::size_t to) const noexcept {
+    const uint64 begin = layout_->offsetOf(record);
+    return from < to && (begin + from) / kSmallestPage != (begin + to - 1) / kSmallestPage;
+}
+
 void RecordStore::write(int32 record, BytesView bytes) {
     closeGap(record);
     bytes_.write(layout_->offsetOf(record), bytes);
@@ -105,6 +111,7 @@ void RecordStore::append(BytesView block, int32 records) {
 }
 
 void RecordStore::writePart(int32 record, uint32 offset, BytesView bytes) {
+    closeGap(record);
     bytes_.write(layout_->offsetOf(record) + offset, bytes);
 }
 

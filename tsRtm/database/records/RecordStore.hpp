@@ -42,10 +42,14 @@ class RecordStore {
             __builtin_prefetch(in + offset);
     }
 
-    // One write of the whole record: who dies in it leaves the old one or the new one.
+    // Whether these columns lie in more than one page of the system: who is killed in their write may leave
+    // the first pages new and the others old. A write within a page is done or not.
+    bool tears(int32 record, std::size_t from, std::size_t to) const noexcept;
+    // The whole record in one write.
     void write(int32 record, BytesView bytes);
     // Whole records behind the last one.
     void append(BytesView block, int32 records);
+    // Within a record, or behind one that is torn.
     void writePart(int32 record, uint32 offset, BytesView bytes);
     // Takes back a record at the end that was not completed.
     void cutTo(int32 count);

@@ -68,6 +68,7 @@ DatabaseError sortIndexes(OpenDatabase& d, int32 number, const WorkProgress& pro
         const DatabaseHold hold(d.locks);
         if (!hold) return hold.error();
         if (const auto error = d.sign.enter(); failed(error)) return error;
+        d.indexes.completeRecord();
         d.refreshCount();
         const bool healed = d.marks.leftBehind() && number == -1;
         const int32 first = number == -1 ? 1 : number;

@@ -24,6 +24,27 @@ void OpenDatabase::refreshWhenDue() {
         refreshCount();
 }
 
+void OpenDatabase::read(int32 record, uint32 offset, std::span<char> into) {
+    // A handler within an update of this program sees the records as they are.
+    if (!store.tears(record, offset, offset + into.size()) || rtmMain::state().updatesUnderWay > 0)
+        return store.readPart(record, offset, into);
+    try {
+        watch.steady([&](uint64) {
+            store.readPart(record, offset, into);
+            return true;
+        });
+    } catch (const Failure&) {
+        if (!watch.meetsDeath()) throw;
+        store.readPart(record, offset, into);
+        // Who may not complete it in the file sees it as it is to be.
+        const auto left = marks.kept();
+        if (left.record != record) return;
+        for (std::size_t i = 0; i < left.bytes.size(); ++i)
+            if (const std::size_t at = left.offset + i; at >= offset && at < offset + into.size())
+                into[at - offset] = left.bytes[i];
+    }
+}
+
 void OpenDatabase::flush() {
     const auto toDevice = [](platform::File& file) { static_cast<void>(file.flush()); };
     if (serial) toDevice(serial.file());

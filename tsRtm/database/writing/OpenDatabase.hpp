@@ -47,6 +47,13 @@ struct OpenDatabase {
     // The record count anew, and the same where the last look is 6 x NetWait seconds old.
     void refreshCount();
     void refreshWhenDue();
+    // Bytes of a record that is there, none of them half written by others, be they at work or dead; filled
+    // up with blanks behind the end of the file.
+    void read(int32 record, uint32 offset, std::span<char> into);
+    void read(int32 record, Bytes& into) {
+        into.resize(layout.bytes());
+        read(record, 0, into);
+    }
     // Brings what was written to the device, gives up all locks and closes all files.
     void close() noexcept;
 

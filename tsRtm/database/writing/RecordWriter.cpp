@@ -1,6 +1,7 @@
 #include "tsRtm/database/writing/RecordWriter.hpp"
 
 #include <algorithm>
+#include <tuple>
 
 #include "tsRtm/database/files/RecordedFailure.hpp"
 
@@ -11,6 +12,16 @@ constexpr int32 kNoEntry = 28;  // the old key is not in its place
 constexpr int32 kUpdateOverrun = static_cast<int32>(0x80040001);
 
 WriteOutcome refused(DatabaseError error) { return {error, 0, 0}; }
+
+using Columns = std::pair<std::size_t, std::size_t>;  // from, and the first behind
+
+// The columns in which two records differ, and what lies between them; empty where they are the same.
+Columns difference(const Bytes& a, const Bytes& b) {
+    const auto first = std::mismatch(a.begin(), a.end(), b.begin()).first;
+    if (first == a.end()) return {0, 0};
+    const auto last = std::mismatch(a.rbegin(), a.rend(), b.rbegin()).first.base();
+    return {static_cast<std::size_t>(first - a.begin()), static_cast<std::size_t>(last - a.begin())};
+}
 
 }  // namespace
 
@@ -33,14 +44,19 @@ bool RecordWriter::touchesKeys(std::size_t first, std::size_t last) const {
 
 // One write of this object at a time; failures are outcomes.
 template <class Work>
-WriteOutcome RecordWriter::alone(Work work) {
+WriteOutcome RecordWriter::alone(RecordBuffer* content, Work work) {
     if (d_.folder.readOnly) return refused(DatabaseError::readOnly);
     if (busy_ || !d_.store) return refused(DatabaseError::locked);
     struct Busy {
-        bool& flag;
-        explicit Busy(bool& f) : flag(f) { flag = true; }
-        ~Busy() { flag = false; }
-    } busy(busy_);
+        RecordWriter& writer;
+        ~Busy() {
+            writer.busy_ = false;
+            writer.content_ = nullptr;
+            writer.kept_.reset();
+        }
+    } busy{*this};
+    busy_ = true;
+    content_ = content;
     try {
         if (const auto error = d_.sign.enter(); failed(error)) return refused(error);
         return work();
@@ -49,6 +65,12 @@ WriteOutcome RecordWriter::alone(Work work) {
         if (failure.Number() == kUpdateOverrun) throw;
         return refused(static_cast<DatabaseError>(failure.Number()));
     }
+}
+
+void RecordWriter::keepContent() {
+    if (!busy_ || !content_ || kept_) return;
+    kept_.emplace(*content_);
+    content_ = &*kept_;
 }
 
 // From the database lock, with everything of the file known anew, to a database that is whole again.
@@ -62,7 +84,10 @@ WriteOutcome RecordWriter::underLock(Work work) {
         ~Marks() { marks.giveUp(); }
     } marks{d_.marks};
     d_.refreshCount();
-    if (d_.marks.leftBehind()) d_.indexes.rebuildAll();
+    if (d_.marks.leftBehind()) {
+        keepContent();
+        d_.indexes.rebuildAll();
+    }
     try {
         try {
             return work();
@@ -70,6 +95,7 @@ WriteOutcome RecordWriter::underLock(Work work) {
             if (failure.Number() != kNoEntry) throw;
             // Somebody who sets no mark has died: the indexes are built anew, and it goes once more.
             recordFailure(failure);
+            keepContent();
             d_.marks.begin();
             d_.indexes.rebuildAll();
             d_.marks.end(d_.records());
@@ -92,17 +118,14 @@ void RecordWriter::heal() noexcept {
 }
 
 WriteOutcome RecordWriter::change(int32 record, const WriteOrder& order) {
-    return alone([&] {
+    return alone(&order.content, [&] {
         if (!d_.store.reaches(record)) return refused(DatabaseError::badRecord);
         if (!order.locked && !d_.layout.namesPlaces() && !d_.remote()) {
             d_.store.read(record, stored_);
-            order.content.compose(stored_, order.extent, image_);
-            const auto [first, other] = std::mismatch(image_.begin(), image_.end(), stored_.begin());
-            if (first == image_.end()) return WriteOutcome{DatabaseError::none, record, 0};
-            const auto last = std::mismatch(image_.rbegin(), image_.rend(), stored_.rbegin()).first.base();
-            const auto from = static_cast<std::size_t>(first - image_.begin());
-            const auto to = static_cast<std::size_t>(last - image_.begin());
-            if (!touchesKeys(from, to)) {
+            content_->compose(stored_, order.extent, image_);
+            const auto [from, to] = difference(image_, stored_);
+            if (from == to) return WriteOutcome{DatabaseError::none, record, 0};
+            if (!touchesKeys(from, to) && !d_.store.tears(record, from, to)) {
                 // Somebody may be moving the record to another key at this moment: the keys stay his.
                 d_.store.writePart(record, static_cast<uint32>(from),
                                    BytesView(image_).substr(from, to - from));
@@ -117,7 +140,7 @@ WriteOutcome RecordWriter::changeUnderLock(int32 record, const WriteOrder& order
     if (!d_.store.has(record)) return refused(DatabaseError::badRecord);
     WriteOutcome out{DatabaseError::none, record, 0};
     d_.store.read(record, stored_);
-    order.content.compose(stored_, order.extent, image_);
+    content_->compose(stored_, order.extent, image_);
     changed_.clear();
     for (int32 index = 1; d_.indexes.has(index); ++index)
         // An index whose fields did not change is not touched at all.
@@ -127,16 +150,31 @@ WriteOutcome RecordWriter::changeUnderLock(int32 record, const WriteOrder& order
 }
 
 void RecordWriter::store(int32 record, const WriteOrder& order, WriteOutcome& out) {
-    if (changed_.empty()) {
-        if (image_ != stored_) d_.store.write(record, image_);
-        d_.marks.touched();
-        return;
-    }
+    if (changed_.empty()) return put(record);
     for (const int32 index : changed_) d_.indexes.open(index);
     d_.marks.begin();
     move(record, order, out);
-    d_.store.write(record, image_);
+    put(record);
     d_.marks.end(d_.records());
+}
+
+// What differs from the stored record, in one write. Whoever dies in it leaves the old record, or the new
+// one, or marks by which it is completed.
+void RecordWriter::put(int32 record) {
+    auto [from, to] = difference(image_, stored_);
+    if (from == to) return;
+    // The last record of a file that was cut short is written whole.
+    if (d_.layout.offsetOf(record + 1) > d_.store.bytes().knownSize())
+        std::tie(from, to) = Columns(0, image_.size());
+    const auto offset = static_cast<uint32>(from);
+    const BytesView bytes = BytesView(image_).substr(from, to - from);
+    const bool tears = d_.store.tears(record, from, to);
+    const bool own = tears && !d_.marks.underWay();
+    if (own) d_.marks.begin();
+    if (tears) d_.marks.keep(record, offset, bytes);
+    d_.store.writePart(record, offset, bytes);
+    if (own) d_.marks.end(d_.records());
+    if (!d_.marks.underWay()) d_.marks.touched();
 }
 
 void RecordWriter::move(int32 record, const WriteOrder& order, WriteOutcome& out) {
@@ -157,7 +195,7 @@ void RecordWriter::moved(int32 index, int32 position, const WriteOrder& order, W
 }
 
 WriteOutcome RecordWriter::add(const WriteOrder& order) {
-    return alone([&] { return underLock([&] { return addUnderLock(order); }); });
+    return alone(&order.content, [&] { return underLock([&] { return addUnderLock(order); }); });
 }
 
 WriteOutcome RecordWriter::addUnderLock(const WriteOrder& order) {
@@ -168,7 +206,7 @@ WriteOutcome RecordWriter::addUnderLock(const WriteOrder& order) {
     const bool lock = order.lockNew && !d_.locks.owns(record);
     if (lock && failed(d_.locks.tryRecord(record))) return refused(DatabaseError::locked);
     try {
-        order.content.compose({}, RecordBuffer::Extent::whole, image_);
+        content_->compose({}, RecordBuffer::Extent::whole, image_);
         for (int32 index = 1; d_.indexes.has(index); ++index) d_.indexes.open(index);
         d_.marks.begin();
         // The arrays count as many entries as there are records: room first, as deleted.
@@ -177,6 +215,7 @@ WriteOutcome RecordWriter::addUnderLock(const WriteOrder& order) {
             d_.indexes.keys(index).searchFor(image_, to_);
             moved(index, d_.indexes.open(index).enter(record, to_), order, out);
         }
+        if (d_.store.tears(record, 0, image_.size())) d_.marks.keep(record, 0, image_);
         d_.store.write(record, image_);
         d_.marks.end(record);
         return out;
@@ -189,35 +228,40 @@ WriteOutcome RecordWriter::addUnderLock(const WriteOrder& order) {
 }
 
 WriteOutcome RecordWriter::place(int32 record, RecordBuffer& content) {
-    return alone([&] {
+    return alone(&content, [&] {
         if (record < 1 || (record > 1 && !d_.store.reaches(record - 1)))
             return refused(DatabaseError::badRecord);
-        const auto write = [&] {
+        return underLock([&] {
             const bool isNew = !d_.store.reaches(record);
             if (isNew)
                 stored_.clear();
             else
                 d_.store.read(record, stored_);
-            content.compose(stored_, RecordBuffer::Extent::whole, image_);
-            d_.store.write(record, image_);
-            if (isNew) d_.count.finish(d_.records());
-            d_.marks.touched();
+            content_->compose(stored_, RecordBuffer::Extent::whole, image_);
+            if (!isNew) {
+                put(record);
+            } else {
+                d_.store.write(record, image_);
+                d_.count.finish(d_.records());
+                d_.marks.touched();
+            }
             return WriteOutcome{DatabaseError::none, record, 0};
-        };
-        const bool alone = d_.store.reaches(record) && !d_.layout.namesPlaces() && !d_.remote();
-        return alone ? write() : underLock(write);
+        });
     });
 }
 
 WriteOutcome RecordWriter::patch(int32 record, uint32 offset, BytesView bytes) {
-    return alone([&] {
+    return alone(nullptr, [&] {
         if (!d_.store.reaches(record)) return refused(DatabaseError::badRecord);
-        const auto write = [&] {
-            d_.store.writePart(record, offset, bytes);
-            d_.marks.touched();
+        // Whoever moves this record to another key at this moment would write over it.
+        return underLock([&] {
+            if (!d_.store.has(record)) return refused(DatabaseError::badRecord);
+            d_.store.read(record, stored_);
+            image_ = stored_;
+            image_.replace(offset, bytes.size(), bytes);
+            put(record);
             return WriteOutcome{DatabaseError::none, record, 0};
-        };
-        return d_.remote() ? underLock(write) : write();
+        });
     });
 }
 

@@ -2,6 +2,7 @@
 // The write path: indexes first, the record last, so that whoever dies in it leaves the record in its old
 // form and a mark by which the next one who writes builds the indexes anew.
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "tsRtm/database/records/RecordBuffer.hpp"
@@ -35,7 +36,11 @@ struct WriteOutcome {
 // no end. Knows the database by reference. Not thread-safe.
 class RecordWriter {
  public:
-    explicit RecordWriter(OpenDatabase& database) : d_(database) {}
+    explicit RecordWriter(OpenDatabase& database) : d_(database) {
+        d_.locks.aboutToWait = [this] { keepContent(); };
+    }
+    RecordWriter(const RecordWriter&) = delete;
+    RecordWriter& operator=(const RecordWriter&) = delete;
 
     // To be called when the indexes are defined.
     void prepare();
@@ -56,7 +61,9 @@ class RecordWriter {
 
  private:
     template <class Work>
-    WriteOutcome alone(Work work);
+    WriteOutcome alone(RecordBuffer* content, Work work);
+    // Before events run, whose handlers may stand on another record: what is written was settled before.
+    void keepContent();
     template <class Work>
     WriteOutcome underLock(Work work);
     WriteOutcome changeUnderLock(int32 record, const WriteOrder& order);
@@ -64,6 +71,7 @@ class RecordWriter {
     // The record in place, or moved in all indexes whose keys differ.
     void store(int32 record, const WriteOrder& order, WriteOutcome& out);
     void move(int32 record, const WriteOrder& order, WriteOutcome& out);
+    void put(int32 record);
     void moved(int32 index, int32 position, const WriteOrder& order, WriteOutcome& out);
     // Brings indexes and records together again after a failed write.
     void heal() noexcept;
@@ -71,7 +79,9 @@ class RecordWriter {
 
     OpenDatabase& d_;
     bool busy_ = false;
-    std::vector<bool> keyBytes_;  // of a record
+    RecordBuffer* content_ = nullptr;   // of the write under way
+    std::optional<RecordBuffer> kept_;  // a copy of it
+    std::vector<bool> keyBytes_;        // of a record
     Bytes stored_, image_;
     SearchKey from_, to_;
     std::vector<int32> changed_;  // index numbers

@@ -1,0 +1,252 @@
+// What others see and keep while one writes: in the middle of his writes, in his waits, and when he dies.
+#include "tests/database/MemoryDatabase.hpp"
+#include "tests/support/CrashingFiles.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+constexpr TextView kFolder = u"/daten/Adressen";
+constexpr int32 kOther = 1;
+
+class Beside : public testing::TestWithParam<int32> {
+ protected:
+    MemoryFiles disk;
+    CrashingFiles files{disk};
+    TestGround ground;
+    StartedLibrary library{ground, files};
+    clsRtm rtm;
+
+    void SetUp() override { ground.ui.defaultAnswer = 7; }
+    std::shared_ptr<clsTSDB> openAs(int32 user) {
+        files.as(user);
+        return rtm.OpenTSDB(kFolder);
+    }
+    // Who has died stays dead: the next victim is another one.
+    int32 victim_ = 1;
+    std::shared_ptr<clsTSDB> openAsVictim() { return openAs(++victim_); }
+};
+
+// --- Records in more than one page of the system
+
+constexpr int32 kLong = 5000;
+enum LongField : int32 { lKEY = 1, lTEXT = 2, lEND = 3 };
+
+TSIOArray longFields() {
+    return fieldsOf({{u"KEY", tsAlphanumerisch, 8}, {u"TEXT", tsAlphanumerisch, kLong}, {u"END", 1, 8}});
+}
+
+void setLong(clsTSRecord& record, char16_t letter) {
+    record.Fields(lKEY, Text(8, letter));
+    record.Fields(lTEXT, Text(kLong, letter));
+    record.Fields(lEND, Text(8, letter));
+}
+
+// Whether a record has one letter from end to end.
+::testing::AssertionResult whole(clsTSDB& db, int32 number) {
+    db.AktSatzNr(number);
+    const Text text = db.Fields(lTEXT);
+    const auto is = [&](char16_t letter) {
+        return db.Fields(lKEY) == Text(8, letter) && text == Text(kLong, letter) &&
+               db.Fields(lEND) == Text(8, letter);
+    };
+    if (is(u'A') || is(u'B')) return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << "record " << number << " has " << toUtf8(text.substr(0, 2))
+                                         << ".." << toUtf8(text.substr(kLong - 2));
+}
+
+TEST_P(Beside, ADeathInTheMiddleOfAWriteTearsNoRecord) {
+    ASSERT_TRUE(rtm.DBCreateExt(DBAnsi, kFolder, {}, longFields(), GetParam(), u"  1  0  0"));
+    {
+        const auto db = rtm.OpenTSDB(kFolder);
+        for (int32 n = 1; n <= 3; ++n) {
+            const auto record = db->Add();
+            setLong(*record, u'A');
+            ASSERT_TRUE(record->Update());
+        }
+    }
+    const auto before = disk.snapshot();
+    // 0 a key and the text, 1 the text alone, 2 one field, 3 a new record.
+    for (int32 work = 0; work < 4; ++work) {
+        int64 n = 1;
+        for (bool died = true; died; ++n) {
+            disk.restore(before);
+            const auto other = openAs(kOther);
+            auto victim = openAsVictim();
+            files.dieAt(n, CrashingFiles::LastWrite::firstHalf);
+            try {
+                auto record = work == 3 ? victim->Add() : victim->Record(2);
+                if (work == 2) {
+                    victim->PutField(2, lTEXT, Text(kLong, u'B'));
+                } else {
+                    setLong(*record, u'B');
+                    if (work == 1) record->Fields(lKEY, Text(8, u'A'));
+                    if (work == 1) record->Fields(lEND, Text(8, u'A'));
+                    record->Update();
+                }
+            } catch (const ProcessDied&) {
+            }
+            died = files.died();
+            files.as(kOther);
+            SCOPED_TRACE(testing::Message() << "work " << work << " killed at change " << n);
+            // By its number, without an index, before anybody has written again.
+            other->AktSatzNr(2);
+            const Text text = other->Fields(lTEXT);
+            EXPECT_TRUE(text == Text(kLong, u'A') || text == Text(kLong, u'B'));
+            EXPECT_EQ(change(*other, 1, lEND, u"A"), 0);
+            EXPECT_EQ(change(*other, 1, lEND, Text(8, u'A')), 0);
+            EXPECT_TRUE(work != 0 || whole(*other, 2));
+            if (work == 3 && other->AnzahlDSaetze() > 3) {
+                other->AktSatzNr(4);
+                EXPECT_TRUE(other->IsDeleted() || whole(*other, 4));
+            }
+            EXPECT_TRUE(consistent(*other));
+            victim.reset();
+        }
+        EXPECT_GT(n, 3);
+    }
+}
+
+// --- In the middle of a write
+
+TEST_P(Beside, AFieldIsNotStoredInTheMiddleOfAMove) {
+    const auto writer = makeAddresses(rtm, Text(kFolder), GetParam());
+    ASSERT_TRUE(writer);
+    addFive(*writer);
+    const auto other = openAs(kOther);
+    other->PutField(2, fBETRAG, u"1.00");
+    ASSERT_EQ(other->Error(), 0);
+    files.as(0);
+    int32 turn = 0;
+    files.interrupt([&] {
+        const Text tag = u"0102" + toText(2000 + ++turn);
+        other->PutField(2, fTAG, tag);
+        EXPECT_EQ(other->Error(), 70);
+        other->Delete(2);
+        EXPECT_EQ(other->Error(), 70);
+    });
+    const auto record = writer->Record(2);
+    record->Fields(fNAME, u"Zander");
+    EXPECT_TRUE(record->Update());
+    files.interrupt(nullptr);
+    EXPECT_GT(turn, 0);
+    EXPECT_FALSE(record->Deleted());
+    other->PutField(2, fTAG, u"01022009");
+    EXPECT_EQ(other->Error(), 0);
+}
+
+// --- In a wait
+
+// A program's handlers run while it waits for the lock, and may stand on another record.
+TEST_P(Beside, AHandlerInAWaitDoesNotChangeWhatIsWritten) {
+    const auto db = makeAddresses(rtm, Text(kFolder), GetParam());
+    ASSERT_TRUE(db);
+    addFive(*db);
+    const auto other = openAs(kOther);
+    const Address before = addressAt(*other, 3);
+    ASSERT_TRUE(other->LockDB(true));
+    db->SetIndex(1);
+    db->AktSatzNr(1);
+    db->Fields(fNAME, u"Zander");
+    int32 rounds = 0;
+    ground.ui.onEvents = [&] {
+        db->AktSatzNr(3);
+        if (++rounds == 3) other->LockDB(false);
+    };
+    int32 told = 0;
+    const auto subscription = db->RecordChange.connect([&](int32 record) { told = record; });
+    db->Update();
+    ground.ui.onEvents = nullptr;
+    EXPECT_EQ(db->Error(), 0);
+    EXPECT_EQ(rounds, 3);
+    EXPECT_EQ(told, 1);
+    EXPECT_EQ(addressAt(*other, 1), (Address{u"Zander", u"Bonn", u"5.00", u"01022003"}));
+    EXPECT_EQ(addressAt(*other, 3), before);
+    EXPECT_TRUE(consistent(*other));
+}
+
+// --- Between a search and its record
+
+class CallingClock final : public platform::Clock {
+ public:
+    explicit CallingClock(platform::Clock& clock) : clock_(clock) {}
+    Date now() override { return clock_.now(); }
+    std::chrono::nanoseconds elapsed() override {
+        if (onElapsed) onElapsed();
+        return clock_.elapsed();
+    }
+    void sleep(std::chrono::nanoseconds duration) override { clock_.sleep(duration); }
+
+    std::function<void()> onElapsed;
+
+ private:
+    platform::Clock& clock_;
+};
+
+TEST_P(Beside, ASearchShowsTheRecordThatItFound) {
+    CallingClock clock(ground.clock);
+    platform::Platform platform = ground.on(files, clock);
+    rtmMain::TEST_restart(platform);
+    const auto db = makeAddresses(rtm, Text(kFolder), GetParam());
+    ASSERT_TRUE(db);
+    addFive(*db);
+    const auto other = openAs(kOther);
+    files.as(0);
+    db->SetIndex(1);
+    using Search = std::function<void()>;
+    const Search searches[] = {[&] { db->Gehezu(u"Abel"); }, [&] { db->Gehezu(u"#1"); },
+                               [&] { db->MoveFirst(); }};
+    for (const auto& search : searches)
+        for (int32 call = 1; call <= 4; ++call) {
+            ASSERT_EQ(change(*other, 3, fNAME, u"Abel"), 0);
+            int32 calls = 0;
+            clock.onElapsed = [&] {
+                if (++calls != call) return;
+                EXPECT_EQ(change(*other, 3, fNAME, u"Xaver"), 0);
+            };
+            search();
+            clock.onElapsed = nullptr;
+            // Either it was searched before the change, or after it.
+            EXPECT_TRUE(db->Fields(fNAME) == u"Abel" || db->AktSatzNr() != 3) << "call " << call;
+        }
+    rtmMain::TEST_restart(library.platform);
+}
+
+// --- Older programs, that know no marks
+
+TEST_P(Beside, AMarkThatAnOlderProgramWroteOverIsNotForgotten) {
+    {
+        const auto db = makeAddresses(rtm, Text(kFolder), GetParam());
+        ASSERT_TRUE(db);
+        addFive(*db);
+    }
+    const auto before = disk.snapshot();
+    int64 n = 1;
+    for (bool died = true; died; ++n) {
+        disk.restore(before);
+        const auto other = openAs(kOther);
+        auto victim = openAsVictim();
+        files.dieAt(n);
+        try {
+            const auto record = victim->Record(3);
+            record->Fields(fNAME, u"Zander");
+            record->Update();
+        } catch (const ProcessDied&) {
+        }
+        died = files.died();
+        files.as(kOther);
+        SCOPED_TRACE(testing::Message() << "killed at change " << n);
+        auto older = disk.open(Text(kFolder) + u".DBD/Count.tsd", {platform::Access::readWrite});
+        ASSERT_TRUE(older);
+        const Bytes text("5\r        ");
+        ASSERT_FALSE(platform::failed((*older)->writeAt(0, std::as_bytes(std::span(text)))));
+        EXPECT_EQ(addAddress(*other, {u"Neu", u"Ulm", u"1.00", u""}), 6);
+        EXPECT_TRUE(consistent(*other));
+        victim.reset();
+    }
+    EXPECT_GT(n, 3);
+}
+
+INSTANTIATE_TEST_SUITE_P(Database, Beside, kBothForms, formName);
+
+}  // namespace
+}  // namespace tsRtm::test
