@@ -1,6 +1,7 @@
 // What others see and keep while one writes: in the middle of his writes, in his waits, and when he dies.
 #include "tests/database/MemoryDatabase.hpp"
 #include "tests/support/CrashingFiles.hpp"
+#include "tsRtm/database/BulkLoader.hpp"
 
 namespace tsRtm::test {
 namespace {
@@ -164,6 +165,67 @@ TEST_P(Beside, AHandlerInAWaitDoesNotChangeWhatIsWritten) {
     EXPECT_TRUE(consistent(*other));
 }
 
+// What a handler closes is closed when the operation is over, and its wait ends at once.
+TEST_P(Beside, AHandlerInAWaitMayCloseTheDatabase) {
+    const auto db = makeAddresses(rtm, Text(kFolder), GetParam());
+    ASSERT_TRUE(db);
+    addFive(*db);
+    const auto other = openAs(kOther);
+    ASSERT_TRUE(other->LockDB(true) && other->Sperren(2));
+    files.as(0);
+    const std::function<void()> waits[] = {
+        [&] { db->Update(); },        [&] { db->Append(); },   [&] { db->LockDB(true); },
+        [&] { db->Check(true, {}); }, [&] { db->Sperren(2); }, [&] { db->PutField(1, fORT, u"Ulm"); },
+    };
+    for (std::size_t i = 0; i < std::size(waits); ++i) {
+        SCOPED_TRACE(i);
+        db->SetIndex(1);
+        db->AktSatzNr(1);
+        db->Fields(fNAME, u"Zander");
+        const auto start = ground.clock.elapsed();
+        ground.ui.onEvents = [&] { db->Schliesse(); };
+        waits[i]();
+        ground.ui.onEvents = nullptr;
+        EXPECT_EQ(db->Error(), 70);
+        EXPECT_LT(ground.clock.elapsed() - start, std::chrono::seconds(1));
+        EXPECT_EQ(db->Oeffne(kFolder), 0) << "it was not closed";
+    }
+    EXPECT_EQ(addressAt(*other, 1).name, u"Dorn");
+    EXPECT_TRUE(other->LockDB(false));
+    EXPECT_TRUE(consistent(*db));
+}
+
+// A program in the middle of an update waits for nobody on the same database, but does on another.
+TEST_P(Beside, AHandlerWaitsForWhoeverUpdatesAnotherDatabase) {
+    const auto db = makeAddresses(rtm, Text(kFolder), GetParam());
+    const auto reader = makeAddresses(rtm, u"/daten/Akten", GetParam());
+    ASSERT_TRUE(db && reader);
+    addFive(*db);
+    addFive(*reader);
+    const auto other = rtm.OpenTSDB(u"/daten/Akten");
+    const auto number = disk.open(u"/daten/Akten.DBD/Stand.tsd", {platform::Access::readWrite});
+    const auto change = [&](char value) {
+        EXPECT_FALSE(platform::failed((*number)->writeAt(0, std::as_bytes(std::span(&value, 1)))));
+    };
+    int32 rounds = 0;
+    const auto subscription = db->IndexChange.connect([&](int32) {
+        if (++rounds > 1) return;
+        ASSERT_TRUE(other->LockDB(true));
+        change(41);
+        ground.clock.onSleep = [&] {
+            change(42);
+            other->LockDB(false);
+        };
+        reader->SetIndex(1);
+        reader->Gehezu(u"Cohn");
+        ground.clock.onSleep = nullptr;
+        EXPECT_EQ(reader->Error(), 0);
+        EXPECT_EQ(reader->AktSatzNr(), 4);
+    });
+    EXPECT_EQ(test::change(*db, 1, fNAME, u"Zander"), 0);
+    EXPECT_GT(rounds, 0);
+}
+
 // --- Between a search and its record
 
 class CallingClock final : public platform::Clock {
@@ -244,6 +306,73 @@ TEST_P(Beside, AMarkThatAnOlderProgramWroteOverIsNotForgotten) {
         victim.reset();
     }
     EXPECT_GT(n, 3);
+}
+
+// An older program died when the new record was in the trees and not yet in the file.
+TEST_P(Beside, EntriesWithoutARecordAreFoundByWhoAddsNext) {
+    const auto db = makeAddresses(rtm, Text(kFolder), GetParam());
+    ASSERT_TRUE(db);
+    addFive(*db);
+    const auto data = disk.open(Text(kFolder) + u".DBD/Data.tsd", {platform::Access::readWrite});
+    ASSERT_TRUE(data);
+    ASSERT_FALSE(platform::failed((*data)->resize((*data)->size().value() / 5 * 4)));
+    EXPECT_EQ(addAddress(*db, {u"Neu", u"Ulm", u"1.00", u""}), 5);
+    EXPECT_TRUE(consistent(*db));
+}
+
+// --- The count of changes
+
+TEST_P(Beside, WhoReadsFindsTheCountOfChangesThatCameLater) {
+    const auto file = Text(kFolder) + u".DBD/Stand.tsd";
+    ASSERT_TRUE(makeAddresses(rtm, Text(kFolder), GetParam()));
+    addFive(*rtm.OpenTSDB(kFolder));
+    ASSERT_FALSE(platform::failed(disk.remove(file)));
+    const auto reader = rtm.OpenTSDB(kFolder, true);
+    ASSERT_TRUE(reader);
+    reader->SetIndex(1);
+    reader->Gehezu(u"Berg");
+    const auto writer = openAs(kOther);
+    EXPECT_EQ(change(*writer, 1, fNAME, u"Zander"), 0);
+    const auto before = disk.openings();
+    reader->Gehezu(u"Zander");
+    EXPECT_EQ(reader->AktSatzNr(), 1);
+    EXPECT_EQ(disk.openings(), before + 1);
+}
+
+TEST_P(Beside, WhoCannotCountHisChangesIsRefused) {
+    const auto file = Text(kFolder) + u".DBD/Stand.tsd";
+    ASSERT_TRUE(makeAddresses(rtm, Text(kFolder), GetParam()));
+    disk.failOpening(file, platform::SystemError::accessDenied);
+    for (const bool readOnly : {false, true})
+        for (const bool alone : {false, true}) {
+            const bool refused = !readOnly && !alone;
+            EXPECT_EQ(clsTSDB(rtm).Oeffne(kFolder, readOnly, alone), refused ? 70 : 0);
+        }
+}
+
+// Rows that are loaded have no entries yet: nobody else writes meanwhile.
+TEST_P(Beside, NothingIsWrittenWhileRowsAreLoaded) {
+    ASSERT_TRUE(makeAddresses(rtm, Text(kFolder), GetParam()));
+    addFive(*rtm.OpenTSDB(kFolder));
+    const auto db = rtm.OpenTSDB(kFolder, false, true);
+    ASSERT_TRUE(db && db->LockDB(true));
+    db->AktSatzNr(1);
+    {
+        BulkLoader loader(*db);
+        loader.set(fNAME, u"Aal");
+        EXPECT_TRUE(loader.add());
+        const std::function<void()> writes[] = {[&] { db->Update(); }, [&] { db->Append(); },
+                                                [&] { db->Delete(1); }, [&] { db->Sort(); }};
+        for (const auto& write : writes) {
+            write();
+            EXPECT_EQ(db->Error(), 70);
+        }
+        EXPECT_FALSE(BulkLoader(*db).finish());
+        EXPECT_TRUE(loader.finish());
+    }
+    EXPECT_EQ(db->AnzahlDSaetze(), 6);
+    EXPECT_EQ(change(*db, 1, fNAME, u"Zander"), 0);
+    EXPECT_TRUE(consistent(*db));
 }
 
 INSTANTIATE_TEST_SUITE_P(Database, Beside, kBothForms, formName);

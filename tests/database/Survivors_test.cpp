@@ -69,7 +69,7 @@ class Office {
         files.as(user);
         auto& clock = process.ground.clock;
         const auto start = clock.elapsed();
-        const auto others = std::exchange(rtmMain::state().updatesUnderWay, 0);
+        const auto others = std::exchange(rtmMain::state().updatesUnderWay, {});
         if (users_[user].db) job(*users_[user].db);
         rtmMain::state().updatesUnderWay = others;
         if (user != kVictim) longest = std::max(longest, clock.elapsed() - start);

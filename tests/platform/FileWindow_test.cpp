@@ -100,6 +100,10 @@ TEST_P(Window, SurvivesAFileCutUnderIt) {
     ASSERT_EQ(file->resize(100'000), none);
     EXPECT_TRUE(window->damaged()) << "a mended file does not mend its window";
     EXPECT_FALSE(open()->window()->damaged()) << "a new window starts sound";
+    ASSERT_EQ(open()->writeAt(50'000, std::as_bytes(std::span("neu", 3))), none);
+    ASSERT_TRUE(window->renew());
+    EXPECT_FALSE(window->damaged());
+    EXPECT_EQ(seen(*window, 50'000, 3), "neu");
 }
 
 TEST_P(Window, TheFirstAccessBehindTheEndMayBeAWriteOrByAReader) {

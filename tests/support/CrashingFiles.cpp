@@ -27,6 +27,7 @@ class CrashingFiles::Window final : public FileWindow {
             inner_.store(offset, bytes);
     }
     bool damaged() const noexcept override { return inner_.damaged(); }
+    bool renew() noexcept override { return inner_.renew(); }
 
  private:
     CrashingFiles& files_;

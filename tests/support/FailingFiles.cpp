@@ -18,6 +18,10 @@ class FailingFiles::Window final : public FileWindow {
             inner_.store(offset, bytes);
     }
     bool damaged() const noexcept override { return damaged_ || inner_.damaged(); }
+    bool renew() noexcept override {
+        damaged_ = false;
+        return inner_.renew();
+    }
 
  private:
     FailingFiles& files_;

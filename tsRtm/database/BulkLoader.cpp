@@ -31,10 +31,12 @@ BulkLoader::BulkLoader(clsTSDB& database)
         fail(DatabaseError::locked);
     else
         usable_ = true;
+    if (usable_) engine_.writer.occupy(true);
     block_.reserve(kBlock + row_.size());
 }
 
 BulkLoader::~BulkLoader() {
+    if (usable_) engine_.writer.occupy(false);
     if (finished_ || !usable_ || rows_ == 0) return;
     try {
         engine_.d.store.cutTo(before_);

@@ -70,6 +70,7 @@ int32 clsTSDB::LogSatz() const { return engine_->c.logPos; }
 bool clsTSDB::isEmpty() const { return !engine_->d.store || engine_->d.records() < 1; }
 
 void clsTSDB::AktSatzNr(int32 value) {
+    const Working working(*this);
     auto& e = *engine_;
     e.recordingFileFailures([&] {
         if (!e.d.store || !e.d.store.reaches(value)) {
@@ -88,6 +89,7 @@ void clsTSDB::AktSatzNr(int32 value) {
 }
 
 int32 clsTSDB::Index(int32 LogSatz) {
+    const Working working(*this);
     auto& e = *engine_;
     int32 record = 0;
     e.recordingFileFailures([&] {
@@ -105,6 +107,7 @@ int32 clsTSDB::Index(int32 LogSatz) {
 }
 
 bool clsTSDB::Exist(TextView Suchbegriff, int32 IndexNr) {
+    const Working working(*this);
     auto& e = *engine_;
     if (!e.d.store) return false;
     if (Suchbegriff.empty()) Suchbegriff = u"#1";
@@ -122,6 +125,7 @@ bool clsTSDB::Exist(TextView Suchbegriff, int32 IndexNr) {
 }
 
 void clsTSDB::Gehezu(TextView Suchbegriff) {
+    const Working working(*this);
     engine_->recordingFileFailures([&] { goTo(Suchbegriff); });
 }
 
@@ -180,6 +184,7 @@ void clsTSDB::goToKey(TextView Suchbegriff) {
 }
 
 int32 clsTSDB::Rang(TextView Suchbegriff) {
+    const Working working(*this);
     auto& e = *engine_;
     if (!e.d.store) return 1;
     if (e.c.aktIndex == 0) return std::clamp(roundToInt32(Val(Suchbegriff)), 1, e.d.records() + 1);
@@ -193,6 +198,7 @@ int32 clsTSDB::Rang(TextView Suchbegriff) {
 }
 
 std::shared_ptr<clsTSRecord> clsTSDB::Finde(TextView Suchtext) {
+    const Working working(*this);
     auto& e = *engine_;
     auto& d = e.d;
     if (!d.store) return nullptr;
@@ -205,7 +211,7 @@ std::shared_ptr<clsTSRecord> clsTSDB::Finde(TextView Suchtext) {
     const auto hits = [&](int32 record) {
         if (record < 1 || record > count || seen[static_cast<std::size_t>(record)]) return false;
         seen[static_cast<std::size_t>(record)] = true;
-        d.store.read(record, room);
+        d.read(record, room);
         return wanted.in(room);
     };
     std::shared_ptr<clsTSRecord> found;
@@ -233,6 +239,7 @@ std::shared_ptr<clsTSRecord> clsTSDB::standOn(int32 record) {
 }
 
 void clsTSDB::moveTo(int32 position) {
+    const Working working(*this);
     engine_->recordingFileFailures([&] { moveToPosition(position); });
 }
 

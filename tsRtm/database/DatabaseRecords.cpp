@@ -28,6 +28,7 @@ bool clsTSDB::showRecord(int32 Satznummer) {
 }
 
 Text clsTSDB::GetSatz(int32 Satznummer, bool Gehezu) {
+    const Working working(*this);
     auto& e = *engine_;
     if (e.d.layout.mixed()) raise(445, u"clsTSDB.GetSatz", kUnicodeFieldsRefused);
     try {
@@ -39,6 +40,7 @@ Text clsTSDB::GetSatz(int32 Satznummer, bool Gehezu) {
 }
 
 void clsTSDB::PutSatz(int32 Satznummer) {
+    const Working working(*this);
     auto& e = *engine_;
     if (e.d.layout.mixed()) raise(445, u"clsTSDB.PutSatz", kUnicodeFieldsRefused);
     const auto out = e.writer.place(Satznummer, e.c.felder);
@@ -62,6 +64,7 @@ void clsTSDB::recordChanged(int32 Satznummer) {
 }
 
 Text clsTSDB::GetField(int32 Satznummer, int32 FeldNummer) {
+    const Working working(*this);
     auto& e = *engine_;
     const auto& layout = e.d.layout;
     auto& store = e.d.store;
@@ -78,7 +81,7 @@ Text clsTSDB::GetField(int32 Satznummer, int32 FeldNummer) {
         }
         if (FeldNummer == 0) {
             char mark[2] = {' ', 0};
-            store.readPart(Satznummer, 0, std::span(mark, layout.unit()));
+            e.d.read(Satznummer, 0, std::span(mark, layout.unit()));
             return Text(1, static_cast<char16_t>(static_cast<uint8>(mark[0])));
         }
         const auto& field = layout.field(FeldNummer);
@@ -92,6 +95,7 @@ Text clsTSDB::GetField(int32 Satznummer, int32 FeldNummer) {
 }
 
 void clsTSDB::PutField(int32 Satznummer, int32 FeldNummer, TextView Inhalt) {
+    const Working working(*this);
     auto& e = *engine_;
     const auto& layout = e.d.layout;
     if (FeldNummer == 0) return putMark(Satznummer, Inhalt.empty() ? u' ' : Inhalt.front());
@@ -114,6 +118,7 @@ void clsTSDB::PutField(int32 Satznummer, int32 FeldNummer, TextView Inhalt) {
 }
 
 void clsTSDB::putMark(int32 Satznummer, char16_t mark) {
+    const Working working(*this);
     auto& e = *engine_;
     const Bytes bytes = e.d.layout.wide() ? toUtf16Le({&mark, 1}) : e.d.layout.toRecordCode({&mark, 1});
     const auto out = e.writer.patch(Satznummer, 0, bytes);

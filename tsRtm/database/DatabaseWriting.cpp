@@ -21,6 +21,7 @@ int32 greatestOf(int32 columns) noexcept {
 }  // namespace
 
 bool clsTSDB::LockDB(bool Modus) {
+    const Working working(*this);
     auto& e = *engine_;
     if (!Modus) {
         e.d.locks.unlockExplicitly();
@@ -37,6 +38,7 @@ bool clsTSDB::LockDB(bool Modus) {
 }
 
 bool clsTSDB::Sperren(int32 Satznummer, int32 Warten) {
+    const Working working(*this);
     auto& e = *engine_;
     if (!e.d.store || !e.d.store.reaches(Satznummer)) return e.fail(DatabaseError::badRecord);
     if (e.d.folder.readOnly && e.d.remote()) return e.fail(DatabaseError::locked);
@@ -63,6 +65,7 @@ bool clsTSDB::Gesperrt(int32 Satznummer) {
 }
 
 void clsTSDB::Update() {
+    const Working working(*this);
     auto& e = *engine_;
     auto& c = e.c;
     e.fehler = 0;
@@ -93,6 +96,7 @@ bool clsTSDB::lockForNew() {
 }
 
 std::shared_ptr<clsTSRecord> clsTSDB::Append() {
+    const Working working(*this);
     auto& e = *engine_;
     auto& c = e.c;
     e.fehler = 0;
@@ -120,6 +124,7 @@ std::shared_ptr<clsTSRecord> clsTSDB::Append() {
 }
 
 std::shared_ptr<clsTSRecord> clsTSDB::Add() {
+    const Working working(*this);
     auto& e = *engine_;
     e.fehler = 0;
     if (e.d.folder.readOnly) {
@@ -149,6 +154,7 @@ std::shared_ptr<clsTSRecord> clsTSDB::Add() {
 }
 
 int32 clsTSDB::SatzSpeichern(clsTSRecord& Record) {
+    const Working working(*this);
     auto& e = *engine_;
     e.fehler = 0;
     const int32 number = Record.Satznummer();

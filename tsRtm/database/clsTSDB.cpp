@@ -28,11 +28,21 @@ clsTSDB::clsTSDB(FilesTopic& Files) : engine_(std::make_unique<DatabaseEngine>(F
     e.writer.indexChanged = [this](int32 field) { IndexChange(field); };
     e.d.indexes.rebuilt = e.writer.indexChanged;
     e.d.watch.heal = [&e] { return e.d.indexes.healLeftBehind(); };
+    e.d.watch.findChanges = [&e] { e.d.openChanges(); };
+    e.d.locks.givenUp = [this] { return closing_; };
 }
 
-clsTSDB::~clsTSDB() { Schliesse(); }
+clsTSDB::~clsTSDB() {
+    working_ = 0;
+    Schliesse();
+}
 
 void clsTSDB::Schliesse() noexcept {
+    if (working_ > 0) {
+        closing_ = true;
+        return;
+    }
+    closing_ = false;
     try {
         KillAllObjects();
     } catch (...) {  // a listener's failure does not keep the files open
@@ -54,11 +64,13 @@ int32 clsTSDB::Oeffne(TextView Pfad, bool ReadOnly, bool SingleUse) {
     folder.readOnly = ReadOnly;
     folder.shared = !SingleUse;
     e.fehler = 0;
+    const Working working(*this);
     try {
         openInner();
     } catch (const Failure& failure) {
         e.fail(failure);
     }
+    if (closing_ && e.fehler == 0) e.fail(DatabaseError::locked);
     if (e.fehler != 0) {
         e.d.close();
         return e.fehler;
@@ -119,7 +131,11 @@ bool clsTSDB::openFiles() {
     if (folder.readOnly && !FilesTopic::Exist(folder.path(u"Data.tsd"))) folder.filesWritable = false;
     if (dataFile == DataFile::lost) return e.fail(DatabaseError::locked);
     if (dataFile == DataFile::recovered) d.count.mark();
-    openChanges();
+    // Who writes without it would go unnoticed by those who read.
+    if (!d.openChanges() && folder.shared && folder.filesWritable) {
+        rtmMain::DebugLog(folder.name + u": kein Zugriff auf " + Text(ChangeCount::kFileName));
+        return e.fail(DatabaseError::locked);
+    }
     d.opened.data =
         folder.files.OpenBinaryAPI(folder.path(u"Data.tsd"), !folder.filesWritable, folder.shared);
     if (d.opened.data == 0) return e.fail(DatabaseError::locked);
@@ -127,15 +143,6 @@ bool clsTSDB::openFiles() {
     d.refreshCount();
     sniffUnicode();
     return true;
-}
-
-void clsTSDB::openChanges() {
-    auto& d = engine_->d;
-    // A reader of a database in which nobody of ours ever wrote goes without.
-    if (d.folder.readOnly && !FilesTopic::Exist(d.folder.path(ChangeCount::kFileName))) return;
-    d.opened.changes = d.folder.open(ChangeCount::kFileName, true);
-    if (d.opened.changes == 0) return;
-    d.changes = ChangeCount(d.folder.files.file(d.opened.changes));
 }
 
 // What a death left is mended before anybody reads. Who holds the database lock is at work, and does it
@@ -278,6 +285,7 @@ int32 clsTSDB::CtrlEintraege() const { return engine_->d.layout.fields(); }
 // --- Whole database ---
 
 bool clsTSDB::Sort(int32 IndexSpalte) {
+    const Working working(*this);
     auto& e = *engine_;
     if (e.writer.busy()) return e.fail(DatabaseError::locked);
     const auto error = sortIndexes(
@@ -290,6 +298,7 @@ bool clsTSDB::Sort(int32 IndexSpalte) {
 }
 
 bool clsTSDB::Check(bool Repair, TextView Zusatz) {
+    const Working working(*this);
     auto& e = *engine_;
     auto& d = e.d;
     befunde_.clear();

@@ -198,7 +198,6 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
 
     void openInner();
     bool openFiles();
-    void openChanges();
     void openSerial(bool afterDeath);
     int32 greatestSerial();
     void sniffUnicode();
@@ -222,7 +221,24 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     void giveUpSerial(int32 value) noexcept;
     bool storeSerial(int32 record, TextView number);
 
+    // An operation in which events may run: what a handler closes is closed when it is over, and its waits
+    // end at once.
+    class Working {
+     public:
+        explicit Working(clsTSDB& database) : database_(database) { ++database_.working_; }
+        ~Working() {
+            if (--database_.working_ == 0 && database_.closing_) database_.Schliesse();
+        }
+        Working(const Working&) = delete;
+        Working& operator=(const Working&) = delete;
+
+     private:
+        clsTSDB& database_;
+    };
+
     std::unique_ptr<DatabaseEngine> engine_;
+    int32 working_ = 0;
+    bool closing_ = false;
     std::vector<clsTSRecord*> live_;
     std::vector<Text> befunde_;
     Text shown_;  // a number as Fields shows it

@@ -180,6 +180,7 @@ void clsTSDB::giveUpSerial(int32 value) noexcept {
 
 // The number of a record that has no serial number yet becomes it, where nobody is disturbed by that.
 bool clsTSDB::storeSerial(int32 record, TextView number) {
+    const Working working(*this);
     auto& e = *engine_;
     auto& d = e.d;
     const int32 field = d.control->AutowertFeld();

@@ -68,8 +68,8 @@ class ServedFile {
 //
 // Only bytes below the file's present size may be touched; the window reaches beyond them so that a growing
 // file needs no new window. When somebody cuts the file short under the window, what is read there comes as
-// zeros, what is stored there is lost, and damaged() turns true for good: the caller answers it as a failed
-// read or write.
+// zeros, what is stored there is lost, and damaged() turns true until renew(): the caller answers it as a
+// failed read or write.
 class FileWindow {
  public:
     virtual ~FileWindow() = default;
@@ -83,6 +83,9 @@ class FileWindow {
     // see some of the bytes before the rest.
     virtual void store(uint64 offset, std::span<const std::byte> bytes) = 0;
     virtual bool damaged() const noexcept = 0;
+    // Shows the file again as it is now, where data() is. False where that cannot be had: use readAt and
+    // writeAt.
+    [[nodiscard]] virtual bool renew() noexcept = 0;
 };
 
 // An open file. Closes at its end of life; its locks end with it. Not thread-safe.

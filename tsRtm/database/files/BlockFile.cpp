@@ -93,8 +93,12 @@ void BlockFile::resize(uint64 size) {
     sizeIs(size);
 }
 
-void BlockFile::check() const {
-    if (window_ && window_->damaged()) raiseFileFailure(SystemError::readFault, file_->name());
+void BlockFile::renewAndRaise() const {
+    if (const auto size = file_->size(); size && window_->renew())
+        size_ = viewable_ = std::min(*size, window_->capacity());
+    else
+        viewable_ = 0;
+    raiseFileFailure(SystemError::readFault, file_->name());
 }
 
 }  // namespace tsRtm

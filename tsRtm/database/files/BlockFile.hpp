@@ -42,17 +42,22 @@ class BlockFile {
     // reader checks.
     void store(uint64 offset, BytesView bytes);
     void resize(uint64 size);
-    // Raises when the window was cut short; after a run of view().
-    void check() const;
+    // Raises when the window was cut short; after a run of view(). What is read next is the file as it is
+    // now.
+    void check() const {
+        if (window_ && window_->damaged()) renewAndRaise();
+    }
 
  private:
     void sizeIs(uint64 size);
+    [[noreturn]] void renewAndRaise() const;
 
     platform::File* file_ = nullptr;
     platform::FileWindow* window_ = nullptr;
     const char* base_ = nullptr;
-    uint64 size_ = 0;
-    uint64 viewable_ = 0;
+    // What was last seen of the file: a read may find that it has shrunk.
+    mutable uint64 size_ = 0;
+    mutable uint64 viewable_ = 0;
 };
 
 }  // namespace tsRtm

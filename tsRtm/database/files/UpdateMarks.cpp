@@ -1,13 +1,19 @@
 #include "tsRtm/database/files/UpdateMarks.hpp"
 
+#include <algorithm>
+
 #include "tsRtm/frame/state/State.hpp"
+#include "tsRtm/types/Text.hpp"
 
 namespace tsRtm {
 
-bool UpdateMarks::leftBehind() {
-    if (underWay_ || !count_) return false;
-    return count_.marked() || (changes_ && !ChangeCount::isQuiet(changes_.value()));
+bool UpdateMarks::underWayHere(const DatabaseFolder& folder) {
+    const auto& names = rtmMain::state().updatesUnderWay;
+    return std::any_of(names.begin(), names.end(),
+                       [&](const Text* name) { return upper(*name) == upper(folder.name); });
 }
+
+bool UpdateMarks::leftBehind() { return !underWay_ && count_ && areSet(count_, changes_); }
 
 void UpdateMarks::keep(int32 record, uint32 offset, BytesView bytes) {
     if (underWay_ && changes_) changes_.keep(record, offset, bytes);
@@ -23,7 +29,7 @@ void UpdateMarks::begin() {
     if (changes_) changes_.begin();
     count_.mark();
     underWay_ = true;
-    ++rtmMain::state().updatesUnderWay;
+    rtmMain::state().updatesUnderWay.push_back(&folder_.name);
     guard_.flushMarks();
 }
 
@@ -42,7 +48,7 @@ void UpdateMarks::touched() {
 void UpdateMarks::giveUp() noexcept {
     if (!underWay_) return;
     underWay_ = false;
-    --rtmMain::state().updatesUnderWay;
+    std::erase(rtmMain::state().updatesUnderWay, &folder_.name);
 }
 
 }  // namespace tsRtm

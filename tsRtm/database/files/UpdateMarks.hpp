@@ -11,11 +11,18 @@ namespace tsRtm {
 // use). Knows the files by reference. Failures raise as raiseFileFailure tells.
 class UpdateMarks {
  public:
-    UpdateMarks(CountFile& count, ChangeCount& changes, ShareGuard& guard)
-        : count_(count), changes_(changes), guard_(guard) {}
+    UpdateMarks(const DatabaseFolder& folder, CountFile& count, ChangeCount& changes, ShareGuard& guard)
+        : folder_(folder), count_(count), changes_(changes), guard_(guard) {}
     ~UpdateMarks() { giveUp(); }
     UpdateMarks(const UpdateMarks&) = delete;
     UpdateMarks& operator=(const UpdateMarks&) = delete;
+
+    // Whether this program is in the middle of an update of the database, by whichever object.
+    static bool underWayHere(const DatabaseFolder& folder);
+    // Either of the marks is set.
+    static bool areSet(CountFile& count, ChangeCount& changes) {
+        return count.marked() || (changes && !ChangeCount::isQuiet(changes.value()));
+    }
 
     // An earlier update was not ended: the indexes must be built anew. One of the two marks is enough, since
     // a death comes between them, too, and older programs write over that in Count.tsd.
@@ -35,6 +42,7 @@ class UpdateMarks {
     void giveUp() noexcept;
 
  private:
+    const DatabaseFolder& folder_;
     CountFile& count_;
     ChangeCount& changes_;
     ShareGuard& guard_;

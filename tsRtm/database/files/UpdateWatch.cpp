@@ -20,6 +20,7 @@ UpdateWatch::Look UpdateWatch::look() {
     const bool share = guard_.needed();
     if (share && locks_.databaseHeldByOther()) now.quiet = false;
     if (share) now.shown = guard_.newest();
+    if (!changes_ && findChanges && count_.atWork()) findChanges();
     if (!changes_) {
         // Without a count of changes a mark is as good as an odd number.
         const bool marked = count_.marked();
@@ -46,7 +47,7 @@ bool UpdateWatch::waits(Patience& patience) {
     const bool quiet = now.quiet;
     if (folder_.readOnly && diesOver(now)) return false;
     // It is below us on the stack: waiting would have no end.
-    if (!quiet && rtmMain::state().updatesUnderWay > 0) raiseBusy();
+    if (!quiet && UpdateMarks::underWayHere(folder_)) raiseBusy();
     const int32 attempt = patience.attempts++;
     if (attempt == 0) patience.start = clock.elapsed();
     if (attempt % kAskForOwner == kAskForOwner - 1 && !quiet && !locks_.databaseHeldByOther() &&
@@ -63,11 +64,8 @@ bool UpdateWatch::waits(Patience& patience) {
 }
 
 void UpdateWatch::healOrGiveUp() {
-    if (!folder_.readOnly) {
-        if (heal) heal();
-        return;
-    }
-    dead_ = look().number;
+    if (!folder_.readOnly && heal && heal()) return;
+    if (folder_.readOnly) dead_ = look().number;
     raiseBusy();
 }
 

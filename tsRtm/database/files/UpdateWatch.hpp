@@ -7,6 +7,7 @@
 
 #include "tsRtm/database/files/ChangeCount.hpp"
 #include "tsRtm/database/files/DatabaseLocks.hpp"
+#include "tsRtm/database/files/UpdateMarks.hpp"
 #include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm {
@@ -24,6 +25,8 @@ class UpdateWatch {
     // Heals what an update left that died, under the database lock. Set by who owns the indexes; false where
     // it could not.
     std::function<bool()> heal;
+    // Opens Stand.tsd, which a reader that came first did not find. Called once somebody of ours is at work.
+    std::function<void()> findChanges;
     // For a reader who may not heal: the update that left its marks is dead, and nobody is at work.
     bool meetsDeath() { return folder_.readOnly && diesOver(look()); }
 
@@ -57,7 +60,7 @@ class UpdateWatch {
     auto underLock(Work work) {
         const DatabaseHold hold(locks_, DatabaseLocks::Wait::silently);
         if (!hold) raiseBusy();
-        if (count_.marked()) healOrGiveUp();
+        if (UpdateMarks::areSet(count_, changes_)) healOrGiveUp();
         return work(number());
     }
 

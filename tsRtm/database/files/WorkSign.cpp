@@ -1,7 +1,9 @@
 #include "tsRtm/database/files/WorkSign.hpp"
 
+#include <chrono>
 #include <utility>
 
+#include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/frame/runtime/DebugLog.hpp"
 #include "tsRtm/types/Failure.hpp"
 
@@ -9,6 +11,8 @@ namespace tsRtm {
 namespace {
 
 constexpr uint64 kAlive = 1;
+constexpr int32 kAttemptsToLeave = 20;
+constexpr std::chrono::milliseconds kPause{1};
 
 }  // namespace
 
@@ -39,10 +43,16 @@ void WorkSign::leave(const std::function<void()>& flush) noexcept {
     if (!std::exchange(entered_, false)) return;
     try {
         flush();
-        // Who holds the lock is at work, and takes the sign back himself.
-        const DatabaseHold hold(locks_, DatabaseLocks::Wait::never);
         if (folder_.shared) static_cast<void>(count_.file().show(0));
-        if (hold && !count_.marked() && !othersLive()) count_.signOff();
+        // Two who leave at once each see the other gone, in the end. Who holds the lock for long is at work,
+        // and takes the sign back himself.
+        for (int32 attempt = 0; attempt < kAttemptsToLeave; ++attempt) {
+            if (attempt > 0) rtmMain::system().clock.sleep(kPause);
+            const DatabaseHold hold(locks_, DatabaseLocks::Wait::never);
+            if (!hold) continue;
+            if (!count_.marked() && !othersLive()) count_.signOff();
+            break;
+        }
     } catch (...) {  // the sign stays: the next opening looks
     }
 }

@@ -16,8 +16,10 @@ class WorkSign {
 
     // At an opening, under the database lock: the sign is there, and nobody lives who set it.
     bool leftUncleanly();
-    // What was left has been looked at.
-    void settled() { count_.signOff(); }
+    // What was left has been looked at. Who mended it is at work, and takes the sign back when he leaves.
+    void settled() {
+        if (!entered_) count_.signOff();
+    }
     // Before the first change: sets the sign, on the device before anything that is changed. Again after an
     // older program wrote over it. What the lock or the file refuses.
     [[nodiscard]] DatabaseError enter();

@@ -59,10 +59,17 @@ void IndexSet::openFile(int32 number) {
     if (at.file == 0) raise(70, kSource, quotedName(number) + u"kann nicht geöffnet werden");
     auto& file = p_.folder.files.file(at.file);
     if (p_.locks.alone()) p_.guard.opened(file);
-    if (big())
-        at.form = std::make_unique<TreeIndex>(file, p_.store, at.keys, p_.folder.readOnly);
-    else
+    if (!big()) {
         at.form = std::make_unique<FlatIndex>(file, p_.store, at.keys, p_.folder.shared);
+        return;
+    }
+    auto tree = std::make_unique<TreeIndex>(file, p_.store, at.keys);
+    if (!p_.folder.readOnly && tree->isNew()) {
+        // Whoever comes first makes it. Without the lock it reads as empty.
+        const DatabaseHold hold(p_.locks, DatabaseLocks::Wait::silently);
+        if (hold) tree->initialise();
+    }
+    at.form = std::move(tree);
 }
 
 void IndexSet::checkVersion(int32 number) {

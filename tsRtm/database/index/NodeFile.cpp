@@ -22,19 +22,19 @@ std::span<char> roomOf(T& value) noexcept {
 
 }  // namespace
 
-tree::Header NodeFile::header(bool readOnly) {
+void NodeFile::initialise() {
+    if (!isNew()) return;
+    bytes_.write(0, bytesOf(tree::Node{}));
+    bytes_.store(0, bytesOf(tree::Header{}));
+}
+
+tree::Header NodeFile::header() {
     tree::Header header;
     if (const char* in = bytes_.view(0, sizeof header)) {
         std::memcpy(&header, in, sizeof header);
         return header;
     }
-    if (bytes_.refreshSize() == 0) {
-        if (!readOnly) {
-            bytes_.write(0, bytesOf(tree::Node{}));
-            bytes_.store(0, bytesOf(header));
-        }
-        return header;
-    }
+    if (isNew()) return header;
     header = {};
     header.magic[0] = '\0';
     bytes_.read(0, roomOf(header));
@@ -89,7 +89,8 @@ int32 NodeFile::allocate(tree::Header& header) {
     }
     // A free list that leads nowhere is left alone: its nodes are lost until the next rebuild, nothing else.
     header.freiListe = 0;
-    const uint64 end = (bytes_.refreshSize() + tree::kBlockBytes - 1) / tree::kBlockBytes * tree::kBlockBytes;
+    initialise();
+    const uint64 end = (bytes_.knownSize() + tree::kBlockBytes - 1) / tree::kBlockBytes * tree::kBlockBytes;
     if (end + tree::kBlockBytes > static_cast<uint64>(std::numeric_limits<int32>::max()))
         raise(61, u"clsTSDB", u"Die Indexdatei ist zu groß");
     bytes_.write(end, bytesOf(tree::Node{}));

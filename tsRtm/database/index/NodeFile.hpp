@@ -14,8 +14,11 @@ class NodeFile {
     explicit operator bool() const noexcept { return static_cast<bool>(bytes_); }
     const Text& name() const noexcept { return bytes_.file().name(); }
 
-    // The header as it stands in the file now; of an empty file a new one, written unless `readOnly`.
-    tree::Header header(bool readOnly);
+    bool isNew() { return bytes_.refreshSize() == 0; }
+    // Writes the header of a tree without nodes into an empty file; under the database lock.
+    void initialise();
+    // The header as it stands in the file now; of an empty file that of a tree without nodes.
+    tree::Header header();
     void header(const tree::Header& header);
 
     // Whether a node can lie there, by the file's length as last seen; and the same, asked anew.

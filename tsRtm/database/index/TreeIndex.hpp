@@ -12,10 +12,13 @@ namespace tsRtm {
 // Knows store and keys by reference.
 class TreeIndex final : public IndexForm {
  public:
-    TreeIndex(platform::File& file, RecordStore& store, const IndexKeys& keys, bool readOnly)
-        : file_(file), store_(store), keys_(keys), readOnly_(readOnly) {}
+    TreeIndex(platform::File& file, RecordStore& store, const IndexKeys& keys)
+        : file_(file), store_(store), keys_(keys) {}
 
-    tree::Header header() { return file_.header(readOnly_); }
+    tree::Header header() { return file_.header(); }
+    // A new file; under the database lock.
+    bool isNew() { return file_.isNew(); }
+    void initialise() { file_.initialise(); }
 
     Found locate(const SearchKey& key) override;
     int32 positionOf(int32 record) override;
@@ -117,7 +120,6 @@ class TreeIndex final : public IndexForm {
     NodeFile file_;
     RecordStore& store_;
     const IndexKeys& keys_;
-    bool readOnly_;
     std::array<Step, tree::kMostLevels> path_;
     int32 depth_ = 0;
     KeyHints hints_;

@@ -12,6 +12,15 @@ OpenDatabase::OpenDatabase(FilesTopic& files) : folder(files) {
     };
 }
 
+bool OpenDatabase::openChanges() {
+    // Nobody of ours has written yet where it is missing.
+    if (!folder.filesWritable && !FilesTopic::Exist(folder.path(ChangeCount::kFileName))) return false;
+    opened.changes = folder.open(ChangeCount::kFileName, true);
+    if (opened.changes == 0) return false;
+    changes = ChangeCount(folder.files.file(opened.changes));
+    return true;
+}
+
 void OpenDatabase::refreshCount() {
     if (!store) return;
     store.refresh();
@@ -26,7 +35,7 @@ void OpenDatabase::refreshWhenDue() {
 
 void OpenDatabase::read(int32 record, uint32 offset, std::span<char> into) {
     // A handler within an update of this program sees the records as they are.
-    if (!store.tears(record, offset, offset + into.size()) || rtmMain::state().updatesUnderWay > 0)
+    if (!store.tears(record, offset, offset + into.size()) || UpdateMarks::underWayHere(folder))
         return store.readPart(record, offset, into);
     try {
         watch.steady([&](uint64) {

@@ -34,7 +34,7 @@ struct OpenDatabase {
     SerialNumber serial;
     ShareGuard guard{folder, count, changes};
     DatabaseLocks locks{folder, count, guard};
-    UpdateMarks marks{count, changes, guard};
+    UpdateMarks marks{folder, count, changes, guard};
     UpdateWatch watch{count, changes, locks, folder, guard};
     WorkSign sign{folder, count, locks};
     ReorganisationLock reorganisation{folder, count, opened.count, locks};
@@ -44,6 +44,8 @@ struct OpenDatabase {
     bool remote() const { return guard.needed(); }
     int32 maxRecords() const { return control ? control->MaxRecords() : 0; }
     int32 records() const noexcept { return store.count(); }
+    // Stand.tsd; made by who may write. False where it is not to be had.
+    bool openChanges();
     // The record count anew, and the same where the last look is 6 x NetWait seconds old.
     void refreshCount();
     void refreshWhenDue();

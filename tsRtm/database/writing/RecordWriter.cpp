@@ -9,9 +9,33 @@ namespace tsRtm {
 namespace {
 
 constexpr int32 kNoEntry = 28;  // the old key is not in its place
+constexpr TextView kWrongTotal = u"Ein Index hat mehr Einträge als die Datenbank Sätze";
 constexpr int32 kUpdateOverrun = static_cast<int32>(0x80040001);
 
 WriteOutcome refused(DatabaseError error) { return {error, 0, 0}; }
+
+// The lock of a record that is about to be made: given back where nothing comes of it.
+class NewRecordLock {
+ public:
+    explicit NewRecordLock(DatabaseLocks& locks) : locks_(locks) {}
+    ~NewRecordLock() {
+        if (record_ != 0) locks_.unlockRecord(record_);
+    }
+    NewRecordLock(const NewRecordLock&) = delete;
+    NewRecordLock& operator=(const NewRecordLock&) = delete;
+
+    bool take(int32 record) {
+        if (locks_.owns(record)) return true;
+        if (failed(locks_.tryRecord(record))) return false;
+        record_ = record;
+        return true;
+    }
+    void keep() noexcept { record_ = 0; }
+
+ private:
+    DatabaseLocks& locks_;
+    int32 record_ = 0;
+};
 
 using Columns = std::pair<std::size_t, std::size_t>;  // from, and the first behind
 
@@ -120,12 +144,13 @@ void RecordWriter::heal() noexcept {
 WriteOutcome RecordWriter::change(int32 record, const WriteOrder& order) {
     return alone(&order.content, [&] {
         if (!d_.store.reaches(record)) return refused(DatabaseError::badRecord);
-        if (!order.locked && !d_.layout.namesPlaces() && !d_.remote()) {
+        const bool tears = d_.store.tears(record, 0, d_.layout.bytes());
+        if (!order.locked && !tears && !d_.layout.namesPlaces() && !d_.remote()) {
             d_.store.read(record, stored_);
             content_->compose(stored_, order.extent, image_);
             const auto [from, to] = difference(image_, stored_);
             if (from == to) return WriteOutcome{DatabaseError::none, record, 0};
-            if (!touchesKeys(from, to) && !d_.store.tears(record, from, to)) {
+            if (!touchesKeys(from, to)) {
                 // Somebody may be moving the record to another key at this moment: the keys stay his.
                 d_.store.writePart(record, static_cast<uint32>(from),
                                    BytesView(image_).substr(from, to - from));
@@ -203,8 +228,11 @@ WriteOutcome RecordWriter::addUnderLock(const WriteOrder& order) {
     const int32 record = before + 1;
     if (before >= d_.maxRecords()) return refused(DatabaseError::full);
     WriteOutcome out{DatabaseError::none, record, 0};
-    const bool lock = order.lockNew && !d_.locks.owns(record);
-    if (lock && failed(d_.locks.tryRecord(record))) return refused(DatabaseError::locked);
+    // An older program died when the record was in the tree and not in the file.
+    for (int32 index = 1; d_.indexes.big() && d_.indexes.has(index); ++index)
+        if (d_.indexes.open(index).total() != before) raise(kNoEntry, kFileFailureSource, kWrongTotal);
+    NewRecordLock lock(d_.locks);
+    if (order.lockNew && !lock.take(record)) return refused(DatabaseError::locked);
     try {
         content_->compose({}, RecordBuffer::Extent::whole, image_);
         for (int32 index = 1; d_.indexes.has(index); ++index) d_.indexes.open(index);
@@ -218,9 +246,9 @@ WriteOutcome RecordWriter::addUnderLock(const WriteOrder& order) {
         if (d_.store.tears(record, 0, image_.size())) d_.marks.keep(record, 0, image_);
         d_.store.write(record, image_);
         d_.marks.end(record);
+        lock.keep();
         return out;
     } catch (const Failure&) {
-        if (lock) d_.locks.unlockRecord(record);
         d_.store.refresh();
         if (d_.marks.underWay()) d_.store.cutTo(before);
         throw;

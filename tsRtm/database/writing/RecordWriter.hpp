@@ -45,9 +45,11 @@ class RecordWriter {
     // To be called when the indexes are defined.
     void prepare();
     bool busy() const noexcept { return busy_; }
+    // Keeps the writer for bulk work: until it is given back writes end with `locked`.
+    void occupy(bool occupied) noexcept { busy_ = occupied; }
 
-    // A record that is there. Without the database lock where no key changes and what changes goes out in one
-    // write; then the keys are not written over.
+    // A record that is there. Without the database lock where no key changes and the record lies in one page
+    // of the system, so that it goes out in one write; then the keys are not written over.
     WriteOutcome change(int32 record, const WriteOrder& order);
     // A new record behind the last: full (7) at the limit, locked (70) where somebody holds its number.
     WriteOutcome add(const WriteOrder& order);

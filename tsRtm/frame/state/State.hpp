@@ -56,9 +56,10 @@ struct State {
     bool breakFlag = false;
     bool stopped = false;
     bool stoppedEnabled = false;
-    bool stopping = false;      // WMStop has run: waits end
-    bool lockWait = false;      // a wait for a lock is under way: timers stay away
-    int32 updatesUnderWay = 0;  // changes of database indexes that this program is in the middle of
+    bool stopping = false;  // WMStop has run: waits end
+    bool lockWait = false;  // a wait for a lock is under way: timers stay away
+    // Folders of the databases whose indexes this program is in the middle of changing.
+    std::vector<const Text*> updatesUnderWay;
     std::shared_ptr<Object> messageLine;
     std::shared_ptr<Object> shortcuts;  // the input shortcuts, kept by their topic
     Text appProgID;

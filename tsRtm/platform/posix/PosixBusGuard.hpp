@@ -25,6 +25,7 @@ class BusGuard {
     // From now on this stretch, whole pages; `protection` as mmap takes it, for the pages put in place.
     void watch(const std::byte* begin, std::size_t bytes, int protection) noexcept;
     // Whether a page was ever put in place.
+    void repaired() noexcept { place_->damaged.store(false, std::memory_order_relaxed); }
     bool damaged() const noexcept { return place_->damaged.load(std::memory_order_relaxed); }
 
     // One entry of the table that the handler reads. begin 0: free; 1: taken, nothing watched yet.

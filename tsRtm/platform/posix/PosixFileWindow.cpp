@@ -50,6 +50,13 @@ void PosixFileWindow::store(uint64 offset, std::span<const std::byte> bytes) {
     if (!bytes.empty()) std::memcpy(data_ + offset, bytes.data(), bytes.size());
 }
 
+bool PosixFileWindow::renew() noexcept {
+    const auto bytes = static_cast<std::size_t>(capacity_);
+    if (::mmap(data_, bytes, protection_, MAP_SHARED | MAP_FIXED, descriptor_, 0) == MAP_FAILED) return false;
+    guard_.repaired();
+    return true;
+}
+
 bool PosixFileWindow::map(uint64 capacity) noexcept {
     const auto bytes = static_cast<std::size_t>(capacity);
     void* const begin = ::mmap(nullptr, bytes, protection_, MAP_SHARED, descriptor_, 0);

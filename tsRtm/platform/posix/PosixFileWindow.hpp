@@ -21,6 +21,7 @@ class PosixFileWindow final : public FileWindow {
     [[nodiscard]] bool reserve(uint64 size) override;
     void store(uint64 offset, std::span<const std::byte> bytes) override;
     bool damaged() const noexcept override { return guard_.damaged(); }
+    [[nodiscard]] bool renew() noexcept override;
 
  private:
     PosixFileWindow(int descriptor, bool writable) noexcept;
