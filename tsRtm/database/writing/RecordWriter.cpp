@@ -49,6 +49,33 @@ Columns difference(const Bytes& a, const Bytes& b) {
 
 }  // namespace
 
+class RecordWriter::Sides {
+ public:
+    explicit Sides(std::span<SideWrite* const> writes) : writes_(writes) {}
+    ~Sides() {
+        while (begun_ > 0) writes_[--begun_]->undo();
+    }
+    Sides(const Sides&) = delete;
+    Sides& operator=(const Sides&) = delete;
+
+    void prepare(BytesView stored, std::span<char> image) {
+        for (auto* const write : writes_) {
+            ++begun_;
+            write->prepare(stored, image);
+        }
+    }
+    // From here on the record may point to them, whatever becomes of its write.
+    void show() noexcept { begun_ = 0; }
+    void finish() noexcept {
+        show();
+        for (auto* const write : writes_) write->finish();
+    }
+
+ private:
+    std::span<SideWrite* const> writes_;
+    std::size_t begun_ = 0;
+};
+
 void RecordWriter::prepare() {
     keyBytes_.assign(d_.layout.bytes(), false);
     for (int32 index = 1; d_.indexes.has(index); ++index) {
@@ -145,7 +172,7 @@ WriteOutcome RecordWriter::change(int32 record, const WriteOrder& order) {
     return alone(&order.content, [&] {
         if (!d_.store.reaches(record)) return refused(DatabaseError::badRecord);
         const bool tears = d_.store.tears(record, 0, d_.layout.bytes());
-        if (!order.locked && !tears && !d_.layout.namesPlaces() && !d_.remote()) {
+        if (!order.locked && order.sides.empty() && !tears && !d_.layout.namesPlaces() && !d_.remote()) {
             d_.store.read(record, stored_);
             content_->compose(stored_, order.extent, image_);
             const auto [from, to] = difference(image_, stored_);
@@ -166,19 +193,26 @@ WriteOutcome RecordWriter::changeUnderLock(int32 record, const WriteOrder& order
     WriteOutcome out{DatabaseError::none, record, 0};
     d_.store.read(record, stored_);
     content_->compose(stored_, order.extent, image_);
+    Sides sides(order.sides);
+    sides.prepare(stored_, image_);
     changed_.clear();
     for (int32 index = 1; d_.indexes.has(index); ++index)
         // An index whose fields did not change is not touched at all.
         if (d_.indexes.keys(index).differs(stored_, image_)) changed_.push_back(index);
-    store(record, order, out);
+    store(record, order, sides, out);
+    sides.finish();
     return out;
 }
 
-void RecordWriter::store(int32 record, const WriteOrder& order, WriteOutcome& out) {
-    if (changed_.empty()) return put(record);
+void RecordWriter::store(int32 record, const WriteOrder& order, Sides& sides, WriteOutcome& out) {
+    if (changed_.empty()) {
+        sides.show();
+        return put(record);
+    }
     for (const int32 index : changed_) d_.indexes.open(index);
     d_.marks.begin();
     move(record, order, out);
+    sides.show();
     put(record);
     d_.marks.end(d_.records());
 }
@@ -233,8 +267,10 @@ WriteOutcome RecordWriter::addUnderLock(const WriteOrder& order) {
         if (d_.indexes.open(index).total() != before) raise(kNoEntry, kFileFailureSource, kWrongTotal);
     NewRecordLock lock(d_.locks);
     if (order.lockNew && !lock.take(record)) return refused(DatabaseError::locked);
+    Sides sides(order.sides);
     try {
         content_->compose({}, RecordBuffer::Extent::whole, image_);
+        sides.prepare({}, image_);
         for (int32 index = 1; d_.indexes.has(index); ++index) d_.indexes.open(index);
         d_.marks.begin();
         // The arrays count as many entries as there are records: room first, as deleted.
@@ -246,6 +282,7 @@ WriteOutcome RecordWriter::addUnderLock(const WriteOrder& order) {
         if (d_.store.tears(record, 0, image_.size())) d_.marks.keep(record, 0, image_);
         d_.store.write(record, image_);
         d_.marks.end(record);
+        sides.finish();
         lock.keep();
         return out;
     } catch (const Failure&) {

@@ -3,9 +3,11 @@
 // form and a mark by which the next one who writes builds the indexes anew.
 #include <functional>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "tsRtm/database/records/RecordBuffer.hpp"
+#include "tsRtm/database/records/SideWrite.hpp"
 #include "tsRtm/database/writing/OpenDatabase.hpp"
 
 namespace tsRtm {
@@ -18,6 +20,8 @@ struct WriteOrder {
     bool locked = false;
     // A new record is locked before anybody can see it, and stays so.
     bool lockNew = false;
+    // What goes to side files with it, under the database lock: their columns are theirs.
+    std::span<SideWrite* const> sides = {};
     // The index whose position is asked for, 0 for none.
     int32 watched = 0;
 };
@@ -68,10 +72,12 @@ class RecordWriter {
     void keepContent();
     template <class Work>
     WriteOutcome underLock(Work work);
+    // Prepares side writes, and undoes or finishes them.
+    class Sides;
     WriteOutcome changeUnderLock(int32 record, const WriteOrder& order);
     WriteOutcome addUnderLock(const WriteOrder& order);
     // The record in place, or moved in all indexes whose keys differ.
-    void store(int32 record, const WriteOrder& order, WriteOutcome& out);
+    void store(int32 record, const WriteOrder& order, Sides& sides, WriteOutcome& out);
     void move(int32 record, const WriteOrder& order, WriteOutcome& out);
     void put(int32 record);
     void moved(int32 index, int32 position, const WriteOrder& order, WriteOutcome& out);
