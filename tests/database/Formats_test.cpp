@@ -91,6 +91,15 @@ TEST_F(Formats, ATreeDatabaseByteForByte) {
     EXPECT_EQ(hex(file(u"I001")), hex(tree));
 }
 
+TEST_F(Formats, AMemoByteForByte) {
+    ground.ui.defaultAnswer = 1;
+    const auto db = MemoryDatabase::make(fieldsOf({{u"NAME", tsAlphanumerisch, 8}, {u"NOTIZ", tsMemo, 60}}),
+                                         kBig, u"  1  0  0");
+    ASSERT_TRUE(db && db->Append());
+    db->Memo(1, u"Grüße");
+    EXPECT_EQ(hex(file(u"Memo-000.002")), hex(example("memo")));
+}
+
 TEST_F(Formats, AFlatDatabaseByteForByte) {
     make({DBAnsi, 1000});
     EXPECT_EQ(hex(file(u"I001")), hex(example("flat")));

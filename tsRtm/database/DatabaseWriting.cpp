@@ -5,6 +5,7 @@
 #include "tsRtm/database/clsTSDB.hpp"
 #include "tsRtm/database/clsTSRecord.hpp"
 #include "tsRtm/database/engine/DatabaseEngine.hpp"
+#include "tsRtm/database/memos/MemoWrite.hpp"
 
 namespace tsRtm {
 namespace {
@@ -24,7 +25,9 @@ bool clsTSDB::LockDB(bool Modus) {
     const Working working(*this);
     auto& e = *engine_;
     if (!Modus) {
+        const DatabaseHold hold(e.d.locks, DatabaseLocks::Wait::never);
         e.d.locks.unlockExplicitly();
+        e.d.memos.releaseWaiting(MemoStores::When::due);
         return true;
     }
     if (e.d.folder.shared && e.d.folder.readOnly) return e.fail(DatabaseError::readOnly);
@@ -153,6 +156,23 @@ std::shared_ptr<clsTSRecord> clsTSDB::Add() {
     return nullptr;
 }
 
+// Stores a record object with the memos that were assigned to it.
+template <class Store>
+WriteOutcome clsTSDB::stored(clsTSRecord& record, Store store) {
+    try {
+        std::vector<std::unique_ptr<SideWrite>> writes;
+        std::vector<SideWrite*> sides;
+        for (const auto& [field, memo] : record.memos_)
+            if (memo.assigned)
+                writes.push_back(std::make_unique<MemoWrite>(engine_->d.memos, field, TextView(memo.text)));
+        for (const auto& write : writes) sides.push_back(write.get());
+        return store(sides);
+    } catch (const Failure& failure) {
+        recordFailure(failure);
+        return {static_cast<DatabaseError>(failure.Number()), 0, 0};
+    }
+}
+
 int32 clsTSDB::SatzSpeichern(clsTSRecord& Record) {
     const Working working(*this);
     auto& e = *engine_;
@@ -163,9 +183,12 @@ int32 clsTSDB::SatzSpeichern(clsTSRecord& Record) {
         e.fail(kNotSupported);
         return number;
     }
-    const auto out = e.writer.change(
-        number,
-        {.content = *Record.felder_, .extent = RecordBuffer::Extent::assigned, .locked = e.d.folder.shared});
+    const auto out = stored(Record, [&](std::span<SideWrite* const> sides) {
+        return e.writer.change(number, {.content = *Record.felder_,
+                                        .extent = RecordBuffer::Extent::assigned,
+                                        .locked = e.d.folder.shared,
+                                        .sides = sides});
+    });
     if (!out) {
         e.fail(out.error);
         return number;
@@ -180,7 +203,9 @@ int32 clsTSDB::storeNew(clsTSRecord& record) {
     auto& e = *engine_;
     if (!lockForNew()) return record.Satznummer();
     record.storeTried_ = true;
-    const auto out = e.writer.add({.content = *record.felder_, .lockNew = true});
+    const auto out = stored(record, [&](std::span<SideWrite* const> sides) {
+        return e.writer.add({.content = *record.felder_, .lockNew = true, .sides = sides});
+    });
     if (!out) {
         e.fail(out.error);
         return record.Satznummer();

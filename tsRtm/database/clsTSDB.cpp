@@ -98,6 +98,7 @@ void clsTSDB::openInner() {
     for (int32 i = 1; i <= d.control->Felder(); ++i) e.viewLaenge.push_back(d.control->field(i).Laenge());
     // Nothing on disk says so: a change of MaxRecords across this number needs new index files.
     d.indexes.define(*d.control, d.layout, d.control->MaxRecords() >= kBigFrom);
+    d.memos.define(*d.control);
     e.writer.prepare();
     OpenView(u"Standard");
     if (!openFiles()) return;

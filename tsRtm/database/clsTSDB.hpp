@@ -26,6 +26,7 @@
 
 #include "tsRtm/control/clsControl.hpp"
 #include "tsRtm/database/DatabaseEvents.hpp"
+#include "tsRtm/fields/clsBlob.hpp"
 #include "tsRtm/types/Text.hpp"
 
 namespace tsRtm {
@@ -35,6 +36,7 @@ enum eLockedAction : int32 { AskUser = 0, Cancel = 1, Retry = 2, Ignore = 3, Del
 
 class clsTSRecord;
 struct DatabaseEngine;
+struct WriteOutcome;
 
 class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTSDB> {
  public:
@@ -139,6 +141,18 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     int32 IndexNr(const Variant& FeldNummer) const;
     int32 IndexFeld(int32 Index, int32 Item = 1) const;
 
+    // --- Memos and blobs
+    // ------------------------------------------------------------------------------------------- Those of
+    // the current record, by their number 1..AnzahlMemos among the memo fields. The text is that of the file
+    // at this moment. 9 for a number that there is not.
+    Text Memo(int32 MemoNr);
+    // Stores it at once; an empty text takes no room. 63 where there is no stored record, 53 where a
+    // scrambled field has no key file, 61 without room: then all is as it was.
+    void Memo(int32 MemoNr, TextView Inhalt);
+    // The same for blob fields.
+    clsBlob Blob(int32 BlobNr);
+    void Blob(int32 BlobNr, const clsBlob& Inhalt);
+
     // --- Order and search
     // -------------------------------------------------------------------------------------------- Index
     // number, 0 the physical order; another number is error 53 and changes nothing.
@@ -208,7 +222,14 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     void recordChanged(int32 Satznummer);
     bool lockForNew();
     int32 storeNew(clsTSRecord& record);
+    template <class Store>
+    WriteOutcome stored(clsTSRecord& record, Store store);
     void putMark(int32 Satznummer, char16_t mark);
+    template <class Read>
+    auto readPlace(int32 field, int32 record, Read read);
+    template <class Content>
+    void writePlace(int32 field, Content content);
+    Text memoText(int32 record, int32 field);
     bool isEmpty() const;
     void goTo(TextView Suchbegriff);
     void goToNumber(int32 wanted);

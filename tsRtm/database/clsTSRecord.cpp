@@ -66,6 +66,7 @@ const Text& clsTSRecord::Fields(int32 Index) {
     const Text& stored = (*felder_)[Index];
     if (Index == 0) return stored;
     const auto& field = layout_->field(Index);
+    if (field.pointer) return memo(Index);
     if (field.typ == kAutowert && stored.empty() && number_ > 0) {
         shown_ = padded(number_, field.length);
         if (const auto database = DB(); database && database->storeSerial(number_, shown_))
@@ -79,11 +80,21 @@ const Text& clsTSRecord::Fields(int32 Index) {
 
 void clsTSRecord::Fields(int32 Index, TextView Inhalt) {
     if (readOnly_ || Index < 0 || Index > control_->Felder() || !layout_ || !load()) return;
-    if (Index > 0 && (layout_->field(Index).typ & 7) == 5)
+    if (Index > 0 && layout_->field(Index).pointer)
+        memos_[Index] = {Text(Inhalt), true};
+    else if (Index > 0 && (layout_->field(Index).typ & 7) == 5)
         felder_->set(Index, storedNumber(layout_->field(Index), Inhalt));
     else
         felder_->set(Index, Inhalt);
     changed_ = true;
+}
+
+// Read at the first look, by the place that the file has then.
+const Text& clsTSRecord::memo(int32 field) {
+    const auto known = memos_.find(field);
+    if (known != memos_.end()) return known->second.text;
+    const auto database = number_ > 0 ? DB() : nullptr;
+    return memos_[field].text = database ? database->memoText(number_, field) : Text();
 }
 
 const Text& clsTSRecord::NamedField(TextView Feldname) { return Fields(control_->FeldNummer(Feldname)); }
@@ -106,12 +117,14 @@ bool clsTSRecord::Update() {
     serial_ = 0;
     changed_ = false;
     loaded_ = false;  // the next read shows it as it stands in the file
+    memos_.clear();
     if (isNew) locked_ = lockIsOurs_ = database->engine_->d.locks.owns(number);
     return true;
 }
 
 void clsTSRecord::Reset() {
     changed_ = false;
+    memos_.clear();
     if (number_ > 0)
         loaded_ = false;
     else if (layout_)

@@ -1,6 +1,7 @@
 #pragma once
 // One record apart from the cursor of its database: a private copy of the fields, with its own change and
 // lock state.
+#include <map>
 #include <memory>
 
 #include "tsRtm/control/clsControl.hpp"
@@ -69,7 +70,13 @@ class clsTSRecord {
  private:
     friend class clsTSDB;
 
+    struct LazyMemo {
+        Text text;
+        bool assigned = false;
+    };
+
     bool load();
+    const Text& memo(int32 field);
     void invalidate();
     void lockFlag(bool value) noexcept { locked_ = value; }
     void serialNumber(int32 value);
@@ -79,6 +86,7 @@ class clsTSRecord {
     const RecordLayout* layout_;  // of the database, while it lives
     int32 number_;
     std::unique_ptr<RecordBuffer> felder_;
+    std::map<int32, LazyMemo> memos_;  // by field: those that were read or assigned
     Text shown_;
     int32 error_ = 0;
     int32 serial_ = 0;  // given out for this record, not stored yet

@@ -41,6 +41,12 @@ class CountFile {
 
     explicit operator bool() const noexcept { return static_cast<bool>(bytes_); }
     platform::File& file() const noexcept { return bytes_.file(); }
+    // Whether its name still leads to it: the directory may have become that of another database, copied or
+    // renamed into the place of ours. Asked before a file is opened late, by its name.
+    bool inPlace() const {
+        const auto inPlace = bytes_.file().inPlace();
+        return inPlace && *inPlace;
+    }
     // Writes the initial text into an empty file.
     void initialise();
 

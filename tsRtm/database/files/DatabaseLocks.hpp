@@ -36,6 +36,7 @@ class DatabaseLocks {
     // LockDB: one level of the database lock that stays until it is given back here.
     [[nodiscard]] DatabaseError lockExplicitly();
     void unlockExplicitly() noexcept;
+    bool heldExplicitly() const noexcept { return explicitly_; }
 
     // Waits as lockWithWait tells; a record that this object holds is a success.
     [[nodiscard]] DatabaseError lockRecord(int32 record, int32 wait);

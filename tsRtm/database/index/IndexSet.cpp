@@ -51,10 +51,8 @@ Text IndexSet::quotedName(int32 number) const { return u"Indexdatei \"" + filePa
 
 void IndexSet::openFile(int32 number) {
     Slot& at = slot(number);
-    // The directory may have become that of another database, copied or renamed into the place of ours.
-    const auto inPlace = p_.count.file().inPlace();
     const bool there = !p_.folder.readOnly || FilesTopic::Exist(filePath(number));
-    if (inPlace && *inPlace && there) at.file = p_.folder.open(fileName(number), true);
+    if (p_.count.inPlace() && there) at.file = p_.folder.open(fileName(number), true);
     // No blank before "kann": the text stands so in logs.
     if (at.file == 0) raise(70, kSource, quotedName(number) + u"kann nicht geöffnet werden");
     auto& file = p_.folder.files.file(at.file);

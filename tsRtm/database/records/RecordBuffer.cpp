@@ -32,6 +32,14 @@ void RecordBuffer::loaded(bool plain) {
     std::fill(states_.begin(), states_.end(), State::stored);
 }
 
+void RecordBuffer::show(int32 number, BytesView columns) {
+    const auto& field = layout_->field(number);
+    bytes_.resize(layout_->bytes(), ' ');
+    bytes_.replace(field.offset, field.bytes, columns);
+    states_[static_cast<std::size_t>(number)] = State::stored;
+    isWidened_ = false;
+}
+
 void RecordBuffer::clear() {
     bytes_ = layout_->blank();
     deleted_ = false;

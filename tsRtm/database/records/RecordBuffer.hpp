@@ -16,6 +16,8 @@ class RecordBuffer {
     // and chain fields as plain text.
     Bytes& room() noexcept { return bytes_; }
     void loaded(bool plain = false);
+    // Shows other bytes of one field than were loaded; nothing that was assigned.
+    void show(int32 number, BytesView columns);
     // Empties every element.
     void clear();
     // 0..fields; the reference holds until the element changes.

@@ -9,6 +9,7 @@ OpenDatabase::OpenDatabase(FilesTopic& files) : folder(files) {
     guard.eachFile = [this](const std::function<void(platform::File&)>& work) {
         if (store) work(store.bytes().file());
         indexes.eachFile(work);
+        memos.eachFile(work);
     };
 }
 
@@ -62,6 +63,7 @@ void OpenDatabase::flush() {
 
 void OpenDatabase::close() noexcept {
     marks.giveUp();
+    memos.close();
     if (count) sign.leave([this] { flush(); });
     serial = SerialNumber();
     folder.close(opened.serial);

@@ -7,6 +7,7 @@
 #include "tsRtm/database/files/SerialNumber.hpp"
 #include "tsRtm/database/files/WorkSign.hpp"
 #include "tsRtm/database/index/IndexSet.hpp"
+#include "tsRtm/database/memos/MemoStores.hpp"
 
 namespace tsRtm {
 
@@ -39,6 +40,8 @@ struct OpenDatabase {
     WorkSign sign{folder, count, locks};
     ReorganisationLock reorganisation{folder, count, opened.count, locks};
     IndexSet indexes{{folder, count, store, locks, marks, watch, sign, guard}};
+
+    MemoStores memos{{folder, count, store, locks, guard, layout}};
 
     // Every write holds the database lock: a client's cache stands between the files and others.
     bool remote() const { return guard.needed(); }

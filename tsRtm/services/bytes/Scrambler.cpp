@@ -39,14 +39,16 @@ bool Scrambler::read(TextView path) {
     return true;
 }
 
-void Scrambler::load() {
-    if (std::exchange(loaded_, true)) return;
+bool Scrambler::load() {
+    if (std::exchange(loaded_, true)) return found_;
     const Text besideHost = inFolder(folderOf(rtmMain::state().hostPath));
     const Text besideRuntime = inFolder(rtmMain::state().runtimeDir);
-    if (read(besideHost) || read(besideRuntime)) return;
+    found_ = read(besideHost) || read(besideRuntime);
+    if (found_) return true;
     rtmMain::state().F = 53;
     rtmMain::DebugLog(u"SchluesselB: " + besideRuntime + u" Datei fehlt");
     messages_.TSMsgBox(besideRuntime + u"\rDatei fehlt", 0, u"SchluesselB");
+    return false;
 }
 
 void Scrambler::scramble(Bytes& bytes, int32 start) {

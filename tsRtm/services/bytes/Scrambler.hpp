@@ -20,14 +20,17 @@ class Scrambler {
     // a shorter one lacks are zero; one with zeros alone is passed over. Where neither folder has one, the
     // first use records 53 in F, logs and shows a box.
     void scramble(Bytes& bytes, int32 start);
+    // Whether there is a key file; looked for as above.
+    bool ready() { return load(); }
 
  private:
-    void load();
+    bool load();
     bool read(TextView path);
 
     MessagesTopic& messages_;
     std::array<uint8, 256> keys_{};
     bool loaded_ = false;
+    bool found_ = false;
 };
 
 }  // namespace tsRtm

@@ -1,0 +1,339 @@
+// Memos and blobs: their bytes in the store, their way into a record, and what others and a death leave of
+// them.
+#include "tests/database/MemoryDatabase.hpp"
+#include "tests/support/CrashingFiles.hpp"
+#include "tsRtm/frame/text/CodePages.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+enum Field : int32 { mNAME = 1, mNOTIZ, mGEHEIM, mBILD, mWEIT, mUTF8 };
+
+constexpr TextView kEuroText = u"Größe 5 €";
+constexpr TextView kOther = u"Łódź";  // not in code page 1252
+
+TSIOArray memoFields() {
+    auto fields = fieldsOf({{u"NAME", tsAlphanumerisch, 12},
+                            {u"NOTIZ", tsMemo, 60},
+                            {u"GEHEIM", tsMemoEncrypted, 60},
+                            {u"BILD", tsBlob, 60},
+                            {u"WEIT", tsMemo, 60},
+                            {u"UTF8", tsMemo + 2048, 60}});
+    return fields;
+}
+
+Bytes padded(Bytes bytes) {
+    bytes.resize((bytes.size() + 127) / 128 * 128, '\0');
+    return bytes;
+}
+
+Bytes entry(char form, BytesView payload, char key = 0) {
+    Bytes out{26, 0, form, key, static_cast<char>(payload.size()), 0, 0, 0};
+    return padded(out.append(payload));
+}
+
+class Memos : public MemoryDatabase {
+ protected:
+    static constexpr int32 kBigDatabase = kBig;
+
+    std::shared_ptr<clsTSDB> made(eDBTyp typ = DBAnsi) {
+        ground.ui.defaultAnswer = 1;
+        auto db = make(memoFields(), kBigDatabase, u"  1  0  0", typ);
+        if (!db) return nullptr;
+        for (const auto* name : {u"Anna", u"Berta", u"Carl"}) {
+            const auto record = db->Add();
+            record->Fields(mNAME, name);
+            EXPECT_TRUE(record->Update() && record->Entsperren());
+        }
+        db->AktSatzNr(1);
+        return db;
+    }
+    Bytes store(const char* field = "002") { return file(u"Memo-000." + fromUtf8(field)); }
+    void giveKeys() {
+        Bytes keys;
+        for (int32 i = 0; i < 256; ++i) keys.push_back(static_cast<char>(i * 7 + 3));
+        disk.put(rtmMain::state().runtimeDir + u"/KeyTS.dat", keys);
+    }
+};
+
+TEST_F(Memos, EachKindOfFieldHasItsForm) {
+    giveKeys();
+    const auto db = made();
+    ASSERT_TRUE(db);
+    db->Memo(1, kEuroText);
+    EXPECT_EQ(store(), entry(0,
+                             "Gr\xF6\xDF"
+                             "e 5 \x80"));
+    EXPECT_EQ(db->Fields(mNOTIZ), u"    1");
+    db->Memo(2, u"geheim");
+    EXPECT_EQ(store("003").substr(0, 3), Bytes("\x1A\0\x80", 3));
+    EXPECT_NE(store("003")[3], '\0');
+    EXPECT_EQ(store("003").find("geheim"), Bytes::npos);
+    db->Blob(1, clsBlob(std::vector<uint8>(120, 255)));
+    EXPECT_EQ(store("004"), entry(0, Bytes(120, '\xFF')));
+    EXPECT_EQ(store("004").size(), 128u);
+
+    EXPECT_EQ(db->Memo(1), kEuroText);
+    EXPECT_EQ(db->Memo(2), u"geheim");
+    EXPECT_EQ(db->Blob(1).Bytes(), std::vector<uint8>(120, 255));
+    // What the code page lacks is kept all the same, and so is a text that looks like UTF-16.
+    for (const Text& text : {Text(kOther), Text(u"a\0b\0", 4), Text(200, u'x')}) {
+        db->Memo(1, text);
+        EXPECT_EQ(db->Memo(1), text);
+    }
+    db->Memo(4, kOther);
+    EXPECT_EQ(store("006"), entry(1,
+                                  "\xC5\x81\xC3\xB3"
+                                  "d\xC5\xBA"));
+    EXPECT_EQ(db->Memo(4), kOther);
+    EXPECT_EQ(db->Error(), 0);
+    EXPECT_EQ(open(true)->Record(1)->Fields(mNOTIZ), Text(200, u'x'));
+}
+
+TEST_F(Memos, AUnicodeDatabasePointsInItsOwnForm) {
+    const auto db = made(DBUnicode);
+    ASSERT_TRUE(db);
+    db->Memo(1, kOther);
+    EXPECT_EQ(store(), entry(2, toUtf16Le(kOther)));
+    EXPECT_EQ(open()->Record(1)->Fields(mNOTIZ), kOther);
+}
+
+TEST_F(Memos, ScrambledTextsNeedTheirKeys) {
+    const auto db = made();
+    db->Memo(2, u"geheim");
+    EXPECT_EQ(db->Error(), 53);
+    EXPECT_FALSE(disk.exists(path(u"Memo-000.003")) && !store("003").empty());
+    // Nor is one that cannot be read taken away.
+    put(u"Memo-000.003", entry('\x80', "xyz", 9));
+    db->PutField(1, mGEHEIM, u"1");
+    db->AktSatzNr(1);
+    EXPECT_EQ(db->Memo(2), u"");
+    EXPECT_EQ(db->Error(), 53);
+    db->Memo(2, u"");
+    EXPECT_EQ(db->Error(), 53);
+    EXPECT_EQ(store("003"), entry('\x80', "xyz", 9));
+}
+
+// Forms that older programs left, and what is no entry at all.
+TEST_F(Memos, OldAndDamagedEntriesAreRead) {
+    const auto db = made();
+    const auto reads = [&](const Bytes& content, TextView pointer = u"1") {
+        put(u"Memo-000.002", content);
+        db->PutField(1, mNOTIZ, pointer);
+        db->AktSatzNr(1);
+        return db->Memo(1);
+    };
+    Bytes empty = entry(0, "abc");
+    std::fill_n(empty.begin() + 4, 4, ' ');
+    EXPECT_EQ(reads(empty), u"");
+    EXPECT_EQ(reads("M\x81ller\x1Arest"), u"Müller");
+    EXPECT_EQ(reads(Bytes(300, 'a') + "\x1A"), Text(300, u'a'));
+    EXPECT_EQ(reads(entry(0, Bytes("a\0b\0", 4))), u"ab");
+    EXPECT_EQ(reads(entry(2, Bytes("a\0\x14 ", 4))), u"a\u2014");
+    EXPECT_EQ(reads(entry(1, "\xC5\x81")), u"Ł");
+    EXPECT_EQ(reads(entry(0, "abc").substr(0, 10)), u"ab") << "cut";
+    EXPECT_EQ(reads(Bytes(128, '\0')), u"");
+    EXPECT_EQ(reads(entry(0, "abc"), u"9"), u"") << "behind the end";
+    EXPECT_EQ(db->Error(), 0);
+    // A length that leads into the neighbour or out of the file takes no more than its own block away.
+    Bytes wrong = entry(0, "abc") + entry(0, "Nachbar");
+    wrong[6] = 1;
+    reads(wrong);
+    db->Memo(1, u"neu");
+    EXPECT_EQ(store().substr(0, 128), Bytes(128, '\0'));
+    EXPECT_EQ(store().substr(128, 128), entry(0, "Nachbar"));
+    // A store that ends in raw text goes on at the next block.
+    reads("roh\x1A");
+    db->Memo(1, u"neu");
+    EXPECT_EQ(store(), padded("roh\x1A") + entry(0, "neu"));
+}
+
+TEST_F(Memos, ATextGoesToTheEndAndTheOldOneIsWipedOut) {
+    const auto db = made();
+    db->Memo(1, u"eins");
+    ground.clock.advance(2s);
+    db->Memo(1, u"eins");
+    EXPECT_EQ(store(), Bytes(128, '\0') + entry(0, "eins")) << "the same text moves, too";
+    // The device is asked at most once a second, and at the end.
+    db->Memo(1, u"zwei");
+    EXPECT_EQ(store().substr(128), entry(0, "eins") + entry(0, "zwei"));
+    ground.clock.advance(2s);
+    db->Memo(1, u"");
+    EXPECT_EQ(db->Fields(mNOTIZ), u"     ");
+    EXPECT_EQ(store(), Bytes(384, '\0'));
+    db->LockDB(true);
+    ground.clock.advance(2s);
+    db->Memo(1, u"drei");
+    db->Memo(1, u"vier");
+    EXPECT_EQ(store().substr(384), entry(0, "drei") + entry(0, "vier"));
+    db->LockDB(false);
+    EXPECT_EQ(store().substr(384), Bytes(128, '\0') + entry(0, "vier"));
+    db->Memo(1, u"fünf");
+    db->Schliesse();
+    EXPECT_EQ(store().substr(512), Bytes(128, '\0') + entry(0, "f\xFCnf"));
+}
+
+TEST_F(Memos, RefusalsChangeNothing) {
+    const auto db = made();
+    EXPECT_EQ((db->Memo(9), db->Error()), 9);
+    EXPECT_EQ((db->Memo(0, u"x"), db->Error()), 9);
+    const auto reader = open(true);
+    reader->AktSatzNr(1);
+    EXPECT_EQ((reader->Memo(1, u"x"), reader->Error()), 5);
+    EXPECT_EQ((reader->Memo(1), reader->Error()), 0) << "no store yet";
+    const auto fresh = open();
+    EXPECT_EQ((fresh->Memo(1, u"x"), fresh->Error()), 63) << "it stands nowhere";
+    db->Memo(1, u"steht");
+    disk.setFreeSpace(20);
+    EXPECT_EQ((db->Memo(1, Text(300, u'x')), db->Error()), 61);
+    disk.setFreeSpace(std::nullopt);
+    EXPECT_EQ(store(), entry(0, "steht"));
+    EXPECT_EQ(db->Memo(1), u"steht");
+    const auto record = db->Add();
+    record->Fields(mNOTIZ, u"neu");
+    disk.setFreeSpace(130);
+    EXPECT_FALSE(record->Update());
+    disk.setFreeSpace(std::nullopt);
+    EXPECT_EQ(store(), entry(0, "steht")) << "no room for the record: the memo goes, too";
+    EXPECT_TRUE(record->Update());
+    EXPECT_EQ(db->Record(4)->Fields(mNOTIZ), u"neu");
+    EXPECT_TRUE(consistent(*db));
+}
+
+TEST_F(Memos, ARecordObjectReadsLateAndStoresWhatWasAssigned) {
+    const auto db = made();
+    db->Memo(1, u"alt");
+    const auto record = db->Record(1), copy = record->WorkCopy();
+    EXPECT_EQ(record->Fields(mNOTIZ), u"alt");
+    EXPECT_EQ(copy->Fields(mNOTIZ), u"alt");
+    EXPECT_FALSE(record->IsEmpty(mNOTIZ));
+    copy->Fields(mNOTIZ, u"neu");
+    copy->Fields(mBILD, u"\u00FF\u00FE");
+    EXPECT_TRUE(copy->Update());
+    // It was only read: others' text stays.
+    EXPECT_EQ(record->Fields(mNOTIZ), u"alt");
+    record->Fields(mNAME, u"Änne");
+    EXPECT_TRUE(record->Update());
+    EXPECT_EQ(record->Fields(mNOTIZ), u"neu");
+    EXPECT_EQ(db->Record(1)->Fields(mBILD), u"\u00FF\u00FE");
+    copy->Fields(mNOTIZ, u"fort");
+    copy->Reset();
+    EXPECT_EQ(copy->Fields(mNOTIZ), u"neu");
+    // A field in memory never is a place.
+    db->AktSatzNr(1);
+    db->Fields(mNOTIZ, u"text");
+    db->Fields(mNAME, u"Anna");
+    db->Update();
+    EXPECT_EQ(db->Memo(1), u"neu");
+    ASSERT_TRUE(db->Append());
+    EXPECT_EQ(db->Memo(1), u"") << "each place has one owner";
+}
+
+// --- Others at work, and a death
+
+class MemoDeath : public testing::TestWithParam<int32> {
+ protected:
+    MemoryFiles disk;
+    CrashingFiles files{disk};
+    TestGround ground;
+    StartedLibrary library{ground, files};
+    clsRtm rtm;
+
+    static constexpr TextView kName = u"/daten/Notizen";
+    void SetUp() override {
+        ground.ui.defaultAnswer = 7;
+        ASSERT_TRUE(rtm.DBCreateExt(DBAnsi, kName, {}, memoFields(), GetParam(), u"  1  0  0"));
+        const auto db = rtm.OpenTSDB(kName);
+        for (const auto* name : {u"Anna", u"Berta"}) {
+            const auto record = db->Add();
+            record->Fields(mNAME, name);
+            record->Fields(mNOTIZ, u"alt von " + Text(name));
+            ASSERT_TRUE(record->Update());
+        }
+    }
+    // 0 a memo, 1 a record with two, 2 a new record.
+    static void write(clsTSDB& db, int32 work) {
+        db.AktSatzNr(1);
+        if (work == 0) return db.Memo(1, Text(200, u'n'));
+        const auto record = work == 1 ? db.Record(1) : db.Add();
+        record->Fields(mNAME, u"Neu");
+        record->Fields(mNOTIZ, Text(200, u'n'));
+        record->Fields(mWEIT, kOther);
+        record->Update();
+    }
+    // The old content or the new one, whole.
+    static void expectWhole(clsTSDB& db, bool told, int32 work) {
+        const auto first = db.Record(1), second = db.Record(2);
+        EXPECT_EQ(second->Fields(mNOTIZ), u"alt von Berta");
+        const auto isNew = [](clsTSRecord& r, bool all) {
+            return r.Fields(mNOTIZ) == Text(200, u'n') &&
+                   (!all || (r.Fields(mWEIT) == kOther && r.Fields(mNAME) == u"Neu"));
+        };
+        const bool old = first->Fields(mNOTIZ) == u"alt von Anna" && first->Fields(mNAME) == u"Anna" &&
+                         first->Fields(mWEIT).empty();
+        EXPECT_TRUE(work == 2 ? old : isNew(*first, work == 1) || (old && !told));
+        if (work == 2 && told) {
+            ASSERT_EQ(db.AnzahlDSaetze(), 3);
+            EXPECT_TRUE(isNew(*db.Record(3), true));
+        }
+        EXPECT_TRUE(consistent(db));
+    }
+};
+
+TEST_P(MemoDeath, LeavesTheOldTextOrTheNewOne) {
+    const auto before = disk.snapshot();
+    int32 victim = 1, points = 0;
+    for (int32 work = 0; work < 3; ++work) {
+        int64 n = 1;
+        for (bool died = true; died; ++n, ++points) {
+            SCOPED_TRACE(testing::Message() << "work " << work << " killed at change " << n);
+            disk.restore(before);
+            files.as(++victim);
+            auto db = rtm.OpenTSDB(kName);
+            files.dieAt(n, CrashingFiles::LastWrite::none, CrashingFiles::Manner::silently);
+            write(*db, work);
+            db->Schliesse();
+            const bool told = !files.died();
+            died = files.died();
+            db.reset();
+            files.as(0);
+            const auto next = rtm.OpenTSDB(kName);
+            ASSERT_TRUE(next);
+            expectWhole(*next, told, work);
+            next->AktSatzNr(2);
+            next->Memo(1, u"weiter");
+            EXPECT_EQ(next->Memo(1), u"weiter");
+        }
+        EXPECT_GT(n, 4);
+    }
+    EXPECT_GT(points, 20);
+}
+
+TEST_P(MemoDeath, AReaderSeesTheOldTextOrTheNewOne) {
+    files.as(1);
+    const auto reader = rtm.OpenTSDB(kName, true);
+    files.as(0);
+    const auto writer = rtm.OpenTSDB(kName);
+    int32 looks = 0, news = 0;
+    files.interrupt([&] {
+        const auto others = std::exchange(rtmMain::state().updatesUnderWay, {});
+        reader->AktSatzNr(1);
+        const Text text = reader->Memo(1);
+        EXPECT_TRUE(text == u"alt von Anna" || text == Text(200, u'n')) << toUtf8(text);
+        rtmMain::state().updatesUnderWay = others;
+        ++looks;
+        news += text.size() == 200;
+    });
+    for (const int32 work : {0, 1}) write(*writer, work);
+    writer->Schliesse();
+    files.interrupt(nullptr);
+    EXPECT_GT(looks, 8);
+    EXPECT_GT(news, 2);
+}
+
+INSTANTIATE_TEST_SUITE_P(Database, MemoDeath, kBothForms, formName);
+
+}  // namespace
+}  // namespace tsRtm::test

@@ -1,0 +1,110 @@
+#include "tsRtm/database/memos/MemoFile.hpp"
+
+#include <algorithm>
+#include <limits>
+
+#include "tsRtm/frame/runtime/DebugLog.hpp"
+#include "tsRtm/types/Failure.hpp"
+
+namespace tsRtm {
+namespace {
+
+using namespace memoFormat;
+
+constexpr std::size_t kMostPayload = std::size_t{1} << 30;
+constexpr int32 kPlacesToTry = 5;
+constexpr std::size_t kStep = std::size_t{64} * 1024;
+
+}  // namespace
+
+int32 MemoFile::append(const Head& head, BytesView payload) {
+    for (int32 attempt = 0; attempt < kPlacesToTry; ++attempt) {
+        before_ = bytes_.refreshSize();
+        const uint64 blocks = blocksOf(before_);
+        if (payload.size() > kMostPayload ||
+            blocks + blocksOf(kHead + payload.size()) >= std::numeric_limits<int32>::max())
+            raise(61, kFileFailureSource, file().name() + u": der Text ist zu lang");
+        // An older store may end in raw text that fills no block.
+        Bytes bytes(blocks * kBlock - before_, '\0');
+        const std::size_t gap = bytes.size();
+        bytes.append(encode(head, payload));
+        behind_ = before_ + bytes.size();
+        try {
+            bytes_.write(before_, bytes);
+        } catch (const Failure&) {
+            behind_ = bytes_.refreshSize();
+            takeBack();
+            throw;
+        }
+        // A program that locks nothing may have taken the same place.
+        Bytes there(bytes.size() - gap, '\0');
+        if (bytes_.read(before_ + gap, there) == there.size() && BytesView(bytes).substr(gap) == there)
+            return static_cast<int32>(blocks) + 1;
+    }
+    raise(70, kFileFailureSource, file().name() + u": andere schreiben ohne Sperre");
+}
+
+void MemoFile::takeBack() noexcept {
+    try {
+        if (behind_ > before_ && bytes_.refreshSize() == behind_) bytes_.resize(before_);
+    } catch (const Failure& failure) {
+        rtmMain::DebugLog(failure.Description());
+    }
+    behind_ = before_;
+}
+
+MemoEntry MemoFile::headAt(int32 block) {
+    MemoEntry entry;
+    if (block < 1) return entry;
+    char head[kHead] = {};
+    if (bytes_.read(offsetOf(block), {head, 1}) == 0) return entry;
+    bytes_.read(offsetOf(block), head);
+    entry.kind = head[0] == kEntry  ? MemoEntry::Kind::entry
+                 : head[0] == kFree ? MemoEntry::Kind::free
+                                    : MemoEntry::Kind::raw;
+    if (entry.kind == MemoEntry::Kind::entry) entry.head = decode(head);
+    return entry;
+}
+
+Bytes MemoFile::rawFrom(uint64 offset) {
+    Bytes text(kLongestRaw, '\0');
+    text.resize(bytes_.read(offset, text));
+    text.resize(std::min(text.find(kEntry), text.size()));
+    return text;
+}
+
+MemoEntry MemoFile::read(int32 block) {
+    MemoEntry entry = headAt(block);
+    if (entry.kind == MemoEntry::Kind::raw) entry.payload = rawFrom(offsetOf(block));
+    if (entry.kind != MemoEntry::Kind::entry || entry.head.length < 1 || entry.head.length == kEmptyLength)
+        return entry;
+    const uint64 begin = offsetOf(block) + kHead;
+    const uint64 size = bytes_.refreshSize();
+    const uint64 room = size > begin ? size - begin : 0;
+    entry.payload.resize(std::min<uint64>(static_cast<uint64>(entry.head.length), room));
+    entry.payload.resize(bytes_.read(begin, entry.payload));
+    return entry;
+}
+
+uint64 MemoFile::blocksAt(int32 block) {
+    const MemoEntry entry = headAt(block);
+    if (entry.kind != MemoEntry::Kind::entry) return 0;
+    if (entry.head.length == kEmptyLength) return 1;
+    const uint64 bytes = kHead + static_cast<uint64>(std::max(entry.head.length, 0));
+    if (entry.head.length >= 0 && offsetOf(block) + bytes <= bytes_.refreshSize()) return blocksOf(bytes);
+    rtmMain::DebugLog(file().name() + u": falsche Länge im Block " + toText(block));
+    return 1;
+}
+
+void MemoFile::release(int32 block) {
+    uint64 left = blocksAt(block) * kBlock;
+    const Bytes zeros(std::min<uint64>(left, kStep), '\0');
+    // The head last: an entry that is half zeros is still one that can be released.
+    while (left > 0) {
+        const uint64 step = std::min<uint64>(left, kStep);
+        left -= step;
+        bytes_.write(offsetOf(block) + left, BytesView(zeros).substr(0, step));
+    }
+}
+
+}  // namespace tsRtm

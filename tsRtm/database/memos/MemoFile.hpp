@@ -1,0 +1,41 @@
+#pragma once
+// One open memo store.
+#include "tsRtm/database/files/BlockFile.hpp"
+#include "tsRtm/database/memos/MemoText.hpp"
+
+namespace tsRtm {
+
+// Entries go to the end of the file and are never written over, but for zeros when nobody points to them any
+// more. Read and written by positional calls: others cut and lengthen the file. What changes it is done under
+// the database lock. Failures raise as raiseFileFailure tells. Not thread-safe.
+class MemoFile {
+ public:
+    explicit MemoFile(platform::File& file) : bytes_(file, false) {}
+
+    platform::File& file() const noexcept { return bytes_.file(); }
+
+    // A new entry in one write; its first block. Where that fails the file is as it was. 61 for an entry that
+    // no pointer could name or no length could tell, 70 where programs that lock nothing take every place.
+    int32 append(const memoFormat::Head& head, BytesView payload);
+    // Takes back the last entry appended, where it still is the end of the file.
+    void takeBack() noexcept;
+
+    // The entry at a block, as far as it is there.
+    MemoEntry read(int32 block);
+    // Overwrites an entry with zeros, its head included; an older one without a head stays. Where the length
+    // leads out of the file only the first block goes, and the log says so.
+    void release(int32 block);
+    // Blocks of the entry: 0 where there is none.
+    uint64 blocksAt(int32 block);
+    uint64 blocks() { return memoFormat::blocksOf(bytes_.refreshSize()); }
+
+ private:
+    MemoEntry headAt(int32 block);
+    Bytes rawFrom(uint64 offset);
+
+    BlockFile bytes_;
+    uint64 before_ = 0;  // length before the last entry, and behind it
+    uint64 behind_ = 0;
+};
+
+}  // namespace tsRtm

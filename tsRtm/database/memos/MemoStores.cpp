@@ -1,0 +1,155 @@
+#include "tsRtm/database/memos/MemoStores.hpp"
+
+#include <algorithm>
+
+#include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/runtime/DebugLog.hpp"
+#include "tsRtm/frame/text/CodePages.hpp"
+#include "tsRtm/frame/text/NumberCode.hpp"
+#include "tsRtm/types/Failure.hpp"
+
+namespace tsRtm {
+namespace {
+
+constexpr std::chrono::seconds kBetweenFlushes{1};
+// A writer moves a text in microseconds; older programs free the old one before the pointer goes.
+constexpr int32 kMostLooks = 100;
+constexpr int32 kBusyLooks = 20;
+constexpr std::chrono::milliseconds kPause{2};
+
+void must(platform::SystemError error, const platform::File& file) {
+    if (failed(error)) raiseFileFailure(error, file.name());
+}
+
+}  // namespace
+
+MemoStores::MemoStores(Parts parts) : p_(parts), scrambler_(parts.folder.messages()) {}
+
+void MemoStores::define(const clsControl& control) {
+    close();
+    kinds_.assign(static_cast<std::size_t>(control.Felder()) + 1, {});
+    isMemo_.assign(kinds_.size(), false);
+    for (int32 i = 1; i <= control.Felder(); ++i) {
+        const TSIO& field = control.field(i);
+        kinds_[static_cast<std::size_t>(i)] = MemoKind(field);
+        isMemo_[static_cast<std::size_t>(i)] = field.IsMemo() || field.IsBlob();
+    }
+}
+
+const MemoKind* MemoStores::kindOf(int32 field) const noexcept {
+    const auto i = static_cast<std::size_t>(field);
+    return field > 0 && i < kinds_.size() && isMemo_[i] ? &kinds_[i] : nullptr;
+}
+
+void MemoStores::close() noexcept {
+    releaseWaiting(When::now);
+    for (auto& [field, store] : open_) {
+        store.file.reset();
+        p_.folder.close(store.fileNumber);
+    }
+    open_.clear();
+}
+
+void MemoStores::eachFile(const std::function<void(platform::File&)>& work) {
+    for (const auto& [field, store] : open_) work(store.file->file());
+}
+
+MemoFile* MemoStores::openForReading(int32 field) {
+    if (const auto known = open_.find(field); known != open_.end()) return known->second.file.get();
+    const Text name = memoFormat::fileName(0, field);
+    const bool there = p_.folder.filesWritable || FilesTopic::Exist(p_.folder.path(name));
+    if (!there || !p_.count.inPlace()) return nullptr;
+    Store store{p_.folder.open(name, p_.folder.shared), nullptr};
+    if (store.fileNumber == 0) return nullptr;
+    auto& file = p_.folder.files.file(store.fileNumber);
+    if (p_.locks.alone()) p_.guard.opened(file);
+    store.file = std::make_unique<MemoFile>(file);
+    return open_.emplace(field, std::move(store)).first->second.file.get();
+}
+
+MemoFile& MemoStores::open(int32 field) {
+    if (auto* const file = openForReading(field)) return *file;
+    raise(70, kFileFailureSource,
+          u"Datei \"" + p_.folder.path(memoFormat::fileName(0, field)) + u"\" kann nicht geöffnet werden");
+}
+
+int32 MemoStores::pointerIn(BytesView record, int32 field) const {
+    if (record.empty()) return 0;
+    const auto& columns = p_.layout.field(field);
+    const BytesView bytes = p_.layout.bytesOf(columns, record);
+    return rtmMain::DecodeNumber(columns.wide ? fromUtf16Le(bytes) : fromAnsi(bytes));
+}
+
+void MemoStores::setPointer(std::span<char> record, int32 field, int32 pointer) const {
+    const auto& columns = p_.layout.field(field);
+    p_.layout.encode(columns, pointer > 0 ? rtmMain::EncodeNumber(pointer) : Text(),
+                     record.subspan(columns.offset, columns.bytes));
+}
+
+int32 MemoStores::pointerInFile(int32 record, int32 field) const {
+    Bytes bytes(p_.layout.bytes(), ' ');
+    const auto& columns = p_.layout.field(field);
+    p_.store.readPart(record, columns.offset, std::span(bytes).subspan(columns.offset, columns.bytes));
+    return pointerIn(bytes, field);
+}
+
+// Who moves a text shows the new pointer before the old entry goes: a pointer that is the same behind the
+// look proves the entry whole.
+template <class Decode>
+auto MemoStores::readSteadily(int32 record, int32 field, Decode decode) {
+    MemoEntry entry;
+    for (int32 look = 1;; ++look) {
+        const int32 pointer = pointerInFile(record, field);
+        MemoFile* const file = pointer > 0 ? openForReading(field) : nullptr;
+        entry = file ? file->read(pointer) : MemoEntry();
+        if (p_.locks.alone() || pointer < 1) break;
+        const bool gone = entry.kind == MemoEntry::Kind::none || entry.kind == MemoEntry::Kind::free;
+        if (!gone && pointerInFile(record, field) == pointer) break;
+        if (look == kMostLooks) {
+            rtmMain::DebugLog(p_.folder.name + u": Satz " + toText(record) + u", Feld " + toText(field) +
+                              u": kein Text an der Stelle " + toText(pointer));
+            break;
+        }
+        rtmMain::system().clock.sleep(look < kBusyLooks ? std::chrono::milliseconds(0) : kPause);
+    }
+    return decode(entry);
+}
+
+Text MemoStores::text(int32 record, int32 field) {
+    return readSteadily(record, field, [&](const MemoEntry& entry) { return texts(field).decode(entry); });
+}
+
+Bytes MemoStores::bytes(int32 record, int32 field) {
+    return readSteadily(record, field,
+                        [&](const MemoEntry& entry) { return texts(field).decodeBytes(entry); });
+}
+
+void MemoStores::release(int32 field, int32 pointer) {
+    if (pointer > 0) waiting_.push_back({field, pointer});
+    releaseWaiting(When::due);
+}
+
+void MemoStores::releaseWaiting(When when) noexcept {
+    if (waiting_.empty()) return;
+    const auto now = rtmMain::system().clock.elapsed();
+    if (when == When::due && (p_.locks.heldExplicitly() || now - flushed_ < kBetweenFlushes)) return;
+    const DatabaseHold hold(p_.locks, DatabaseLocks::Wait::never);
+    if (!hold && p_.guard.needed()) return;
+    try {
+        const auto todo = std::exchange(waiting_, {});
+        // The new entries and the pointers to them first: else a cut of the power might leave neither text.
+        for (std::size_t i = 0; i < todo.size(); ++i) {
+            const bool again =
+                std::any_of(todo.begin(), todo.begin() + static_cast<std::ptrdiff_t>(i),
+                            [&](const Waiting& other) { return other.field == todo[i].field; });
+            if (!again) must(open(todo[i].field).file().flush(), open(todo[i].field).file());
+        }
+        must(p_.store.bytes().file().flush(), p_.store.bytes().file());
+        flushed_ = rtmMain::system().clock.elapsed();
+        for (const auto& [field, pointer] : todo) open(field).release(pointer);
+    } catch (const Failure& failure) {  // room is lost, no text
+        rtmMain::DebugLog(failure.Description());
+    }
+}
+
+}  // namespace tsRtm

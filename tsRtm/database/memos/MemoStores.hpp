@@ -1,0 +1,85 @@
+#pragma once
+// The memo stores of an open database: their files, opened at first use, and their entries by record and
+// field.
+#include <chrono>
+#include <functional>
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "tsRtm/database/files/DatabaseLocks.hpp"
+#include "tsRtm/database/memos/MemoFile.hpp"
+#include "tsRtm/database/records/RecordStore.hpp"
+
+namespace tsRtm {
+
+// Reading takes no lock. What changes a store is done under the database lock.
+// Knows the other parts of the database by reference. Not thread-safe. Failures raise as raiseFileFailure
+// tells, and those of MemoText.
+class MemoStores {
+ public:
+    struct Parts {
+        const DatabaseFolder& folder;
+        CountFile& count;
+        RecordStore& store;
+        DatabaseLocks& locks;
+        ShareGuard& guard;
+        const RecordLayout& layout;
+    };
+    explicit MemoStores(Parts parts);
+    ~MemoStores() { close(); }
+    MemoStores(const MemoStores&) = delete;
+    MemoStores& operator=(const MemoStores&) = delete;
+
+    // The memo and blob fields of the control file; the stores that were open are closed.
+    void define(const clsControl& control);
+    bool has(int32 field) const noexcept { return kindOf(field) != nullptr; }
+    bool isBlob(int32 field) const noexcept { return has(field) && kindOf(field)->blob; }
+    void close() noexcept;
+    void eachFile(const std::function<void(platform::File&)>& work);
+
+    // What the field of a record has, by the pointer that stands in the file at this moment; a text that was
+    // moved meanwhile is looked for anew.
+    Text text(int32 record, int32 field);
+    Bytes bytes(int32 record, int32 field);
+    // The pointer in the columns of a record, 0 for none.
+    int32 pointerIn(BytesView record, int32 field) const;
+    void setPointer(std::span<char> record, int32 field, int32 pointer) const;
+
+    // The open store of a field, for who writes. 70 where it cannot be had.
+    MemoFile& open(int32 field);
+    MemoText texts(int32 field) { return {*kindOf(field), scrambler_}; }
+    // Nobody points to the entry any more: it becomes zeros as soon as it is sure on the medium that nobody
+    // does. At most once a second the device is asked for that, and not in the middle of what an application
+    // does under its own database lock; until then entries wait.
+    void release(int32 field, int32 pointer);
+    // Zeros for all that wait; now, or if that is due. On a share only under the database lock.
+    enum class When { due, now };
+    void releaseWaiting(When when) noexcept;
+
+ private:
+    const MemoKind* kindOf(int32 field) const noexcept;
+    // nullptr where there is none and none is to be made.
+    MemoFile* openForReading(int32 field);
+    template <class Decode>
+    auto readSteadily(int32 record, int32 field, Decode decode);
+    int32 pointerInFile(int32 record, int32 field) const;
+
+    Parts p_;
+    Scrambler scrambler_;
+    std::vector<MemoKind> kinds_;  // by field number
+    std::vector<bool> isMemo_;
+    struct Store {
+        int32 fileNumber = 0;
+        std::unique_ptr<MemoFile> file;
+    };
+    std::map<int32, Store> open_;  // by field
+    struct Waiting {
+        int32 field;
+        int32 pointer;
+    };
+    std::vector<Waiting> waiting_;
+    std::chrono::nanoseconds flushed_{-std::chrono::hours(1)};
+};
+
+}  // namespace tsRtm
