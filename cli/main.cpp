@@ -45,6 +45,7 @@ void addCommands(CLI::App& app) {
     addChanges(*db);
     addImport(*db);
     addExport(*db);
+    addMemos(*db);
     addCare(*db);
     addBanks(app);
     addMessages(app);

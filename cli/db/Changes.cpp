@@ -3,11 +3,11 @@
 #include <iostream>
 
 #include "cli/Commands.hpp"
+#include "cli/db/RecordLock.hpp"
 #include "cli/shared/CliError.hpp"
 #include "cli/shared/ErrorText.hpp"
 #include "cli/shared/Output.hpp"
 #include "cli/shared/SharedOptions.hpp"
-#include "cli/shared/Terminal.hpp"
 #include "tsRtm/database/clsTSRecord.hpp"
 #include "tsRtm/frame/state/State.hpp"
 
@@ -26,32 +26,12 @@ struct Options {
     bool json = false;
 };
 
-// Holds a record for a change and gives it back.
-class RecordLock {
- public:
-    RecordLock(Session& session, int32 number, const Options& options) : session_(session), number_(number) {
-        session.needRecord(number);
-        // With nobody to ask, a wait that asks would end in a No all the same.
-        if (session.db().Sperren(number, options.wait.value_or(canAsk() ? 1 : -1))) return;
-        if (const int32 error = session.db().Error(); error != kLocked)
-            session.fail("cannot lock record " + std::to_string(number), error);
-        throw CliError("record " + std::to_string(number) + " is locked by another user");
-    }
-    ~RecordLock() { session_.db().Entsperren(number_); }
-    RecordLock(const RecordLock&) = delete;
-    RecordLock& operator=(const RecordLock&) = delete;
-
- private:
-    Session& session_;
-    int32 number_;
-};
-
 void set(const Options& options) {
     Session session(options.name, Use::change);
     auto& db = session.db();
     const int32 number = options.number;
     const auto values = assignments(session, FieldMap(session.control()), options.words);
-    const RecordLock lock(session, number, options);
+    const RecordLock lock(session, number, options.wait);
     // Read under the lock: what another user stored until now stays.
     db.GetSatz(number);
     session.check("cannot read record " + std::to_string(number));
@@ -59,10 +39,10 @@ void set(const Options& options) {
         throw CliError("record " + std::to_string(number) +
                        " is deleted; bring it back with: tsrtm db undelete " + session.name() + " " +
                        std::to_string(number));
-    for (const auto& value : values) db.Fields(value.field, value.text);
-    session.check("cannot set the fields");
-    db.Update();
-    session.check("record " + std::to_string(number) + " was not stored");
+    const auto record = db.Record(number);
+    for (const auto& value : values) record->Fields(value.field, value.text);
+    if (!record->Update())
+        session.fail("record " + std::to_string(number) + " was not stored", record->Error());
 }
 
 void add(const Options& options) {
@@ -86,7 +66,7 @@ void mark(const Options& options, bool deleted) {
     Session session(options.name, Use::change);
     for (const int32 number : options.numbers) session.needRecord(number);
     for (const int32 number : options.numbers) {
-        const RecordLock lock(session, number, options);
+        const RecordLock lock(session, number, options.wait);
         if (deleted)
             session.db().Delete(number);
         else
@@ -97,19 +77,10 @@ void mark(const Options& options, bool deleted) {
 
 void hold(const Options& options) {
     Session session(options.name, Use::change);
-    const RecordLock lock(session, options.number, options);
+    const RecordLock lock(session, options.number, options.wait);
     std::cout << "locked" << std::endl;
     std::string line;
     std::getline(std::cin, line);
-}
-
-void addWait(CLI::App& command, Options& options) {
-    command
-        .add_option("--wait", options.wait,
-                    "For a lock: 0 waits for ever, -N gives up after N times NetWait seconds, N asks then; 1 "
-                    "at a terminal, "
-                    "else -1")
-        ->type_name("N");
 }
 
 CLI::App& command(CLI::App& db, const char* name, const char* help, const std::shared_ptr<Options>& options,
@@ -132,7 +103,7 @@ void addSet(CLI::App& db) {
     auto& added = command(db, "set", "Change fields of a record", options, set);
     addNumber(added, *options);
     added.add_option("NAME=VALUE", options->words, kValuesHelp)->required();
-    addWait(added, *options);
+    addWait(added, options->wait);
     added.footer(
         "What does not fit its field is refused, never cut.\nExample:\n  tsrtm db set Kunden 17 ORT=Berlin "
         "UMSATZ=12.50");
@@ -153,7 +124,7 @@ void addMarks(CLI::App& db) {
                     deleted ? "Mark records as deleted; they stay in the file" : "Take the deleted mark away",
                     options, [deleted](const Options& given) { mark(given, deleted); });
         added.add_option("NR", options->numbers, "Record numbers")->required();
-        addWait(added, *options);
+        addWait(added, options->wait);
     }
 }
 
@@ -161,7 +132,7 @@ void addLock(CLI::App& db) {
     auto options = std::make_shared<Options>();
     auto& added = command(db, "lock", "Hold a record locked until Enter, to try two users", options, hold);
     addNumber(added, *options);
-    addWait(added, *options);
+    addWait(added, options->wait);
 }
 
 }  // namespace

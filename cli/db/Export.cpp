@@ -1,12 +1,15 @@
-// tsrtm db export: records as CSV.
+// tsrtm db export: records as CSV or as JSON lines.
 #include <CLI/CLI.hpp>
 
 #include "cli/Commands.hpp"
+#include "cli/db/RowSource.hpp"
 #include "cli/shared/CliError.hpp"
 #include "cli/shared/CsvWriter.hpp"
+#include "cli/shared/Output.hpp"
 #include "cli/shared/Progress.hpp"
 #include "cli/shared/Records.hpp"
 #include "cli/shared/SharedOptions.hpp"
+#include "cli/shared/SideFields.hpp"
 
 namespace tsRtm::cli {
 namespace {
@@ -18,11 +21,24 @@ struct Options {
     std::string separator = ",";
     FileEncoding encoding = FileEncoding::utf8;
     WalkOptions walk;
+    bool json = false;
 };
 
 [[noreturn]] void refuse(const std::string& where, const Text& text, const Options& options) {
     throw CliError(where + ": '" + toUtf8(text) + "' cannot be written in " + encodingName(options.encoding) +
                    "; nothing was exported, try --encoding utf8");
+}
+
+// A table has no room for blobs and chains.
+std::vector<int32> csvColumns(const clsControl& control, const FieldMap& map, std::vector<int32> fields,
+                              const Options& options) {
+    std::erase_if(fields, [&](int32 field) {
+        const bool none = control.field(field).IsBlob() || control.field(field).IsKette();
+        if (none && !options.fields.empty())
+            throw CliError(map.label(field) + " cannot be written as CSV; try --json-lines");
+        return none;
+    });
+    return fields;
 }
 
 void writeHeader(CsvWriter& writer, const FieldMap& map, const std::vector<int32>& fields,
@@ -32,10 +48,10 @@ void writeHeader(CsvWriter& writer, const FieldMap& map, const std::vector<int32
     if (!writer.row(row)) refuse("the header line", row[writer.badField()], options);
 }
 
-void writeRecords(Session& session, CsvWriter& writer, const FieldMap& map, const std::vector<int32>& fields,
-                  const Options& options) {
+// The records that are asked for, in their order.
+template <class Write>
+void eachRecord(Session& session, const FieldMap& map, const Options& options, Write write) {
     RecordReader record(session);
-    std::vector<Text> row;
     int32 taken = 0;
     uint64 seen = 0;
     const Range range = rangeOf(session, map, options.walk);
@@ -43,12 +59,33 @@ void writeRecords(Session& session, CsvWriter& writer, const FieldMap& map, cons
     walk(session, range, options.walk.descending, [&](int32 number) {
         progress.update(++seen, static_cast<uint64>(range.last - range.first + 1));
         if (!record.read(number) || (record.deleted() && !options.walk.deleted)) return true;
-        row.clear();
-        for (const int32 field : fields) row.push_back(record.field(field));
-        if (!writer.row(row))
-            refuse("record " + std::to_string(number) + ", " + map.label(fields[writer.badField()]),
-                   row[writer.badField()], options);
+        write(record);
         return options.walk.limit == 0 || ++taken < options.walk.limit;
+    });
+}
+
+void writeRecords(Session& session, CsvWriter& writer, const FieldMap& map, const std::vector<int32>& fields,
+                  const Options& options) {
+    std::vector<Text> row;
+    eachRecord(session, map, options, [&](const RecordReader& record) {
+        row.clear();
+        for (const int32 field : fields)
+            row.push_back(session.control().field(field).IsMemo()
+                              ? memoOf(session, map, record.number(), field)
+                              : record.field(field));
+        if (!writer.row(row))
+            refuse("record " + std::to_string(record.number()) + ", " + map.label(fields[writer.badField()]),
+                   row[writer.badField()], options);
+    });
+}
+
+// A record a line, with its memos and blobs.
+void writeJsonLines(Session& session, OutputFile& file, const FieldMap& map, const std::vector<int32>& fields,
+                    const Options& options) {
+    eachRecord(session, map, options, [&](const RecordReader& record) {
+        Json json = recordJson(record, map, fields);
+        addSideFields(json, session, map, record.number());
+        file.write(jsonText(json) + "\n");
     });
 }
 
@@ -57,9 +94,15 @@ void run(const Options& options) {
     const FieldMap map(session.control());
     const auto fields = map.select(options.fields);
     OutputFile file(options.file);
+    if (isJsonLines(options.file) || options.json) {
+        writeJsonLines(session, file, map, fields, options);
+        file.finish();
+        return;
+    }
+    const auto columns = csvColumns(session.control(), map, fields, options);
     CsvWriter writer(file, options.separator.front(), options.encoding);
-    writeHeader(writer, map, fields, options);
-    writeRecords(session, writer, map, fields, options);
+    writeHeader(writer, map, columns, options);
+    writeRecords(session, writer, map, columns, options);
     file.finish();
 }
 
@@ -67,9 +110,12 @@ void run(const Options& options) {
 
 void addExport(CLI::App& db) {
     auto options = std::make_shared<Options>();
-    auto* command = db.add_subcommand("export", "Write records as CSV, in the order of an index");
+    auto* command =
+        db.add_subcommand("export", "Write records as CSV or JSON lines, in the order of an index");
     addDatabase(*command, options->name);
     command->add_option("FILE", options->file, "The file; \"-\", the default, is standard output");
+    command->add_flag("--json-lines", options->json,
+                      "A record a line, with memos and blobs; also by a FILE named *.jsonl");
     addWalkOptions(*command, options->walk);
     addFields(*command, options->fields);
     addSeparator(*command, options->separator);

@@ -24,9 +24,9 @@ constexpr std::array kTypes{
     FieldType{"checkbox", "checkbox", tsCheckBox, 1, "a tick"},
     FieldType{"serial", "autowert", tsAutowert, 8, "a number that the database gives"},
     FieldType{"serialref", "autowertref", tsAutowertRef, 8, "such a number of another record"},
-    FieldType{"memo", "memo", tsMemo, 128, "a pointer to long text"},
+    FieldType{"memo", "memo", tsMemo, 128, "long text beside the records"},
     FieldType{"properties", "eigenschaften", tsProperties, 128, "a memo of keys and values"},
-    FieldType{"blob", "blob", tsBlob, 128, "a pointer to bytes"},
+    FieldType{"blob", "blob", tsBlob, 128, "bytes beside the records"},
     FieldType{"hidden", "unsichtbar", tsUnsichtbar, 0, "not shown on forms"},
     FieldType{"noinput", "keine_eingabe", tsKeine_Eingabe, 0, "shown on forms only"},
 };

@@ -6,6 +6,7 @@
 #include "cli/db/FieldTypes.hpp"
 #include "cli/shared/Output.hpp"
 #include "cli/shared/SharedOptions.hpp"
+#include "cli/shared/SideFields.hpp"
 
 namespace tsRtm::cli {
 namespace {
@@ -114,12 +115,18 @@ void writeOrder(Session& session, int32 index, const char* between) {
     }
 }
 
+Json wholeJson(Session& session, RecordReader& record, const FieldMap& map, const std::vector<int32>& all) {
+    Json json = recordJson(record, map, all);
+    addSideFields(json, session, map, record.number());
+    return json;
+}
+
 void dumpJson(Session& session, RecordReader& record, const FieldMap& map, const std::vector<int32>& all) {
     std::cout << "{\"records\":[";
     const int32 count = session.count();
     for (int32 number = 1; number <= count; ++number) {
         if (!record.read(number)) session.fail("cannot read record " + std::to_string(number), 57);
-        std::cout << (number > 1 ? ",\n" : "") << jsonText(recordJson(record, map, all));
+        std::cout << (number > 1 ? ",\n" : "") << jsonText(wholeJson(session, record, map, all));
     }
     std::cout << "],\"indexes\":[";
     for (int32 index = 1; index <= session.db().AnzahlIndizes(); ++index) {

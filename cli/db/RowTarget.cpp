@@ -12,29 +12,33 @@ namespace tsRtm::cli {
 namespace {
 
 constexpr int32 kFull = 7;
+constexpr int32 kNoRoom = 61;
 constexpr int32 kLocked = 70;
 
 class SharedTarget final : public RowTarget {
  public:
     explicit SharedTarget(Session& session) : session_(session) {}
 
-    bool add(const std::vector<Assignment>& row, std::string& reason) override {
+    Stored add(const std::vector<Assignment>& row, std::string& reason) override {
         auto& db = session_.db();
         const auto record = db.Add();
         if (!record) return refuse(db.Error(), reason);
         for (const auto& value : row) record->Fields(value.field, value.text);
-        if (record->Update()) return true;
-        return refuse(session_.count() >= db.MaxData() ? kFull : rtmMain::state().F, reason);
+        if (!record->Update()) return refuse(record->Error(), reason);
+        ++kept_;
+        return Stored::yes;
     }
+    int64 kept() const override { return kept_; }
     void finish() override {}
 
  private:
-    static bool refuse(int32 error, std::string& reason) {
+    static Stored refuse(int32 error, std::string& reason) {
         reason = "not stored: " + databaseErrorText(error == 0 ? kLocked : error);
-        return false;
+        return error == kNoRoom ? Stored::never : Stored::no;
     }
 
     Session& session_;
+    int64 kept_ = 0;
 };
 
 class BulkTarget final : public RowTarget {
@@ -44,7 +48,7 @@ class BulkTarget final : public RowTarget {
         if (serialField_ != 0) serial_ = lastSerial();
     }
 
-    bool add(const std::vector<Assignment>& row, std::string& reason) override {
+    Stored add(const std::vector<Assignment>& row, std::string& reason) override {
         int32 serial = 0;
         for (const auto& value : row) {
             loader_.set(value.field, value.text);
@@ -52,12 +56,13 @@ class BulkTarget final : public RowTarget {
         }
         if (serialField_ != 0 && serial == 0) loader_.set(serialField_, nextSerial());
         serial_ = std::max(serial_, serial);
-        if (loader_.add()) return true;
+        if (loader_.add()) return Stored::yes;
         const int32 error = session_.db().Error();
-        if (error != kFull) session_.fail("nothing was imported", error);
         reason = "not stored: " + databaseErrorText(error);
-        return false;
+        return error == kFull ? Stored::no : Stored::never;
     }
+    // What was not finished is taken back.
+    int64 kept() const override { return 0; }
 
     void finish() override {
         if (!loader_.finish())

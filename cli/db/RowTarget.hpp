@@ -9,9 +9,15 @@ namespace tsRtm::cli {
 class RowTarget {
  public:
     virtual ~RowTarget() = default;
-    // False where the row was not stored; `reason` then tells why, and later rows may do better. Throws a
-    // CliError where nothing more can be stored.
-    virtual bool add(const std::vector<Assignment>& row, std::string& reason) = 0;
+    enum class Stored {
+        yes,
+        no,    // this row was not; later ones may do better
+        never  // nor will any later one be
+    };
+    // Where it is not stored `reason` tells why.
+    [[nodiscard]] virtual Stored add(const std::vector<Assignment>& row, std::string& reason) = 0;
+    // Rows that stay in the database if it ends here.
+    virtual int64 kept() const = 0;
     // Makes it last. Throws a CliError where that fails.
     virtual void finish() = 0;
 };

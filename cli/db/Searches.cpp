@@ -30,8 +30,10 @@ class Taker {
     bool operator()(int32 number) {
         if (!record_.read(number) || (record_.deleted() && !options_.walk.deleted)) return true;
         list_.add(record_);
-        return options_.walk.limit == 0 || ++taken_ < options_.walk.limit;
+        ++taken_;
+        return options_.walk.limit == 0 || taken_ < options_.walk.limit;
     }
+    int32 taken() const noexcept { return taken_; }
 
  private:
     const Options& options_;
@@ -61,10 +63,11 @@ void find(const Options& options) {
     for (int32 before = 0;;) {
         const auto record = db.Finde(text);
         session.check("cannot search '" + session.name() + "'");
-        if (!record || db.LogSatz() <= before) return;  // around once
+        if (!record || db.LogSatz() <= before) break;  // around once
         before = db.LogSatz();
-        if (!taker(record->Satznummer()) || before >= count) return;
+        if (!taker(record->Satznummer()) || before >= count) break;
     }
+    if (taker.taken() == 0) std::cerr << "nothing in '" << session.name() << "' contains the text\n";
 }
 
 void goTo(const Options& options) {

@@ -115,8 +115,9 @@ std::optional<Text> FieldRules::accept(int32 number_, TextView value, const std:
     const TSIO& field = control_.field(number_);
     const TextView trimmed = field.IsAlpha() ? trimRight(value) : trim(value);
     if (trimmed.empty()) return Text();
-    if (field.IsMemo() || field.IsBlob() || field.IsKette())
-        return refuse(label, "memos, blobs and chains cannot be written here");
+    if (field.IsMemo()) return Text(value);
+    if (field.IsBlob()) return refuse(label, "a blob is written by: tsrtm db memo set --file");
+    if (field.IsKette()) return refuse(label, "a chain cannot be written here");
     std::optional<Text> text = Text(trimmed);
     if (field.Datentyp() == typWERT) text = number(field, trimmed, label);
     if (field.Datentyp() == typDATUM) text = date(field, trimmed, label);

@@ -25,8 +25,10 @@ TEST_F(Transfer, ImportKeepsWhatFitsAndRejectsTheRest) {
     std::string alone;
     for (const std::string how : {" --bulk", ""}) {
         makePersons();
-        EXPECT_EQ(ok("db import P p.csv --rejects r.csv" + how).out,
-                  "imported 3 rows, rejected 6: see r.csv\n");
+        const Answer imported = run("db import P p.csv --rejects r.csv" + how);
+        EXPECT_EQ(imported.status, 1);
+        EXPECT_EQ(imported.out, "imported 3 rows\n");
+        EXPECT_EQ(imported.err, "tsrtm: rejected 6 rows: see r.csv\n");
         const auto dump = ok("db dump P --json");
         const auto records = dump.json()["records"];
         EXPECT_EQ(records[0]["fields"],
@@ -54,7 +56,7 @@ TEST_F(Transfer, ImportKeepsWhatFitsAndRejectsTheRest) {
 TEST_F(Transfer, WhatIsExportedImportsToTheSameDatabase) {
     write("p.csv", kRows);
     makePersons();
-    ok("db import P p.csv");
+    run("db import P p.csv");
     for (const std::string encoding : {"utf8", "latin1", "1252", "850"}) {
         ok("db export P e.csv --index 0 --encoding " + encoding);
         ok("db create Q --structure P");
@@ -95,10 +97,50 @@ TEST_F(Transfer, AHeaderLineThatDoesNotFitLoadsNothing) {
 TEST_F(Transfer, RowsBeyondTheSizeAreRejected) {
     ok("db create F --field A:text:3 --index A --max 2");
     write("f.csv", "A\r\na\r\nb\r\nc\r\n");
-    EXPECT_EQ(ok("db import F f.csv --bulk").out, "imported 2 rows, rejected 1: see f.csv.rejects.csv\n");
-    EXPECT_NE(read("f.csv.rejects.csv").find("4,not stored: the database is full"), std::string::npos);
+    refused("db import F f.csv --bulk", 1, "rejected 1 row: see F.rejects.csv");
+    EXPECT_NE(read("F.rejects.csv").find("4,not stored: the database is full"), std::string::npos);
     EXPECT_EQ(ok("db check F").out, "sound\n");
     refused("db add F A=d", 1, "full");
+}
+
+TEST_F(Transfer, MemosAndBlobsComeAndGo) {
+    ok("db create M --field NAME:text:20 --field NOTIZ:memo:60 --field BILD:blob:60 --index NAME --max 1000");
+    write("brief.txt", "Grüße\naus Łódź\n");
+    write("bild.bin", std::string("\0\xFF\x81\n", 4));
+    ok("db add M NAME=Anna NOTIZ=kurz");
+    ok("db add M NAME=Berta");
+    ok("db memo set M 2 NOTIZ --file brief.txt");
+    ok("db memo set M 1 BILD --file bild.bin");
+    EXPECT_EQ(ok("db memo get M 2 NOTIZ").out, "Grüße\naus Łódź\n\n");
+    ok("db memo get M 1 BILD --file zurueck.bin");
+    EXPECT_EQ(read("zurueck.bin"), read("bild.bin"));
+    EXPECT_EQ(ok("db memo export M NOTIZ texte").out, "exported 2 texts to texte\n");
+    EXPECT_EQ(read("texte/2.txt"), read("brief.txt"));
+    refused("db memo get M 1 NAME", 1, "neither a memo nor a blob");
+    refused("db memo set M 1 BILD text", 1, "use --file");
+    refused("db memo set M 3 NOTIZ text", 1, "3");
+    const auto dump = ok("db dump M --json").json()["records"];
+    EXPECT_EQ(dump[0]["blobs"]["BILD"], "00ff810a");
+    EXPECT_EQ(dump[1]["memos"]["NOTIZ"], read("brief.txt"));
+
+    // Whole, as JSON lines; the texts without the blobs as CSV.
+    ok("db export M m.jsonl");
+    ok("db export M m.csv");
+    write("schlecht.jsonl",
+          "{\"fields\":{\"NAME\":\"Zorn\"}}\n[1]\n{\"fields\":{\"NAME\":7}}\n{\"blobs\":{\"BILD\":\"0\"}}\n");
+    for (const std::string how : {"", " --bulk"}) {
+        ok("db create N --structure M");
+        ok("db import N m.jsonl" + how);
+        const auto records = ok("db dump N --json").json()["records"];
+        for (const auto* part : {"memos", "blobs"})
+            for (const int32 n : {0, 1}) EXPECT_EQ(records[n][part], dump[n][part]) << part << how;
+        refused("db import N schlecht.jsonl" + how, 1, "rejected 3 rows: see N.rejects.csv");
+        ok("db import N m.csv" + how);
+        EXPECT_EQ(ok("db memo get N 5 NOTIZ").out, ok("db memo get M 2 NOTIZ").out);
+        EXPECT_EQ(ok("db check N").out, "sound\n");
+        std::filesystem::remove_all(path("N.DBD"));
+    }
+    EXPECT_NE(run("db find M 'kein Treffer'").err.find("nothing in 'M'"), std::string::npos);
 }
 
 TEST_F(Transfer, SerialNumbersGoOn) {

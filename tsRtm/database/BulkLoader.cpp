@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "tsRtm/database/engine/DatabaseEngine.hpp"
 #include "tsRtm/database/records/FieldValue.hpp"
@@ -55,6 +56,8 @@ void BulkLoader::set(int32 field, TextView text) {
         return;
     }
     const auto& layout = engine_.d.layout.field(field);
+    if (layout.pointer) return setMemo(field, text);
+    if (layout.chain) return;
     const std::span<char> into(row_.data() + layout.offset, layout.bytes);
     if ((layout.typ & 7) == 5 && !layout.special)
         engine_.d.layout.encode(layout, storedNumber(layout, text), into);
@@ -62,6 +65,22 @@ void BulkLoader::set(int32 field, TextView text) {
         engine_.d.layout.encode(layout, text, into);
     if (field == engine_.d.control->AutowertFeld() && !text.empty())
         serial_ = std::max(serial_, roundToInt32(Val(text)));
+}
+
+// At the end of its store at once: nobody points there before the row is in the file.
+void BulkLoader::setMemo(int32 field, TextView text) {
+    auto& memos = engine_.d.memos;
+    try {
+        int32 pointer = 0;
+        if (!text.empty()) {
+            const auto [head, payload] = memos.texts(field).encode(text);
+            pointer = memos.open(field).append(head, payload);
+        }
+        memos.setPointer(row_, field, pointer);
+    } catch (const Failure& failure) {
+        engine_.fail(failure);
+        refused_ = true;
+    }
 }
 
 void BulkLoader::setUtf8(int32 field, std::string_view utf8) {
@@ -105,6 +124,10 @@ bool BulkLoader::begin() {
 bool BulkLoader::add() {
     if (!usable_) return false;
     if (before_ + rows_ >= engine_.d.maxRecords()) return fail(DatabaseError::full);
+    if (std::exchange(refused_, false)) {
+        row_ = blank_;
+        return false;
+    }
     if (rows_ == 0 && !begin()) return false;
     block_.append(row_);
     row_ = blank_;

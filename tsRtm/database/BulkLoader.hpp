@@ -43,6 +43,7 @@ class BulkLoader {
 
  private:
     bool begin();
+    void setMemo(int32 field, TextView text);
     bool fail(DatabaseError error) noexcept;
     bool flush();
 
@@ -54,6 +55,7 @@ class BulkLoader {
     Bytes row_;
     Bytes block_;
     bool usable_ = false;
+    bool refused_ = false;  // a memo of this row could not be stored
     bool finished_ = false;
 };
 

@@ -1,0 +1,29 @@
+#pragma once
+// A record held for a change by a command.
+#include <optional>
+
+#include "cli/shared/Session.hpp"
+
+namespace CLI {
+class App;
+}
+
+namespace tsRtm::cli {
+
+// Throws a CliError where somebody else has it; gives it back at its end.
+class RecordLock {
+ public:
+    RecordLock(Session& session, int32 number, std::optional<int32> wait);
+    ~RecordLock();
+    RecordLock(const RecordLock&) = delete;
+    RecordLock& operator=(const RecordLock&) = delete;
+
+ private:
+    Session& session_;
+    int32 number_;
+};
+
+// The option --wait of what locks.
+void addWait(CLI::App& command, std::optional<int32>& wait);
+
+}  // namespace tsRtm::cli
