@@ -11,7 +11,7 @@ void addCreate(CLI::App& db);    // create
 void addLooks(CLI::App& db);     // info, fields, dump
 void addSearches(CLI::App& db);  // list, find, goto, get
 void addChanges(CLI::App& db);   // set, add, delete, undelete, lock
-void addMemos(CLI::App& db);    // memo get, set, export
+void addMemos(CLI::App& db);     // memo get, set, export
 void addImport(CLI::App& db);
 void addExport(CLI::App& db);
 void addCare(CLI::App& db);       // check, sort
