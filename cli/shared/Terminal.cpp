@@ -88,7 +88,8 @@ void startLibrary() {
                                      .ui = machine.ui,
                                      .dialogs = canAsk() ? machine.dialogs : notes,
                                      .texts = machine.texts,
-                                     .random = machine.random};
+                                     .random = machine.random,
+                                     .zones = machine.zones};
     rtmMain::Main(ground);
     if (errorIsTerminal()) rtmMain::state().messageLine = std::make_shared<StatusLine>();
 }

@@ -207,6 +207,14 @@ class TestRandom final : public platform::Random {
     uint8 counter_ = 0;
 };
 
+// One zone for every year: that of Germany as it is now, unless a test sets another one.
+class TestZones final : public platform::TimeZones {
+ public:
+    std::optional<platform::ZoneYear> year(TextView, int32) override { return zone; }
+
+    std::optional<platform::ZoneYear> zone = platform::ZoneYear{-60, 0, -60, {3, 0, 5}, {10, 0, 5}};
+};
+
 // A file system in which there is nothing and nothing can be made.
 class NoFiles final : public platform::FileSystem {
  public:
@@ -233,11 +241,13 @@ struct TestGround {
     TestSystem system;
     ScriptedUi ui;
     TestRandom random;
+    TestZones zones;
 
     platform::Platform on(platform::FileSystem& files) { return on(files, clock); }
     // With another clock: real processes that wait for each other need that of the machine.
     platform::Platform on(platform::FileSystem& files, platform::Clock& otherClock) {
-        return {files, otherClock, locale, settings, settings, system, system, system, ui, ui, ui, random};
+        return {files,  otherClock, locale, settings, settings, system, system,
+                system, ui,         ui,     ui,       random,   zones};
     }
 };
 

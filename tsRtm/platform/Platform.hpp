@@ -9,6 +9,7 @@
 #include "tsRtm/platform/Settings.hpp"
 #include "tsRtm/platform/SystemInfo.hpp"
 #include "tsRtm/platform/SystemTexts.hpp"
+#include "tsRtm/platform/TimeZones.hpp"
 #include "tsRtm/platform/UserInfo.hpp"
 #include "tsRtm/platform/UserInterface.hpp"
 
@@ -29,6 +30,7 @@ struct Platform {
     Dialogs& dialogs;
     SystemTexts& texts;
     Random& random;
+    TimeZones& zones;
 };
 
 }  // namespace tsRtm::platform

@@ -11,6 +11,7 @@
 #include "tsRtm/platform/posix/PosixRandom.hpp"
 #include "tsRtm/platform/posix/PosixSettings.hpp"
 #include "tsRtm/platform/posix/PosixSystemInfo.hpp"
+#include "tsRtm/platform/posix/PosixTimeZones.hpp"
 
 namespace tsRtm::platform {
 namespace {
@@ -25,7 +26,9 @@ struct Ground {
     posix::PosixNotices notices{locale};
     posix::ConsoleUserInterface ui{std::cin, std::cerr, posix::atTerminal(), &notices};
     posix::PosixRandom random;
-    Platform platform{files, clock, locale, settings, settings, system, system, system, ui, ui, ui, random};
+    posix::PosixTimeZones zones;
+    Platform platform{files,  clock, locale, settings, settings, system, system,
+                      system, ui,    ui,     ui,       random,   zones};
 };
 
 }  // namespace
