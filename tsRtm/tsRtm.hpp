@@ -16,6 +16,7 @@
 #include "tsRtm/frame/iStatusControl.hpp"
 #include "tsRtm/frame/rtmMain.hpp"
 #include "tsRtm/frame/tsMessage.hpp"
+#include "tsRtm/holidays/clsFeierTage.hpp"
 #include "tsRtm/platform/LockProbe.hpp"
 #include "tsRtm/platform/Platform.hpp"
 #include "tsRtm/services/clsTSCrypt.hpp"

@@ -1,0 +1,204 @@
+// The rules year by year: Easter by another rule, what must hold in every year, and what is odd and stays.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cmath>
+
+#include "tests/holidays/HolidaysTest.hpp"
+#include "tests/support/Raised.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+using Rules = HolidaysTest;
+namespace chrono = std::chrono;
+
+struct DayMonth {
+    int32 day, month;
+};
+
+// The rule of Meeus, Jones and Butcher, which needs no exceptions.
+DayMonth westernEaster(int32 year) {
+    const int32 a = year % 19, b = year / 100, c = year % 100;
+    const int32 h = (19 * a + b - b / 4 - (b - (b + 8) / 25 + 1) / 3 + 15) % 30;
+    const int32 l = (32 + 2 * (b % 4) + 2 * (c / 4) - h - c % 4) % 7;
+    const int32 sum = h + l - 7 * ((a + 11 * h + 22 * l) / 451) + 114;
+    return {sum % 31 + 1, sum / 31};
+}
+
+// Meeus's rule for the Julian calendar.
+DayMonth julianEaster(int32 year) {
+    const int32 d = (19 * (year % 19) + 15) % 30;
+    const int32 sum = d + (2 * (year % 4) + 4 * (year % 7) - d + 34) % 7 + 114;
+    return {sum % 31 + 1, sum / 31};
+}
+
+int32 weekday(TextView ttmm, int32 year) {
+    const auto day = static_cast<unsigned>(Val(ttmm.substr(0, 2)));
+    const auto month = static_cast<unsigned>(Val(ttmm.substr(2)));
+    const auto date = chrono::year(year) / chrono::month(month) / chrono::day(day);
+    EXPECT_TRUE(date.ok()) << toUtf8(ttmm) << ' ' << year;
+    return static_cast<int32>(chrono::weekday(chrono::sys_days(date)).iso_encoding()) - 1;
+}
+
+TEST_F(Rules, EasterAgreesWithOtherRules) {
+    for (int32 year = 1583; year <= 9999; ++year) {
+        const auto [day, month] = westernEaster(year);
+        ASSERT_EQ(days.Ostern(u"0107" + digits(year, 4)),
+                  digits(day, 2) + digits(month, 2) + digits(year, 4));
+    }
+    for (int32 year = 1600; year <= 2300; ++year) {
+        const auto [day, month] = julianEaster(year);
+        // From the Julian calendar's date to that of today, by the days that the two are apart.
+        const int32 apart = year / 100 - year / 400 - 2;
+        const int32 sunday = datum.JulianDay(datum.DtoC(day, month, year)) + apart;
+        const int32 late = year % 4 == 0 ? 0 : 2;  // odd, and it stays
+        ASSERT_EQ(days.OsternOrthodox(u"0107" + digits(year, 4)), sunday + late) << year;
+    }
+    EXPECT_EQ(days.Ostern(u"1.1.24"), u"31032024") << "a short year is widened";
+    EXPECT_EQ(days.OsternGregorianisch(u"1.1.2024"), datum.JulianDay(u"31.03.2024"));
+    EXPECT_EQ(days.OsternOrthodox(u"1.1.2023"), 2460053);
+}
+
+// No rule leaves its weekday or its part of the year, and none has a day that there is not.
+TEST_F(Rules, HoldInEveryYear) {
+    struct Row {
+        int32 row;
+        int32 weekday;
+        TextView first, last;  // MMTT
+    };
+    constexpr Row kRows[] = {
+        {3, Montag, u"0202", u"0309"},    {5, Mittwoch, u"0204", u"0311"},
+        {8, Freitag, u"0320", u"0423"},   {11, Montag, u"0323", u"0426"},
+        {15, Sonntag, u"0508", u"0521"},  {16, Donnerstag, u"0430", u"0603"},
+        {18, Montag, u"0511", u"0614"},   {19, Donnerstag, u"0521", u"0624"},
+        {23, Sonntag, u"0929", u"1005"},  {30, Sonntag, u"1113", u"1119"},
+        {32, Mittwoch, u"1116", u"1122"}, {33, Sonntag, u"1120", u"1126"},
+        {34, Sonntag, u"1127", u"1203"},  {37, Sonntag, u"1218", u"1224"},
+        {47, Sonntag, u"0325", u"0331"},  {48, Sonntag, u"0924", u"0930"},
+        {49, Sonntag, u"1025", u"1031"},
+    };
+    for (int32 year = 1583; year <= 9999; ++year) {
+        const auto rows = days.FeierTage(year);
+        ASSERT_EQ(rows.size(), 62u);
+        for (const auto& row : rows)
+            if (!row[1].empty()) weekday(row[1], year);
+        for (const auto& rule : kRows) {
+            const Text& day = rows[static_cast<std::size_t>(rule.row)][1];
+            if (day.empty()) continue;
+            const Text sorted = day.substr(2) + day.substr(0, 2);
+            ASSERT_EQ(weekday(day, year), rule.weekday) << year << " row " << rule.row;
+            ASSERT_TRUE(rule.first <= sorted && sorted <= rule.last) << year << ' ' << toUtf8(day);
+        }
+        // Mothers' Day gives way to Whit Sunday.
+        if (year >= 1933 && year <= 2199) {
+            ASSERT_NE(rows[15][1], rows[17][1]) << year;
+        }
+    }
+}
+
+TEST_F(Rules, NamesFollowTheTable) {
+    EXPECT_EQ(days.TagNamen(u"24.12.2023"), (std::vector<Text>{u"", u"4. Advent", u"Heiligabend"}));
+    EXPECT_EQ(days.TagNamen(u"31.10.2026"), (std::vector<Text>{u"", u"Reformationstag"})) << "of any state";
+    EXPECT_EQ(days.TagNamen(u"02.12.2026"), std::vector<Text>{u""});
+    const auto rows = days.FeierTage(2008);
+    EXPECT_EQ(rows[0], (std::array<Text, 4>{}));
+    EXPECT_EQ(rows[1], (std::array<Text, 4>{u"Dreikönige", u"0601", u"2", u"601"}));
+    EXPECT_EQ(rows[15], (std::array<Text, 4>{u"Muttertag", u"1805", u"0", u"0"}));
+    EXPECT_EQ(rows[20], (std::array<Text, 4>{u"Tag der deutschen Einheit", u"", u"1", u"1706"}));
+    EXPECT_EQ(rows[50], (std::array<Text, 4>{u"Neujahr", u"0101", u"1", u"101"}));
+    const auto late = days.FeierTage(2200);
+    for (const std::size_t row : {3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 16, 17, 18, 19})
+        EXPECT_EQ(late[row][1], u"");
+    EXPECT_EQ(days.Advent(u"1.5.2023"), u"03122023");
+    EXPECT_EQ(days.Advent(u"1.5.24"), u"01122024");
+    // Years that no date has: rows without bounds show the year of the last four digits.
+    EXPECT_EQ(dayOf(days.FeierTage(12024), u"Silvester"), u"3112");
+    EXPECT_EQ(dayOf(days.FeierTage(12024), u"Himmelfahrt"), u"");
+    EXPECT_EQ(clsFeierTage().FeierTage(10000)[3][1], u"") << "nothing is built for the year 0";
+}
+
+TEST_F(Rules, SeasonsBeginOnTheDaysOfTheAlmanac) {
+    struct Row {
+        int32 year;
+        TextView spring, summer, autumn, winter;
+    };
+    for (const auto& row :
+         {Row{2000, u"2003", u"2106", u"2209", u"2112"}, Row{2020, u"2003", u"2006", u"2209", u"2112"},
+          Row{2023, u"2003", u"2106", u"2309", u"2212"}, Row{2024, u"2003", u"2006", u"2209", u"2112"},
+          Row{2025, u"2003", u"2106", u"2209", u"2112"}, Row{2026, u"2003", u"2106", u"2309", u"2112"},
+          Row{2027, u"2003", u"2106", u"2309", u"2212"}, Row{1954, u"2103", u"2206", u"2309", u"2212"}}) {
+        const auto rows = days.FeierTage(row.year);
+        EXPECT_EQ(rows[43][1], row.spring) << row.year;
+        EXPECT_EQ(rows[44][1], row.summer) << row.year;
+        EXPECT_EQ(rows[45][1], row.autumn) << row.year;
+        EXPECT_EQ(rows[46][1], row.winter) << row.year;
+    }
+    // 20.6.2024 at 22:51 by the clocks of Germany.
+    const float64 summer = datum.JulianDay(u"20.06.2024") + (22 + 51 / 60.0) / 24;
+    EXPECT_NEAR(days.Jahreszeitbeginn(2024, Sommer), summer, 20 / 1440.0);
+    EXPECT_EQ(days.Jahreszeitbeginn(2024, static_cast<eJahreszeit>(4)), 0);
+    EXPECT_EQ(days.Jahreszeitbeginn(2024, static_cast<eJahreszeit>(-1)), 0);
+}
+
+TEST_F(Rules, SummerTimeIsThatOfTheZone) {
+    EXPECT_EQ(days.TimeZone(u"30.03.2024"), 1);
+    EXPECT_EQ(days.TimeZone(u"31.03.2024"), 2);
+    EXPECT_EQ(days.TimeZone(u"26.10.24"), 2);
+    EXPECT_EQ(days.TimeZone(u"27.10.2024"), 1);
+    EXPECT_EQ(days.TimeZone(u""), 2) << "today is a day in June";
+    const auto ofYear = [this](int32 year) {
+        const auto rows = days.FeierTage(year);
+        return dayOf(rows, u"Beginn Sommerzeit") + u" " + dayOf(rows, u"Ende Sommerzeit");
+    };
+    EXPECT_EQ(ofYear(1980), u" 2809");
+    EXPECT_EQ(ofYear(1995), u"2603 2409");
+    EXPECT_EQ(ofYear(2024), u"3103 2710");
+
+    // Sydney: the year begins and ends in summer time.
+    library.ground.zones.zone = platform::ZoneYear{-600, 0, -60, {10, 0, 1}, {4, 0, 1}};
+    EXPECT_EQ(days.TimeZone(u"01.01.2024"), 11);
+    EXPECT_EQ(days.TimeZone(u"01.07.2024"), 10);
+    EXPECT_EQ(days.TimeZone(u"01.12.2024"), 11);
+    // No summer time: the rows behind move up, so the last Sunday of September seems to begin it.
+    library.ground.zones.zone = platform::ZoneYear{};
+    EXPECT_EQ(days.TimeZone(u"01.07.2024"), 0);
+    EXPECT_EQ(dayOf(clsFeierTage().FeierTage(2024), u"Beginn Sommerzeit"), u"2909");
+}
+
+TEST_F(Rules, AnOrthodoxYearOverwritesFixedDaysOfItsObject) {
+    EXPECT_TRUE(days.IstFeierTag(u"25.12.2024"));
+    const auto rows = days.FeierTageOrthodox(2024, true);
+    EXPECT_EQ(rows[10][1], u"0505");
+    EXPECT_EQ(rows[34][1], u"") << "no Advent";
+    EXPECT_EQ(rows[33][1], u"2411") << "Totensonntag, as the year before was built";
+    EXPECT_FALSE(days.IstFeierTag(u"25.12.2024"))
+        << "the summer time of the orthodox year stands there, and stays";
+    EXPECT_EQ(days.Ostern(u"1.1.2024"), u"31032024");
+    EXPECT_TRUE(days.IstFeierTag(u"01.04.2024")) << "Easter is the Western one again";
+    EXPECT_EQ(clsFeierTage().FeierTageOrthodox(2024, false)[33][1], u"0000") << "never built";
+    EXPECT_TRUE(clsFeierTage().IstFeierTag(u"25.12.2024"));
+}
+
+TEST_F(Rules, ShortYearsAndEmptyDates) {
+    EXPECT_FALSE(days.IstFeierTag(u"251226")) << "the year 26";
+    EXPECT_TRUE(days.IstFeierTag(u"25122026"));
+    EXPECT_FALSE(days.IstFeierTag(u""));
+    EXPECT_EQ(days.TagNamen(u""), std::vector<Text>{u""});
+    EXPECT_EQ(days.Ostern(u"") + days.Advent(u""), u"");
+    EXPECT_EQ(days.OsternGregorianisch(u"") + days.OsternOrthodox(u""), 0);
+}
+
+TEST_F(Rules, MoonAndSunAreNotReckoned) {
+    days.MyLatitude(50.9);
+    days.MyPressure(1013);
+    EXPECT_EQ(days.MyLatitude() + days.MyLongitude(), 50.9);
+    EXPECT_EQ(days.MyPressure(), 1013);
+    EXPECT_EQ(raised([&] { days.MondPhase(u"01.01.2024"); }),
+              "445|clsFeierTage.MondPhase|Das Objekt unterstützt diese Aktion nicht");
+    EXPECT_EQ(raised([&] { days.SunMoonRiseSet(u"01.01.2024"); }),
+              "445|clsFeierTage.SunMoonRiseSet|Das Objekt unterstützt diese Aktion nicht");
+}
+
+}  // namespace
+}  // namespace tsRtm::test
