@@ -1,5 +1,6 @@
 // tsrtm db list, find, goto, get: records by order, text, key and number.
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iostream>
 
 #include "cli/Commands.hpp"
@@ -77,11 +78,12 @@ void goTo(const Options& options) {
     const int32 index = indexFor(session.control(), map, options.walk.index);
     const Text key = fromUtf8(options.key);
     db.SetIndex(index);
-    const int32 count = session.count();
     db.Gehezu(key);
     session.check("cannot go to '" + options.key + "'");
-    const int32 position = count == 0 ? 1 : db.LogSatz();
-    const bool there = position <= count;
+    const bool there = session.count() != 0 && !db.EOFile();
+    const int32 position = session.count() == 0 ? 1 : db.LogSatz();
+    // Others may have added records since they were counted, not since the search.
+    const int32 count = std::max(session.count(), there ? position : position - 1);
     const bool exact = there && db.Exist(key, index);
     RecordReader record(session);
     if (there && !record.read(db.AktSatzNr())) session.fail("cannot read the record", 57);
