@@ -1,4 +1,6 @@
 // Records between memory and the file, record objects, and the notices of both.
+#include <random>
+
 #include "tests/database/MemoryDatabase.hpp"
 #include "tsRtm/frame/text/NumberCode.hpp"
 
@@ -354,6 +356,42 @@ TEST_F(MemoryDatabase, ASerialNumberIsShownTwoWays) {
     db->PutField(2, 2, u"");
     EXPECT_EQ(open(true)->Record(2)->Fields(2), u"000002");
     EXPECT_EQ(db->GetField(2, 2), u"");
+}
+
+// A field's text is found in the record without a look at its columns, or decoded: that comes to the same.
+TEST_F(MemoryDatabase, AFieldIsOneTextHoweverItIsRead) {
+    for (const int32 lead : {1, 13, 62}) {
+        const auto fields = fieldsOf({{u"VORN", tsAlphanumerisch, lead},
+                                      {u"A", tsAlphanumerisch, 9},
+                                      {u"N", typZIFFERN, 7},
+                                      {u"VIEL", tsAlphanumerisch, 64},
+                                      {u"MEHR", tsAlphanumerisch, 65},
+                                      {u"B", tsNumerisch, 10, 2},
+                                      {u"LANG", typZIFFERN, 64},
+                                      {u"Z", tsAlphanumerisch, 1}});
+        const Text folder = Text(kFolder) + toText(lead);
+        ASSERT_TRUE(rtm.DBCreateExt(DBAnsi, folder, {}, fields, kNormal, {}));
+        const auto db = rtm.OpenTSDB(folder);
+        ASSERT_TRUE(db);
+        std::mt19937 random(static_cast<uint32>(lead));
+        const TextView letters = u"a \u00C4 9 \u20AC.";
+        for (int32 n = 1; n <= 60; ++n) {
+            const auto record = db->Add();
+            for (int32 f = 1; f <= db->CtrlEintraege(); ++f) {
+                Text text;
+                // Without characters that are others in Unicode in every second one.
+                for (auto left = random() % static_cast<uint32>(db->Laenge(f) + 1); left > 0; --left)
+                    text.push_back(letters[random() % (letters.size() - (n % 2 == 0 ? 2 : 0))]);
+                record->Fields(f, text);
+            }
+            ASSERT_TRUE(record->Update());
+            db->AktSatzNr(n);
+            for (int32 f = 1; f <= db->CtrlEintraege(); ++f) {
+                const Text inPlace(db->FieldView(f));
+                ASSERT_EQ(inPlace, db->Fields(f)) << n << " " << f;
+            }
+        }
+    }
 }
 
 // Single fields in UTF-16 are reached one by one only.

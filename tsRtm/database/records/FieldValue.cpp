@@ -10,23 +10,20 @@ namespace {
 
 constexpr std::size_t kExactDigits = 15;
 
-bool digits(TextView text) noexcept {
-    return std::all_of(text.begin(), text.end(), [](char16_t c) { return c >= u'0' && c <= u'9'; });
-}
+bool isDigit(char16_t c) noexcept { return c >= u'0' && c <= u'9'; }
 
-// Whether a stored number has its final form already, but for the decimal mark: most have.
+// Whether a stored number has its final form already, but for the decimal mark: most have. A zero has not.
 bool isFinal(TextView stored, std::size_t decimals) noexcept {
     if (stored.starts_with(u'-')) stored.remove_prefix(1);
-    if (stored.size() < decimals + 2 || stored.size() > kExactDigits ||
-        stored[stored.size() - decimals - 1] != u'.')
-        return false;
-    const TextView whole = stored.substr(0, stored.size() - decimals - 1);
-    const TextView rest = stored.substr(stored.size() - decimals);
-    return digits(whole) && digits(rest) && (whole.size() == 1 || whole.front() != u'0');
-}
-
-bool isZero(TextView stored) noexcept {
-    return std::none_of(stored.begin(), stored.end(), [](char16_t c) { return c >= u'1' && c <= u'9'; });
+    if (stored.size() < decimals + 2 || stored.size() > kExactDigits) return false;
+    const std::size_t mark = stored.size() - decimals - 1;
+    if (stored[mark] != u'.' || (stored.front() == u'0' && mark > 1)) return false;
+    bool zero = true;
+    for (std::size_t i = 0; i < stored.size(); ++i) {
+        if (i != mark && !isDigit(stored[i])) return false;
+        zero = zero && stored[i] < u'1';
+    }
+    return !zero;
 }
 
 }  // namespace
@@ -34,9 +31,8 @@ bool isZero(TextView stored) noexcept {
 void showNumber(const FieldLayout& field, TextView stored, Text& into) {
     const int32 decimals = field.nachKomma & 7;
     const Text& mark = rtmMain::state().locale.sepDec;
-    if (field.nachKomma > 0 && decimals > 0 && mark.size() == 1 &&
-        stored.find(mark == u"." ? u'\0' : mark[0]) == TextView::npos &&
-        isFinal(stored, static_cast<std::size_t>(decimals)) && !isZero(stored)) {
+    if (field.nachKomma > 0 && decimals > 0 && mark.size() == 1 && mark[0] != u'-' && !isDigit(mark[0]) &&
+        isFinal(stored, static_cast<std::size_t>(decimals))) {
         into = stored;
         into[into.size() - static_cast<std::size_t>(decimals) - 1] = mark[0];
         return;

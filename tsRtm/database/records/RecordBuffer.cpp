@@ -28,7 +28,7 @@ void RecordBuffer::loaded(bool plain) {
     deleted_ = RecordLayout::isDeleted(bytes_);
     plain_ = plain;
     anyChanged_ = false;
-    isWidened_ = false;
+    textKnown_ = false;
     std::fill(states_.begin(), states_.end(), State::stored);
 }
 
@@ -37,7 +37,7 @@ void RecordBuffer::show(int32 number, BytesView columns) {
     bytes_.resize(layout_->bytes(), ' ');
     bytes_.replace(field.offset, field.bytes, columns);
     states_[static_cast<std::size_t>(number)] = State::stored;
-    isWidened_ = false;
+    textKnown_ = false;
 }
 
 void RecordBuffer::clear() {
@@ -45,7 +45,7 @@ void RecordBuffer::clear() {
     deleted_ = false;
     plain_ = false;
     anyChanged_ = false;
-    isWidened_ = false;
+    textKnown_ = false;
     for (auto& text : texts_) text.clear();
     std::fill(states_.begin(), states_.end(), State::decoded);
 }
@@ -63,25 +63,6 @@ const Text& RecordBuffer::operator[](int32 number) const {
         states_[i] = State::decoded;
     }
     return texts_[i];
-}
-
-TextView RecordBuffer::view(int32 number) const {
-    if (number == 0 || states_[static_cast<std::size_t>(number)] != State::stored) return (*this)[number];
-    const auto& field = layout_->field(number);
-    if (!field.inPlace) return (*this)[number];
-    if (!isWidened_) {
-        fromAnsi(bytes_, widened_);
-        blanks_.look(bytes_);
-        isWidened_ = true;
-    }
-    std::size_t from = field.offset;
-    std::size_t to = from + field.bytes;
-    if (field.alpha || field.special)
-        to = blanks_.end(from, to);
-    else
-        from = blanks_.begin(from, to);
-    if (field.tellsDayNumber(BytesView(bytes_).substr(from, to - from))) return (*this)[number];
-    return {widened_.data() + from, to - from};
 }
 
 void RecordBuffer::set(int32 number, TextView text) {

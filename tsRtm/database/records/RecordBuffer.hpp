@@ -1,8 +1,9 @@
 #pragma once
 // The current record in memory: its bytes as they stand in the file, and its fields as text, each decoded
 // when asked for. Element 0 is the deleted mark.
-#include "tsRtm/database/records/BlankMask.hpp"
-#include "tsRtm/database/records/RecordLayout.hpp"
+#include <utility>
+
+#include "tsRtm/database/records/RecordText.hpp"
 
 namespace tsRtm {
 
@@ -48,12 +49,19 @@ class RecordBuffer {
     bool deleted_ = false;
     bool plain_ = false;
     bool anyChanged_ = false;
-    // The whole record as view() needs it: its text, and where its blanks are.
-    mutable Text widened_;
-    mutable BlankMask blanks_;
-    mutable bool isWidened_ = false;
+    mutable RecordText text_;  // for view(), once that was asked
+    mutable bool textKnown_ = false;
     mutable std::vector<State> states_;
     mutable std::vector<Text> texts_;
 };
+
+inline TextView RecordBuffer::view(int32 number) const {
+    const auto& field = layout_->field(number);
+    if (number == 0 || !field.inPlace || states_[static_cast<std::size_t>(number)] != State::stored)
+        return (*this)[number];
+    if (!std::exchange(textKnown_, true)) text_.look(bytes_);
+    const TextView text = text_.field(field);
+    return field.date && text.starts_with(u'J') ? TextView((*this)[number]) : text;
+}
 
 }  // namespace tsRtm

@@ -20,6 +20,7 @@ FieldLayout layoutOf(const TSIO& field, bool wideDatabase) {
     out.length = field.Laenge();
     out.special = out.typ == 254 || out.typ == 255;
     out.alpha = field.IsAlpha();
+    out.left = out.alpha || out.special;
     out.pointer = field.IsMemo() || field.IsBlob();
     out.chain = field.IsKette();
     out.wide = wideDatabase || field.IsUnicode();
@@ -54,7 +55,8 @@ RecordLayout::RecordLayout(const clsControl& control, bool wide, bool dos) : wid
     fields_.reserve(static_cast<std::size_t>(control.Felder()) + 1);
     for (int32 i = 1; i <= control.Felder(); ++i) {
         auto& field = fields_.emplace_back(layoutOf(control.field(i), wide));
-        field.inPlace = field.plain() && !dos_ && !field.pointer && !field.chain;
+        field.inPlace = field.plain() && !dos_ && !field.pointer && !field.chain && field.bytes <= 64;
+        if (field.inPlace && field.bytes > 0) field.bits = ~uint64{0} >> (64 - field.bytes);
         mixed_ = mixed_ || control.field(i).IsUnicode();
         namesPlaces_ = namesPlaces_ || field.namesPlace();
     }
@@ -112,7 +114,7 @@ void RecordLayout::decode(const FieldLayout& field, BytesView bytes, Decode how,
         into = fromUtf8(BytesView(form).substr(1, form.find_last_not_of(' ')));
     }
     if (keepBlanks) return;
-    into = Text(field.alpha || field.special ? trimRight(into) : trimLeft(into));
+    into = Text(field.left ? trimRight(into) : trimLeft(into));
     if (field.date && into.starts_with(u'J')) into = dayNumberText(into);
 }
 
@@ -140,18 +142,18 @@ void RecordLayout::fill(std::span<char> into, TextView text, bool right, bool wi
 }
 
 void RecordLayout::encode(const FieldLayout& field, TextView text, std::span<char> into) const {
-    const bool left = field.alpha || field.special;
     if (field.julian && !text.empty()) {
         fill(into, Text(u"J") + toText(JulianDay(text)), true, field.wide);
     } else if (field.utf8) {
         const Bytes bytes = utf8Form(text, static_cast<std::size_t>(field.length), *this);
         // Not the text itself but its form in bytes, a character each.
-        if (field.wide) return fill(into, bytes.starts_with('~') ? fromAnsi(bytes) : Text(text), !left, true);
+        if (field.wide)
+            return fill(into, bytes.starts_with('~') ? fromAnsi(bytes) : Text(text), !field.left, true);
         const std::size_t count = std::min(bytes.size(), into.size());
         std::memset(into.data(), ' ', into.size());
-        std::memcpy(into.data() + (left ? 0 : into.size() - count), bytes.data(), count);
+        std::memcpy(into.data() + (field.left ? 0 : into.size() - count), bytes.data(), count);
     } else {
-        fill(into, text, !left, field.wide);
+        fill(into, text, !field.left, field.wide);
     }
 }
 

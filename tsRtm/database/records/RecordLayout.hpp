@@ -42,7 +42,9 @@ struct FieldLayout {
     bool julian = false;   // a date stored as "J" and its day number
     bool date = false;     // Typ AND 7 = 7
     bool number = false;   // Typ AND 7 = 5
-    bool inPlace = false;  // its text is its trimmed bytes in code page 1252
+    bool left = false;     // its text begins in the first column
+    bool inPlace = false;  // its text is its trimmed bytes in code page 1252, and it has at most 64 of them
+    uint64 bits = 0;       // then a bit for each of them
     // A key takes the sortable form of the date.
     bool sortsAsDate() const noexcept { return date && nachKomma < 2; }
     // The bytes of the field are its text, but for blanks at its end or before it, and for a date told as a
@@ -128,7 +130,7 @@ inline BytesView FieldLayout::trimmed(BytesView columns) const noexcept {
     constexpr auto step = static_cast<std::ptrdiff_t>(sizeof(uint64));
     const char* from = columns.data();
     const char* to = from + columns.size();
-    if (alpha || special) {
+    if (left) {
         for (; to - from >= step; to -= step)
             if (const uint64 other = eight(to - step); other != 0) {
                 to -= std::countl_zero(other) / 8;
