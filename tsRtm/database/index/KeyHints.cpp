@@ -2,10 +2,11 @@
 
 #include <utility>
 
+#include "tsRtm/database/files/FetchAhead.hpp"
+
 namespace tsRtm {
 namespace {
 
-constexpr std::size_t kCacheLine = 64;
 // The words begin anew where a search knows so many more bytes that all keys share.
 constexpr std::size_t kWorthwhile = 8;
 
@@ -86,9 +87,7 @@ void KeyHints::copy(int32 from, int32 to) {
 void KeyHints::approach(int32 address) const noexcept {
     const std::size_t block = numberOf(address) / kBlock;
     if (block >= blocks_.size() || !blocks_[block]) return;
-    const auto* const at = reinterpret_cast<const char*>(&blocks_[block][numberOf(address) % kBlock]);
-    for (std::size_t offset = 0; offset < offsetof(NodeHints, next); offset += kCacheLine)
-        __builtin_prefetch(at + offset);
+    fetchAhead(&blocks_[block][numberOf(address) % kBlock], offsetof(NodeHints, next));
 }
 
 }  // namespace tsRtm

@@ -3,12 +3,11 @@
 #include <cstring>
 #include <limits>
 
+#include "tsRtm/database/files/FetchAhead.hpp"
 #include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm {
 namespace {
-
-constexpr std::size_t kCacheLine = 64;
 
 template <class T>
 BytesView bytesOf(const T& value) noexcept {
@@ -50,19 +49,21 @@ bool NodeFile::reaches(int32 address) {
     return covers(address);
 }
 
-const tree::Node& NodeFile::look(int32 address, tree::Node& room) const {
+const tree::Node* NodeFile::inPlace(int32 address) const noexcept {
     const uint64 offset = tree::offsetOf(address);
     // In a damaged file an address may be anything.
-    const char* const in = offset % alignof(tree::Node) == 0 ? bytes_.view(offset, sizeof room) : nullptr;
-    if (in) return *reinterpret_cast<const tree::Node*>(in);
-    if (bytes_.read(offset, roomOf(room)) != sizeof room) room.anzahl = tree::kFreeMark;
+    if (!covers(address) || offset % alignof(tree::Node) != 0) return nullptr;
+    return reinterpret_cast<const tree::Node*>(bytes_.view(offset, tree::kBlockBytes));
+}
+
+const tree::Node& NodeFile::look(int32 address, tree::Node& room) const {
+    if (const tree::Node* const node = inPlace(address)) return *node;
+    if (bytes_.read(tree::offsetOf(address), roomOf(room)) != sizeof room) room.anzahl = tree::kFreeMark;
     return room;
 }
 
 void NodeFile::approach(int32 address) const noexcept {
-    const char* const in = bytes_.view(tree::offsetOf(address), tree::kBlockBytes);
-    for (std::size_t offset = 0; in && offset < tree::kBlockBytes; offset += kCacheLine)
-        __builtin_prefetch(in + offset);
+    if (const tree::Node* const node = inPlace(address)) fetchAhead(node, sizeof *node);
 }
 
 bool NodeFile::read(int32 address, tree::Node& into) {

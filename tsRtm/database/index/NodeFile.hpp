@@ -30,6 +30,8 @@ class NodeFile {
     // A covered node where it lies, or in `room`. Good until the next call that may grow the file. Others may
     // be writing it: check() behind a run of looks.
     const tree::Node& look(int32 address, tree::Node& room) const;
+    // The same where it lies, nullptr where it is not to be had so, whatever the address.
+    const tree::Node* inPlace(int32 address) const noexcept;
     // Lets the memory come near that a look will touch; costs nothing where there is no window.
     void approach(int32 address) const noexcept;
     void check() const { bytes_.check(); }

@@ -10,7 +10,7 @@ namespace tsRtm {
 namespace {
 
 constexpr TextView kSource = u"clsTSDB Locate";
-constexpr int32 kReadAhead = 3;
+constexpr int32 kReadAhead = 6;
 // A node that is met so often has all its keys looked at in one go.
 constexpr uint8 kVisitsToLearnAll = 4;
 
@@ -268,6 +268,23 @@ int32 TreeIndex::positionOf(int32 record) {
     return position;
 }
 
+void TreeIndex::approachBehind(int32 entry) noexcept {
+    const Step& here = last();
+    const int32 ahead = entry + kReadAhead;
+    if (ahead <= here.keys) return store_.approachWhole(here.node->entry(ahead).satz);
+    if (depth_ < 2 || here.node->entry(entry).kind > 0) return;
+    const Step& parent = step(depth_ - 2);
+    if (parent.position > parent.keys) return;
+    const int32 next = parent.node->entry(parent.position + 1).kind;
+    const int32 inNext = ahead - here.keys - 1;
+    if (inNext == 0) {
+        store_.approachWhole(parent.record());
+        file_.approach(next);
+    } else if (const tree::Node* const node = file_.inPlace(next)) {
+        store_.approachWhole(node->entry(std::min(inNext, tree::kMostKeys)).satz);
+    }
+}
+
 // From the deepest level of the last walk that still holds the position, else from the root.
 int32 TreeIndex::seek(int32 position) {
     for (int32 level = 0; level < depth_; ++level) {
@@ -292,9 +309,9 @@ int32 TreeIndex::seek(int32 position) {
             if (position <= before + below) break;
             if (position == before + below + 1) {
                 at.position = i;
-                // Who reads in order comes to the neighbours next.
-                if (i + kReadAhead <= at.keys) store_.approachWhole(at.node->entry(i + kReadAhead).satz);
-                return entry.satz;
+                const int32 record = entry.satz;
+                approachBehind(i);
+                return record;
             }
             before += int64{below} + 1;
         }

@@ -106,6 +106,8 @@ class TreeIndex final : public IndexForm {
     Found foundHere();
     int32 positionHere();
     int32 seek(int32 position);
+    // Who reads in order comes to the entries behind one of the last node next.
+    void approachBehind(int32 entry) noexcept;
 
     bool takeOut(int32 record, const SearchKey& key);
     void toLeafEntry(int32 hitLevel);

@@ -1,6 +1,7 @@
 #pragma once
 // Data.tsd: records by number.
 #include "tsRtm/database/files/BlockFile.hpp"
+#include "tsRtm/database/files/FetchAhead.hpp"
 #include "tsRtm/database/records/RecordLayout.hpp"
 
 namespace tsRtm {
@@ -33,13 +34,12 @@ class RecordStore {
         if (!has(record)) return;
         const char* const in = bytes_.view(layout_->offsetOf(record), layout_->bytes());
         if (!in) return;
-        for (const uint32 offset : offsets) __builtin_prefetch(in + offset);
+        for (const uint32 offset : offsets) fetchAhead(in + offset, 1);
     }
     void approachWhole(int32 record) const noexcept {
         if (!has(record)) return;
-        const char* const in = bytes_.view(layout_->offsetOf(record), layout_->bytes());
-        for (uint32 offset = 0; in && offset < layout_->bytes(); offset += kCacheLine)
-            __builtin_prefetch(in + offset);
+        if (const char* const in = bytes_.view(layout_->offsetOf(record), layout_->bytes()))
+            fetchAhead(in, layout_->bytes());
     }
 
     // Whether these columns lie in more than one page of the system: who is killed in their write may leave
@@ -57,8 +57,6 @@ class RecordStore {
     BlockFile& bytes() noexcept { return bytes_; }
 
  private:
-    static constexpr uint32 kCacheLine = 64;
-
     void closeGap(int32 record);
     // Bytes that were there, copied until two copies agree.
     std::size_t readWhole(uint64 offset, std::span<char> into) const;
