@@ -90,5 +90,31 @@ TEST_F(KeyHints, KeysThatOthersChangedAreFound) {
     EXPECT_TRUE(consistent(*reader));
 }
 
+// Programs that do not know of Stand.tsd move keys and leave the number of changes as it was: what is
+// remembered at a number is no proof.
+TEST_F(KeyHints, ANumberThatStaysIsNoProof) {
+    fill();
+    const auto db = open();
+    const auto other = open();
+    ASSERT_TRUE(db && other);
+    const Text stand = Text(kFolder).append(u".DBD/Stand.tsd");
+    const auto file = disk.open(
+        stand, {platform::Access::readWrite, platform::Sharing::all, platform::Disposition::openExisting});
+    ASSERT_TRUE(file.ok());
+    for (int32 round = 0; round < 10; ++round) {
+        for (uint32 i = 0; i < 5000; i += 3) db->Gehezu(nameOf(i));
+        ASSERT_GT(addAddress(*db, {nameOf(random()), u"Bonn", u"1.00", u""}), 0);
+        const Bytes number = disk.dump(stand).substr(0, 8);
+        for (int32 i = 0; i < 300; ++i)
+            ASSERT_TRUE(rename(*other, static_cast<int32>(random() % kRows) + 1, nameOf(random())));
+        ASSERT_FALSE(failed((*file)->writeAt(0, std::as_bytes(std::span(number)))));
+        for (int32 i = 0; i < 40; ++i) {
+            ASSERT_GT(addAddress(*db, {nameOf(random()), u"Köln", u"1.00", u""}), 0);
+            ASSERT_TRUE(rename(*db, static_cast<int32>(random() % kRows) + 1, nameOf(random())));
+        }
+        ASSERT_TRUE(consistent(*db)) << round;
+    }
+}
+
 }  // namespace
 }  // namespace tsRtm::test

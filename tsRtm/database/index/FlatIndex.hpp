@@ -18,6 +18,7 @@ class FlatIndex final : public IndexForm {
     int32 positionOf(int32 record) override;
     int32 recordAt(int32 position) override;
     int32 total() override;
+    void aim(int32, const SearchKey&) override {}
     int32 enter(int32 record, const SearchKey& key) override;
     int32 move(int32 record, const SearchKey& from, const SearchKey& to) override;
     void forget() override {}

@@ -34,6 +34,11 @@ class IndexForm {
         if (changes != changes_) forget();
         changes_ = changes;
     }
+    // Nothing but its own changes lies between these two numbers: what it learnt at the one holds at the
+    // other.
+    void holds(uint64 from, uint64 to) noexcept {
+        if (changes_ == from) changes_ = to;
+    }
 
     // Position of the first entry whose key is not below the searched one.
     virtual Found locate(const SearchKey& key) = 0;
@@ -44,6 +49,11 @@ class IndexForm {
     // Entries of the index; -1 where they cannot be told.
     virtual int32 total() = 0;
 
+    // Under the database lock, behind at(): a record is about to be entered or moved away from this key,
+    // which stays where it is. Asked for the first time it lets come near what a search needs last, the
+    // second time the records that prove the place; so the ways into several indexes go side by side. Only
+    // for speed.
+    virtual void aim(int32 record, const SearchKey& key) = 0;
     // Under the database lock. Enters a record that the index does not have at the place of its key, or moves
     // the one it has. Gives the new position. `move` raises 28 where the old entry is not in its place.
     virtual int32 enter(int32 record, const SearchKey& key) = 0;

@@ -53,6 +53,12 @@ class IndexSet {
     void closeAll() noexcept;
     void eachFile(const std::function<void(platform::File&)>& work);
 
+    // Nothing but changes by these forms lies between two numbers of changes.
+    void holds(uint64 from, uint64 to) noexcept {
+        for (const auto& at : slots_)
+            if (at->form) at->form->holds(from, to);
+    }
+
     // Builds all indexes, or one, anew in their files. The caller holds the database lock. Raises what the
     // files raise; the marks of the update then stay. Tells the user that it goes on.
     void rebuildAll();

@@ -46,6 +46,18 @@ void NodeHints::enter(int32 position, int32 record, const KeyStart& key) noexcep
     ++keys;
 }
 
+void NodeHints::remove(int32 position) noexcept {
+    const auto at = static_cast<std::size_t>(position);
+    if (at > keys) return;
+    const auto close = [&](auto& row) {
+        std::copy(row.begin() + at, row.begin() + keys, row.begin() + at - 1);
+    };
+    close(words);
+    close(next);
+    close(records);
+    --keys;
+}
+
 void NodeHints::focus(const KeyStart& search, std::size_t certain) noexcept {
     if (visits != 0 && certain < shared + kWorthwhile && sharesStart(search)) return;
     // A byte less, so that no word is 0.

@@ -59,6 +59,8 @@ struct alignas(64) NodeHints {
     void follow(const tree::Node& node, int32 count) noexcept;
     // A key comes to the node, which has room for it.
     void enter(int32 position, int32 record, const KeyStart& key) noexcept;
+    // A key leaves it.
+    void remove(int32 position) noexcept;
     // For a search that shares `certain` bytes with all keys of the node. Drops the words where they begin
     // elsewhere.
     void focus(const KeyStart& search, std::size_t certain) noexcept;

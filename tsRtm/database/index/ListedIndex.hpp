@@ -13,6 +13,7 @@ class ListedIndex final : public IndexForm {
     int32 positionOf(int32 record) override;
     int32 recordAt(int32 position) override;
     int32 total() override { return static_cast<int32>(records_.size()); }
+    void aim(int32, const SearchKey&) override {}
     int32 enter(int32 record, const SearchKey& key) override;
     int32 move(int32 record, const SearchKey& from, const SearchKey& to) override;
     void forget() override {}

@@ -78,29 +78,50 @@ struct Node {
     }
     // Records of the node and all below it, -1 where the counts are none.
     int32 total() const noexcept { return total(anzahl); }
-    int32 total(int32 keys) const noexcept {
-        int64 sum = keys;
-        for (int32 i = 0; i <= keys; ++i) sum += entries[i].zaehler;
-        return sum < 0 || sum > 0x7FFFFFFF ? -1 : static_cast<int32>(sum);
-    }
+    int32 total(int32 keys) const noexcept;
     // Records before the entry at a position and its subtree.
     int32 before(int32 position) const noexcept;
 };
 static_assert(sizeof(Node) == kBlockBytes && offsetof(Node, entries) == 4 && offsetof(Node, reserved) == 496);
 
-inline int32 Node::before(int32 position) const noexcept {
+// The counts of some entries: their sum, which wraps around, and all bits that are set in any of them.
+struct Counts {
+    uint32 sum = 0;
+    uint32 bits = 0;
+};
+
+inline Counts countsOf(const Entry* entries, int32 count) noexcept {
     // Four entries in one step, all their numbers side by side: the counts are every third.
     constexpr std::size_t step = 4, numbers = step * sizeof(Entry) / sizeof(uint32);
-    std::array<uint32, numbers> sums{}, four;
-    const int32 count = position - 1;
+    std::array<uint32, numbers> sums{}, bits{}, four;
     int32 i = 0;
     for (; i + static_cast<int32>(step) <= count; i += static_cast<int32>(step)) {
         std::memcpy(four.data(), entries + i, sizeof four);
         for (std::size_t n = 0; n < numbers; ++n) sums[n] += four[n];
+        for (std::size_t n = 0; n < numbers; ++n) bits[n] |= four[n];
     }
-    auto sum = static_cast<uint32>(count) + sums[1] + sums[4] + sums[7] + sums[10];
-    for (; i < count; ++i) sum += static_cast<uint32>(entries[i].zaehler);
-    return static_cast<int32>(sum);
+    Counts out{sums[1] + sums[4] + sums[7] + sums[10], bits[1] | bits[4] | bits[7] | bits[10]};
+    for (; i < count; ++i) {
+        out.sum += static_cast<uint32>(entries[i].zaehler);
+        out.bits |= static_cast<uint32>(entries[i].zaehler);
+    }
+    return out;
+}
+
+inline int32 Node::before(int32 position) const noexcept {
+    const int32 count = position - 1;
+    // Below the entries of a leaf there is nothing.
+    if (entries[0].kind == 0) return count;
+    return static_cast<int32>(static_cast<uint32>(count) + countsOf(entries, count).sum);
+}
+
+inline int32 Node::total(int32 keys) const noexcept {
+    constexpr uint32 kPlausible = 1 << 25;  // so many times the entries do not wrap around
+    const Counts counts = countsOf(entries, keys + 1);
+    if (counts.bits < kPlausible) return static_cast<int32>(counts.sum) + keys;
+    int64 sum = keys;
+    for (int32 i = 0; i <= keys; ++i) sum += entries[i].zaehler;
+    return sum < 0 || sum > 0x7FFFFFFF ? -1 : static_cast<int32>(sum);
 }
 
 inline constexpr int32 kFirstNode = kBlockBytes + 1;

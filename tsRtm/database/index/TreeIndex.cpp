@@ -26,7 +26,7 @@ bool TreeIndex::reaches(int32 address) {
     return true;
 }
 
-TreeIndex::Step& TreeIndex::push(int32 address, Take take, const SearchKey* key) {
+TreeIndex::Step& TreeIndex::push(int32 address, const SearchKey* key) {
     if (depth_ == tree::kMostLevels) {
         const Text text =
             Text(u"Buffer overrun in Locating record \"").append(key ? keys_.text(*key) : Text()) +
@@ -38,10 +38,6 @@ TreeIndex::Step& TreeIndex::push(int32 address, Take take, const SearchKey* key)
     Step& next = step(depth_);
     if (!reaches(address)) raiseCorrupt(address);
     next.node = &file_.look(address, next.own);
-    if (take == Take::copies && next.node != &next.own) {
-        next.own = *next.node;
-        next.node = &next.own;
-    }
     next.keys = next.node->keys();
     if (next.keys < 0) raiseCorrupt(address);
     ++depth_;
@@ -75,7 +71,7 @@ std::strong_ordering TreeIndex::compare(const Search& search, const Step& at, in
 
 NodeHints& TreeIndex::hintsOf(const Search& search, const Step& here, const Shared& shared) {
     NodeHints& hints = hints_.of(here.address);
-    if (hints.era != era_) hints.follow(*here.node, here.keys);
+    if (hints.era != era_ || hints.keys != here.keys) hints.follow(*here.node, here.keys);
     hints.era = era_;
     hints.focus(search.start, std::min(shared.before, shared.behind));
     return hints;
@@ -122,7 +118,7 @@ bool TreeIndex::placeByHints(const Search& search, Step& here, Shared& shared) {
         auto order = wanted <=> word;
         if (order == 0 || word == 0) {
             const int32 record = recordAt(middle);
-            if (record == search.number) {
+            if (record == search.number && record == here.node->entry(middle).satz) {
                 here.position = middle;
                 return true;
             }
@@ -168,20 +164,36 @@ bool TreeIndex::placeByRecords(const Search& search, Step& here) {
     return false;
 }
 
-bool TreeIndex::walk(const Search& search, Take take, Trust trust) {
-    depth_ = 0;
-    Shared shared;
-    for (int32 address = header().wurzel; address > 0;) {
-        Step& here = push(address, take, &search.key);
-        const bool hit =
-            trust == Trust::hints ? placeByHints(search, here, shared) : placeByRecords(search, here);
-        if (hit) return true;
-        address = here.node->entry(here.position).kind;
-        if (address <= 0) break;
-        file_.approach(address);
-        hints_.approach(address);
+void TreeIndex::goDown(const Search& search, Way& way, Trust trust) {
+    Step& here = push(way.next, &search.key);
+    way.hit = trust == Trust::hints ? placeByHints(search, here, way.shared) : placeByRecords(search, here);
+    way.next = way.hit ? 0 : here.child();
+    if (way.next <= 0) return;
+    file_.approach(way.next);
+    hints_.approach(way.next);
+}
+
+bool TreeIndex::walkOn(const Search& search, Way& way, Trust trust) {
+    while (way.next > 0) goDown(search, way, trust);
+    if (!way.hit) leafLevel_ = depth_ - 1;
+    return way.hit;
+}
+
+bool TreeIndex::walk(const Search& search, Trust trust) {
+    standNowhere();
+    Way way{header().wurzel, {}};
+    return walkOn(search, way, trust);
+}
+
+void TreeIndex::aim(int32 record, const SearchKey& key) {
+    if (isAimedAt(record, key)) {
+        walkOn(aim_->search, aim_->way, Trust::hints);
+        approachNeighbours();
+        return;
     }
-    return false;
+    standNowhere();
+    aim_.emplace(Aim{searchFor(key, record), {header().wurzel, {}}});
+    while (aim_->way.next > 0 && depth_ < leafLevel_) goDown(aim_->search, aim_->way, Trust::hints);
 }
 
 TreeIndex::Neighbours TreeIndex::neighbours() {
@@ -211,14 +223,25 @@ IndexKeys::Match TreeIndex::matchBehind(const Search& search) {
     return keys_.match(search.key, recordOf(*behind, behind->record()));
 }
 
-bool TreeIndex::descend(const SearchKey& key, int32 number, Take take) {
+TreeIndex::Search TreeIndex::searchFor(const SearchKey& key, int32 number) const {
     Search search{key, number, {}};
     keys_.start(key, search.start);
-    if (walk(search, take, Trust::hints)) return true;
+    return search;
+}
+
+bool TreeIndex::descend(const Search& search) {
+    bool hit = false;
+    if (isAimedAt(search.number, search.key)) {
+        hit = walkOn(search, aim_->way, Trust::hints);
+        aim_.reset();
+    } else {
+        hit = walk(search, Trust::hints);
+    }
+    if (hit) return true;
     approachNeighbours();
     const Step* const behind = neighbours().behind;
     const bool proven = liesBehind(search) && (!behind || compare(search, *behind, behind->record()) < 0);
-    return !proven && walk(search, take, Trust::records);
+    return !proven && walk(search, Trust::records);
 }
 
 int32 TreeIndex::countBefore() {
@@ -243,14 +266,13 @@ int32 TreeIndex::positionHere() {
 }
 
 Found TreeIndex::locate(const SearchKey& key) {
-    Search search{key, 0, {}};
-    keys_.start(key, search.start);
-    walk(search, Take::looks, Trust::hints);
+    const Search search = searchFor(key, 0);
+    walk(search, Trust::hints);
     approachNeighbours();
     Found found = foundHere();  // meanwhile the records come near
     auto match = matchBehind(search);
     if (match.order > 0 || !liesBehind(search)) {
-        walk(search, Take::looks, Trust::records);
+        walk(search, Trust::records);
         found = foundHere();
         match = matchBehind(search);
     }
@@ -263,7 +285,8 @@ int32 TreeIndex::positionOf(int32 record) {
     if (!store_.reaches(record)) return 0;
     Bytes bytes;
     store_.read(record, bytes);
-    const int32 position = descend(keys_.searchFor(bytes), record, Take::looks) ? positionHere() : 0;
+    const SearchKey key = keys_.searchFor(bytes);
+    const int32 position = descend(searchFor(key, record)) ? positionHere() : 0;
     file_.check();
     return position;
 }
@@ -287,6 +310,7 @@ void TreeIndex::approachBehind(int32 entry) noexcept {
 
 // From the deepest level of the last walk that still holds the position, else from the root.
 int32 TreeIndex::seek(int32 position) {
+    aim_.reset();
     for (int32 level = 0; level < depth_; ++level) {
         const Step& at = step(level);
         if (position > at.base && position <= int64{at.base} + at.total) continue;
@@ -296,7 +320,7 @@ int32 TreeIndex::seek(int32 position) {
     if (depth_ == 0) {
         const int32 root = header().wurzel;
         if (root <= 0) return 0;
-        Step& top = push(root, Take::looks, nullptr);
+        Step& top = push(root, nullptr);
         top.total = top.node->total(top.keys);
     }
     for (;;) {
@@ -320,7 +344,7 @@ int32 TreeIndex::seek(int32 position) {
         const int32 child = at.node->entry(i).kind;
         const int32 below = at.node->entry(i).zaehler;
         if (child <= 0 || position > before + below) return 0;
-        Step& next = push(child, Take::looks, nullptr);
+        Step& next = push(child, nullptr);
         next.base = static_cast<int32>(before);
         next.total = below;
     }

@@ -3,6 +3,7 @@
 // without a scan. A tree made by a bulk load may end in nodes of few keys, or none, on its right edge: every
 // walk bears them.
 #include <array>
+#include <optional>
 
 #include "tsRtm/database/index/IndexForm.hpp"
 #include "tsRtm/database/index/NodeFile.hpp"
@@ -23,12 +24,13 @@ class TreeIndex final : public IndexForm {
     Found locate(const SearchKey& key) override;
     int32 positionOf(int32 record) override;
     int32 recordAt(int32 position) override;
+    void aim(int32 record, const SearchKey& key) override;
     int32 enter(int32 record, const SearchKey& key) override;
     int32 move(int32 record, const SearchKey& from, const SearchKey& to) override;
     // Of the root: its keys and what lies below. 0 for an empty tree; -1 for a root that cannot be read.
     int32 total() override;
     void forget() override {
-        depth_ = 0;
+        standNowhere();
         ++era_;
     }
     IndexFindings inspect(int32 index) override;
@@ -45,6 +47,13 @@ class TreeIndex final : public IndexForm {
         tree::Node own;                    // what an update changes before it is written
         int32 record() const noexcept { return node->entry(position).satz; }
         int32 before() const noexcept { return node->before(position); }
+        int32 child() const noexcept { return node->entry(position).kind; }
+        int32 count() const noexcept { return node->entry(position).zaehler; }
+        tree::Node& copy() noexcept {
+            if (node != &own) own = *node;
+            node = &own;
+            return own;
+        }
     };
     struct Search {
         const SearchKey& key;
@@ -57,8 +66,16 @@ class TreeIndex final : public IndexForm {
         std::size_t before = 0;
         std::size_t behind = 0;
     };
-    // Whether a walk only looks at nodes, or takes copies to change.
-    enum class Take { looks, copies };
+    // How far a walk has come.
+    struct Way {
+        int32 next = 0;  // the node below, 0 or less at the end
+        Shared shared;
+        bool hit = false;  // it ended on the record's own entry
+    };
+    struct Aim {
+        Search search;
+        Way way;
+    };
     // What the check of a subtree carries along.
     struct Inspection {
         IndexFindings& out;
@@ -68,20 +85,30 @@ class TreeIndex final : public IndexForm {
     };
 
     // One level down; the key searched for, if any, only for the message.
-    Step& push(int32 address, Take take, const SearchKey* key);
+    Step& push(int32 address, const SearchKey* key);
     Step& last() noexcept { return path_[static_cast<std::size_t>(depth_ - 1)]; }
     Step& step(int32 level) noexcept { return path_[static_cast<std::size_t>(level)]; }
     // The nodes of the path again, where the file's window may have moved.
     bool reaches(int32 address);
     [[noreturn]] void raiseCorrupt(int32 address);
     BytesView recordOf(const Step& step, int32 record);
-    // Walks down to a key; with a number to that record's entry, else to the place of the first such key.
-    // True on the record's entry itself, which may lie in an inner node.
-    bool descend(const SearchKey& key, int32 number, Take take);
+    Search searchFor(const SearchKey& key, int32 number) const;
+    // Walks down to a record's entry with this key, from where the aim at it has come to. True on the entry
+    // itself, which may lie in an inner node; else the place for it.
+    bool descend(const Search& search);
+    bool isAimedAt(int32 record, const SearchKey& key) const noexcept {
+        return aim_ && aim_->search.number == record && &aim_->search.key == &key;
+    }
+    void standNowhere() noexcept {
+        depth_ = 0;
+        aim_.reset();
+    }
     // Probes ask the hints first: on a share each look at a record is a way to the server and back, and in
     // memory a hint is nearer than the record.
     enum class Trust { hints, records };
-    bool walk(const Search& search, Take take, Trust trust);
+    bool walk(const Search& search, Trust trust);
+    bool walkOn(const Search& search, Way& way, Trust trust);
+    void goDown(const Search& search, Way& way, Trust trust);
     // The place of the search in one node; true on the record's own entry.
     bool placeByHints(const Search& search, Step& here, Shared& shared);
     bool placeByRecords(const Search& search, Step& here);
@@ -109,7 +136,10 @@ class TreeIndex final : public IndexForm {
     // Who reads in order comes to the entries behind one of the last node next.
     void approachBehind(int32 entry) noexcept;
 
-    bool takeOut(int32 record, const SearchKey& key);
+    int32 insert(const Search& search);
+    bool takeOut(const Search& search);
+    // From a leaf that keeps enough keys.
+    void takeFromLeaf();
     void toLeafEntry(int32 hitLevel);
     void removeUpwards(int32 hitLevel, tree::Header& header);
     // Rights a node of too few keys with a neighbour; gives the parent's entry that must go, 0 when all is
@@ -124,6 +154,8 @@ class TreeIndex final : public IndexForm {
     const IndexKeys& keys_;
     std::array<Step, tree::kMostLevels> path_;
     int32 depth_ = 0;
+    int32 leafLevel_ = 0;  // where the last walk ended
+    std::optional<Aim> aim_;
     KeyHints hints_;
     uint32 era_ = 1;  // of what is remembered of nodes
     Bytes room_;

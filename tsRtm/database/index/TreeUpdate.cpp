@@ -60,19 +60,25 @@ Halves split(const Node& full, int32 position, Entry entry) {
 }  // namespace
 
 int32 TreeIndex::enter(int32 record, const SearchKey& key) {
+    if (isAimedAt(record, key)) return insert(Search(aim_->search));
+    forget();
+    return insert(searchFor(key, record));
+}
+
+int32 TreeIndex::insert(const Search& search) {
+    const int32 record = search.number;
     tree::Header head = header();
     const int32 before = head.freiListe;
-    forget();
-    if (descend(key, record, Take::copies)) return positionHere();  // it is there already
+    if (descend(search)) return positionHere();  // it is there already
     const int32 position = tree::plus(countBefore(), 1);
 
-    KeyStart start;
-    keys_.start(key, start);
-
     int32 full = 0;
-    while (full < depth_ && step(depth_ - 1 - full).own.anzahl >= tree::kMostKeys) ++full;
+    while (full < depth_ && step(depth_ - 1 - full).keys >= tree::kMostKeys) ++full;
     const bool newRoot = full == depth_;
     if (newRoot && depth_ == tree::kMostLevels) raise(28, u"clsTSDB Locate", u"Buffer overrun in index");
+    // Of nodes that are only counted in nothing but the count is changed. Nodes that split make the file
+    // grow, and with it what lies in the window may move.
+    for (int32 level = full == 0 && !newRoot ? depth_ - 1 : 0; level < depth_; ++level) step(level).copy();
     std::vector<int32> addresses;
     addresses.reserve(static_cast<std::size_t>(full) + 1);
     for (int32 i = 0; i < full + (newRoot ? 1 : 0); ++i) addresses.push_back(file_.allocate(head));
@@ -84,22 +90,26 @@ int32 TreeIndex::enter(int32 record, const SearchKey& key) {
     for (int32 level = depth_ - 1; level >= 0; --level) {
         Step& at = step(level);
         const bool leaf = level == depth_ - 1;
-        int32& count = at.own.entry(at.position).zaehler;
-        if (!leaf) count = plus(count, 1);
         if (!waiting) {
-            file_.writeCount(at.address, at.position, at.own.entry(at.position).zaehler);
+            file_.writeCount(at.address, at.position, plus(at.count(), 1));
             continue;
         }
+        int32& count = at.own.entry(at.position).zaehler;
+        if (!leaf) count = plus(count, 1);
         // The left half goes in before the entry that still leads to the right one.
         if (!leaf) count = minus(count, plus(pending.zaehler, 1));
         if (at.own.anzahl < tree::kMostKeys) {
             insertEntry(at.own, at.position, pending);
-            if (leaf) hints_.of(at.address).enter(at.position, record, start);
+            if (leaf)
+                hints_.of(at.address).enter(at.position, record, search.start);
+            else
+                hints_.of(at.address).era = 0;
             file_.write(at.address, at.own);
             waiting = false;
             continue;
         }
         const Halves halves = split(at.own, at.position, pending);
+        hints_.of(at.address).era = 0;
         hints_.copy(at.address, *next);
         file_.write(*next, halves.left);
         file_.write(at.address, halves.right);
@@ -115,19 +125,19 @@ int32 TreeIndex::enter(int32 record, const SearchKey& key) {
         head.wurzel = *next;
     }
     if (waiting || before != head.freiListe) file_.header(head);
-    forget();
+    standNowhere();
     return position;
 }
 
 // A key of an inner node gives its place to the last key before it, which lies in a leaf.
 void TreeIndex::toLeafEntry(int32 hitLevel) {
     const Step& hit = step(hitLevel);
-    int32 address = hit.own.entry(hit.position).kind;
-    while (address > 0) {
-        Step& down = push(address, Take::copies, nullptr);
-        down.position = down.own.anzahl + 1;
-        address = down.own.entry(down.position).kind;
+    for (int32 address = hit.child(); address > 0;) {
+        Step& down = push(address, nullptr);
+        down.position = down.keys + 1;
+        address = down.child();
     }
+    for (int32 level = 0; level < depth_; ++level) step(level).copy();
     if (hitLevel == depth_ - 1) return;
     Step& leaf = last();
     if (leaf.own.anzahl < 1) raise(28, u"DB Update", u"Empty leaf while searching leaf");
@@ -247,18 +257,32 @@ void TreeIndex::removeUpwards(int32 hitLevel, tree::Header& header) {
     }
 }
 
-bool TreeIndex::takeOut(int32 record, const SearchKey& key) {
+void TreeIndex::takeFromLeaf() {
+    for (int32 level = 0; level < depth_ - 1; ++level)
+        file_.writeCount(step(level).address, step(level).position, minus(step(level).count(), 1));
+    Step& leaf = last();
+    removeEntry(leaf.copy(), leaf.position);
+    file_.write(leaf.address, leaf.own);
+    hints_.of(leaf.address).remove(leaf.position);
+    standNowhere();
+}
+
+bool TreeIndex::takeOut(const Search& search) {
     tree::Header head = header();
     const tree::Header before = head;
-    forget();
-    if (!descend(key, record, Take::copies)) return false;
+    if (!descend(search)) return false;
+    if (last().child() <= 0 && last().keys > tree::kFewestKeys) {
+        takeFromLeaf();
+        return true;
+    }
     const int32 hitLevel = depth_ - 1;
     try {
         toLeafEntry(hitLevel);
     } catch (const Failure& failure) {
         if (failure.Number() != 28) throw;
         // No blank before "while": the text stands so in logs.
-        const Text text = u"Buffer overrun in Update record " + toText(record) + u"while searching leaf";
+        const Text text =
+            u"Buffer overrun in Update record " + toText(search.number) + u"while searching leaf";
         rtmMain::DebugLog(u"DB Update: " + text);
         raise(kUpdateOverrun, u"DB Update", text);
     }
@@ -269,9 +293,10 @@ bool TreeIndex::takeOut(int32 record, const SearchKey& key) {
 }
 
 int32 TreeIndex::move(int32 record, const SearchKey& from, const SearchKey& to) {
-    if (!takeOut(record, from))
+    if (!isAimedAt(record, from)) forget();
+    if (!takeOut(aim_ ? Search(aim_->search) : searchFor(from, record)))
         raise(28, u"DB Update", Text(u"Kein Indexeintrag für Satz ") + toText(record));
-    return enter(record, to);
+    return insert(searchFor(to, record));
 }
 
 }  // namespace tsRtm

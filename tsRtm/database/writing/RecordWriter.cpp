@@ -1,6 +1,7 @@
 #include "tsRtm/database/writing/RecordWriter.hpp"
 
 #include <algorithm>
+#include <numeric>
 #include <tuple>
 
 #include "tsRtm/database/files/RecordedFailure.hpp"
@@ -78,6 +79,8 @@ class RecordWriter::Sides {
 
 void RecordWriter::prepare() {
     keyBytes_.assign(d_.layout.bytes(), false);
+    from_.resize(static_cast<std::size_t>(d_.indexes.count()));
+    to_.resize(from_.size());
     for (int32 index = 1; d_.indexes.has(index); ++index) {
         const auto& keys = d_.indexes.keys(index);
         for (int32 component = 0; component < keys.count(); ++component) {
@@ -209,12 +212,34 @@ void RecordWriter::store(int32 record, const WriteOrder& order, Sides& sides, Wr
         sides.show();
         return put(record);
     }
-    for (const int32 index : changed_) d_.indexes.open(index);
-    d_.marks.begin();
+    const uint64 number = beginUpdate();
     move(record, order, out);
     sides.show();
     put(record);
-    d_.marks.end(d_.records());
+    endUpdate(number, d_.records());
+}
+
+uint64 RecordWriter::beginUpdate() {
+    const uint64 number = d_.changes ? d_.changes.value() : 0;
+    for (const int32 index : changed_) {
+        IndexForm& form = d_.indexes.open(index);
+        if (d_.changes) form.at(number);
+    }
+    d_.marks.begin();
+    return number;
+}
+
+void RecordWriter::endUpdate(uint64 number, int32 records) {
+    d_.marks.end(records);
+    if (d_.changes) d_.indexes.holds(number, d_.changes.value());
+}
+
+// The ways into all indexes go side by side: what one of them needs from memory comes while another one is
+// searched.
+void RecordWriter::aim(int32 record, const std::vector<SearchKey>& keys) {
+    if (!d_.changes) return;
+    for (int32 turn = 0; turn < 2; ++turn)
+        for (std::size_t i = 0; i < changed_.size(); ++i) d_.indexes.open(changed_[i]).aim(record, keys[i]);
 }
 
 // What differs from the stored record, in one write. Whoever dies in it leaves the old record, or the new
@@ -238,12 +263,14 @@ void RecordWriter::put(int32 record) {
 
 void RecordWriter::move(int32 record, const WriteOrder& order, WriteOutcome& out) {
     // A handler of the notice may read, and so use the room that the next index needs: all is at hand before.
-    for (const int32 index : changed_) {
-        const IndexKeys& keys = d_.indexes.keys(index);
-        keys.searchFor(image_, to_);
-        keys.searchFor(stored_, from_);
-        moved(index, d_.indexes.open(index).move(record, from_, to_), order, out);
+    for (std::size_t i = 0; i < changed_.size(); ++i) {
+        const IndexKeys& keys = d_.indexes.keys(changed_[i]);
+        keys.searchFor(image_, to_[i]);
+        keys.searchFor(stored_, from_[i]);
     }
+    aim(record, from_);
+    for (std::size_t i = 0; i < changed_.size(); ++i)
+        moved(changed_[i], d_.indexes.open(changed_[i]).move(record, from_[i], to_[i]), order, out);
 }
 
 void RecordWriter::moved(int32 index, int32 position, const WriteOrder& order, WriteOutcome& out) {
@@ -271,17 +298,19 @@ WriteOutcome RecordWriter::addUnderLock(const WriteOrder& order) {
     try {
         content_->compose({}, RecordBuffer::Extent::whole, image_);
         sides.prepare({}, image_);
-        for (int32 index = 1; d_.indexes.has(index); ++index) d_.indexes.open(index);
-        d_.marks.begin();
+        changed_.resize(static_cast<std::size_t>(d_.indexes.count()));
+        std::iota(changed_.begin(), changed_.end(), 1);
+        const uint64 number = beginUpdate();
         // The arrays count as many entries as there are records: room first, as deleted.
         if (!d_.indexes.big()) d_.store.write(record, d_.layout.unfilled());
-        for (int32 index = 1; d_.indexes.has(index); ++index) {
-            d_.indexes.keys(index).searchFor(image_, to_);
-            moved(index, d_.indexes.open(index).enter(record, to_), order, out);
-        }
+        for (std::size_t i = 0; i < changed_.size(); ++i)
+            d_.indexes.keys(changed_[i]).searchFor(image_, to_[i]);
+        aim(record, to_);
+        for (std::size_t i = 0; i < changed_.size(); ++i)
+            moved(changed_[i], d_.indexes.open(changed_[i]).enter(record, to_[i]), order, out);
         if (d_.store.tears(record, 0, image_.size())) d_.marks.keep(record, 0, image_);
         d_.store.write(record, image_);
-        d_.marks.end(record);
+        endUpdate(number, record);
         sides.finish();
         lock.keep();
         return out;

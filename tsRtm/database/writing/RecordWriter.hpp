@@ -79,6 +79,10 @@ class RecordWriter {
     // The record in place, or moved in all indexes whose keys differ.
     void store(int32 record, const WriteOrder& order, Sides& sides, WriteOutcome& out);
     void move(int32 record, const WriteOrder& order, WriteOutcome& out);
+    // The brackets around a change of the indexes in changed_; the first gives the number of changes before.
+    uint64 beginUpdate();
+    void endUpdate(uint64 number, int32 records);
+    void aim(int32 record, const std::vector<SearchKey>& keys);
     void put(int32 record);
     void moved(int32 index, int32 position, const WriteOrder& order, WriteOutcome& out);
     // Brings indexes and records together again after a failed write.
@@ -91,8 +95,8 @@ class RecordWriter {
     std::optional<RecordBuffer> kept_;  // a copy of it
     std::vector<bool> keyBytes_;        // of a record
     Bytes stored_, image_;
-    SearchKey from_, to_;
-    std::vector<int32> changed_;  // index numbers
+    std::vector<int32> changed_;        // index numbers
+    std::vector<SearchKey> from_, to_;  // a key for each of them
 };
 
 }  // namespace tsRtm
