@@ -30,6 +30,9 @@ constexpr const char* kIndexes =
     "CREATE INDEX ByName ON Kunde(Name,Vorname);"
     "CREATE INDEX ByPlz ON Kunde(PLZ);"
     "CREATE INDEX ByGeburt ON Kunde(Geburt)";
+const std::string kFirst =
+    std::string("SELECT ") + kColumns + " FROM Kunde WHERE Name=?1 AND Vorname=?2 ORDER BY rowid LIMIT 1";
+constexpr const char* kRename = "UPDATE Kunde SET Name=?1 WHERE rowid=?2";
 constexpr int kAmountWidth = kRowWidths[fBetrag];
 constexpr int kWaitMilliseconds = 600'000;
 
@@ -125,7 +128,9 @@ class Workloads {
     void loadBulk();
     void lookup();
     void scan(bool byName);
+    bool find(Statement& first, const NameKeys& keys, std::size_t i);
     void updateKey();
+    void besideWriter();
     void rankAt();
     void rankOf();
     void reindex();
@@ -139,8 +144,8 @@ class Workloads {
 
 Workloads::Workloads(Options options)
     : o_(std::move(options)), label_(o_.engine.empty() ? "sqlite-icu" : o_.engine) {
-    const bool writesShared =
-        o_.workload == "insert_single" || o_.workload == "update_key" || o_.workload == "multiuser";
+    const bool writesShared = o_.workload == "insert_single" || o_.workload == "update_key" ||
+                              o_.workload == "multiuser" || o_.workload == "beside";
     if (writesShared && o_.journal != "delete") label_ += "-" + o_.journal;
     if (o_.mmapMb > 0) label_ += "-mmap";
 }
@@ -213,21 +218,22 @@ void Workloads::loadBulk() {
 void Workloads::lookup() {
     const NameKeys keys = lookupKeys(o_);
     const Database db = open(Use::shared);
-    Statement find(db.get(), select("WHERE Name=?1 AND Vorname=?2 ORDER BY rowid LIMIT 1"));
+    Statement first(db.get(), kFirst);
     std::size_t hits = 0;
     const Stopwatch watch;
-    for (std::size_t i = 0; i < keys.size(); ++i) {
-        find.bind(1, keys.name(i));
-        find.bind(2, keys.vorname(i));
-        if (find.step()) {
-            readAll(find);
-            ++hits;
-        }
-        find.reset();
-    }
+    for (std::size_t i = 0; i < keys.size(); ++i) hits += find(first, keys, i) ? 1 : 0;
     emit("lookup", static_cast<double>(keys.size()) / watch.seconds(), "ops/s");
     emit("private:lookup", privateMemoryMiB(), "MiB");
     remark("check", label_, "lookup hits " + std::to_string(hits) + " nrsum " + std::to_string(sink_.nrSum));
+}
+
+bool Workloads::find(Statement& first, const NameKeys& keys, std::size_t i) {
+    first.bind(1, keys.name(i));
+    first.bind(2, keys.vorname(i));
+    const bool found = first.step();
+    if (found) readAll(first);
+    first.reset();
+    return found;
 }
 
 void Workloads::scan(bool byName) {
@@ -244,7 +250,7 @@ void Workloads::updateKey() {
     const Updates updates = drawUpdates(o_);
     const Database db = open(Use::shared);
     execute(db, "PRAGMA journal_mode=" + o_.journal);
-    Statement update(db.get(), "UPDATE Kunde SET Name=?1 WHERE rowid=?2");
+    Statement update(db.get(), kRename);
     const Stopwatch watch;
     for (std::size_t i = 0; i < updates.records.size(); ++i) {
         update.bind(1, updates.names.name(i));
@@ -252,6 +258,39 @@ void Workloads::updateKey() {
         update.run();
     }
     emit("update_key", static_cast<double>(updates.records.size()) / watch.seconds(), "ops/s");
+}
+
+void Workloads::besideWriter() {
+    execute(open(Use::shared), "PRAGMA journal_mode=" + o_.journal);
+    const NameKeys keys = lookupKeys(o_);
+    const Updates updates = drawUpdates(o_);
+    Gate gate(2);
+    if (gate.child() != 0) {
+        const Database db = open(Use::shared);
+        Statement statement(db.get(), gate.child() == 1 ? kRename : kFirst);
+        Latencies latencies;
+        std::size_t i = 0;
+        gate.waitForStart();
+        const Stopwatch watch;
+        for (; watch.seconds() < kBesideSeconds; ++i) {
+            if (gate.child() == 1) {
+                const std::size_t drawn = i % updates.records.size();
+                statement.bind(1, updates.names.name(drawn));
+                statement.bind(2, static_cast<std::int64_t>(updates.records[drawn]));
+                statement.run();
+            } else {
+                latencies.time([&] { find(statement, keys, i % keys.size()); });
+            }
+        }
+        if (gate.child() == 1) {
+            emit("beside:updates", static_cast<double>(i) / watch.seconds(), "ops/s");
+        } else {
+            emit("beside:median", latencies.within(0.5), "us");
+            emit("beside:p99.9", latencies.within(0.999), "us");
+        }
+        gate.endOfChild();
+    }
+    gate.run();
 }
 
 void Workloads::rankAt() {
@@ -349,13 +388,14 @@ bool Workloads::run() {
              rankOf();
          }},
         {"reindex", [&] { reindex(); }},
+        {"beside", [&] { besideWriter(); }},
         {"multiuser", [&] { multiuser(); }},
         {"size", [&] { emit("size", folderMiB(o_.dir), "MiB"); }},
     };
     const auto workload = known.find(o_.workload);
     if (workload == known.end()) return false;
     workload->second();
-    if (o_.workload != "size" && o_.workload != "multiuser")
+    if (o_.workload != "size" && o_.workload != "multiuser" && o_.workload != "beside")
         emit("rss:" + o_.workload, peakMemoryMiB(), "MiB");
     return true;
 }

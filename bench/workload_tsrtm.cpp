@@ -1,5 +1,7 @@
 // The library's side of the peer comparison. Options and output lines are those of all measured programs, see
 // README.md.
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <functional>
@@ -83,8 +85,13 @@ class Workloads {
     void insertSingle();
     void loadBulk();
     void lookup();
+    bool find(clsTSDB& db, const NameKeys& keys, std::size_t i);
     void scan(int32 index, const char* name);
     void updateKey();
+    void rename(const Database& db, const Updates& updates, std::size_t i);
+    void rename(const Database& db, int32 record);
+    void besideWriter();
+    void heal();
     void rank();
     void reindex();
     void multiuser();
@@ -93,7 +100,7 @@ class Workloads {
     Options o_;
     Text path_;
     clsRtm rtm_;
-    Text text_, part_;
+    Text text_, part_, found_;
     RowSink<char16_t> sink_;
 };
 
@@ -177,23 +184,25 @@ void Workloads::lookup() {
     const auto db = open(Use::shared);
     db->SetIndex(kByName);
     std::size_t hits = 0;
-    Text found;
     const Stopwatch watch;
-    for (std::size_t i = 0; i < keys.size(); ++i) {
-        key(keys, i, text_);
-        db->Gehezu(text_);
-        if (db->EOFile()) continue;
-        found = db->Fields(2);
-        const Text& second = db->Fields(3);
-        found.push_back(u' ');
-        found.append(second.empty() ? u" " : TextView(second));
-        if (TextCompare(found, text_) != 0) continue;
-        readAll(*db);
-        ++hits;
-    }
+    for (std::size_t i = 0; i < keys.size(); ++i) hits += find(*db, keys, i) ? 1 : 0;
     emit("lookup", static_cast<double>(keys.size()) / watch.seconds(), "ops/s");
     emit("private:lookup", privateMemoryMiB(), "MiB");
     check("lookup hits " + std::to_string(hits) + " nrsum " + std::to_string(sink_.nrSum));
+}
+
+// The first row with this key, all its fields read; false where there is none.
+bool Workloads::find(clsTSDB& db, const NameKeys& keys, std::size_t i) {
+    key(keys, i, text_);
+    db.Gehezu(text_);
+    if (db.EOFile()) return false;
+    found_ = db.Fields(2);
+    const Text& second = db.Fields(3);
+    found_.push_back(u' ');
+    found_.append(second.empty() ? u" " : TextView(second));
+    if (TextCompare(found_, text_) != 0) return false;
+    readAll(db);
+    return true;
 }
 
 void Workloads::scan(int32 index, const char* name) {
@@ -214,17 +223,72 @@ void Workloads::updateKey() {
     const auto db = open(Use::shared);
     db->SetIndex(kPhysical);
     const Stopwatch watch;
-    for (std::size_t i = 0; i < updates.records.size(); ++i) {
-        const auto record = static_cast<int32>(updates.records[i]);
-        widen(updates.names.name(i), text_);
-        bool good = db->Sperren(record);
-        db->AktSatzNr(record);
-        db->Fields(kFieldName, text_);
-        db->Update();
-        good = good && db->Error() == 0 && db->Entsperren(record);
-        expect(db, good, "update a record");
-    }
+    for (std::size_t i = 0; i < updates.records.size(); ++i) rename(db, updates, i);
     emit("update_key", static_cast<double>(updates.records.size()) / watch.seconds(), "ops/s");
+}
+
+void Workloads::rename(const Database& db, const Updates& updates, std::size_t i) {
+    widen(updates.names.name(i), text_);
+    rename(db, static_cast<int32>(updates.records[i]));
+}
+
+// The name is in text_.
+void Workloads::rename(const Database& db, int32 record) {
+    bool good = db->Sperren(record);
+    db->AktSatzNr(record);
+    db->Fields(kFieldName, text_);
+    db->Update();
+    good = good && db->Error() == 0 && db->Entsperren(record);
+    expect(db, good, "update a record");
+}
+
+// One process moves keys as fast as it can, another one searches.
+void Workloads::besideWriter() {
+    const NameKeys keys = lookupKeys(o_);
+    const Updates updates = drawUpdates(o_);
+    Gate gate(2);
+    if (gate.child() != 0) {
+        const auto db = open(Use::shared);
+        db->SetIndex(gate.child() == 1 ? kPhysical : kByName);
+        Latencies latencies;
+        std::size_t i = 0;
+        gate.waitForStart();
+        const Stopwatch watch;
+        for (; watch.seconds() < kBesideSeconds; ++i) {
+            if (gate.child() == 1)
+                rename(db, updates, i % updates.records.size());
+            else
+                latencies.time([&] { find(*db, keys, i % keys.size()); });
+        }
+        if (gate.child() == 1) {
+            emit("beside:updates", static_cast<double>(i) / watch.seconds(), "ops/s");
+        } else {
+            emit("beside:median", latencies.within(0.5), "us");
+            emit("beside:p99.9", latencies.within(0.999), "us");
+        }
+        gate.endOfChild();
+    }
+    gate.run();
+}
+
+// A user dies in the middle of an update; what that costs the next one who writes.
+void Workloads::heal() {
+    Victim victim([this] {
+        const auto db = open(Use::shared);
+        const auto dies = db->IndexChange.connect([](int32) { ::_exit(0); });
+        db->AktSatzNr(1);
+        db->Fields(kFieldName, u"Unvollendet");
+        db->Update();
+    });
+    const auto db = open(Use::shared);
+    text_ = u"Vorher";
+    rename(db, 2);
+    victim.die();
+    text_ = u"Nachher";
+    const Stopwatch watch;
+    rename(db, 2);
+    emit("heal", watch.seconds(), "s");
+    if (!db->Check(false, u"")) die("the indexes are not whole");
 }
 
 void Workloads::rank() {
@@ -304,13 +368,15 @@ bool Workloads::run() {
         {"update_key", [&] { updateKey(); }},
         {"rank", [&] { rank(); }},
         {"reindex", [&] { reindex(); }},
+        {"beside", [&] { besideWriter(); }},
+        {"heal", [&] { heal(); }},
         {"multiuser", [&] { multiuser(); }},
         {"size", [&] { emit("size", folderMiB(o_.dir), "MiB"); }},
     };
     const auto workload = known.find(o_.workload);
     if (workload == known.end()) return false;
     workload->second();
-    if (o_.workload != "size" && o_.workload != "multiuser")
+    if (o_.workload != "size" && o_.workload != "multiuser" && o_.workload != "beside")
         emit("rss:" + o_.workload, peakMemoryMiB(), "MiB");
     return true;
 }

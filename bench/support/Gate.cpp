@@ -73,4 +73,22 @@ double Gate::run() {
     return seconds;
 }
 
+Victim::Victim(const std::function<void()>& work) {
+    if (::pipe(go_.data()) != 0) bench::die("victim: pipe");
+    std::fflush(stdout);
+    pid_ = ::fork();
+    if (pid_ < 0) bench::die("victim: fork");
+    if (pid_ != 0) return;
+    ::close(go_[1]);
+    if (receive(go_[0])) work();
+    bench::die("the victim lives");
+}
+
+void Victim::die() {
+    send(go_[1]);
+    int status = 0;
+    ::waitpid(pid_, &status, 0);
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) bench::die("the victim failed before its death");
+}
+
 }  // namespace tsRtm::bench

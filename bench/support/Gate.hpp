@@ -3,6 +3,7 @@
 #include <sys/types.h>
 
 #include <array>
+#include <functional>
 #include <vector>
 
 namespace tsRtm::bench {
@@ -38,6 +39,19 @@ class Gate {
     Pipe ready_{}, start_{}, done_{};
     std::vector<pid_t> children_;
     int child_ = 0;
+};
+
+// A process that works when it is told to, and is expected to die in the middle of it.
+class Victim {
+ public:
+    // Forks; the caller holds no open database and no thread. `work` ends by _exit.
+    explicit Victim(const std::function<void()>& work);
+    // Lets it work; back when it has died.
+    void die();
+
+ private:
+    std::array<int, 2> go_{};
+    pid_t pid_ = 0;
 };
 
 }  // namespace tsRtm::bench

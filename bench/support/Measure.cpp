@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -45,6 +46,14 @@ Options readOptions(int argc, char** argv) {
         option->second(argv[i + 1]);
     }
     return o;
+}
+
+double Latencies::within(double share) {
+    if (seconds_.empty()) die("nothing was measured");
+    const auto last = seconds_.size() - 1;
+    const auto at = seconds_.begin() + static_cast<std::ptrdiff_t>(share * static_cast<double>(last));
+    std::nth_element(seconds_.begin(), at, seconds_.end());
+    return *at * 1e6;
 }
 
 std::string multiuserName(const Options& options) {

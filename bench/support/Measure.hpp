@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tsRtm::bench {
 
@@ -31,6 +32,22 @@ class Stopwatch {
 
  private:
     std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+};
+
+// How long single steps took.
+class Latencies {
+ public:
+    template <class Step>
+    void time(Step step) {
+        const Stopwatch watch;
+        step();
+        seconds_.push_back(watch.seconds());
+    }
+    // In microseconds: the time that this share of the steps kept within.
+    double within(double share);
+
+ private:
+    std::vector<double> seconds_;
 };
 
 // One figure: "engine workload n value unit".

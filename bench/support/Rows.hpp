@@ -119,6 +119,8 @@ Updates drawUpdates(const Options& options);
 inline constexpr std::size_t kLookups = 100000;
 inline constexpr std::size_t kUpdates = 20000;
 inline constexpr std::size_t kRanks = 10000;
+// For how long searches run beside a writer.
+inline constexpr double kBesideSeconds = 2;
 
 // Capitals of the letters of Latin-1, in UTF-8; "ß" stays.
 void toCapitals(std::string& utf8);
