@@ -1,6 +1,8 @@
 #pragma once
 // All that is public.
 #include "tsRtm/banking/BankImport.hpp"
+#include "tsRtm/banking/DtADatei.hpp"
+#include "tsRtm/banking/DtAField.hpp"
 #include "tsRtm/calendar/clsDatum.hpp"
 #include "tsRtm/clsRtm.hpp"
 #include "tsRtm/control/clsCTL.hpp"
@@ -25,3 +27,10 @@
 #include "tsRtm/tables/DatenVarTab.hpp"
 #include "tsRtm/tables/clsQuickSort.hpp"
 #include "tsRtm/types/Currency.hpp"
+#include "tsRtm/validation/clsValidBanking.hpp"
+#include "tsRtm/validation/clsValidDate.hpp"
+#include "tsRtm/validation/clsValidEAdr.hpp"
+#include "tsRtm/validation/clsValidLike.hpp"
+#include "tsRtm/validation/clsValidValue.hpp"
+#include "tsRtm/validation/clsValidationHelper.hpp"
+#include "tsRtm/validation/iBankRegister.hpp"

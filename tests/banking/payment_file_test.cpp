@@ -27,14 +27,6 @@ class PaymentFile : public ::testing::Test {
         return datei->Create(u"BNPAFRPPXXX", u"FR1420041010050500013M02606", amount, name, u"", u"Rue 1",
                              u"Paris", u"Rechnung 17");
     }
-    Bytes file(TextView name) {
-        auto opened = files.open(name, {});
-        if (!opened) return {};
-        Bytes bytes((*opened)->size().value_or(0), '\0');
-        static_cast<void>((*opened)->readAt(0, std::as_writable_bytes(std::span(bytes))));
-        return bytes;
-    }
-
     MemoryFiles files;
     StartedLibrary library{files};
     std::unique_ptr<DtADatei> datei;
@@ -49,7 +41,7 @@ TEST_F(PaymentFile, IsWrittenByteByByte) {
     EXPECT_EQ(datei->ZSumme(), 112);
     EXPECT_EQ(datei->Generate(), u"");
     EXPECT_EQ(datei->DateiName(), u"DTAZV");
-    const Bytes bytes = file(u"/bank/DTAZV");
+    const Bytes bytes = files.dump(u"/bank/DTAZV");
     ASSERT_EQ(bytes.size(), 512U + 2 * 768);
     EXPECT_EQ(bytes.substr(0, 58), "0256Q370400440532013000BUERO MUELLER" + Bytes(22, ' '));
     EXPECT_EQ(bytes.substr(58, 36), "-" + Bytes(34, ' ') + "-");
@@ -63,7 +55,7 @@ TEST_F(PaymentFile, IsWrittenByteByByte) {
 TEST_F(PaymentFile, IsWrittenWithItsReportToo) {
     EXPECT_NE(datei->Generate().find(u"Gesamtanzahl der Transaktionen ist kleiner/gleich Null!\r\n"),
               Text::npos);
-    EXPECT_EQ(file(u"/bank/DTAZV").size(), 512U);
+    EXPECT_EQ(files.dump(u"/bank/DTAZV").size(), 512U);
 
     EXPECT_EQ(datei->Add(order(0.5, u"Fehler GmbH")), u"");
     datei->Header().BLZ(u"1");
@@ -73,7 +65,7 @@ TEST_F(PaymentFile, IsWrittenWithItsReportToo) {
               "Bei der Validierung vom Footer wurde ein Fehler entdeckt!\r\n"
               "Fehler: Gesamtbetrag ist kleiner/gleich Null!\r\n"
               "Im Ergebnistext wurden Fehler entdeckt!\r\n");
-    EXPECT_EQ(file(u"/bank/DTAZV").size(), 512U + 768);
+    EXPECT_EQ(files.dump(u"/bank/DTAZV").size(), 512U + 768);
     datei->Item(1)->IBAN(u"DE");
     EXPECT_NE(datei->Generate().find(u"Bei der Validierung vom GeldTransfer 1 wurde ein Fehler entdeckt!\r\n"
                                      u"Fehler: Für \"DE\""),
@@ -83,7 +75,7 @@ TEST_F(PaymentFile, IsWrittenWithItsReportToo) {
 TEST_F(PaymentFile, StaysAsItWasWhereSomethingFails) {
     datei->Add(order(1));
     EXPECT_EQ(datei->Generate(), u"");
-    const Bytes before = file(u"/bank/DTAZV");
+    const Bytes before = files.dump(u"/bank/DTAZV");
     datei->Pfad(u"/fehlt");
     EXPECT_EQ(datei->Generate(), u"Sonstiger Fehler:Pfad nicht gefunden");
     datei->Pfad(u"/bank");
@@ -93,7 +85,7 @@ TEST_F(PaymentFile, StaysAsItWasWhereSomethingFails) {
     }
     EXPECT_EQ(raisedNumber([&] { datei->ZSumme(); }), 6);
     EXPECT_TRUE(datei->Generate().starts_with(u"Sonstiger Fehler:"));
-    EXPECT_EQ(file(u"/bank/DTAZV"), before);
+    EXPECT_EQ(files.dump(u"/bank/DTAZV"), before);
 }
 
 TEST_F(PaymentFile, OnlyTransfersInOneFormat) {
@@ -102,7 +94,7 @@ TEST_F(PaymentFile, OnlyTransfersInOneFormat) {
     EXPECT_EQ(raisedNumber([&] { datei->Generate(SEPA); }), 321);
     EXPECT_EQ(datei->DateiName(), u"SEPA.xml");
     EXPECT_EQ(raisedNumber([&] { datei->Generate(static_cast<eDTAFormat>(2)); }), 321);
-    EXPECT_EQ(file(u"/bank/SEPA.xml"), "");
+    EXPECT_FALSE(FilesTopic::Exist(u"/bank/SEPA.xml"));
 }
 
 TEST_F(PaymentFile, OrdersAreMadeAddedAndFound) {

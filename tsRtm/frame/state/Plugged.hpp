@@ -1,0 +1,16 @@
+#pragma once
+// What rooms above bring for the use of rooms below them.
+#include <memory>
+
+#include "tsRtm/types/Variant.hpp"
+
+namespace tsRtm::rtmMain {
+
+struct Plugged {
+    std::shared_ptr<Object> bankRegister;  // who knows the banks, an iBankRegister
+};
+
+// One copy per process; empty until somebody brings something.
+Plugged& plugged() noexcept;
+
+}  // namespace tsRtm::rtmMain
