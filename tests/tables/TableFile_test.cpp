@@ -6,65 +6,41 @@
 #include "tests/support/CrashingFiles.hpp"
 #include "tests/support/FailingFiles.hpp"
 #include "tests/support/TempFolder.hpp"
-#include "tests/tables/TablesTest.hpp"
+#include "tests/tables/Kinds.hpp"
 #include "tsRtm/platform/posix/PosixPlatform.hpp"
-#include "tsRtm/tables/DatenSeq.hpp"
-#include "tsRtm/tables/DatenTab.hpp"
-#include "tsRtm/tables/DatenVarTab.hpp"
 
 namespace tsRtm::test {
 namespace {
 
-// A file of each form in an old and a new version, and the work that makes one of the other.
+// A file of each kind in an old and a new version, and the work that makes one of the other.
 struct Form {
-    const char* name;
+    std::string name;
     Bytes before, after;
     void (*work)(bool sensible);
     bool appends = false;
 };
 
-template <class Table, class Work>
-void withTable(Table& table, bool sensible, Work work) {
-    table.Sensible(sensible);
-    work();
-    table.Commit();
+template <class Kind>
+void addForms(std::vector<Form>& all, const std::string& name) {
+    all.push_back(
+        {name + "Commit", linesOf<Kind>({"eins", "zwei"}), linesOf<Kind>({"eins", "2"}), [](bool sensible) {
+             Kind kind;
+             kind.data.Sensible(sensible);
+             kind.set(2, u"2");
+             kind.data.Commit();
+         }});
+    all.push_back({name + "Add", linesOf<Kind>({"eins"}), linesOf<Kind>({"eins", "zwei"}),
+                   [](bool) { Kind(true).add(u"zwei"); }, true});
 }
 
 const std::vector<Form>& forms() {
-    static const std::vector<Form> all{
-        {"listCommit", "eins\r\nzwei\r\n", "eins\r\n2\r\n",
-         [](bool sensible) {
-             DatenSeq list;
-             list.Init(kFile);
-             withTable(list, sensible, [&] { list.Item(2, u"2"); });
-         }},
-        {"listAdd", "eins\r\n", "eins\r\nzwei\r\n",
-         [](bool) {
-             DatenSeq list;
-             list.Init(kFile, 0, {}, true);
-             list.Add(u"zwei");
-         },
-         true},
-        {"tableCommit", "a\r\n1\r\nb\r\n2\r\n", "0\r\n0\r\na\r\n1\r\nb\r\n2\r\n",
-         [](bool sensible) {
-             DatenTab table;
-             table.Init(kFile, 2, u"TL");
-             withTable(table, sensible, [&] { table.Insert(1, {u"0"}, false); });
-         }},
-        {"tableAdd", "a\r\n1\r\n", "a\r\n1\r\nb\r\n2\r\n",
-         [](bool) {
-             DatenTab table;
-             table.Init(kFile, 2, u"TL");
-             table.Add({u"b", u"2"});
-         },
-         true},
-        {"rowsCommit", "1#\r\na\r\n2#\r\nb\r\nc\r\n", "2#\r\nb\r\nc\r\n",
-         [](bool sensible) {
-             DatenVarTab table;
-             table.Init(kFile);
-             withTable(table, sensible, [&] { table.Remove(1); });
-         }},
-    };
+    static const auto all = [] {
+        std::vector<Form> forms;
+        addForms<List>(forms, "list");
+        addForms<Cells>(forms, "cells");
+        addForms<Rows>(forms, "rows");
+        return forms;
+    }();
     return all;
 }
 
