@@ -34,7 +34,8 @@ TEST_F(Common, DateAndTimeFollowTheLocale) {
         state().locale.dateForm = form;
         EXPECT_EQ(common.DA8(), kForms[form]);
     }
-    ground.locale = TestLocale::english();
+    ground.locale.items[LocaleItem::dateMark] = u"/";
+    for (const auto form : {LocaleItem::dateForm, LocaleItem::timeForm}) ground.locale.items[form] = u"0";
     EXPECT_EQ(rtmMain::GeneralDate(Date::of(2024, 3, 7, 0, 5, 9)), u"03/07/2024 12:05:09 AM");
     EXPECT_EQ(rtmMain::GeneralDate(Date::of(2024, 3, 7, 13, 5, 9)), u"03/07/2024 1:05:09 PM");
 }
@@ -107,11 +108,8 @@ TEST_F(Common, WhatIsAskedOnceAndWhatEachTime) {
 TEST(OSName, OfTheFamilyAndOthers) {
     for (const auto& [family, major, minor, product, name] :
          {std::tuple{1, 4, 10, 1, u"Windows Typ 1 - Version 4.10"},
-          {2, 4, 0, 1, u"Windows NT 4.0"},
           {2, 4, 0, 3, u"Windows NT Server 4.0"},
-          {2, 5, 1, 3, u"Windows .NET Server"},
           {2, 6, 4, 1, u"Windows 10"},
-          {2, 6, 5, 1, u"Windows Version 6.5"},
           {2, 10, 0, 3, u"Windows Server Version 10.0"}})
         EXPECT_EQ(osName({family, major, minor, product, true, {}}), name);
 }

@@ -10,77 +10,10 @@ namespace {
 
 using enum SystemError;
 
-TEST(MemoryFiles, FullDiskTakesWhatFits) {
-    MemoryFiles files;
-    files.setFreeSpace(10);
-    const auto file = openFile(files, u"datei");
-    EXPECT_EQ(writeText(*file, 0, "1234"), none);
-    EXPECT_EQ(writeText(*file, 4, "567890ABC"), diskFull);
-    EXPECT_EQ(files.dump(u"datei"), "1234567890");
-    EXPECT_EQ(writeText(*file, 0, "xy"), none) << "bytes in place need no room";
-    EXPECT_EQ(file->resize(11), diskFull);
-    EXPECT_EQ(file->resize(4), none);
-    EXPECT_EQ(files.freeSpace(), 6u);
-}
-
-TEST(MemoryFiles, SnapshotBringsTheWholeTreeBack) {
-    MemoryFiles files;
-    files.put(u"a/b/datei", "eins");
-    files.setHidden(u"a/b/datei", true);
-    const auto before = files.snapshot();
-    ASSERT_EQ(files.rename(u"a/b", u"a/c", false), none);
-    EXPECT_EQ(files.dump(u"a/c/datei"), "eins") << "a folder takes along what lies in it";
-    files.put(u"a/c/datei", "zwei");
-    files.put(u"neu", "");
-    EXPECT_FALSE(files.snapshot() == before);
-    files.restore(before);
-    EXPECT_TRUE(files.snapshot() == before);
-    EXPECT_EQ(files.dump(u"a/b/datei"), "eins");
-    EXPECT_TRUE(files.status(u"a/b/datei").value().hidden);
-    EXPECT_FALSE(files.exists(u"neu"));
-}
-
 // Through its window, in the first bytes.
 SystemError stored(File& file, BytesView text) {
     file.window()->store(0, std::as_bytes(std::span(text)));
     return file.window()->damaged() ? deviceError : none;
-}
-
-// One call of every kind; the errors they gave, in order.
-std::vector<SystemError> everyCall(FileSystem& files) {
-    std::byte buffer[4];
-    auto file = files.open(u"datei", kShared);
-    std::vector<SystemError> errors{file.error()};
-    if (file) {
-        File& open = **file;
-        for (const auto error :
-             {writeText(open, 0, "abcd"), open.readAt(0, buffer).error(), open.size().error(), open.resize(3),
-              open.flush(), open.tryLock({9, 1}), open.isLocked({9, 1}).error(), open.unlock({9, 1}),
-              open.share(Sharing::none), open.show(7), open.greatestShown(0).error(),
-              open.window()->reserve(1) ? none : deviceError, stored(open, "xy")})
-            errors.push_back(error);
-        file = none;  // closes
-    }
-    for (const auto error :
-         {files.status(u"datei").error(), files.rename(u"datei", u"neu", false), files.makeFolder(u"ordner"),
-          files.list(u"ordner").error(), files.recycle(u"neu"), files.remove(u"neu")})
-        errors.push_back(error);
-    return errors;
-}
-
-TEST(FailingFiles, EachCallFailsInItsTurn) {
-    constexpr int64 kCalls = 20;
-    for (int64 n = 2; n <= kCalls; ++n) {
-        MemoryFiles memory;
-        memory.offerWindows(true);
-        FailingFiles files(memory);
-        files.failAt(n, deviceError);
-        const auto errors = everyCall(files);
-        ASSERT_EQ(errors.size(), static_cast<std::size_t>(kCalls));
-        EXPECT_EQ(errors[static_cast<std::size_t>(n - 1)], deviceError) << n;
-        EXPECT_EQ(files.calls(), kCalls);
-        EXPECT_EQ(files.failures(), 1);
-    }
 }
 
 TEST(FailingFiles, FailsFromThenOnUntilDisarmed) {
@@ -230,33 +163,19 @@ TEST(CrashingFiles, OthersWorkWithinEachChange) {
 }
 
 // A file whose locks are all granted, as in a network folder that is mounted without locks.
-class Lockless final : public File {
+class Lockless final : public GuardedFile {
  public:
-    Result<std::size_t> readAt(uint64, std::span<std::byte>) override { return notSupported; }
-    SystemError writeAt(uint64, std::span<const std::byte>) override { return notSupported; }
-    Result<uint64> size() override { return notSupported; }
-    SystemError resize(uint64) override { return notSupported; }
-    SystemError flush() override { return notSupported; }
-    FileWindow* window() override { return nullptr; }
-    const Text& name() const noexcept override { return name_; }
-    Result<bool> inPlace() override { return true; }
+    Lockless(std::unique_ptr<File> inner, Gate& gate) : GuardedFile(std::move(inner), gate) {}
     SystemError tryLock(ByteRange) override { return none; }
     SystemError unlock(ByteRange) override { return none; }
-    Result<bool> isLocked(ByteRange) override { return false; }
-    SystemError share(Sharing) override { return none; }
-    SystemError show(uint64) override { return none; }
-    Result<uint64> greatestShown(uint64) override { return uint64{0}; }
-    bool remote() const noexcept override { return true; }
-    SystemError refresh(RefreshAs) override { return none; }
-
- private:
-    Text name_ = u"datei";
 };
 
 TEST(LockProbe, FindsOutWhereLocksDoNotWork) {
+    struct Open final : Gate {
+        SystemError pass(Step, const Half&) override { return none; }
+    } open;
     MemoryFiles files;
-    files.put(u"datei", "");
-    Lockless file;
+    Lockless file(openFile(files, u"datei"), open);
     EXPECT_EQ(probeLocks(files, file), notSupported);
 }
 

@@ -17,10 +17,10 @@
 //     try { victim.work(); } catch (const ProcessDied&) {}
 //     files.as(kOther);
 //     other.work();
-#include <functional>
 #include <map>
 #include <vector>
 
+#include "tests/support/GuardedFiles.hpp"
 #include "tests/support/MemoryFiles.hpp"
 
 namespace tsRtm::test {
@@ -37,15 +37,15 @@ struct ProcessDied {};
 // is the cleaning up of a process that is gone: every further call does nothing and gives deviceError, his
 // windows show the disk and change nothing, and none of it throws, since it may come from a destructor. The
 // others go on.
-class CrashingFiles final : public platform::FileSystem {
+class CrashingFiles final : public GuardedFiles {
  public:
     enum class LastWrite { none, firstHalf };  // of the bytes of the write in which the process is stopped
     enum class Manner { throws, silently };    // silently: for work that writes in a destructor
 
-    explicit CrashingFiles(MemoryFiles& disk) : disk_(disk) {}
+    explicit CrashingFiles(MemoryFiles& disk) : GuardedFiles(disk) {}
 
     // Who works from now on; user 0 at first. All that follows is told of him.
-    void as(int32 user) { now_ = &users_[user]; }
+    void as(int32 number) { now_ = &user(number); }
 
     // Dies at the n-th change from now on, 1-based, before it is done; the count starts anew. 0: never.
     void dieAt(int64 n, LastWrite last = LastWrite::none, Manner manner = Manner::throws);
@@ -53,31 +53,22 @@ class CrashingFiles final : public platform::FileSystem {
     int64 changes() const { return now_->changes; }
 
     // Kills a user from without, whoever works.
-    void kill(int32 user);
+    void kill(int32 number) { user(number).end(); }
 
     // Lets others work in each change of this user, before it is done or when its first half is; afterwards
     // he works on. Not called within itself; nullptr ends it.
     void interrupt(std::function<void()> others, LastWrite part = LastWrite::none);
 
-    platform::Result<std::unique_ptr<platform::File>> open(TextView name,
-                                                           platform::OpenRequest request) override;
-    platform::Result<platform::FileStatus> status(TextView name) override;
-    [[nodiscard]] platform::SystemError remove(TextView name) override;
-    [[nodiscard]] platform::SystemError rename(TextView from, TextView to, bool replace) override;
-    [[nodiscard]] platform::SystemError exchange(TextView from, TextView to) override;
-    [[nodiscard]] platform::SystemError copyAccess(TextView from, TextView to) override;
-    [[nodiscard]] platform::SystemError makeFolder(TextView name) override;
-    [[nodiscard]] platform::SystemError flushFolder(TextView name) override;
-    [[nodiscard]] platform::SystemError unhide(TextView name) override;
-    platform::Result<std::vector<platform::FolderEntry>> list(TextView folder) override;
-    platform::DriveKind driveKind(TextView name) override { return disk_.driveKind(name); }
-    [[nodiscard]] platform::SystemError recycle(TextView name) override;
-
  private:
     class Opening;
-    class Window;
 
-    struct User {
+    struct User final : Gate {
+        explicit User(CrashingFiles& all) : files(all) {}
+        platform::SystemError pass(Step step, const Half& half) override;
+        bool damagesWindows() const override { return false; }
+        void end();
+
+        CrashingFiles& files;
         std::vector<Opening*> openings;
         int64 changes = 0;
         int64 diesAt = 0;
@@ -88,15 +79,12 @@ class CrashingFiles final : public platform::FileSystem {
         bool died = false;
     };
 
-    // Counts one change, which may be the last; false once the user is dead. `half` does the first half of
-    // it.
-    bool change(User& user, const std::function<void()>& half = {});
-    static void end(User& user);
-    bool changesDisk(TextView name, platform::Disposition disposition);
+    User& user(int32 number) { return users_.try_emplace(number, *this).first->second; }
+    Gate& gate() override { return *now_; }
+    std::unique_ptr<platform::File> guarded(std::unique_ptr<platform::File> opened) override;
 
-    MemoryFiles& disk_;
     std::map<int32, User> users_;
-    User* now_ = &users_[0];
+    User* now_ = &user(0);
 };
 
 }  // namespace tsRtm::test

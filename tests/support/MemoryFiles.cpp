@@ -49,7 +49,6 @@ struct MemoryFiles::Node {
     FileStatus status;
     MemoryContent content;
     std::vector<Opening*> openings;
-    std::size_t refreshes = 0;
 };
 
 class MemoryFiles::Opening final : public File {
@@ -156,10 +155,7 @@ class MemoryFiles::Opening final : public File {
         return files_.driveKind_ == DriveKind::remote || files_.driveKind_ == DriveKind::unknown;
     }
 
-    SystemError refresh(RefreshAs) override {
-        if (remote()) ++node_->refreshes;
-        return SystemError::none;
-    }
+    SystemError refresh(RefreshAs) override { return SystemError::none; }
 
     Sharing sharing() const { return request_.sharing; }
     std::unique_ptr<FileWindow> takeWindow() { return std::move(window_); }
@@ -239,10 +235,6 @@ bool MemoryFiles::grow(uint64 bytes) {
     return true;
 }
 
-void MemoryFiles::shrink(uint64 bytes) {
-    if (freeSpace_) *freeSpace_ += bytes;
-}
-
 SystemError MemoryFiles::openable(const Node& node, OpenRequest request) const {
     const bool change =
         request.access == Access::readWrite || request.disposition == Disposition::createEmpty;
@@ -256,7 +248,8 @@ SystemError MemoryFiles::openable(const Node& node, OpenRequest request) const {
 
 Result<std::unique_ptr<File>> MemoryFiles::open(TextView name, OpenRequest request) {
     if (badName(name)) return SystemError::invalidName;
-    if (const auto error = openErrors_.find(keyOf(name)); error != openErrors_.end()) return error->second;
+    if (const auto error = openErrors_.find(keyOf(name)); error != openErrors_.end() && failed(error->second))
+        return error->second;
     if (!folderExists(folderOf(plain(name)))) return SystemError::pathNotFound;
     auto node = find(name);
     if (!node && isRoot(plain(name))) return SystemError::accessDenied;
@@ -364,15 +357,6 @@ DriveKind MemoryFiles::driveKind(TextView name) {
     return folderExists(name) || folderExists(folderOf(plain(name))) ? driveKind_ : DriveKind::unknown;
 }
 
-SystemError MemoryFiles::recycle(TextView name) {
-    const auto node = find(name);
-    const auto error = remove(name);
-    if (!failed(error)) recycled_.push_back(node->name);
-    return error;
-}
-
-std::size_t MemoryFiles::refreshes(TextView name) const { return required(name)->refreshes; }
-
 Bytes MemoryFiles::dump(TextView name) const { return required(name)->content.all(); }
 
 void MemoryFiles::put(TextView name, BytesView content) {
@@ -382,8 +366,6 @@ void MemoryFiles::put(TextView name, BytesView content) {
     node->content.assign(content);
     node->status.changed = now_;
 }
-
-bool MemoryFiles::exists(TextView name) const { return find(name) != nullptr; }
 
 void MemoryFiles::putFolder(TextView name) {
     if (folderExists(name)) return;
@@ -395,12 +377,7 @@ void MemoryFiles::setHidden(TextView name, bool hidden) { required(name)->status
 
 void MemoryFiles::setReadOnly(TextView name, bool readOnly) { required(name)->status.readOnly = readOnly; }
 
-void MemoryFiles::failOpening(TextView name, SystemError error) {
-    if (failed(error))
-        openErrors_[keyOf(name)] = error;
-    else
-        openErrors_.erase(keyOf(name));
-}
+void MemoryFiles::failOpening(TextView name, SystemError error) { openErrors_[keyOf(name)] = error; }
 
 std::unique_ptr<FileWindow> MemoryFiles::close(std::unique_ptr<File> file) {
     return file ? static_cast<Opening&>(*file).takeWindow() : nullptr;

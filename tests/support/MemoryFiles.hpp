@@ -39,21 +39,20 @@ class MemoryFiles final : public platform::FileSystem {
     }
     platform::Result<std::vector<platform::FolderEntry>> list(TextView folder) override;
     platform::DriveKind driveKind(TextView name) override;
-    [[nodiscard]] platform::SystemError recycle(TextView name) override;
+    [[nodiscard]] platform::SystemError recycle(TextView name) override { return remove(name); }
 
     // The content of a file; fails the test where there is none.
     Bytes dump(TextView name) const;
     // Makes or overwrites a file, and the folders above it, whatever stands against it.
     void put(TextView name, BytesView content);
-    bool exists(TextView name) const;
+    bool exists(TextView name) const { return find(name) != nullptr; }
     // Makes a folder and those above it.
     void putFolder(TextView name);
     void setHidden(TextView name, bool hidden);
     void setReadOnly(TextView name, bool readOnly);
 
-    // Files of a remote or unknown drive say so, and count how often they were refreshed.
+    // Files of a remote or unknown drive say so.
     void setDriveKind(platform::DriveKind kind) { driveKind_ = kind; }
-    std::size_t refreshes(TextView name) const;
     // Whether files on a fixed drive or in memory have windows, as of the next opening that is asked for one.
     void offerWindows(bool offer) { offersWindows_ = offer; }
     // A volume where no two files can exchange their names.
@@ -66,8 +65,6 @@ class MemoryFiles final : public platform::FileSystem {
     std::optional<uint64> freeSpace() const { return freeSpace_; }
     // The time stamp of what is written from now on.
     void setNow(Date now) { now_ = now; }
-    // Names of the files that went into the basket, oldest first.
-    const std::vector<Text>& recycled() const { return recycled_; }
     // Ends an opening of a file of this kind, with its locks and its share mode, and gives its window, if it
     // had one: who was killed may not know yet.
     static std::unique_ptr<platform::FileWindow> close(std::unique_ptr<platform::File> file);
@@ -99,7 +96,9 @@ class MemoryFiles final : public platform::FileSystem {
     std::shared_ptr<Node> required(TextView name) const;
     bool hasWindows() const;
     bool grow(uint64 bytes);
-    void shrink(uint64 bytes);
+    void shrink(uint64 bytes) {
+        if (freeSpace_) *freeSpace_ += bytes;
+    }
 
     Nodes nodes_;
     std::map<Text, platform::SystemError> openErrors_;
@@ -108,7 +107,6 @@ class MemoryFiles final : public platform::FileSystem {
     bool exchanges_ = true;
     std::optional<uint64> freeSpace_;
     Date now_ = Date::of(2024, 6, 15, 12);
-    std::vector<Text> recycled_;
 };
 
 }  // namespace tsRtm::test

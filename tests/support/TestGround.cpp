@@ -5,15 +5,15 @@
 #include <stdexcept>
 #include <utility>
 
+#include "tests/support/FailingFiles.hpp"
+#include "tests/support/MemoryFiles.hpp"
+
 namespace tsRtm::test {
 
 using platform::LocaleItem;
 using platform::SystemError;
 
 namespace {
-
-constexpr float64 nanosecondsPerDay = 86400e9;
-constexpr TextView rootKey = u"Software\\Tessarol";
 
 // The key below `key` on the way to `path`, nothing where `path` does not lie below.
 std::optional<Text> childOf(TextView key, TextView path) {
@@ -34,22 +34,6 @@ Text withoutOuterMarks(TextView key) {
 
 }  // namespace
 
-Date TestClock::now() {
-    const auto passed = static_cast<float64>((elapsed_ - setAt_).count());
-    return Date(set_.serial() + passed / nanosecondsPerDay);
-}
-
-void TestClock::sleep(std::chrono::nanoseconds duration) {
-    ++sleeps;
-    elapsed_ += duration;
-    if (onSleep) onSleep();
-}
-
-void TestClock::set(Date moment) {
-    set_ = moment;
-    setAt_ = elapsed_;
-}
-
 TestLocale::TestLocale()
     : items{{LocaleItem::country, u"49"},       {LocaleItem::countryName, u"Deutschland"},
             {LocaleItem::dateMark, u"."},       {LocaleItem::timeMark, u":"},
@@ -61,52 +45,6 @@ TestLocale::TestLocale()
       weekdays{u"Montag", u"Dienstag", u"Mittwoch", u"Donnerstag", u"Freitag", u"Samstag", u"Sonntag"},
       months{u"Januar", u"Februar", u"März",      u"April",   u"Mai",      u"Juni",
              u"Juli",   u"August",  u"September", u"Oktober", u"November", u"Dezember"} {}
-
-TestLocale TestLocale::english() {
-    TestLocale locale;
-    locale.language = 1033;
-    locale.items[LocaleItem::country] = u"1";
-    locale.items[LocaleItem::countryName] = u"United States";
-    locale.items[LocaleItem::dateMark] = u"/";
-    locale.items[LocaleItem::currencySymbol] = u"$";
-    locale.items[LocaleItem::currencyForm] = u"0";
-    locale.items[LocaleItem::decimalMark] = u".";
-    locale.items[LocaleItem::thousandsMark] = u",";
-    locale.items[LocaleItem::dateForm] = u"0";
-    locale.items[LocaleItem::timeForm] = u"0";
-    locale.items[LocaleItem::firstDayOfWeek] = u"6";
-    locale.items[LocaleItem::firstWeekOfYear] = u"0";
-    locale.weekdays = {u"Monday", u"Tuesday", u"Wednesday", u"Thursday", u"Friday", u"Saturday", u"Sunday"};
-    locale.months = {u"January", u"February", u"March",     u"April",   u"May",      u"June",
-                     u"July",    u"August",   u"September", u"October", u"November", u"December"};
-    return locale;
-}
-
-TestLocale TestLocale::french() {
-    TestLocale locale;
-    locale.language = 1036;
-    locale.items[LocaleItem::country] = u"33";
-    locale.items[LocaleItem::countryName] = u"France";
-    locale.items[LocaleItem::dateMark] = u"/";
-    locale.items[LocaleItem::thousandsMark] = u"\u00A0";
-    locale.weekdays = {u"lundi", u"mardi", u"mercredi", u"jeudi", u"vendredi", u"samedi", u"dimanche"};
-    locale.months = {u"janvier", u"février", u"mars",      u"avril",   u"mai",      u"juin",
-                     u"juillet", u"août",    u"septembre", u"octobre", u"novembre", u"décembre"};
-    return locale;
-}
-
-Text TestLocale::item(LocaleItem which) {
-    const auto found = items.find(which);
-    return found == items.end() ? Text{} : found->second;
-}
-
-Text TestLocale::weekdayName(int32 weekday) {
-    return weekday < 0 || weekday > 6 ? Text{} : weekdays[static_cast<std::size_t>(weekday)];
-}
-
-Text TestLocale::monthName(int32 month) {
-    return month < 1 || month > 12 ? Text{} : months[static_cast<std::size_t>(month - 1)];
-}
 
 std::optional<Text> TestSettings::get(platform::HKeys hive, TextView key, TextView name) {
     const auto* value = find(hive, key, name);
@@ -192,25 +130,6 @@ SystemError TestSettings::check(platform::HKeys) {
     return damaged ? SystemError::readFault : SystemError::none;
 }
 
-void TestSettings::user(TextView name, TextView value) {
-    static_cast<void>(set(platform::HKeys::currentUser, rootKey, name, value));
-}
-
-void TestSettings::machine(TextView name, TextView value) {
-    static_cast<void>(set(platform::HKeys::localMachine, rootKey, name, value));
-}
-
-platform::VolumeInfo TestSystem::volumeInfo(TextView root) {
-    volumesAsked.emplace_back(root);
-    return volume;
-}
-
-Text TestSystem::folder(platform::FolderId id, bool create) {
-    if (const auto found = folders.find(id); found != folders.end()) return found->second;
-    const auto made = foldersWhenMade.find(id);
-    return create && made != foldersWhenMade.end() ? made->second : Text{};
-}
-
 int32 ScriptedUi::nextAnswer() {
     if (!answers.empty()) {
         const int32 answer = answers.front();
@@ -255,50 +174,11 @@ std::optional<platform::DialogAnswer> ScriptedUi::showTaskDialog(const platform:
     return answer;
 }
 
-void ScriptedUi::showMessageWindow(TextView message) {
-    windowTexts.emplace_back(message);
-    windowOpen = true;
-}
-
-void ScriptedUi::processEvents() {
-    ++eventRounds;
-    if (onEvents) onEvents();
-}
-
-Text ScriptedUi::systemCaption(int32 number) {
-    captionsAsked.push_back(number);
-    const auto found = captions.find(number);
-    return found == captions.end() ? Text{} : found->second;
-}
-
-Text ScriptedUi::keyName(int32 virtualKey) {
-    const auto found = keyNames.find(virtualKey);
-    return found == keyNames.end() ? Text{} : found->second;
-}
-
-void ScriptedUi::clickAbort() {
-    if (onAbort) onAbort();
-}
-
-platform::Result<std::unique_ptr<platform::File>> NoFiles::open(TextView, platform::OpenRequest) {
-    return SystemError::fileNotFound;
-}
-platform::Result<platform::FileStatus> NoFiles::status(TextView) { return SystemError::fileNotFound; }
-SystemError NoFiles::remove(TextView) { return SystemError::fileNotFound; }
-SystemError NoFiles::rename(TextView, TextView, bool) { return SystemError::fileNotFound; }
-SystemError NoFiles::makeFolder(TextView) { return SystemError::accessDenied; }
-SystemError NoFiles::exchange(TextView, TextView) { return SystemError::notSupported; }
-SystemError NoFiles::copyAccess(TextView, TextView) { return SystemError::notSupported; }
-SystemError NoFiles::flushFolder(TextView) { return SystemError::pathNotFound; }
-SystemError NoFiles::unhide(TextView) { return SystemError::notSupported; }
-platform::Result<std::vector<platform::FolderEntry>> NoFiles::list(TextView) {
-    return SystemError::pathNotFound;
-}
-platform::DriveKind NoFiles::driveKind(TextView) { return platform::DriveKind::unknown; }
-SystemError NoFiles::recycle(TextView) { return SystemError::fileNotFound; }
-
+// There is nothing and nothing can be made.
 platform::FileSystem& StartedLibrary::none() {
-    static NoFiles files;
+    static MemoryFiles nothing;
+    static FailingFiles files(nothing);
+    files.failAt(1, SystemError::fileNotFound, FailingFiles::Times::fromThenOn);
     return files;
 }
 

@@ -22,14 +22,31 @@
 
 namespace tsRtm::test {
 
+// What a table says of a key; empty where it says nothing.
+template <class Key>
+Text textOf(const std::map<Key, Text>& table, const Key& key) {
+    const auto found = table.find(key);
+    return found == table.end() ? Text() : found->second;
+}
+
 // Stands still: time passes only in sleep() and advance(), and the date moves along with it.
 class TestClock final : public platform::Clock {
  public:
-    Date now() override;
+    Date now() override {
+        constexpr float64 nanosecondsPerDay = 86400e9;
+        return Date(set_.serial() + static_cast<float64>((elapsed_ - setAt_).count()) / nanosecondsPerDay);
+    }
     std::chrono::nanoseconds elapsed() override { return elapsed_; }
-    void sleep(std::chrono::nanoseconds duration) override;
+    void sleep(std::chrono::nanoseconds duration) override {
+        ++sleeps;
+        elapsed_ += duration;
+        if (onSleep) onSleep();
+    }
 
-    void set(Date moment);
+    void set(Date moment) {
+        set_ = moment;
+        setAt_ = elapsed_;
+    }
     void advance(std::chrono::nanoseconds duration) { elapsed_ += duration; }
 
     std::function<void()> onSleep;  // called at every sleep, when its time has passed
@@ -45,16 +62,13 @@ class TestClock final : public platform::Clock {
 class TestLocale final : public platform::LocaleValues {
  public:
     TestLocale();
-    static TestLocale german() { return {}; }
-    static TestLocale english();  // United States
-    static TestLocale french();   // France
 
     int32 lcid() override { return language; }
     int32 langId() override { return language; }
     int32 codePage() override { return page; }
-    Text item(platform::LocaleItem which) override;
-    Text weekdayName(int32 weekday) override;
-    Text monthName(int32 month) override;
+    Text item(platform::LocaleItem which) override { return textOf(items, which); }
+    Text weekdayName(int32 weekday) override { return weekdays.at(static_cast<std::size_t>(weekday)); }
+    Text monthName(int32 month) override { return months.at(static_cast<std::size_t>(month - 1)); }
 
     int32 language = 1031;
     int32 page = 1252;
@@ -81,8 +95,8 @@ class TestSettings final : public platform::Settings, public platform::SettingsC
 
     // Shorthands for the two keys below which the library starts: Software\Tessarol of a user and of the
     // machine.
-    void user(TextView name, TextView value);
-    void machine(TextView name, TextView value);
+    void user(TextView name, TextView value) { start(platform::HKeys::currentUser, name, value); }
+    void machine(TextView name, TextView value) { start(platform::HKeys::localMachine, name, value); }
 
     bool damaged = false;         // reads as empty, refuses to be written
     bool readOnly = false;        // refuses to be written
@@ -94,6 +108,9 @@ class TestSettings final : public platform::Settings, public platform::SettingsC
     };
     using Values = std::map<Text, Text, IgnoringCase>;
     Text* find(platform::HKeys hive, TextView key, TextView name);
+    void start(platform::HKeys hive, TextView name, TextView value) {
+        static_cast<void>(set(hive, u"Software\\Tessarol", name, value));
+    }
 
     std::map<platform::HKeys, std::map<Text, Values, IgnoringCase>> hives_;
 };
@@ -108,10 +125,15 @@ class TestSystem final : public platform::SystemInfo, public platform::UserInfo,
     int32 elevationType() override { return elevation; }
     bool isRemoteSession() override { return remote; }
     Text hostPath() override { return host; }
-    platform::VolumeInfo volumeInfo(TextView root) override;
+    platform::VolumeInfo volumeInfo(TextView root) override {
+        volumesAsked.emplace_back(root);
+        return volume;
+    }
     platform::ScreenMetrics metrics() override { return screen; }
     platform::PixelArea workAreaOf(int32 window) override { return workAreas[window]; }
-    Text folder(platform::FolderId id, bool create) override;
+    Text folder(platform::FolderId id, bool create) override {
+        return folders.contains(id) || !create ? textOf(folders, id) : textOf(foldersWhenMade, id);
+    }
     Text tempFolder() override { return temp; }
     bool checkAccess(TextView path, int32 mask) override { return !access || access(path, mask); }
     Text userName() override { return user; }
@@ -149,18 +171,24 @@ class ScriptedUi final : public platform::UserInterface,
     void openLink(TextView address) override { linksOpened.emplace_back(address); }
     bool attended() override { return somebody; }
     bool hearsNotices() override { return hears; }
-    void showMessageWindow(TextView message) override;
+    void showMessageWindow(TextView message) override {
+        windowTexts.emplace_back(message);
+        windowOpen = true;
+    }
     void hideMessageWindow() override { windowOpen = false; }
     void status(TextView message) override { statusLines.emplace_back(message); }
-    void processEvents() override;
+    void processEvents() override {
+        ++eventRounds;
+        if (onEvents) onEvents();
+    }
     void beep() override { ++beeps; }
     int32 comCtlVersion() override { return controls; }
-    Text systemCaption(int32 number) override;
+    Text systemCaption(int32 number) override {
+        captionsAsked.push_back(number);
+        return textOf(captions, number);
+    }
     bool hasSystemCaptions() override { return ownCaptions; }
-    Text keyName(int32 virtualKey) override;
-
-    // A click on the Abort button of the message window.
-    void clickAbort();
+    Text keyName(int32 virtualKey) override { return textOf(keyNames, virtualKey); }
 
     std::deque<int32> answers;
     std::optional<int32> defaultAnswer;
@@ -213,24 +241,6 @@ class TestZones final : public platform::TimeZones {
     std::optional<platform::ZoneYear> year(TextView, int32) override { return zone; }
 
     std::optional<platform::ZoneYear> zone = platform::ZoneYear{-60, 0, -60, {3, 0, 5}, {10, 0, 5}};
-};
-
-// A file system in which there is nothing and nothing can be made.
-class NoFiles final : public platform::FileSystem {
- public:
-    platform::Result<std::unique_ptr<platform::File>> open(TextView name,
-                                                           platform::OpenRequest request) override;
-    platform::Result<platform::FileStatus> status(TextView name) override;
-    [[nodiscard]] platform::SystemError remove(TextView name) override;
-    [[nodiscard]] platform::SystemError rename(TextView from, TextView to, bool replace) override;
-    [[nodiscard]] platform::SystemError makeFolder(TextView name) override;
-    [[nodiscard]] platform::SystemError exchange(TextView from, TextView to) override;
-    [[nodiscard]] platform::SystemError copyAccess(TextView from, TextView to) override;
-    [[nodiscard]] platform::SystemError flushFolder(TextView name) override;
-    [[nodiscard]] platform::SystemError unhide(TextView name) override;
-    platform::Result<std::vector<platform::FolderEntry>> list(TextView folder) override;
-    platform::DriveKind driveKind(TextView name) override;
-    [[nodiscard]] platform::SystemError recycle(TextView name) override;
 };
 
 // The doubles together. The Platform that on() gives refers to them: it must not outlive them.
