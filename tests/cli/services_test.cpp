@@ -23,10 +23,8 @@ TEST_F(Services, HashesFilesAsTheSumToolsWriteThem) {
 TEST_F(Services, HashesTextsInTheirForms) {
     for (const auto& [options, hash] :
          {std::pair{"abc --algorithm md5", "900150983cd24fb0d6963f7d28e17f72"},
-          {"abc --algorithm md5 --form HEX", "900150983CD24FB0D6963F7D28E17F72"},
           {"abc --algorithm md5 --form base64", "kAFQmDzST7DWlj99KOF/cg=="},
           {"abc --algorithm md5 --form short", "kAFQmDzST7DWlj99KOF/cg"},
-          {"'' --algorithm sha1", "da39a3ee5e6b4b0d3255bfef95601890afd80709"},
           {"ä --algorithm md5 --encoding 1252", "c15bcc5577f9fade4b4a3256190a59b0"},
           {"ä --algorithm md5", "8419b71c87a225a2c70b50486fbee545"}})
         EXPECT_EQ(ok(std::string("hash --text ") + options).out, std::string(hash) + "\n");

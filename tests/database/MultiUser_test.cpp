@@ -136,28 +136,6 @@ TEST_P(MultiUser, AReaderMissesNothing) {
     EXPECT_TRUE(consistent(*db));
 }
 
-TEST_P(MultiUser, AKilledProcessLeavesNoLock) {
-    make();
-    clsRtm rtm;
-    const auto db = rtm.OpenTSDB(folder);
-    ChildProcess other([&](ChildProcess::Line& line) {
-        clsRtm own;
-        const auto theirs = own.OpenTSDB(folder);
-        const bool locked = theirs->Sperren(3) && theirs->LockDB(true);
-        line.say(locked ? 'L' : 'X');
-        line.hear();
-        return 0;
-    });
-    ASSERT_EQ(other.line().hear(), 'L');
-    EXPECT_TRUE(db->Gesperrt(3));
-    EXPECT_TRUE(db->Gesperrt(0));
-    EXPECT_FALSE(db->Gesperrt(4));
-    other.kill();
-    EXPECT_FALSE(db->Gesperrt(3));
-    EXPECT_FALSE(db->Gesperrt(0));
-    EXPECT_TRUE(db->Sperren(3, -1));
-}
-
 // Killed by the system at a random moment of its work, with memory shared between the processes.
 TEST_P(MultiUser, AKilledWriterLeavesWholeRecords) {
     make();

@@ -17,15 +17,10 @@ TEST(TSIO, TypeWordTellsTheKind) {
     const std::tuple<int32, std::string, Typen> rows[] = {
         {tsAlles, "a", typALLES},
         {tsZiffern_Sonderzeichen, "a", typTELEFON},
-        {tsZiffern, "", typZIFFERN},
         {tsNumerisch, "", typWERT},
-        {tsTagesdatum, "", typDATUM},
         {tsMemo, "m", typNN},
         {tsMemoEncrypted, "mx", typNN},
-        {tsProperties, "m", typNN},
-        {tsCheckBox, "", typNN},
         {tsKette, "k", typNN},
-        {tsKette_ohne_F9, "k", typNN},
         {tsBlob, "b", typNN},
         {tsBlobEncrypted, "bx", typNN},
         {tsAutowert, "", typWERT},
@@ -89,7 +84,6 @@ TEST(TSIO, TitleIsReadByItsParts) {
 TEST(TSIO, TitleIsWrittenPartByPart) {
     const std::tuple<TextView, void (*)(TSIO&), TextView> rows[] = {
         {u"A@h@7N", [](TSIO& f) { f.Caption(u"Neu"); }, u"Neu@h@7N"},
-        {u"A", [](TSIO& f) { f.Hilfe(u"h"); }, u"A@h"},
         {u"A@alt@7N", [](TSIO& f) { f.EXTENSION(-1, u"neu"); }, u"A@neu@7N"},
         {u"A", [](TSIO& f) { f.EXTENSION(0, u"1-5"); }, u"A@@01-5"},
         {u"A@h", [](TSIO& f) { f.ShellCommand(u"x"); }, u"A@h@8x"},

@@ -33,23 +33,6 @@ TEST_F(Failures, Descriptions) {
         EXPECT_EQ(toUtf8(text), toUtf8(expected));
 }
 
-TEST_F(Failures, EveryErrorOfTheSeamHasADescription) {
-    using enum platform::SystemError;
-    for (const auto error :
-         {fileNotFound,    pathNotFound,      tooManyOpenFiles, accessDenied,     invalidHandle,
-          notEnoughMemory, notReady,          writeFault,       readFault,        sharingViolation,
-          lockViolation,   notSupported,      fileExists,       invalidParameter, diskFull,
-          invalidName,     directoryNotEmpty, alreadyExists,    nameTooLong,      fileTooLarge,
-          deviceError,     cancelled,         writeProtected})
-        EXPECT_FALSE(messages.SystemMsg(static_cast<int32>(error)).starts_with(u"Unbekannter"))
-            << static_cast<int32>(error);
-    // The numbers that are raised, and those that the files leave in F.
-    const Text general = messages.ErrorMsg(4711).substr(13);
-    for (const int32 number : {5,  6,  9,  13, 28, 52,  53,  54,  55,  57,  58,  61,  62,  63,  64, 67,
-                               70, 71, 75, 76, 91, 321, 360, 380, 381, 385, 422, 424, 425, 445, 461})
-        EXPECT_FALSE(messages.ErrorMsg(number).ends_with(general)) << number;
-}
-
 TEST_F(Failures, HandlerAbsorbsRecordsShowsOrRaises) {
     struct Case {
         const char* what;

@@ -27,22 +27,14 @@ TEST_F(Messages, ByNumberFlagsAndLanguage) {
     for (const auto& [langId, number, text] : std::initializer_list<Numbered>{
              {1031, 1, u"Fehler"},
              {1031, 2049, u"Fehler "},
-             {1031, 3079, u" in Programm "},
              {1031, 1056, u" nicht bereit"},
              {1031, 207 + 1024 + 2048 + 4096, u" Ich hole Daten ..."},
-             {1031, 513, u"Fehler"},
              {1031, 25, u"Vorgang unterbrechen mit Esc"},
              {1031, 25 + 8192, u"Vorgang unterbrechen mit #00"},
-             {1031, 220, u"Strg/- Bild-"},
-             {1031, 251, u"Bitte \"%1\" einlegen"},
-             {1031, 436, u"Tabelle|&Abbruch|&Ende|&Finden ...  Strg+F|&Gehe zu ...  Strg+G"},
              {1031, 71 + 3072, u""},
-             {1031, 0, u""},
              {3079, 1, u"Fehler"},  // Austria
              {1033, 1, u""},
-             {1033, 101, u"Monday"},
              {1033, 122 + 2048, u"December "},
-             {1036, 1, u""},
          }) {
         state().langId = langId;
         EXPECT_EQ(toUtf8(messages.RtmMsg(number)), toUtf8(text)) << langId << " " << number;
@@ -123,14 +115,9 @@ TEST_F(Messages, KeyNamesOfTheSystemAndWhereItHasNone) {
 TEST_F(Messages, CaptionsOfTheTable) {
     for (const auto& [langId, id, text] : std::initializer_list<Numbered>{
              {1031, sidCancel, u"A&bbrechen"},
-             {1033, sidPreview, u"Pre&view"},
              {1049, sidYes, u"&Yes"},  // no Russian column
-             {3082, sidBack, u"< &Espalda"},
-             {1036, sidAbort, u"A&vorter"},
-             {1040, sidSearch, u"&Ricerda"},
              {1043, sidExtended, u"&Geanvanceerd"},
              {1031, 11, u""},
-             {1031, 99, u""},
              {1031, 134, u""},
              {1031, -1, u""},
          }) {

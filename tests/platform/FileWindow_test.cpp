@@ -123,19 +123,6 @@ TEST_P(Window, TheFirstAccessBehindTheEndMayBeAWriteOrByAReader) {
 
 INSTANTIATE_TEST_SUITE_P(Grounds, Window, testing::Values(0, 1, 3, 4), groundName);
 
-TEST(MemoryFiles, WindowsAreOfferedAsTheDriveHasThem) {
-    MemoryFiles files;
-    files.offerWindows(true);
-    const auto has = [&] { return openFile(files, u"datei")->window() != nullptr; };
-    for (const auto kind : {DriveKind::fixed, DriveKind::ramDisk, DriveKind::remote, DriveKind::removable}) {
-        files.setDriveKind(kind);
-        EXPECT_EQ(has(), kind == DriveKind::fixed || kind == DriveKind::ramDisk);
-    }
-    files.setDriveKind(DriveKind::fixed);
-    files.offerWindows(false);
-    EXPECT_FALSE(has());
-}
-
 // What only the ground of this machine can show.
 class PosixWindow : public Window {};
 

@@ -8,7 +8,6 @@
 #include "tests/platform/FileHelp.hpp"
 #include "tests/support/ChildProcess.hpp"
 #include "tests/support/TempFolder.hpp"
-#include "tsRtm/platform/posix/PosixErrors.hpp"
 #include "tsRtm/platform/posix/PosixPath.hpp"
 #include "tsRtm/platform/posix/PosixPlatform.hpp"
 #include "tsRtm/platform/posix/PosixReplacing.hpp"
@@ -29,6 +28,11 @@ class PosixFiles : public testing::Test {
     }
     void make(const fs::path& entry, std::string_view content = "") {
         std::ofstream(folder.path() / entry, std::ios::binary) << content;
+    }
+    struct stat statusOf(const char* entry) {
+        struct stat status {};
+        EXPECT_EQ(::stat((folder.path() / entry).c_str(), &status), 0);
+        return status;
     }
     std::string found(TextView entry) {
         const auto path = posix::findPath(folder.name(entry));
@@ -148,16 +152,12 @@ TEST_F(PosixFiles, CopyAccessMakesAFileOpenToTheSameUsers) {
         make("neu");
         ASSERT_EQ(::chmod((folder.path() / "vorbild").c_str(), like), 0);
         EXPECT_EQ(files.copyAccess(folder.name(u"vorbild"), folder.name(u"neu")), none);
-        struct stat status {};
-        ASSERT_EQ(::stat((folder.path() / "neu").c_str(), &status), 0);
-        EXPECT_EQ(status.st_mode & 07777, mode);
+        EXPECT_EQ(statusOf("neu").st_mode & 07777, mode);
     }
     if (::geteuid() == 0) {  // who may give files away
         ASSERT_EQ(::chown((folder.path() / "vorbild").c_str(), 4711, 4712), 0);
         EXPECT_EQ(files.copyAccess(folder.name(u"vorbild"), folder.name(u"neu")), none);
-        struct stat status {};
-        ASSERT_EQ(::stat((folder.path() / "neu").c_str(), &status), 0);
-        EXPECT_EQ(std::pair(status.st_uid, status.st_gid), std::pair(4711u, 4712u));
+        EXPECT_EQ(std::pair(statusOf("neu").st_uid, statusOf("neu").st_gid), std::pair(4711u, 4712u));
     }
     EXPECT_EQ(files.copyAccess(folder.name(u"fehlt"), folder.name(u"neu")), fileNotFound);
 }
@@ -250,26 +250,6 @@ TEST_F(Basket, RefusesOpenFilesAndFolders) {
     EXPECT_EQ(files.recycle(folder.name(u"ordner")), accessDenied);
     EXPECT_EQ(files.recycle(folder.name(u"fehlt")), fileNotFound);
     EXPECT_TRUE(fs::exists(folder.path() / "datei"));
-}
-
-TEST(PosixErrors, SystemNumbersBecomeOurs) {
-    const std::pair<int, SystemError> rows[] = {{0, none},
-                                                {ENOENT, fileNotFound},
-                                                {ENOTDIR, pathNotFound},
-                                                {EMFILE, tooManyOpenFiles},
-                                                {EACCES, accessDenied},
-                                                {EPERM, accessDenied},
-                                                {EISDIR, accessDenied},
-                                                {EROFS, writeProtected},
-                                                {ENOSPC, diskFull},
-                                                {EDQUOT, diskFull},
-                                                {EIO, deviceError},
-                                                {ENXIO, notReady},
-                                                {ENAMETOOLONG, nameTooLong},
-                                                {ENOLCK, notSupported},
-                                                {ESTALE, deviceError},
-                                                {987654, deviceError}};
-    for (const auto& [number, error] : rows) EXPECT_EQ(posix::fromErrno(number), error) << number;
 }
 
 }  // namespace

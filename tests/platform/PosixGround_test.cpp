@@ -74,10 +74,8 @@ TEST(PosixLocale, ItemsFollowTheLocale) {
     };
     const Row rows[] = {
         {"de_DE", 1031, u"49 , . € 3 . 1 : 1 0 2 ", u"Montag", u"Januar"},
-        {"de", 1031, u"49 , . € 3 . 1 : 1 0 2 ", u"Montag", u"Januar"},
         {"de_AT", 3079, u"43 , \u00A0 € 2 . 1 : 1 0 2 ", u"Montag", u"Jänner"},
         {"en_US", 1033, u"1 . , $ 0 / 0 : 0 6 0 ", u"Monday", u"January"},
-        {"en_GB", 2057, u"44 . , £ 0 / 1 : 1 0 2 ", u"Monday", u"January"},
         {"fr_FR", 1036, u"33 , \u00A0 € 3 / 1 : 1 0 2 ", u"lundi", u"janvier"},
         {"sv_SE", 1053, u"46 , \u00A0 kr 3 - 2 : 1 0 2 ", u"måndag", u"januari"},
     };

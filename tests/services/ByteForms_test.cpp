@@ -28,7 +28,6 @@ TEST_F(ByteForms, HaveTheirLayout) {
     const TextView lines = u"0123456789abcdefgh";
     const TextView fifty = u"01234567890123456789012345678901234567890123456789";
     const Row rows[] = {
-        {CRYPT_STRING_BASE64, u"", u""},
         {CRYPT_STRING_BASE64, u"f", u"Zg==\r\n"},
         {CRYPT_STRING_BASE64, fifty,
          u"MDEyMzQ1Njc4OTAxMjM0NTY3ODkwMTIzNDU2Nzg5MDEyMzQ1Njc4OTAxMjM0NTY3\r\nODk=\r\n"},
@@ -40,9 +39,6 @@ TEST_F(ByteForms, HaveTheirLayout) {
          u"-----BEGIN CERTIFICATE-----\r\nZg==\r\n-----END CERTIFICATE-----\r\n"},
         {CRYPT_STRING_BASE64REQUESTHEADER | CRYPT_STRING_NOCR, u"f",
          u"-----BEGIN NEW CERTIFICATE REQUEST-----\nZg==\n-----END NEW CERTIFICATE REQUEST-----\n"},
-        {CRYPT_STRING_BASE64X509CRLHEADER, u"f",
-         u"-----BEGIN X509 CRL-----\r\nZg==\r\n-----END X509 CRL-----\r\n"},
-        {CRYPT_STRING_BINARY, u"a\r\n=", u"a\r\n="},
         {CRYPT_STRING_BINARY | CRYPT_STRING_SHORT, u"a==", u"a"},  // the short form cuts "=" of every form
         {CRYPT_STRING_HEXRAW, u"aÿ\n", u"61ff0a\r\n"},
         {CRYPT_STRING_HEX, lines, u"30 31 32 33 34 35 36 37  38 39 61 62 63 64 65 66\r\n67 68\r\n"},
@@ -70,9 +66,7 @@ TEST_F(ByteForms, WhatIsNotOfTheFormGivesNothing) {
     };
     constexpr auto kStrict = CRYPT_STRING_BASE64 | CRYPT_STRING_STRICT;
     const Row rows[] = {
-        {CRYPT_STRING_ANY, u"", u""},
         {CRYPT_STRING_ANY, u" Z m\t9\r\nv ", u"foo"},
-        {CRYPT_STRING_ANY, u"Zg", u"f"},
         {CRYPT_STRING_ANY, u"Z", u""},
         {CRYPT_STRING_ANY, u"Zg=", u"f"},
         {CRYPT_STRING_ANY, u"Zg===", u""},
@@ -86,7 +80,6 @@ TEST_F(ByteForms, WhatIsNotOfTheFormGivesNothing) {
         {CRYPT_STRING_BASE64HEADER, u"mail\n-----BEGIN X-----\nZg==\n-----END X-----\nend", u"f"},
         {CRYPT_STRING_BASE64_ANY, u"-----BEGIN -----END -----", u""},
         {CRYPT_STRING_BASE64_ANY, u"-----BEGIN -----END ABCDE", u""},  // one rule of two, and no body
-        {CRYPT_STRING_HEX, u"3 0", u"0"},
         {CRYPT_STRING_HEX, u"30\t31\r\n32", u"012"},
         {CRYPT_STRING_HEX, u"30 3", u""},
         {CRYPT_STRING_HEX, u"30 3G", u""},

@@ -49,9 +49,6 @@ TEST(PathParts, OfEveryKindOfName) {
 }
 
 TEST_F(Paths, AreJoinedByThePlatformsDelimiter) {
-    EXPECT_EQ(FilesTopic::MakePath({u"/a", u"", u"b"}), u"/a/b");
-    EXPECT_EQ(FilesTopic::MakePath({u"/a/", u"/b"}), u"/a/b");
-    EXPECT_EQ(FilesTopic::MakePath({u"", u"b"}), u"b");
     EXPECT_EQ(FilesTopic::MakePath({}), u"");
     EXPECT_EQ(FilesTopic::MakePath({u"a", 7}), u"a/7");
     const Text longName(300, u'x');
