@@ -44,22 +44,14 @@ std::vector<std::string> rows(const std::string& bytes, CsvReader::Limits limits
 using Rows = std::vector<std::string>;
 
 TEST(CsvReader, ReadsTheGrammar) {
-    const std::pair<std::string, Rows> cases[] = {
-        {"", {}},
-        {"a,b\r\nc,d\r\n", {"1 a|b", "2 c|d"}},
-        {"a,b\nc,d", {"1 a|b", "2 c|d"}},
-        {"\xEF\xBB\xBFx,y", {"1 x|y"}},
-        {",\r\n", {"1 |"}},
-        {"a,", {"1 a|"}},
-        {"a\n\nb\n", {"1 a", "2 ", "3 b"}},
-        {"\"a,b\",\"c\"\"d\"\n", {"1 a,b|c\"d"}},
-        {"\"a\r\nb\",c\r\nd,e\r\n", {"1 a\r\nb|c", "3 d|e"}},
-        {"\"\",x\n", {"1 |x"}},
-        {"5\" pipe,x\n", {"1 5\" pipe|x"}},
-        {"a\rb,c\n", {"1 a\rb|c"}},
-        {" \"a\",b\n", {"1  \"a\"|b"}},
-    };
-    for (const auto& [bytes, expected] : cases)
+    using Row = std::pair<std::string, Rows>;
+    for (const auto& [bytes, expected] :
+         {Row{"", {}}, Row{"a,b\r\nc,d\r\n", {"1 a|b", "2 c|d"}}, Row{"a,b\nc,d", {"1 a|b", "2 c|d"}},
+          Row{"\xEF\xBB\xBFx,y", {"1 x|y"}}, Row{",\r\n", {"1 |"}}, Row{"a,", {"1 a|"}},
+          Row{"a\n\nb\n", {"1 a", "2 ", "3 b"}}, Row{"\"a,b\",\"c\"\"d\"\n", {"1 a,b|c\"d"}},
+          Row{"\"a\r\nb\",c\r\nd,e\r\n", {"1 a\r\nb|c", "3 d|e"}}, Row{"\"\",x\n", {"1 |x"}},
+          Row{"5\" pipe,x\n", {"1 5\" pipe|x"}}, Row{"a\rb,c\n", {"1 a\rb|c"}},
+          Row{" \"a\",b\n", {"1  \"a\"|b"}}})
         for (const std::size_t portion : {1u, 2u, 3u, 1u << 16})
             EXPECT_EQ(rows(bytes, {}, portion), expected) << bytes;
 }

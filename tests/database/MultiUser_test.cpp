@@ -22,14 +22,8 @@ class MultiUser : public testing::TestWithParam<int32> {
     TempFolder temp;
     TestGround ground;
     // The clock of this machine: real processes wait for each other.
-    platform::Platform real = ground.on(platform::posixPlatform().files, platform::posixPlatform().clock);
+    StartedLibrary library{ground, platform::posixPlatform().files, platform::posixPlatform().clock};
     Text folder = temp.name(u"Konten");
-
-    void SetUp() override {
-        ground.system.folders[platform::FolderId::applicationData] = temp.name();
-        rtmMain::TEST_restart(real);
-    }
-    void TearDown() override { rtmMain::TEST_forget(); }
 
     // Runs `work` in several processes that start at once, each with its number; all have to end with 0.
     template <class Work>

@@ -14,23 +14,15 @@ TSIO titled(TextView title) {
 
 TEST(TSIO, TypeWordTellsTheKind) {
     // Letters: m memo, b blob, x encrypted, k chain, a alphanumeric, h hidden.
-    const std::tuple<int32, std::string, Typen> rows[] = {
-        {tsAlles, "a", typALLES},
-        {tsZiffern_Sonderzeichen, "a", typTELEFON},
-        {tsNumerisch, "", typWERT},
-        {tsMemo, "m", typNN},
-        {tsMemoEncrypted, "mx", typNN},
-        {tsKette, "k", typNN},
-        {tsBlob, "b", typNN},
-        {tsBlobEncrypted, "bx", typNN},
-        {tsAutowert, "", typWERT},
-        {tsUnsichtbar, "a", typALLES},  // the low bits would say blob
-        {tsKeine_Eingabe, "ah", typALLES},
-        {tsMemo | fUniCode, "m", typNN},
-        {tsAlphanumerisch | fUniCode, "a", typDRUCKBAR},
-        {tsAlphanumerisch | fUnSichtbar, "ah", typDRUCKBAR},
-    };
-    for (const auto& [typ, letters, datentyp] : rows) {
+    using Row = std::tuple<int32, std::string, Typen>;
+    for (const auto& [typ, letters, datentyp] :
+         {Row{tsAlles, "a", typALLES}, Row{tsZiffern_Sonderzeichen, "a", typTELEFON},
+          Row{tsNumerisch, "", typWERT}, Row{tsMemo, "m", typNN}, Row{tsMemoEncrypted, "mx", typNN},
+          Row{tsKette, "k", typNN}, Row{tsBlob, "b", typNN}, Row{tsBlobEncrypted, "bx", typNN},
+          Row{tsAutowert, "", typWERT}, Row{tsUnsichtbar, "a", typALLES},  // the low bits would say blob
+          Row{tsKeine_Eingabe, "ah", typALLES}, Row{tsMemo | fUniCode, "m", typNN},
+          Row{tsAlphanumerisch | fUniCode, "a", typDRUCKBAR},
+          Row{tsAlphanumerisch | fUnSichtbar, "ah", typDRUCKBAR}}) {
         TSIO field;
         field.Typ(typ);
         std::string kind;

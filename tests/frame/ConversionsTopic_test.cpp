@@ -1,16 +1,19 @@
 #include "tsRtm/frame/ConversionsTopic.hpp"
 
+#include <gtest/gtest.h>
+
 #include <array>
 #include <limits>
 
-#include "tests/frame/text/GermanLocale.hpp"
+#include "tests/support/TestGround.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
 
 namespace tsRtm {
 namespace {
 
-class Conversions : public test::GermanLocale {
+class Conversions : public testing::Test {
  protected:
+    test::StartedLibrary library;
     ConversionsTopic topic;
 };
 

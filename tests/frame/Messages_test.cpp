@@ -68,18 +68,13 @@ TEST_F(Messages, InsertReplacesTwoCharactersAtEachPlace) {
 TEST_F(Messages, ExpansionOfKeysAndMarks) {
     ground.clock.set(Date::of(2024, 12, 31));
     ground.ui.keyNames = {{13, u"ENTER TASTE"}};
-    for (const auto& [text, expanded] : std::initializer_list<std::pair<TextView, TextView>>{
-             {u"#00=Abbruch", u"Esc=Abbruch"},
-             {u"Preis #", u"Preis #"},
-             {u"#x1", u"#x1"},
-             {u"Taste #1", u"Taste Enter Taste"},
-             {u"#1x#17", u"Enter TasteRück"},  // "x" goes with the key
-             {u"#99#20", u"??"},
-             {u"«c»«C»", u"€€"},
-             {u"am «d».", u"am 31.12.2024."},
-             {u"«CC» «ABCD» «» « C»", u"«CC» «ABCD» «» « C»"},
-             {u"«C", u"«C"},
-         }) {
+    using Row = std::pair<TextView, TextView>;
+    for (const auto& [text, expanded] :
+         {Row{u"#00=Abbruch", u"Esc=Abbruch"}, Row{u"Preis #", u"Preis #"}, Row{u"#x1", u"#x1"},
+          Row{u"Taste #1", u"Taste Enter Taste"},
+          Row{u"#1x#17", u"Enter TasteRück"},  // "x" goes with the key
+          Row{u"#99#20", u"??"}, Row{u"«c»«C»", u"€€"}, Row{u"am «d».", u"am 31.12.2024."},
+          Row{u"«CC» «ABCD» «» « C»", u"«CC» «ABCD» «» « C»"}, Row{u"«C", u"«C"}}) {
         Text line(text);
         messages.ExpandSpecial(line);
         EXPECT_EQ(toUtf8(line), toUtf8(expanded)) << toUtf8(text);
@@ -99,28 +94,20 @@ TEST_F(Messages, ExpansionBearsAMillionSigns) {
 
 TEST_F(Messages, KeyNamesOfTheSystemAndWhereItHasNone) {
     ground.ui.keyNames = {{144, u"NUM-FESTSTELL"}, {27, u"esc"}, {0, u"falsch"}};
+    using Row = std::pair<int32, TextView>;
     for (const auto& [key, name] :
-         std::initializer_list<std::pair<int32, TextView>>{{kidPause, u"Num-feststell"},
-                                                           {kidEsc, u"Esc"},
-                                                           {kidPage, u"Bild"},
-                                                           {kidAltGr, u"AltGr"},
-                                                           {kidCaps, u"Umschalt"},
-                                                           {20, u"?"},
-                                                           {-1, u"?"}})
+         {Row{kidPause, u"Num-feststell"}, Row{kidEsc, u"Esc"}, Row{kidPage, u"Bild"},
+          Row{kidAltGr, u"AltGr"}, Row{kidCaps, u"Umschalt"}, Row{20, u"?"}, Row{-1, u"?"}})
         EXPECT_EQ(messages.KeyNames(key), name) << key;
     ground.ui.keyNames[27] = u"anders";
     EXPECT_EQ(messages.KeyNames(kidEsc), u"Esc") << "kept for the life of the object";
 }
 
 TEST_F(Messages, CaptionsOfTheTable) {
-    for (const auto& [langId, id, text] : std::initializer_list<Numbered>{
-             {1031, sidCancel, u"A&bbrechen"},
-             {1049, sidYes, u"&Yes"},  // no Russian column
-             {1043, sidExtended, u"&Geanvanceerd"},
-             {1031, 11, u""},
-             {1031, 134, u""},
-             {1031, -1, u""},
-         }) {
+    for (const auto& [langId, id, text] :
+         {Numbered{1031, sidCancel, u"A&bbrechen"}, Numbered{1049, sidYes, u"&Yes"},  // no Russian column
+          Numbered{1043, sidExtended, u"&Geanvanceerd"}, Numbered{1031, 11, u""}, Numbered{1031, 134, u""},
+          Numbered{1031, -1, u""}}) {
         state().langId = langId;
         EXPECT_EQ(toUtf8(messages.StandardText(id)), toUtf8(text)) << langId << " " << id;
     }

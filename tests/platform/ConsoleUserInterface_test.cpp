@@ -18,22 +18,14 @@ struct Row {
 };
 
 TEST(Console, PlainBoxes) {
-    for (const auto& [answers, usual, typed, answer] : {
-             // Nobody there: No, Cancel, OK, Abort in this order, else the default.
-             Row{{6, 7}, 6, nullptr, 7},
-             Row{{6, 7, 2}, 6, nullptr, 7},
-             Row{{1, 2}, 1, nullptr, 2},
-             Row{{1}, 1, nullptr, 1},
-             Row{{3, 4, 5}, 4, nullptr, 3},
-             Row{{}, 1, nullptr, 1},
-             Row{{20, 21}, 21, nullptr, 21},
-             // A terminal asks until an answer fits; a closed one is nobody.
-             Row{{6, 7, 2}, 7, "1\n", 6},
-             Row{{6, 7, 2}, 7, "x\n4\n0\n1x\n3\n", 2},
-             Row{{6, 7, 2}, 6, "\n", 6},
-             Row{{6, 7, 2}, 6, "x\n", 7},
-             Row{{1}, 1, "", 1},
-         }) {
+    for (const auto& [answers, usual, typed, answer] :
+         {// Nobody there: No, Cancel, OK, Abort in this order, else the default.
+          Row{{6, 7}, 6, nullptr, 7}, Row{{6, 7, 2}, 6, nullptr, 7}, Row{{1, 2}, 1, nullptr, 2},
+          Row{{1}, 1, nullptr, 1}, Row{{3, 4, 5}, 4, nullptr, 3}, Row{{}, 1, nullptr, 1},
+          Row{{20, 21}, 21, nullptr, 21},
+          // A terminal asks until an answer fits; a closed one is nobody.
+          Row{{6, 7, 2}, 7, "1\n", 6}, Row{{6, 7, 2}, 7, "x\n4\n0\n1x\n3\n", 2}, Row{{6, 7, 2}, 6, "\n", 6},
+          Row{{6, 7, 2}, 6, "x\n", 7}, Row{{1}, 1, "", 1}}) {
         MessageBox box;
         box.title = u"Titel";
         box.body = u"eins\r\nzwei\x1B[2J";

@@ -1,7 +1,8 @@
-// Locale, console, folders and rights of this machine.
+// Locale, console, folders, rights, installation and random bytes of this machine.
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
+#include <algorithm>
 #include <fstream>
 #include <optional>
 #include <sstream>
@@ -12,6 +13,7 @@
 #include "tsRtm/platform/posix/PosixInstallation.hpp"
 #include "tsRtm/platform/posix/PosixLocale.hpp"
 #include "tsRtm/platform/posix/PosixPlatform.hpp"
+#include "tsRtm/platform/posix/PosixRandom.hpp"
 
 namespace tsRtm::test {
 namespace {
@@ -189,6 +191,38 @@ TEST(PosixClock, ElapsedOnlyGrowsAndNowIsLocal) {
         EXPECT_NEAR(east.serial() - clock.now().serial(), 10.0 / 24, 0.01);
     }
     ::tzset();
+}
+
+TEST(PosixInstallation, LiesBesideTheCodeOrInTheLibraryFolderOfIt) {
+    const TempFolder temp;
+    const auto root = fs::canonical(temp.path());
+    for (const char* folder :
+         {"tree/bin", "tree/lib/Tessarol", "tree/lib/x86_64-linux-gnu/Tessarol", "other"})
+        fs::create_directories(root / folder);
+    const auto found = [&](const char* code) {
+        return posix::installationFolderFrom((root / code).string());
+    };
+    EXPECT_EQ(found("tree/lib"), (root / "tree/lib").string()) << "a shared library";
+    const auto ofProgram = fs::path(found("tree/bin"));
+    EXPECT_EQ(ofProgram.lexically_relative(root / "tree").begin()->string(), "lib") << "a program";
+    const auto none = found("other");
+    EXPECT_EQ(none, found("no such folder"));
+    EXPECT_NE(none.find("/lib"), std::string::npos);
+    EXPECT_TRUE(fs::is_regular_file(fs::path(posix::installationFolder()) / "Tessarol" / "KeyTS.dat"))
+        << "the build tree is an installation, too";
+}
+
+TEST(PosixRandom, FillsEveryByte) {
+    posix::PosixRandom random;
+    ASSERT_EQ(random.check(), SystemError::none);
+    // More than one call of the kernel gives; 256 equal bytes in a row come in no lifetime.
+    std::vector<std::byte> bytes(1 << 16);
+    ASSERT_EQ(random.fill(bytes), SystemError::none);
+    for (std::size_t at = 0; at < bytes.size(); at += 256)
+        EXPECT_FALSE(std::all_of(bytes.begin() + static_cast<std::ptrdiff_t>(at),
+                                 bytes.begin() + static_cast<std::ptrdiff_t>(at) + 256,
+                                 [&](std::byte b) { return b == bytes[at]; }));
+    EXPECT_EQ(random.fill({}), SystemError::none);
 }
 
 }  // namespace

@@ -270,7 +270,9 @@ class StartedLibrary {
         rtmMain::TEST_restart(platform);
     }
     StartedLibrary(TestGround& prepared, platform::FileSystem& files)
-        : ground(prepared), platform(ground.on(files)) {
+        : StartedLibrary(prepared, files, prepared.clock) {}
+    StartedLibrary(TestGround& prepared, platform::FileSystem& files, platform::Clock& otherClock)
+        : ground(prepared), platform(ground.on(files, otherClock)) {
         rtmMain::TEST_restart(platform);
     }
     explicit StartedLibrary(TestGround& prepared) : StartedLibrary(prepared, none()) {}

@@ -150,11 +150,8 @@ class SharedFile : public testing::TestWithParam<bool> {
  protected:
     TempFolder temp;
     TestGround ground;
-    platform::Platform real = ground.on(platform::posixPlatform().files, platform::posixPlatform().clock);
+    StartedLibrary library{ground, platform::posixPlatform().files, platform::posixPlatform().clock};
     const Text name = temp.name(u"Tabelle.tab");
-
-    void SetUp() override { rtmMain::TEST_restart(real); }
-    void TearDown() override { rtmMain::TEST_forget(); }
 
     // A version is one value in every cell, of a length and in a number of its own.
     static constexpr int32 kColumns = 3;

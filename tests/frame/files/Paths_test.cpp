@@ -10,21 +10,13 @@ namespace {
 using Paths = FilesTest;
 
 TEST(Wildcards, FollowTheFolderRule) {
-    const std::tuple<TextView, TextView, bool> rows[] = {{u"a.txt", u"*.TXT", true},
-                                                         {u"a.txt", u"", true},
-                                                         {u"a.txt", u"?.txt", true},
-                                                         {u"ab.txt", u"?.txt", false},
-                                                         {u"a.txt.bak", u"*.txt", false},
-                                                         {u"aXbXc", u"*x*c", true},
-                                                         {u"readme", u"*.*", true},
-                                                         {u"readme", u"*.", true},
-                                                         {u"a.b", u"*.", false},
-                                                         {u"readme", u"read*.?", false},
-                                                         {u"ä", u"Ä", true},
-                                                         {u"", u"*", true},
-                                                         {u"data.tsd", u"Data*.tsd", true},
-                                                         {u"aaaaaaaaaaaaab", u"*a*a*a*a*a*c", false}};
-    for (const auto& [name, pattern, matches] : rows)
+    using Row = std::tuple<TextView, TextView, bool>;
+    for (const auto& [name, pattern, matches] :
+         {Row{u"a.txt", u"*.TXT", true}, Row{u"a.txt", u"", true}, Row{u"a.txt", u"?.txt", true},
+          Row{u"ab.txt", u"?.txt", false}, Row{u"a.txt.bak", u"*.txt", false}, Row{u"aXbXc", u"*x*c", true},
+          Row{u"readme", u"*.*", true}, Row{u"readme", u"*.", true}, Row{u"a.b", u"*.", false},
+          Row{u"readme", u"read*.?", false}, Row{u"ä", u"Ä", true}, Row{u"", u"*", true},
+          Row{u"data.tsd", u"Data*.tsd", true}, Row{u"aaaaaaaaaaaaab", u"*a*a*a*a*a*c", false}})
         EXPECT_EQ(wildcards::matchesEntry(name, pattern), matches) << toUtf8(name) << " " << toUtf8(pattern);
 }
 

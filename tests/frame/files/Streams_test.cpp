@@ -12,21 +12,13 @@ class Streams : public FilesTest {
 };
 
 TEST_F(Streams, CsvItemsAreReadInOrder) {
-    const std::pair<std::string_view, std::vector<Text>> rows[] = {
-        {"a,b,c", {u"a", u"b", u"c"}},
-        {"a,\"b", {u"a", u"\"b"}},
-        {"\"a\"\"b\",\"c\"\"\"", {u"a\"b", u"c\""}},
-        {"\"\",x", {u"", u"x"}},
-        {"\"a,b", {u"a,b"}},
-        {"\"a,b\"c", {u"a,b\"c"}},
-        {"\",\"\"\",x", {u",\"", u"x"}},
-        {"\"", {u"\""}},
-        {"\",", {u","}},
-        {"a,,\r\n,b\n", {u"a", u"", u"", u"", u"b"}},
-        {"\"a\r\nb\",c", {u"\"a", u"b\"", u"c"}},
-        {"a \"x\",b", {u"a \"x\"", u"b"}},
-    };
-    for (const auto& [content, expected] : rows) {
+    using Row = std::pair<std::string_view, std::vector<Text>>;
+    for (const auto& [content, expected] :
+         {Row{"a,b,c", {u"a", u"b", u"c"}}, Row{"a,\"b", {u"a", u"\"b"}},
+          Row{"\"a\"\"b\",\"c\"\"\"", {u"a\"b", u"c\""}}, Row{"\"\",x", {u"", u"x"}}, Row{"\"a,b", {u"a,b"}},
+          Row{"\"a,b\"c", {u"a,b\"c"}}, Row{"\",\"\"\",x", {u",\"", u"x"}}, Row{"\"", {u"\""}},
+          Row{"\",", {u","}}, Row{"a,,\r\n,b\n", {u"a", u"", u"", u"", u"b"}},
+          Row{"\"a\r\nb\",c", {u"\"a", u"b\"", u"c"}}, Row{"a \"x\",b", {u"a \"x\"", u"b"}}}) {
         const auto reader = streams.OpenStreamReader(write("a", content));
         std::vector<Text> items;
         while (!reader->EndOfStream()) items.push_back(reader->ReadItem());

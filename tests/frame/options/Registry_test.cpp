@@ -97,16 +97,10 @@ TEST_F(Registry, TypedOptionsReadNumbersByTheirOwnRules) {
         bool flag;
         int32 number;
     };
-    for (const auto& c : {Case{u"", false, 0},
-                          {u"0", false, 0},
-                          {u"-1", true, -1},
-                          {u"001", false, 1},
-                          {u"WAHR", true, -1},
-                          {u"12abc", true, 0},
-                          {u" 42 ", true, 42},
-                          {u"3,5", true, 4},
-                          {u"2147483648", true, 0},
-                          {u"-2147483648", true, -2147483647 - 1}}) {
+    for (const auto& c :
+         {Case{u"", false, 0}, Case{u"0", false, 0}, Case{u"-1", true, -1}, Case{u"001", false, 1},
+          Case{u"WAHR", true, -1}, Case{u"12abc", true, 0}, Case{u" 42 ", true, 42}, Case{u"3,5", true, 4},
+          Case{u"2147483648", true, 0}, Case{u"-2147483648", true, -2147483647 - 1}}) {
         store(u"Software\\Tessarol\\X", u"Y", c.text);
         EXPECT_EQ(rtm.BoolOption(u"X", u"Y"), c.flag) << toUtf8(c.text);
         EXPECT_EQ(rtm.LongOption(u"X", u"Y"), c.number) << toUtf8(c.text);

@@ -1,12 +1,16 @@
 #include "tsRtm/frame/rtf/Markup.hpp"
 
-#include "tests/frame/text/GermanLocale.hpp"
+#include <gtest/gtest.h>
+
+#include "tests/support/TestGround.hpp"
 #include "tsRtm/frame/rtf/PlainText.hpp"
 
 namespace tsRtm {
 namespace {
 
-class Markup : public test::GermanLocale {};
+class Markup : public testing::Test {
+    test::StartedLibrary library;
+};
 
 // What stands between the fixed opening and the closing brace.
 Text body(const Text& text) {

@@ -1,16 +1,22 @@
 #include "tsRtm/frame/text/NumberText.hpp"
 
+#include <gtest/gtest.h>
+
 #include <cmath>
 #include <limits>
 
-#include "tests/frame/text/GermanLocale.hpp"
+#include "tests/support/TestGround.hpp"
 #include "tsRtm/frame/text/Format.hpp"
 #include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm {
 namespace {
 
-class NumberText : public test::GermanLocale {};
+class NumberText : public testing::Test {
+ protected:
+    test::StartedLibrary library;
+    rtmMain::LocaleBlock& locale = rtmMain::state().locale;
+};
 
 TEST_F(NumberText, ReadsByTheLocaleOnlyWithADecimalMark) {
     const std::pair<Text, float64> cases[] = {
@@ -20,29 +26,22 @@ TEST_F(NumberText, ReadsByTheLocaleOnlyWithADecimalMark) {
         {u"1,5e3", 1500},  {u"1,2,3", 1.2},       {u"12,345.67", 12345.67}};  // there "," is what goes
     for (const auto& [text, value] : cases) EXPECT_DOUBLE_EQ(TSVal(text), value) << toUtf8(text);
 
-    locale().sepDec = u".";
-    locale().sep1000 = u",";
+    locale.sepDec = u".";
+    locale.sep1000 = u",";
     EXPECT_DOUBLE_EQ(TSVal(u"1,234.5"), 1234.5);
     EXPECT_DOUBLE_EQ(TSVal(u"1,234"), 1);
 }
 
 TEST_F(NumberText, RoundsHalfAwayFromZeroOnFifteenDigits) {
-    const std::tuple<float64, int32, bool, Text> cases[] = {
-        {1234.5, 2, false, u"1234,50"},
-        {1234.5, 0, true, u"1.235"},
-        {-2.5, 0, false, u"-3"},
-        {-1, -3, false, u"-1"},
-        {1.005, 2, false, u"1,01"},  // its float64 lies below
-        {0.49999, 0, false, u"0"},
-        {9.995, 2, false, u"10,00"},
-        {999999.5, 0, true, u"1.000.000"},
-        {-0.001, 2, false, u"0,00"},  // a rounded 0 has no sign
-        {1e20, 1, true, u"100.000.000.000.000.000.000,0"},
-        {0.1 + 0.2, 20, false, u"0,30000000000000000000"},
-        {1.5e-7, 7, false, u"0,0000002"},
-        {0, 3, false, u"0,000"},
-    };
-    for (const auto& [value, decimals, thousands, text] : cases)
+    using Row = std::tuple<float64, int32, bool, Text>;
+    for (const auto& [value, decimals, thousands, text] :
+         {Row{1234.5, 2, false, u"1234,50"}, Row{1234.5, 0, true, u"1.235"}, Row{-2.5, 0, false, u"-3"},
+          Row{-1, -3, false, u"-1"}, Row{1.005, 2, false, u"1,01"},  // its float64 lies below
+          Row{0.49999, 0, false, u"0"}, Row{9.995, 2, false, u"10,00"}, Row{999999.5, 0, true, u"1.000.000"},
+          Row{-0.001, 2, false, u"0,00"},  // a rounded 0 has no sign
+          Row{1e20, 1, true, u"100.000.000.000.000.000.000,0"},
+          Row{0.1 + 0.2, 20, false, u"0,30000000000000000000"}, Row{1.5e-7, 7, false, u"0,0000002"},
+          Row{0, 3, false, u"0,000"}})
         EXPECT_EQ(toUtf8(TSStr(value, decimals, thousands)), toUtf8(text)) << value;
 }
 
@@ -107,8 +106,8 @@ TEST_F(NumberText, Formats) {
     EXPECT_EQ(Format(moment, u"hh:nn:ss"), u"08:05:09");
     EXPECT_EQ(Format(moment, u"d/m/yy h \\Uhr"), u"3.2.24 8 U8r");
     EXPECT_EQ(Format(Date(0.75), u"Short Time"), u"18:00");
-    locale().sepTime = u".";
-    locale().dateForm = 2;
+    locale.sepTime = u".";
+    locale.dateForm = 2;
     EXPECT_EQ(Format(moment, u"Short Date"), u"2024.02.03");
     EXPECT_EQ(Format(moment, u"hh:nn"), u"08.05");
 }
