@@ -171,9 +171,10 @@ int work(const std::string& name, unsigned user) {
 
 // Each user is a process of its own: this program with other arguments.
 int32 letUsersWork(const std::string& program, const std::string& name) {
+    const std::string asUser = "'" + program + "' --user '" + name + "' ";
     std::vector<FILE*> users;
     for (int user = 1; user <= kUsers; ++user) {
-        const std::string command = "'" + program + "' --user '" + name + "' " + std::to_string(user);
+        const std::string command = asUser + std::to_string(user);
         if (FILE* output = ::popen(command.c_str(), "r")) users.push_back(output);
     }
     int32 booked = 0;
