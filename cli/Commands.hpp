@@ -21,6 +21,8 @@ void addRtf(CLI::App& app);       // rtf
 void addOptions(CLI::App& app);   // options list, get, set, delete
 void addHash(CLI::App& app);      // hash
 void addDates(CLI::App& app);     // date
+void addHolidays(CLI::App& app);  // holidays, easter
+void addWorkday(CLI::App& app);   // workday
 void addTables(CLI::App& app);    // tab
 void addCompletion(CLI::App& app);
 

@@ -53,6 +53,8 @@ void addCommands(CLI::App& app) {
     addOptions(app);
     addHash(app);
     addDates(app);
+    addHolidays(app);
+    addWorkday(app);
     addTables(app);
     addCompletion(app);
 }

@@ -6,6 +6,7 @@
 #include <iostream>
 #include <set>
 
+#include "cli/shared/Zone.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/frame/iStatusControl.hpp"
 #include "tsRtm/frame/rtmMain.hpp"
@@ -89,7 +90,7 @@ void startLibrary() {
                                      .dialogs = canAsk() ? machine.dialogs : notes,
                                      .texts = machine.texts,
                                      .random = machine.random,
-                                     .zones = machine.zones};
+                                     .zones = toolZones(machine.zones)};
     rtmMain::Main(ground);
     if (errorIsTerminal()) rtmMain::state().messageLine = std::make_shared<StatusLine>();
 }

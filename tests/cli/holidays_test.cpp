@@ -1,0 +1,103 @@
+// tsrtm holidays, easter and workday.
+#include "tests/cli/Tool.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+using Holidays = Tool;
+
+// Dates of the holidays, apart by a blank.
+std::string datesIn(const nlohmann::json& answer) {
+    std::string dates;
+    for (const auto& day : answer["days"])
+        if (day["holiday"]) dates += (dates.empty() ? "" : " ") + day["date"].get<std::string>().substr(5);
+    return dates;
+}
+
+TEST_F(Holidays, OfAStateAndALaw) {
+    for (const auto& [arguments, dates] :
+         {std::pair{"2025 --land MV",
+                    "01-01 03-08 04-18 04-20 04-21 05-01 05-29 06-08 06-09 10-03 10-31 11-30 12-07 "
+                    "12-14 12-21 12-25 12-26"},
+          {"2025 --land mecklenburg-vorpommern --law 12.7.2022",
+           "01-01 04-18 04-20 04-21 05-01 05-29 06-08 06-09 10-03 10-31 11-30 12-07 12-14 12-21 12-25 "
+           "12-26"}})
+        EXPECT_EQ(datesIn(ok(std::string("holidays --json ") + arguments).json()), dates) << arguments;
+    const auto all = ok("holidays 2026 --all --land 2 --json").json();
+    EXPECT_EQ(all["land"], "BAYERN");
+    EXPECT_EQ(all["days"].back()["name"], "Silvester");
+    EXPECT_EQ(all["days"][0], nlohmann::json::parse(R"({"date":"2026-01-01","weekdayName":"Donnerstag",
+        "name":"Neujahr","holiday":true,"remark":null,"law":null})"));
+    const std::string table = ok("holidays 2025 --land Berlin").out;
+    EXPECT_NE(table.find("08.05.2025  Donnerstag  80 Jahre Befreiung        Berlin, Gesetz vom 10.7.2024"),
+              std::string::npos)
+        << table;
+    EXPECT_NE(ok("holidays 2026 --land by").out.find("only in Augsburg"), std::string::npos);
+}
+
+TEST_F(Holidays, TakeTheStoredState) {
+    EXPECT_NE(run("holidays 2026").err.find("any state counts"), std::string::npos);
+    EXPECT_EQ(run("workday 4.6.2026").out, "05.06.2026 Freitag\n  not 04.06.2026 Donnerstag: Fronleichnam\n");
+    ok("options set Bundesland Berlin");
+    const auto stored = ok("workday 4.6.2026 --json");
+    EXPECT_EQ(stored.err, "");
+    EXPECT_EQ(stored.json()["date"], "2026-06-04");
+    EXPECT_EQ(ok("workday 4.6.2026 --land NRW --json").json()["land"], "NRW");
+    ok("options set Bundesland Preussen");
+    refused("workday 4.6.2026", 1, "no state 'Preussen'; there are BADENW, BAYERN");
+}
+
+TEST_F(Holidays, AsACalendarFile) {
+    const std::string file = ok("holidays 2025 --land Berlin --ics").out;
+    EXPECT_TRUE(file.starts_with("BEGIN:VCALENDAR\r\nVERSION:2.0\r\n"));
+    EXPECT_TRUE(file.ends_with("END:VEVENT\r\nEND:VCALENDAR\r\n"));
+    EXPECT_NE(
+        file.find("\r\nDTSTART;VALUE=DATE:20250508\r\nSUMMARY:80 Jahre Befreiung\r\nCATEGORIES:Feiertag\r\n"
+                  "DESCRIPTION:Berlin\\, Gesetz vom 10.7.2024 (GVBl. S. 460)\r\n"),
+        std::string::npos);
+    for (std::size_t at = 0; at < file.size();) {
+        const auto end = file.find("\r\n", at);
+        ASSERT_NE(end, std::string::npos);
+        EXPECT_LE(end - at, 75u);
+        at = end + 2;
+    }
+    const std::string all = ok("holidays 2025 --land MV --all --ics").out;
+    EXPECT_NE(all.find("\r\n "), std::string::npos) << "a long line is folded";
+}
+
+TEST_F(Holidays, WorkdaysOnAndBack) {
+    for (const auto& [arguments, out] :
+         {std::pair{"25.12.2026", "28.12.2026 Montag\n  not 25.12.2026 Freitag: 1. Weihnachtstag\n"},
+          {"25.12.2026 -1", "24.12.2026 Donnerstag\n"},
+          {"31.12.2026 +1m +1", "01.02.2027 Montag\n"},
+          {"23.12.2026 +3 --working", "29.12.2026 Dienstag\n  not 25.12.2026 Freitag: 1. Weihnachtstag\n"},
+          {"2026-11-21", "23.11.2026 Montag\n"}})
+        EXPECT_EQ(ok(std::string("workday --land NRW ") + arguments).out, out) << arguments;
+    refused("workday 31.12.9999 +1 --land NRW", 1, "the calendar ends");
+    refused("workday 31.02.2026 --land NRW", 1, "there is no 31.2.2026");
+    refused("workday 1.1.2026 -3 --working --land NRW", 1, "forward");
+    refused("workday 1.1.2026 .. 2.1.2026", 1, "one date");
+    refused("holidays 2026 --land XX", 1, "no state 'XX'");
+    refused("holidays 2026 --land NRW --zone Europe/Bonn", 1, "no time zone");
+    refused("holidays 100", 2, "YEAR");
+    refused("holidays 2026 --json --ics", 2, "--ics");
+}
+
+// Summer time is that of Germany on every machine.
+TEST_F(Holidays, EasterAndTheClock) {
+    EXPECT_EQ(ok("easter 2024").out,
+              "Easter Sunday    31.03.2024\northodox Easter  05.05.2024\nfirst Advent     01.12.2024\n");
+    EXPECT_NE(ok("easter 2026")
+                  .out.find("14.04.2026  two days late by the library's rule; the churches have 12.04.2026"),
+              std::string::npos);
+    EXPECT_EQ(ok("easter 2026 --json").json()["easter"], "2026-04-05");
+    ::setenv("TZ", "America/New_York", 1);
+    const std::string german = ok("holidays 2024 --all --land NRW").out;
+    const std::string own = ok("holidays 2024 --all --land NRW --zone America/New_York").out;
+    ::unsetenv("TZ");
+    EXPECT_NE(german.find("31.03.2024  Sonntag              Beginn Sommerzeit"), std::string::npos) << german;
+    EXPECT_NE(own.find("10.03.2024  Sonntag              Beginn Sommerzeit"), std::string::npos) << own;
+}
+
+}  // namespace
+}  // namespace tsRtm::test
