@@ -14,6 +14,7 @@ void addChanges(CLI::App& db);   // set, add, delete, undelete, lock
 void addMemos(CLI::App& db);     // memo get, set, export
 void addImport(CLI::App& db);
 void addExport(CLI::App& db);
+void addBulk(CLI::App& db);       // pack, rebuild, zap, index
 void addCare(CLI::App& db);       // check, sort
 void addBanks(CLI::App& app);     // banks import, banks find
 void addMessages(CLI::App& app);  // msg

@@ -46,6 +46,7 @@ void addCommands(CLI::App& app) {
     addImport(*db);
     addExport(*db);
     addMemos(*db);
+    addBulk(*db);
     addCare(*db);
     addBanks(app);
     addMessages(app);

@@ -170,6 +170,24 @@ TEST_F(Databases, CheckFindsADamagedIndexAndRepairsIt) {
     }
 }
 
+TEST_F(Databases, WholeFilesAreMadeAnew) {
+    makePersonsNamed({"Abel", "Berg", "Cohn"});
+    ok("db delete P 2");
+    refused("db pack Fehlt", 1, "no database");
+    EXPECT_EQ(ok("db pack P --memos").out, "packed: 1 deleted records gone, 2 kept\n");
+    EXPECT_EQ(ok("db get P 2 --json").json()["fields"]["NAME"], "Cohn");
+    ok("db index drop P TAG");
+    ok("db index add P BETRAG NAME");
+    refused("db index add P NAME", 1, "");
+    refused("db index drop P TAG", 1, "no index begins with");
+    EXPECT_EQ(ok("db info P --json").json()["indexes"][2], nlohmann::json::parse(R"(["BETRAG","NAME"])"));
+    EXPECT_EQ(ok("db rebuild P").out, "rebuilt: 2 records\n");
+    refused("db zap P", 1, "--yes");
+    EXPECT_EQ(ok("db zap P --yes").out, "emptied: 2 records gone\n");
+    ok("db add P NAME=Neu");
+    EXPECT_EQ(ok("db check P").out, "sound\n");
+}
+
 TEST_F(Databases, WrongUsageIsStatusTwo) {
     makePersons();
     for (const auto& [arguments, tells] : {std::pair{"", "subcommand is required"},

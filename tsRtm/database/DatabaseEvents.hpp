@@ -8,16 +8,22 @@
 namespace tsRtm {
 
 class clsTSRecord;
+class clsTSRecordSet;
 
 struct DatabaseEvents {
     // A long work goes on: phase, done so far, of how many.
     Event<int32, int32, int32> UpdateProgress;
     // Asks for a record object of this number that a listener holds; the listener puts it in.
     Event<int32, std::shared_ptr<clsTSRecord>&> HalloSatz;
+    // Asks for a record set on an index that a listener holds; -3 instead of a field: the listener lets go of
+    // all it has, since records get other numbers.
+    Event<int32, std::shared_ptr<clsTSRecordSet>&> HalloIndex;
     // An index changed: its primary field.
     Event<int32> IndexChange;
     // A record was written, locked, unlocked or deleted.
     Event<int32> RecordChange;
+    // Records have other numbers, or are gone: Pack and Zap.
+    Event<> Packed;
 };
 
 }  // namespace tsRtm

@@ -5,8 +5,8 @@
 #include "tsRtm/control/clsMasken.hpp"
 #include "tsRtm/database/clsTSRecord.hpp"
 #include "tsRtm/database/engine/DatabaseEngine.hpp"
+#include "tsRtm/database/upkeep/FileExchange.hpp"
 #include "tsRtm/database/upkeep/IndexCheck.hpp"
-#include "tsRtm/database/upkeep/IndexSort.hpp"
 #include "tsRtm/database/upkeep/LostFiles.hpp"
 #include "tsRtm/frame/clsStreamReader.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
@@ -83,6 +83,10 @@ int32 clsTSDB::Oeffne(TextView Pfad, bool ReadOnly, bool SingleUse) {
 void clsTSDB::openInner() {
     auto& e = *engine_;
     auto& d = e.d;
+    if (!finishExchange(d.folder)) {
+        e.fail(DatabaseError::locked);
+        return;
+    }
     recoverControl(d.folder);
     d.control = std::make_shared<clsControl>(d.folder.files);
     bool dos = true;
@@ -137,11 +141,7 @@ bool clsTSDB::openFiles() {
         rtmMain::DebugLog(folder.name + u": kein Zugriff auf " + Text(ChangeCount::kFileName));
         return e.fail(DatabaseError::locked);
     }
-    d.opened.data =
-        folder.files.OpenBinaryAPI(folder.path(u"Data.tsd"), !folder.filesWritable, folder.shared);
-    if (d.opened.data == 0) return e.fail(DatabaseError::locked);
-    d.store = RecordStore(folder.files.handleFile(d.opened.data), d.layout, folder.shared);
-    d.refreshCount();
+    if (!d.openData()) return e.fail(DatabaseError::locked);
     sniffUnicode();
     return true;
 }
@@ -282,75 +282,6 @@ int32 clsTSDB::AnzahlIndizes() const { return engine_->d.indexes.count(); }
 int32 clsTSDB::AnzahlKetten() const { return engine_->d.control ? engine_->d.control->AnzahlKetten() : 0; }
 int32 clsTSDB::AnzahlMemos() const { return engine_->d.control ? engine_->d.control->AnzahlMemos() : 0; }
 int32 clsTSDB::CtrlEintraege() const { return engine_->d.layout.fields(); }
-
-// --- Whole database ---
-
-bool clsTSDB::Sort(int32 IndexSpalte) {
-    const Working working(*this);
-    auto& e = *engine_;
-    if (e.writer.busy()) return e.fail(DatabaseError::locked);
-    const auto error = sortIndexes(
-        e.d, IndexSpalte, [this](int32 phase, int32 done, int32 sum) { UpdateProgress(phase, done, sum); });
-    if (failed(error)) return e.fail(error);
-    for (int32 n = 1; n <= e.d.indexes.count(); ++n)
-        if (IndexSpalte == -1 || n == IndexSpalte) IndexChange(e.d.indexes.keys(n).primary());
-    if (!e.keineEreignisse) RecordChange(e.c.aktSatz);
-    return true;
-}
-
-bool clsTSDB::Check(bool Repair, TextView Zusatz) {
-    const Working working(*this);
-    auto& e = *engine_;
-    auto& d = e.d;
-    befunde_.clear();
-    rtmMain::DebugLog(u"Konsistenzprüfung für Datenbank " + Pfad());
-    if (!Zusatz.empty()) rtmMain::DebugLog(Zusatz);
-    const auto locked = d.folder.readOnly ? DatabaseError::none : d.locks.lockDatabase();
-    if (failed(locked) || e.writer.busy()) {
-        rtmMain::DebugLog(u"DB kann nicht gesperrt werden.");
-        return e.fail(DatabaseError::locked);
-    }
-    struct Release {
-        DatabaseLocks* locks;
-        ~Release() {
-            if (locks) locks->unlockDatabase();
-        }
-    } release{d.folder.readOnly ? nullptr : &d.locks};
-    e.fehler = 0;
-    const int32 count = d.records();
-    d.refreshCount();
-    const auto note = [this](Text line) {
-        rtmMain::DebugLog(line);
-        befunde_.push_back(std::move(line));
-    };
-    if (d.records() != count)
-        note(u"Count: " + toText(count) + u" - Dateilänge: " +
-             toText(static_cast<int64>(d.store ? d.store.bytes().knownSize() : 0)) + u" -> Anzahl: " +
-             toText(d.records()));
-    bool sound = true;
-    std::vector<int32> faulty;
-    for (int32 number = 1; d.store && d.indexes.has(number); ++number) {
-        rtmMain::DebugLog(u"Konsistenzprüfung Index " + Caption(d.indexes.keys(number).primary()));
-        auto lines = checkIndex(d, number);
-        if (!lines.empty()) faulty.push_back(number);
-        sound = sound && lines.empty();
-        for (auto& line : lines) note(std::move(line));
-    }
-    if (!Repair || d.folder.readOnly || !d.store) return sound;
-    try {
-        if (const auto error = d.sign.enter(); failed(error)) return e.fail(error);
-        // With everybody else at work: they wait on the marks.
-        for (const int32 number : faulty) d.indexes.rebuild(number);
-        if (d.marks.leftBehind()) {
-            d.indexes.completeRecord();
-            d.marks.begin();
-            d.marks.end(d.records());
-        }
-    } catch (const Failure& failure) {
-        e.fail(failure);
-    }
-    return sound;
-}
 
 const std::vector<Text>& clsTSDB::Befunde() const { return befunde_; }
 

@@ -201,6 +201,21 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     // Rebuilds an index, or all for -1. False, and Error 70, where somebody else has the database open; all
     // locks stay.
     bool Sort(int32 IndexSpalte = -1);
+    // Adds an index, the last one then, and builds it. Error 9 for a field that cannot be searched by, 53
+    // where an index with this primary field is there.
+    void CreateIndex(int32 Primaer, int32 Sekundaer = 0, int32 Tertiaer = 0);
+    // Takes the index with this primary field away; 53 for none.
+    void DelIndex(int32 IndexSpalte);
+    // Takes the records out that are marked as deleted; the others get new numbers in their order. Live
+    // record objects end, locks of records are given up, and Packed is told. All files change at once: who
+    // dies in it leaves the database as it was, or packed.
+    bool Pack();
+    // Takes the room out of the memo stores that no record points to.
+    bool PackMemoKette();
+    // Both, and all indexes anew.
+    bool Rebuild();
+    // Takes all records out, with their memos and chains; serial numbers go on.
+    void Zap();
     // Checks every index against the records; what it finds goes to the debug log and to Befunde. With Repair
     // a faulty index is rebuilt; the result is that of the check before.
     bool Check(bool Repair, TextView Zusatz);
@@ -213,6 +228,9 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     void openInner();
     bool openFiles();
     void openSerial(bool afterDeath);
+    template <class Work>
+    bool exchanging(Work work, bool anew);
+    void letGoOfSets();
     int32 greatestSerial();
     void sniffUnicode();
     bool settle();

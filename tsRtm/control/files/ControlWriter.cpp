@@ -110,7 +110,11 @@ void replaceControlFile(TextView dir, TextView target, BytesView bytes) {
     auto error = writeWhole(temporary, bytes);
     if (!platform::failed(error))
         error = files.rename(temporary, rtmMain::JoinPath({dir, target}), /*replace=*/true);
-    if (!platform::failed(error)) return;
+    if (!platform::failed(error)) {
+        // The new name, too, is on the device.
+        static_cast<void>(files.flushFolder(dir));
+        return;
+    }
     // Another opening's temporary file is not ours to take away.
     if (error != SystemError::sharingViolation) static_cast<void>(files.remove(temporary));
     raise(failureNumber(error), kSource,

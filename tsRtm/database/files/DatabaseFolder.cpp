@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm {
@@ -13,6 +14,14 @@ constexpr int32 kOpenSilently = -1;
 
 Text DatabaseFolder::path(TextView file) const {
     return FilesTopic::MakePath({Variant(name), Variant(Text(file))});
+}
+
+std::vector<Text> DatabaseFolder::fileNames() const {
+    std::vector<Text> names;
+    const auto entries = rtmMain::system().files.list(name);
+    for (const auto& entry : entries ? *entries : std::vector<platform::FolderEntry>())
+        if (!entry.status.folder) names.push_back(entry.name);
+    return names;
 }
 
 int32 DatabaseFolder::open(TextView file, bool sharedOpening) const {

@@ -1,5 +1,7 @@
 #pragma once
 // The directory of an open database, how it was opened, and the opening of the files in it.
+#include <vector>
+
 #include "tsRtm/frame/FilesTopic.hpp"
 
 namespace tsRtm {
@@ -24,6 +26,8 @@ struct DatabaseFolder {
     MessagesTopic& messages() const { return files.messages(); }
     int32 modus() const noexcept { return filesWritable ? kModusReadWrite : kModusReadOnly; }
     Text path(TextView file) const;
+    // Names of the files in the directory, in no order; none where it cannot be read.
+    std::vector<Text> fileNames() const;
     // Opens a file of the directory in the mode of the database; waits NetWait seconds in silence. 0 where it
     // cannot be opened.
     int32 open(TextView file, bool sharedOpening) const;

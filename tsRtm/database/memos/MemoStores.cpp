@@ -124,6 +124,20 @@ Bytes MemoStores::bytes(int32 record, int32 field) {
                         [&](const MemoEntry& entry) { return texts(field).decodeBytes(entry); });
 }
 
+int32 MemoStores::copy(int32 field, int32 pointer, MemoFile& to) {
+    if (pointer < 1) return 0;
+    const MemoEntry entry = open(field).read(pointer);
+    if (entry.kind == MemoEntry::Kind::entry) {
+        const bool empty = entry.head.length < 1 || entry.head.length == memoFormat::kEmptyLength;
+        return empty ? 0 : to.append(entry.head, entry.payload);
+    }
+    if (entry.kind != MemoEntry::Kind::raw) return 0;
+    // Never scrambled anew: the key file of today need not be that of its day.
+    const MemoKind kind = *kindOf(field);
+    const Bytes payload = kind.blob ? entry.payload : oemToAnsi(entry.payload);
+    return to.append({memoFormat::ansi, 0, static_cast<int32>(payload.size())}, payload);
+}
+
 void MemoStores::release(int32 field, int32 pointer) {
     if (pointer > 0) waiting_.push_back({field, pointer});
     releaseWaiting(When::due);

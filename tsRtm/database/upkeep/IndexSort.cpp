@@ -56,12 +56,11 @@ void sortOne(OpenDatabase& d, int32 number, const WorkProgress& progress) {
         must(rtmMain::system().files.rename(fresh, name, true), name);
 }
 
-}  // namespace
-
-DatabaseError sortIndexes(OpenDatabase& d, int32 number, const WorkProgress& progress) {
+// From the reorganisation lock to `work`; failures are outcomes.
+template <class Work>
+DatabaseError reorganising(OpenDatabase& d, Work work) {
     if (!d.store) return DatabaseError::locked;
     if (d.folder.readOnly) return DatabaseError::readOnly;
-    if (number != -1 && !d.indexes.has(number)) return DatabaseError::badIndex;
     const ReorganisationHold alone(d.reorganisation);
     if (!alone) return alone.error();
     try {
@@ -70,6 +69,23 @@ DatabaseError sortIndexes(OpenDatabase& d, int32 number, const WorkProgress& pro
         if (const auto error = d.sign.enter(); failed(error)) return error;
         d.indexes.completeRecord();
         d.refreshCount();
+        return work();
+    } catch (const Failure& failure) {
+        d.marks.giveUp();
+        recordFailure(failure);
+        return static_cast<DatabaseError>(failure.Number());
+    }
+}
+
+// The same files under the numbers of the control as it is now.
+void defineAnew(OpenDatabase& d) { d.indexes.define(*d.control, d.layout, d.indexes.big()); }
+
+}  // namespace
+
+DatabaseError sortIndexes(OpenDatabase& d, int32 number, const WorkProgress& progress) {
+    if (d.store && !d.folder.readOnly && number != -1 && !d.indexes.has(number))
+        return DatabaseError::badIndex;
+    return reorganising(d, [&] {
         const bool healed = d.marks.leftBehind() && number == -1;
         const int32 first = number == -1 ? 1 : number;
         const int32 last = number == -1 ? d.indexes.count() : number;
@@ -78,11 +94,54 @@ DatabaseError sortIndexes(OpenDatabase& d, int32 number, const WorkProgress& pro
         if (healed) d.marks.begin();
         d.marks.end(d.records());
         return DatabaseError::none;
-    } catch (const Failure& failure) {
-        d.marks.giveUp();
-        recordFailure(failure);
-        return static_cast<DatabaseError>(failure.Number());
-    }
+    });
+}
+
+DatabaseError createIndex(OpenDatabase& d, const IndexEntry& fields, const WorkProgress& progress) {
+    for (const int32 field : fields)
+        if (field != 0 && (!d.layout.has(field) || d.layout.field(field).namesPlace()))
+            return DatabaseError::badField;
+    if (fields[0] == 0) return DatabaseError::badField;
+    for (int32 i = 1; d.indexes.has(i); ++i)
+        if (d.indexes.keys(i).primary() % 1000 == fields[0] % 1000) return DatabaseError::badIndex;
+    return reorganising(d, [&] {
+        if (!d.control->IndexHinzu(fields[0], fields[1], fields[2])) return DatabaseError::badField;
+        try {
+            defineAnew(d);
+            sortOne(d, d.indexes.count(), progress);
+            must(rtmMain::system().files.flushFolder(d.folder.name), d.folder.name);
+            d.control->Save();
+        } catch (const Failure&) {
+            d.control->IndexWeg(d.control->Indizes());
+            defineAnew(d);
+            throw;
+        }
+        return DatabaseError::none;
+    });
+}
+
+DatabaseError deleteIndex(OpenDatabase& d, int32 primaryField) {
+    return reorganising(d, [&] {
+        const int32 number = d.control->IndexNr(Variant(primaryField));
+        if (number == 0) return DatabaseError::badIndex;
+        const Text file = d.folder.path(d.indexes.fileName(number));
+        const IndexEntry entry = d.control->indexes()[static_cast<std::size_t>(number - 1)];
+        d.control->IndexWeg(number);
+        try {
+            d.control->Save();
+        } catch (const Failure&) {
+            // As it stands in the file; the order of indexes in memory counts for nothing there.
+            d.control->IndexHinzu(entry[0], entry[1], entry[2]);
+            defineAnew(d);
+            throw;
+        }
+        defineAnew(d);
+        if (d.folder.sensible)
+            d.folder.files.SecureKill(file);
+        else
+            FilesTopic::Recycle(file);
+        return DatabaseError::none;
+    });
 }
 
 }  // namespace tsRtm

@@ -57,7 +57,14 @@ void recoverControl(const DatabaseFolder& folder) {
 
 DataFile recoverData(OpenDatabase& d) {
     const Text data = d.folder.path(kData);
-    if (FilesTopic::Exist(data)) return DataFile::there;
+    if (FilesTopic::Exist(data)) {
+        const Text left = d.folder.path(kDataBeside);
+        if (d.folder.readOnly || !FilesTopic::Exist(left)) return DataFile::there;
+        // Nobody reorganises while Count.tsd is open here: an older program died in packing, and may have
+        // given the arrays the new numbers already. Written over, its tail would live again.
+        rtmMain::DebugLog(d.folder.name + u": Data.tmp blieb zurück, die Indizes werden neu aufgebaut");
+        return platform::failed(rtmMain::system().files.remove(left)) ? DataFile::there : DataFile::recovered;
+    }
     const int32 count = roundToInt32(Val(fromAnsi(contentOf(d.folder.path(u"Count.tsd")))));
     const Text beside = d.folder.path(kDataBeside);
     const uint64 size = sizeOf(beside);

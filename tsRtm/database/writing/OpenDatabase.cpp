@@ -13,6 +13,14 @@ OpenDatabase::OpenDatabase(FilesTopic& files) : folder(files) {
     };
 }
 
+bool OpenDatabase::openData() {
+    opened.data = folder.files.OpenBinaryAPI(folder.path(u"Data.tsd"), !folder.filesWritable, folder.shared);
+    if (opened.data == 0) return false;
+    store = RecordStore(folder.files.handleFile(opened.data), layout, folder.shared);
+    refreshCount();
+    return true;
+}
+
 bool OpenDatabase::openChanges() {
     // Nobody of ours has written yet where it is missing.
     if (!folder.filesWritable && !FilesTopic::Exist(folder.path(ChangeCount::kFileName))) return false;

@@ -47,6 +47,8 @@ struct OpenDatabase {
     bool remote() const { return guard.needed(); }
     int32 maxRecords() const { return control ? control->MaxRecords() : 0; }
     int32 records() const noexcept { return store.count(); }
+    // Data.tsd; made by who may write. False where it is not to be had.
+    bool openData();
     // Stand.tsd; made by who may write. False where it is not to be had.
     bool openChanges();
     // The record count anew, and the same where the last look is 6 x NetWait seconds old.

@@ -1,0 +1,115 @@
+// tsrtm db pack, rebuild, zap, index: work on whole files, with nobody else on the database.
+#include <CLI/CLI.hpp>
+#include <iostream>
+
+#include "cli/Commands.hpp"
+#include "cli/shared/CliError.hpp"
+#include "cli/shared/Progress.hpp"
+#include "cli/shared/SharedOptions.hpp"
+#include "tsRtm/frame/FilesTopic.hpp"
+
+namespace tsRtm::cli {
+namespace {
+
+struct Options {
+    std::string name;
+    std::vector<std::string> fields;
+    bool memos = false;
+    bool yes = false;
+};
+
+// Runs a work with a bar; what the database says of it is told.
+template <class Work>
+void withProgress(Session& session, const char* what, Work work) {
+    {
+        Progress progress(what, "records");
+        const auto watching = session.db().UpdateProgress.connect([&](int32, int32 done, int32 of) {
+            if (done >= 0 && of > 0) progress.update(static_cast<uint64>(done), static_cast<uint64>(of));
+        });
+        work(session.db());
+    }
+    session.check("'" + session.name() + "' is as it was");
+}
+
+// A place in the index of postal codes names records by their numbers.
+void refuseNumberedPlaces(Session& session) {
+    if (FilesTopic::Exist(databaseFolder(session.name()) + u"/Index.tsd"))
+        throw CliError("'" + session.name() +
+                       "' has an Index.tsd that names its records by number; it is not packed");
+}
+
+void pack(const Options& options) {
+    Session session(options.name, Use::alone);
+    refuseNumberedPlaces(session);
+    const int32 before = session.count();
+    withProgress(session, "Packing", [&](clsTSDB& db) { db.Pack(); });
+    if (options.memos) withProgress(session, "Packing memos", [](clsTSDB& db) { db.PackMemoKette(); });
+    std::cout << "packed: " << before - session.count() << " deleted records gone, " << session.count()
+              << " kept\n";
+}
+
+void rebuild(const Options& options) {
+    Session session(options.name, Use::alone);
+    refuseNumberedPlaces(session);
+    withProgress(session, "Rebuilding", [](clsTSDB& db) { db.Rebuild(); });
+    std::cout << "rebuilt: " << session.count() << " records\n";
+}
+
+void zap(const Options& options) {
+    if (!options.yes) throw CliError("this takes all records away for good; say --yes");
+    Session session(options.name, Use::alone);
+    const int32 before = session.count();
+    withProgress(session, "Emptying", [](clsTSDB& db) { db.Zap(); });
+    std::cout << "emptied: " << before << " records gone\n";
+}
+
+void addIndexTo(const Options& options) {
+    Session session(options.name, Use::alone);
+    const auto fields = FieldMap(session.control()).select(options.fields);
+    if (fields.size() > 3) throw CliError("an index has at most three fields");
+    const auto item = [&](std::size_t i) { return i < fields.size() ? fields[i] : 0; };
+    withProgress(session, "Building", [&](clsTSDB& db) { db.CreateIndex(item(0), item(1), item(2)); });
+}
+
+void dropIndex(const Options& options) {
+    Session session(options.name, Use::alone);
+    const FieldMap map(session.control());
+    const int32 field = map.need(options.fields.front());
+    if (session.control().IndexNr(Variant(field)) == 0)
+        throw CliError("no index begins with the field '" + options.fields.front() + "'");
+    withProgress(session, "Dropping", [&](clsTSDB& db) { db.DelIndex(field); });
+}
+
+CLI::App& command(CLI::App& into, const char* name, const char* help, const std::shared_ptr<Options>& options,
+                  void (*run)(const Options&)) {
+    auto* added = into.add_subcommand(name, help);
+    addDatabase(*added, options->name);
+    added->callback([options, run] { run(*options); });
+    return *added;
+}
+
+}  // namespace
+
+void addBulk(CLI::App& db) {
+    auto options = std::make_shared<Options>();
+    command(db, "pack", "Take deleted records out; the others get new numbers", options, pack)
+        .add_flag("--memos", options->memos, "And the room of memos that nobody points to");
+    command(db, "rebuild", "Pack records and memos, and build all indexes anew", std::make_shared<Options>(),
+            rebuild);
+    options = std::make_shared<Options>();
+    command(db, "zap", "Take all records out", options, zap).add_flag("--yes", options->yes, "Really");
+
+    auto* index = db.add_subcommand("index", "Add an index, or take one away");
+    index->require_subcommand(1);
+    options = std::make_shared<Options>();
+    command(*index, "add", "Build a further index", options, addIndexTo)
+        .add_option("FIELD", options->fields,
+                    "One to three fields, the first of which no other index begins with")
+        ->required();
+    options = std::make_shared<Options>();
+    command(*index, "drop", "Take the index away that begins with this field", options, dropIndex)
+        .add_option("FIELD", options->fields, "The field")
+        ->required();
+}
+
+}  // namespace tsRtm::cli

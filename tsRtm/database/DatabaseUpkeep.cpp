@@ -1,0 +1,190 @@
+// clsTSDB: work on the whole database.
+#include "tsRtm/database/clsTSDB.hpp"
+#include "tsRtm/database/engine/DatabaseEngine.hpp"
+#include "tsRtm/database/upkeep/IndexCheck.hpp"
+#include "tsRtm/database/upkeep/IndexSort.hpp"
+#include "tsRtm/database/upkeep/Packing.hpp"
+#include "tsRtm/frame/runtime/DebugLog.hpp"
+#include "tsRtm/frame/state/State.hpp"
+
+namespace tsRtm {
+namespace {
+
+// Tells the one who asks a record set of the database to let go of it.
+constexpr int32 kLetGo = -3;
+
+// Keeps writes by handlers out for the length of a work.
+class Occupied {
+ public:
+    explicit Occupied(RecordWriter& writer) : writer_(writer) { writer_.occupy(true); }
+    ~Occupied() { writer_.occupy(false); }
+    Occupied(const Occupied&) = delete;
+    Occupied& operator=(const Occupied&) = delete;
+
+ private:
+    RecordWriter& writer_;
+};
+
+}  // namespace
+
+bool clsTSDB::Sort(int32 IndexSpalte) {
+    const Working working(*this);
+    auto& e = *engine_;
+    if (e.writer.busy()) return e.fail(DatabaseError::locked);
+    const auto error = sortIndexes(
+        e.d, IndexSpalte, [this](int32 phase, int32 done, int32 sum) { UpdateProgress(phase, done, sum); });
+    if (failed(error)) return e.fail(error);
+    for (int32 n = 1; n <= e.d.indexes.count(); ++n)
+        if (IndexSpalte == -1 || n == IndexSpalte) IndexChange(e.d.indexes.keys(n).primary());
+    if (!e.keineEreignisse) RecordChange(e.c.aktSatz);
+    return true;
+}
+
+bool clsTSDB::Check(bool Repair, TextView Zusatz) {
+    const Working working(*this);
+    auto& e = *engine_;
+    auto& d = e.d;
+    befunde_.clear();
+    rtmMain::DebugLog(u"Konsistenzprüfung für Datenbank " + Pfad());
+    if (!Zusatz.empty()) rtmMain::DebugLog(Zusatz);
+    const auto locked = d.folder.readOnly ? DatabaseError::none : d.locks.lockDatabase();
+    if (failed(locked) || e.writer.busy()) {
+        rtmMain::DebugLog(u"DB kann nicht gesperrt werden.");
+        return e.fail(DatabaseError::locked);
+    }
+    struct Release {
+        DatabaseLocks* locks;
+        ~Release() {
+            if (locks) locks->unlockDatabase();
+        }
+    } release{d.folder.readOnly ? nullptr : &d.locks};
+    e.fehler = 0;
+    const int32 count = d.records();
+    d.refreshCount();
+    const auto note = [this](Text line) {
+        rtmMain::DebugLog(line);
+        befunde_.push_back(std::move(line));
+    };
+    if (d.records() != count)
+        note(u"Count: " + toText(count) + u" - Dateilänge: " +
+             toText(static_cast<int64>(d.store ? d.store.bytes().knownSize() : 0)) + u" -> Anzahl: " +
+             toText(d.records()));
+    bool sound = true;
+    std::vector<int32> faulty;
+    for (int32 number = 1; d.store && d.indexes.has(number); ++number) {
+        rtmMain::DebugLog(u"Konsistenzprüfung Index " + Caption(d.indexes.keys(number).primary()));
+        auto lines = checkIndex(d, number);
+        if (!lines.empty()) faulty.push_back(number);
+        sound = sound && lines.empty();
+        for (auto& line : lines) note(std::move(line));
+    }
+    if (!Repair || d.folder.readOnly || !d.store) return sound;
+    try {
+        if (const auto error = d.sign.enter(); failed(error)) return e.fail(error);
+        // With everybody else at work: they wait on the marks.
+        for (const int32 number : faulty) d.indexes.rebuild(number);
+        if (d.marks.leftBehind()) {
+            d.indexes.completeRecord();
+            d.marks.begin();
+            d.marks.end(d.records());
+        }
+    } catch (const Failure& failure) {
+        e.fail(failure);
+    }
+    return sound;
+}
+
+// Runs a work that exchanges files. `anew`: records get other numbers, so whatever knows one ends.
+template <class Work>
+bool clsTSDB::exchanging(Work work, bool anew) {
+    const Working working(*this);
+    auto& e = *engine_;
+    e.fehler = 0;
+    if (e.writer.busy()) return e.fail(DatabaseError::locked);
+    if (anew) letGoOfSets();
+    BulkFace face;
+    face.progress = [this](int32 phase, int32 done, int32 sum) { UpdateProgress(phase, done, sum); };
+    face.stopped = [this] { return closing_ || rtmMain::state().stopped; };
+    if (anew)
+        face.prepared = [this] {
+            KillAllObjects();
+            engine_->d.locks.unlockRecords();
+        };
+    BulkOutcome out;
+    {
+        const Occupied occupied(e.writer);
+        out = work(e.d, face);
+    }
+    if (out.changed && anew) {
+        e.c = Cursor();
+        e.c.felder = RecordBuffer(e.d.layout);
+        e.c.logPos = 1;
+    } else if (out.changed) {
+        e.c.felder.clear();
+        if (e.d.store && e.d.store.reaches(e.c.aktSatz)) readRecord(e.c.aktSatz);
+    }
+    if (failed(out.error)) return e.fail(out.error);
+    if (out.changed && anew) Packed();
+    return true;
+}
+
+void clsTSDB::letGoOfSets() {
+    std::shared_ptr<clsTSRecordSet> none;
+    HalloIndex(kLetGo, none);
+}
+
+bool clsTSDB::Pack() { return exchanging(packRecords, true); }
+
+bool clsTSDB::PackMemoKette() { return exchanging(packMemos, false); }
+
+void clsTSDB::Zap() { exchanging(emptyDatabase, true); }
+
+bool clsTSDB::Rebuild() {
+    const Working working(*this);
+    auto& d = engine_->d;
+    // One lock for all of it: nobody comes in between.
+    const ReorganisationHold alone(d.reorganisation);
+    if (!alone) return engine_->fail(d.folder.readOnly ? DatabaseError::readOnly : alone.error());
+    const int32 before = d.records();
+    if (!Pack()) return false;
+    if ((!d.indexes.big() || d.records() == before) && !Sort()) return false;
+    return PackMemoKette();
+}
+
+void clsTSDB::CreateIndex(int32 Primaer, int32 Sekundaer, int32 Tertiaer) {
+    const Working working(*this);
+    auto& e = *engine_;
+    e.fehler = 0;
+    if (e.writer.busy()) {
+        e.fail(DatabaseError::locked);
+        return;
+    }
+    const Occupied occupied(e.writer);
+    const auto error =
+        createIndex(e.d, {Primaer, Sekundaer, Tertiaer},
+                    [this](int32 phase, int32 done, int32 sum) { UpdateProgress(phase, done, sum); });
+    e.writer.prepare();
+    if (failed(error))
+        e.fail(error);
+    else
+        IndexChange(Primaer);
+}
+
+void clsTSDB::DelIndex(int32 IndexSpalte) {
+    const Working working(*this);
+    auto& e = *engine_;
+    e.fehler = 0;
+    if (e.writer.busy()) {
+        e.fail(DatabaseError::locked);
+        return;
+    }
+    const int32 active = ActiveIndex();
+    const Occupied occupied(e.writer);
+    const auto error = deleteIndex(e.d, IndexSpalte);
+    e.writer.prepare();
+    // The active order keeps its field, whatever its number is now.
+    e.c.aktIndex = active == 0 ? 0 : e.d.control->IndexNr(Variant(active));
+    if (failed(error)) e.fail(error);
+}
+
+}  // namespace tsRtm
