@@ -16,16 +16,33 @@ namespace {
 constexpr int32 kLast = std::numeric_limits<int32>::max();
 
 // A key as a caller types it, in the form that the index has it: a date at its start turns to its sortable
-// form.
-Text typedKey(const OpenDatabase& d, int32 index, TextView typed) {
-    const int32 primary = d.indexes.keys(index).primary();
-    if (!d.layout.has(primary)) return Text(typed);
-    const auto& field = d.layout.field(primary);
-    // The keys take dates with fewer than two decimals, the search those with none.
-    if (!field.date || field.nachKomma != 0) return Text(typed);
-    const auto blank = std::min(typed.find(u' '), typed.size());
-    return DateSort(typed.substr(0, blank)).append(typed.substr(blank));
-}
+// form. Made in the room of the search before, which a search within a search finds empty.
+class TypedKey {
+ public:
+    TypedKey(DatabaseEngine& engine, int32 index, TextView typed)
+        : engine_(engine), key_(std::move(engine.spareKey)) {
+        const IndexKeys& keys = engine.d.indexes.keys(index);
+        const auto& layout = engine.d.layout;
+        const int32 primary = keys.primary();
+        // The keys take dates with fewer than two decimals, the search those with none.
+        const bool asDate =
+            layout.has(primary) && layout.field(primary).date && layout.field(primary).nachKomma == 0;
+        const auto blank = std::min(typed.find(u' '), typed.size());
+        if (asDate)
+            keys.search(DateSort(typed.substr(0, blank)).append(typed.substr(blank)), key_);
+        else
+            keys.search(typed, key_);
+    }
+    ~TypedKey() { engine_.spareKey = std::move(key_); }
+    TypedKey(const TypedKey&) = delete;
+    TypedKey& operator=(const TypedKey&) = delete;
+
+    const SearchKey& operator*() const noexcept { return key_; }
+
+ private:
+    DatabaseEngine& engine_;
+    SearchKey key_;
+};
 
 // "#0" stands for the first position, and an empty key for "#1"; what is no number is a key.
 std::optional<int32> positionIn(TextView typed) {
@@ -118,8 +135,8 @@ bool clsTSDB::Exist(TextView Suchbegriff, int32 IndexNr) {
     const SearchUnderWay search(locating_);
     bool exact = false;
     e.recordingFileFailures([&] {
-        const SearchKey key = e.d.indexes.keys(IndexNr).search(typedKey(e.d, IndexNr, Suchbegriff));
-        exact = e.inIndex(IndexNr, [&](IndexForm& form) { return form.locate(key).exact; });
+        const TypedKey key(e, IndexNr, Suchbegriff);
+        exact = e.inIndex(IndexNr, [&](IndexForm& form) { return form.locate(*key).exact; });
     });
     return exact;
 }
@@ -172,10 +189,10 @@ void clsTSDB::goToNumber(int32 wanted) {
 void clsTSDB::goToKey(TextView Suchbegriff) {
     auto& e = *engine_;
     const SearchUnderWay search(locating_);
-    const SearchKey key = e.d.indexes.keys(e.c.aktIndex).search(typedKey(e.d, e.c.aktIndex, Suchbegriff));
+    const TypedKey key(e, e.c.aktIndex, Suchbegriff);
     Found found;
     const int32 record = e.recordInIndex(e.c.aktIndex, [&](IndexForm& form) {
-        found = form.locate(key);
+        found = form.locate(*key);
         return found.record == 0 && found.total > 0 ? form.recordAt(found.total) : found.record;
     });
     e.c.seen = found.total;
@@ -191,8 +208,8 @@ int32 clsTSDB::Rang(TextView Suchbegriff) {
     const SearchUnderWay search(locating_);
     int32 rank = 1;
     e.recordingFileFailures([&] {
-        const SearchKey key = e.d.indexes.keys(e.c.aktIndex).search(typedKey(e.d, e.c.aktIndex, Suchbegriff));
-        rank = e.inIndex(e.c.aktIndex, [&](IndexForm& form) { return form.locate(key).position; });
+        const TypedKey key(e, e.c.aktIndex, Suchbegriff);
+        rank = e.inIndex(e.c.aktIndex, [&](IndexForm& form) { return form.locate(*key).position; });
     });
     return rank;
 }

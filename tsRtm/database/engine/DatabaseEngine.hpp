@@ -37,6 +37,7 @@ struct DatabaseEngine {
     int32 seenRecord = 0;  // whose bytes `seen` has, 0 for none
     Bytes seen;
     std::unique_ptr<RecordBuffer> spareBuffer;  // room of a record object that has gone
+    SearchKey spareKey;                         // room of a search that has ended
 
     // Records an error for `Error`; gives false, for the callers that answer with it.
     bool fail(DatabaseError error) noexcept { return fail(numberOf(error)); }

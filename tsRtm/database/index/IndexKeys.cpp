@@ -117,16 +117,17 @@ void IndexKeys::prepare(TextView text, SearchKey& into) const {
     tsRtm::appendSortKey(into.prepared_.emplace<Bytes>(), text);
 }
 
-SearchKey IndexKeys::search(TextView key) const {
-    SearchKey out;
-    if (order_ == Order::text) {
-        prepare(key, out);
-    } else {
-        const Bytes bytes = layout_->toRecordCode(key);
-        const BytesView text = bytes;
-        prepare(Pieces(&text, 1), out);
-    }
-    return out;
+void IndexKeys::search(TextView key, SearchKey& into) const {
+    if (order_ == Order::text) return prepare(key, into);
+    Bytes bytes = std::move(into.bytes_);
+    bytes.clear();
+    if (order_ == Order::ansi)
+        appendAnsi(bytes, key);
+    else
+        bytes = layout_->toRecordCode(key);
+    const BytesView text = bytes;
+    prepare(Pieces(&text, 1), into);
+    if (order_ == Order::ansi) into.bytes_ = std::move(bytes);
 }
 
 void IndexKeys::searchFor(BytesView record, SearchKey& into) const {

@@ -26,7 +26,7 @@ class SearchKey {
 
  private:
     friend class IndexKeys;
-    Bytes bytes_;  // but for an AnsiSearchKey, which has its text
+    Bytes bytes_;  // but for an AnsiSearchKey, which has its text: then only room
     std::variant<std::monostate, AnsiSearchKey, DosSearchKey, Bytes> prepared_;
 };
 
@@ -43,7 +43,12 @@ class IndexKeys {
     int32 field(int32 component) const noexcept { return fields_[static_cast<std::size_t>(component)]; }
 
     // A key typed by a caller.
-    SearchKey search(TextView key) const;
+    void search(TextView key, SearchKey& into) const;
+    SearchKey search(TextView key) const {
+        SearchKey out;
+        search(key, out);
+        return out;
+    }
     // The key of a record; `into` keeps its room from key to key.
     void searchFor(BytesView record, SearchKey& into) const;
     SearchKey searchFor(BytesView record) const {

@@ -188,7 +188,7 @@ bool TreeIndex::walk(const Search& search, Trust trust) {
 void TreeIndex::aim(int32 record, const SearchKey& key) {
     if (isAimedAt(record, key)) {
         walkOn(aim_->search, aim_->way, Trust::hints);
-        approachNeighbours();
+        approach(neighbours());
         return;
     }
     standNowhere();
@@ -206,19 +206,17 @@ TreeIndex::Neighbours TreeIndex::neighbours() {
     return out;
 }
 
-void TreeIndex::approachNeighbours() {
-    const auto [before, behind] = neighbours();
+void TreeIndex::approach(const Neighbours& around) {
+    const auto [before, behind] = around;
     if (before) store_.approach(before->node->entry(before->position - 1).satz, keys_.touched());
     if (behind) store_.approach(behind->record(), keys_.touched());
 }
 
-bool TreeIndex::liesBehind(const Search& search) {
-    const Step* const before = neighbours().before;
+bool TreeIndex::liesBehind(const Search& search, const Step* before) {
     return !before || compare(search, *before, before->node->entry(before->position - 1).satz) > 0;
 }
 
-IndexKeys::Match TreeIndex::matchBehind(const Search& search) {
-    const Step* const behind = neighbours().behind;
+IndexKeys::Match TreeIndex::match(const Search& search, const Step* behind) {
     if (!behind) return {std::strong_ordering::less, false};
     return keys_.match(search.key, recordOf(*behind, behind->record()));
 }
@@ -238,9 +236,11 @@ bool TreeIndex::descend(const Search& search) {
         hit = walk(search, Trust::hints);
     }
     if (hit) return true;
-    approachNeighbours();
-    const Step* const behind = neighbours().behind;
-    const bool proven = liesBehind(search) && (!behind || compare(search, *behind, behind->record()) < 0);
+    const auto around = neighbours();
+    approach(around);
+    const Step* const behind = around.behind;
+    const bool proven =
+        liesBehind(search, around.before) && (!behind || compare(search, *behind, behind->record()) < 0);
     return !proven && walk(search, Trust::records);
 }
 
@@ -250,12 +250,12 @@ int32 TreeIndex::countBefore() {
     return sum;
 }
 
-Found TreeIndex::foundHere() {
+Found TreeIndex::foundBefore(const Step* behind) {
     Found found;
     if (depth_ == 0) return found;
     found.position = tree::plus(countBefore(), 1);
     found.total = step(0).node->total(step(0).keys);
-    if (const Step* const behind = neighbours().behind) found.record = behind->record();
+    if (behind) found.record = behind->record();
     return found;
 }
 
@@ -268,16 +268,18 @@ int32 TreeIndex::positionHere() {
 Found TreeIndex::locate(const SearchKey& key) {
     const Search search = searchFor(key, 0);
     walk(search, Trust::hints);
-    approachNeighbours();
-    Found found = foundHere();  // meanwhile the records come near
-    auto match = matchBehind(search);
-    if (match.order > 0 || !liesBehind(search)) {
+    auto around = neighbours();
+    approach(around);
+    Found found = foundBefore(around.behind);  // meanwhile the records come near
+    auto matched = match(search, around.behind);
+    if (matched.order > 0 || !liesBehind(search, around.before)) {
         walk(search, Trust::records);
-        found = foundHere();
-        match = matchBehind(search);
+        around = neighbours();
+        found = foundBefore(around.behind);
+        matched = match(search, around.behind);
     }
     file_.check();
-    found.exact = match.exact;
+    found.exact = matched.exact;
     return found;
 }
 

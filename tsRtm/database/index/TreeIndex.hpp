@@ -123,14 +123,14 @@ class TreeIndex final : public IndexForm {
         const Step* behind = nullptr;
     };
     Neighbours neighbours();
-    void approachNeighbours();
+    void approach(const Neighbours& around);
     // The proof of that place: the key before it is less, the one behind it not.
-    bool liesBehind(const Search& search);
-    IndexKeys::Match matchBehind(const Search& search);
+    bool liesBehind(const Search& search, const Step* before);
+    IndexKeys::Match match(const Search& search, const Step* behind);
     // Records before the place.
     int32 countBefore();
     // Place, total and record, without a look at the record.
-    Found foundHere();
+    Found foundBefore(const Step* behind);
     int32 positionHere();
     int32 seek(int32 position);
     // Who reads in order comes to the entries behind one of the last node next.

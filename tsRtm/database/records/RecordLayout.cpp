@@ -60,6 +60,7 @@ RecordLayout::RecordLayout(const clsControl& control, bool wide, bool dos) : wid
         mixed_ = mixed_ || control.field(i).IsUnicode();
         namesPlaces_ = namesPlaces_ || field.namesPlace();
     }
+    count_ = control.Felder();
     bytes_ = static_cast<uint32>(control.GesamtSatzLaenge()) * unit();
     blank_ = wide ? toUtf16Le(Text(bytes_ / 2, u' ')) : Bytes(bytes_, ' ');
 }

@@ -64,7 +64,7 @@ class RecordLayout {
     // `wide`: two bytes a character; `dos`: 8-bit text is in the DOS code page.
     RecordLayout(const clsControl& control, bool wide, bool dos);
 
-    int32 fields() const noexcept { return static_cast<int32>(fields_.size()) - 1; }
+    int32 fields() const noexcept { return count_; }
     // 1..fields().
     const FieldLayout& field(int32 number) const noexcept {
         return fields_[static_cast<std::size_t>(number)];
@@ -110,6 +110,7 @@ class RecordLayout {
     void fill(std::span<char> into, TextView text, bool right, bool wide) const;
 
     std::vector<FieldLayout> fields_{1};  // from 1
+    int32 count_ = 0;
     uint32 bytes_ = 1;
     Bytes blank_ = " ";
     bool wide_ = false;
