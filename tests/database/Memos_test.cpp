@@ -231,6 +231,33 @@ TEST_F(Memos, ARecordObjectReadsLateAndStoresWhatWasAssigned) {
     EXPECT_EQ(db->Memo(1), u"") << "each place has one owner";
 }
 
+// Places that a cut of the power left, or two owners of one text: found, and mended without a loss.
+TEST_F(Memos, WrongPlacesAreFoundAndMended) {
+    const auto db = made();
+    for (const auto& [number, text] : {std::pair{1, u"eins"}, {2, u"zwei"}}) {
+        db->AktSatzNr(number);
+        db->Memo(1, text);
+    }
+    EXPECT_TRUE(consistent(*db));
+    db->PutField(3, mNOTIZ, u"2");
+    db->PutField(1, mBILD, u"7");
+    EXPECT_FALSE(db->Check(false, {}));
+    EXPECT_EQ(db->Befunde().size(), 2u);
+    EXPECT_FALSE(db->Check(true, {}));
+    EXPECT_TRUE(consistent(*db));
+    const Text texts[] = {u"eins", u"zwei", u"zwei"};
+    for (int32 n = 1; n <= 3; ++n) EXPECT_EQ(db->Record(n)->Fields(mNOTIZ), texts[n - 1]);
+    EXPECT_EQ(db->GetField(1, mBILD), u"");
+    // Nobody left cleanly: what leads nowhere is cut before anybody can read a text of somebody else there.
+    db->PutField(2, mNOTIZ, u"99");
+    const auto left = disk.snapshot();
+    db->Schliesse();
+    disk.restore(left);
+    const auto next = open();
+    EXPECT_TRUE(consistent(*next));
+    EXPECT_EQ(next->Record(2)->Fields(mNOTIZ), u"");
+}
+
 // --- Others at work, and a death
 
 class MemoDeath : public testing::TestWithParam<int32> {

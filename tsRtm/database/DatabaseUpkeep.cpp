@@ -1,8 +1,11 @@
 // clsTSDB: work on the whole database.
+#include <optional>
+
 #include "tsRtm/database/clsTSDB.hpp"
 #include "tsRtm/database/engine/DatabaseEngine.hpp"
 #include "tsRtm/database/upkeep/IndexCheck.hpp"
 #include "tsRtm/database/upkeep/IndexSort.hpp"
+#include "tsRtm/database/upkeep/MemoCheck.hpp"
 #include "tsRtm/database/upkeep/Packing.hpp"
 #include "tsRtm/frame/runtime/DebugLog.hpp"
 #include "tsRtm/frame/state/State.hpp"
@@ -47,17 +50,12 @@ bool clsTSDB::Check(bool Repair, TextView Zusatz) {
     befunde_.clear();
     rtmMain::DebugLog(u"Konsistenzprüfung für Datenbank " + Pfad());
     if (!Zusatz.empty()) rtmMain::DebugLog(Zusatz);
-    const auto locked = d.folder.readOnly ? DatabaseError::none : d.locks.lockDatabase();
-    if (failed(locked) || e.writer.busy()) {
+    std::optional<DatabaseHold> hold;
+    if (!d.folder.readOnly && !e.writer.busy()) hold.emplace(d.locks);
+    if (e.writer.busy() || (hold && !*hold)) {
         rtmMain::DebugLog(u"DB kann nicht gesperrt werden.");
         return e.fail(DatabaseError::locked);
     }
-    struct Release {
-        DatabaseLocks* locks;
-        ~Release() {
-            if (locks) locks->unlockDatabase();
-        }
-    } release{d.folder.readOnly ? nullptr : &d.locks};
     e.fehler = 0;
     const int32 count = d.records();
     d.refreshCount();
@@ -78,8 +76,13 @@ bool clsTSDB::Check(bool Repair, TextView Zusatz) {
         sound = sound && lines.empty();
         for (auto& line : lines) note(std::move(line));
     }
-    if (!Repair || d.folder.readOnly || !d.store) return sound;
+    const bool mends = Repair && !d.folder.readOnly && d.store;
     try {
+        for (auto& line : d.store ? checkMemos(d, mends ? Mend::yes : Mend::no) : std::vector<Text>()) {
+            sound = false;
+            note(std::move(line));
+        }
+        if (!mends) return sound;
         if (const auto error = d.sign.enter(); failed(error)) return e.fail(error);
         // With everybody else at work: they wait on the marks.
         for (const int32 number : faulty) d.indexes.rebuild(number);

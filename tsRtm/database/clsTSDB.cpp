@@ -8,6 +8,7 @@
 #include "tsRtm/database/upkeep/FileExchange.hpp"
 #include "tsRtm/database/upkeep/IndexCheck.hpp"
 #include "tsRtm/database/upkeep/LostFiles.hpp"
+#include "tsRtm/database/upkeep/MemoCheck.hpp"
 #include "tsRtm/frame/clsStreamReader.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/frame/runtime/DebugLog.hpp"
@@ -163,6 +164,10 @@ bool clsTSDB::settle() {
         if (d.changes) d.changes.initialise();
         d.refreshCount();
         unclean = d.sign.leftUncleanly();
+        if (unclean) {
+            rtmMain::DebugLog(d.folder.name + u" wurde nicht ordentlich geschlossen");
+            for (const auto& line : checkMemos(d, Mend::yes)) rtmMain::DebugLog(line);
+        }
         if (d.marks.leftBehind())
             d.indexes.healLeftBehind();
         else if (unclean)

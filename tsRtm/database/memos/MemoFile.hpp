@@ -20,6 +20,7 @@ class MemoFile {
     // Takes back the last entry appended, where it still is the end of the file.
     void takeBack() noexcept;
 
+    MemoEntry::Kind kindAt(int32 block) { return headAt(block).kind; }
     // The entry at a block, as far as it is there.
     MemoEntry read(int32 block);
     // Overwrites an entry with zeros, its head included; an older one without a head stays. Where the length

@@ -124,6 +124,12 @@ Bytes MemoStores::bytes(int32 record, int32 field) {
                         [&](const MemoEntry& entry) { return texts(field).decodeBytes(entry); });
 }
 
+bool MemoStores::leadsSomewhere(int32 field, int32 pointer) {
+    MemoFile* const file = openForReading(field);
+    const auto kind = file ? file->kindAt(pointer) : MemoEntry::Kind::none;
+    return kind == MemoEntry::Kind::entry || kind == MemoEntry::Kind::raw;
+}
+
 int32 MemoStores::copy(int32 field, int32 pointer, MemoFile& to) {
     if (pointer < 1) return 0;
     const MemoEntry entry = open(field).read(pointer);

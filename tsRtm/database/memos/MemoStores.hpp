@@ -46,7 +46,9 @@ class MemoStores {
     int32 pointerIn(BytesView record, int32 field) const;
     void setPointer(std::span<char> record, int32 field, int32 pointer) const;
 
-    // An entry as it is into another store, an older one in the present form; its place there, 0 for none.
+    // Whether there is an entry, of whichever form, at a place.
+    bool leadsSomewhere(int32 field, int32 pointer);
+    // An entry as it is into a store, an older one in the present form; its place there, 0 for none.
     int32 copy(int32 field, int32 pointer, MemoFile& to);
 
     // The open store of a field, for who writes. 70 where it cannot be had.

@@ -39,7 +39,6 @@ std::vector<Text> checkIndex(OpenDatabase& d, int32 number) {
 }
 
 void settleIndexes(OpenDatabase& d) {
-    rtmMain::DebugLog(d.folder.name + u" wurde nicht ordentlich geschlossen");
     for (int32 number = 1; d.indexes.has(number); ++number)
         if (!checkIndex(d, number).empty()) d.indexes.rebuild(number);
 }

@@ -1,0 +1,16 @@
+#pragma once
+// The places of memos and blobs held against their stores.
+#include "tsRtm/database/writing/OpenDatabase.hpp"
+
+namespace tsRtm {
+
+enum class Mend { no, yes };
+
+// Pointers that lead to a free block, behind the end of the store or into the middle of nothing, and entries
+// that two records name: what is found, in the words of the log. To mend, a pointer that leads nowhere
+// becomes 0, or the next text written there would be shown; the second owner of an entry gets a copy of its
+// own. Nothing is given free: an entry without an owner may be somebody's in this moment. The caller holds
+// the database lock. Raises what the files raise.
+std::vector<Text> checkMemos(OpenDatabase& database, Mend mend);
+
+}  // namespace tsRtm
