@@ -1,5 +1,6 @@
 #pragma once
 // All that is public.
+#include "tsRtm/appointments/clsTermin.hpp"
 #include "tsRtm/banking/BankImport.hpp"
 #include "tsRtm/banking/DtADatei.hpp"
 #include "tsRtm/banking/DtAField.hpp"
@@ -27,7 +28,6 @@
 #include "tsRtm/tables/DatenVarTab.hpp"
 #include "tsRtm/tables/clsQuickSort.hpp"
 #include "tsRtm/types/Currency.hpp"
-#include "tsRtm/types/TerminTypes.hpp"
 #include "tsRtm/validation/clsValidBanking.hpp"
 #include "tsRtm/validation/clsValidDate.hpp"
 #include "tsRtm/validation/clsValidEAdr.hpp"
