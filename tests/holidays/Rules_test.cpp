@@ -108,7 +108,7 @@ TEST_F(Rules, NamesFollowTheTable) {
     EXPECT_EQ(rows[20], (std::array<Text, 4>{u"Tag der deutschen Einheit", u"", u"1", u"1706"}));
     EXPECT_EQ(rows[50], (std::array<Text, 4>{u"Neujahr", u"0101", u"1", u"101"}));
     const auto late = days.FeierTage(2200);
-    for (const std::size_t row : {3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 16, 17, 18, 19})
+    for (const std::size_t row : {3U, 4U, 5U, 6U, 7U, 8U, 9U, 10U, 11U, 12U, 16U, 17U, 18U, 19U})
         EXPECT_EQ(late[row][1], u"");
     EXPECT_EQ(days.Advent(u"1.5.2023"), u"03122023");
     EXPECT_EQ(days.Advent(u"1.5.24"), u"01122024");
