@@ -1,5 +1,6 @@
 // A month's calendar with the holidays of a state: calendar_show [JAHR MONAT].
-#include <cstdlib>
+#include <stdlib.h>
+
 #include <iostream>
 
 #include "tsRtm/tsRtm.hpp"
@@ -13,14 +14,15 @@ std::string twoWide(int32 number) { return (number < 10 ? " " : "") + std::to_st
 }  // namespace
 
 int main(int argc, char** argv) {
+    ::setenv("LC_ALL", "de_DE", 1);  // holidays are asked for in locales that have the day first
     const clsRtm rtm;
     clsCommon().Bundesland(NRW);
     const clsDatum calendar;
     clsFeierTage days;
     days.Rechtsstand(99999999);  // the law of today, with all amendments
 
-    const int32 year = argc > 2 ? std::atoi(argv[1]) : 2026;
-    const int32 month = argc > 2 ? std::atoi(argv[2]) : 12;
+    const int32 year = argc > 2 ? ::atoi(argv[1]) : 2026;
+    const int32 month = argc > 2 ? ::atoi(argv[2]) : 12;
     const Text first = calendar.DtoC(1, month, year);
     std::cout << toUtf8(calendar.MonthName(first)) << ' ' << year
               << " in Nordrhein-Westfalen; * is a holiday\n"
