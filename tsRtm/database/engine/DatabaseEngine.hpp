@@ -68,16 +68,13 @@ struct DatabaseEngine {
     // index.
     template <class Look>
     auto inIndex(int32 index, Look look) {
-        try {
-            return d.watch.steady([&](uint64 changes) {
+        return d.watch.steady(
+            [&](uint64 changes) {
                 IndexForm& form = d.indexes.open(index);
                 form.at(changes);
                 return look(form);
-            });
-        } catch (const Failure&) {
-            if (!d.watch.meetsDeath()) throw;
-            return look(d.indexes.listed(index, d.changes ? d.changes.value() : 0));
-        }
+            },
+            [&] { return look(d.indexes.listed(index, d.changes ? d.changes.value() : 0)); });
     }
     // The same for `look(form)` that gives a record number: the record is read into `seen` at that moment, so
     // that its key is the one it was found by.

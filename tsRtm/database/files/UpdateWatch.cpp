@@ -45,15 +45,19 @@ bool UpdateWatch::waits(Patience& patience) {
     auto& clock = rtmMain::system().clock;
     const Look now = look();
     const bool quiet = now.quiet;
-    if (folder_.readOnly && diesOver(now)) return false;
+    if (folder_.readOnly && diesOver(now) && !locks_.databaseHeldByOther()) {
+        metDeath_ = true;
+        return false;
+    }
     // It is below us on the stack: waiting would have no end.
     if (!quiet && UpdateMarks::underWayHere(folder_)) raiseBusy();
     const int32 attempt = patience.attempts++;
     if (attempt == 0) patience.start = clock.elapsed();
     if (attempt % kAskForOwner == kAskForOwner - 1 && !quiet && !locks_.databaseHeldByOther() &&
-        !look().quiet) {
+        look().number == now.number) {
         if (!folder_.readOnly) return heal && heal();
         dead_ = now.number;
+        metDeath_ = true;
         return false;
     }
     if (quiet && attempt >= kMostCrossings && !folder_.readOnly) return false;
@@ -65,7 +69,10 @@ bool UpdateWatch::waits(Patience& patience) {
 
 void UpdateWatch::healOrGiveUp() {
     if (!folder_.readOnly && heal && heal()) return;
-    if (folder_.readOnly) dead_ = look().number;
+    if (folder_.readOnly) {
+        dead_ = look().number;
+        metDeath_ = true;
+    }
     raiseBusy();
 }
 

@@ -28,7 +28,7 @@ class UpdateWatch {
     // Opens Stand.tsd, which a reader that came first did not find. Called once somebody of ours is at work.
     std::function<void()> findChanges;
     // For a reader who may not heal: the update that left its marks is dead, and nobody is at work.
-    bool meetsDeath() { return folder_.readOnly && diesOver(look()); }
+    bool meetsDeath() { return folder_.readOnly && diesOver(look()) && !locks_.databaseHeldByOther(); }
 
     // Runs `work(number)` until no update of somebody else can have touched it; `number` tells how often the
     // indexes have changed, so that what was learnt at the same number still holds. What the work raises
@@ -37,7 +37,8 @@ class UpdateWatch {
     // middle of an update by another object.
     template <class Work>
     auto steady(Work work) {
-        if (locks_.alone() || !count_) return work(number());
+        if (!count_) return work(number());
+        if (locks_.alone()) return settled(work);
         // What a client of a share remembers is no ground for an answer: it is asked for anew under the lock.
         if (guard_.needed() && folder_.filesWritable) return underLock(work);
         for (Patience patience;;) {
@@ -55,12 +56,38 @@ class UpdateWatch {
         return underLock(work);
     }
 
+    // The same with an answer for a reader who may not heal what a death left: `orphaned()` looks at the
+    // records alone, until nobody has come to heal meanwhile.
+    template <class Work, class Orphaned>
+    auto steady(Work work, Orphaned orphaned) {
+        for (;;) {
+            metDeath_ = false;
+            try {
+                return steady(work);
+            } catch (const Failure&) {
+                if (!metDeath_) throw;
+            }
+            if (!meetsDeath()) continue;
+            try {
+                auto result = orphaned();
+                if (meetsDeath()) return result;
+            } catch (const Failure&) {
+                if (meetsDeath()) throw;
+            }
+        }
+    }
+
  private:
     template <class Work>
     auto underLock(Work work) {
         const DatabaseHold hold(locks_, DatabaseLocks::Wait::silently);
         if (!hold) raiseBusy();
-        if (UpdateMarks::areSet(count_, changes_)) healOrGiveUp();
+        return settled(work);
+    }
+    // Nobody else can write; but an update that died may have left what could not be healed as yet.
+    template <class Work>
+    auto settled(Work work) {
+        if (UpdateMarks::areSet(count_, changes_) && !UpdateMarks::underWayHere(folder_)) healOrGiveUp();
         return work(number());
     }
 
@@ -91,6 +118,7 @@ class UpdateWatch {
     ShareGuard& guard_;
     uint64 unknown_ = 0;          // a number that was never seen, where there is no count of changes
     std::optional<uint64> dead_;  // at this number an update died
+    bool metDeath_ = false;       // and that was why a look was given up
 };
 
 }  // namespace tsRtm

@@ -46,21 +46,20 @@ void OpenDatabase::read(int32 record, uint32 offset, std::span<char> into) {
     // A handler within an update of this program sees the records as they are.
     if (!store.tears(record, offset, offset + into.size()) || UpdateMarks::underWayHere(folder))
         return store.readPart(record, offset, into);
-    try {
-        watch.steady([&](uint64) {
-            store.readPart(record, offset, into);
-            return true;
-        });
-    } catch (const Failure&) {
-        if (!watch.meetsDeath()) throw;
+    const auto copied = [&] {
         store.readPart(record, offset, into);
-        // Who may not complete it in the file sees it as it is to be.
+        return true;
+    };
+    // Who may not complete it in the file sees it as it is to be.
+    const auto completed = [&] {
+        copied();
         const auto left = marks.kept();
-        if (left.record != record) return;
-        for (std::size_t i = 0; i < left.bytes.size(); ++i)
+        for (std::size_t i = 0; left.record == record && i < left.bytes.size(); ++i)
             if (const std::size_t at = left.offset + i; at >= offset && at < offset + into.size())
                 into[at - offset] = left.bytes[i];
-    }
+        return true;
+    };
+    watch.steady([&](uint64) { return copied(); }, completed);
 }
 
 void OpenDatabase::flush() {

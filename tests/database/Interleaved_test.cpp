@@ -1,0 +1,216 @@
+// One user's operation, and before each call of its files in turn another user's whole operation: each is
+// told the truth, and what they were told to be stored is there.
+#include "tests/database/DatabaseFixture.hpp"
+#include "tests/support/CrashingFiles.hpp"
+#include "tests/support/FailingFiles.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+constexpr TextView kFolder = u"/daten/Akten";
+constexpr int32 kLong = 5000;  // a record in more than one page
+
+enum Field : int32 { fKEY = 1, fDAY = 2, fOURS = 3, fTEXT = 4, fTHEIRS = 5 };
+// One of ours, one of theirs, one that both change; nobody changes the fourth.
+enum : int32 { kOurs = 1, kTheirs = 2, kBoth = 3, kFixed = 4, kRecords = 5 };
+
+struct Case {
+    int32 max;
+    bool windows;
+    int32 text;  // length of fTEXT
+};
+std::string caseName(const testing::TestParamInfo<Case>& info) {
+    return std::string(info.param.max == kBig ? "tree" : "flat") + (info.param.text == kLong ? "Long" : "") +
+           (info.param.windows ? "" : "WithoutWindows");
+}
+
+Text letters(int32 count, char16_t letter) { return Text(static_cast<std::size_t>(count), letter); }
+
+class Interleaved : public testing::TestWithParam<Case> {
+ protected:
+    enum : int32 { kUs, kThem, kDead = 2 };
+    MemoryFiles disk;
+    CrashingFiles users{disk};
+    FailingFiles calls{users};
+    TestGround ground;
+    StartedLibrary library{ground, calls};
+    clsRtm rtm;
+    std::shared_ptr<clsTSDB> us, them;
+    std::map<std::pair<int32, int32>, Text> told;
+    MemoryFiles::Snapshot before_;
+    int32 dead_ = kDead;
+
+    void SetUp() override {
+        ground.ui.defaultAnswer = 7;
+        disk.offerWindows(GetParam().windows);
+        const auto fields = fieldsOf({{u"KEY", tsAlphanumerisch, 8},
+                                      {u"DAY", tsDate, 8},
+                                      {u"OURS", tsAlphanumerisch, 8},
+                                      {u"TEXT", tsAlphanumerisch, GetParam().text},
+                                      {u"THEIRS", tsAlphanumerisch, 8}});
+        ASSERT_TRUE(rtm.DBCreateExt(DBAnsi, kFolder, {}, fields, GetParam().max, u"  1  0  0  2  0  0"));
+        const auto db = rtm.OpenTSDB(kFolder);
+        for (int32 n = 1; n <= kRecords; ++n) {
+            const auto record = db->Add();
+            record->Fields(fKEY, keyOf(n));
+            record->Fields(fTEXT, letters(GetParam().text, u'A'));
+            ASSERT_TRUE(record->Update());
+        }
+    }
+    static Text keyOf(int32 n) { return u"Key" + toText(n); }
+    // An update died in the middle: the first page of a long record is the new one.
+    void dieInAnUpdate(int64 n) {
+        users.as(dead_);
+        const auto db = rtm.OpenTSDB(kFolder);
+        const auto record = db->Record(kFixed + 1);
+        for (const auto& [field, text] :
+             {std::pair(fKEY, Text(u"A")), std::pair(fTEXT, letters(GetParam().text, u'B'))})
+            record->Fields(field, text);
+        users.dieAt(n, CrashingFiles::LastWrite::firstHalf, CrashingFiles::Manner::silently);
+        record->Update();
+        ++dead_;
+    }
+    // What a user does, and what he is told to be stored.
+    void store(clsTSDB& db, int32 number, std::initializer_list<std::pair<int32, Text>> fields) {
+        const auto record = db.Record(number);
+        if (!record) return;
+        for (const auto& [field, text] : fields) record->Fields(field, text);
+        if (!record->Update()) return;
+        for (const auto& [field, text] : fields) told[{number, field}] = text;
+    }
+    void put(clsTSDB& db, int32 number, int32 field, const Text& text) {
+        db.PutField(number, field, text);
+        if (db.Error() == 0) told[{number, field}] = text;
+    }
+    void add(clsTSDB& db, const Text& key) {
+        const auto record = db.Add();
+        if (!record) return;
+        record->Fields(fKEY, key);
+        if (record->Update()) told[{record->Satznummer(), fKEY}] = key;
+    }
+    void whole(clsTSDB& db, int32 number, int32 field, const Text& text) {
+        db.AktSatzNr(number);
+        db.Fields(field, text);
+        db.Update();
+        if (db.Error() == 0) told[{number, field}] = text;
+    }
+    // Searches that no work of others changes the answers of.
+    void look(clsTSDB& db) {
+        EXPECT_TRUE(db.Exist(keyOf(kFixed), 1));
+        db.SetIndex(1);
+        db.Gehezu(keyOf(kFixed));
+        EXPECT_EQ(db.AktSatzNr(), kFixed);
+        EXPECT_EQ(db.Fields(fKEY), keyOf(kFixed));
+        EXPECT_EQ(db.Error(), 0);
+    }
+    void read(clsTSDB& db) {
+        db.AktSatzNr(kFixed + 1);
+        const Text text = db.Fields(fTEXT);
+        EXPECT_TRUE(text == letters(GetParam().text, text[0])) << "half a record";
+        EXPECT_EQ(db.Error(), 0);
+    }
+
+    using Work = std::function<void(clsTSDB&)>;
+    std::vector<Work> readings() {
+        return {[this](clsTSDB& db) { look(db); }, [this](clsTSDB& db) { read(db); }};
+    }
+    std::vector<Work> writings(int32 own, int32 field) {
+        return {[=, this](clsTSDB& db) {
+                    store(db, own, {{fKEY, u"Z"}, {fDAY, u"01022003"}});
+                },
+                [=, this](clsTSDB& db) {
+                    store(db, kBoth, {{field, u"stored"}});
+                },
+                [=, this](clsTSDB& db) { put(db, kBoth, field, u"put"); },
+                [=, this](clsTSDB& db) { whole(db, own, field, u"whole"); },
+                [this](clsTSDB& db) { add(db, u"New"); }};
+    }
+    // `ours` with `theirs` in the midst of it, before each call in turn.
+    void sweep(const Work& ours, const Work& theirs, bool readOnly, int64 death = 0) {
+        for (int64 n = 1; n < 1000; ++n) {
+            SCOPED_TRACE(testing::Message() << "before call " << n);
+            disk.restore(before_);
+            told.clear();
+            open(readOnly);
+            if (death > 0) dieInAnUpdate(death);
+            users.as(kUs);
+            calls.beforeCall(n, [&] {
+                // To the library it is another program.
+                const auto own = std::exchange(rtmMain::state().updatesUnderWay, {});
+                users.as(kThem);
+                theirs(*them);
+                users.as(kUs);
+                rtmMain::state().updatesUnderWay = own;
+            });
+            ours(*us);
+            const bool all = !calls.othersWorked();
+            calls.disarm();
+            expectTruth();
+            us.reset();
+            them.reset();
+            if (all || HasFailure()) return;
+        }
+        FAIL() << "no end";
+    }
+    void open(bool readOnly) {
+        users.as(kUs);
+        us = rtm.OpenTSDB(kFolder, readOnly);
+        users.as(kThem);
+        them = rtm.OpenTSDB(kFolder);
+        for (const auto& db : {us, them})
+            for (const int32 index : {1, 2}) db->Exist(u"X", index);
+        users.as(kUs);
+    }
+    void expectTruth() {
+        users.as(kThem);
+        look(*them);
+        for (const auto& [place, text] : told)
+            EXPECT_EQ(them->GetField(place.first, place.second), text)
+                << "field " << place.second << " of record " << place.first;
+        EXPECT_TRUE(consistent(*them));
+    }
+};
+
+TEST_P(Interleaved, ReadersAreToldTheTruth) {
+    before_ = disk.snapshot();
+    for (const auto& reading : readings())
+        for (const auto& writing : writings(kTheirs, fTHEIRS))
+            for (const bool readOnly : {false, true}) sweep(reading, writing, readOnly);
+}
+
+TEST_P(Interleaved, WritersLoseNothing) {
+    before_ = disk.snapshot();
+    if (GetParam().text == kLong) return;  // all of it is done under the lock
+    const auto ours = writings(kOurs, fOURS);
+    const auto theirs = writings(kTheirs, fTHEIRS);
+    for (std::size_t i = 0; i < ours.size(); ++i)
+        for (std::size_t k = 0; k < theirs.size(); ++k) {
+            SCOPED_TRACE(testing::Message() << "writing " << i << " beside " << k);
+            sweep(ours[i], theirs[k], false);
+        }
+}
+
+// The mark of a dead update stands, and somebody comes to heal it while a reader, who may not, looks past it.
+TEST_P(Interleaved, ReadersAreToldTheTruthBesideWhoHeals) {
+    before_ = disk.snapshot();
+    const Work theirs = [this](clsTSDB& db) {
+        store(db, kTheirs, {{fKEY, u"Z"}});
+        store(db, kFixed + 1, {{fTEXT, letters(GetParam().text, u'C')}});
+    };
+    auto readings = this->readings();
+    readings.push_back([](clsTSDB& db) { EXPECT_TRUE(consistent(db)); });
+    for (int64 death = 2; death <= 10; death += 2)
+        for (std::size_t i = 0; i < 2; ++i) {
+            SCOPED_TRACE(testing::Message() << "dead at change " << death << ", reading " << i);
+            sweep(readings[i], theirs, true, death);
+        }
+    sweep(readings[2], theirs, true);
+}
+
+INSTANTIATE_TEST_SUITE_P(Database, Interleaved,
+                         testing::Values(Case{kNormal, false, 20}, Case{kBig, false, 20},
+                                         Case{kBig, false, kLong}, Case{kBig, true, kLong}),
+                         caseName);
+
+}  // namespace
+}  // namespace tsRtm::test
