@@ -135,6 +135,24 @@ TEST_P(Beside, AFieldIsNotStoredInTheMiddleOfAMove) {
     EXPECT_EQ(other->Error(), 0);
 }
 
+// The lock that a handler asks for is that of the write: what he does with it leaves it as it was.
+TEST_P(Beside, ACheckInTheMiddleOfAWriteKeepsNoLock) {
+    const auto db = makeAddresses(rtm, Text(kFolder), GetParam());
+    ASSERT_TRUE(db);
+    addFive(*db);
+    const auto other = openAs(kOther);
+    files.as(0);
+    int32 turns = 0;
+    const auto subscription = db->IndexChange.connect([&](int32) {
+        ++turns;
+        EXPECT_FALSE(db->Check(false, {}));
+        EXPECT_EQ(db->Error(), 70);
+    });
+    EXPECT_EQ(change(*db, 1, fNAME, u"Zander"), 0);
+    EXPECT_GT(turns, 0);
+    EXPECT_EQ(change(*other, 2, fNAME, u"Adam"), 0);
+}
+
 // --- In a wait
 
 // A program's handlers run while it waits for the lock, and may stand on another record.
@@ -163,6 +181,29 @@ TEST_P(Beside, AHandlerInAWaitDoesNotChangeWhatIsWritten) {
     EXPECT_EQ(addressAt(*other, 1), (Address{u"Zander", u"Bonn", u"5.00", u"01022003"}));
     EXPECT_EQ(addressAt(*other, 3), before);
     EXPECT_TRUE(consistent(*other));
+}
+
+// The record that the program waits for becomes its own by a handler: waiting on would have no end.
+TEST_P(Beside, AHandlerMayLockTheRecordThatIsWaitedFor) {
+    const auto db = makeAddresses(rtm, Text(kFolder), GetParam());
+    ASSERT_TRUE(db);
+    addFive(*db);
+    const auto other = openAs(kOther);
+    ASSERT_TRUE(other->Sperren(2));
+    files.as(0);
+    int32 rounds = 0;
+    ground.ui.onEvents = [&] {
+        if (++rounds == 1) {
+            other->Entsperren(2);
+            EXPECT_TRUE(db->Sperren(2));
+        }
+        if (rounds == 9) db->Entsperren(2);
+    };
+    EXPECT_FALSE(db->Sperren(2));
+    EXPECT_EQ(db->Error(), 70);
+    ground.ui.onEvents = nullptr;
+    EXPECT_EQ(rounds, 1);
+    EXPECT_TRUE(other->Gesperrt(2));
 }
 
 // What a handler closes is closed when the operation is over, and its wait ends at once.
@@ -271,6 +312,121 @@ TEST_P(Beside, ASearchShowsTheRecordThatItFound) {
             EXPECT_TRUE(db->Fields(fNAME) == u"Abel" || db->AktSatzNr() != 3) << "call " << call;
         }
     rtmMain::TEST_restart(library.platform);
+}
+
+// --- What a death left
+
+// A repair that has begun is brought to its end by whoever comes next, were it between two indexes.
+TEST_P(Beside, ARepairIsOneUpdate) {
+    const auto fileOf = [](TextView name) { return Text(kFolder).append(u".DBD/").append(name); };
+    const Text faulty[] = {fileOf(u"I001"), fileOf(u"I004")};
+    {
+        const auto db = makeAddresses(rtm, Text(kFolder), GetParam());
+        ASSERT_TRUE(db);
+        addFive(*db);
+    }
+    const Bytes older[] = {disk.dump(faulty[0]), disk.dump(faulty[1])};
+    {
+        const auto db = rtm.OpenTSDB(kFolder);
+        for (const auto field : {fNAME, fTAG}) EXPECT_EQ(change(*db, 2, field, u"01011970"), 0);
+    }
+    for (const int32 i : {0, 1}) disk.put(faulty[i], older[i]);
+    const auto before = disk.snapshot();
+    int64 n = 1;
+    for (bool died = true; died; ++n) {
+        SCOPED_TRACE(testing::Message() << "killed at change " << n);
+        disk.restore(before);
+        const auto other = openAs(kOther);
+        auto victim = openAsVictim();
+        files.dieAt(n);
+        try {
+            EXPECT_FALSE(victim->Check(true, {}));
+        } catch (const ProcessDied&) {
+        }
+        died = files.died();
+        victim.reset();
+        files.as(kOther);
+        const bool begun = disk.dump(faulty[0]) != older[0];
+        EXPECT_EQ(change(*other, 1, fORT, u"Ulm"), 0);
+        EXPECT_TRUE(!begun || consistent(*other));
+    }
+    EXPECT_GT(n, 3);
+}
+
+// Who holds the lock reads without asking for others, but not in indexes that a death left and that cannot be
+// built anew.
+TEST_P(Beside, WhatCannotBeMendedIsNotSearchedUnderTheLock) {
+    {
+        const auto db = makeAddresses(rtm, Text(kFolder), GetParam());
+        ASSERT_TRUE(db);
+        addFive(*db);
+    }
+    const auto before = disk.snapshot();
+    const Text unused = Text(kFolder) + u".DBD/I001";
+    int64 n = 1;
+    for (bool died = true; died; ++n) {
+        SCOPED_TRACE(testing::Message() << "killed at change " << n);
+        disk.restore(before);
+        const auto other = openAs(kOther);
+        auto victim = openAsVictim();
+        files.dieAt(n);
+        try {
+            change(*victim, 2, fTAG, u"01011970");
+        } catch (const ProcessDied&) {
+        }
+        died = files.died();
+        victim.reset();
+        files.as(kOther);
+        disk.failOpening(unused, platform::SystemError::accessDenied);
+        ASSERT_TRUE(other->LockDB(true));
+        for (const TextView day : {u"28021999", u"01022003", u"31122003"})
+            EXPECT_TRUE(other->Exist(day, 3) || other->Error() == 70) << toUtf8(day);
+        disk.failOpening(unused, platform::SystemError::none);
+        for (const TextView day : {u"28021999", u"01022003", u"31122003"})
+            EXPECT_TRUE(other->Exist(day, 3)) << toUtf8(day);
+        EXPECT_EQ(other->Error(), 0);
+        EXPECT_TRUE(other->LockDB(false));
+        EXPECT_TRUE(consistent(*other));
+    }
+    EXPECT_GT(n, 3);
+}
+
+// The machine went down, and the counter of serial numbers with it: whoever dies while he settles that leaves
+// it for the next one.
+TEST_P(Beside, ACounterThatWasLostIsRaisedBeforeTheSignGoes) {
+    const TSIOArray fields = fieldsOf({{u"NAME", tsAlphanumerisch, 12}, {u"NR", tsAutowert, 8}});
+    ASSERT_TRUE(rtm.DBCreateExt(DBAnsi, kFolder, {}, fields, GetParam(), u"  1  0  0  2  0  0"));
+    const auto add = [](clsTSDB& db) {
+        const auto record = db.Add();
+        return record && record->Update() ? record->Satznummer() : 0;
+    };
+    const auto counter = Text(kFolder) + u".DBD/Autowert.tsd";
+    MemoryFiles::Snapshot before;
+    {
+        const auto db = rtm.OpenTSDB(kFolder);
+        ASSERT_EQ(add(*db), 1);
+        const Bytes old = disk.dump(counter);
+        for (int32 n = 2; n <= 5; ++n) ASSERT_EQ(add(*db), n);
+        disk.put(counter, old);
+        before = disk.snapshot();
+    }
+    int64 n = 1;
+    for (bool died = true; died; ++n) {
+        SCOPED_TRACE(testing::Message() << "killed at change " << n);
+        disk.restore(before);
+        files.as(++victim_);
+        files.dieAt(n);
+        try {
+            clsTSDB(rtm).Oeffne(kFolder);
+        } catch (const ProcessDied&) {
+        }
+        died = files.died();
+        const auto db = openAs(kOther);
+        ASSERT_TRUE(db);
+        ASSERT_EQ(add(*db), 6);
+        EXPECT_EQ(db->GetField(6, 2), u"00000006");
+    }
+    EXPECT_GT(n, 1);
 }
 
 // --- Older programs, that know no marks

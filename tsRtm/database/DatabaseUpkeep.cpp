@@ -68,31 +68,24 @@ bool clsTSDB::Check(bool Repair, TextView Zusatz) {
              toText(static_cast<int64>(d.store ? d.store.bytes().knownSize() : 0)) + u" -> Anzahl: " +
              toText(d.records()));
     bool sound = true;
-    std::vector<int32> faulty;
-    for (int32 number = 1; d.store && d.indexes.has(number); ++number) {
-        rtmMain::DebugLog(u"Konsistenzprüfung Index " + Caption(d.indexes.keys(number).primary()));
-        auto lines = checkIndex(d, number);
-        if (!lines.empty()) faulty.push_back(number);
+    const auto noteAll = [&](std::vector<Text> lines) {
         sound = sound && lines.empty();
         for (auto& line : lines) note(std::move(line));
-    }
+    };
+    std::vector<int32> faulty;
     const bool mends = Repair && !d.folder.readOnly && d.store;
     try {
-        for (auto& line : d.store ? checkMemos(d, mends ? Mend::yes : Mend::no) : std::vector<Text>()) {
-            sound = false;
-            note(std::move(line));
+        for (int32 number = 1; d.store && d.indexes.has(number); ++number) {
+            rtmMain::DebugLog(u"Konsistenzprüfung Index " + Caption(d.indexes.keys(number).primary()));
+            auto lines = d.folder.readOnly ? checkBeside(d, number) : checkIndex(d, number);
+            if (!lines.empty()) faulty.push_back(number);
+            noteAll(std::move(lines));
         }
-        if (!mends) return sound;
-        if (const auto error = d.sign.enter(); failed(error)) return e.fail(error);
-        // With everybody else at work: they wait on the marks.
-        for (const int32 number : faulty) d.indexes.rebuild(number);
-        if (d.marks.leftBehind()) {
-            d.indexes.completeRecord();
-            d.marks.begin();
-            d.marks.end(d.records());
-        }
+        if (d.store) noteAll(checkMemos(d, mends ? Mend::yes : Mend::no));
+        if (mends && (!faulty.empty() || d.marks.leftBehind())) repairIndexes(d, faulty);
     } catch (const Failure& failure) {
         e.fail(failure);
+        return false;
     }
     return sound;
 }

@@ -107,7 +107,11 @@ void clsTSDB::openInner() {
     e.writer.prepare();
     OpenView(u"Standard");
     if (!openFiles()) return;
-    openSerial(settle());
+    openSerial();
+    settle();
+    if (!e.d.serial) return;
+    e.d.serial.initialise([this] { return greatestSerial(); });
+    e.fehler = 0;
 }
 
 // Count.tsd, Stand.tsd and Data.tsd. False where the opening ends there, successfully or not.
@@ -148,24 +152,25 @@ bool clsTSDB::openFiles() {
 }
 
 // What a death left is mended before anybody reads. Who holds the database lock is at work, and does it
-// himself. Whether the last user did not leave cleanly.
-bool clsTSDB::settle() {
+// himself.
+void clsTSDB::settle() {
     auto& d = engine_->d;
-    if (d.folder.readOnly) return false;
+    if (d.folder.readOnly) return;
     const DatabaseHold hold(d.locks, DatabaseLocks::Wait::silently);
     if (!hold) {
         rtmMain::DebugLog(d.folder.name + u": jemand arbeitet, die Indizes gelten, wie sie sind");
-        return false;
+        return;
     }
-    bool unclean = false;
     try {
         // Whoever comes first makes them, and nobody writes over what another one made.
         d.count.initialise();
         if (d.changes) d.changes.initialise();
         d.refreshCount();
-        unclean = d.sign.leftUncleanly();
+        const bool unclean = d.sign.leftUncleanly();
         if (unclean) {
             rtmMain::DebugLog(d.folder.name + u" wurde nicht ordentlich geschlossen");
+            // First of all, since numbers are given out without this lock.
+            if (d.serial) d.serial.atLeast(greatestSerial());
             for (const auto& line : checkMemos(d, Mend::yes)) rtmMain::DebugLog(line);
         }
         if (d.marks.leftBehind())
@@ -176,7 +181,6 @@ bool clsTSDB::settle() {
     } catch (const Failure& failure) {
         recordFailure(failure);
     }
-    return unclean;
 }
 
 bool clsTSDB::refusesLocks() {
@@ -201,15 +205,12 @@ void clsTSDB::sniffUnicode() {
     d.control->IstUnicode(static_cast<uint8>(bytes[1]) < 10 || static_cast<uint8>(bytes[3]) < 10);
 }
 
-void clsTSDB::openSerial(bool afterDeath) {
+void clsTSDB::openSerial() {
     auto& d = engine_->d;
     if (d.control->AutowertFeld() == 0 || d.folder.readOnly) return;
     d.opened.serial = d.folder.open(u"Autowert.tsd", d.folder.shared);
     if (d.opened.serial == 0) return rtmMain::DebugLog(d.folder.name + u": kein Zugriff auf Autowert.tsd");
     d.serial = SerialNumber(d.folder.files.file(d.opened.serial), d.folder.messages());
-    d.serial.initialise([this] { return greatestSerial(); });
-    if (afterDeath) d.serial.atLeast(greatestSerial());
-    engine_->fehler = 0;
 }
 
 // The last record need not have the greatest number, and a counter may have been lost with the machine.

@@ -227,13 +227,13 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
 
     void openInner();
     bool openFiles();
-    void openSerial(bool afterDeath);
+    void openSerial();
     template <class Work>
     bool exchanging(Work work, bool anew);
     void letGoOfSets();
     int32 greatestSerial();
     void sniffUnicode();
-    bool settle();
+    void settle();
     bool refusesLocks();
     bool readRecord(int32 Satznummer, bool plain = false);
     bool showRecord(int32 Satznummer);

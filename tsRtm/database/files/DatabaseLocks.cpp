@@ -75,7 +75,9 @@ DatabaseError DatabaseLocks::lockRecord(int32 record, int32 wait) {
     if (!count_) return DatabaseError::locked;
     own_.reserve(own_.size() + 1);
     const LockRequest request{countFormat::recordLock(record), wait, true};
-    if (lockWithWait(folder_.messages(), count_.file(), request, {{}, aboutToWait, givenUp}) != 0)
+    // A handler in the wait may win it for this object; that one is not to be had twice.
+    const auto pointless = [&] { return owns(record) || (givenUp && givenUp()); };
+    if (lockWithWait(folder_.messages(), count_.file(), request, {{}, aboutToWait, pointless}) != 0)
         return DatabaseError::locked;
     own_.push_back(record);
     if (!guard_.needed()) return DatabaseError::none;

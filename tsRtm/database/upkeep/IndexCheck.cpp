@@ -38,9 +38,34 @@ std::vector<Text> checkIndex(OpenDatabase& d, int32 number) {
     }
 }
 
+std::vector<Text> checkBeside(OpenDatabase& d, int32 number) {
+    const auto check = [&] {
+        d.refreshCount();
+        return checkIndex(d, number);
+    };
+    return d.watch.steady([&](uint64) { return check(); }, check);
+}
+
+void repairIndexes(OpenDatabase& d, const std::vector<int32>& numbers) {
+    if (const auto error = d.sign.enter(); failed(error))
+        raise(numberOf(error), kFileFailureSource, d.folder.name + u": kein Zugriff zum Schreiben");
+    d.indexes.completeRecord();
+    // One pair of marks around all: nobody may search the last one when only the first is right.
+    d.marks.begin();
+    try {
+        for (const int32 number : numbers) d.indexes.rebuild(number);
+        d.marks.end(d.records());
+    } catch (const Failure&) {
+        d.marks.giveUp();
+        throw;
+    }
+}
+
 void settleIndexes(OpenDatabase& d) {
+    std::vector<int32> faulty;
     for (int32 number = 1; d.indexes.has(number); ++number)
-        if (!checkIndex(d, number).empty()) d.indexes.rebuild(number);
+        if (!checkIndex(d, number).empty()) faulty.push_back(number);
+    if (!faulty.empty()) repairIndexes(d, faulty);
 }
 
 }  // namespace tsRtm
