@@ -1,0 +1,435 @@
+// Users at work on one database who are killed and stopped at random, real processes on real files, and a
+// board beside it on which stands what each of them was told:
+//
+//     stress [seconds] [seed]
+//
+// Both forms of an index, with windows on the files and without, long records among them. Each user changes
+// keys under record locks, fields of his own in everybody's records, adds records and searches for what is
+// always there. Whatever was told to be stored has to be there, from the first to the last. Ends with 1 where
+// it is not.
+#include <sys/mman.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <random>
+
+#include "tests/support/GuardedFiles.hpp"
+#include "tests/support/TempFolder.hpp"
+#include "tsRtm/frame/runtime/Lifetime.hpp"
+#include "tsRtm/frame/state/State.hpp"
+#include "tsRtm/platform/posix/PosixPlatform.hpp"
+#include "tsRtm/tsRtm.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using namespace std::chrono_literals;
+
+constexpr int32 kUsers = 4;
+constexpr int32 kRecords = 300;  // at first
+constexpr int32 kFixed = 40;     // whose keys nobody changes
+constexpr int32 kMost = 2000;
+enum Field : int32 { fKEY = 1, fVERSION = 2, fTEXT = 3, fOWN = 4 };  // fOWN + user
+
+struct Round {
+    const char* name;
+    int32 max;
+    bool windows;
+    int32 text;
+    eDBTyp typ;
+};
+constexpr Round kRounds[] = {{"flat", 30000, true, 60, DBAnsi},
+                             {"tree", 100000, true, 60, DBAnsi},
+                             {"tree, long", 100000, true, 5000, DBAnsi},
+                             {"flat without windows", 30000, false, 60, DBUnicode},
+                             {"tree without windows", 100000, false, 60, DBAnsi},
+                             {"tree, long, without windows", 100000, false, 3000, DBUnicode}};
+
+// What was told to be stored, and what was tried since without an answer: either may be there.
+struct Told {
+    std::atomic<int32> stored, tried;
+    bool admits(int32 value) const { return value == stored || value == tried; }
+    void settle(int32 value) { stored = tried = value; }
+};
+
+struct Board {
+    std::atomic<bool> stop;
+    std::atomic<int32> faults, version, records;
+    std::atomic<int64> works, refusals, longest;  // microseconds
+    std::array<std::atomic<bool>, kUsers> dying;
+    struct Record {
+        Told version;
+        std::array<Told, kUsers> own;
+        std::atomic<int32> holder;  // user + 1
+    };
+    std::array<Record, kMost + 1> at;
+};
+Board* board = nullptr;
+
+void fault(const char* what, int32 record, int32 have = 0, int32 told = 0) {
+    if (++board->faults <= 20) std::printf("FAULT %s: record %d has %d, told %d\n", what, record, have, told);
+    std::fflush(stdout);
+}
+
+class OpenGate final : public Gate {
+    platform::SystemError pass(Step, const Half&) override { return platform::SystemError::none; }
+};
+
+class Windowless final : public GuardedFiles {
+    class File final : public GuardedFile {
+     public:
+        using GuardedFile::GuardedFile;
+        platform::FileWindow* window() override { return nullptr; }
+    };
+
+ public:
+    using GuardedFiles::GuardedFiles;
+
+ private:
+    Gate& gate() override { return gate_; }
+    std::unique_ptr<platform::File> guarded(std::unique_ptr<platform::File> file) override {
+        return std::make_unique<File>(std::move(file), gate_);
+    }
+
+    OpenGate gate_;
+};
+
+int32 number(TextView text) { return roundToInt32(Val(text)); }
+Text fixedKey(int32 record) { return u"Fest" + toText(1000 + record); }
+// Key and text of a version; a record that shows another pair is torn.
+Text keyOf(int32 record, int32 version) {
+    return record <= kFixed ? fixedKey(record) : u"Käse" + toText(version * 7919 % 997);
+}
+Text textOf(int32 version, int32 length) {
+    return Text(static_cast<std::size_t>(length), static_cast<char16_t>(u'a' + version % 26));
+}
+
+class User {
+ public:
+    User(const Round& round, const Text& folder, int32 me, uint32 seed)
+        : round_(round), folder_(folder), me_(me), random_(seed) {}
+
+    void work() {
+        while (!board->stop) {
+            if (!db_ && !(db_ = rtm_.OpenTSDB(folder_))) {
+                ++board->refusals;
+                continue;
+            }
+            const auto start = Clock::now();
+            try {
+                step(1 + below(board->records));
+            } catch (const Failure& failure) {
+                std::printf("raised %d: %s\n", failure.Number(), toUtf8(failure.Description()).c_str());
+                fault("failure", 0, failure.Number());
+            }
+            const auto took = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - start);
+            if (took.count() > board->longest) board->longest = took.count();
+            ++board->works;
+            if (below(500) == 0) db_.reset();
+        }
+    }
+    // The first records, by one who is alone.
+    void begin() {
+        db_ = rtm_.OpenTSDB(folder_);
+        while (board->records < kRecords && board->faults == 0) add(board->records + 1);
+    }
+    // By somebody who comes when nobody is at work.
+    void verify() {
+        if (!(db_ = rtm_.OpenTSDB(folder_))) return fault("opening", 0);
+        if (!db_->Check(false, {})) {
+            fault("check", 0);
+            for (const auto& line : db_->Befunde()) std::printf("  %s\n", toUtf8(line).c_str());
+        }
+        const int32 count = std::min(db_->AnzahlDSaetze(), kMost);
+        if (count < board->records) fault("count", board->records, count);
+        for (int32 record = 1; record <= count; ++record) {
+            board->at[record].holder = 0;
+            if (!look(record)) continue;
+            for (int32 user = 0; user < kUsers; ++user) own(user, record);
+        }
+        for (int32 record = 1; record <= kFixed; ++record) search(record);
+        board->records = count;
+    }
+
+ private:
+    int32 below(int32 limit) { return static_cast<int32>(random_() % static_cast<uint32>(limit)); }
+    bool refused(int32 error) {
+        if (error != 0) ++board->refusals;
+        return error != 0;
+    }
+
+    void step(int32 record) {
+        switch (below(10)) {
+            case 0:
+            case 1:
+                return change(record);
+            case 2:
+                if (below(4) == 0 && board->records < kMost - kUsers) add(kFixed + 1);
+                return;
+            case 3:
+                return note(record, false);
+            case 4:
+                return note(record, true);
+            case 5:
+                static_cast<void>(look(record));
+                return;
+            case 6:
+                return walk();
+            case 7:
+                if (below(40) == 0 && !db_->Check(false, {}) && !refused(db_->Error())) fault("check", 0);
+                return;
+            default:
+                return search(1 + below(kFixed));
+        }
+    }
+    void fill(clsTSRecord& record, int32 version, int32 number) {
+        record.Fields(fKEY, keyOf(number, version));
+        record.Fields(fVERSION, toText(version));
+        record.Fields(fTEXT, textOf(version, round_.text));
+    }
+    // Reads a record; false where it was never filled. Under its lock, and where nobody works, its version is
+    // what was told.
+    bool look(int32 record) {
+        db_->AktSatzNr(record);
+        if (refused(db_->Error())) return false;
+        const int32 version = number(db_->Fields(fVERSION));
+        if (version == 0) {
+            if (!db_->IsDeleted() && board->at[record].version.stored != 0) fault("lost record", record);
+            return false;
+        }
+        if (db_->Fields(fKEY) != keyOf(record, version) || db_->Fields(fTEXT) != textOf(version, round_.text))
+            fault("torn record", record, version);
+        auto& told = board->at[record].version;
+        const bool mine = board->at[record].holder == me_ + 1 || me_ == kUsers;
+        if (!mine) return true;
+        if (told.stored != 0 && !told.admits(version)) fault("lost version", record, version, told.stored);
+        told.settle(version);
+        return true;
+    }
+    void own(int32 user, int32 record) {
+        auto& told = board->at[record].own[user];
+        const int32 have = number(db_->GetField(record, fOWN + user));
+        if (refused(db_->Error())) return;
+        if (!told.admits(have)) fault("lost field", record, have, told.stored);
+        told.settle(have);
+    }
+    void change(int32 record) {
+        if (!db_->Sperren(record, -1)) return static_cast<void>(refused(db_->Error()));
+        auto& at = board->at[record];
+        const int32 before = at.holder.exchange(me_ + 1);
+        if (before != 0 && !board->dying[before - 1]) fault("lock of two", record, me_, before - 1);
+        const auto object = look(record) ? db_->Record(record) : nullptr;
+        if (object) {
+            const int32 version = ++board->version;
+            at.version.tried = version;
+            fill(*object, version, record);
+            if (object->Update())
+                at.version.stored = version;
+            else
+                refused(object->Error());
+        }
+        at.holder = 0;
+        db_->Entsperren(record);
+    }
+    void add(int32 expected) {
+        const auto object = db_->Add();
+        if (!object) return static_cast<void>(refused(db_->Error()));
+        const int32 version = ++board->version;
+        fill(*object, version, expected);
+        if (!object->Update()) return static_cast<void>(refused(object->Error()));
+        const int32 record = object->Satznummer();
+        if (record > kMost) return;
+        if (board->at[record].version.stored != 0) fault("number given twice", record);
+        board->at[record].version.settle(version);
+        for (int32 last = board->records;
+             record > last && !board->records.compare_exchange_weak(last, record);) {
+        }
+    }
+    // A field that only this user changes, in a record that anybody may be changing.
+    void note(int32 record, bool directly) {
+        auto& told = board->at[record].own[me_];
+        own(me_, record);
+        const int32 value = 1 + (++board->version) % 99999;
+        told.tried = value;
+        int32 error = 0;
+        if (directly) {
+            db_->PutField(record, fOWN + me_, toText(value));
+            error = db_->Error();
+        } else {
+            const auto object = db_->Record(record);
+            if (!object) return static_cast<void>(refused(db_->Error()));
+            object->Fields(fOWN + me_, toText(value));
+            if (!object->Update()) error = object->Error();
+        }
+        if (!refused(error)) told.stored = value;
+    }
+    void search(int32 record) {
+        if (!db_->Exist(fixedKey(record), 1) && !refused(db_->Error())) fault("missed", record);
+        db_->SetIndex(1);
+        db_->Gehezu(fixedKey(record));
+        if (refused(db_->Error())) return;
+        if (db_->AktSatzNr() != record || db_->Fields(fKEY) != fixedKey(record))
+            fault("found another", record, db_->AktSatzNr());
+    }
+    void walk() {
+        db_->SetIndex(1);
+        db_->Gehezu(u"#" + toText(1 + below(board->records)));
+        for (int32 i = 0; i < 20 && db_->Error() == 0; ++i) db_->MoveNext();
+        static_cast<void>(db_->Error());
+    }
+
+    const Round& round_;
+    Text folder_;
+    int32 me_;
+    std::mt19937 random_;
+    clsRtm rtm_;
+    std::shared_ptr<clsTSDB> db_;
+};
+
+class Office {
+ public:
+    Office(const Round& round, uint32 seed) : round_(round), random_(seed) {}
+
+    void run(std::chrono::milliseconds duration) {
+        board->stop = false;
+        board->records = 0;
+        board->works = board->refusals = board->longest = 0;
+        for (auto& record : board->at) {
+            record.version.settle(0);
+            record.holder = 0;
+            for (auto& own : record.own) own.settle(0);
+        }
+        asOne([this] { prepare(); });
+        for (int32 user = 0; user < kUsers; ++user) start(user);
+        int32 kills = 0, all = 0;
+        for (const auto end = Clock::now() + duration; Clock::now() < end; ++kills) {
+            ::usleep(static_cast<useconds_t>(5000 + random_() % 25000));
+            const auto user = static_cast<int32>(random_() % kUsers);
+            if (random_() % 8 == 0) pause(user);
+            if (random_() % 40 == 0) {
+                for (auto& dying : board->dying) dying = true;
+                for (int32 each = 0; each < kUsers; ++each) finish(each);
+                asOne([this] { User(round_, folder_, kUsers, 1).verify(); });
+                for (int32 each = 0; each < kUsers; ++each) start(each);
+                ++all;
+            } else {
+                board->dying[user] = true;
+                finish(user);
+                start(user);
+            }
+        }
+        board->stop = true;
+        for (const pid_t pid : users_) ::waitpid(pid, nullptr, 0);
+        asOne([this] { User(round_, folder_, kUsers, 1).verify(); });
+        std::printf(
+            "%-28s %8lld works, %5lld refused, %4d killed, %2d times all, longest %.0f ms, %d records\n",
+            round_.name, static_cast<long long>(board->works), static_cast<long long>(board->refusals), kills,
+            all, static_cast<float64>(board->longest) / 1000, board->records.load());
+        std::fflush(stdout);
+    }
+
+ private:
+    void prepare() {
+        clsRtm rtm;
+        TSIOArray fields;
+        const auto field = [&](const Text& name, int32 length) {
+            fields.push_back(std::make_shared<TSIO>());
+            fields.back()->Typ(tsAlphanumerisch);
+            fields.back()->Laenge(length);
+            fields.back()->Titel(name + u"@@7" + name);
+        };
+        field(u"KEY", 10);
+        field(u"VERSION", 9);
+        field(u"TEXT", round_.text);
+        for (int32 user = 0; user < kUsers; ++user) field(u"OWN" + toText(user), 6);
+        if (rtm.DBCreateExt(round_.typ, folder_, {}, fields, round_.max, u"  1  0  0  2  0  0"))
+            User(round_, folder_, kUsers, 1).begin();
+        else
+            fault("creation", 0);
+    }
+    // In a process of its own: the library of this one holds no files.
+    template <class Work>
+    pid_t apart(Work work) {
+        const pid_t pid = ::fork();
+        if (pid != 0) return pid;
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+        const auto& ground = platform::posixPlatform();
+        Windowless windowless(ground.files);
+        platform::Platform own{round_.windows ? ground.files : windowless,
+                               ground.clock,
+                               ground.locale,
+                               ground.settings,
+                               ground.settingsCare,
+                               ground.system,
+                               ground.user,
+                               ground.screen,
+                               ground.ui,
+                               ground.dialogs,
+                               ground.texts,
+                               ground.random,
+                               ground.zones};
+        rtmMain::TEST_restart(own);
+        rtmMain::state().netWait = 2;
+        work();
+        std::fflush(stdout);
+        ::_exit(0);
+    }
+    template <class Work>
+    void asOne(Work work) {
+        int status = 0;
+        ::waitpid(apart(work), &status, 0);
+        if (status != 0) fault("end of a process", status);
+    }
+    void start(int32 user) {
+        board->dying[user] = false;
+        const auto seed = static_cast<uint32>(random_());
+        users_[static_cast<std::size_t>(user)] = apart([&] { User(round_, folder_, user, seed).work(); });
+    }
+    void finish(int32 user) {
+        const pid_t pid = users_[static_cast<std::size_t>(user)];
+        ::kill(pid, SIGKILL);
+        int status = 0;
+        ::waitpid(pid, &status, 0);
+        if (!WIFSIGNALED(status) || WTERMSIG(status) != SIGKILL) fault("end of a user", status);
+        for (auto& record : board->at)
+            if (record.holder == user + 1) record.holder = 0;
+    }
+    void pause(int32 user) {
+        const pid_t pid = users_[static_cast<std::size_t>(user)];
+        ::kill(pid, SIGSTOP);
+        ::usleep(static_cast<useconds_t>(random_() % 60000));
+        ::kill(pid, SIGCONT);
+    }
+
+    const Round& round_;
+    std::mt19937 random_;
+    TempFolder temp_;
+    Text folder_ = temp_.name(u"stress");
+    std::array<pid_t, kUsers> users_{};
+};
+
+}  // namespace
+}  // namespace tsRtm::test
+
+int main(int argc, char** argv) {
+    using namespace tsRtm::test;
+    const int seconds = argc > 1 ? std::atoi(argv[1]) : 60;
+    const auto seed = static_cast<unsigned>(argc > 2 ? std::atoi(argv[2]) : ::getpid());
+    board = static_cast<Board*>(
+        ::mmap(nullptr, sizeof(Board), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
+    if (board == MAP_FAILED) return 2;
+    std::printf("seed %u\n", seed);
+    std::fflush(stdout);
+    for (const auto& round : kRounds)
+        Office(round, seed)
+            .run(std::chrono::milliseconds(seconds * 1000 / static_cast<int>(std::size(kRounds))));
+    std::printf("%d faults\n", board->faults.load());
+    return board->faults == 0 ? 0 : 1;
+}
