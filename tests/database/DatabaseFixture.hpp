@@ -60,11 +60,13 @@ struct Address {
     auto operator<=>(const Address&) const = default;
 };
 
-inline void setFields(clsTSRecord& record, const Address& address) {
-    record.Fields(fNAME, address.name);
-    record.Fields(fORT, address.ort);
-    record.Fields(fBETRAG, address.betrag);
-    record.Fields(fTAG, address.tag);
+// Of a record, or of the one on which a database stands.
+template <class Target>
+void setFields(Target& target, const Address& address) {
+    target.Fields(fNAME, address.name);
+    target.Fields(fORT, address.ort);
+    target.Fields(fBETRAG, address.betrag);
+    target.Fields(fTAG, address.tag);
 }
 
 // Number of the new record, 0 where it was not stored.

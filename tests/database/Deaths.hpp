@@ -67,20 +67,14 @@ inline void add(clsTSDB& db, const Address& address, const Tell& tell) {
 
 inline void append(clsTSDB& db, const Address& address, const Tell& tell) {
     db.AktSatzNr(1);
-    db.Fields(fNAME, address.name);
-    db.Fields(fORT, address.ort);
-    db.Fields(fBETRAG, address.betrag);
-    db.Fields(fTAG, address.tag);
+    setFields(db, address);
     if (const auto record = db.Append()) tell(record->Satznummer(), address);
 }
 
 inline void update(clsTSDB& db, int32 number, const Address& address, const Tell& tell) {
     if (!db.Sperren(number, -1)) return;
     db.AktSatzNr(number);
-    db.Fields(fNAME, address.name);
-    db.Fields(fORT, address.ort);
-    db.Fields(fBETRAG, address.betrag);
-    db.Fields(fTAG, address.tag);
+    setFields(db, address);
     db.Update();
     if (db.Error() == 0) tell(number, address);
     db.Entsperren(number);

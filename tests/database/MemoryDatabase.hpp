@@ -1,25 +1,9 @@
 #pragma once
 // The address database on a disk in memory, for tests that look into its files.
 #include "tests/database/DatabaseFixture.hpp"
+#include "tests/support/Raised.hpp"
 
 namespace tsRtm::test {
-
-// What a work raised; number 0 where it raised nothing.
-struct Raised {
-    int32 number = 0;
-    Text source;
-    Text text;
-};
-
-template <class Work>
-Raised raisedBy(Work work) {
-    try {
-        work();
-    } catch (const Failure& failure) {
-        return {failure.Number(), failure.Source(), failure.Description()};
-    }
-    return {};
-}
 
 class MemoryDatabase : public testing::Test {
  protected:

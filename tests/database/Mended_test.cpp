@@ -73,13 +73,13 @@ TEST_F(Mended, ASecondLockDBIsStillHeld) {
 // A new record stands in the indexes before it stands in the file. Whoever opens the index in between waits
 // or looks again; a listener of the same object reads it as blank.
 TEST_F(Mended, AnIndexIsSearchedWhileARecordIsAdded) {
-    std::vector<Raised> raised;
+    std::vector<std::string> told;
     const auto heard = db->IndexChange.connect([&](int32) {
-        raised.push_back(raisedBy([&] { other->Exist(u"Abel Bonn", 1); }));
-        raised.push_back(raisedBy([&] { db->Exist(u"Neu Ulm", 1); }));
+        told.push_back(raised([&] { other->Exist(u"Abel Bonn", 1); }));
+        told.push_back(raised([&] { db->Exist(u"Neu Ulm", 1); }));
     });
     ASSERT_GT(addAddress(*db, {u"Neu", u"Ulm", u"", u""}), 0);
-    for (const auto& each : raised) EXPECT_EQ(each.number, 0) << toUtf8(each.text);
+    EXPECT_EQ(told, std::vector<std::string>(told.size()));
     EXPECT_TRUE(consistent(*db));
 }
 

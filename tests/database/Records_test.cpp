@@ -406,16 +406,13 @@ TEST_F(MemoryDatabase, FieldsInUtf16InAnEightBitRecord) {
     EXPECT_EQ(db->Error(), 0);
     EXPECT_EQ(db->GetField(2, 2), u"Łódź∞");
     EXPECT_EQ(db->GetField(2, 1), u"");
-    const std::pair<TextView, std::function<void()>> refused[] = {
-        {u"clsTSDB.GetSatz", [&] { db->GetSatz(1); }},
-        {u"clsTSDB.PutSatz", [&] { db->PutSatz(1); }},
-        {u"clsTSDB.PutSatz", [&] { db->Update(); }}};
-    for (const auto& [source, work] : refused) {
-        const auto raised = raisedBy(work);
-        EXPECT_EQ(raised.number, 445);
-        EXPECT_EQ(raised.source, source);
-        EXPECT_EQ(raised.text, u"Diese Funktion wird für Datenbanken mit Unicode-Feldern nicht unterstützt.");
-    }
+    const std::pair<const char*, std::function<void()>> refused[] = {{"GetSatz", [&] { db->GetSatz(1); }},
+                                                                     {"PutSatz", [&] { db->PutSatz(1); }},
+                                                                     {"PutSatz", [&] { db->Update(); }}};
+    for (const auto& [source, work] : refused)
+        EXPECT_EQ(raised(work),
+                  std::string("445|clsTSDB.") + source +
+                      "|Diese Funktion wird für Datenbanken mit Unicode-Feldern nicht unterstützt.");
 }
 
 // Pointers beyond five digits lie in base 94; a chain's halves stand right in their columns.

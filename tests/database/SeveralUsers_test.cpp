@@ -87,8 +87,10 @@ TEST_P(SeveralUsers, TheEmptyViewBearsEverySearch) {
     ASSERT_TRUE(alone);
     for (const bool readOnly : {true, false}) {
         const auto view = open(readOnly);
-        ASSERT_TRUE(view);
+        ASSERT_TRUE(view && view->IsReadOnly());
         EXPECT_EQ(view->AnzahlDSaetze(), 0);
+        EXPECT_FALSE(view->Finde(u"Abel") || view->Record(1) || view->Sperren(1));
+        EXPECT_EQ(view->Fields(0), u"");
         for (const int32 index : {0, 1, 3}) {
             SCOPED_TRACE(index);
             view->SetIndex(index);
