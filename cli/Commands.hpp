@@ -25,6 +25,8 @@ void addDates(CLI::App& app);     // date
 void addHolidays(CLI::App& app);  // holidays, easter
 void addWorkday(CLI::App& app);   // workday
 void addTables(CLI::App& app);    // tab
+void addChecks(CLI::App& app);    // check iban, bic, blz, konto, date, email, egvp, value
+void addPayments(CLI::App& app);  // dta write, dta show
 void addCompletion(CLI::App& app);
 
 }  // namespace tsRtm::cli

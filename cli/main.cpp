@@ -57,6 +57,8 @@ void addCommands(CLI::App& app) {
     addHolidays(app);
     addWorkday(app);
     addTables(app);
+    addChecks(app);
+    addPayments(app);
     addCompletion(app);
 }
 
@@ -73,12 +75,15 @@ int main(int argc, char** argv) {
         "  tsrtm db import Kunden kunden.csv\n"
         "  tsrtm db list Kunden --from M --limit 10\n"
         "  tsrtm db goto Kunden Müller --json");
+    int status = 0;
     try {
         addCommands(app);
         tsRtm::cli::startLibrary();
         app.parse(argc, argv);
     } catch (const CLI::Success& done) {
         return app.exit(done);
+    } catch (const tsRtm::cli::CliStatus& end) {
+        status = end.status;
     } catch (const CLI::ParseError& error) {
         return complainOfUsage(app, error);
     } catch (const tsRtm::cli::CliError& error) {
@@ -89,5 +94,5 @@ int main(int argc, char** argv) {
         return complain(error.what());
     }
     if (!std::cout.flush()) return complain("cannot write to standard output");
-    return 0;
+    return status;
 }
