@@ -8,7 +8,8 @@
 namespace tsRtm {
 namespace {
 
-constexpr int64 kMostWork = 2000000;  // characters held against parts of the pattern
+constexpr int64 kMostWork = 500000;            // characters held against parts of the pattern
+constexpr std::size_t kMostPattern = 1 << 16;  // characters
 
 // A part of the pattern: what one character may be, or a run of any.
 struct Part {
@@ -68,7 +69,7 @@ std::optional<std::vector<Part>> partsOf(TextView pattern) {
 }  // namespace
 
 bool isLike(TextView text, TextView pattern) {
-    if (static_cast<int64>(pattern.size()) > kMostWork) return false;
+    if (pattern.size() > kMostPattern) return false;
     const auto parts = partsOf(pattern);
     if (!parts) return false;
     std::size_t at = 0, part = 0;
