@@ -3,10 +3,10 @@
 //
 //     stress [seconds] [seed]
 //
-// Both forms of an index, with windows on the files and without, long records among them. Each user changes
-// keys under record locks, fields of his own in everybody's records, adds records and searches for what is
-// always there. Whatever was told to be stored has to be there, from the first to the last. Ends with 1 where
-// it is not.
+// Each user dies at a change of a file that was drawn for him. Both forms of an index, with windows on the
+// files and without, long records among them. Each user changes keys under record locks, fields of his own in
+// everybody's records, adds records and searches for what is always there. Whatever was told to be stored has
+// to be there, from the first to the last. Ends with 1 where it is not.
 #include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -78,27 +78,35 @@ void fault(const char* what, int32 record, int32 have = 0, int32 told = 0) {
     std::fflush(stdout);
 }
 
-class OpenGate final : public Gate {
-    platform::SystemError pass(Step, const Half&) override { return platform::SystemError::none; }
-};
-
-class Windowless final : public GuardedFiles {
-    class File final : public GuardedFile {
+// Real files, of which one change is the last that the process begins; with windows or without.
+class Mortal final : public GuardedFiles, public Gate {
+    class Windowless final : public GuardedFile {
      public:
         using GuardedFile::GuardedFile;
         platform::FileWindow* window() override { return nullptr; }
     };
 
  public:
-    using GuardedFiles::GuardedFiles;
+    // Dies at the n-th change, 0 never.
+    Mortal(platform::FileSystem& inner, bool windows, std::atomic<bool>* dying, int32 changes)
+        : GuardedFiles(inner), windows_(windows), dying_(dying), left_(changes) {}
 
  private:
-    Gate& gate() override { return gate_; }
+    Gate& gate() override { return *this; }
+    platform::SystemError pass(Gate::Step step, const Half&) override {
+        if (step != Gate::Step::change || left_ == 0 || --left_ > 0) return platform::SystemError::none;
+        *dying_ = true;
+        ::kill(::getpid(), SIGKILL);
+        return platform::SystemError::deviceError;
+    }
     std::unique_ptr<platform::File> guarded(std::unique_ptr<platform::File> file) override {
-        return std::make_unique<File>(std::move(file), gate_);
+        if (windows_) return GuardedFiles::guarded(std::move(file));
+        return std::make_unique<Windowless>(std::move(file), *this);
     }
 
-    OpenGate gate_;
+    bool windows_;
+    std::atomic<bool>* dying_;
+    int32 left_;
 };
 
 int32 number(TextView text) { return roundToInt32(Val(text)); }
@@ -166,7 +174,7 @@ class User {
     }
 
     void step(int32 record) {
-        switch (below(10)) {
+        switch (below(9)) {
             case 0:
             case 1:
                 return change(record);
@@ -182,9 +190,6 @@ class User {
                 return;
             case 6:
                 return walk();
-            case 7:
-                if (below(40) == 0 && !db_->Check(false, {}) && !refused(db_->Error())) fault("check", 0);
-                return;
             default:
                 return search(1 + below(kFixed));
         }
@@ -308,30 +313,29 @@ class Office {
         }
         asOne([this] { prepare(); });
         for (int32 user = 0; user < kUsers; ++user) start(user);
-        int32 kills = 0, all = 0;
-        for (const auto end = Clock::now() + duration; Clock::now() < end; ++kills) {
-            ::usleep(static_cast<useconds_t>(5000 + random_() % 25000));
-            const auto user = static_cast<int32>(random_() % kUsers);
-            if (random_() % 8 == 0) pause(user);
-            if (random_() % 40 == 0) {
-                for (auto& dying : board->dying) dying = true;
-                for (int32 each = 0; each < kUsers; ++each) finish(each);
-                asOne([this] { User(round_, folder_, kUsers, 1).verify(); });
-                for (int32 each = 0; each < kUsers; ++each) start(each);
-                ++all;
-            } else {
-                board->dying[user] = true;
-                finish(user);
-                start(user);
+        int32 deaths = 0, all = 0;
+        for (const auto end = Clock::now() + duration; Clock::now() < end;) {
+            // The others go on for a while, before somebody comes who looks what was left.
+            ::usleep(static_cast<useconds_t>(random_() % 20000));
+            for (int32 user = 0; user < kUsers; ++user) deaths += startAgain(user) ? 1 : 0;
+            if (random_() % 8 == 0) pause(static_cast<int32>(random_() % kUsers));
+            if (random_() % 100 != 0) continue;
+            ++all;
+            for (auto& dying : board->dying) dying = true;
+            for (int32 user = 0; user < kUsers; ++user) {
+                ::kill(users_[static_cast<std::size_t>(user)], SIGKILL);
+                bury(user, 0);
             }
+            asOne([this] { User(round_, folder_, kUsers, 1).verify(); });
+            for (int32 user = 0; user < kUsers; ++user) start(user);
         }
         board->stop = true;
         for (const pid_t pid : users_) ::waitpid(pid, nullptr, 0);
         asOne([this] { User(round_, folder_, kUsers, 1).verify(); });
         std::printf(
-            "%-28s %8lld works, %5lld refused, %4d killed, %2d times all, longest %.0f ms, %d records\n",
-            round_.name, static_cast<long long>(board->works), static_cast<long long>(board->refusals), kills,
-            all, static_cast<float64>(board->longest) / 1000, board->records.load());
+            "%-28s %8lld works, %5lld refused, %4d died, %2d times all, longest %.0f ms, %d records\n",
+            round_.name, static_cast<long long>(board->works), static_cast<long long>(board->refusals),
+            deaths, all, static_cast<float64>(board->longest) / 1000, board->records.load());
         std::fflush(stdout);
     }
 
@@ -356,25 +360,16 @@ class Office {
     }
     // In a process of its own: the library of this one holds no files.
     template <class Work>
-    pid_t apart(Work work) {
+    pid_t apart(Work work, std::atomic<bool>* dying = nullptr, int32 changes = 0) {
         const pid_t pid = ::fork();
         if (pid != 0) return pid;
         ::prctl(PR_SET_PDEATHSIG, SIGKILL);
         const auto& ground = platform::posixPlatform();
-        Windowless windowless(ground.files);
-        platform::Platform own{round_.windows ? ground.files : windowless,
-                               ground.clock,
-                               ground.locale,
-                               ground.settings,
-                               ground.settingsCare,
-                               ground.system,
-                               ground.user,
-                               ground.screen,
-                               ground.ui,
-                               ground.dialogs,
-                               ground.texts,
-                               ground.random,
-                               ground.zones};
+        Mortal files(ground.files, round_.windows, dying, changes);
+        platform::Platform own{
+            files,         ground.clock,  ground.locale, ground.settings, ground.settingsCare,
+            ground.system, ground.user,   ground.screen, ground.ui,       ground.dialogs,
+            ground.texts,  ground.random, ground.zones};
         rtmMain::TEST_restart(own);
         rtmMain::state().netWait = 2;
         work();
@@ -390,16 +385,23 @@ class Office {
     void start(int32 user) {
         board->dying[user] = false;
         const auto seed = static_cast<uint32>(random_());
-        users_[static_cast<std::size_t>(user)] = apart([&] { User(round_, folder_, user, seed).work(); });
+        users_[static_cast<std::size_t>(user)] =
+            apart([&] { User(round_, folder_, user, seed).work(); }, &board->dying[user],
+                  1 + static_cast<int32>(random_() % 400));
     }
-    void finish(int32 user) {
-        const pid_t pid = users_[static_cast<std::size_t>(user)];
-        ::kill(pid, SIGKILL);
+    // False where the user still lives.
+    bool bury(int32 user, int options) {
         int status = 0;
-        ::waitpid(pid, &status, 0);
+        if (::waitpid(users_[static_cast<std::size_t>(user)], &status, options) == 0) return false;
         if (!WIFSIGNALED(status) || WTERMSIG(status) != SIGKILL) fault("end of a user", status);
         for (auto& record : board->at)
             if (record.holder == user + 1) record.holder = 0;
+        return true;
+    }
+    bool startAgain(int32 user) {
+        if (!bury(user, WNOHANG)) return false;
+        start(user);
+        return true;
     }
     void pause(int32 user) {
         const pid_t pid = users_[static_cast<std::size_t>(user)];
@@ -427,9 +429,11 @@ int main(int argc, char** argv) {
     if (board == MAP_FAILED) return 2;
     std::printf("seed %u\n", seed);
     std::fflush(stdout);
-    for (const auto& round : kRounds)
+    for (const auto& round : kRounds) {
+        if (board->faults != 0) break;
         Office(round, seed)
             .run(std::chrono::milliseconds(seconds * 1000 / static_cast<int>(std::size(kRounds))));
+    }
     std::printf("%d faults\n", board->faults.load());
     return board->faults == 0 ? 0 : 1;
 }
