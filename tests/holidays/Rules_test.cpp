@@ -189,6 +189,36 @@ TEST_F(Rules, ShortYearsAndEmptyDates) {
     EXPECT_EQ(days.OsternGregorianisch(u"") + days.OsternOrthodox(u""), 0);
 }
 
+// Whatever text comes: an answer, and the table is right afterwards.
+TEST_F(Rules, TextsThatAreNoDatesAreAnswered) {
+    const std::vector<Text> texts = {u" ",
+                                     u"x",
+                                     u"-1.-1.-1",
+                                     u"99.99.9999",
+                                     u"-999-999",
+                                     u"00000000",
+                                     u"99999999",
+                                     u"1.1.-500",
+                                     u"\xD800.",
+                                     u"..",
+                                     u"31.12.99999999999",
+                                     Text(1000000, u'9'),
+                                     Text(1000, u'.')};
+    for (const auto& text : texts) {
+        EXPECT_EQ(days.IstFeierTag(text), days.IstFeierTag(text)) << toUtf8(text.substr(0, 20));
+        EXPECT_GE(days.TagNamen(text).size(), 1u);
+        const Text next = days.NextWorkday(text, -1);
+        EXPECT_TRUE(next.empty() || datum.DayOfWeek(next) <= Freitag) << toUtf8(text.substr(0, 20));
+        EXPECT_LE(std::abs(days.TimeZone(text)), 2);
+    }
+    constexpr int32 most = 2147483647;
+    for (const int32 year : {most, -most - 1, -1, 0, 10000}) {
+        EXPECT_EQ(days.FeierTage(year).size(), 62u);
+        EXPECT_NE(days.Jahreszeitbeginn(year, Winter), 0) << year;
+    }
+    EXPECT_TRUE(days.IstFeierTag(u"25.12.2026"));
+}
+
 TEST_F(Rules, MoonAndSunAreNotReckoned) {
     days.MyLatitude(50.9);
     days.MyPressure(1013);
