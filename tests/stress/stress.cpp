@@ -12,8 +12,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
 #include <atomic>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -63,13 +63,13 @@ struct Board {
     std::atomic<bool> stop;
     std::atomic<int32> faults, version, records;
     std::atomic<int64> works, refusals, longest;  // microseconds
-    std::array<std::atomic<bool>, kUsers> dying;
+    std::atomic<bool> dying[kUsers];
     struct Record {
         Told version;
-        std::array<Told, kUsers> own;
+        Told own[kUsers];
         std::atomic<int32> holder;  // user + 1
     };
-    std::array<Record, kMost + 1> at;
+    Record at[kMost + 1];
 };
 Board* board = nullptr;
 
@@ -214,6 +214,8 @@ class User {
         auto& told = board->at[record].version;
         const bool mine = board->at[record].holder == me_ + 1 || me_ == kUsers;
         if (!mine) return true;
+        if (!db_->Exist(keyOf(record, version), 1) && !refused(db_->Error()))
+            fault("missed under its lock", record, version);
         if (told.stored != 0 && !told.admits(version)) fault("lost version", record, version, told.stored);
         told.settle(version);
         return true;
@@ -323,7 +325,7 @@ class Office {
             ++all;
             for (auto& dying : board->dying) dying = true;
             for (int32 user = 0; user < kUsers; ++user) {
-                ::kill(users_[static_cast<std::size_t>(user)], SIGKILL);
+                ::kill(users_[user], SIGKILL);
                 bury(user, 0);
             }
             asOne([this] { User(round_, folder_, kUsers, 1).verify(); });
@@ -385,14 +387,13 @@ class Office {
     void start(int32 user) {
         board->dying[user] = false;
         const auto seed = static_cast<uint32>(random_());
-        users_[static_cast<std::size_t>(user)] =
-            apart([&] { User(round_, folder_, user, seed).work(); }, &board->dying[user],
-                  1 + static_cast<int32>(random_() % 400));
+        users_[user] = apart([&] { User(round_, folder_, user, seed).work(); }, &board->dying[user],
+                             1 + static_cast<int32>(random_() % 400));
     }
     // False where the user still lives.
     bool bury(int32 user, int options) {
         int status = 0;
-        if (::waitpid(users_[static_cast<std::size_t>(user)], &status, options) == 0) return false;
+        if (::waitpid(users_[user], &status, options) == 0) return false;
         if (!WIFSIGNALED(status) || WTERMSIG(status) != SIGKILL) fault("end of a user", status);
         for (auto& record : board->at)
             if (record.holder == user + 1) record.holder = 0;
@@ -404,7 +405,7 @@ class Office {
         return true;
     }
     void pause(int32 user) {
-        const pid_t pid = users_[static_cast<std::size_t>(user)];
+        const pid_t pid = users_[user];
         ::kill(pid, SIGSTOP);
         ::usleep(static_cast<useconds_t>(random_() % 60000));
         ::kill(pid, SIGCONT);
@@ -414,7 +415,7 @@ class Office {
     std::mt19937 random_;
     TempFolder temp_;
     Text folder_ = temp_.name(u"stress");
-    std::array<pid_t, kUsers> users_{};
+    pid_t users_[kUsers]{};
 };
 
 }  // namespace
