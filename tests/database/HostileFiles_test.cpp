@@ -281,7 +281,7 @@ TEST_F(HostileFiles, SmallFilesMayBeEmptyOrTorn) {
                         {"data torn", u"Data.tsd", " Abel 0001 Be", 1},
                         {"more than half a record", u"Data.tsd", " Abel 0001 Berg 0", 2}};
     const auto add = [](clsTSDB& db, TextView name) {
-        const auto record = db.Add();
+        auto record = db.Add();
         record->Fields(1, name);
         EXPECT_TRUE(record->Update());
         return record;
