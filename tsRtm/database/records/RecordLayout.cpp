@@ -13,22 +13,23 @@ namespace {
 
 constexpr char kDosGreatest = '\xFF';
 
-FieldLayout layoutOf(const TSIO& field, bool wideDatabase) {
+FieldLayout layoutOf(const TSIO& field, const clsControl& control, bool wideDatabase) {
+    const bool inRow = control.Typ() == ControlTyp_Kette;
     FieldLayout out;
     out.typ = field.Typ();
     out.nachKomma = field.NachKomma();
     out.length = field.Laenge();
     out.special = out.typ == 254 || out.typ == 255;
     out.alpha = field.IsAlpha();
-    out.left = out.alpha || out.special;
     out.pointer = field.IsMemo() || field.IsBlob();
     out.chain = field.IsKette();
     out.wide = wideDatabase || field.IsUnicode();
     out.utf8 = field.IsUTF8();
     out.date = !out.special && (out.typ & 7) == 7;
     out.number = !out.special && (out.typ & 7) == 5;
-    out.julian = out.date && out.length == 8 && (out.nachKomma & 7) == 7;
-    out.offset = static_cast<uint32>(field.Position() + 1) * (wideDatabase ? 2 : 1);
+    out.julian = !inRow && out.date && out.length == 8 && (out.nachKomma & 7) == 7;
+    out.left = inRow ? !out.number : out.alpha || out.special;
+    out.offset = static_cast<uint32>(field.Position() + control.VorLaenge()) * (wideDatabase ? 2 : 1);
     out.bytes = static_cast<uint32>(out.length) * (out.wide ? 2 : 1);
     return out;
 }
@@ -54,7 +55,7 @@ Bytes utf8Form(TextView text, std::size_t length, const RecordLayout& layout) {
 RecordLayout::RecordLayout(const clsControl& control, bool wide, bool dos) : wide_(wide), dos_(dos && !wide) {
     fields_.reserve(static_cast<std::size_t>(control.Felder()) + 1);
     for (int32 i = 1; i <= control.Felder(); ++i) {
-        auto& field = fields_.emplace_back(layoutOf(control.field(i), wide));
+        auto& field = fields_.emplace_back(layoutOf(control.field(i), control, wide));
         field.inPlace = field.plain() && !dos_ && !field.pointer && !field.chain && field.bytes <= 64;
         if (field.inPlace && field.bytes > 0) field.bits = ~uint64{0} >> (64 - field.bytes);
         mixed_ = mixed_ || control.field(i).IsUnicode();

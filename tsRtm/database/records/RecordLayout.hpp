@@ -17,6 +17,9 @@
 //   memo, blob                    pointer text (rtmMain::EncodeNumber), right-aligned in 5 columns
 //   chain                         pointers, written by the chain store alone
 //   UTF-8 field                   "~" and the UTF-8 form where that is longer than the text, else the text
+//
+// The fields of a chain's row lie in the same way behind its pointers (ChainFormat), but all of them
+// left-aligned that are no numbers, and dates as they were given.
 #include <bit>
 #include <cstring>
 #include <span>
@@ -61,7 +64,8 @@ struct FieldLayout {
 class RecordLayout {
  public:
     RecordLayout() = default;
-    // `wide`: two bytes a character; `dos`: 8-bit text is in the DOS code page.
+    // Of a database's records, or of a chain's rows. `wide`: two bytes a character; `dos`: 8-bit text is in
+    // the DOS code page.
     RecordLayout(const clsControl& control, bool wide, bool dos);
 
     int32 fields() const noexcept { return count_; }

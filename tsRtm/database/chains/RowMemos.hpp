@@ -1,0 +1,33 @@
+#pragma once
+// Memos and blobs that belong to the rows of a chain: what a write of rows asks of their stores.
+#include "tsRtm/database/chains/ChainRows.hpp"
+
+namespace tsRtm {
+
+// The stores of one chain's memos and blobs. Fields are those of the chain. Under the locks of the chain.
+class RowMemos {
+ public:
+    virtual ~RowMemos() = default;
+    // Written for a row of this very write: nobody points to it yet.
+    virtual bool isFresh(int32 field, int32 block) const = 0;
+    // The content of a block once more, for a second row; 0 where it has none.
+    virtual int32 copy(int32 field, int32 block) = 0;
+    // No row has the block any more, and the chain without it stands.
+    virtual void drop(int32 field, int32 block) noexcept = 0;
+};
+
+// One block in one field of a chain.
+struct RowBlock {
+    int32 field = 0;
+    int32 block = 0;
+    auto operator<=>(const RowBlock&) const = default;
+};
+
+// Each block has one owner. Makes that so for rows that are about to be written behind rows that stay and in
+// the place of rows that go: a block of a new row counts only where the chain had it and no other row has it
+// now; a second one gets a copy, one that the chain never had gives way to none. `memos` nullptr: a second
+// one gives way, too. All rows one behind the other; the result is the blocks that no row has any more.
+std::vector<RowBlock> settleBlocks(const ChainRows& rows, RowMemos* memos, BytesView stay, BytesView go,
+                                   std::span<char> fresh);
+
+}  // namespace tsRtm
