@@ -9,6 +9,7 @@
 #include "tsRtm/control/clsCTL.hpp"
 #include "tsRtm/control/clsMasken.hpp"
 #include "tsRtm/database/BulkLoader.hpp"
+#include "tsRtm/database/clsKette.hpp"
 #include "tsRtm/database/clsTSRecord.hpp"
 #include "tsRtm/fields/clsBlob.hpp"
 #include "tsRtm/frame/clsEnumTS.hpp"

@@ -1,6 +1,7 @@
 #pragma once
 // The notices of an open database.
 #include <memory>
+#include <vector>
 
 #include "tsRtm/types/Event.hpp"
 #include "tsRtm/types/Text.hpp"
@@ -13,6 +14,9 @@ class clsTSRecordSet;
 struct DatabaseEvents {
     // A long work goes on: phase, done so far, of how many.
     Event<int32, int32, int32> UpdateProgress;
+    // Row Satz (from 1) of the chain of that field, by KetteAction: given to the listener, or, with
+    // Schreiben, asked from him. No lock is held.
+    Event<int32, int32, std::vector<Text>&, bool> KetteIO;
     // Asks for a record object of this number that a listener holds; the listener puts it in.
     Event<int32, std::shared_ptr<clsTSRecord>&> HalloSatz;
     // Asks for a record set on an index that a listener holds; -3 instead of a field: the listener lets go of

@@ -1,6 +1,7 @@
 // clsTSDB: work on the whole database.
 #include <optional>
 
+#include "tsRtm/database/chains/ChainCheck.hpp"
 #include "tsRtm/database/clsTSDB.hpp"
 #include "tsRtm/database/engine/DatabaseEngine.hpp"
 #include "tsRtm/database/upkeep/IndexCheck.hpp"
@@ -82,6 +83,11 @@ bool clsTSDB::Check(bool Repair, TextView Zusatz) {
             noteAll(std::move(lines));
         }
         if (d.store) noteAll(checkMemos(d, mends ? Mend::yes : Mend::no));
+        if (d.store) noteAll(checkChains(d.chains, ChainMending::none));
+        if (mends && !d.chains.fields().empty()) {
+            if (const auto error = d.sign.enter(); failed(error)) return e.fail(error);
+            checkChains(d.chains, ChainMending::repair);
+        }
         if (mends && (!faulty.empty() || d.marks.leftBehind())) repairIndexes(d, faulty);
     } catch (const Failure& failure) {
         e.fail(failure);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "tsRtm/control/clsMasken.hpp"
+#include "tsRtm/database/chains/ChainCheck.hpp"
 #include "tsRtm/database/clsTSRecord.hpp"
 #include "tsRtm/database/engine/DatabaseEngine.hpp"
 #include "tsRtm/database/upkeep/FileExchange.hpp"
@@ -65,6 +66,7 @@ int32 clsTSDB::Oeffne(TextView Pfad, bool ReadOnly, bool SingleUse) {
     folder.readOnly = ReadOnly;
     folder.shared = !SingleUse;
     e.fehler = 0;
+    befunde_.clear();
     const Working working(*this);
     try {
         openInner();
@@ -104,6 +106,7 @@ void clsTSDB::openInner() {
     // Nothing on disk says so: a change of MaxRecords across this number needs new index files.
     d.indexes.define(*d.control, d.layout, d.control->MaxRecords() >= kBigFrom);
     d.memos.define(*d.control);
+    d.chains.define(d.control, d.layout);
     e.writer.prepare();
     OpenView(u"Standard");
     if (!openFiles()) return;
@@ -177,6 +180,8 @@ void clsTSDB::settle() {
             d.indexes.healLeftBehind();
         else if (unclean)
             settleIndexes(d);
+        if (unclean) befunde_ = checkChains(d.chains, ChainMending::cut);
+        for (const auto& line : befunde_) rtmMain::DebugLog(line);
         if (unclean && !d.marks.leftBehind()) d.sign.settled();
     } catch (const Failure& failure) {
         recordFailure(failure);

@@ -16,8 +16,8 @@
 //
 // Errors are recorded: an operation that fails returns normally and sets a number that Error reads and
 // clears: 5 read only, 7 full, 9 bad field number, 28 index walk failed, 52 no control file, 53 bad index
-// number, 55 already open, 57 device, 61 no room, 62 no further record, 63 bad record number, 70 cannot lock
-// or open. Damage of the structure raises.
+// number, 54 chain of a database that is read only, 55 already open, 57 device, 61 no room, 62 no further
+// record, 63 bad record number, 70 cannot lock or open. Damage of the structure raises.
 //
 // Several processes may have a database open; all that keeps them apart are byte-range locks in its files,
 // and these die with the process. One thread. Lives in a std::shared_ptr.
@@ -34,7 +34,12 @@ namespace tsRtm {
 // What a loop over records does with one that somebody else has locked.
 enum eLockedAction : int32 { AskUser = 0, Cancel = 1, Retry = 2, Ignore = 3, Delay = 4, AskUserAgain = 5 };
 
+// Rows of cells, both from 0.
+using TextTable = std::vector<std::vector<Text>>;
+
 class clsTSRecord;
+class ChainStore;
+class SideWrite;
 struct DatabaseEngine;
 struct WriteOutcome;
 
@@ -153,6 +158,31 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     clsBlob Blob(int32 BlobNr);
     void Blob(int32 BlobNr, const clsBlob& Inhalt);
 
+    // --- Chains: repeating rows of a record
+    // ------------------------------------------------------------------------------------------- Those of
+    // the current record, by their number 1..AnzahlKetten, read from the file and written to it at once;
+    // whoever replaces a whole chain holds the record's lock. 53 where a chain has no structure file, 61
+    // where no row is to be had, 63 without a record.
+    //
+    // All rows; False, and no row, for an empty chain. 9 for a number that there is not.
+    bool KetteLesen(int32 KetteNr, TextTable& Inhalt);
+    // These rows in the place of all that there are; 53 for a number that is none. All or nothing.
+    void KetteSchreiben(int32 KetteNr, const TextTable& Kette);
+    // Action AND 7: 1 reads all rows into rows 1.. of TabFeld, as far as it reaches (an empty one is made to
+    // fit), and gives their number; 2 writes Anzahl rows from row 1 on; 5 adds row 1 at the end, 7 in front;
+    // others do nothing. Plus 16: the cells of a row stand in its first one, joined by the character 0. Plus
+    // 32: rows come and go by the event KetteIO. Cell (0, 0) gets a text that describes the chain in 1 and 2.
+    // 9 where TabFeld has not so many rows.
+    void KetteAction(int32 Action, int32 Feld, TextTable& TabFeld, int32& Anzahl);
+    // Of the chain that was used last: what its fields are, from 0, and its most rows.
+    void KetteCaption(std::vector<Text>& Inhalt) const;
+    void KetteHilfe(std::vector<Text>& Inhalt) const;
+    void KetteTyp(std::vector<int32>& Inhalt) const;
+    void KetteNachkomma(std::vector<int32>& Inhalt) const;
+    void KetteLaenge(std::vector<int32>& Inhalt) const;
+    void KetteTSIO(TSIOArray& Inhalt) const;
+    int32 KetteMaxZeilen() const;
+
     // --- Order and search
     // -------------------------------------------------------------------------------------------- Index
     // number, 0 the physical order; another number is error 53 and changes nothing.
@@ -216,8 +246,9 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     bool Rebuild();
     // Takes all records out, with their memos and chains; serial numbers go on.
     void Zap();
-    // Checks every index against the records; what it finds goes to the debug log and to Befunde. With Repair
-    // a faulty index is rebuilt; the result is that of the check before.
+    // Checks every index against the records, and the chains; what it finds goes to the debug log and to
+    // Befunde. With Repair a faulty index is rebuilt, and chains lead nowhere but to rows of their own; the
+    // result is that of the check before.
     bool Check(bool Repair, TextView Zusatz);
     const std::vector<Text>& Befunde() const;
 
@@ -248,6 +279,11 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     template <class Content>
     void writePlace(int32 field, Content content);
     Text memoText(int32 record, int32 field);
+    ChainStore* useChain(int32 field);
+    bool readChain(int32 record, ChainStore& store, TextTable& rows);
+    bool writeChain(int32 record, const ChainStore& store, SideWrite& write);
+    template <class Entry, class Take>
+    void eachChainField(std::vector<Entry>& out, Take take) const;
     bool isEmpty() const;
     void goTo(TextView Suchbegriff);
     void goToNumber(int32 wanted);

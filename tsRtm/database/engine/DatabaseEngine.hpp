@@ -20,6 +20,7 @@ struct Cursor {
     int32 aktIndex = 0;
     int32 logPos = 0;
     int32 viewPos = 0;  // as the last move left it
+    int32 chain = 0;    // the field of the chain that was used last
     int32 seen = 0;     // entries of the order at that move: what its position is held against
 };
 

@@ -10,6 +10,7 @@ OpenDatabase::OpenDatabase(FilesTopic& files) : folder(files) {
         if (store) work(store.bytes().file());
         indexes.eachFile(work);
         memos.eachFile(work);
+        chains.eachFile(work);
     };
 }
 
@@ -75,6 +76,7 @@ void OpenDatabase::close() noexcept {
     serial = SerialNumber();
     folder.close(opened.serial);
     indexes.clear();
+    chains.clear();
     store = RecordStore();
     folder.closeHandle(opened.data);
     changes = ChangeCount();

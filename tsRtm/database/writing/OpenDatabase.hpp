@@ -3,6 +3,7 @@
 #include <chrono>
 #include <memory>
 
+#include "tsRtm/database/chains/ChainSet.hpp"
 #include "tsRtm/database/files/ReorganisationLock.hpp"
 #include "tsRtm/database/files/SerialNumber.hpp"
 #include "tsRtm/database/files/WorkSign.hpp"
@@ -40,6 +41,9 @@ struct OpenDatabase {
     WorkSign sign{folder, count, locks};
     ReorganisationLock reorganisation{folder, count, opened.count, locks};
     IndexSet indexes{{folder, count, store, locks, marks, watch, sign, guard}};
+    ChainSet chains{
+        {folder, count, store, locks, marks, watch, guard,
+         [this](int32 record, uint32 offset, std::span<char> into) { read(record, offset, into); }}};
 
     MemoStores memos{{folder, count, store, locks, guard, layout}};
 
