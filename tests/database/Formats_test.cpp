@@ -3,7 +3,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "tests/database/MemoryDatabase.hpp"
+#include "tests/database/ChainDatabase.hpp"
 
 namespace tsRtm::test {
 namespace {
@@ -98,6 +98,15 @@ TEST_F(Formats, AMemoByteForByte) {
     ASSERT_TRUE(db && db->Append());
     db->Memo(1, u"Grüße");
     EXPECT_EQ(hex(file(u"Memo-000.002")), hex(example("memo")));
+}
+
+TEST_F(Formats, AChainByteForByte) {
+    const auto db = makeChains(disk, rtm, {}, 1);
+    ASSERT_TRUE(db);
+    EXPECT_EQ(hex(file(u"KetteCtl.002")), hex(example("chain-control")));
+    EXPECT_EQ(writeChain(*db, 1, rowsOf({{u"Müll", u"7"}, {u"ab", u"12"}})), 0);
+    EXPECT_EQ(hex(file(u"KetteDat.002")), hex(example("chain-rows")));
+    EXPECT_EQ(hex(file(u"Data.tsd").substr(9)), hex(example("chain-field")));
 }
 
 TEST_F(Formats, AFlatDatabaseByteForByte) {

@@ -121,12 +121,9 @@ bool clsTSDB::writeChain(int32 record, const ChainStore& store, SideWrite& write
     e.giveBack(std::move(nothing));
     if (!out) return e.fail(out.error);
     e.recordingFileFailures([&] {
-        if (e.c.aktSatz != record) return;
-        Bytes columns(store.field().bytes, ' ');
-        e.d.read(record, store.field().offset, columns);
-        Text shown;
-        e.d.layout.decode(store.field(), columns, RecordLayout::Decode::whole, shown);
-        e.c.felder.set(e.c.chain, shown);
+        Bytes place(store.field().bytes, ' ');
+        e.d.read(record, store.field().offset, place);
+        if (e.c.aktSatz == record) e.c.felder.show(store.control().Anker(), place);
     });
     recordChanged(record);
     return true;

@@ -69,8 +69,9 @@ RowSupply::Taken RowSupply::take(int32 count) {
 }
 
 void RowSupply::takeBack(const Taken& taken) {
+    if (taken.rows.empty()) return;
     file_.refresh();
-    if (taken.rows.empty() || !stands(taken)) return;
+    if (!stands(taken)) return;
     for (std::size_t i = 0; i < taken.links.size(); ++i)
         file_.writePointer(taken.rows[i], ChainFormat::kLinkOffset, taken.links[i]);
     // The end before the number that tells of it: between the two a row number is lost, no row.

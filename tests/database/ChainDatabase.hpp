@@ -1,0 +1,75 @@
+#pragma once
+// A database whose records have a name and a chain POS of rows (TEXT 6 characters, ZAHL 4 digits).
+#include "tests/database/MemoryDatabase.hpp"
+
+namespace tsRtm::test {
+
+enum ChainFields : int32 { fKEY = 1, fPOS = 2 };
+inline constexpr TextView kChainFolder = u"/daten/Adressen";
+
+inline TextTable rowsOf(std::initializer_list<std::pair<TextView, TextView>> rows) {
+    TextTable out;
+    for (const auto& [text, number] : rows) out.push_back({Text(text), Text(number)});
+    return out;
+}
+// Rows told apart by one text: "a1", "b2" ...
+inline TextTable rowsNamed(TextView names) {
+    TextTable out;
+    for (std::size_t i = 0; i < names.size(); ++i)
+        out.push_back({Text(1, names[i]), toText(static_cast<int64>(i) + 1)});
+    return out;
+}
+
+struct ChainForm {
+    int32 length = 8;  // of the field: one pointer below 8
+    eDBTyp typ = DBAnsi;
+    bool dos = false;
+    int32 max = kNormal;
+};
+
+// `records` records named A, B, C ...; opened.
+inline std::shared_ptr<clsTSDB> makeChains(MemoryFiles& disk, clsRtm& rtm, const ChainForm& form,
+                                           int32 records) {
+    const TSIOArray fields = fieldsOf({{u"KEY", tsAlphanumerisch, 8}, {u"POS", tsKette, form.length}});
+    if (!rtm.DBCreateExt(form.typ, kChainFolder, {}, fields, form.max, u"  1  0  0")) return nullptr;
+    const auto path = [](TextView name) { return Text(kChainFolder).append(u".DBD/").append(name); };
+    const std::string head = form.dos ? "" : form.typ == DBUnicode ? "TS2," : "TS1,";
+    disk.put(path(u"KetteCtl.002"), head +
+                                        "2\r\n0,1,1,6,1,\"Text@@7TEXT\"\r\n0,2,1,4,5,\"Zahl@@7ZAHL\"\r\n"
+                                        "11,100,0\r\n0\r\n");
+    if (form.dos) {
+        const Bytes control = disk.dump(path(u"Control.tsd"));
+        disk.put(path(u"Control.tsd"), "2\r\n" + control.substr(control.find('\n') + 1));
+    }
+    auto db = rtm.OpenTSDB(kChainFolder);
+    for (int32 n = 0; db && n < records; ++n) {
+        const auto record = db->Add();
+        record->Fields(fKEY, Text(1, static_cast<char16_t>(u'A' + n)));
+        if (!record->Update()) return nullptr;
+    }
+    return db;
+}
+
+inline TextTable chainAt(clsTSDB& db, int32 record) {
+    TextTable rows;
+    db.AktSatzNr(record);
+    const bool any = db.KetteLesen(1, rows);
+    EXPECT_EQ(any, !rows.empty());
+    return rows;
+}
+// `Error` of the write.
+inline int32 writeChain(clsTSDB& db, int32 record, const TextTable& rows) {
+    db.AktSatzNr(record);
+    db.KetteSchreiben(1, rows);
+    return db.Error();
+}
+enum class End : int32 { tail = 5, head = 7 };
+inline int32 addRow(clsTSDB& db, int32 record, End end, const std::vector<Text>& row) {
+    db.AktSatzNr(record);
+    TextTable table{{}, row};
+    int32 count = 1;
+    db.KetteAction(static_cast<int32>(end), fPOS, table, count);
+    return db.Error();
+}
+
+}  // namespace tsRtm::test

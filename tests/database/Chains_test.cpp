@@ -1,0 +1,359 @@
+// Chains by the face: what is in the files, what operations answer, what is found in damaged files.
+#include "tests/database/ChainDatabase.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+class Chains : public MemoryDatabase {
+ protected:
+    std::shared_ptr<clsTSDB> make(const ChainForm& form = {}, int32 records = 2) {
+        form_ = form;
+        return db = makeChains(disk, rtm, form, records);
+    }
+    Bytes rows() const { return file(u"KetteDat.002"); }
+    // A number as a pointer of the form.
+    std::string at(int32 row) const {
+        const auto width = static_cast<std::size_t>(form_.length < 8 ? form_.length : form_.length / 2);
+        const std::string digits = std::to_string(row);
+        return std::string(width - digits.size(), ' ') + digits;
+    }
+    std::string head(int32 hoch, int32 frei) const {
+        std::string out = at(hoch) + at(frei);
+        out.resize(static_cast<std::size_t>(form_.length) + 10, ' ');
+        return out;
+    }
+    std::string row(int32 before, int32 next, const char* text, const char* number) const {
+        std::string out = form_.length < 8 ? at(next) : at(before) + at(next);
+        out.resize(static_cast<std::size_t>(form_.length), ' ');
+        out += text;
+        out.resize(static_cast<std::size_t>(form_.length) + 6, ' ');
+        return out + std::string(4 - std::string(number).size(), ' ') + number;
+    }
+    // The field of record 1.
+    std::string field() const { return file(u"Data.tsd").substr(9, static_cast<std::size_t>(form_.length)); }
+    std::string field(int32 first, int32 last) const {
+        const auto length = static_cast<std::size_t>(form_.length);
+        if (first == 0) return std::string(length, ' ');
+        std::string out = at(first);
+        if (form_.length < 8) return out;
+        return out + std::string(length - 2 * out.size(), ' ') + at(last);
+    }
+
+    std::shared_ptr<clsTSDB> db;
+    ChainForm form_;
+};
+
+TEST_F(Chains, EveryStepByteForByteInEveryWidth) {
+    for (const int32 length : {2, 4, 5, 7, 8, 9, 10, 11, 16}) {
+        SCOPED_TRACE(length);
+        disk.restore({});
+        db.reset();
+        ASSERT_TRUE(make({.length = length}));
+        EXPECT_EQ(writeChain(*db, 1, rowsOf({{u"ab", u"7"}, {u"cd", u"12"}})), 0);
+        EXPECT_EQ(rows(), head(3, 4) + row(0, 3, "ab", "7") + row(2, 0, "cd", "12"));
+        EXPECT_EQ(field(), field(2, 3));
+        EXPECT_EQ(addRow(*db, 1, End::tail, {u"ef", u"3"}), 0);
+        EXPECT_EQ(addRow(*db, 1, End::head, {u"gh", u"4"}), 0);
+        EXPECT_EQ(rows(), head(5, 6) + row(5, 3, "ab", "7") + row(2, 4, "cd", "12") + row(3, 0, "ef", "3") +
+                              row(0, 2, "gh", "4"));
+        EXPECT_EQ(field(), field(5, 4));
+        const auto all = rowsOf({{u"gh", u"4"}, {u"ab", u"7"}, {u"cd", u"12"}, {u"ef", u"3"}});
+        EXPECT_EQ(chainAt(*db, 1), all);
+        EXPECT_EQ(chainAt(*open(true), 1), all);
+        // A shorter chain takes new rows; the old ones go to the list in the order of their chain.
+        EXPECT_EQ(writeChain(*db, 1, rowsOf({{u"gh", u"4"}, {u"cd", u"12"}})), 0);
+        EXPECT_EQ(field(), field(6, 7));
+        EXPECT_EQ(rows().substr(0, head(7, 5).size()), head(7, 5));
+        EXPECT_EQ(writeChain(*db, 2, rowsNamed(u"xyz")), 0);
+        EXPECT_EQ(chainAt(*db, 2), rowsNamed(u"xyz"));
+        EXPECT_EQ(rows().size(), 7 * head(7, 4).size());  // the free rows 5, 2, 3
+        EXPECT_EQ(rows().substr(0, head(7, 4).size()), head(7, 4));
+        EXPECT_EQ(writeChain(*db, 1, {}), 0);
+        EXPECT_EQ(field(), field(0, 0));
+        EXPECT_TRUE(consistent(*db));
+    }
+}
+
+TEST_F(Chains, TextsInTheCharactersOfTheDatabase) {
+    ASSERT_TRUE(make({.dos = true}));
+    EXPECT_EQ(writeChain(*db, 1, rowsOf({{u"Müß", u"1"}})), 0);
+    EXPECT_EQ(rows().substr(18 + 8, 6), "M\x81\xE1   ");
+    EXPECT_EQ(chainAt(*db, 1), rowsOf({{u"Müß", u"1"}}));
+    disk.restore({});
+    ASSERT_TRUE(make({.length = 9, .typ = DBUnicode}));
+    const auto greek = rowsOf({{u"Łódź Ω", u"1"}, {u"b", u"2"}});
+    EXPECT_EQ(writeChain(*db, 1, greek), 0);
+    EXPECT_EQ(addRow(*db, 1, End::tail, {u"c", u"3"}), 0);
+    EXPECT_EQ(rows().substr(0, 16), BytesView("\x20\0\x20\0\x20\0\x34\0\x20\0\x20\0\x20\0\x35\0", 16));
+    EXPECT_EQ(rows().size(), 4u * 2 * 19);
+    EXPECT_EQ(chainAt(*db, 1), rowsOf({{u"Łódź Ω", u"1"}, {u"b", u"2"}, {u"c", u"3"}}));
+    EXPECT_TRUE(consistent(*db));
+}
+
+TEST_F(Chains, OnlyWhatChangedIsWritten) {
+    ASSERT_TRUE(make());
+    EXPECT_EQ(writeChain(*db, 1, rowsNamed(u"ab")), 0);
+    const auto before = disk.snapshot();
+    EXPECT_EQ(writeChain(*db, 1, rowsOf({{u"a ", u" 1"}, {u"b", u"2"}})), 0);
+    EXPECT_EQ(disk.snapshot(), before);
+    // What grows keeps its rows.
+    EXPECT_EQ(writeChain(*db, 1, rowsNamed(u"abcd")), 0);
+    EXPECT_EQ(rows(), head(5, 6) + row(0, 3, "a", "1") + row(2, 4, "b", "2") + row(3, 5, "c", "3") +
+                          row(4, 0, "d", "4"));
+    EXPECT_EQ(field(), field(2, 5));
+    // The last pointer lies across two pages, where a death could leave half of it: the chain gets new rows.
+    const auto many = static_cast<std::size_t>(4096 / 18 - 1);
+    TextTable filling(many - 4, {u"f", u"1"});
+    EXPECT_EQ(writeChain(*db, 2, filling), 0);
+    TextTable tail = chainAt(*db, 1);
+    ASSERT_EQ((4096 - 18 * 227 + 4) % 18, 14u);  // row 228 begins 10 bytes before the page
+    for (int32 n = 0; n < 3; ++n) {
+        tail.push_back({u"g", toText(n)});
+        EXPECT_EQ(addRow(*db, 1, End::tail, tail.back()), 0);
+        EXPECT_EQ(chainAt(*db, 1), tail);
+    }
+    EXPECT_TRUE(consistent(*db));
+}
+
+TEST_F(Chains, ErrorsLeaveAllAsItWas) {
+    ASSERT_TRUE(make({.length = 2}));
+    TextTable rows_;
+    EXPECT_FALSE(db->KetteLesen(0, rows_));
+    EXPECT_EQ(db->Error(), 9);
+    EXPECT_FALSE(db->KetteLesen(2, rows_));
+    EXPECT_EQ(db->Error(), 9);
+    db->KetteSchreiben(2, rows_);
+    EXPECT_EQ(db->Error(), 53);
+    EXPECT_EQ(addRow(*db, 1, End::tail, {u"a", u"1"}), 0);
+    // More rows than numbers of two digits.
+    const auto before = disk.snapshot();
+    EXPECT_EQ(writeChain(*db, 2, TextTable(98, {u"b", u"1"})), 61);
+    EXPECT_EQ(disk.snapshot(), before);
+    EXPECT_EQ(writeChain(*db, 2, TextTable(96, {u"b", u"1"})), 0);
+    EXPECT_EQ(addRow(*db, 1, End::tail, {u"c", u"1"}), 61);
+    EXPECT_EQ(chainAt(*db, 1).size(), 1u);
+    // A full disk takes nothing, and what was appended is cut off.
+    // No row is given back before the new ones are had.
+    EXPECT_EQ(writeChain(*db, 2, rowsNamed(u"b")), 61);
+    EXPECT_EQ(chainAt(*db, 2).size(), 96u);
+    EXPECT_EQ(writeChain(*db, 2, {}), 0);
+    EXPECT_EQ(writeChain(*db, 2, rowsNamed(u"b")), 0);
+    disk.restore({});
+    db.reset();
+    ASSERT_TRUE(make());
+    EXPECT_EQ(writeChain(*db, 1, rowsNamed(u"abc")), 0);
+    const Bytes full = rows();
+    disk.setFreeSpace(20);
+    EXPECT_EQ(writeChain(*db, 1, rowsNamed(u"xy")), 61);
+    EXPECT_EQ(addRow(*db, 1, End::tail, {u"d", u"1"}), 0);
+    EXPECT_EQ(addRow(*db, 1, End::head, {u"e", u"1"}), 61);
+    disk.setFreeSpace(std::nullopt);
+    EXPECT_EQ(rows().size(), full.size() + 18);
+    EXPECT_EQ(chainAt(*db, 1), rowsOf({{u"a", u"1"}, {u"b", u"2"}, {u"c", u"3"}, {u"d", u"1"}}));
+    EXPECT_TRUE(consistent(*db));
+    // No record, nothing to write on, nowhere to write.
+    db->AktSatzNr(0);
+    const auto reader = open(true);
+    EXPECT_EQ(writeChain(*reader, 1, {}), 5);
+    for (const auto& [action, error] :
+         {std::pair{1, 0}, {2, 54}, {3, 0}, {4, 54}, {5, 54}, {6, 54}, {7, 54}}) {
+        TextTable table(2, std::vector<Text>(2));
+        int32 count = 1;
+        reader->KetteAction(action, fPOS, table, count);
+        EXPECT_EQ(reader->Error(), error) << action;
+    }
+    EXPECT_EQ(chainAt(*reader, 1).size(), 4u);
+    auto files = disk.snapshot();
+    files.erase(upper(path(u"KetteDat.002")));
+    disk.restore(files);
+    EXPECT_TRUE(chainAt(*open(true), 2).empty());
+    EXPECT_FALSE(disk.exists(path(u"KetteDat.002")));
+}
+
+TEST_F(Chains, ARowOneTooShortForTheHeadIsRefused) {
+    const TSIOArray fields = fieldsOf({{u"KEY", tsAlphanumerisch, 8}, {u"POS", tsKette, 7}});
+    ASSERT_TRUE(rtm.DB_Create(kFolder, fields, 100, u""));
+    put(u"KetteCtl.002", "TS1,1\r\n0,1,1,6,1,\"T\"\r\n7,9,0\r\n0\r\n");
+    db = open();
+    ASSERT_TRUE(db->Add()->Update());
+    EXPECT_EQ(addRow(*db, 1, End::tail, {u"a"}), 9);
+    EXPECT_EQ(writeChain(*db, 1, {{u"a"}}), 9);
+}
+
+TEST_F(Chains, ActionGivesAndTakesRows) {
+    ASSERT_TRUE(make());
+    std::vector<Text> asked;
+    const auto io = db->KetteIO.connect([&](int32 field, int32 n, std::vector<Text>& row, bool writing) {
+        EXPECT_EQ(field, fPOS);
+        if (writing) {
+            row = {u"e" + toText(n), toText(n)};
+            if (n == 3) row = {u"e3" + Text(1, u'\0') + u"3"};
+            db->AktSatzNr(2);  // what is written was settled before
+        } else {
+            asked.push_back(toText(n) + u":" + row[0]);
+        }
+    });
+    const auto action = [&](int32 code, TextTable table, int32 count) {
+        db->KetteAction(code, fPOS, table, count);
+        return std::pair(table, count);
+    };
+    db->AktSatzNr(1);
+    action(2, {{}, {u"a", u"1"}, {u"b", u"2"}, {u"c", u"3"}}, 2);
+    EXPECT_EQ(chainAt(*db, 1), rowsNamed(u"ab"));
+    // Row 0 has the description; an empty table is made to fit, another one keeps its bounds.
+    auto [read, count] = action(1, {}, 0);
+    const Text described = u"\x01" + Text(1, 0) + u"\x02" + Text(1, 0) + u"d" + Text(2, 0);
+    EXPECT_EQ(read, (TextTable{{described, u""}, {u"a", u"1"}, {u"b", u"2"}}));
+    EXPECT_EQ(count, 2);
+    std::tie(read, count) = action(1, {{}, {u""}}, 0);
+    EXPECT_EQ(read, (TextTable{{}, {u"a"}}));
+    EXPECT_EQ(count, 1);
+    // Packed.
+    const Text nul(1, 0);
+    std::tie(read, count) = action(1 + 16, {{}, {u"", u"x"}, {u""}}, 0);
+    EXPECT_EQ(read, (TextTable{{}, {u"a" + nul + u"1", u"x"}, {u"b" + nul + u"2"}}));
+    action(5 + 16, {{}, {u"p" + nul + u"9"}}, 1);
+    action(7 + 32, {}, 0);
+    EXPECT_EQ(db->AktSatzNr(), 2);
+    EXPECT_EQ(chainAt(*db, 1), rowsOf({{u"e1", u"1"}, {u"a", u"1"}, {u"b", u"2"}, {u"p", u"9"}}));
+    // By events, and the whole chain.
+    std::tie(read, count) = action(1 + 32, {{u""}}, 0);
+    EXPECT_EQ(read, (TextTable{{described}}));
+    EXPECT_EQ(count, 4);
+    EXPECT_EQ(asked, (std::vector<Text>{u"1:e1", u"2:a", u"3:b", u"4:p"}));
+    action(2 + 32 + 16, {}, 3);
+    EXPECT_EQ(chainAt(*db, 1), rowsOf({{u"e1", u""}, {u"e2", u""}, {u"e3", u"3"}}));
+    // What does nothing, and what is refused.
+    const auto before = disk.snapshot();
+    for (const int32 code : {0, 3, 4, 6}) action(code, {{}, {u"z"}}, 1);
+    db->KetteAction(5, 0, read, count);
+    EXPECT_EQ(db->Error(), 0);
+    db->KetteAction(5, fKEY, read, count);
+    EXPECT_EQ(db->Error(), 53);
+    for (const auto& [code, rows_] : {std::pair{2, 2}, {2, -1}, {5, 1}}) {
+        action(code, code == 5 ? TextTable{{u"z"}} : TextTable{{}, {u"z"}}, rows_);
+        EXPECT_EQ(db->Error(), 9);
+    }
+    EXPECT_EQ(disk.snapshot(), before);
+    action(2, {}, 0);
+    EXPECT_TRUE(chainAt(*db, 1).empty());
+    // What the fields are.
+    std::vector<Text> texts;
+    std::vector<int32> numbers;
+    TSIOArray fields;
+    db->KetteCaption(texts);
+    EXPECT_EQ(texts, (std::vector<Text>{u"Text", u"Zahl"}));
+    db->KetteHilfe(texts);
+    EXPECT_EQ(texts, (std::vector<Text>{u"", u""}));
+    db->KetteTyp(numbers);
+    EXPECT_EQ(numbers, (std::vector<int32>{1, 5}));
+    db->KetteLaenge(numbers);
+    EXPECT_EQ(numbers, (std::vector<int32>{6, 4}));
+    db->KetteNachkomma(numbers);
+    EXPECT_EQ(numbers, (std::vector<int32>{0, 0}));
+    db->KetteTSIO(fields);
+    ASSERT_EQ(fields.size(), 2u);
+    EXPECT_EQ(db->KetteMaxZeilen(), 100);
+    const clsKette handle(db, fPOS, 1);
+    EXPECT_EQ(handle.Cols(), 2);
+}
+
+// A chain ends before what is no row of it. What each damage is told as, and what is left when it is mended.
+TEST_F(Chains, DamageEndsAChainAndIsFoundAndMended) {
+    struct Row {
+        const char* what;
+        std::function<void()> damage;
+        const char16_t *first, *second;  // what is read
+        const char16_t* cut;             // of the second, after an end that was not clean
+        const char16_t* repaired;
+        bool found = true;
+    };
+    // Rows 2 to 4 are abc of record 1, 5 and 6 are de of record 2; 7 is free.
+    const auto pointer = [this](int32 number, int32 to) {
+        return [this, number, to] {
+            Bytes bytes = rows();
+            bytes.replace(static_cast<std::size_t>(number - 1) * 18 + 4, 4, at(to));
+            put(u"KetteDat.002", bytes);
+        };
+    };
+    const auto leads = [this](int32 first, int32 last) {
+        return [this, first, last] {
+            Bytes bytes = file(u"Data.tsd");
+            bytes.replace(17 + 9, 8, field(first, last));
+            put(u"Data.tsd", bytes);
+        };
+    };
+    const auto headIs = [this](int32 hoch, int32 frei) {
+        return [this, hoch, frei] { put(u"KetteDat.002", rows().replace(0, 18, head(hoch, frei))); };
+    };
+    const Row table[] = {
+        {"sound", [] {}, u"abc", u"de", u"de", u"de", false},
+        {"a circle", pointer(6, 5), u"abc", u"de", u"de", u"de"},
+        {"a row that is not there", pointer(6, 99), u"abc", u"de", u"de", u"de"},
+        {"row 1", pointer(6, 1), u"abc", u"de", u"de", u"de"},
+        {"a row of another chain", pointer(5, 3), u"abc", u"dbc", u"d", u"dbc"},
+        {"the first row of another chain", leads(2, 4), u"abc", u"abc", u"", u"abc"},
+        {"a field that leads too far", leads(77, 6), u"abc", u"", u"", u""},
+        {"a last row that lags", leads(5, 5), u"abc", u"de", u"de", u"de", false},
+        {"a last row of another chain", leads(5, 4), u"abc", u"de", u"de", u"de"},
+        {"a head of another time", headIs(4, 5), u"abc", u"de", u"de", u"de"},
+        {"a list of living rows", headIs(7, 6), u"abc", u"de", u"de", u"de"},
+    };
+    const auto named = [](const TextTable& rows_) {
+        Text out;
+        for (const auto& row_ : rows_) out += row_[0];
+        return out;
+    };
+    for (const auto& row_ : table) {
+        SCOPED_TRACE(row_.what);
+        disk.restore({});
+        db.reset();
+        ASSERT_TRUE(make());
+        EXPECT_EQ(writeChain(*db, 1, rowsNamed(u"abc")), 0);
+        EXPECT_EQ(writeChain(*db, 2, rowsNamed(u"de")), 0);
+        EXPECT_EQ(addRow(*db, 1, End::tail, {u"x", u"1"}), 0);
+        EXPECT_EQ(writeChain(*db, 1, rowsNamed(u"abc")), 0);  // rows 8 to 10; 2 to 4 and 7 are free
+        EXPECT_EQ(writeChain(*db, 1, rowsNamed(u"ab")), 0);
+        EXPECT_EQ(writeChain(*db, 1, {}), 0);
+        db->Schliesse();
+        // As told above.
+        put(u"KetteDat.002", head(7, 7) + row(0, 3, "a", "1") + row(2, 4, "b", "2") + row(3, 0, "c", "3") +
+                                 row(0, 6, "d", "1") + row(5, 0, "e", "2") + row(8, 0, "y", "9"));
+        Bytes data = file(u"Data.tsd");
+        data.replace(9, 8, field(2, 4)).replace(17 + 9, 8, field(5, 6));
+        put(u"Data.tsd", data);
+        row_.damage();
+        const auto damaged = disk.snapshot();
+
+        db = open();
+        EXPECT_EQ(named(chainAt(*db, 1)), row_.first);
+        EXPECT_EQ(named(chainAt(*db, 2)), row_.second);
+        EXPECT_EQ(db->Check(false, {}), !row_.found);
+        EXPECT_EQ(db->Befunde().empty(), !row_.found);
+        EXPECT_EQ(db->Check(true, {}), !row_.found);
+        EXPECT_TRUE(consistent(*db));
+        EXPECT_EQ(named(chainAt(*db, 1)), row_.first);
+        EXPECT_EQ(named(chainAt(*db, 2)), row_.repaired);
+        // Each owns its rows now.
+        EXPECT_EQ(addRow(*db, 1, End::tail, {u"n", u"1"}), 0);
+        EXPECT_EQ(addRow(*db, 2, End::tail, {u"m", u"1"}), 0);
+        EXPECT_EQ(named(chainAt(*db, 1)), row_.first + Text(u"n"));
+        EXPECT_EQ(named(chainAt(*db, 2)), row_.repaired + Text(u"m"));
+        EXPECT_TRUE(consistent(*db));
+        db.reset();
+
+        disk.restore(damaged);
+        Bytes count = file(u"Count.tsd");
+        count[9] = '+';  // nobody is at work, and nobody left
+        put(u"Count.tsd", count);
+        db = open();
+        EXPECT_EQ(db->Befunde().empty(), !row_.found);
+        EXPECT_EQ(named(chainAt(*db, 1)), row_.first);
+        EXPECT_EQ(named(chainAt(*db, 2)), row_.cut);
+        EXPECT_EQ(rows().substr(0, 8), at(7) + at(8));
+        EXPECT_TRUE(consistent(*db));
+    }
+}
+
+}  // namespace
+}  // namespace tsRtm::test
