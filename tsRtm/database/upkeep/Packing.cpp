@@ -100,6 +100,7 @@ void exchangeFiles(OpenDatabase& d, FileExchange& exchange, const BulkFace& face
     if (face.prepared) face.prepared();
     d.indexes.closeAll();
     d.memos.close();
+    d.chains.closeAll();
     d.store = RecordStore();
     d.folder.closeHandle(d.opened.data);
     struct Reopen {
