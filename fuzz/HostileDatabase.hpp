@@ -13,6 +13,7 @@ struct Form {
     TextView hostile;    // name of the file that is replaced
     int32 most = 50000;  // records: trees from 32768 on
     bool serial = false;
+    bool chain = false;
 };
 
 // The sound files of the form, made once per program.
@@ -37,6 +38,11 @@ inline const test::MemoryFiles::Snapshot& soundFiles(const Form& form) {
         add(tsDate, 8, 7);
         add(tsAlphanumerisch | fUTF8, 8, 0);
         if (form.serial) add(tsAutowert, 4, 0);
+        if (form.chain) {
+            add(tsKette, 8, 0);
+            disk.put(u"/d/X.DBD/KetteCtl.006",
+                     "TS1,2\r\n0,1,1,6,1,\"T\"\r\n0,1,1,4,5,\"Z\"\r\n11,9,0\r\n0\r\n");
+        }
         rtm.DB_Create(u"/d/X", fields, form.most, u"  1  5  0  2  0  0  3  4  0");
         const auto db = rtm.OpenTSDB(u"/d/X");
         for (int32 n = 0; n < 70; ++n) {
@@ -46,6 +52,10 @@ inline const test::MemoryFiles::Snapshot& soundFiles(const Form& form) {
             record->Fields(3, u"010120" + toText(10 + n % 60));
             record->Fields(5, n % 3 == 0 ? u"Ωß" : u"b");
             record->Update();
+            if (!form.chain || n % 7 != 0) continue;
+            db->AktSatzNr(n + 1);
+            db->KetteSchreiben(1, TextTable(static_cast<std::size_t>(n % 4 + 1), {u"r", toText(n)}));
+            if (n % 3 == 0) db->KetteSchreiben(1, {});
         }
         db->Schliesse();
         return disk.snapshot();
@@ -69,6 +79,15 @@ inline void use(clsTSDB& db) {
             db.MoveNext();
         }
         static_cast<void>(db.Finde(u"ß"));
+    }
+    for (int32 record = 1; db.AnzahlKetten() > 0 && record < 70; record += 7) {
+        TextTable rows;
+        db.AktSatzNr(record);
+        static_cast<void>(db.KetteLesen(1, rows));
+        rows.insert(rows.begin(), {u"n", u"1"});
+        int32 count = 1;
+        db.KetteAction(record % 2 == 0 ? 5 : 7, 6, rows, count);
+        if (record % 3 == 0) db.KetteSchreiben(1, rows);
     }
     if (const auto record = db.Add()) {
         record->Fields(1, u"neu");

@@ -250,6 +250,34 @@ TEST_P(ChainUsers, TheLockOfTheFileIsWaitedForInSilence) {
 
 INSTANTIATE_TEST_SUITE_P(Lengths, ChainUsers, testing::Values(5, 10));
 
+// An older program takes no lock while it is given a row: it keeps the row, and ours goes elsewhere.
+TEST(ChainRaces, ARowThatWasGivenToTwoIsLeftToTheOther) {
+    MemoryFiles disk;
+    CrashingFiles files(disk);
+    TestGround ground;
+    const StartedLibrary library(ground, files);
+    clsRtm rtm;
+    const auto db = makeChains(disk, rtm, {}, 1);
+    ASSERT_TRUE(db);
+    const Text name = Text(kChainFolder) + u".DBD/KetteDat.002";
+    const Bytes theirs = "   0   0old      9";
+    bool first = true;
+    files.interrupt([&] {
+        if (!disk.exists(name) || !disk.dump(name).starts_with("   2   3")) return;
+        if (!std::exchange(first, false)) return;
+        Bytes bytes = disk.dump(name).replace(0, 8, "   3   4");
+        bytes.resize(36, ' ');
+        disk.put(name, bytes + theirs);
+    });
+    EXPECT_EQ(addRow(*db, 1, End::tail, {u"n", u"1"}), 0);
+    files.interrupt(nullptr);
+    EXPECT_FALSE(first);
+    EXPECT_EQ(disk.dump(name).substr(36, 18), theirs);
+    EXPECT_EQ(chainAt(*db, 1), rowsNamed(u"n"));
+    EXPECT_EQ(disk.dump(name).substr(54, 8), "   0   0");
+    EXPECT_TRUE(consistent(*db));
+}
+
 // The directory has become another database's: its chains are not ours.
 TEST_F(MemoryDatabase, ChainsOfAnotherDatabaseInThePlaceOfOursAreRefused) {
     const auto db = makeChains(disk, rtm, {}, 1);
