@@ -53,7 +53,7 @@ bool hasImpossibleDay(TextView date) {
 }
 
 Text needLimit(const std::string& text) {
-    const Text limit = fromUtf8(text);
+    Text limit = fromUtf8(text);
     const bool relative = limit.starts_with(u'D');
     if (!limit.empty() && !relative && (!clsDatum().DateOK(limit) || hasImpossibleDay(limit)))
         throw CliError("'" + text + "' is no date; dates are TTMMJJJJ, or D-30 and D+7 for days from today");

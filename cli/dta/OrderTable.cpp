@@ -58,7 +58,7 @@ void readHeader(CsvTable& table, DtaHeader& header, Remarks& remarks) {
     header.Kontonummer(table.cell(account));
     header.Name1(table.cell(name));
     const auto put = [&](const char16_t* column, void (DtaHeader::*set)(TextView)) {
-        const Text text = table.cell(table.find(column));
+        Text text = table.cell(table.find(column));
         if (!text.empty()) (header.*set)(text);
         return text;
     };

@@ -29,8 +29,8 @@ class TestControl final : public iValidControl {
     std::optional<int32> MaxLength() const override { return maxLength; }
     std::optional<int32> Decimals() const override { return decimals; }
     void SetFocus() override { ++focused; }
-    Subscription OnChange(std::function<void()> listener) override {
-        return changed.connect(std::move(listener));
+    Subscription OnChange(const std::function<void()>& listener) override {
+        return changed.connect(listener);
     }
 
     // As a user does it: the event comes with the text.
@@ -64,9 +64,7 @@ class TestPicture final : public iStatusPicture {
     void Visible(bool value) override { visible = value; }
     void ToolTipText(TextView value) override { toolTip = value; }
     void Load(int32 value) override { resource = value; }
-    Subscription OnClick(std::function<void()> listener) override {
-        return clicked.connect(std::move(listener));
-    }
+    Subscription OnClick(const std::function<void()>& listener) override { return clicked.connect(listener); }
 
     int32 width = 0, height = 0, left = 0, top = 0, resource = 0;
     bool visible = false;

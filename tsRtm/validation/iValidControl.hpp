@@ -43,7 +43,7 @@ class iValidControl : public Object {
     virtual void SetFocus() {}
     // Calls the listener after each change of the text, until the subscription ends. Empty for a control that
     // tells nothing.
-    [[nodiscard]] virtual Subscription OnChange(std::function<void()>) { return {}; }
+    [[nodiscard]] virtual Subscription OnChange(const std::function<void()>&) { return {}; }
 };
 
 // The status picture beside a control.
@@ -57,7 +57,7 @@ class iStatusPicture : public Object {
     virtual void ToolTipText(TextView value) = 0;
     // Shows the picture of this resource number; StatusPictureSvg has one for each.
     virtual void Load(int32 Resource) = 0;
-    [[nodiscard]] virtual Subscription OnClick(std::function<void()> listener) = 0;
+    [[nodiscard]] virtual Subscription OnClick(const std::function<void()>& listener) = 0;
 };
 
 // The controls of a form.

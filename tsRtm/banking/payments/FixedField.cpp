@@ -16,9 +16,9 @@ constexpr std::size_t kAscii = 128;
 // What stands in a file for each ASCII character, 0 for nothing.
 constexpr auto kKept = [] {
     std::array<char, kAscii> kept{};
-    for (const char c : std::string_view("0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ .,-/+"))
-        kept[static_cast<std::size_t>(c)] = c;
-    for (char c = 'a'; c <= 'z'; ++c) kept[static_cast<std::size_t>(c)] = static_cast<char>(c - 'a' + 'A');
+    for (const char c : BytesView("0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ .,-/+"))
+        kept[static_cast<unsigned char>(c)] = c;
+    for (char c = 'a'; c <= 'z'; ++c) kept[static_cast<unsigned char>(c)] = static_cast<char>(c - 'a' + 'A');
     return kept;
 }();
 
