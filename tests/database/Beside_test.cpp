@@ -153,6 +153,33 @@ TEST_P(Beside, ACheckInTheMiddleOfAWriteKeepsNoLock) {
     EXPECT_EQ(change(*other, 2, fNAME, u"Adam"), 0);
 }
 
+// Columns that no key has are written without the lock: they stay, though the record is on its way meanwhile.
+TEST_P(Beside, AColumnStoredBesideAMoveStays) {
+    const auto fields = fieldsOf({{u"KEY", tsAlphanumerisch, 8}, {u"A", 1, 4}, {u"B", 1, 4}, {u"C", 1, 4}});
+    ASSERT_TRUE(rtm.DBCreateExt(DBAnsi, kFolder, {}, fields, GetParam(), u"  1  0  0"));
+    const auto writer = rtm.OpenTSDB(kFolder);
+    ASSERT_TRUE(writer && writer->Append());
+    const auto other = openAs(kOther);
+    ASSERT_EQ(change(*other, 1, 3, u"x"), 0);
+    files.as(0);
+    const auto record = writer->Record(1);
+    record->Fields(1, u"Zander");
+    record->Fields(2, u"a");
+    record->Fields(4, u"c");
+    Text told;
+    const auto subscription = writer->IndexChange.connect([&](int32) {
+        other->AktSatzNr(1);
+        other->Fields(3, u"b");
+        other->Update();
+        if (other->Error() == 0) told = u"b";
+    });
+    EXPECT_TRUE(record->Update());
+    EXPECT_EQ(told, u"b");
+    for (const auto& [field, text] : {std::pair{1, u"Zander"}, {2, u"a"}, {3, u"b"}, {4, u"c"}})
+        EXPECT_EQ(writer->GetField(1, field), text);
+    EXPECT_TRUE(consistent(*writer));
+}
+
 // --- In a wait
 
 // A program's handlers run while it waits for the lock, and may stand on another record.

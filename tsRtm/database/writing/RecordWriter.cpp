@@ -242,9 +242,21 @@ void RecordWriter::aim(int32 record, const std::vector<SearchKey>& keys) {
         for (std::size_t i = 0; i < changed_.size(); ++i) d_.indexes.open(changed_[i]).aim(record, keys[i]);
 }
 
+// Who changes no key writes without the lock, perhaps while a handler of ours ran: what this write leaves as
+// it was read stays as it is now.
+void RecordWriter::keepOthersColumns(int32 record) {
+    if (d_.locks.alone() && !d_.folder.shared) return;
+    d_.store.read(record, now_);
+    if (now_ == stored_) return;
+    for (std::size_t i = 0; i < now_.size(); ++i)
+        if (image_[i] == stored_[i] && !keyBytes_[i]) image_[i] = now_[i];
+    stored_.swap(now_);
+}
+
 // What differs from the stored record, in one write. Whoever dies in it leaves the old record, or the new
 // one, or marks by which it is completed.
 void RecordWriter::put(int32 record) {
+    keepOthersColumns(record);
     auto [from, to] = difference(image_, stored_);
     if (from == to) return;
     // The last record of a file that was cut short is written whole.

@@ -84,6 +84,7 @@ class RecordWriter {
     void endUpdate(uint64 number, int32 records);
     void aim(int32 record, const std::vector<SearchKey>& keys);
     void put(int32 record);
+    void keepOthersColumns(int32 record);
     void moved(int32 index, int32 position, const WriteOrder& order, WriteOutcome& out);
     // Brings indexes and records together again after a failed write.
     void heal() noexcept;
@@ -94,7 +95,7 @@ class RecordWriter {
     RecordBuffer* content_ = nullptr;   // of the write under way
     std::optional<RecordBuffer> kept_;  // a copy of it
     std::vector<bool> keyBytes_;        // of a record
-    Bytes stored_, image_;
+    Bytes stored_, image_, now_;
     std::vector<int32> changed_;        // index numbers
     std::vector<SearchKey> from_, to_;  // a key for each of them
 };
