@@ -12,6 +12,7 @@ void addLooks(CLI::App& db);     // info, fields, dump
 void addSearches(CLI::App& db);  // list, find, goto, get
 void addChanges(CLI::App& db);   // set, add, delete, undelete, lock
 void addMemos(CLI::App& db);     // memo get, set, export
+void addChains(CLI::App& db);    // chain list, add, write
 void addImport(CLI::App& db);
 void addExport(CLI::App& db);
 void addBulk(CLI::App& db);       // pack, rebuild, zap, index

@@ -46,6 +46,7 @@ void addCommands(CLI::App& app) {
     addImport(*db);
     addExport(*db);
     addMemos(*db);
+    addChains(*db);
     addBulk(*db);
     addCare(*db);
     addBanks(app);

@@ -1,0 +1,187 @@
+// tsrtm db chain list, add, write: the rows that belong to a record.
+#include <CLI/CLI.hpp>
+#include <iostream>
+
+#include "cli/Commands.hpp"
+#include "cli/db/RecordLock.hpp"
+#include "cli/shared/CliError.hpp"
+#include "cli/shared/Output.hpp"
+#include "cli/shared/SharedOptions.hpp"
+#include "cli/shared/SideFields.hpp"
+#include "cli/shared/TextFiles.hpp"
+
+namespace tsRtm::cli {
+namespace {
+
+constexpr int32 kAddAtTail = 5;
+constexpr int32 kAddAtHead = 7;
+
+struct Options {
+    std::string name;
+    int32 number = 0;
+    std::string field;
+    std::vector<std::string> words;
+    std::string file;
+    std::optional<int32> wait;
+    bool head = false;
+    bool json = false;
+};
+
+// The chain that a command means, with the record as the current one.
+struct Chain {
+    Chain(Session& session, const Options& options) : session_(session), field(fieldOf(options.field)) {
+        control = session.db().Control()->Kette(field);
+        if (!control) throw CliError("'" + options.field + "' has no structure file for its rows");
+        session.needRecord(options.number);
+    }
+    // After the lock is won: what it shows is of now.
+    void stand(int32 number) {
+        session_.db().AktSatzNr(number);
+        session_.check("cannot read record " + std::to_string(number));
+    }
+    int32 fieldOf(const std::string& word) const {
+        const FieldMap map(session_.control());
+        const int32 found = map.need(word);
+        if (session_.db().KetteNr(found) == 0) throw CliError(map.label(found) + " is no chain");
+        return found;
+    }
+    int32 number() const { return session_.db().KetteNr(field); }
+
+    Session& session_;
+    int32 field;
+    std::shared_ptr<clsControl> control;
+};
+
+// Texts for the fields of a row, each checked against its field.
+class RowReader {
+ public:
+    explicit RowReader(const clsControl& control) : map_(control), rules_(control), control_(control) {}
+
+    std::vector<Text> row(const std::vector<std::string>& words) {
+        std::vector<Text> cells(static_cast<std::size_t>(map_.count()));
+        for (const auto& word : words) {
+            const auto equals = word.find('=');
+            if (equals == std::string::npos) throw CliError("'" + word + "' is not of the form NAME=VALUE");
+            const int32 field = map_.need(word.substr(0, equals));
+            cells[static_cast<std::size_t>(field - 1)] = accepted(field, word.substr(equals + 1));
+        }
+        return cells;
+    }
+    std::vector<Text> row(const Json::array_t& texts) {
+        if (texts.size() > static_cast<std::size_t>(map_.count()))
+            throw CliError("a row has " + std::to_string(texts.size()) + " texts, its fields are " +
+                           std::to_string(map_.count()));
+        std::vector<Text> cells;
+        for (const auto& text : texts)
+            cells.push_back(
+                accepted(static_cast<int32>(cells.size()) + 1, text.get_ref<const std::string&>()));
+        return cells;
+    }
+
+ private:
+    Text accepted(int32 field, const std::string& text) {
+        if (text.empty()) return {};
+        if (control_.field(field).IsMemo() || control_.field(field).IsBlob())
+            throw CliError(map_.label(field) + " lies beside the rows and cannot be written here");
+        auto out = rules_.accept(field, fromUtf8(text), map_.label(field));
+        if (!out) throw CliError(rules_.reason());
+        return std::move(*out);
+    }
+
+    FieldMap map_;
+    FieldRules rules_;
+    const clsControl& control_;
+};
+
+void list(const Options& options) {
+    Session session(options.name, Use::read);
+    Chain chain(session, options);
+    const TextTable rows = chainOf(session, options.number, chain.field);
+    if (options.json) {
+        JsonList out("rows");
+        for (const auto& row : rows) out.add(jsonText(rowJson(row)));
+        return;
+    }
+    const FieldMap map(*chain.control);
+    std::vector<Table::Column> columns;
+    for (int32 i = 1; i <= map.count(); ++i)
+        columns.push_back({map.label(i), static_cast<std::size_t>(chain.control->field(i).Laenge()), false});
+    Table table(columns);
+    for (const auto& row : rows) {
+        std::vector<std::string> cells;
+        for (const auto& cell : row) cells.push_back(toUtf8(cell));
+        table.row(cells);
+    }
+}
+
+void add(const Options& options) {
+    Session session(options.name, Use::change);
+    Chain chain(session, options);
+    TextTable table{{}, RowReader(*chain.control).row(options.words)};
+    int32 count = 1;
+    // A row is added beside others: no lock of the record is needed.
+    chain.stand(options.number);
+    session.db().KetteAction(options.head ? kAddAtHead : kAddAtTail, chain.field, table, count);
+    session.check("no row was added to record " + std::to_string(options.number));
+}
+
+TextTable rowsOf(const std::string& name, RowReader reader) {
+    InputFile file(name);
+    std::string text(file.size(), '\0');
+    text.resize(file.read(0, text));
+    TextTable rows;
+    try {
+        Json json = Json::parse(text);
+        if (json.is_object()) json = Json(json.at("rows"));
+        for (const auto& row : json) rows.push_back(reader.row(row.get_ref<const Json::array_t&>()));
+    } catch (const nlohmann::json::exception&) {
+        throw CliError("'" + name + "' is not of the form [[\"text\",\"text\"],...]");
+    }
+    return rows;
+}
+
+void write(const Options& options) {
+    Session session(options.name, Use::change);
+    Chain chain(session, options);
+    const TextTable rows = rowsOf(options.file, RowReader(*chain.control));
+    const RecordLock lock(session, options.number, options.wait);
+    chain.stand(options.number);
+    session.db().KetteSchreiben(chain.number(), rows);
+    session.check("the rows of record " + std::to_string(options.number) + " were not stored");
+}
+
+CLI::App& command(CLI::App& chain, const char* name, const char* help,
+                  const std::shared_ptr<Options>& options, void (*run)(const Options&)) {
+    auto* added = chain.add_subcommand(name, help);
+    addDatabase(*added, options->name);
+    added->add_option("NR", options->number, "Record number")->required();
+    added->add_option("FIELD", options->field, "The field that has the rows")->required();
+    added->callback([options, run] { run(*options); });
+    return *added;
+}
+
+}  // namespace
+
+void addChains(CLI::App& db) {
+    auto* chain = db.add_subcommand("chain", "Rows that belong to a record");
+    chain->require_subcommand(1);
+
+    auto options = std::make_shared<Options>();
+    addJson(command(*chain, "list", "Show the rows of a record", options, list), options->json);
+
+    options = std::make_shared<Options>();
+    auto& added = command(*chain, "add", "Add a row behind the others", options, add);
+    added.add_option("NAME=VALUE", options->words, "Field of the row and text")->required();
+    added.add_flag("--head", options->head, "In front of the others");
+    added.footer("Example:\n  tsrtm db chain add Kunden 17 POSTEN TEXT=Papier PREIS=12,50");
+
+    options = std::make_shared<Options>();
+    auto& written = command(*chain, "write", "Put rows in the place of all that there are", options, write);
+    written
+        .add_option("FILE", options->file,
+                    "The rows as JSON, a list of lists of texts, as list --json and dump write them")
+        ->required();
+    addWait(written, options->wait);
+}
+
+}  // namespace tsRtm::cli
