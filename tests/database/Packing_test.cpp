@@ -1,6 +1,7 @@
 // Work that makes whole files anew: what it does, what a death in it leaves, and what others see.
 #include "tests/database/Deaths.hpp"
 #include "tests/database/MemoryDatabase.hpp"
+#include "tests/support/FailingFiles.hpp"
 #include "tsRtm/database/clsTSRecord.hpp"
 
 namespace tsRtm::test {
@@ -256,30 +257,76 @@ TEST_P(Packing, DiesIntoOneOfTwoStates) {
 
 // While files change their names nobody opens the database, neither we nor a program that knows no exchange.
 TEST_P(Packing, OthersWaitOrAreRefusedInTheMiddle) {
-    const auto db = open();
-    deleteEveryThird(*db);
-    int32 refused = 0, looks = 0;
-    files.interrupt([&] {
-        files.as(1);
-        for (const bool readOnly : {false, true}) {
-            clsTSDB other(rtm);
-            const int32 error = other.Oeffne(kName, readOnly);
-            // All of it before, then an empty view, or nothing; never half of it.
-            const int32 seen = other.AnzahlDSaetze();
-            EXPECT_TRUE(error == 70 || (error == 0 && (seen == 0 || seen == kCount))) << error;
-            refused += error == 70;
-            ++looks;
+    deleteEveryThird(*open());
+    const auto before = disk.snapshot();
+    for (const bool alone : {false, true}) {
+        disk.restore(before);
+        files.as(alone ? 3 : 2);
+        const auto db = rtm.OpenTSDB(kName, false, alone);
+        ASSERT_TRUE(db);
+        int32 refused = 0, looks = 0;
+        files.interrupt([&] {
+            files.as(1);
+            for (const bool readOnly : {false, true}) {
+                clsTSDB other(rtm);
+                const int32 error = other.Oeffne(kName, readOnly);
+                // All of it before, then an empty view, or nothing; never half of it.
+                const int32 seen = other.AnzahlDSaetze();
+                EXPECT_TRUE(error == 70 || (error == 0 && (seen == 0 || seen == kCount))) << error;
+                refused += error == 70;
+                ++looks;
+            }
+            clsControl control(rtm);
+            bool dos = false;
+            const Bytes text = disk.dump(path(u"Control.tsd"));
+            EXPECT_EQ(control.Oeffne(path(u"Control.tsd"), dos), !text.starts_with("TS3"));
+        });
+        EXPECT_TRUE(db->Pack());
+        files.interrupt(nullptr);
+        EXPECT_GT(looks, 10);
+        EXPECT_GT(refused, 3);
+        EXPECT_EQ(content(*db), wanted(true));
+    }
+}
+
+// A fault of the medium, at every call: nothing that is told as stored afterwards is lost at the next
+// opening.
+TEST_P(Packing, AFaultLosesNothingThatIsStoredAfterwards) {
+    deleteEveryThird(*open());
+    const auto before = disk.snapshot();
+    FailingFiles failing(disk);
+    TestGround other;
+    auto platform = other.on(failing);
+    rtmMain::TEST_restart(platform);
+    other.ui.defaultAnswer = 7;
+    int32 failures = 0, closed = 0;
+    for (int64 n = 1;; ++n) {
+        SCOPED_TRACE(n);
+        failing.disarm();
+        disk.restore(before);
+        auto db = open();
+        ASSERT_TRUE(db);
+        failing.failAt(n, platform::SystemError::deviceError);
+        const bool packed = db->Pack();
+        const bool reached = failing.failures() > 0;
+        failing.disarm();
+        failures += !packed;
+        const int32 added = addAddress(*db, {u"Danach", u"Ulm", u"", u""});
+        closed += added == 0;
+        db.reset();
+        const auto next = open();
+        ASSERT_TRUE(next);
+        const int32 count = next->AnzahlDSaetze() - (added > 0);
+        EXPECT_TRUE(count == kCount || count == 40) << count;
+        if (added > 0) {
+            EXPECT_EQ(next->GetField(added, pNAME), u"Danach");
         }
-        clsControl control(rtm);
-        bool dos = false;
-        const Bytes text = disk.dump(path(u"Control.tsd"));
-        EXPECT_EQ(control.Oeffne(path(u"Control.tsd"), dos), !text.starts_with("TS3"));
-    });
-    EXPECT_TRUE(db->Pack());
-    files.interrupt(nullptr);
-    EXPECT_GT(looks, 10);
-    EXPECT_GT(refused, 3);
-    EXPECT_EQ(content(*db), wanted(true));
+        EXPECT_TRUE(consistent(*next));
+        if (!reached) break;
+    }
+    EXPECT_GT(failures, 20);
+    EXPECT_GT(closed, 2);
+    rtmMain::TEST_restart(library.platform);
 }
 
 INSTANTIATE_TEST_SUITE_P(Database, Packing, kBothForms, formName);

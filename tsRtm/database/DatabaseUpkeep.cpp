@@ -117,6 +117,11 @@ bool clsTSDB::exchanging(Work work, bool anew) {
         const Occupied occupied(e.writer);
         out = work(e.d, face);
     }
+    if (out.changed && !e.d.store) {
+        // The next opening finishes what was begun.
+        Schliesse();
+        return e.fail(out.error);
+    }
     if (out.changed && anew) {
         e.c = Cursor();
         e.c.felder = RecordBuffer(e.d.layout);

@@ -8,14 +8,14 @@ using platform::Sharing;
 using platform::SystemError;
 
 DatabaseError ReorganisationLock::take() {
-    if (!folder_.shared || depth_ > 0) {
+    if (depth_ > 0) {
         ++depth_;
         return DatabaseError::none;
     }
     if (!count_) return DatabaseError::locked;
     folder_.files.OpenWrite(folder_.path(u"Lock.tsd"), lockNumber_);
     if (lockNumber_ == 0) return DatabaseError::locked;
-    if (platform::failed(share(Sharing::none))) {
+    if (folder_.shared && platform::failed(share(Sharing::none))) {
         // Somebody else has the database open.
         folder_.close(lockNumber_);
         return DatabaseError::locked;
@@ -25,10 +25,10 @@ DatabaseError ReorganisationLock::take() {
 }
 
 bool ReorganisationLock::give() noexcept {
-    if (depth_ == 0 || --depth_ > 0 || !folder_.shared) return true;
+    if (depth_ == 0 || --depth_ > 0) return true;
     bool kept = false;
     try {
-        kept = !platform::failed(share(Sharing::all));
+        kept = !folder_.shared || !platform::failed(share(Sharing::all));
     } catch (const Failure&) {  // the database is closed to others until this opening ends
     }
     folder_.close(lockNumber_);

@@ -6,9 +6,10 @@
 namespace tsRtm {
 
 // While it lasts nobody else can open the database, and it is not to be had while anybody has it open. Nests.
-// In single use it is always there. The other locks of this opening stand through it: Count.tsd changes its
-// share mode in place. Only where a ground has to close and open it again can a lock be lost on the way; that
-// ends the work with `locked`. Knows its parts by reference.
+// In single use nobody else can be there, but whoever opens the database looks at Lock.tsd before Count.tsd,
+// to finish or take away what a death left. The other locks of this opening stand through it: Count.tsd
+// changes its share mode in place. Only where a ground has to close and open it again can a lock be lost on
+// the way; that ends the work with `locked`. Knows its parts by reference.
 class ReorganisationLock {
  public:
     ReorganisationLock(const DatabaseFolder& folder, CountFile& count, int32& countNumber,

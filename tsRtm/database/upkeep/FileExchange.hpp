@@ -39,6 +39,8 @@ class FileExchange {
     // None of the old files is open. What fails here before the one rename raises; after it the next opening
     // goes on, and the failure is raised as well.
     void commit();
+    // Behind the one rename: the old files count no more, whatever failed then.
+    bool committed() const noexcept { return committed_; }
 
     // Deletes the old files, a sensitive database's by overwriting them; Data.tsd goes to the basket. What
     // cannot be deleted is left to the next opening.

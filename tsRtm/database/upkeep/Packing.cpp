@@ -103,21 +103,14 @@ void exchangeFiles(OpenDatabase& d, FileExchange& exchange, const BulkFace& face
     d.chains.closeAll();
     d.store = RecordStore();
     d.folder.closeHandle(d.opened.data);
-    struct Reopen {
-        OpenDatabase& d;
-        ~Reopen() {
-            try {
-                d.openData();
-            } catch (
-                const Failure& failure) {  // the database has no records then, and the caller hears of it
-                recordFailure(failure);
-            }
-        }
-    };
-    {
-        const Reopen reopen{d};
+    try {
         exchange.commit();
+    } catch (const Failure&) {
+        // Who went on in the old files behind the commit would lose all that at the next opening.
+        if (!exchange.committed()) d.openData();
+        throw;
     }
+    d.openData();
     exchange.discardOld();
     if (!d.store) raise(70, kFileFailureSource, d.folder.path(kData) + u" kann nicht geöffnet werden");
     d.marks.begin();
