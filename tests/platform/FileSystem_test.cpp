@@ -136,7 +136,26 @@ TEST_P(FileSystemContract, RefreshingKeepsContentAndLocks) {
     }
     EXPECT_EQ(readText(*file), "abcdef");
     EXPECT_TRUE(open(u"datei")->isLocked({10, 1}).value());
+    EXPECT_TRUE(file->stands().value());
     EXPECT_FALSE(file->remote()) << "neither a folder for tests nor memory is a share";
+}
+
+TEST_P(FileSystemContract, ServedBytesAreThoseOfTheFile) {
+    const auto file = open(u"datei");
+    ASSERT_EQ(file->resize(ServedFile::kKeptWhole + 5000), none);
+    ASSERT_EQ(writeText(*file, 4090, "ueber die Grenze"), none);
+    ASSERT_EQ(writeText(*file, ServedFile::kKeptWhole + 4998, "Ende"), none);
+    const auto reader = open(u"datei", kReader);
+    const auto served = [&](uint64 offset, std::size_t count) {
+        Bytes into(count, '?');
+        const auto got = reader->readServed(offset, std::as_writable_bytes(std::span(into)));
+        into.resize(got.value());
+        return into;
+    };
+    EXPECT_EQ(served(4090, 16), "ueber die Grenze");
+    EXPECT_EQ(served(ServedFile::kKeptWhole + 4998, 100), "Ende");
+    EXPECT_EQ(served(ServedFile::kKeptWhole + 9000, 10), "");
+    EXPECT_EQ(served(0, 2), Bytes(2, '\0'));
 }
 
 TEST_P(FileSystemContract, ReadsAndWritesByPosition) {

@@ -16,8 +16,8 @@
 namespace tsRtm::test {
 
 // Counts all calls but driveKind, of every open file all but remote, inPlace, name, window and, on a local
-// drive, refresh, and of a window reserve and store. A failing call is not handed on; a window that failed to
-// store is damaged.
+// drive, stands and refresh, and of a window reserve and store. A failing call is not handed on; a window
+// that failed to store is damaged.
 class FailingFiles final : public GuardedFiles, private Gate {
  public:
     enum class Times { once, fromThenOn };

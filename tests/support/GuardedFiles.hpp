@@ -99,9 +99,15 @@ class GuardedFile : public platform::File {
     Result<uint64> greatestShown(uint64 floor) override {
         return gate_.through(Step::look, [&] { return inner_->greatestShown(floor); });
     }
+    Result<bool> stands() override {
+        return gate_.through(remote() ? Step::look : Step::free, [&] { return inner_->stands(); });
+    }
     bool remote() const noexcept override { return inner_ && inner_->remote(); }
     Error refresh(platform::RefreshAs standing) override {
         return gate_.through(remote() ? Step::look : Step::free, [&] { return inner_->refresh(standing); });
+    }
+    Result<std::size_t> readServed(uint64 offset, std::span<std::byte> into) override {
+        return gate_.through(Step::look, [&] { return inner_->readServed(offset, into); });
     }
     platform::FileWindow* window() override {
         auto* const inner = !window_ && inner_ ? inner_->window() : nullptr;

@@ -151,11 +151,23 @@ class MemoryFiles::Opening final : public File {
         return greatest;
     }
 
+    Result<bool> stands() override { return !cutOff_; }
+
+    void cutOff() {
+        cutOff_ = cutOff_ || !locks_.empty() || shown_ != 0;
+        locks_.clear();
+        shown_ = 0;
+    }
+
     bool remote() const noexcept override {
         return files_.driveKind_ == DriveKind::remote || files_.driveKind_ == DriveKind::unknown;
     }
 
     SystemError refresh(RefreshAs) override { return SystemError::none; }
+
+    Result<std::size_t> readServed(uint64 offset, std::span<std::byte> into) override {
+        return readAt(offset, into);
+    }
 
     Sharing sharing() const { return request_.sharing; }
     std::unique_ptr<FileWindow> takeWindow() { return std::move(window_); }
@@ -182,6 +194,7 @@ class MemoryFiles::Opening final : public File {
     OpenRequest request_;
     std::vector<ByteRange> locks_;
     uint64 shown_ = 0;
+    bool cutOff_ = false;
     bool windowTried_ = false;
     std::unique_ptr<FileWindow> window_;
 };
@@ -355,6 +368,10 @@ Result<std::vector<FolderEntry>> MemoryFiles::list(TextView folder) {
 
 DriveKind MemoryFiles::driveKind(TextView name) {
     return folderExists(name) || folderExists(folderOf(plain(name))) ? driveKind_ : DriveKind::unknown;
+}
+
+void MemoryFiles::cutOff(TextView name) {
+    for (auto* opening : required(name)->openings) opening->cutOff();
 }
 
 Bytes MemoryFiles::dump(TextView name) const { return required(name)->content.all(); }

@@ -53,6 +53,8 @@ class MemoryFiles final : public platform::FileSystem {
 
     // Files of a remote or unknown drive say so.
     void setDriveKind(platform::DriveKind kind) { driveKind_ = kind; }
+    // Takes the locks and signs of all openings of a file, as a connection does that is cut and comes again.
+    void cutOff(TextView name);
     // Whether files on a fixed drive or in memory have windows, as of the next opening that is asked for one.
     void offerWindows(bool offer) { offersWindows_ = offer; }
     // A volume where no two files can exchange their names.

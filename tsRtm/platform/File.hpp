@@ -42,6 +42,10 @@ class SharedOpening {
     // The greatest number above `floor` that another opening shows; 0 where there is none. Costs one
     // question, and one more for each number found.
     virtual Result<uint64> greatestShown(uint64 floor) = 0;
+    // Whether the server still holds the range locks and the sign of this opening. A connection that was cut
+    // takes them all, and a client that connects again goes on as if they were there: false then, for good.
+    // True, without a system call, where the file is not remote or nothing was locked.
+    virtual Result<bool> stands() = 0;
 };
 
 // From where a file's content is asked for anew.
@@ -54,14 +58,19 @@ enum class RefreshAs {
 class ServedFile {
  public:
     virtual ~ServedFile() = default;
+    // Clients are known to keep files up to this size whole, and to answer from that what no call passes.
+    static constexpr uint64 kKeptWhole = uint64{1} << 20;
     // A client's cache may stand between this opening and the file. Costs no system call but the first time.
     virtual bool remote() const noexcept = 0;
-    // Has the client forget what it knows of the file, so that size and content come from the server. What
-    // others wrote and flushed before this call is seen after it, as far as the client can be made to ask:
-    // a `reader` may still see the state of a moment ago. A `soleWriter` opening that may write also has the
-    // file cut at the size just learnt, which drops what a client keeps of small files: done without the lock
-    // it would cut off what others append. Nothing is done, at no cost, where the file is not remote.
+    // Has the client forget what it knows of the file: what others wrote and flushed before this call is seen
+    // after it, size and content, until the client has it again and it grows old there. Changes times of the
+    // file. A `soleWriter` helps clients that give away what they keep only when the file changes; for
+    // everybody else that would not be safe. notSupported where an opening for reading cannot make the client
+    // ask, for want of the right to write. Nothing is done, at no cost, where the file is not remote.
     [[nodiscard]] virtual SystemError refresh(RefreshAs standing) = 0;
+    // As readAt, past all that the client keeps, for a file longer than kKeptWhole; a shorter one may come
+    // from there. One question for the server a 4096 bytes.
+    virtual Result<std::size_t> readServed(uint64 offset, std::span<std::byte> into) = 0;
 };
 
 // A window on a local file in memory, coherent between all processes that map it and with readAt and writeAt.
@@ -97,7 +106,7 @@ class File : public RangeLocks, public SharedOpening, public ServedFile {
     [[nodiscard]] virtual SystemError writeAt(uint64 offset, std::span<const std::byte> bytes) = 0;
     virtual Result<uint64> size() = 0;
     [[nodiscard]] virtual SystemError resize(uint64 size) = 0;
-    // Hands everything to the device.
+    // Hands to the device what was written through this opening.
     [[nodiscard]] virtual SystemError flush() = 0;
     // The window of this opening, writable where the opening is; nullptr where the ground cannot promise
     // coherence (a network file). The file owns it; the first call makes it.

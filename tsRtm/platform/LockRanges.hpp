@@ -6,6 +6,8 @@
 //   2^61            one byte, tried by probeLocks()
 //   2^61 + 1        one byte, the gate before the database lock on a share
 //   2^62            one byte, the share mode: held shared by every opening, exclusively by an exclusive one
+//   2^62 + 2^60     traces: an opening that locks holds one byte of its own, by which it finds out whether
+//                   the server still knows it
 //   2^62 + 2^61     signs: byte kSigns + n is held shared by an opening that shows the number n
 //
 // No data ever lies from 2^61 on, and from 2^62 on the bytes are the ground's own: tryLock, unlock and
@@ -26,6 +28,8 @@ inline constexpr ByteRange kProbe{uint64{1} << 61, 1};
 inline constexpr ByteRange kGate{(uint64{1} << 61) + 1, 1};
 inline constexpr uint64 kReservedFrom = uint64{1} << 62;
 inline constexpr ByteRange kShareMode{kReservedFrom, 1};
+inline constexpr uint64 kTraces = kReservedFrom + (uint64{1} << 60);
+inline constexpr uint64 kTraceCount = uint64{1} << 60;
 inline constexpr uint64 kSigns = kReservedFrom + (uint64{1} << 61);
 // Offsets end below 2^63.
 inline constexpr uint64 kGreatestSign = (uint64{1} << 61) - 1;

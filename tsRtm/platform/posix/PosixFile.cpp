@@ -1,7 +1,6 @@
 #include "tsRtm/platform/posix/PosixFile.hpp"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -11,7 +10,6 @@
 #include "tsRtm/platform/posix/PosixLocks.hpp"
 #include "tsRtm/platform/posix/PosixOpening.hpp"
 #include "tsRtm/platform/posix/PosixPath.hpp"
-#include "tsRtm/platform/posix/PosixVolume.hpp"
 
 namespace tsRtm::platform::posix {
 namespace {
@@ -28,21 +26,13 @@ bool addressable(uint64 offset, std::size_t bytes) noexcept {
 // On an open file "no permission" can only be a lock that the server of a network file enforces.
 SystemError transferError() noexcept { return errno == EACCES ? SystemError::lockViolation : lastError(); }
 
-// A change of attributes is answered with the file's present ones, while a question about them may be
-// answered from a cache. The time of access is the one that nobody relies on; only the owner may change it
-// alone, whoever may write may set both.
-SystemError touch(int descriptor, bool writable) noexcept {
-    const struct timespec accessOnly[2] = {{0, UTIME_NOW}, {0, UTIME_OMIT}};
-    if (::futimens(descriptor, accessOnly) == 0) return SystemError::none;
-    const bool notOwner = errno == EPERM || errno == EACCES;
-    if (!notOwner || !writable) return lastError();
-    return ::futimens(descriptor, nullptr) == 0 ? SystemError::none : lastError();
-}
-
 }  // namespace
 
 PosixFile::PosixFile(Handle handle, Text name, bool writable) noexcept
-    : handle_(std::move(handle)), name_(std::move(name)), writable_(writable) {}
+    : handle_(std::move(handle)),
+      name_(std::move(name)),
+      writable_(writable),
+      served_(handle_.get(), writable) {}
 
 Result<std::size_t> PosixFile::readAt(uint64 offset, std::span<std::byte> into) {
     if (!addressable(offset, into.size())) return SystemError::invalidParameter;
@@ -63,6 +53,7 @@ Result<std::size_t> PosixFile::readAt(uint64 offset, std::span<std::byte> into) 
 SystemError PosixFile::writeAt(uint64 offset, std::span<const std::byte> bytes) {
     if (!writable_) return SystemError::accessDenied;
     if (!addressable(offset, bytes.size())) return SystemError::fileTooLarge;
+    dirty_ = true;
     std::size_t done = 0;
     while (done < bytes.size()) {
         const auto put = ::pwrite(handle_.get(), bytes.data() + done, bytes.size() - done,
@@ -87,36 +78,30 @@ Result<uint64> PosixFile::size() {
 SystemError PosixFile::resize(uint64 size) {
     if (!writable_) return SystemError::accessDenied;
     if (size > kMaxOffset) return SystemError::fileTooLarge;
+    dirty_ = true;
     int result = 0;
     do result = ::ftruncate(handle_.get(), static_cast<off_t>(size));
     while (result != 0 && errno == EINTR);
     return result == 0 ? SystemError::none : transferError();
 }
 
-SystemError PosixFile::flush() { return ::fsync(handle_.get()) == 0 ? SystemError::none : lastError(); }
+SystemError PosixFile::flush() {
+    // What goes through a window is not seen here; a remote file has none.
+    if (!dirty_ && remote()) return SystemError::none;
+    if (::fsync(handle_.get()) != 0) return lastError();
+    dirty_ = false;
+    return SystemError::none;
+}
 
 FileWindow* PosixFile::window() {
     if (!std::exchange(windowTried_, true)) window_ = PosixFileWindow::open(handle_.get(), writable_);
     return window_.get();
 }
 
-bool PosixFile::remote() const noexcept {
-    if (!remote_) remote_ = servedFromElsewhere(handle_.get());
-    return *remote_;
-}
-
-SystemError PosixFile::refresh(RefreshAs standing) {
-    if (!remote()) return SystemError::none;
-    const auto touched = touch(handle_.get(), writable_);
-    // Who may only read does with what the client gives away.
-    if (failed(touched) && writable_) return touched;
-    if (standing == RefreshAs::soleWriter && writable_) {
-        const auto present = size();
-        if (!present) return present.error();
-        if (const auto error = resize(*present); failed(error)) return error;
-    }
-    const int dropped = ::posix_fadvise(handle_.get(), 0, 0, POSIX_FADV_DONTNEED);
-    return fromErrno(dropped);
+Result<std::size_t> PosixFile::readServed(uint64 offset, std::span<std::byte> into) {
+    if (!remote()) return readAt(offset, into);
+    if (!addressable(offset, into.size())) return SystemError::invalidParameter;
+    return served_.read(offset, into);
 }
 
 SystemError PosixFile::share(Sharing mode) { return setShare(handle_.get(), mode); }
@@ -125,6 +110,7 @@ SystemError PosixFile::show(uint64 number) {
     if (number > lockRanges::kGreatestSign) return SystemError::invalidParameter;
     if (number == shown_) return SystemError::none;
     if (number != 0) {
+        if (const auto error = served_.leaveTrace(); failed(error)) return error;
         const auto error = setLock(handle_.get(), {lockRanges::kSigns + number, 1}, LockKind::shared);
         if (failed(error)) return error;
     }
@@ -146,6 +132,7 @@ SystemError PosixFile::tryLock(ByteRange range) {
     if (!lockable(range)) return SystemError::invalidParameter;
     if (!writable_) return SystemError::accessDenied;
     if (holds(range)) return SystemError::lockViolation;
+    if (const auto error = served_.leaveTrace(); failed(error)) return error;
     held_.reserve(held_.size() + 1);  // so that nothing can fail once the lock is taken
     const auto error = setLock(handle_.get(), range, LockKind::exclusive);
     if (!failed(error)) held_.push_back(range);

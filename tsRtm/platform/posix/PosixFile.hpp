@@ -1,11 +1,11 @@
 #pragma once
 // An open file of this ground.
-#include <optional>
 #include <vector>
 
 #include "tsRtm/platform/File.hpp"
 #include "tsRtm/platform/posix/PosixFileWindow.hpp"
 #include "tsRtm/platform/posix/PosixHandle.hpp"
+#include "tsRtm/platform/posix/PosixServed.hpp"
 
 namespace tsRtm::platform::posix {
 
@@ -31,9 +31,11 @@ class PosixFile final : public File {
     [[nodiscard]] SystemError share(Sharing mode) override;
     [[nodiscard]] SystemError show(uint64 number) override;
     Result<uint64> greatestShown(uint64 floor) override;
+    Result<bool> stands() override { return served_.stands(); }
 
-    bool remote() const noexcept override;
-    [[nodiscard]] SystemError refresh(RefreshAs standing) override;
+    bool remote() const noexcept override { return served_.remote(); }
+    [[nodiscard]] SystemError refresh(RefreshAs standing) override { return served_.refresh(standing); }
+    Result<std::size_t> readServed(uint64 offset, std::span<std::byte> into) override;
 
  private:
     bool holds(ByteRange range) const noexcept;
@@ -42,9 +44,10 @@ class PosixFile final : public File {
     Handle handle_;
     Text name_;
     bool writable_;
+    bool dirty_ = false;  // written since the last flush
     bool windowTried_ = false;
     std::unique_ptr<PosixFileWindow> window_;
-    mutable std::optional<bool> remote_;  // once asked
+    PosixServed served_;
     uint64 shown_ = 0;
     std::vector<ByteRange> held_;  // the kernel would grant a second lock on them: we refuse it
 };

@@ -20,6 +20,8 @@ struct KnownVolume {
     DriveKind kind;
 };
 
+constexpr uint32 kUserSpace = 0x65735546;
+
 // The numbers of statfs(2). A user-space file system may stand for anything, so it counts as remote.
 // clang-format off
 constexpr KnownVolume kKnown[] = {
@@ -45,7 +47,7 @@ constexpr KnownVolume kKnown[] = {
     {0xFF534D42, u"cifs",     DriveKind::remote},
     {0xFE534D42, u"smb2",     DriveKind::remote},
     {0x01021997, u"9p",       DriveKind::remote},
-    {0x65735546, u"fuse",     DriveKind::remote},
+    {kUserSpace, u"fuse",     DriveKind::remote},
     {0x00C36400, u"ceph",     DriveKind::remote},
     {0x5346414F, u"afs",      DriveKind::remote},
     {0x6B414653, u"kafs",     DriveKind::remote},
@@ -107,11 +109,12 @@ Volume volumeOf(const std::string& path) {
     return describe(system, ::stat(path.c_str(), &status) == 0 ? &status : nullptr);
 }
 
-bool servedFromElsewhere(int descriptor) noexcept {
+ServedBy servedBy(int descriptor) noexcept {
     struct statfs system {};
-    if (::fstatfs(descriptor, &system) != 0) return true;
+    if (::fstatfs(descriptor, &system) != 0) return ServedBy::elsewhere;
+    if (static_cast<uint32>(system.f_type) == kUserSpace) return ServedBy::program;
     const auto* known = knownVolume(system);
-    return !known || known->kind == DriveKind::remote;
+    return !known || known->kind == DriveKind::remote ? ServedBy::elsewhere : ServedBy::thisMachine;
 }
 
 }  // namespace tsRtm::platform::posix

@@ -15,7 +15,10 @@ struct Volume {
 // DriveKind::unknown where the system gives no answer.
 Volume volumeOf(int descriptor);
 Volume volumeOf(const std::string& path);
-// Whether the file lies elsewhere, or it cannot be told where: a cache of this machine may be behind it.
-bool servedFromElsewhere(int descriptor) noexcept;
+
+// Who answers for an open file. Elsewhere or by a program: caches of this machine may stand before it; so it
+// counts as elsewhere where nothing is known.
+enum class ServedBy { thisMachine, elsewhere, program };
+ServedBy servedBy(int descriptor) noexcept;
 
 }  // namespace tsRtm::platform::posix
