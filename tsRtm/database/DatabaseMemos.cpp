@@ -15,6 +15,7 @@ auto clsTSDB::readPlace(int32 field, int32 record, Read read) {
         return out;
     }
     try {
+        e.d.guard.lookAnew();
         if (e.d.store && e.d.store.reaches(record)) out = read(e.d.memos);
     } catch (const Failure& failure) {
         e.fail(failure);

@@ -9,6 +9,7 @@ namespace tsRtm {
 
 bool clsTSDB::readRecord(int32 Satznummer, bool plain) {
     auto& e = *engine_;
+    e.d.guard.lookAnew();
     if (!e.d.store || !e.d.store.reaches(Satznummer)) return e.fail(DatabaseError::badRecord);
     e.d.read(Satznummer, e.c.felder.room());
     e.c.felder.loaded(plain);
@@ -70,6 +71,7 @@ Text clsTSDB::GetField(int32 Satznummer, int32 FeldNummer) {
     auto& store = e.d.store;
     Text out;
     try {
+        e.d.guard.lookAnew();
         // One behind the last reads as blank: a new record is in the indexes before it is in the file.
         if (!store || Satznummer < 1 || (!store.reaches(Satznummer) && Satznummer != store.count() + 1)) {
             e.fail(DatabaseError::badRecord);

@@ -139,6 +139,7 @@ bool clsTSDB::openFiles() {
         return false;
     }
     d.count = CountFile(folder.files.file(d.opened.count));
+    d.guard.opened(d.count.file());
     if (folder.shared && !folder.readOnly && refusesLocks()) return e.fail(DatabaseError::locked);
     const auto dataFile = recoverData(d);
     if (folder.readOnly && !FilesTopic::Exist(folder.path(u"Data.tsd"))) folder.filesWritable = false;
@@ -215,6 +216,7 @@ void clsTSDB::openSerial() {
     if (d.control->AutowertFeld() == 0 || d.folder.readOnly) return;
     d.opened.serial = d.folder.open(u"Autowert.tsd", d.folder.shared);
     if (d.opened.serial == 0) return rtmMain::DebugLog(d.folder.name + u": kein Zugriff auf Autowert.tsd");
+    d.guard.opened(d.folder.files.file(d.opened.serial));
     d.serial = SerialNumber(d.folder.files.file(d.opened.serial), d.folder.messages());
 }
 

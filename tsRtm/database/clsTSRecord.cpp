@@ -52,6 +52,7 @@ bool clsTSRecord::load() {
     if (loaded_) return true;
     const auto database = DB();
     if (!database) return false;
+    database->engine_->d.guard.lookAnew();
     auto& store = database->engine_->d.store;
     if (!store || !store.reaches(number_)) return false;
     database->engine_->d.read(number_, felder_->room());

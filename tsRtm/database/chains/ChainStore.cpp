@@ -45,7 +45,7 @@ bool ChainStore::open(bool toWrite) {
     if (handle_ == 0)
         raise(numberOf(DatabaseError::locked), kSource, quoted() + u"kann nicht geöffnet werden");
     auto& file = p_.folder.files.handleFile(handle_);
-    if (p_.locks.alone()) p_.guard.opened(file);
+    p_.guard.opened(file);
     file_ = ChainFile(file, format_);
     const auto isThere = [&](const Text& other) { return FilesTopic::Exist(p_.folder.path(other)); };
     hasLeftover_ = isThere(u"Kette.tmp") || isThere(u"KetteTmp." + threeDigits(control_->Anker()));

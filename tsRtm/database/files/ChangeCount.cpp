@@ -45,7 +45,9 @@ uint64 sumOf(const KeptHead& head, BytesView bytes) noexcept {
 }  // namespace
 
 void ChangeCount::initialise() {
-    if (bytes_.refreshSize() < sizeof(uint64)) store(0);
+    const uint64 size = bytes_.refreshSize();
+    if (size < sizeof(uint64)) store(0);
+    if (bytes_.file().remote() && size < kServedBytes) bytes_.resize(kServedBytes);
 }
 
 uint64 ChangeCount::value() {
@@ -56,15 +58,41 @@ uint64 ChangeCount::value() {
     if (const char* in = bytes_.view(0, sizeof value))
         value = __atomic_load_n(reinterpret_cast<const uint64*>(in), __ATOMIC_ACQUIRE);
     else
-        bytes_.read(0, {reinterpret_cast<char*>(&value), sizeof value});
+        value = bytes_.file().remote() ? served() : cached();
     std::atomic_thread_fence(std::memory_order_acq_rel);
     return value;
+}
+
+uint64 ChangeCount::cached() {
+    uint64 value = 0;
+    bytes_.read(0, {reinterpret_cast<char*>(&value), sizeof value});
+    return value;
+}
+
+uint64 ChangeCount::served() {
+    if (alone_ && known_) return *known_;
+    uint64 value = 0;
+    // A file that no writer on this share has met is short: what the client keeps of it has to go first.
+    if (bytes_.knownSize() < kServedBytes && bytes_.refreshSize() < kServedBytes) {
+        static_cast<void>(bytes_.file().refresh(platform::RefreshAs::reader));
+        bytes_.refreshSize();
+    }
+    const auto got = bytes_.file().readServed(0, std::as_writable_bytes(std::span(&value, 1)));
+    if (!got) raiseFileFailure(got.error(), bytes_.file().name());
+    if (alone_) known_ = value;
+    return value;
+}
+
+void ChangeCount::alone(bool is) noexcept {
+    alone_ = is;
+    known_.reset();
 }
 
 void ChangeCount::store(uint64 value) {
     std::atomic_thread_fence(std::memory_order_seq_cst);
     bytes_.store(0, {reinterpret_cast<const char*>(&value), sizeof value});
     std::atomic_thread_fence(std::memory_order_seq_cst);
+    if (alone_) known_ = value;
 }
 
 void ChangeCount::begin() {

@@ -15,8 +15,12 @@
 // Who is killed in a write may leave the first pages of it written and the others not: while his number
 // stands, the record is completed from here.
 //
+// On a share zeros follow up to kServedBytes: clients answer from what they keep of shorter files.
+//
 // The file is ours. It comes with the first opening that may write; programs that do not know it pass it
 // over.
+#include <optional>
+
 #include "tsRtm/database/files/BlockFile.hpp"
 
 namespace tsRtm {
@@ -25,6 +29,7 @@ namespace tsRtm {
 class ChangeCount {
  public:
     static constexpr TextView kFileName = u"Stand.tsd";
+    static constexpr uint64 kServedBytes = platform::ServedFile::kKeptWhole + 4096;
 
     ChangeCount() = default;
     explicit ChangeCount(platform::File& file) : bytes_(file) {}
@@ -33,9 +38,13 @@ class ChangeCount {
     platform::File& file() const noexcept { return bytes_.file(); }
     // Writes a 0 into an empty file.
     void initialise();
-    // With a window no system call. What was read before this call was read before the number, what is read
-    // afterwards after it.
+    // With a window no system call; on a share one question for the server. What was read before this call
+    // was read before the number, what is read afterwards after it.
     uint64 value();
+    // The number as this client remembers it.
+    uint64 cached();
+    // While nobody else may change the number it is remembered, and no server asked. Starting anew forgets.
+    void alone(bool is) noexcept;
     static constexpr bool isQuiet(uint64 value) noexcept { return value % 2 == 0; }
 
     void begin();
@@ -56,8 +65,11 @@ class ChangeCount {
 
  private:
     void store(uint64 value);
+    uint64 served();
 
     BlockFile bytes_;
+    bool alone_ = false;
+    std::optional<uint64> known_;  // while alone
 };
 
 }  // namespace tsRtm

@@ -22,11 +22,15 @@ DatabaseError DatabaseLocks::lockDatabase(Wait wait) {
     if (!folder_.filesWritable) return DatabaseError::readOnly;
     // A handler that runs inside our own wait cannot have what we are waiting for.
     if (!count_ || waiting_) return DatabaseError::locked;
-    if (depth_ == 0 && !won(wait)) return DatabaseError::locked;
+    if (depth_ == 0 && !won(wait)) {
+        if (wait == Wait::asks) guard_.tellLost();
+        return DatabaseError::locked;
+    }
     ++depth_;
     if (depth_ > 1 || guard_.entered()) return DatabaseError::none;
     depth_ = 0;
     static_cast<void>(count_.file().unlock(kDatabaseByte));
+    if (wait == Wait::asks) guard_.tellRefusal();
     return DatabaseError::locked;
 }
 
@@ -80,14 +84,7 @@ DatabaseError DatabaseLocks::lockRecord(int32 record, int32 wait) {
     if (lockWithWait(folder_.messages(), count_.file(), request, {{}, aboutToWait, pointless}) != 0)
         return DatabaseError::locked;
     own_.push_back(record);
-    if (!guard_.needed()) return DatabaseError::none;
-    // What the last holder of the record wrote is read from the server: seen by who is alone for a moment.
-    const auto error = lockDatabase();
-    if (failed(error))
-        unlockRecord(record);
-    else
-        unlockDatabase();
-    return error;
+    return DatabaseError::none;
 }
 
 DatabaseError DatabaseLocks::tryRecord(int32 record) {

@@ -20,7 +20,8 @@ auto SerialNumber::locked(Work work) {
     } unlock{bytes_.file()};
     // On a share the number is the server's, before and after.
     const bool remote = bytes_.file().remote();
-    if (remote) static_cast<void>(bytes_.file().refresh(platform::RefreshAs::soleWriter));
+    const auto renewed = bytes_.file().refresh(platform::RefreshAs::soleWriter);
+    if (platform::failed(renewed)) raiseFileFailure(renewed, bytes_.file().name());
     const auto result = work();
     if (remote && platform::failed(bytes_.file().flush()))
         raise(57, u"clsTSDB", u"Autowert.tsd kann nicht geschrieben werden");

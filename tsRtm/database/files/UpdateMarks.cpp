@@ -2,8 +2,9 @@
 
 #include <algorithm>
 
+#include "tsRtm/database/files/DatabaseError.hpp"
 #include "tsRtm/frame/state/State.hpp"
-#include "tsRtm/types/Text.hpp"
+#include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm {
 
@@ -30,19 +31,29 @@ void UpdateMarks::begin() {
     count_.mark();
     underWay_ = true;
     rtmMain::state().updatesUnderWay.push_back(&folder_.name);
-    guard_.flushMarks();
+    guard_.announced();
 }
 
 void UpdateMarks::end(int32 records) {
     if (!underWay_) return;
-    guard_.flushFiles();
+    written();
     count_.finish(records);
     giveUp();
     if (changes_) changes_.end();
+    guard_.told();
 }
 
 void UpdateMarks::touched() {
-    if (changes_ && guard_.needed()) changes_.touch();
+    if (!changes_ || !guard_.needed()) return;
+    written();
+    changes_.touch();
+    guard_.told();
+}
+
+void UpdateMarks::written() {
+    if (guard_.written()) return;
+    giveUp();
+    raise(numberOf(DatabaseError::locked), kFileFailureSource, count_.file().name() + u": Sperren verloren");
 }
 
 void UpdateMarks::giveUp() noexcept {

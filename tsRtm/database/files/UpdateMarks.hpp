@@ -42,6 +42,9 @@ class UpdateMarks {
     void giveUp() noexcept;
 
  private:
+    // Raises 70 where the lock was lost on the way.
+    void written();
+
     const DatabaseFolder& folder_;
     CountFile& count_;
     ChangeCount& changes_;

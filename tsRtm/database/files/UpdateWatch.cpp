@@ -8,36 +8,31 @@ namespace {
 
 constexpr int32 kBusyAttempts = 64;    // an update takes microseconds
 constexpr int32 kMostCrossings = 400;  // then the lock is quicker
+constexpr int32 kMostOnShare = 8;      // where each costs the way to the server and back
 constexpr int32 kAskForOwner = 128;    // somebody must hold the lock, or the mark was left behind
 constexpr int32 kPatience = 6;         // times NetWait: whole indexes may be built
 constexpr std::chrono::microseconds kPause{100};
+constexpr std::chrono::microseconds kPauseOnShare{2000};
 
 }  // namespace
 
 UpdateWatch::Look UpdateWatch::look() {
-    Look now;
-    // Who writes on a share holds the lock, and shows a newer number before he gives it back.
     const bool share = guard_.needed();
-    if (share && locks_.databaseHeldByOther()) now.quiet = false;
-    if (share) now.shown = guard_.newest();
     if (!changes_ && findChanges && count_.atWork()) findChanges();
-    if (!changes_) {
-        // Without a count of changes a mark is as good as an odd number.
-        const bool marked = count_.marked();
-        now.number = marked ? 1 : ++unknown_ * 2;
-        now.quiet = now.quiet && !marked;
-        return now;
-    }
-    now.number = changes_.value();
-    now.quiet = now.quiet && ChangeCount::isQuiet(now.number) && now.number + 1 >= now.shown;
-    return now;
+    const uint64 served = share ? guard_.newest() : 0;
+    // Without a count of changes a mark is as good as an odd number.
+    if (!changes_) return count_.marked() ? Look{1, false} : Look{++unknown_ * 2, true};
+    const uint64 value = share ? served : changes_.value();
+    return {value, ChangeCount::isQuiet(value)};
+}
+
+UpdateWatch::Look UpdateWatch::firstLook() {
+    if (!guard_.needed() || !changes_ || !guard_.passed()) return look();
+    // What the caches held in order at this number still holds where it is the number afterwards.
+    return {*guard_.passed(), ChangeCount::isQuiet(*guard_.passed())};
 }
 
 bool UpdateWatch::same(const Look& before) {
-    if (guard_.needed()) {
-        const Look now = look();
-        return now.quiet && now.shown == before.shown && (!changes_ || now.number == before.number);
-    }
     return changes_ ? changes_.value() == before.number : !count_.marked();
 }
 
@@ -56,24 +51,30 @@ bool UpdateWatch::waits(Patience& patience) {
     if (attempt % kAskForOwner == kAskForOwner - 1 && !quiet && !locks_.databaseHeldByOther() &&
         look().number == now.number) {
         if (!folder_.readOnly) return heal && heal();
-        dead_ = now.number;
-        metDeath_ = true;
+        diedAt(now.number);
         return false;
     }
-    if (quiet && attempt >= kMostCrossings && !folder_.readOnly) return false;
+    // On a share the lock has an order of those who wait, while moments without an update may not be met.
+    const bool lockIsQuicker = guard_.needed() ? attempt >= kMostOnShare : quiet && attempt >= kMostCrossings;
+    if (lockIsQuicker && folder_.filesWritable) return false;
     if (clock.elapsed() - patience.start > std::chrono::seconds(kPatience * rtmMain::state().netWait))
         return false;
-    clock.sleep(attempt < kBusyAttempts ? std::chrono::microseconds(0) : kPause);
+    clock.sleep(guard_.needed()           ? kPauseOnShare
+                : attempt < kBusyAttempts ? std::chrono::microseconds(0)
+                                          : kPause);
     return true;
 }
 
 void UpdateWatch::healOrGiveUp() {
     if (!folder_.readOnly && heal && heal()) return;
-    if (folder_.readOnly) {
-        dead_ = look().number;
-        metDeath_ = true;
-    }
+    if (folder_.readOnly) diedAt(look().number);
     raiseBusy();
+}
+
+void UpdateWatch::diedAt(uint64 number) {
+    dead_ = number;
+    metDeath_ = true;
+    if (guard_.needed()) guard_.forget();
 }
 
 void UpdateWatch::raiseBusy() const {

@@ -13,9 +13,9 @@
 namespace tsRtm {
 
 // Looks at the number of changes before and after a walk: two system calls a walk where the files have no
-// window, none where they have. On a share it asks by locks whether anybody writes or wrote. Without
-// Stand.tsd (nobody who keeps it ever wrote here) it looks at the mark in Count.tsd. Knows its parts by
-// reference. Not thread-safe.
+// window, none where they have. On a share it asks the server once, after the walk. Without Stand.tsd (nobody
+// who keeps it ever wrote here) it looks at the mark in Count.tsd. Knows its parts by reference. Not
+// thread-safe.
 class UpdateWatch {
  public:
     UpdateWatch(CountFile& count, ChangeCount& changes, DatabaseLocks& locks, const DatabaseFolder& folder,
@@ -39,10 +39,8 @@ class UpdateWatch {
     auto steady(Work work) {
         if (!count_) return work(number());
         if (locks_.alone()) return settled(work);
-        // What a client of a share remembers is no ground for an answer: it is asked for anew under the lock.
-        if (guard_.needed() && folder_.filesWritable) return underLock(work);
         for (Patience patience;;) {
-            const Look before = look();
+            const Look before = patience.attempts == 0 ? firstLook() : look();
             if (before.quiet) {
                 try {
                     auto result = work(before.number);
@@ -94,7 +92,6 @@ class UpdateWatch {
     struct Look {
         uint64 number = 0;
         bool quiet = true;
-        uint64 shown = 0;  // by others, on a share
     };
     struct Patience {
         int32 attempts = 0;
@@ -102,11 +99,14 @@ class UpdateWatch {
     };
 
     Look look();
+    Look firstLook();
     bool same(const Look& before);
     uint64 number() { return changes_ ? changes_.value() : ++unknown_; }
     // Until the next attempt; false when patience is at its end.
     bool waits(Patience& patience);
     bool diesOver(const Look& now) const noexcept { return !now.quiet && dead_ == now.number; }
+    // The update that left this number is dead: records and indexes are read as they are.
+    void diedAt(uint64 number);
     // Under the database lock: the update that left its mark is dead.
     void healOrGiveUp();
     [[noreturn]] void raiseBusy() const;

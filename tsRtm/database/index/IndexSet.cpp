@@ -56,7 +56,7 @@ void IndexSet::openFile(int32 number) {
     // No blank before "kann": the text stands so in logs.
     if (at.file == 0) raise(70, kSource, quotedName(number) + u"kann nicht geöffnet werden");
     auto& file = p_.folder.files.file(at.file);
-    if (p_.locks.alone()) p_.guard.opened(file);
+    p_.guard.opened(file);
     if (!big()) {
         at.form = std::make_unique<FlatIndex>(file, p_.store, at.keys, p_.folder.shared);
         return;

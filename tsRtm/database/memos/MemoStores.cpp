@@ -62,7 +62,7 @@ MemoFile* MemoStores::openForReading(int32 field) {
     Store store{p_.folder.open(name, p_.folder.shared), nullptr};
     if (store.fileNumber == 0) return nullptr;
     auto& file = p_.folder.files.file(store.fileNumber);
-    if (p_.locks.alone()) p_.guard.opened(file);
+    p_.guard.opened(file);
     store.file = std::make_unique<MemoFile>(file);
     return open_.emplace(field, std::move(store)).first->second.file.get();
 }

@@ -62,6 +62,10 @@ bool RecordStore::reaches(int32 record) {
     if (has(record)) return true;
     if (record < 1 || !shared_ || !bytes_) return false;
     refresh();
+    if (has(record) || !bytes_.file().remote()) return has(record);
+    // The client may have believed its own memory.
+    static_cast<void>(bytes_.file().refresh(platform::RefreshAs::reader));
+    refresh();
     return has(record);
 }
 

@@ -69,7 +69,9 @@ DatabaseError reorganising(OpenDatabase& d, Work work) {
         if (const auto error = d.sign.enter(); failed(error)) return error;
         d.indexes.completeRecord();
         d.refreshCount();
-        return work();
+        const auto outcome = work();
+        d.guard.renamed();
+        return outcome;
     } catch (const Failure& failure) {
         d.marks.giveUp();
         recordFailure(failure);

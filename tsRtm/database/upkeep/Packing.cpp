@@ -112,6 +112,7 @@ void exchangeFiles(OpenDatabase& d, FileExchange& exchange, const BulkFace& face
     }
     d.openData();
     exchange.discardOld();
+    d.guard.renamed();
     if (!d.store) raise(70, kFileFailureSource, d.folder.path(kData) + u" kann nicht geöffnet werden");
     d.marks.begin();
     d.marks.end(d.records());

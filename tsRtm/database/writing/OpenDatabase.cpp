@@ -17,16 +17,21 @@ OpenDatabase::OpenDatabase(FilesTopic& files) : folder(files) {
 bool OpenDatabase::openData() {
     opened.data = folder.files.OpenBinaryAPI(folder.path(u"Data.tsd"), !folder.filesWritable, folder.shared);
     if (opened.data == 0) return false;
+    guard.opened(folder.files.handleFile(opened.data));
     store = RecordStore(folder.files.handleFile(opened.data), layout, folder.shared);
     refreshCount();
     return true;
 }
 
 bool OpenDatabase::openChanges() {
+    const Text name = folder.path(ChangeCount::kFileName);
+    const bool exists = FilesTopic::Exist(name);
     // Nobody of ours has written yet where it is missing.
-    if (!folder.filesWritable && !FilesTopic::Exist(folder.path(ChangeCount::kFileName))) return false;
+    if (!folder.filesWritable && !exists) return false;
     opened.changes = folder.open(ChangeCount::kFileName, true);
     if (opened.changes == 0) return false;
+    // Whoever may write to the database needs it.
+    if (!exists) static_cast<void>(rtmMain::system().files.copyAccess(count.file().name(), name));
     changes = ChangeCount(folder.files.file(opened.changes));
     return true;
 }
@@ -83,6 +88,7 @@ void OpenDatabase::close() noexcept {
     folder.close(opened.changes);
     count = CountFile();
     folder.close(opened.count);
+    guard.closed();
     reorganisation.forget();
     locks.forget();
 }

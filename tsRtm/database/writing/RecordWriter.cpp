@@ -162,7 +162,7 @@ WriteOutcome RecordWriter::underLock(Work work) {
 }
 
 void RecordWriter::heal() noexcept {
-    if (!d_.marks.underWay()) return;
+    if (!d_.marks.underWay() || !d_.guard.holds()) return;
     try {
         d_.indexes.rebuildAll();
         d_.marks.end(d_.records());
@@ -328,7 +328,7 @@ WriteOutcome RecordWriter::addUnderLock(const WriteOrder& order) {
         return out;
     } catch (const Failure&) {
         d_.store.refresh();
-        if (d_.marks.underWay()) d_.store.cutTo(before);
+        if (d_.marks.underWay() && d_.guard.holds()) d_.store.cutTo(before);
         throw;
     }
 }
