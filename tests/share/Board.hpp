@@ -28,11 +28,17 @@ struct RowState {
     uint32 word() const { return versions << 2 | (deleted ? 2u : 0u) | (busy ? 1u : 0u); }
 };
 
+// The address database with a memo NOTIZ and a chain POS (TEXT 12) in each record.
+enum OfficeField : int32 { fNOTIZ = 5, fPOS = 6 };
+std::shared_ptr<clsTSDB> makeOffice(clsRtm& rtm, const std::string& folder);
+
 // In memory that all processes of the test share.
 struct Board {
     std::atomic<uint32> rows[kUsers][kRows];
+    std::atomic<uint32> notes[kUsers][kRows];  // how often a row's memo and chain were written
     std::atomic<bool> stop;
-    std::atomic<int64> adds, changes, marks, searches, looks, wrong, refused;  // looks: of who only reads
+    std::atomic<int64> adds, changes, marks, noted, searches, looks, wrong,
+        refused;              // looks: of who only reads
     std::atomic<int64> said;  // messages shown to a user; the last one is below
     char message[400];
 
@@ -44,7 +50,9 @@ struct Board {
     }
     RowState state(int32 user, int32 row) const { return RowState::of(rows[user][row]); }
     void state(int32 user, int32 row, RowState now) { rows[user][row] = now.word(); }
-    int64 operations() const { return adds + changes + marks + searches + looks; }
+    RowState note(int32 user, int32 row) const { return RowState::of(notes[user][row]); }
+    void note(int32 user, int32 row, RowState now) { notes[user][row] = now.word(); }
+    int64 operations() const { return adds + changes + marks + noted + searches + looks; }
     void say(const Text& text) {
         const auto bytes = toUtf8(text);
         std::memcpy(message, bytes.data(), std::min(bytes.size(), sizeof message - 1));
@@ -56,6 +64,16 @@ struct Board {
 inline Address contentOf(int32 user, int32 row, uint32 version) {
     return {u"u" + toText(user) + u"r" + toText(1000 + row) + u"v" + toText(int64{version}),
             u"o" + toText((int64{version} * 31 + row) % 97), toText(int64{version}) + u".00", u"01022003"};
+}
+inline Text noteOf(int32 user, int32 row, uint32 version) {
+    return contentOf(user, row, version).name + Text(20 + version * 37 % 400, u'n');
+}
+// A chain grows by a row with each version of the note, and starts anew with each eighth.
+inline TextTable rowsOf(int32 user, int32 row, uint32 version) {
+    TextTable rows;
+    for (uint32 v = version - version % 8 + 1; v <= version; ++v)
+        rows.push_back({contentOf(user, row, v).name});
+    return rows;
 }
 inline Address fixedRow(int32 n) { return {u"fest" + toText(100 + n), u"Bonn", u"1.00", u"01022003"}; }
 inline Text keyOf(const Address& address) { return address.name + u" " + address.ort; }

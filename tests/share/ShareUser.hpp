@@ -23,6 +23,9 @@ class ShareUser {
     void work(bool endsAtRefusal);
     // One search of a row that may be anybody's; false where it was refused.
     bool look();
+    // When nobody works any more: rows whose owner died at them are what the database has. Then takes out
+    // what is marked as deleted.
+    bool settleAndPack();
     // One new row; false where it was refused, and nobody can tell what is stored.
     bool add();
     // No row is left to be added.
@@ -35,7 +38,15 @@ class ShareUser {
     void hearBoxes();
     bool change(int32 row);
     bool mark(int32 row);
+    bool note(int32 row);
     bool lookAtFixed();
+    bool lookAtNote(int32 owner, int32 row, uint32 version);
+    // Whether the record that the cursor stands on has memo and rows of that version.
+    bool hasNote(int32 owner, int32 row, uint32 version);
+    bool standsOn(const Address& row);
+    // Own rows that are there already, from an earlier day.
+    void adopt();
+    bool holdsNotes();
     void wrong(const std::string& what);
     bool shows(const Address& row, bool deleted);
     int32 random(int32 count) { return static_cast<int32>(random_() % static_cast<uint32>(count)); }
@@ -51,7 +62,7 @@ class ShareUser {
     platform::Platform real_;
     std::unique_ptr<clsRtm> rtm_;
     std::shared_ptr<clsTSDB> db_;
-    std::vector<int32> numbers_;  // of own rows
+    std::vector<int32> numbers_;  // of own rows; 0 where one was packed away
 };
 
 }  // namespace tsRtm::test

@@ -1,7 +1,9 @@
 // Several users on one database of a share, each in a process of his own; what they are answered is held
 // against what was told as stored.
 //
-//     share_users office SECONDS FOLDER FOLDER FOLDER   three users, one of them is killed, and one who reads
+//     share_users office SECONDS FOLDER FOLDER FOLDER   three users, one of them is killed, and one who
+//     reads;
+//                                                       twice, with a reorganisation in between
 //     share_users cut FOLDER FOLDER MOUNT COMMAND       two users, and a third one whose mount is taken away:
 //                                                       COMMAND makes the mount MOUNT
 //     share_users cost FOLDER [FOLDER]                  what adds and searches cost; a writer on the second
@@ -42,7 +44,7 @@ bool makeDatabase(const std::string& folder, int32 records = 0) {
         auto real = ground.on(platform::posixPlatform().files, platform::posixPlatform().clock);
         rtmMain::TEST_restart(real);
         clsRtm rtm;
-        const auto db = makeAddresses(rtm, fromUtf8(folder + "/Adressen"), kBig);
+        const auto db = makeOffice(rtm, folder);
         if (!db) return 1;
         for (int32 n = 0; n < kFixed; ++n)
             if (addAddress(*db, fixedRow(n)) < 1) return 1;
@@ -83,26 +85,36 @@ bool holds(Board& board, const std::string& folder) {
 int verdict(const Board& board, const char* what, bool whole, const std::string& more) {
     if (board.said > 0) std::printf("  the last message: %s\n", board.message);
     std::printf(
-        "%s: %lld adds, %lld changes, %lld marks, %lld searches, %lld by who only reads; %lld refused, "
+        "%s: %lld adds, %lld changes, %lld marks, %lld memos with rows, %lld searches, %lld by who only "
+        "reads; %lld refused, "
         "%lld wrong, %s%s\n",
         what, static_cast<long long>(board.adds), static_cast<long long>(board.changes),
-        static_cast<long long>(board.marks), static_cast<long long>(board.searches),
-        static_cast<long long>(board.looks), static_cast<long long>(board.refused),
-        static_cast<long long>(board.wrong), whole ? "nothing lost, no lock left, sound" : "NOT WHOLE",
-        more.c_str());
+        static_cast<long long>(board.marks), static_cast<long long>(board.noted),
+        static_cast<long long>(board.searches), static_cast<long long>(board.looks),
+        static_cast<long long>(board.refused), static_cast<long long>(board.wrong),
+        whole ? "nothing lost, no lock left, sound" : "NOT WHOLE", more.c_str());
     return whole && board.wrong == 0 ? 0 : 1;
 }
 
-int office(const std::string& seconds, const std::vector<std::string>& folders) {
-    Board& board = Board::make();
-    if (!makeDatabase(folders[0])) return 1;
+// Between two halves of a day, on another mount than the database was made on.
+bool packs(Board& board, const std::string& folder) {
+    ChildProcess packer([&](ChildProcess::Line&) {
+        ShareUser user(board, folder, 1, false);
+        return user && user.holdsAll() && user.settleAndPack() ? 0 : 1;
+    });
+    return packer.wait() == 0;
+}
+
+// Three users, one of whom is killed in the middle of it, and one who reads. Whether the others went on and
+// ended well.
+bool halfDay(Board& board, std::chrono::milliseconds time, const std::vector<std::string>& folders) {
+    board.stop = false;
     std::vector<Process> users;
     for (int32 user = 0; user < kUsers; ++user)
         users.push_back(start(board, folders[static_cast<std::size_t>(user)], user, false));
     users.push_back(start(board, folders.back(), 0, true));
     bool opened = true;
     for (const auto& user : users) opened = works(user) && opened;
-    const auto time = std::chrono::milliseconds(std::stoi(seconds) * 1000);
     rest(time / 2);
     users[1]->kill();
     const auto then = board.adds.load();
@@ -112,8 +124,19 @@ int office(const std::string& seconds, const std::vector<std::string>& folders) 
     bool ended = true;
     for (std::size_t i = 0; i < users.size(); ++i)
         if (i != 1) ended = users[i]->wait() == 0 && ended;
-    const bool whole = opened && wentOn && ended && holds(board, folders[0]);
-    return verdict(board, "office", whole, wentOn ? ", one killed" : ", the others did NOT go on");
+    if (!opened || !wentOn || !ended) std::printf("  somebody did not work to the end\n");
+    return opened && wentOn && ended;
+}
+
+int office(const std::string& seconds, const std::vector<std::string>& folders) {
+    Board& board = Board::make();
+    if (!makeDatabase(folders[0])) return 1;
+    const auto time = std::chrono::milliseconds(std::stoi(seconds) * 500);
+    const bool worked = halfDay(board, time, folders);
+    const bool packed = worked && packs(board, folders[1]);
+    if (worked && !packed) std::printf("  could not be packed\n");
+    const bool whole = packed && halfDay(board, time, folders) && holds(board, folders[0]);
+    return verdict(board, "office", whole, ", packed once, two killed");
 }
 
 // The process that serves a mount, 0 where there is none.
