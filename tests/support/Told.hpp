@@ -1,0 +1,65 @@
+#pragma once
+// Several answers as one line of text, to hold them against what is expected at one look.
+//
+//     EXPECT_TOLD("2|yes|a,b|-", list.Count(), list.Dirty(), names, list.find(u"c"));
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+#include <tuple>
+#include <type_traits>
+
+#include "tsRtm/types/Text.hpp"
+
+namespace tsRtm::test {
+
+// Values apart by "|", in the order they stand in: texts in UTF-8, numbers and enumerators in figures, "yes"
+// and "no",
+// "-" for what is missing, "error 5" for a result that is one; elements apart by ",", parts of a tuple by
+// ":".
+struct Told {
+    template <class... Values>
+    explicit Told(const Values&... values) {
+        ((out += (out.empty() && first ? "" : "|") + one(values), first = false), ...);
+    }
+
+    template <class Value>
+    static std::string one(const Value& value) {
+        if constexpr (std::is_convertible_v<const Value&, TextView>) {
+            return toUtf8(TextView(value));
+        } else if constexpr (std::is_convertible_v<const Value&, BytesView>) {
+            return std::string(BytesView(value));
+        } else if constexpr (std::is_same_v<Value, bool>) {
+            return value ? "yes" : "no";
+        } else if constexpr (std::is_enum_v<Value>) {
+            return std::to_string(static_cast<int64>(value));
+        } else if constexpr (std::is_arithmetic_v<Value>) {
+            std::ostringstream text;
+            text.precision(15);
+            text << +value;
+            return text.str();
+        } else if constexpr (requires { value.error(); }) {
+            return value.ok() ? one(*value) : "error " + one(value.error());
+        } else if constexpr (requires { value.has_value(); }) {
+            return value ? one(*value) : "-";
+        } else if constexpr (requires { value.begin(); }) {
+            std::string text;
+            for (const auto& element : value) text += (&element == &*value.begin() ? "" : ",") + one(element);
+            return text;
+        } else {
+            std::string text;
+            std::apply([&](const auto&... part) { ((text += (text.empty() ? "" : ":") + one(part)), ...); },
+                       value);
+            return text;
+        }
+    }
+
+    std::string out;
+
+ private:
+    bool first = true;
+};
+
+}  // namespace tsRtm::test
+
+#define EXPECT_TOLD(expected, ...) EXPECT_EQ((::tsRtm::test::Told{__VA_ARGS__}.out), expected)
