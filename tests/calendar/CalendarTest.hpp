@@ -2,7 +2,9 @@
 // What all calendar tests stand on: a German ground in June 2026.
 #include <gtest/gtest.h>
 
+#include "tests/support/Table.hpp"
 #include "tests/support/TestGround.hpp"
+#include "tests/support/Told.hpp"
 #include "tsRtm/calendar/clsDatum.hpp"
 #include "tsRtm/frame/state/State.hpp"
 

@@ -15,11 +15,9 @@ TEST_F(DateForms, FollowTheOrderOfTheLocale) {
         TextView separator, local, shortLocal, kalenderDay;
     };
     // KalenderDay brings its result to local form twice: true only where the day comes first.
-    const Row rows[] = {
-        {0, u"/", u"12302024", u"123024", u"30122024"},
-        {1, u".", u"30122024", u"301224", u"30122024"},
-        {2, u"-", u"20241230", u"241230", u"12302420"},
-    };
+    const Row rows[] = {{0, u"/", u"12302024", u"123024", u"30122024"},
+                        {1, u".", u"30122024", u"301224", u"30122024"},
+                        {2, u"-", u"20241230", u"241230", u"12302420"}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.form);
         dateForm(row.form, row.separator);
@@ -41,27 +39,19 @@ TEST_F(DateForms, FollowTheOrderOfTheLocale) {
     EXPECT_EQ(datum.AddDayC(u"12312024", 2), u"01022025") << "the third turn makes it local again";
 }
 
+// Cut to the month's end; one separator only is taken away; without a day the separators go, and seven digits
+// get their zero; of more digits the last eight, or six behind one too many.
 TEST_F(DateForms, DateTo6TidiesWhatIsTyped) {
-    const std::pair<TextView, TextView> rows[] = {
-        {u"31.12.2024", u"31122024"}, {u"1.2.2024", u"01022024"},
-        {u"31.2.2023", u"28022023"},                                // cut to the month's end
-        {u"1.13.2024", u"01012025"},  {u"31.122024", u"31122024"},  // one separator only: taken away
-        {u"0.12.2024", u"00122024"},  // no day: the separators go, and seven digits get their zero
-        {u"x.12.2024", u"0x122024"},  {u"0031122024", u"31122024"},  // the last eight
-        {u"1022024", u"01022024"},                                   // the day's zero is missing
-        {u"9991299", u"991299"},                                     // a digit too many in front
-        {u"9999999", u"9999999"},
-    };
-    for (const auto& [typed, digits] : rows) EXPECT_EQ(datum.DateTo6(typed), digits) << toUtf8(typed);
+    for (const auto& [typed, digits] :
+         table<2>(u"31.12.2024=31122024 1.2.2024=01022024 31.2.2023=28022023 1.13.2024=01012025 "
+                  u"31.122024=31122024 0.12.2024=00122024 x.12.2024=0x122024 0031122024=31122024 "
+                  u"1022024=01022024 9991299=991299 9999999=9999999"))
+        EXPECT_EQ(datum.DateTo6(typed), digits) << toUtf8(typed);
 }
 
 TEST_F(DateForms, SortFormLeavesStoredDayNumbersOut) {
-    EXPECT_EQ(DateSort(u"31.12.2024"), u"20241231");
-    EXPECT_EQ(DateSort(u""), u"");
-    EXPECT_EQ(DateSort(u"J2460676"), u"");
-    EXPECT_EQ(datum.DateSort(u"311224"), u"241231");
-    EXPECT_EQ(datum.DateCheck(u"31.12.2024"), u"20241231");
-    EXPECT_EQ(datum.DateCheck(u"31022024"), u"");
+    EXPECT_TOLD("20241231|||241231|20241231|", DateSort(u"31.12.2024"), DateSort(u""), DateSort(u"J2460676"),
+                datum.DateSort(u"311224"), datum.DateCheck(u"31.12.2024"), datum.DateCheck(u"31022024"));
 }
 
 TEST_F(DateForms, DateOKTestsDayAndMonthOfTheYearAsItStands) {
@@ -70,21 +60,16 @@ TEST_F(DateForms, DateOKTestsDayAndMonthOfTheYearAsItStands) {
         {u"31042024", false},  {u"00012024", false}, {u"01002024", false}, {u"01132024", false},
         {u"290224", true},     {u"290223", false},   {u"290200", true},  // the year 0, not 2000
         {u"10.10.1582", true},                                           // a day that never was
-        {u"29021900", false},  {u"29021500", true},  {u"abcdefgh", false},
-    };
+        {u"29021900", false},  {u"29021500", true},  {u"abcdefgh", false}};
     for (const auto& [date, ok] : rows) EXPECT_EQ(datum.DateOK(date), ok) << toUtf8(date);
 }
 
 TEST_F(DateForms, CtoDWidensSixDigits) {
-    struct Row {
-        TextView date;
-        int32 day, month, year;
-    };
-    for (const auto& row : {Row{u"31.12.2024", 31, 12, 2024}, Row{u"311224", 31, 12, 2024},
-                            Row{u"010136", 1, 1, 1936}, Row{u"", 0, 0, 0}}) {
+    for (const auto& [date, parts] :
+         table<2>(u"31.12.2024=31|12|2024 311224=31|12|2024 010136=1|1|1936 =0|0|0")) {
         int32 day = -1, month = -1, year = -1;
-        datum.CtoD(row.date, day, month, year);
-        EXPECT_EQ(std::tuple(day, month, year), std::tuple(row.day, row.month, row.year)) << toUtf8(row.date);
+        datum.CtoD(date, day, month, year);
+        EXPECT_TOLD(toUtf8(parts), day, month, year) << toUtf8(date);
     }
 }
 
@@ -93,48 +78,39 @@ TEST_F(DateForms, DtoCBringsPartsIntoRange) {
         int32 day, month, year;
         TextView date;
     };
-    const Row rows[] = {
-        {0, 3, 2024, u"29022024"},   {31, 2, 2023, u"28022023"},
-        {-5, 1, 2023, u"01012023"},  {1, 0, 2024, u"01122023"},
-        {1, -12, 2024, u"01122022"}, {1, 25, 2024, u"01012026"},
-        {99, 4, 2024, u"30042024"},  {1, 1, 100, u"010100"},
-        {1, 1, 101, u"01010101"},    {2147483647, 2147483647, 2147483647, u"31070617"},
-    };
+    const Row rows[] = {{0, 3, 2024, u"29022024"},   {31, 2, 2023, u"28022023"},
+                        {-5, 1, 2023, u"01012023"},  {1, 0, 2024, u"01122023"},
+                        {1, -12, 2024, u"01122022"}, {1, 25, 2024, u"01012026"},
+                        {99, 4, 2024, u"30042024"},  {1, 1, 100, u"010100"},
+                        {1, 1, 101, u"01010101"},    {2147483647, 2147483647, 2147483647, u"31070617"}};
     for (const auto& row : rows)
         EXPECT_EQ(datum.DtoC(row.day, row.month, row.year), row.date)
             << row.day << '.' << row.month << '.' << row.year;
 }
 
 TEST_F(DateForms, WordsAndIsoForms) {
-    EXPECT_EQ(datum.WordDate(u"01.01.2024"), u"1. Januar 2024");
-    EXPECT_EQ(datum.WordDate(u"010124"), u"1. Januar 2024");
-    EXPECT_EQ(datum.MonthName(u"01.05.2024"), u"Mai");
-    EXPECT_EQ(datum.MonthName(u"01992024"), u"Falscher Monat");
-    EXPECT_EQ(datum.DayName(u"05.05.2024"), u"Sonntag");
+    EXPECT_TOLD("1. Januar 2024|1. Januar 2024", datum.WordDate(u"01.01.2024"), datum.WordDate(u"010124"));
+    EXPECT_TOLD("Mai|Falscher Monat|Sonntag", datum.MonthName(u"01.05.2024"), datum.MonthName(u"01992024"),
+                datum.DayName(u"05.05.2024"));
     rtmMain::state().locale.firstDayOfWeek = 6;
     EXPECT_EQ(datum.DayName(u"05.05.2024"), u"Samstag") << "counted from the system's first weekday";
-
-    EXPECT_EQ(datum.DateIso8601(u"31.12.2024"), u"2024-12-31");
-    EXPECT_EQ(datum.DateIso8601(u"311224"), u"2024-12-31");
-    EXPECT_EQ(datum.DateIso8601(), u"2026-06-15");
+    EXPECT_TOLD("2024-12-31|2024-12-31|2026-06-15", datum.DateIso8601(u"31.12.2024"),
+                datum.DateIso8601(u"311224"), datum.DateIso8601());
     EXPECT_EQ(datum.DateTimeIso8601(), u"2026-06-15T08:30:05");
-    EXPECT_EQ(datum.DateTimeIso8601(u"31.12.2024"), u"2024-12-31");
-    EXPECT_EQ(datum.DateTimeIso8601(u"31.12.2024", u"8:15"), u"2024-12-31T08:15:00");
-    EXPECT_EQ(datum.DateTimeIso8601(u"31.12.2024", u"23.59.58"), u"2024-12-31T23:59:58");
-    EXPECT_EQ(datum.DateTimeIso8601(u"", u"7:05"), u"2026-06-15T07:05:00");
-    for (const TextView unreadable : {u"25:00", u"8", u"acht", u"8:60", u"1:2:3:4", u":"})
+    for (const auto& [date, time, iso] :
+         table<3>(u"31.12.2024==2024-12-31 31.12.2024=8:15=2024-12-31T08:15:00 "
+                  u"31.12.2024=23.59.58=2024-12-31T23:59:58 =7:05=2026-06-15T07:05:00"))
+        EXPECT_EQ(datum.DateTimeIso8601(date, time), iso);
+    for (const auto& unreadable : split(u"25:00 8 acht 8:60 1:2:3:4 :", u" "))
         EXPECT_EQ(datum.DateTimeIso8601(u"31.12.2024", unreadable), u"2024-12-31") << toUtf8(unreadable);
 }
 
 TEST_F(DateForms, MinutesAndTimes) {
-    const std::pair<TextView, int32> minutes[] = {
-        {u"", 0},      {u"8:30", 510}, {u"8.30", 510},  {u"8,30", 510},   {u"8", 480},
-        {u"8.5", 485}, {u"acht", 0},   {u"8:30:15", 0}, {u"25:00", 1500}, {u"-1:30", -30},
-    };
-    for (const auto& [time, expected] : minutes) EXPECT_EQ(datum.ToMinutes(time), expected) << toUtf8(time);
-    const std::pair<int32, TextView> times[] = {
-        {0, u"00:00"}, {90, u"01:30"}, {1500, u"25:00"}, {6000, u"00:00"}, {-90, u"99:70"}};
-    for (const auto& [value, expected] : times) EXPECT_EQ(datum.ToTime(value), expected) << value;
+    for (const auto& [time, minutes] :
+         table<2>(u"=0 8:30=510 8.30=510 8,30=510 8=480 8.5=485 acht=0 8:30:15=0 25:00=1500 -1:30=-30"))
+        EXPECT_EQ(datum.ToMinutes(time), number(minutes)) << toUtf8(time);
+    for (const auto& [minutes, time] : table<2>(u"0=00:00 90=01:30 1500=25:00 6000=00:00 -90=99:70"))
+        EXPECT_EQ(datum.ToTime(number(minutes)), time);
 }
 
 // Whatever is typed ends in an answer: no failure, no endless loop, no overflow.

@@ -49,25 +49,14 @@ TEST_F(DayNumbers, AgreeWithTheGregorianCalendarBothWays) {
 }
 
 TEST_F(DayNumbers, TheReformLeavesTenDaysOut) {
-    const std::pair<TextView, int32> rows[] = {
-        {u"", 0},
-        {u"30.12.1899", 2415019},
-        {u"01.01.2000", 2451545},
-        {u"01.01.0101", 1757949},  // Julian calendar: 1.1.101
-        {u"04.10.1582", 2299160},
-        {u"05.10.1582", 2299161},
-        {u"10.10.1582", 2299161},
-        {u"15.10.1582", 2299161},
-        {u"16.10.1582", 2299162},
-        {u"28.02.1700", 2342031},
-        {u"01.03.1700", 2342032},
-        {u"00002024", 2460311},  // day and month below 1 count as 1
-    };
-    for (const auto& [date, day] : rows) EXPECT_EQ(JulianDay(date), day) << toUtf8(date);
-    EXPECT_EQ(KalenderDay(2299160), u"04101582");
-    EXPECT_EQ(KalenderDay(2299161), u"15101582");
-    EXPECT_EQ(datum.KalenderDayJulian(2299161), u"05101582");
-    EXPECT_EQ(datum.KalenderDayJulian(2451545), u"19121999");
+    // 1.1.101 is one of the Julian calendar; day and month below 1 count as 1.
+    for (const auto& [date, day] :
+         table<2>(u"=0 30.12.1899=2415019 01.01.2000=2451545 01.01.0101=1757949 04.10.1582=2299160 "
+                  u"05.10.1582=2299161 10.10.1582=2299161 15.10.1582=2299161 16.10.1582=2299162 "
+                  u"28.02.1700=2342031 01.03.1700=2342032 00002024=2460311"))
+        EXPECT_EQ(JulianDay(date), number(day)) << toUtf8(date);
+    EXPECT_TOLD("04101582|15101582|05101582|19121999", KalenderDay(2299160), KalenderDay(2299161),
+                datum.KalenderDayJulian(2299161), datum.KalenderDayJulian(2451545));
     for (const auto below : {1720995, 0, -2147483647}) {
         EXPECT_EQ(KalenderDay(below), u"");
         EXPECT_EQ(datum.KalenderDayJulian(below), u"");
@@ -112,45 +101,33 @@ TEST_F(DayNumbers, WeeksFollowIso8601InEveryDateForm) {
 }
 
 TEST_F(DayNumbers, MonthsHaveTheirLengths) {
-    const std::tuple<int32, int32, int32> rows[] = {
-        {1, 2024, 31},  {4, 2024, 30},  {6, 2024, 30}, {9, 2024, 30}, {11, 2024, 30},
-        {12, 2024, 31}, {13, 2000, 31}, {0, 2000, 31}, {2, 2023, 28}, {2, 2024, 29},
-        {2, 1500, 29},  {2, 1600, 29},  {2, 1700, 28}, {2, 2000, 29}, {2, 2100, 28},
-    };
-    for (const auto& [month, year, length] : rows)
-        EXPECT_EQ(datum.DaysInMonth(month, year), length) << month << '/' << year;
-    EXPECT_EQ(datum.MonthLen(u"01.02.2024"), 29);
-    EXPECT_EQ(datum.LastOfMonth(u"01.02.2024"), u"29022024");
-    EXPECT_EQ(datum.MonthFloat(u"01.03.2024"), 3 + 2023 * 12);
+    for (const auto& [month, year, length] :
+         table<3>(u"1=2024=31 4=2024=30 6=2024=30 9=2024=30 11=2024=30 12=2024=31 13=2000=31 0=2000=31 "
+                  u"2=2023=28 2=2024=29 2=1500=29 2=1600=29 2=1700=28 2=2000=29 2=2100=28"))
+        EXPECT_EQ(datum.DaysInMonth(number(month), number(year)), number(length))
+            << toUtf8(month + u"/" + year);
+    EXPECT_TOLD("29|29022024|24279", datum.MonthLen(u"01.02.2024"), datum.LastOfMonth(u"01.02.2024"),
+                datum.MonthFloat(u"01.03.2024"));
 }
 
 TEST_F(DayNumbers, BankDaysCountThirtyToTheMonth) {
-    EXPECT_EQ(datum.BankDay(u"01.01.0001"), 1);
     EXPECT_EQ(datum.BankDay(u"31.01.2024"), datum.BankDay(u"30.01.2024"));
-    EXPECT_EQ(datum.BankDay(u""), -390) << "the formula without any date";
-    EXPECT_EQ(datum.DifDateB(u"28.02.2023", u"01.03.2023"), 3);
-    EXPECT_EQ(datum.DifDateC(u"28.02.2023", u"01.03.2023"), 1);
-    EXPECT_EQ(datum.DifDateC(u"01.03.2023", u"28.02.2023"), -1);
-    struct Row {
-        TextView from;
-        int32 days;
-        TextView to;
-    };
-    for (const auto& row : {Row{u"30.01.2023", 30, u"28022023"}, Row{u"30.01.2024", 30, u"29022024"},
-                            Row{u"30.03.2024", 30, u"30042024"}, Row{u"15.12.2024", 20, u"05012025"},
-                            Row{u"01.01.2024", -1, u"30122023"}})
-        EXPECT_EQ(datum.AddDayB(row.from, row.days), row.to) << toUtf8(row.from) << " + " << row.days;
+    // -390: the formula without any date.
+    EXPECT_TOLD("1|-390|3|1|-1", datum.BankDay(u"01.01.0001"), datum.BankDay(u""),
+                datum.DifDateB(u"28.02.2023", u"01.03.2023"), datum.DifDateC(u"28.02.2023", u"01.03.2023"),
+                datum.DifDateC(u"01.03.2023", u"28.02.2023"));
+    for (const auto& [from, days, to] :
+         table<3>(u"30.01.2023=30=28022023 30.01.2024=30=29022024 30.03.2024=30=30042024 "
+                  u"15.12.2024=20=05012025 01.01.2024=-1=30122023"))
+        EXPECT_EQ(datum.AddDayB(from, number(days)), to) << toUtf8(from + u" + " + days);
 }
 
 TEST_F(DayNumbers, DatesMoveByDaysAndMonths) {
     EXPECT_EQ(datum.AddDayC(u"28.02.2024", 2), u"01032024");
-    EXPECT_EQ(datum.AddDayC(u"01.01.2024", -1), u"31122023");
-    EXPECT_EQ(datum.AddDayC(u"04.10.1582", 1), u"15101582");
-    EXPECT_EQ(datum.AddDayC(u"", 5), u"");
-    EXPECT_EQ(datum.AddMonth(u"31.01.2023", 1), u"28022023");
-    EXPECT_EQ(datum.AddMonth(u"31.01.2024", -2), u"30112023");
-    EXPECT_EQ(datum.AddMonth(u"15.12.2024", 13), u"15012026");
-    EXPECT_EQ(datum.TwiceMonth(u"01.05.2024"), u"15052024");
+    EXPECT_TOLD("31122023|15101582||28022023|30112023|15012026|15052024", datum.AddDayC(u"01.01.2024", -1),
+                datum.AddDayC(u"04.10.1582", 1), datum.AddDayC(u"", 5), datum.AddMonth(u"31.01.2023", 1),
+                datum.AddMonth(u"31.01.2024", -2), datum.AddMonth(u"15.12.2024", 13),
+                datum.TwiceMonth(u"01.05.2024"));
     EXPECT_EQ(datum.TwiceMonth(u"15.05.2024"), u"15052024") << "30.5. in bank days: its half is the 15th";
     EXPECT_EQ(datum.TwiceMonth(u"20.05.2024"), u"01062024");
     EXPECT_EQ(datum.DatumThai(u"29.02.2024"), u"28022567");
@@ -163,12 +140,10 @@ TEST_F(DayNumbers, FindDateCountsWeekdaysOfAMonth) {
         int32 count;
         TextView date;
     };
-    const Row rows[] = {
-        {2024, 3, Sonntag, 5, u"31032024"}, {2024, 2, Sonntag, 5, u"25022024"},
-        {2024, 3, Freitag, 1, u"01032024"}, {2024, 3, Montag, 0, u"04032024"},
-        {2024, 3, Montag, 99, u"25032024"}, {0, 3, Montag, 1, u""},
-        {2024, 13, Montag, 1, u""},         {2024, 3, static_cast<Wochentage>(7), 1, u""},
-    };
+    const Row rows[] = {{2024, 3, Sonntag, 5, u"31032024"}, {2024, 2, Sonntag, 5, u"25022024"},
+                        {2024, 3, Freitag, 1, u"01032024"}, {2024, 3, Montag, 0, u"04032024"},
+                        {2024, 3, Montag, 99, u"25032024"}, {0, 3, Montag, 1, u""},
+                        {2024, 13, Montag, 1, u""},         {2024, 3, static_cast<Wochentage>(7), 1, u""}};
     for (const auto& row : rows)
         EXPECT_EQ(datum.FindDate(row.year, row.month, row.weekday, row.count), row.date) << toUtf8(row.date);
 }

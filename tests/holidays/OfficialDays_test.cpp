@@ -38,69 +38,37 @@ TEST_F(OfficialDays, OfEveryStateAreTheHolidaysOfTheYear) {
         }
 }
 
+// The states where a day is a holiday, "*" for all. Buß- und Bettag was given up for the care insurance;
+// Fronleichnam stands before the day of the uprising, Himmelfahrt before that of work; the year began
+// on 25.3.; no Easter is known after 2199.
 TEST_F(OfficialDays, FollowTheLawOfTheirTime) {
-    struct Row {
-        TextView date;
-        TextView states;  // those where it is a holiday, two digits each; "*" everywhere
-    };
-    constexpr Row kRows[] = {
-        {u"31.10.2016", u"12 13 14 15 16"},
-        {u"31.10.2017", u"*"},
-        {u"31.10.2018", u"04 05 07 11 12 13 14 15 16"},
-        {u"16.11.1994", u"*"},  // Buß- und Bettag, given up for the care insurance
-        {u"22.11.1995", u"14"},
-        {u"17.06.1990", u"*"},
-        {u"17.06.1991", u""},
-        {u"03.10.1989", u""},
-        {u"03.10.1990", u"*"},
-        {u"17.06.1976", u"01 02 06 08 09 10"},  // Fronleichnam stands before the day of the uprising
-        {u"01.05.2008", u"*"},                  // and Himmelfahrt, too
-        {u"08.03.2018", u""},
-        {u"08.03.2020", u"03"},
-        {u"08.05.2020", u"03"},
-        {u"08.05.2021", u""},
-        {u"20.09.2018", u""},
-        {u"20.09.2019", u"16"},
-        {u"25.03.1500", u"*"},  // the year began there
-        {u"01.01.1500", u""},
-        {u"24.12.2026", u""},
-        {u"31.12.2026", u""},
-        {u"03.04.2200", u""},  // no Easter is known after 2199
-    };
-    const auto isIn = [](const Row& row, int32 state) {
-        return row.states == u"*" || row.states.find(digits(state, 2)) != TextView::npos;
-    };
-    for (const auto& row : kRows) {
-        for (int32 state = 1; state <= 16; ++state) {
+    for (const auto& [date, states] :
+         table<2>(u"31.10.2016=12 13 14 15 16;31.10.2017=*;31.10.2018=04 05 07 11 12 13 14 15 "
+                  u"16;16.11.1994=*;22.11.1995=14;17.06.1990=*;17.06.1991=;03.10.1989=;03.10.1990=*;"
+                  u"17.06.1976=01 02 06 08 09 "
+                  u"10;01.05.2008=*;08.03.2018=;08.03.2020=03;08.05.2020=03;08.05.2021=;20.09.2018=;20.09."
+                  u"2019=16;25.03.1500=*;01.01.1500=;24.12.2026=;31.12.2026=;03.04.2200=",
+                  u";"))
+        for (int32 state = 0; state <= 16; ++state) {  // 0: in any
             in(state);
-            EXPECT_EQ(days.IstFeierTag(row.date), isIn(row, state)) << toUtf8(row.date) << " in " << state;
+            const bool holiday = states == u"*" ||
+                                 (state == 0 ? !states.empty() : states.find(digits(state, 2)) != Text::npos);
+            EXPECT_EQ(days.IstFeierTag(date), holiday) << toUtf8(date) << " in " << state;
         }
-        in(0);
-        EXPECT_EQ(days.IstFeierTag(row.date), !row.states.empty()) << toUtf8(row.date) << " in any state";
-    }
 }
 
 // What was made law after the table: none, all, or as far as a day.
 TEST_F(OfficialDays, AmendmentsCountWhenTheyAreAskedFor) {
-    struct Row {
-        int32 law;
-        TextView date;
-        bool inBerlin, inMeckPomm;
-    };
-    constexpr Row kRows[] = {
-        {0, u"08.03.2023", true, false},         {20220712, u"08.03.2023", true, false},
-        {20220713, u"08.03.2023", true, true},   {20220713, u"08.03.2022", true, false},
-        {20220713, u"08.05.2025", false, false}, {99999999, u"08.03.2023", true, true},
-        {0, u"08.05.2025", false, false},        {20240721, u"08.05.2025", true, false},
-        {99999999, u"08.05.2026", false, false}, {99999999, u"17.06.2028", true, false},
-        {0, u"17.06.2028", false, false},
-    };
-    for (const auto& row : kRows) {
-        days.Rechtsstand(row.law);
-        in(BERLIN);
-        EXPECT_EQ(days.IstFeierTag(row.date), row.inBerlin) << row.law << ' ' << toUtf8(row.date);
-        in(MECKPOMM);
-        EXPECT_EQ(days.IstFeierTag(row.date), row.inMeckPomm) << row.law << ' ' << toUtf8(row.date);
+    for (const auto& [law, date, where] :
+         table<3>(u"0=08.03.2023=B 20220712=08.03.2023=B 20220713=08.03.2023=BM 20220713=08.03.2022=B "
+                  u"20220713=08.05.2025= 99999999=08.03.2023=BM 0=08.05.2025= 20240721=08.05.2025=B "
+                  u"99999999=08.05.2026= 99999999=17.06.2028=B 0=17.06.2028=")) {
+        days.Rechtsstand(number(law));
+        for (const auto& [state, letter] : {std::pair{BERLIN, u'B'}, {MECKPOMM, u'M'}}) {
+            in(state);
+            EXPECT_EQ(days.IstFeierTag(date), where.find(letter) != Text::npos)
+                << toUtf8(law + u" " + date) << " in " << state;
+        }
     }
     days.Rechtsstand(99999999);
     const auto rows = days.FeierTage(2025);

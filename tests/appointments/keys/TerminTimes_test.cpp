@@ -2,6 +2,7 @@
 #include "tsRtm/appointments/keys/TerminTimes.hpp"
 
 #include "tests/calendar/CalendarTest.hpp"
+#include "tests/support/Table.hpp"
 
 namespace tsRtm::test {
 namespace {
@@ -9,29 +10,17 @@ namespace {
 using namespace appointments;
 using TerminTimes = CalendarTest;
 
-TEST_F(TerminTimes, AreMinutesOfTheDay) {
-    for (const auto& [time, minutes] : {std::pair{u"10:30", 630},
-                                        {u"10.30", 630},
-                                        {u"1,5", 65},
-                                        {u"10:30:15", 630},
-                                        {u"10", 0},
-                                        {u"", 0},
-                                        {u":15", 15},
-                                        {u"x:y", 0}})
-        EXPECT_EQ(minutesOf(time), minutes) << toUtf8(time);
-}
-
-TEST_F(TerminTimes, GoOverMidnight) {
-    struct Row {
-        TextView from, to, between;
-    };
-    for (const auto& row : {Row{u"10:00", u"10:30", u"00:30"}, Row{u"22:00", u"01:00", u"03:00"},
-                            Row{u"9.05", u"9,05", u"00:00"}, Row{u"0:00", u"23:59", u"23:59"}}) {
-        EXPECT_EQ(timeBetween(row.from, row.to), row.between);
-        EXPECT_EQ(timeBetween(row.from, timeAfter(row.from, row.between)), row.between);
+TEST_F(TerminTimes, AreMinutesOfTheDayAndGoOverMidnight) {
+    for (const auto& [time, minutes] :
+         table<2>(u"10:30=630 10.30=630 1,5=65 10:30:15=630 10=0 =0 :15=15 x:y=0"))
+        EXPECT_EQ(minutesOf(time), number(minutes)) << toUtf8(time);
+    for (const auto& [from, to, between] :
+         table<3>(u"10:00=10:30=00:30 22:00=01:00=03:00 9.05=9,05=00:00 0:00=23:59=23:59")) {
+        EXPECT_EQ(timeBetween(from, to), between);
+        EXPECT_EQ(timeBetween(from, timeAfter(from, between)), between);
     }
     EXPECT_EQ(timeAfter(u"22:00", u"03:00"), u"01:00");
-    for (const auto none : {u"24:00", u"10", u"10:60", u"10:3", u"10:30:00", u"-1:00", u"", u"halb"}) {
+    for (const auto& none : split(u"24:00 10 10:60 10:3 10:30:00 -1:00  halb", u" ")) {
         EXPECT_EQ(timeBetween(none, u"10:00") + timeBetween(u"10:00", none), u"") << toUtf8(none);
         EXPECT_EQ(timeAfter(none, u"10:00") + timeAfter(u"10:00", none), u"") << toUtf8(none);
     }
