@@ -5,6 +5,8 @@
 
 #include <sstream>
 
+#include "tests/support/Told.hpp"
+
 namespace tsRtm::test {
 namespace {
 
@@ -79,14 +81,10 @@ TEST(Console, TaskDialogs) {
     dialog.defaultOption = 6;
     dialog.checkBox = u"Nie wieder";
     const auto chosen = hold(dialog, "1\nj\n\n");
-    EXPECT_EQ(chosen.told, "7:0 0:0 6:5 8:1 2:2 5:0 ");
-    EXPECT_EQ(chosen.answer.option, 5);
-    EXPECT_TRUE(chosen.answer.checked);
+    EXPECT_TOLD("7:0 0:0 6:5 8:1 2:2 5:0 |5|yes", chosen.told, chosen.answer.option, chosen.answer.checked);
 
     const auto nobody = hold(dialog, nullptr);
-    EXPECT_EQ(nobody.told, "7:0 0:0 2:2 5:0 ");
-    EXPECT_EQ(nobody.answer.option, 6);
-    EXPECT_FALSE(nobody.answer.checked);
+    EXPECT_TOLD("7:0 0:0 2:2 5:0 |6|no", nobody.told, nobody.answer.option, nobody.answer.checked);
     EXPECT_NE(nobody.printed.find("mehr"), std::string::npos)
         << "all there is to read goes to the log of a server";
 

@@ -1,7 +1,6 @@
 #pragma once
 // Texts in and out of the files of the seam, and the openings that the tests of this room ask for.
-#include <gtest/gtest.h>
-
+#include "tests/support/Told.hpp"
 #include "tsRtm/platform/FileSystem.hpp"
 
 namespace tsRtm::test {
@@ -27,7 +26,7 @@ inline std::unique_ptr<File> openFile(FileSystem& files, TextView name, OpenRequ
 inline Bytes readText(File& file, uint64 offset = 0, std::size_t count = 1000) {
     Bytes into(count, '?');
     const auto got = file.readAt(offset, std::as_writable_bytes(std::span(into)));
-    if (!got) return "error " + std::to_string(static_cast<int32>(got.error()));
+    if (!got) return Told::one(got);
     into.resize(*got);
     return into;
 }

@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "tests/support/TempFolder.hpp"
+#include "tests/support/Told.hpp"
 #include "tsRtm/platform/posix/ConsoleUserInterface.hpp"
 #include "tsRtm/platform/posix/PosixFolders.hpp"
 #include "tsRtm/platform/posix/PosixInstallation.hpp"
@@ -39,12 +40,10 @@ class Variable {
 };
 
 TEST(PosixLocale, EnvironmentNamesTheLocale) {
-    const std::tuple<const char*, const char*, std::string> rows[] = {{nullptr, nullptr, "de_DE"},
-                                                                      {"", "C.UTF-8", "de_DE"},
-                                                                      {"POSIX", "fr_FR", "de_DE"},
-                                                                      {nullptr, "fr_FR.UTF-8", "fr_FR"},
-                                                                      {"de_AT@euro", "fr_FR", "de_AT"}};
-    for (const auto& [all, lang, locale] : rows) {
+    using Row = std::tuple<const char*, const char*, std::string>;
+    for (const auto& [all, lang, locale] :
+         {Row{nullptr, nullptr, "de_DE"}, Row{"", "C.UTF-8", "de_DE"}, Row{"POSIX", "fr_FR", "de_DE"},
+          Row{nullptr, "fr_FR.UTF-8", "fr_FR"}, Row{"de_AT@euro", "fr_FR", "de_AT"}}) {
         const Variable forAll("LC_ALL", all), forTexts("LANG", lang);
         EXPECT_EQ(posix::environmentLocale(), locale);
     }
@@ -59,39 +58,25 @@ TEST(PosixLocale, TheHomeLocaleAgreesWithIcu) {
         const auto item = static_cast<LocaleItem>(number);
         EXPECT_EQ(own.item(item), icu.item(item)) << number;
     }
-    for (int32 day = 0; day < 7; ++day) EXPECT_EQ(own.weekdayName(day), icu.weekdayName(day));
-    for (int32 month = 1; month <= 12; ++month) EXPECT_EQ(own.monthName(month), icu.monthName(month));
+    for (int32 n = 0; n < 13; ++n)
+        EXPECT_EQ(own.weekdayName(n) + own.monthName(n), icu.weekdayName(n) + icu.monthName(n));
 }
 
 TEST(PosixLocale, ItemsFollowTheLocale) {
     using enum LocaleItem;
-    constexpr LocaleItem kItems[] = {country,      decimalMark,    thousandsMark,  currencySymbol,
-                                     currencyForm, dateMark,       dateForm,       timeMark,
-                                     timeForm,     firstDayOfWeek, firstWeekOfYear};
-    struct Row {
-        const char* name;
-        int32 lcid;
-        TextView items;  // by kItems, apart by a blank
-        TextView monday, january;
-    };
-    const Row rows[] = {
-        {"de_DE", 1031, u"49 , . € 3 . 1 : 1 0 2 ", u"Montag", u"Januar"},
-        {"de_AT", 3079, u"43 , \u00A0 € 2 . 1 : 1 0 2 ", u"Montag", u"Jänner"},
-        {"en_US", 1033, u"1 . , $ 0 / 0 : 0 6 0 ", u"Monday", u"January"},
-        {"fr_FR", 1036, u"33 , \u00A0 € 3 / 1 : 1 0 2 ", u"lundi", u"janvier"},
-        {"sv_SE", 1053, u"46 , \u00A0 kr 3 - 2 : 1 0 2 ", u"måndag", u"januari"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        posix::PosixLocale locale(row.name);
-        EXPECT_EQ(locale.lcid(), row.lcid);
-        Text items;
-        for (const auto item : kItems) items += locale.item(item) + u" ";
-        EXPECT_EQ(toUtf8(items), toUtf8(row.items));
-        EXPECT_EQ(locale.item(currencyDigits), u"2");
-        EXPECT_EQ(locale.weekdayName(0), row.monday);
-        EXPECT_EQ(locale.monthName(1), row.january);
-        EXPECT_EQ(locale.weekdayName(7) + locale.monthName(0), u"");
+    constexpr LocaleItem kItems[] = {country,      decimalMark,    thousandsMark,   currencySymbol,
+                                     currencyForm, dateMark,       dateForm,        timeMark,
+                                     timeForm,     firstDayOfWeek, firstWeekOfYear, currencyDigits};
+    for (const auto& [name, told] : {std::pair{"de_DE", "1031|49,,,.,€,3,.,1,:,1,0,2,2|Montag|Januar|"},
+                                     {"de_AT", "3079|43,,,\u00A0,€,2,.,1,:,1,0,2,2|Montag|Jänner|"},
+                                     {"en_US", "1033|1,.,,,$,0,/,0,:,0,6,0,2|Monday|January|"},
+                                     {"fr_FR", "1036|33,,,\u00A0,€,3,/,1,:,1,0,2,2|lundi|janvier|"},
+                                     {"sv_SE", "1053|46,,,\u00A0,kr,3,-,2,:,1,0,2,2|måndag|januari|"}}) {
+        posix::PosixLocale locale(name);
+        std::vector<Text> items;
+        for (const auto item : kItems) items.push_back(locale.item(item));
+        EXPECT_TOLD(told, locale.lcid(), items, locale.weekdayName(0), locale.monthName(1),
+                    locale.weekdayName(7) + locale.monthName(0));
     }
     EXPECT_EQ(posix::PosixLocale("de_DE").item(countryName), u"Deutschland");
     EXPECT_EQ(posix::PosixLocale("xx_YY").lcid(), 4096);
@@ -119,11 +104,10 @@ TEST(PosixSystem, FoldersFollowTheEnvironment) {
 
 // A desktop puts a folder of its own in front; the machine has one store for all sessions.
 TEST(PosixSystem, MachineFolderIsTheCommonOneOfTheListedFolders) {
-    for (const auto& [listed, folder] : {std::pair{"", "/etc/xdg"},
-                                         {"/etc/xdg/desktop:/etc/xdg/", "/etc/xdg"},
-                                         {"/etc/xdg:/nix/etc", "/etc/xdg"},
-                                         {"/a:relativ:/b/", "/b"},
-                                         {":relativ", "/etc/xdg"}}) {
+    for (const auto& [listed, folder] :
+         {std::pair{"", "/etc/xdg"}, std::pair{"/etc/xdg/desktop:/etc/xdg/", "/etc/xdg"},
+          std::pair{"/etc/xdg:/nix/etc", "/etc/xdg"}, std::pair{"/a:relativ:/b/", "/b"},
+          std::pair{":relativ", "/etc/xdg"}}) {
         const Variable folders("XDG_CONFIG_DIRS", listed);
         EXPECT_EQ(posix::machineConfigFolder(), folder) << listed;
     }

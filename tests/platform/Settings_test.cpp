@@ -11,6 +11,7 @@
 #include "tests/support/ChildProcess.hpp"
 #include "tests/support/TempFolder.hpp"
 #include "tests/support/TestGround.hpp"
+#include "tests/support/Told.hpp"
 #include "tsRtm/platform/posix/PosixSettings.hpp"
 
 namespace tsRtm::test {
@@ -50,9 +51,9 @@ TYPED_TEST(SettingsContract, KeepsValuesByHiveKeyAndNameIgnoringCase) {
     EXPECT_EQ(settings.check(kUser), SystemError::none) << "nothing stored yet is sound";
     this->keep(kUser, kRoot, u"Debug", u"-1");
     this->keep(HKeys::localMachine, kRoot, u"Debug", u"0");
-    EXPECT_EQ(settings.get(kUser, u"\\SOFTWARE\\tessarol\\", u"DEBUG"), u"-1");
-    EXPECT_EQ(settings.get(HKeys::localMachine, kRoot, u"Debug"), u"0");
-    EXPECT_EQ(settings.get(HKeys::classesRoot, kRoot, u"Debug"), std::nullopt);
+    EXPECT_TOLD("-1|0|-", settings.get(kUser, u"\\SOFTWARE\\tessarol\\", u"DEBUG"),
+                settings.get(HKeys::localMachine, kRoot, u"Debug"),
+                settings.get(HKeys::classesRoot, kRoot, u"Debug"));
     this->keep(kUser, kRoot, u"debug", u"neu");
     EXPECT_EQ(settings.names(kUser, kRoot), Texts{u"Debug"}) << "another case is the same value";
     EXPECT_EQ(settings.get(kUser, kRoot, u"Debug"), u"neu");
@@ -69,14 +70,14 @@ TYPED_TEST(SettingsContract, KeepsOddTextsAsTheyAre) {
 }
 
 TYPED_TEST(SettingsContract, ReplacesOnlyWhatIsStillAsExpected) {
-    auto& settings = this->store();
     this->keep(kUser, kRoot, u"Alt", u"WAHR");
-    EXPECT_EQ(settings.replace(kUser, kRoot, u"Alt", u"FALSCH", u"0"), SystemError::none);
-    EXPECT_EQ(settings.get(kUser, kRoot, u"Alt"), u"WAHR");
-    EXPECT_EQ(settings.replace(kUser, kRoot, u"Alt", u"WAHR", u"-1"), SystemError::none);
-    EXPECT_EQ(settings.get(kUser, kRoot, u"Alt"), u"-1");
-    EXPECT_EQ(settings.replace(kUser, kRoot, u"Neu", u"", u"-1"), SystemError::none);
-    EXPECT_EQ(settings.get(kUser, kRoot, u"Neu"), std::nullopt) << "there was nothing to replace";
+    using Row = std::tuple<TextView, TextView, TextView, std::optional<Text>>;
+    for (const auto& [name, expected, value, now] :
+         {Row{u"Alt", u"FALSCH", u"0", u"WAHR"}, Row{u"Alt", u"WAHR", u"-1", u"-1"},
+          Row{u"Neu", u"", u"-1", std::nullopt}}) {
+        EXPECT_EQ(this->store().replace(kUser, kRoot, name, expected, value), SystemError::none);
+        EXPECT_EQ(this->store().get(kUser, kRoot, name), now);
+    }
 }
 
 TYPED_TEST(SettingsContract, ListsNamesAndKeysRightBelowAndRemoves) {
@@ -115,22 +116,24 @@ class SettingsOnDisk : public testing::Test {
         return bytes.str();
     }
     void expectNothingReadable(posix::PosixSettings& settings, SystemError why) const {
-        EXPECT_EQ(settings.get(kUser, kRoot, u"Debug"), std::nullopt);
-        EXPECT_TRUE(settings.names(kUser, kRoot).empty());
-        EXPECT_TRUE(settings.keys(kUser, kRoot).empty());
+        EXPECT_TOLD("-||", settings.get(kUser, kRoot, u"Debug"), settings.names(kUser, kRoot),
+                    settings.keys(kUser, kRoot));
         EXPECT_EQ(settings.check(kUser), why);
     }
 
     TempFolder folder;
 };
 
-TEST_F(SettingsOnDisk, ReadingMakesNoStore) {
+TEST_F(SettingsOnDisk, ReadingMakesNoStoreAndOneThatCannotBeMadeIsAnError) {
     auto settings = make();
     expectNothingReadable(settings, SystemError::none);
     EXPECT_EQ(settings.remove(kUser, kRoot, u"Debug"), SystemError::none);
     EXPECT_EQ(settings.removeKey(kUser, kRoot), SystemError::none);
     EXPECT_FALSE(std::filesystem::exists(folder.path() / "nutzer"));
     EXPECT_EQ(settings.location(kUser), fromUtf8(userFile().string()));
+    std::ofstream(folder.path() / "nutzer") << "no folder";
+    EXPECT_EQ(settings.set(kUser, kRoot, u"Debug", u"-1"), SystemError::accessDenied);
+    expectNothingReadable(settings, SystemError::none);
 }
 
 TEST_F(SettingsOnDisk, TwoProcessesWriteOneValueAndNoneIsRefused) {
@@ -218,13 +221,6 @@ TEST_F(SettingsOnDisk, MachineStoreIsForAllToReadAndTheUsersOwnForNobodyElse) {
     EXPECT_EQ(others("maschine"), std::filesystem::perms::others_read | std::filesystem::perms::others_exec);
     EXPECT_EQ(others("maschine/localMachine.sqlite"), std::filesystem::perms::others_read);
     EXPECT_EQ(others("nutzer/tessarol"), std::filesystem::perms::none);
-}
-
-TEST_F(SettingsOnDisk, AStoreThatCannotBeMadeGivesAnError) {
-    std::ofstream(folder.path() / "nutzer") << "no folder";
-    auto settings = make();
-    EXPECT_EQ(settings.set(kUser, kRoot, u"Debug", u"-1"), SystemError::accessDenied);
-    expectNothingReadable(settings, SystemError::none);
 }
 
 }  // namespace
