@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <limits>
 
 #include "tests/support/TestGround.hpp"
+#include "tests/support/Told.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
 
 namespace tsRtm {
@@ -18,69 +18,48 @@ class Conversions : public testing::Test {
 };
 
 TEST_F(Conversions, ByteStrings) {
-    for (const int32 value : {0, 1, -1, 255, 256, 0x12345678, std::numeric_limits<int32>::min(),
-                              std::numeric_limits<int32>::max(), static_cast<int32>(0x9D8F8D81)})
+    constexpr auto kLeast = std::numeric_limits<int32>::min(), kMost = std::numeric_limits<int32>::max();
+    for (const int32 value : {0, 1, -1, 255, 256, 0x12345678, kLeast, kMost, static_cast<int32>(0x9D8F8D81)})
         EXPECT_EQ(topic.LongVal(topic.MKL(value), 1), value);
-    EXPECT_EQ(topic.MKL(-1), Text(4, u'ÿ'));
-    EXPECT_EQ(topic.MKI(65536), Text(2, u'\0'));
-    EXPECT_EQ(topic.WordVal(topic.MKI(-2), 1), 65534);
-
-    EXPECT_EQ(topic.ByteVal(u"", 1), -1);
-    EXPECT_EQ(topic.ByteVal(u"A", 0), -1);
-    EXPECT_EQ(topic.ByteVal(u"€", 1), 0x80);
-    EXPECT_EQ(topic.WordVal(u"AB", 1), 0x4241);
-    EXPECT_EQ(topic.WordVal(u"AB", 2), 0);
-    EXPECT_EQ(topic.LongVal(u"ABCD", 2), 0);
-    EXPECT_EQ(topic.LongVal(u"ABCD", std::numeric_limits<int32>::min()), 0);
-
-    EXPECT_DOUBLE_EQ(topic.ConvertEuro(100, false), 195.583);
-    EXPECT_EQ(topic.HiWord(-1), 65535);
-    EXPECT_EQ(topic.LoWord(-2), 65534);
-    EXPECT_EQ(topic.HiByte(0x12345678), 0x56);
-    EXPECT_EQ(topic.LoByte(0x12345678), 0x78);
+    EXPECT_EQ(topic.MKL(-1) + topic.MKI(65536), u"ÿÿÿÿ" + Text(2, u'\0'));
+    EXPECT_TOLD("-1|-1|128|16961|0|65534", topic.ByteVal(u"", 1), topic.ByteVal(u"A", 0),
+                topic.ByteVal(u"€", 1), topic.WordVal(u"AB", 1), topic.WordVal(u"AB", 2),
+                topic.WordVal(topic.MKI(-2), 1));
+    EXPECT_TOLD("0|0|195.583", topic.LongVal(u"ABCD", 2), topic.LongVal(u"ABCD", kLeast),
+                topic.ConvertEuro(100, false));
+    EXPECT_TOLD("65535|65534|86|120", topic.HiWord(-1), topic.LoWord(-2), topic.HiByte(0x12345678),
+                topic.LoByte(0x12345678));
 }
 
 TEST_F(Conversions, MarksOfValuesChangeWithTheCodePage) {
     const Text dos = fromAnsi("\x84.1.2");
-    EXPECT_EQ(topic.ConvertToWin(dos, typALLES), u"ä.1.2");
-    EXPECT_EQ(topic.ConvertToWin(dos, typWERT), u"ä,1.2");
-    EXPECT_EQ(topic.ConvertToWin(dos, typDATUM), u"ä:1.2");
-    EXPECT_EQ(topic.ConvertToDos(u"ä:1:2", typDATUM), fromAnsi("\x84.1:2"));
-    EXPECT_EQ(topic.ConvertToDos(u"ä,1,2", typWERT), fromAnsi("\x84.1,2"));
-    EXPECT_EQ(topic.ConvertToDos(u"ä,1", typNN), fromAnsi("\x84,1"));
+    EXPECT_TOLD("ä.1.2|ä,1.2|ä:1.2", topic.ConvertToWin(dos, typALLES), topic.ConvertToWin(dos, typWERT),
+                topic.ConvertToWin(dos, typDATUM));
+    for (const auto& [text, type, bytes] : {std::tuple{u"ä:1:2", typDATUM, "\x84.1:2"},
+                                            {u"ä,1,2", typWERT, "\x84.1,2"},
+                                            {u"ä,1", typNN, "\x84,1"}})
+        EXPECT_EQ(topic.ConvertToDos(text, type), fromAnsi(bytes));
 }
 
 TEST_F(Conversions, Utf8) {
-    EXPECT_EQ(topic.AnsiToUTF8(u"ä€"), u"Ã¤â‚¬");
-    EXPECT_EQ(topic.UTF8ToAnsi(u"Ã¤â‚¬"), u"ä€");
+    EXPECT_TOLD("Ã¤â‚¬|ä€|", topic.AnsiToUTF8(u"ä€"), topic.UTF8ToAnsi(u"Ã¤â‚¬"), topic.UTF8ToAnsi(u""));
     EXPECT_EQ(topic.UTF8ToAnsi(topic.AnsiToUTF8(u"日本 \U0001F600")), u"日本 \U0001F600");
-    EXPECT_EQ(topic.UTF8ToAnsi(u""), u"");
 }
 
 TEST_F(Conversions, Searching) {
-    EXPECT_EQ(topic.Tally(u"aaa", u"aa"), 1);
-    EXPECT_EQ(topic.Tally(u"abc", u"ax", true), 1);
-    EXPECT_EQ(topic.Tally(u"aXbX", u"XX", true), 4);
-    EXPECT_EQ(topic.Tally(u"abc", u""), 0);
-
-    for (const auto& [text, characters, start, at] : {std::tuple{u"a;b,c", u",;", 1, 2},
-                                                      {u"a;b,c", u",;", 3, 4},
-                                                      {u"a;b,c", u",;", -7, 2},
-                                                      {u"a;b", u";", 9, 0},
-                                                      {u"a;b", u"", 1, 0}})
+    EXPECT_TOLD("1|1|4|0", topic.Tally(u"aaa", u"aa"), topic.Tally(u"abc", u"ax", true),
+                topic.Tally(u"aXbX", u"XX", true), topic.Tally(u"abc", u""));
+    for (const auto& [text, characters, start, at] :
+         {std::tuple{u"a;b,c", u",;", 1, 2}, std::tuple{u"a;b,c", u",;", 3, 4},
+          std::tuple{u"a;b,c", u",;", -7, 2}, std::tuple{u"a;b", u";", 9, 0}, std::tuple{u"a;b", u"", 1, 0}})
         EXPECT_EQ(topic.InstrAny(text, characters, start), at) << toUtf8(text) << start;
-
-    EXPECT_EQ(topic.InstrNext(u"a.b.c", u"."), 2);
-    EXPECT_EQ(topic.InstrNext(u"a.b.c", u".", 3), 4);
+    EXPECT_TOLD("2|4|0", topic.InstrNext(u"a.b.c", u"."), topic.InstrNext(u"a.b.c", u".", 3),
+                topic.InstrNext(u"", u".", 0, false));
     for (const auto& [start, at] : {std::pair{0, 4}, {99, 4}, {3, 2}, {1, 0}})
         EXPECT_EQ(topic.InstrNext(u"a.b.c", u".", start, false), at) << start;
-    EXPECT_EQ(topic.InstrNext(u"", u".", 0, false), 0);
-
     Text text = u"x|y|";
     topic.ChangeChar(text, u'|', static_cast<int16>(0xFFFD));
-    EXPECT_EQ(text, u"x\uFFFDy\uFFFD");
-    EXPECT_EQ(topic.LPSTRToVB(Text(u"ab\0c", 4)), u"ab");
-    EXPECT_EQ(topic.LPSTRToVB(u"ab"), u"ab");
+    EXPECT_TOLD("x\uFFFDy\uFFFD|ab|ab", text, topic.LPSTRToVB(Text(u"ab\0c", 4)), topic.LPSTRToVB(u"ab"));
 }
 
 TEST_F(Conversions, ToBool) {

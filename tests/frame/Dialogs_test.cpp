@@ -5,6 +5,7 @@
 
 #include "tests/support/MemoryFiles.hpp"
 #include "tests/support/TestGround.hpp"
+#include "tests/support/Told.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
 #include "tsRtm/frame/clsTaskDialog.hpp"
 #include "tsRtm/frame/messages/DialogTexts.hpp"
@@ -17,34 +18,22 @@ using platform::DialogIcon;
 using platform::DialogNotice;
 
 TEST(Prompt, HeadlineAndBody) {
-    for (const auto& [prompt, headline, body] : std::initializer_list<std::array<TextView, 3>>{
-             {u"Speichern?@Die Datei wurde geändert.", u"Speichern?", u"Die Datei wurde geändert."},
-             {u"a\\@b", u"a@b", u""},
-             {u"a\\@b@c\\@d@e", u"a@b", u"c@d@e"},
-             {u"\\@@x", u"@", u"x"},
-             {u"Kopf\r\nRumpf\rmehr", u"Kopf", u"Rumpf\rmehr"},
-             {u"Kopf\rRumpf", u"Kopf", u"Rumpf"},
-             {u"Kopf\rnoch@Rumpf", u"Kopf\rnoch", u"Rumpf"},
-             {u"", u"", u""},
-         }) {
+    using Row = std::pair<TextView, const char*>;
+    for (const auto& [prompt, headlineAndBody] :
+         {Row{u"Speichern?@Die Datei wurde geändert.", "Speichern?|Die Datei wurde geändert."},
+          Row{u"a\\@b", "a@b|"}, Row{u"a\\@b@c\\@d@e", "a@b|c@d@e"}, Row{u"\\@@x", "@|x"},
+          Row{u"Kopf\r\nRumpf\rmehr", "Kopf|Rumpf\rmehr"}, Row{u"Kopf\rRumpf", "Kopf|Rumpf"},
+          Row{u"Kopf\rnoch@Rumpf", "Kopf\rnoch|Rumpf"}, Row{u"", "|"}}) {
         const auto parts = splitPrompt(prompt);
-        EXPECT_EQ(toUtf8(parts.headline), toUtf8(headline)) << toUtf8(prompt);
-        EXPECT_EQ(toUtf8(parts.body), toUtf8(body)) << toUtf8(prompt);
+        EXPECT_TOLD(headlineAndBody, parts.headline, parts.body);
     }
+    EXPECT_TOLD("siehe <A HREF=\"http://x.y/z\">http://x.y/z</A> dort",
+                withLinks(u"siehe http://x.y/z dort"));
+    EXPECT_TOLD("<A HREF=\"https://a\">https://a</A> und <A HREF=\"http://b\">http://b</A>",
+                withLinks(u"https://a und http://b"));
+    const Text linked = u"<A HREF=\"http://x\">hier</A> http://y";
+    EXPECT_EQ(withLinks(linked), linked);
 }
-
-TEST(Prompt, AddressesBecomeLinks) {
-    for (const auto& [body, linked] : std::initializer_list<std::pair<TextView, TextView>>{
-             {u"siehe http://x.y/z dort", u"siehe <A HREF=\"http://x.y/z\">http://x.y/z</A> dort"},
-             {u"https://a und http://b",
-              u"<A HREF=\"https://a\">https://a</A> und <A HREF=\"http://b\">http://b</A>"},
-             {u"<A HREF=\"http://x\">hier</A> http://y", u"<A HREF=\"http://x\">hier</A> http://y"},
-         })
-        EXPECT_EQ(toUtf8(withLinks(body)), toUtf8(linked));
-}
-
-std::string told(int32 value) { return std::to_string(value); }
-std::string told(const Text& value) { return toUtf8(value); }
 
 class Dialogs : public ::testing::Test {
  protected:
@@ -55,36 +44,21 @@ class Dialogs : public ::testing::Test {
 };
 
 TEST_F(Dialogs, ButtonsAndDefaultsOfEachSet) {
-    using Answers = std::vector<int32>;
-    struct Case {
-        int32 buttons;
-        Answers plain;
-        int32 plainDefault;
-        Answers rich;
-        int32 richDefault;
-        Text own = {};  // captions of own buttons
-    };
-    for (const auto& c : {
-             Case{dlgOKCancel | dlgDefault2, {1, 2}, 2, {1, 2}, 2},
-             Case{dlgAbortRetryIgnore, {3, 4, 5}, 3, {4, 2, 5}, 4, u"5&Ignorieren"},
-             Case{dlgAbortRetryIgnore | dlgDefault3, {3, 4, 5}, 5, {4, 2, 5}, 5, u"5&Ignorieren"},
-             Case{dlgYesNoCancel | dlgDefault3, {6, 7, 2}, 2, {6, 7, 2}, 2},
-             Case{dlgYesNo | dlgDefault4, {6, 7}, 6, {6, 7}, 6},
-             Case{dlgCancelTryContinue | dlgDefault2,
-                  {2, 10, 11},
-                  10,
-                  {2, 10, 11},
-                  2,
-                  u"10Wie&derholen11&Weiter"},
-         }) {
-        const auto plain = plainBox(u"x", c.buttons);
-        dialog.Prompt(u"x", c.buttons);
+    // Answers and the usual one, of the plain box, of the dialog, and the captions of its own buttons.
+    for (const auto& [buttons, told] :
+         {std::pair{dlgOKCancel | dlgDefault2, "1,2|2|1,2|2|"},
+          {dlgAbortRetryIgnore + 0, "3,4,5|3|4,2,5|4|5&Ignorieren"},
+          {dlgAbortRetryIgnore | dlgDefault3, "3,4,5|5|4,2,5|5|5&Ignorieren"},
+          {dlgYesNoCancel | dlgDefault3, "6,7,2|2|6,7,2|2|"},
+          {dlgYesNo | dlgDefault4, "6,7|6|6,7|6|"},
+          {dlgCancelTryContinue | dlgDefault2, "2,10,11|10|2,10,11|2|10Wie&derholen11&Weiter"}}) {
+        const auto plain = plainBox(u"x", buttons);
+        dialog.Prompt(u"x", buttons);
         const auto& rich = dialog.Configuration();
         Text own;
         for (const auto& button : rich.ownButtons) own += toText(button.number) + button.caption;
-        EXPECT_EQ(std::tuple(plain.answers, plain.defaultAnswer, rich.answers, rich.defaultAnswer, own),
-                  std::tuple(c.plain, c.plainDefault, c.rich, c.richDefault, c.own))
-            << c.buttons;
+        EXPECT_TOLD(told, plain.answers, plain.defaultAnswer, rich.answers, rich.defaultAnswer, own)
+            << buttons;
     }
 }
 
@@ -115,20 +89,14 @@ TEST_F(Dialogs, NoticesBecomeEvents) {
     const auto hear = [&](auto& event, const std::string& name) {
         kept.push_back(event.connect([&heard, name](const auto&... values) {
             heard += name;
-            ((heard += " " + told(values)), ...);
+            ((heard += " " + Told::one(values)), ...);
             heard += ", ";
         }));
     };
-    hear(dialog.ButtonClick, "ButtonClick");
-    hear(dialog.Created, "Created");
-    hear(dialog.Destroyed, "Destroyed");
-    hear(dialog.Expand, "Expand");
-    hear(dialog.Help, "Help");
-    hear(dialog.Hyperlink, "Hyperlink");
-    hear(dialog.Navigated, "Navigated");
-    hear(dialog.OptionClick, "OptionClick");
-    hear(dialog.Timer, "Timer");
-    hear(dialog.Verify, "Verify");
+    hear(dialog.ButtonClick, "ButtonClick"), hear(dialog.Created, "Created"),
+        hear(dialog.Destroyed, "Destroyed"), hear(dialog.Expand, "Expand"), hear(dialog.Help, "Help"),
+        hear(dialog.Hyperlink, "Hyperlink"), hear(dialog.Navigated, "Navigated"),
+        hear(dialog.OptionClick, "OptionClick"), hear(dialog.Timer, "Timer"), hear(dialog.Verify, "Verify");
     int32 window = 0;
     kept.push_back(dialog.Constructed.connect([&] { window = dialog.hWnd(); }));
 
@@ -140,15 +108,13 @@ TEST_F(Dialogs, NoticesBecomeEvents) {
     rtmMain::state().appHWnd = 4711;
     dialog.Prompt(u"Weiter?", dlgYesNo | dlgDontShowAgain, u"Titel");
     EXPECT_EQ(dialog.Show(), 6 + 2048);
-    EXPECT_EQ(heard,
-              "Created, Timer 200, Hyperlink http://a, OptionClick 7, Verify 1, Help, Expand 1, Navigated, "
-              "ButtonClick 6, Destroyed, ");
-    EXPECT_EQ(ui.linksOpened, std::vector<Text>{u"http://a"});
-    EXPECT_EQ(ui.boxes.back().parent, 4711);
-    EXPECT_EQ(window, 77);
+    EXPECT_EQ(
+        heard,
+        "Created, Timer 200, Hyperlink http://a, OptionClick 7, Verify yes, Help, Expand yes, Navigated, "
+        "ButtonClick 6, Destroyed, ");
+    EXPECT_TOLD("http://a|4711|77|7|yes", ui.linksOpened, ui.boxes.back().parent, window, dialog.Option(),
+                dialog.Checked());
     EXPECT_EQ(dialog.hWnd(), 0) << "gone with the dialog";
-    EXPECT_EQ(dialog.Option(), 7);
-    EXPECT_TRUE(dialog.Checked());
 }
 
 TEST_F(Dialogs, AListenerMayCloseAndFailuresAnswerZero) {
@@ -181,24 +147,21 @@ TEST_F(Dialogs, VersionOfTheControlsDecidesTheForm) {
     ui.answers = {6 + 2048, 7, 10};
     const Text prompt = u"Speichern?@Die Datei wurde geändert.\\@";
     EXPECT_EQ(messages.TSMsgBox(prompt, dlgYesNo | dlgDontShowAgain, u"Titel", u"hilfe.hlp", 12), 2054);
-    EXPECT_EQ(ui.boxes[0].headline, u"Speichern?");
-    EXPECT_EQ(ui.boxes[0].body, u"Die Datei wurde geändert.@");
-    EXPECT_EQ(ui.boxes[0].title, u"Titel");
-    EXPECT_EQ(ui.boxes[0].helpContext, 12);
+    EXPECT_TOLD("Speichern?|Die Datei wurde geändert.@|Titel|12", ui.boxes[0].headline, ui.boxes[0].body,
+                ui.boxes[0].title, ui.boxes[0].helpContext);
 
     ui.controls = 580;
     EXPECT_EQ(messages.TSMsgBox(prompt, dlgYesNo | dlgDontShowAgain, {}, u"hilfe.hlp", 12), 7);
-    EXPECT_EQ(ui.boxes[1].body, u"Speichern?\r\rDie Datei wurde geändert.\\@");
-    EXPECT_EQ(ui.boxes[1].buttons, dlgYesNo);
-    EXPECT_EQ(ui.boxes[1].helpFile, u"hilfe.hlp");
+    EXPECT_TOLD("Speichern?\r\rDie Datei wurde geändert.\\@|4|hilfe.hlp", ui.boxes[1].body,
+                ui.boxes[1].buttons, ui.boxes[1].helpFile);
     EXPECT_EQ(messages.TSMsgBox(u"x", dlgCancelTryContinue, {}, u"hilfe.hlp", 12), 10);
     EXPECT_EQ(ui.boxes[2].helpFile, u"") << "a box of this style knows no help";
     for (const int32 version : {580, 610}) {
         ui.controls = version;
         for (const auto& [title, shown] : {std::pair<Variant, TextView>{int32{7}, u"7"},
                                            {2.5, u"2,5"},
-                                           {Date::of(2024, 12, 31, 18, 5, 9), u"31.12.2024 18:05:09"},
-                                           {Variant(), u""}}) {
+                                           {Variant(), u""},
+                                           {Date::of(2024, 12, 31, 18, 5, 9), u"31.12.2024 18:05:09"}}) {
             ui.answers = {1};
             messages.TSMsgBox(u"x", dlgOKOnly, title);
             EXPECT_EQ(ui.boxes.back().title, shown);
@@ -209,10 +172,10 @@ TEST_F(Dialogs, VersionOfTheControlsDecidesTheForm) {
 TEST_F(Dialogs, ShortFormsSayWhatTheyAre) {
     ui.answers = {1, 6, 7, 1, 1, 1};
     messages.Fehler(u"kaputt");
-    EXPECT_TRUE(messages.Frage(u"wirklich"));
+    const bool yes = messages.Frage(u"wirklich");
     bool answer = true;
     messages.Frage(u"wirklich", answer);
-    EXPECT_FALSE(answer);
+    EXPECT_TRUE(yes && !answer);
     messages.WaitForReturn(u"gut");
     messages.NotAktiv();
     messages.NotAktivExt();

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/TestGround.hpp"
+#include "tests/support/Told.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
 #include "tsRtm/frame/iStatusControl.hpp"
 #include "tsRtm/frame/messages/TextTables.hpp"
@@ -11,10 +12,7 @@ namespace {
 
 using rtmMain::state;
 
-struct Numbered {
-    int32 langId, number;
-    TextView text;
-};
+using Numbered = std::tuple<int32, int32, const char*>;
 
 class Messages : public ::testing::Test {
  protected:
@@ -24,35 +22,25 @@ class Messages : public ::testing::Test {
 };
 
 TEST_F(Messages, ByNumberFlagsAndLanguage) {
-    for (const auto& [langId, number, text] : std::initializer_list<Numbered>{
-             {1031, 1, u"Fehler"},
-             {1031, 2049, u"Fehler "},
-             {1031, 1056, u" nicht bereit"},
-             {1031, 207 + 1024 + 2048 + 4096, u" Ich hole Daten ..."},
-             {1031, 25, u"Vorgang unterbrechen mit Esc"},
-             {1031, 25 + 8192, u"Vorgang unterbrechen mit #00"},
-             {1031, 71 + 3072, u""},
-             {3079, 1, u"Fehler"},  // Austria
-             {1033, 1, u""},
-             {1033, 122 + 2048, u"December "},
-         }) {
+    for (const auto& [langId, number, text] :
+         {Numbered{1031, 1, "Fehler"}, Numbered{1031, 2049, "Fehler "}, Numbered{1031, 1056, " nicht bereit"},
+          Numbered{1031, 207 + 1024 + 2048 + 4096, " Ich hole Daten ..."},
+          Numbered{1031, 25, "Vorgang unterbrechen mit Esc"},
+          Numbered{1031, 25 + 8192, "Vorgang unterbrechen mit #00"}, Numbered{1031, 71 + 3072, ""},
+          Numbered{3079, 1, "Fehler"}, Numbered{1033, 1, ""}, Numbered{1033, 122 + 2048, "December "}}) {
         state().langId = langId;
-        EXPECT_EQ(toUtf8(messages.RtmMsg(number)), toUtf8(text)) << langId << " " << number;
+        EXPECT_TOLD(text, messages.RtmMsg(number)) << langId << " " << number;
     }
     state().langId = 1036;
-    EXPECT_EQ(messages.LangNr(1), 30001);
-    EXPECT_EQ(messages.LangNr(2147453647), 2147483647);
+    EXPECT_TOLD("30001|2147483647", messages.LangNr(1), messages.LangNr(2147453647));
     EXPECT_THROW(messages.LangNr(2147453648), Failure);
 }
 
 TEST_F(Messages, InsertReplacesTwoCharactersAtEachPlace) {
     for (const auto& [message, position, insert, result] :
-         {std::tuple{u"Seite %1/%2", 2, u"9", u"Seite %1/9"},
-          {u"%1 und %1", 1, u"x", u"x und x"},
-          {u"%2 und %2", 2, u"<%2>", u"<%2> und %2"},
-          {u"%10.", 10, u"x", u"x0."},
-          {u"ohne", 1, u"x", u"ohne"},
-          {u"a%1", 1, u"", u"a"}}) {
+         {std::tuple{u"Seite %1/%2", 2, u"9", u"Seite %1/9"}, std::tuple{u"%1 und %1", 1, u"x", u"x und x"},
+          std::tuple{u"%2 und %2", 2, u"<%2>", u"<%2> und %2"}, std::tuple{u"%10.", 10, u"x", u"x0."},
+          std::tuple{u"ohne", 1, u"x", u"ohne"}, std::tuple{u"a%1", 1, u"", u"a"}}) {
         Text text(message);
         messages.InsertMsg(text, position, insert);
         EXPECT_EQ(toUtf8(text), toUtf8(result)) << toUtf8(message);
@@ -68,16 +56,14 @@ TEST_F(Messages, InsertReplacesTwoCharactersAtEachPlace) {
 TEST_F(Messages, ExpansionOfKeysAndMarks) {
     ground.clock.set(Date::of(2024, 12, 31));
     ground.ui.keyNames = {{13, u"ENTER TASTE"}};
-    using Row = std::pair<TextView, TextView>;
     for (const auto& [text, expanded] :
-         {Row{u"#00=Abbruch", u"Esc=Abbruch"}, Row{u"Preis #", u"Preis #"}, Row{u"#x1", u"#x1"},
-          Row{u"Taste #1", u"Taste Enter Taste"},
-          Row{u"#1x#17", u"Enter TasteRück"},  // "x" goes with the key
-          Row{u"#99#20", u"??"}, Row{u"«c»«C»", u"€€"}, Row{u"am «d».", u"am 31.12.2024."},
-          Row{u"«CC» «ABCD» «» « C»", u"«CC» «ABCD» «» « C»"}, Row{u"«C", u"«C"}}) {
+         {std::pair{u"#00=Abbruch, #x1, Preis #", "Esc=Abbruch, #x1, Preis #"},
+          {u"Taste #1", "Taste Enter Taste"},
+          {u"#1x#17#99#20", "Enter TasteRück??"},  // "x" goes with the key
+          {u"«c»«C», am «d». «CC» «ABCD» «» « C» «C", "€€, am 31.12.2024. «CC» «ABCD» «» « C» «C"}}) {
         Text line(text);
         messages.ExpandSpecial(line);
-        EXPECT_EQ(toUtf8(line), toUtf8(expanded)) << toUtf8(text);
+        EXPECT_EQ(toUtf8(line), expanded);
     }
 }
 
@@ -94,50 +80,45 @@ TEST_F(Messages, ExpansionBearsAMillionSigns) {
 
 TEST_F(Messages, KeyNamesOfTheSystemAndWhereItHasNone) {
     ground.ui.keyNames = {{144, u"NUM-FESTSTELL"}, {27, u"esc"}, {0, u"falsch"}};
-    using Row = std::pair<int32, TextView>;
-    for (const auto& [key, name] :
-         {Row{kidPause, u"Num-feststell"}, Row{kidEsc, u"Esc"}, Row{kidPage, u"Bild"},
-          Row{kidAltGr, u"AltGr"}, Row{kidCaps, u"Umschalt"}, Row{20, u"?"}, Row{-1, u"?"}})
-        EXPECT_EQ(messages.KeyNames(key), name) << key;
+    Text names;
+    for (const int32 key :
+         {int32{kidPause}, int32{kidEsc}, int32{kidPage}, int32{kidAltGr}, int32{kidCaps}, 20, -1})
+        names += messages.KeyNames(key) + u" ";
+    EXPECT_EQ(toUtf8(names), "Num-feststell Esc Bild AltGr Umschalt ? ? ");
     ground.ui.keyNames[27] = u"anders";
     EXPECT_EQ(messages.KeyNames(kidEsc), u"Esc") << "kept for the life of the object";
 }
 
 TEST_F(Messages, CaptionsOfTheTable) {
     for (const auto& [langId, id, text] :
-         {Numbered{1031, sidCancel, u"A&bbrechen"}, Numbered{1049, sidYes, u"&Yes"},  // no Russian column
-          Numbered{1043, sidExtended, u"&Geanvanceerd"}, Numbered{1031, 11, u""}, Numbered{1031, 134, u""},
-          Numbered{1031, -1, u""}}) {
+         {Numbered{1031, sidCancel, "A&bbrechen"}, Numbered{1049, sidYes, "&Yes"},  // no Russian column
+          Numbered{1043, sidExtended, "&Geanvanceerd"}, Numbered{1031, 11, ""}, Numbered{1031, 134, ""},
+          Numbered{1031, -1, ""}}) {
         state().langId = langId;
-        EXPECT_EQ(toUtf8(messages.StandardText(id)), toUtf8(text)) << langId << " " << id;
+        EXPECT_TOLD(text, messages.StandardText(id)) << langId << " " << id;
     }
     EXPECT_TRUE(ground.settings.names(platform::HKeys::currentUser, u"Software\\Tessarol").empty())
         << "without captions of the system nothing is tried and written";
 }
 
 TEST_F(Messages, CaptionsOfTheSystemAreTriedOnce) {
+    const auto option = [&] {
+        return ground.settings.get(platform::HKeys::currentUser, u"Software\\Tessarol", u"NoMBString");
+    };
     ground.ui.ownCaptions = true;
     ground.ui.captions = {{0, u"Oke"}, {1, u"Weg\0rest"}, {10, u"Voran"}};
     MessagesTopic fresh;
-    EXPECT_EQ(fresh.StandardText(sidContinue), u"Voran");
-    EXPECT_EQ(fresh.StandardText(sidOK), u"&OK") << "caption 0 comes from the system only before version 6";
-    EXPECT_EQ(fresh.StandardText(sidRetry), u"Wieder&holen") << "the table where the system has none";
-    const auto option =
-        ground.settings.get(platform::HKeys::currentUser, u"Software\\Tessarol", u"NoMBString");
-    EXPECT_EQ(option, Text(u"0"));
-
+    // Caption 0 comes from the system only before version 6, the table serves where it has none.
+    EXPECT_TOLD("Voran|&OK|Wieder&holen|0", fresh.StandardText(sidContinue), fresh.StandardText(sidOK),
+                fresh.StandardText(sidRetry), option());
     ground.settings.user(u"NoMBString", u"-1");
     ground.ui.captionsAsked.clear();
-    MessagesTopic banned;
-    EXPECT_EQ(banned.StandardText(sidContinue), u"&Weiter");
+    EXPECT_EQ(MessagesTopic().StandardText(sidContinue), u"&Weiter");
     EXPECT_TRUE(ground.ui.captionsAsked.empty());
-
     ground.settings.user(u"NoMBString", u"");
     ground.ui.captions.clear();
-    MessagesTopic silent;
-    EXPECT_EQ(silent.StandardText(sidContinue), u"&Weiter");
-    EXPECT_EQ(ground.settings.get(platform::HKeys::currentUser, u"Software\\Tessarol", u"NoMBString"),
-              Text(u"-1"));
+    EXPECT_EQ(MessagesTopic().StandardText(sidContinue), u"&Weiter");
+    EXPECT_EQ(option(), u"-1");
 }
 
 // A control of which some properties are there.

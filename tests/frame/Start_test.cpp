@@ -6,6 +6,7 @@
 
 #include "tests/support/MemoryFiles.hpp"
 #include "tests/support/TestGround.hpp"
+#include "tests/support/Told.hpp"
 #include "tsRtm/frame/clsCommon.hpp"
 #include "tsRtm/frame/rtmMain.hpp"
 #include "tsRtm/frame/runtime/DebugLog.hpp"
@@ -58,37 +59,29 @@ class Start : public ::testing::Test {
 };
 
 TEST_F(Start, SwitchesReadTheFirstThreeCharacters) {
-    for (const auto& [text, on, netWait] : {std::tuple{u"", false, 5},
-                                            {u"0", false, 5},
-                                            {u"1", true, 1},
-                                            {u"-1", true, -1},
-                                            {u"abc", false, 5},
-                                            {u"0001", false, 5},
-                                            {u"12", true, 12},
-                                            {u"1234", true, 123},
-                                            {u" 7x", true, 7}}) {
+    for (const auto& [text, on, netWait] :
+         {std::tuple{u"", 0, 5}, std::tuple{u"0", 0, 5}, std::tuple{u"1", -1, 1}, std::tuple{u"-1", -1, -1},
+          std::tuple{u"abc", 0, 5}, std::tuple{u"0001", 0, 5}, std::tuple{u"12", -1, 12},
+          std::tuple{u"1234", -1, 123}, std::tuple{u" 7x", -1, 7}}) {
         for (const TextView name : {u"Debug", u"Expert", u"NetWait"}) ground.settings.user(name, text);
         start();
-        EXPECT_EQ(state().debugging, on) << toUtf8(text);
-        EXPECT_EQ(clsCommon().Expert(), on ? -1 : 0) << toUtf8(text);
-        EXPECT_EQ(state().netWait, netWait) << toUtf8(text);
+        EXPECT_EQ(std::tuple(state().debugging, clsCommon().Expert(), state().netWait),
+                  std::tuple(on != 0, on, netWait))
+            << toUtf8(text);
     }
 }
 
 TEST_F(Start, RuntimeFolderOfTheSettings) {
-    for (const auto& [what, configured, program, dir, dataDir, old] :
-         {std::tuple{"none configured", u"", u"", u"/usr/lib/Tessarol", u"/daten", false},
-          {"with a delimiter, unchecked", u"/app/", u"", u"/app/", u"/daten", true},
-          {"without one, program missing: both dropped", u"/app", u"", u"/usr/lib/Tessarol",
-           u"/var/lib/Tessarol", false},
-          {"without one, program there", u"/app", u"/app/TSRtm.exe", u"/app/", u"/daten", true}}) {
+    for (const auto& [configured, program, told] :
+         {std::tuple{u"", u"", "/usr/lib/Tessarol|/daten|no"},
+          {u"/app/", u"", "/app/|/daten|yes"},                       // with a delimiter: unchecked
+          {u"/app", u"", "/usr/lib/Tessarol|/var/lib/Tessarol|no"},  // the program is missing: both dropped
+          {u"/app", u"/app/TSRtm.exe", "/app/|/daten|yes"}}) {
         if (*program) files.put(program, "");
         ground.settings.machine(u"RunTimeDir", configured);
         ground.settings.machine(u"RunTimeDataDir", u"/daten");
         start();
-        EXPECT_EQ(state().runtimeDir, dir) << what;
-        EXPECT_EQ(state().runtimeDataDir, dataDir) << what;
-        EXPECT_EQ(state().oldTS, old) << what;
+        EXPECT_TOLD(told, state().runtimeDir, state().runtimeDataDir, state().oldTS) << toUtf8(configured);
     }
 }
 
@@ -121,9 +114,8 @@ TEST_F(Start, MakesNoFolderButItsOwn) {
     auto& system = ground.system;
     system.foldersWhenMade = std::exchange(system.folders, {});
     start();
-    EXPECT_EQ(state().runtimeDir, u"/opt/host");
-    EXPECT_EQ(state().userDir, u"/home/t/.config/Tessarol");
-    EXPECT_EQ(state().runtimeDataDir, state().userDir);
+    EXPECT_TOLD("/opt/host|/home/t/.config/Tessarol|/home/t/.config/Tessarol", state().runtimeDir,
+                state().userDir, state().runtimeDataDir);
     for (const auto& [id, folder] : system.foldersWhenMade)
         EXPECT_EQ(rtmMain::SpecialFolder(static_cast<int32>(id)), u"") << toUtf8(folder);
 }
@@ -133,14 +125,14 @@ TEST_F(Start, DataFoldersNeedTheRightToWrite) {
     ground.system.access = [&](TextView path, int32 mask) {
         return mask != 70 || (refused != u"*" && path != refused);
     };
+    const Text user = u"/home/t/.config/Tessarol", last = u"/home/t/Dokumente/Tessarol";  // taken unchecked
     for (const auto& [refuses, dataDir, userDir] :
-         {std::tuple{u"", u"/var/lib/Tessarol", u"/home/t/.config/Tessarol"},
-          {u"/var/lib/Tessarol", u"/home/t/.config/Tessarol", u"/home/t/.config/Tessarol"},
-          {u"*", u"/home/t/Dokumente/Tessarol", u"/home/t/Dokumente/Tessarol"}}) {  // taken unchecked
+         {std::tuple<TextView, Text, Text>{u"", u"/var/lib/Tessarol", user},
+          {u"/var/lib/Tessarol", user, user},
+          {u"*", last, last}}) {
         refused = refuses;
         start();
-        EXPECT_EQ(state().runtimeDataDir, dataDir);
-        EXPECT_EQ(state().userDir, userDir);
+        EXPECT_EQ(std::pair(state().runtimeDataDir, state().userDir), std::pair(dataDir, userDir));
         EXPECT_TRUE(files.exists(dataDir) && files.exists(userDir));
     }
 }
@@ -152,33 +144,22 @@ TEST_F(Start, StartsOnAGroundThatRefusesEverything) {
     ground.system.access = [](TextView, int32) { return false; };
     files.setFreeSpace(0);
     start();
-    EXPECT_TRUE(rtmMain::started());
-    EXPECT_EQ(state().netWait, 5);
-    EXPECT_EQ(state().runtimeDir, u"/opt/host");
+    EXPECT_TOLD("yes|5|/opt/host", rtmMain::started(), state().netWait, state().runtimeDir);
     EXPECT_TRUE(ground.ui.boxes.empty()) << "the start reports nothing to the user";
 }
 
 TEST_F(Start, LogTellsTheStepsInOrder) {
     ground.settings.user(u"Debug", u"1");
     start();
-    const std::vector<Text> expected = {
-        u"Start Rtm 31.12.2024 18:05:09",
-        u"GetVersionEx OSVERSIONINFOEX:1",
-        u"GetSystemInfo: ProcessorType 8664",
-        u"GetUserDefaultLCID: 1031",
-        u"GetUserDefaultLangID: 1031",
-        u"GetACP: 1252",
-        u"GetVolumeInformation  - FSName:ext4 - MaxPathLength:260",
-        u"ReadLocaleInfos done",
-        u"ReadSystemMetrics done",
-        u"RuntimeDir: /usr/lib/Tessarol",
-        u"RuntimeDataDir: /var/lib/Tessarol",
-        u"UserDir: /home/t/.config/Tessarol",
-        u"GetModuleFileName: /opt/host/Anwendung.exe",
-        u"WMFormInstance: WMObject True",
-        u"Rtm: Main Done",
-    };
-    EXPECT_EQ(log(), expected);
+    EXPECT_TOLD(
+        "Start Rtm 31.12.2024 18:05:09,GetVersionEx OSVERSIONINFOEX:1,GetSystemInfo: ProcessorType "
+        "8664,GetUserDefaultLCID: 1031,"
+        "GetUserDefaultLangID: 1031,GetACP: 1252,GetVolumeInformation  - FSName:ext4 - "
+        "MaxPathLength:260,ReadLocaleInfos done,"
+        "ReadSystemMetrics done,RuntimeDir: /usr/lib/Tessarol,RuntimeDataDir: /var/lib/Tessarol,UserDir: "
+        "/home/t/.config/Tessarol,"
+        "GetModuleFileName: /opt/host/Anwendung.exe,WMFormInstance: WMObject True,Rtm: Main Done",
+        log());
     EXPECT_EQ(files.openings(), 0u) << "the log is closed after each line";
     EXPECT_EQ(files.dump(logName).substr(0, 22), "31.12.2024 18:05:09 - ");
 }
@@ -186,10 +167,9 @@ TEST_F(Start, LogTellsTheStepsInOrder) {
 TEST_F(Start, VolumeRootOfSharesAndDrives) {
     ground.settings.user(u"Debug", u"1");
     ground.system.delimiter = u'\\';
-    for (const auto& [host, root] : {std::pair{u"\\\\srv\\share\\app\\a.exe", u"\\\\srv\\"},
-                                     {u"\\\\srv\\a.exe", u"\\\\srv\\"},
-                                     {u"D:\\app\\a.exe", u"D:\\"},
-                                     {u"app\\a.exe", u""}}) {
+    for (const auto& [host, root] :
+         {std::pair{u"\\\\srv\\share\\app\\a.exe", u"\\\\srv\\"}, std::pair{u"\\\\srv\\a.exe", u"\\\\srv\\"},
+          std::pair{u"D:\\app\\a.exe", u"D:\\"}, std::pair{u"app\\a.exe", u""}}) {
         ground.system.host = host;
         start();
         EXPECT_EQ(ground.system.volumesAsked.back(), root);
@@ -224,9 +204,7 @@ TEST_F(Start, StopMayRunTwice) {
     files.put(logName, "");
     rtmMain::WMStop();
     EXPECT_EQ(log(), (std::vector<Text>{u"WMStop", u"Ende Rtm 31.12.2024 18:05:09"}));
-    EXPECT_EQ(disposed, 1);
-    EXPECT_TRUE(state().stopping);
-    EXPECT_FALSE(ground.ui.onNotice);
+    EXPECT_TOLD("1|yes|no", disposed, state().stopping, ground.ui.onNotice != nullptr);
     EXPECT_EQ(state().userDir, u"/home/t/.config/Tessarol") << "the state stays readable";
 }
 
@@ -262,9 +240,8 @@ TEST_F(Start, AGroundThatHearsNothingAndAnOldSystem) {
     start();
     const auto lines = log();
     const auto has = [&](TextView line) { return std::count(lines.begin(), lines.end(), line) == 1; };
-    EXPECT_TRUE(has(u"GetVersionEx OSVERSIONINFOEX:0") && has(u"GetVersionEx OSVERSIONINFO:1"));
-    EXPECT_TRUE(has(u"WMFormInstance: WMObject False"));
-    EXPECT_FALSE(ground.ui.onNotice);
+    EXPECT_TOLD("yes|yes|no", has(u"GetVersionEx OSVERSIONINFOEX:0") && has(u"GetVersionEx OSVERSIONINFO:1"),
+                has(u"WMFormInstance: WMObject False"), ground.ui.onNotice != nullptr);
 }
 
 }  // namespace

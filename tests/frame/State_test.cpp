@@ -6,6 +6,7 @@
 
 #include "tests/support/MemoryFiles.hpp"
 #include "tests/support/TestGround.hpp"
+#include "tests/support/Told.hpp"
 #include "tsRtm/frame/clsCommon.hpp"
 #include "tsRtm/frame/clsStartObjects.hpp"
 #include "tsRtm/frame/runtime/Folders.hpp"
@@ -55,9 +56,7 @@ TEST_F(Common, LocaleItemsEndAtTheirNul) {
     ground.locale.items[LocaleItem::decimalMark] = Text(u",\0x", 3);
     ground.locale.items[LocaleItem::countryName] = Text(400, u'x');
     rtmMain::ReadLocaleInfos();
-    EXPECT_EQ(common.Sep_Dec(), u",");
-    EXPECT_EQ(common.CountryName().size(), 255u);
-    EXPECT_EQ(common.LastChar(), u"Ž");
+    EXPECT_TOLD(",|255|Ž", common.Sep_Dec(), common.CountryName().size(), common.LastChar());
 }
 
 TEST_F(Common, WritingHasItsConditions) {
@@ -65,8 +64,7 @@ TEST_F(Common, WritingHasItsConditions) {
     EXPECT_FALSE(common.Stopped()) << "not enabled";
     common.StoppedEnabled(true);
     common.Stopped(true);
-    EXPECT_TRUE(common.Stopped());
-    EXPECT_FALSE(common.Stopped()) << "reading clears it";
+    EXPECT_TOLD("yes|no", common.Stopped(), common.Stopped()) << "reading clears it";
     common.Stopped(true);
     common.StoppedEnabled(true);
     EXPECT_FALSE(common.Stopped()) << "and so does writing StoppedEnabled";
@@ -95,30 +93,26 @@ TEST_F(Common, WhatIsAskedOnceAndWhatEachTime) {
 
     ground.system.screen.workLeft = 60;
     ground.system.workAreas[5] = {1920, 0, 3200, 1024};
-    const auto area = [](int32 window) {
-        const auto [left, top, right, bottom] = rtmMain::WorkArea(window);
-        return std::array{left, top, right, bottom};
-    };
-    const std::array primary{900, 0, 28800, 16200};
-    EXPECT_EQ(area(0), primary);
-    EXPECT_EQ(area(4), primary) << "a window that the ground does not know";
-    EXPECT_EQ(area(5), (std::array{28800, 0, 48000, 15360}));
+    for (const auto& [window, edges] :
+         {std::pair{0, "900|0|28800|16200"}, {4, "900|0|28800|16200"}, {5, "28800|0|48000|15360"}}) {
+        const auto [left, top, right, bottom] = rtmMain::WorkArea(window);  // of 4 the ground knows nothing
+        EXPECT_TOLD(edges, left, top, right, bottom);
+    }
 }
 
 TEST(OSName, OfTheFamilyAndOthers) {
-    for (const auto& [family, major, minor, product, name] :
-         {std::tuple{1, 4, 10, 1, u"Windows Typ 1 - Version 4.10"},
-          {2, 4, 0, 3, u"Windows NT Server 4.0"},
-          {2, 6, 4, 1, u"Windows 10"},
-          {2, 10, 0, 3, u"Windows Server Version 10.0"}})
-        EXPECT_EQ(osName({family, major, minor, product, true, {}}), name);
+    const auto name = [](int32 family, int32 major, int32 minor, int32 product) {
+        return osName({family, major, minor, product, true, {}});
+    };
+    EXPECT_TOLD("Windows Typ 1 - Version 4.10|Windows NT Server 4.0|Windows 10|Windows Server Version 10.0",
+                name(1, 4, 10, 1), name(2, 4, 0, 3), name(2, 6, 4, 1), name(2, 10, 0, 3));
 }
 
 TEST_F(Common, PathsAreJoinedAndBounded) {
     using rtmMain::JoinPath;
-    EXPECT_EQ(JoinPath({u"/a", u"", u"b"}), u"/a/b");
-    EXPECT_EQ(JoinPath({u"", u"b"}), u"b");
-    EXPECT_EQ(JoinPath({u"/a/", u"/b", u"c"}), u"/a/b/c");
+    const Text joined[] = {JoinPath({u"/a", u"", u"b"}), JoinPath({u"", u"b"}),
+                           JoinPath({u"/a/", u"/b", u"c"})};
+    EXPECT_TOLD("/a/b,b,/a/b/c", std::span(joined));
     const Text longPart(250, u'x');
     EXPECT_EQ(JoinPath({u"/a", longPart, u"12345", u"1"}), u"/a/" + longPart + u"/12345")
         << "259 characters fit";
@@ -140,9 +134,8 @@ TEST(Folders, AreMadeWhereTheParentAllowsIt) {
         asked.emplace_back(path);
         return allowed;
     };
-    EXPECT_FALSE(rtmMain::EnsureFolder(u""));
-    EXPECT_FALSE(rtmMain::EnsureFolder(u"/p/neu"));
-    EXPECT_FALSE(files.exists(u"/p/neu"));
+    EXPECT_TOLD("no|no|no", rtmMain::EnsureFolder(u""), rtmMain::EnsureFolder(u"/p/neu"),
+                files.exists(u"/p/neu"));
     allowed = true;
     EXPECT_TRUE(rtmMain::EnsureFolder(u"/p/neu"));
     EXPECT_TRUE(rtmMain::EnsureFolder(u"/p/neu/x/"));
@@ -153,14 +146,10 @@ TEST(Folders, AreMadeWhereTheParentAllowsIt) {
 
 TEST(NumberCode, EveryNumberComesBackInFiveColumnsWithoutALeadingDigit) {
     constexpr int32 kLargest = std::numeric_limits<int32>::max(), kLeast = std::numeric_limits<int32>::min();
-    for (const auto& [value, text] : {std::pair{0, u"0"},
-                                      {99999, u"99999"},
-                                      {100000, u"!!,>o"},
-                                      {830584, u"!\"!!!"},
-                                      {1171123439, u"/~~~~"},
-                                      {1171123440, u":!!!!"},
-                                      {kLargest, u"FPP}d"},
-                                      {kLeast, u"K!!!!"}})
+    for (const auto& [value, text] :
+         {std::pair{0, u"0"}, std::pair{99999, u"99999"}, std::pair{100000, u"!!,>o"},
+          std::pair{830584, u"!\"!!!"}, std::pair{1171123439, u"/~~~~"}, std::pair{1171123440, u":!!!!"},
+          std::pair{kLargest, u"FPP}d"}, std::pair{kLeast, u"K!!!!"}})
         EXPECT_EQ(rtmMain::EncodeNumber(value), text) << value;
     std::mt19937 random(20240601);
     const auto check = [](int32 value) {
@@ -183,17 +172,13 @@ TEST(NumberCode, EveryNumberComesBackInFiveColumnsWithoutALeadingDigit) {
 TEST(StartObjects, KeepOrderAndAlwaysAnswerFalse) {
     clsStartObjects list;
     const auto object = std::make_shared<clsHostApp>();
-    EXPECT_EQ(list.Add(10), 1);
-    EXPECT_EQ(list.Add(20, std::shared_ptr<Object>(object), true), 2);
-    EXPECT_EQ(list.Add(5, u"vorn", false, true), 1);
-    EXPECT_EQ(list.ProgID(1) * 100 + list.ProgID(3), 520);
-    EXPECT_EQ(list.Waiting(3), -1);
+    EXPECT_TOLD("1|2|1", list.Add(10), list.Add(20, std::shared_ptr<Object>(object), true),
+                list.Add(5, u"vorn", false, true));
+    EXPECT_TOLD("5|20|-1", list.ProgID(1), list.ProgID(3), list.Waiting(3));
     EXPECT_EQ(std::get<std::shared_ptr<Object>>(list.Args(3)), object);
-    for (const int32 index : {0, 4, 1}) EXPECT_FALSE(list.Remove(index));
-    EXPECT_EQ(list.Count(), 2) << "the last one was there";
-    EXPECT_EQ(list.ProgID(1), 10);
-    EXPECT_EQ(list.ProgID(3), 0);
-    EXPECT_TRUE(list.Args(-1).isEmpty());
+    // The last one was there.
+    EXPECT_TOLD("no|no|no|2|10|0|yes", list.Remove(0), list.Remove(4), list.Remove(1), list.Count(),
+                list.ProgID(1), list.ProgID(3), list.Args(-1).isEmpty());
 }
 
 }  // namespace

@@ -14,25 +14,23 @@ TEST_F(ContentTest, ReadingFindsEncodingAndText) {
         int32 encoding;  // 321 is raised where negative
         TextView text;
     };
-    const Row rows[] = {
-        {""sv, untouched, u""},
-        {"\x80\xE4"sv, 1252, u"€ä"},
-        {"\xEF"sv, 1252, u"ï"},
-        {"\xEF\xBB\xBF"sv, 65001, u""},
-        {"\xEF\xBB\xBF\xC3\xA4"sv, 65001, u"ä"},
-        {"\xEF\xBB\xBF\xFFx\xC3"sv, 65001, u"\uFFFDx\uFFFD"},
-        {"\xFF\xFE\0"sv, 1200, u""},
-        {"\xFF\xFEx\0y"sv, 1200, u"x"},
-        {"\xFF\xFE\x3D\xD8"sv, 1200, TextView(u"\xD83D", 1)},
-        {"\xFF\xFE\0\0"sv, -12000, u""},
-        {"\xFE\xFF\0\xE4\0"sv, 1201, u"ä"},
-        {"\xFE\xFF\0\0"sv, 1201, TextView(u"\0", 1)},
-        {"\0\0\xFE\xFF"sv, -12001, u""},
-        {"\0\0\xFE"sv, 1252, TextView(u"\0\0þ", 3)},
-        {"xy\x1Az"sv, 1252, u"xy"},  // the mark of the end of a file
-        {"\xFF\xFEx\0\x1A\0y\0"sv, 1200, u"x"},
-        {"\xFF\xFE\x1A\1"sv, 1200, u"\u011A"},
-    };
+    const Row rows[] = {{""sv, untouched, u""},
+                        {"\x80\xE4"sv, 1252, u"€ä"},
+                        {"\xEF"sv, 1252, u"ï"},
+                        {"\xEF\xBB\xBF"sv, 65001, u""},
+                        {"\xEF\xBB\xBF\xC3\xA4"sv, 65001, u"ä"},
+                        {"\xEF\xBB\xBF\xFFx\xC3"sv, 65001, u"\uFFFDx\uFFFD"},
+                        {"\xFF\xFE\0"sv, 1200, u""},
+                        {"\xFF\xFEx\0y"sv, 1200, u"x"},
+                        {"\xFF\xFE\x3D\xD8"sv, 1200, TextView(u"\xD83D", 1)},
+                        {"\xFF\xFE\0\0"sv, -12000, u""},
+                        {"\xFE\xFF\0\xE4\0"sv, 1201, u"ä"},
+                        {"\xFE\xFF\0\0"sv, 1201, TextView(u"\0", 1)},
+                        {"\0\0\xFE\xFF"sv, -12001, u""},
+                        {"\0\0\xFE"sv, 1252, TextView(u"\0\0þ", 3)},
+                        {"xy\x1Az"sv, 1252, u"xy"},  // the mark of the end of a file
+                        {"\xFF\xFEx\0\x1A\0y\0"sv, 1200, u"x"},
+                        {"\xFF\xFE\x1A\1"sv, 1200, u"\u011A"}};
     for (const auto& row : rows) {
         SCOPED_TRACE(testing::PrintToString(row.bytes));
         const Text name = write("a", row.bytes);
@@ -52,19 +50,13 @@ TEST_F(ContentTest, ReadingFindsEncodingAndText) {
 TEST_F(ContentTest, WithoutAMarkTheCallerMayAskForTheDosCodePage) {
     int32 encoding = 850;
     Date changed;
-    EXPECT_EQ(files.GetContentAPI(write("a", "\x84\xE1"), encoding, changed), u"äß");
-    EXPECT_EQ(encoding, 850);
-    EXPECT_EQ(files.GetContentAPI(write("a", "\xEF\xBB\xBF\xC3\xA4"), encoding, changed), u"ä");
-    EXPECT_EQ(encoding, 65001);
-}
-
-TEST_F(ContentTest, OfAMissingOrLockedFileIsEmpty) {
-    EXPECT_EQ(files.Content(path("none")), u"");
-    EXPECT_EQ(F(), 53);
+    EXPECT_TOLD("äß|850", files.GetContentAPI(write("a", "\x84\xE1"), encoding, changed), encoding);
+    EXPECT_TOLD("ä|65001", files.GetContentAPI(write("a", "\xEF\xBB\xBF\xC3\xA4"), encoding, changed),
+                encoding);
+    EXPECT_TOLD("|53", files.Content(path("none")), F());
     const Text name = write("a", "x");
     const auto holder = other(name, Sharing::none);
-    EXPECT_EQ(files.Content(name), u"");
-    EXPECT_EQ(F(), 70);
+    EXPECT_TOLD("|70", files.Content(name), F());
 }
 
 TEST_F(ContentTest, WritingKeepsOrSetsTheEncoding) {
@@ -81,8 +73,7 @@ TEST_F(ContentTest, WritingKeepsOrSetsTheEncoding) {
         {"\xEF\xBB\xBFxyz", 1252, false, u"ä", "\xEF\xBB\xBF\xC3\xA4"},
         {"\xFE\xFF\0x\0y"sv, 1252, false, u"z", "\xFE\xFF\0z"sv},
         {"\x84", 850, true, u"ä", "\x84\x84"},
-        {"abc", 1252, false, u"", ""},
-    };
+        {"abc", 1252, false, u"", ""}};
     for (const auto& [before, encoding, append, text, after] : rows) {
         SCOPED_TRACE(testing::PrintToString(after));
         const Text name = write("a", before);
@@ -132,10 +123,8 @@ TEST_F(DiskTest, AFileBeyondFourGigabytesTakesATextToo) {
 
 TEST_F(ContentTest, ReplacingIsAllOrNothing) {
     const Text name = write("a", "old");
-    EXPECT_TRUE(files.safeReplace(name, "new"));
-    EXPECT_EQ(read("a"), "new");
-    EXPECT_TRUE(files.safeReplace(path("made"), ""));
-    EXPECT_FALSE(files.safeReplace(path("no/folder"), "x"));
+    EXPECT_TOLD("yes|new|yes|no", files.safeReplace(name, "new"), read("a"),
+                files.safeReplace(path("made"), ""), files.safeReplace(path("no/folder"), "x"));
     memory.setFreeSpace(2);
     EXPECT_FALSE(files.safeReplace(name, "newer"));
     memory.setFreeSpace({});

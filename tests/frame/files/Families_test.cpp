@@ -81,9 +81,8 @@ TEST_F(Families, RemovableDriveNotReadyIsAskedFor) {
         EXPECT_NE(opened(), 0);
         refusals = 1;
         ui().answers = {7};
-        EXPECT_EQ(opened(), 0);
-        EXPECT_EQ(F(), 71);
-        EXPECT_EQ(toUtf8(ui().boxes.back().headline), "Laufwerk /w nicht bereit. Weiter");
+        EXPECT_TOLD("0|71|Laufwerk /w nicht bereit. Weiter", opened(), F(),
+                    toUtf8(ui().boxes.back().headline));
     }
 }
 
@@ -96,9 +95,7 @@ TEST_F(Families, LocksExcludeOthersAndShow) {
     EXPECT_FALSE(files.LockAPI(a, 10, 1)) << "a second lock is refused";
     for (const auto& [satz, locked] : {std::pair{11, true}, {10, false}, {0, false}})
         EXPECT_EQ(files.DB_IsLocked(number, satz), locked) << satz;
-    EXPECT_FALSE(files.DB_IsLocked(77, 11));
-    EXPECT_TRUE(files.LockAPI(b, 11, 1));
-    EXPECT_TRUE(files.UnlockAPI(a, 10, 1));
+    EXPECT_TOLD("no|yes|yes", files.DB_IsLocked(77, 11), files.LockAPI(b, 11, 1), files.UnlockAPI(a, 10, 1));
     ASSERT_EQ(files.file(number).tryLock({10, 1}), SystemError::none);
     EXPECT_FALSE(files.DB_IsLocked(number, 11)) << "one's own lock does not show";
     EXPECT_FALSE(files.LockAPI(b, 10, 1));
@@ -137,8 +134,7 @@ TEST_F(Families, FailuresNameTheCallAndLeaveFAlone) {
         {"54|clsRtm:TS_Put|Datei: /w/a: ", [&] { files.TS_Put(number, 1, u"x"); }},
         {"62|clsRtm:TS_LineInput|Datei: /w/a: ",
          [&] { files.TS_LineInput(number), files.TS_LineInput(number); }},
-        {"52|", [&] { files.file(9); }},
-    };
+        {"52|", [&] { files.file(9); }}};
     for (const auto& [starts, work] : rows) EXPECT_TRUE(raised(work).starts_with(starts)) << raised(work);
     EXPECT_EQ(F(), 53);
     files.CloseAPI(h);

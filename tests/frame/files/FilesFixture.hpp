@@ -4,8 +4,10 @@
 
 #include "tests/frame/files/RefusingFiles.hpp"
 #include "tests/support/Raised.hpp"
+#include "tests/support/Table.hpp"
 #include "tests/support/TempFolder.hpp"
 #include "tests/support/TestGround.hpp"
+#include "tests/support/Told.hpp"
 #include "tsRtm/frame/FilesTopic.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
 #include "tsRtm/platform/posix/PosixPlatform.hpp"

@@ -10,14 +10,12 @@ TEST_F(DbOpen, WaitZeroGoesOn) {
     const Text name = write("a", "x");
     auto holder = other(name, Sharing::none);
     clock().onSleep = [&] { rtmMain::state().stopping = clock().elapsed() > seconds(60); };
-    EXPECT_EQ(open(name, 4, true, 0), 0);
-    EXPECT_EQ(F(), 70);
+    EXPECT_TOLD("0|70", open(name, 4, true, 0), F());
     rtmMain::state().stopping = false;
     clock().onSleep = [&] {
         if (clock().elapsed() > seconds(100)) holder.reset();
     };
-    EXPECT_EQ(open(name, 4, true, 0), 1);
-    EXPECT_EQ(F(), 0);
+    EXPECT_TOLD("1|0", open(name, 4, true, 0), F());
     EXPECT_GT(clock().elapsed(), seconds(100));
     EXPECT_TRUE(ui().boxes.empty());
 }
@@ -26,11 +24,9 @@ TEST_F(DbOpen, PositiveWaitAsksAtEveryLimit) {
     const Text name = write("a", "x");
     const auto holder = other(name, Sharing::none);
     ui().answers = {6, 6, 7};
-    EXPECT_EQ(open(name, 4, true, 2), 0);
-    EXPECT_EQ(F(), 70);
-    EXPECT_EQ(ui().boxes.size(), 3u);
+    EXPECT_TOLD("0|70|3|Kein Zugriff auf Datei /w/a. Weiter", open(name, 4, true, 2), F(), ui().boxes.size(),
+                ui().boxes[0].headline);
     EXPECT_GT(clock().elapsed(), seconds(30));
-    EXPECT_EQ(toUtf8(ui().boxes[0].headline), "Kein Zugriff auf Datei /w/a. Weiter");
 }
 
 TEST_F(DbOpen, EventsInAWaitMayOpenFilesToo) {
@@ -42,9 +38,7 @@ TEST_F(DbOpen, EventsInAWaitMayOpenFilesToo) {
         holder.reset();
     };
     const int32 outer = open(name, 4);
-    EXPECT_EQ(inner, 2);
-    EXPECT_EQ(outer, 1);
-    EXPECT_EQ(files.TS_LineInput(inner), u"y");
+    EXPECT_TOLD("2|1|y", inner, outer, files.TS_LineInput(inner));
     EXPECT_NE(&files.file(outer), &files.file(inner));
 }
 
@@ -77,18 +71,13 @@ TEST_F(DbOpen, ModesLockOutOthersAndMakeFilesByTheTable) {
 
 TEST_F(DbOpen, OtherFailuresAreShown) {
     ui().defaultAnswer = 1;
-    EXPECT_EQ(open(path("a"), 6), 0);
-    ASSERT_EQ(ui().boxes.size(), 1u);
-    EXPECT_TRUE(ui().boxes[0].headline.starts_with(u"Fehler 54: "));
+    EXPECT_TOLD("0|1|Fehler 54: ", open(path("a"), 6), ui().boxes.size(),
+                ui().boxes.back().headline.substr(0, 11));
     disk.refuse = [](auto) { return SystemError::diskFull; };
-    EXPECT_EQ(open(path("a"), 4), 0);
-    EXPECT_EQ(F(), 61);
-    EXPECT_EQ(ui().boxes.size(), 2u);
+    EXPECT_TOLD("0|61|2", open(path("a"), 4), F(), ui().boxes.size());
     // What was shown stays pending, and must not fail the next opening.
     disk.refuse = nullptr;
-    EXPECT_EQ(open(path("a"), 4), 1);
-    EXPECT_EQ(F(), 0);
-    EXPECT_EQ(ui().boxes.size(), 2u);
+    EXPECT_TOLD("1|0|2", open(path("a"), 4), F(), ui().boxes.size());
 }
 
 TEST_F(DbOpen, WritingUnhidesAHiddenFileOnce) {
@@ -97,14 +86,11 @@ TEST_F(DbOpen, WritingUnhidesAHiddenFileOnce) {
     EXPECT_EQ(open(name, 4), 1);
     files.TS_Close(1);
     disk.opens = 0;
-    EXPECT_EQ(open(name, 2), 1);
-    EXPECT_EQ(disk.opens, 2);
-    EXPECT_FALSE(memory.status(name)->hidden);
+    EXPECT_TOLD("1|2|no", open(name, 2), disk.opens, memory.status(name)->hidden);
     files.TS_Close(1);
     memory.setHidden(name, true);
     disk.unhideError = SystemError::accessDenied;
-    EXPECT_EQ(open(name, 2), 0);
-    EXPECT_EQ(F(), 75);
+    EXPECT_TOLD("0|75", open(name, 2), F());
 }
 
 TEST_F(DbOpen, ReadOnlyMediumServesModeFiveForReading) {
@@ -116,20 +102,15 @@ TEST_F(DbOpen, ReadOnlyMediumServesModeFiveForReading) {
     ASSERT_EQ(number, 1);
     ByteText bytes(3, u' ');
     files.TS_Get(number, 1, bytes);
-    EXPECT_EQ(bytes, u"abc");
-    EXPECT_EQ(raisedNumber([&] { files.TS_Put(number, 1, u"x"); }), 75);
-    EXPECT_EQ(read("a"), "abc");
-    EXPECT_EQ(open(name, 4), 0);
+    EXPECT_TOLD("abc|75|abc|0", bytes, raisedNumber([&] { files.TS_Put(number, 1, u"x"); }), read("a"),
+                open(name, 4));
 }
 
 TEST_F(DbOpen, SaysWhenNoNumberIsFree) {
     const Text name = write("a", "x");
     for (int32 expected = 1; expected <= 511; ++expected) ASSERT_EQ(open(name, 1), expected);
     ui().defaultAnswer = 1;
-    EXPECT_EQ(open(name, 1), 0);
-    EXPECT_EQ(F(), 67);
-    ASSERT_EQ(ui().boxes.size(), 1u);
-    EXPECT_EQ(ui().boxes[0].title, u"clsRtm.DB_Open");
+    EXPECT_TOLD("0|67|1|clsRtm.DB_Open", open(name, 1), F(), ui().boxes.size(), ui().boxes.back().title);
     files.TS_Close(200);
     EXPECT_EQ(open(name, 1), 200);
 }

@@ -10,14 +10,12 @@ namespace {
 using Paths = FilesTest;
 
 TEST(Wildcards, FollowTheFolderRule) {
-    using Row = std::tuple<TextView, TextView, bool>;
-    for (const auto& [name, pattern, matches] :
-         {Row{u"a.txt", u"*.TXT", true}, Row{u"a.txt", u"", true}, Row{u"a.txt", u"?.txt", true},
-          Row{u"ab.txt", u"?.txt", false}, Row{u"a.txt.bak", u"*.txt", false}, Row{u"aXbXc", u"*x*c", true},
-          Row{u"readme", u"*.*", true}, Row{u"readme", u"*.", true}, Row{u"a.b", u"*.", false},
-          Row{u"readme", u"read*.?", false}, Row{u"ä", u"Ä", true}, Row{u"", u"*", true},
-          Row{u"data.tsd", u"Data*.tsd", true}, Row{u"aaaaaaaaaaaaab", u"*a*a*a*a*a*c", false}})
-        EXPECT_EQ(wildcards::matchesEntry(name, pattern), matches) << toUtf8(name) << " " << toUtf8(pattern);
+    for (const auto& [name, pattern] : table<2>(
+             u"a.txt=*.TXT a.txt= a.txt=?.txt aXbXc=*x*c readme=*.* readme=*. ä=Ä =* data.tsd=Data*.tsd"))
+        EXPECT_TRUE(wildcards::matchesEntry(name, pattern)) << toUtf8(name + u" " + pattern);
+    for (const auto& [name, pattern] :
+         table<2>(u"ab.txt=?.txt a.txt.bak=*.txt a.b=*. readme=read*.? aaaaaaaaaaaaab=*a*a*a*a*a*c"))
+        EXPECT_FALSE(wildcards::matchesEntry(name, pattern)) << toUtf8(name + u" " + pattern);
 }
 
 TEST(PathParts, OfEveryKindOfName) {
@@ -41,19 +39,14 @@ TEST(PathParts, OfEveryKindOfName) {
 }
 
 TEST_F(Paths, AreJoinedByThePlatformsDelimiter) {
-    EXPECT_EQ(FilesTopic::MakePath({}), u"");
-    EXPECT_EQ(FilesTopic::MakePath({u"a", 7}), u"a/7");
     const Text longName(300, u'x');
+    EXPECT_EQ(FilesTopic::MakePath({}) + FilesTopic::MakePath({u"a", 7}), u"a/7");
     EXPECT_EQ(FilesTopic::MakePath({u"a", longName, u"b"}).size(), 304u);
     rtmMain::state().os.major = 5;
     EXPECT_EQ(FilesTopic::MakePath({u"a", longName, u"b"}), u"a/b")
         << "without long paths the part is left out";
-}
-
-TEST_F(Paths, CleanupAndTempName) {
-    EXPECT_EQ(FilesTopic::PathCleanup(u" a:b "), u"ab");
-    EXPECT_EQ(FilesTopic::PathCleanup(u"\\/:*?\"<>|"), u"");
-    EXPECT_EQ(FilesTopic::PathCleanup(Text(300, u'x')).size(), 260u);
+    EXPECT_TOLD("ab||260", FilesTopic::PathCleanup(u" a:b "), FilesTopic::PathCleanup(u"\\/:*?\"<>|"),
+                FilesTopic::PathCleanup(longName).size());
     EXPECT_TRUE(wildcards::matches(FilesTopic::TempName(), u"rad?????.tmp"));
     EXPECT_NE(FilesTopic::TempName() + FilesTopic::TempName(),
               FilesTopic::TempName() + FilesTopic::TempName());
@@ -99,14 +92,10 @@ TEST_F(Paths, ReplaceKeepsABackupAndNeverLosesTheOld) {
     memory.setFreeSpace(1);
     EXPECT_FALSE(files.TSReplaceFile(old, fresh, true));
     memory.setFreeSpace({});
-    EXPECT_EQ(read("a.dat") + read("new"), "oldfresh");
-    EXPECT_EQ(entries(), 2);
-    EXPECT_TRUE(files.TSReplaceFile(old, fresh, true));
-    EXPECT_EQ(read("a.dat") + read("a.sik"), "freshold");
-    EXPECT_EQ(entries(), 2);
-    EXPECT_FALSE(files.TSReplaceFile(old, path("none"), false));
-    EXPECT_TRUE(files.TSReplaceFile(path("b.dat"), old, true));
-    EXPECT_EQ(read("b.dat"), "fresh");
+    EXPECT_TOLD("oldfresh|2|yes|freshold|2|no|yes|fresh", read("a.dat") + read("new"), entries(),
+                files.TSReplaceFile(old, fresh, true), read("a.dat") + read("a.sik"), entries(),
+                files.TSReplaceFile(old, path("none"), false), files.TSReplaceFile(path("b.dat"), old, true),
+                read("b.dat"));
 }
 
 // Keeps a second name of the file, to see what became of its bytes.
@@ -126,10 +115,8 @@ TEST_F(Paths, SecureKillWorksOnPatternsAndOnFilesInUse) {
     write("a1", "x");
     write("a2", "y");
     write("b", "z");
-    EXPECT_TRUE(files.SecureKill(path("a*")));
-    EXPECT_FALSE(files.SecureKill(path("a*")));
-    EXPECT_FALSE(files.SecureKill(path("none")));
-    EXPECT_EQ(entries(), 1);
+    EXPECT_TOLD("yes|no|no|1", files.SecureKill(path("a*")), files.SecureKill(path("a*")),
+                files.SecureKill(path("none")), entries());
     auto reader = other(path("b"), Sharing::all);
     EXPECT_FALSE(files.SecureKill(path("b"))) << "others hold it open: overwritten, but it stays";
     std::byte seen{};

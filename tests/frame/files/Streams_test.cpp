@@ -57,8 +57,7 @@ TEST_F(Streams, LinesEndAtAnyLineEnd) {
         {"a\n\r\n\r\r\n", {u"a", u"", u"", u""}},
         {"rest", {u"rest"}},
         {"x\n\x1Ay", {u"x"}},
-        {"\xFE\xFF\0a\0\r\0\n\0b"sv, {u"a", u"b"}},
-    };
+        {"\xFE\xFF\0a\0\r\0\n\0b"sv, {u"a", u"b"}}};
     for (const auto& [content, expected] : rows) {
         const auto reader = streams.OpenStreamReader(write("a", content));
         std::vector<Text> lines;
@@ -76,15 +75,11 @@ TEST_F(Streams, PositionsCountFromBothEnds) {
         reader->FilePos(set);
         EXPECT_EQ(reader->FilePos(), position) << set;
     }
-    EXPECT_EQ(reader->Peek(), u"4");
-    EXPECT_EQ(reader->Read(-1), u"");
-    EXPECT_EQ(reader->Read(5), u"45");
-    EXPECT_EQ(reader->FilePos(), 9) << "moved by the whole count";
-    EXPECT_TRUE(reader->EndOfStream());
-    EXPECT_EQ(reader->Peek() + reader->Read(1), u"");
+    EXPECT_TOLD("4||45", reader->Peek(), reader->Read(-1), reader->Read(5));
+    EXPECT_TOLD("9|yes||", reader->FilePos(), reader->EndOfStream(), reader->Peek(), reader->Read(1))
+        << "moved by the whole count";
     reader->FilePos(2);
-    EXPECT_EQ(reader->Read(std::numeric_limits<int32>::max()), u"2345");
-    EXPECT_TRUE(reader->EndOfStream());
+    EXPECT_TOLD("2345|yes", reader->Read(std::numeric_limits<int32>::max()), reader->EndOfStream());
 }
 
 TEST_F(Streams, ReaderOfAnUnreadableFileStandsAtItsEnd) {
@@ -92,15 +87,13 @@ TEST_F(Streams, ReaderOfAnUnreadableFileStandsAtItsEnd) {
     write("utf32", "\xFF\xFE\0\0a\0\0\0"sv);
     for (const char* name : {"none", "empty", "utf32"}) {
         clsStreamReader reader;
-        EXPECT_FALSE(reader.Init(files, path(name))) << name;
-        EXPECT_EQ(reader.FileLength(), 0);
-        EXPECT_TRUE(reader.EndOfStream());
+        EXPECT_TOLD("no|0|yes", reader.Init(files, path(name)), reader.FileLength(), reader.EndOfStream())
+            << name;
     }
     clsStreamReader reader;
-    EXPECT_FALSE(reader.Init(files, u""));
-    EXPECT_TRUE(reader.Init(files, write("a", "\xEF\xBB\xBFx")));
+    EXPECT_TOLD("no|yes|1", reader.Init(files, u""), reader.Init(files, write("a", "\xEF\xBB\xBFx")),
+                reader.FileLength());
     EXPECT_EQ(reader.Encoding(), UTF8);
-    EXPECT_EQ(reader.FileLength(), 1);
 }
 
 TEST_F(Streams, WritersSetOrFindTheEncoding) {
@@ -110,14 +103,12 @@ TEST_F(Streams, WritersSetOrFindTheEncoding) {
         bool appending;
         std::string_view after;
     };
-    const Row rows[] = {
-        {"old", ANSI1252, false, "\xE4x"},
-        {"old", UTF8, false, "\xEF\xBB\xBF\xC3\xA4x"},
-        {"", UTF16BE, false, "\xFE\xFF\0\xE4\0x"sv},
-        {"old", UTF8, true, "old\xE4x"},
-        {"", UTF8, true, "\xEF\xBB\xBF\xC3\xA4x"},
-        {"\xFF\xFEo\0"sv, ANSI1252, true, "\xFF\xFEo\0\xE4\0x\0"sv},
-    };
+    const Row rows[] = {{"old", ANSI1252, false, "\xE4x"},
+                        {"old", UTF8, false, "\xEF\xBB\xBF\xC3\xA4x"},
+                        {"", UTF16BE, false, "\xFE\xFF\0\xE4\0x"sv},
+                        {"old", UTF8, true, "old\xE4x"},
+                        {"", UTF8, true, "\xEF\xBB\xBF\xC3\xA4x"},
+                        {"\xFF\xFEo\0"sv, ANSI1252, true, "\xFF\xFEo\0\xE4\0x\0"sv}};
     for (const auto& [before, encoding, appending, after] : rows) {
         const auto writer = streams.OpenStreamWriter(write("a", before), encoding, appending);
         EXPECT_EQ(read("a"), before) << "untouched before the first write";
@@ -145,10 +136,8 @@ TEST_F(Streams, WriterRefusesWhatItCannotWriteBeforeTouchingTheFile) {
 TEST_F(Streams, WriterIsInitialisedOnceAndLocksItsFile) {
     clsStreamWriter writer;
     writer.WriteString(u"nothing happens before Init");
-    EXPECT_FALSE(writer.Init(files, u"", ANSI1252));
-    EXPECT_TRUE(writer.Init(files, path("a"), ANSI1252));
-    EXPECT_FALSE(writer.Init(files, path("b"), UTF8));
-    EXPECT_FALSE(FilesTopic::Exist(path("a")));
+    EXPECT_TOLD("no|yes|no|no", writer.Init(files, u"", ANSI1252), writer.Init(files, path("a"), ANSI1252),
+                writer.Init(files, path("b"), UTF8), FilesTopic::Exist(path("a")));
     writer.LineSeparator(u"\n");
     writer.WriteLine(u"1");
     EXPECT_EQ(other(path("a"), Sharing::all), nullptr);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/MemoryFiles.hpp"
+#include "tests/support/Table.hpp"
 #include "tests/support/TestGround.hpp"
 #include "tsRtm/frame/OptionsTopic.hpp"
 #include "tsRtm/frame/files/Encodings.hpp"
@@ -48,33 +49,14 @@ constexpr BytesView kFile =
     "ende=ohne Zeilenende\x1A";
 
 TEST_F(IniFile, ValuesBySectionAndKey) {
-    const std::pair<TextView, std::vector<std::pair<TextView, TextView>>> sections[] = {
-        {u"Eins",
-         {{u"Farbe", u"rot = warm"},
-          {u" farbe", u"rot = warm"},
-          {u"q", u" in Anführung "},
-          {u"e", u"eins"},
-          {u"halb", u"\"offen"},
-          {u"nur", u"\""},
-          {u"noch", u"in Eins"}}},
-        {u"Eins",
-         {{u"a", u""},
-          {u"outside", u""},
-          {u"leer", u""},
-          {u"", u""},
-          {u"kein Wert", u""},
-          {u"beide", u""},
-          {u"spät", u""}}},
-        {u" EINS", {{u"FARBE", u"rot = warm"}}},
-        {u"", {{u"a", u"ohne Abschnitt"}}},
-        {u"Default", {{u"a", u"ohne Abschnitt"}}},
-        {u"Zwei", {{u"x", u"1"}}},
-        {u"drei", {{u"ENDE", u"ohne Zeilenende"}}},
-        {u"Vier", {{u"x", u""}}},
-    };
     write(kFile);
-    for (const auto& [section, values] : sections)
-        for (const auto& [key, text] : values)
+    for (const auto& [section, values] :
+         table<2>(u"Eins>Farbe:rot = warm| farbe:rot = warm|q: in Anführung "
+                  u"|e:eins|halb:\"offen|nur:\"|noch:in Eins|a:|outside:|leer:|:|kein Wert:|beide:|spät:;"
+                  u" EINS>FARBE:rot = warm;>a:ohne Abschnitt;Default>a:ohne "
+                  u"Abschnitt;Zwei>x:1;drei>ENDE:ohne Zeilenende;Vier>x:",
+                  u";", u">"))
+        for (const auto& [key, text] : table<2>(values, u"|", u":"))
             EXPECT_EQ(value(section, key), text) << toUtf8(section) << '/' << toUtf8(key);
     EXPECT_EQ(iniValue(u"fehlt.ini", u"Eins", u"Farbe"), u"");
     EXPECT_EQ(iniValue(u"", u"Eins", u"Farbe"), u"");

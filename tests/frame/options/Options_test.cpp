@@ -1,7 +1,9 @@
 // The options of the user interface: names, defaults, limits, levels and places.
 #include <gtest/gtest.h>
 
+#include "tests/support/Table.hpp"
 #include "tests/support/TestGround.hpp"
+#include "tests/support/Told.hpp"
 #include "tsRtm/frame/clsTSOptions.hpp"
 #include "tsRtm/frame/options/OptionRules.hpp"
 
@@ -77,9 +79,8 @@ TEST_F(Options, EachPropertyReadsAndWritesItsOwnRow) {
           TSRTM_PROPERTY(WallPaper), TSRTM_PROPERTY(FreeItems), TSRTM_PROPERTY(Started),
           TSRTM_PROPERTY(Ended), TSRTM_PROPERTY(Version)})
         keeps(text, TextView(u"Größe 12"), u"Größe 12");
-    EXPECT_EQ(stored(u"Wallpaper"), u"Größe 12");
-    EXPECT_EQ(stored(u"LastLook", u"\\Internet"), u"Größe 12");
-    EXPECT_EQ(stored(u"Started", u"\\Anwendung", HKeys::localMachine), u"Größe 12");
+    EXPECT_TOLD("Größe 12|Größe 12|Größe 12", stored(u"Wallpaper"), stored(u"LastLook", u"\\Internet"),
+                stored(u"Started", u"\\Anwendung", HKeys::localMachine));
     rtmMain::state().appProgID = u"Andere";
     EXPECT_EQ(options.UpdateStrategy(), upAlways) << "one for all applications";
     EXPECT_EQ(options.ExpressBarHeight(), 1) << "each application has its own";
@@ -87,25 +88,22 @@ TEST_F(Options, EachPropertyReadsAndWritesItsOwnRow) {
 
 TEST_F(Options, StoredTextsReadByKindAndWithinLimits) {
     using optionTable::of;
-    const std::pair<OptionRule, std::vector<std::pair<Text, TextView>>> rows[] = {
-        {of(u"SignSilent"),
-         {{u"FALSCH", u"0"}, {u"wahr", u"-1"}, {u"x", u"0"}, {u"001", u"0"}, {u"-1", u"-1"}}},
-        {of(u"Toolbar"), {{u"0", u"0"}, {Text(1, u'\0'), u"-1"}}},  // empty is as not stored
-        {of(u"ExpressBarHeight"), {{u"", u"1"}, {u"3", u"3"}, {u"5", u"1"}, {u"27", u"2"}}},
-        // 24 pixels, 2 frames of 2 + 1 + 2 pixels, and the margin are 810 twips.
-        {of(u"ExpressBarWidth"),
-         {{u"1000", u"1000"}, {u"9999", u"9999"}, {u"999", u"810"}, {u"10000", u"810"}}},
-        {of(u"ToolbarSize"),
-         {{u"20", u"16"}, {u"140", u"128"}, {u"0481", u"48"}, {u"-9", u"16"}, {u"x", u"16"}}},
-        {of(u"MDIChildWState"), {{u"", u"0"}, {u"1", u"0"}, {u"2", u"2"}, {u"3", u"0"}}},
-        {of(u"TileWallPaper"), {{u"7", u"7"}, {u"12", u"1"}}},
-        {of(u"PreviewZoom"), {{u"2", u"2"}, {u"312", u"31"}}},
-        {of(u"WallPaper"), {{u" Größe 12", u" Größe 12"}}},
-    };
+    // 24 pixels, 2 frames of 2 + 1 + 2 pixels, and the margin are 810 twips. "*" is a text that is there and
+    // empty: as not stored.
+    const std::pair<OptionRule, TextView> rows[] = {
+        {of(u"SignSilent"), u"FALSCH=0|wahr=-1|x=0|001=0|-1=-1"},
+        {of(u"Toolbar"), u"0=0|*=-1"},
+        {of(u"ExpressBarHeight"), u"=1|3=3|5=1|27=2"},
+        {of(u"ExpressBarWidth"), u"1000=1000|9999=9999|999=810|10000=810"},
+        {of(u"ToolbarSize"), u"20=16|140=128|0481=48|-9=16|x=16"},
+        {of(u"MDIChildWState"), u"=0|1=0|2=2|3=0"},
+        {of(u"TileWallPaper"), u"7=7|12=1"},
+        {of(u"PreviewZoom"), u"2=2|312=31"},
+        {of(u"WallPaper"), u" Größe 12= Größe 12"}};
     const clsTSOptions options;
     for (const auto& [rule, texts] : rows)
-        for (const auto& [text, value] : texts) {
-            store(rule.name, text);
+        for (const auto& [text, value] : table<2>(texts, u"|")) {
+            store(rule.name, text == u"*" ? Text(1, u'\0') : text);
             EXPECT_EQ(options.effective(rule), value) << toUtf8(rule.name) << " " << toUtf8(text);
         }
 }
@@ -121,47 +119,37 @@ TEST_F(Options, ToolbarGrowsWithTheResolution) {
 
 TEST_F(Options, GlobalSettingServesApplicationsWithoutOneOfTheirOwn) {
     clsTSOptions options;
-    store(u"EditFontName", u"Arial", u"");
-    store(u"EditFontSize", u"11", u"");
-    store(u"Animate", u"0", u"");
-    store(u"EndDialog", u"0", u"");
-    EXPECT_EQ(options.Schriftart(), u"Arial");
-    EXPECT_EQ(options.SchriftGroesse(), u"11");
-    EXPECT_FALSE(options.ShowAnimation());
-    EXPECT_TRUE(options.ShowEndeDialog()) << "has one level";
+    for (const auto& [name, value] : table<2>(u"EditFontName=Arial EditFontSize=11 Animate=0 EndDialog=0"))
+        store(name, value, u"");
+    EXPECT_TOLD("Arial|11|no|yes", options.Schriftart(), options.SchriftGroesse(), options.ShowAnimation(),
+                options.ShowEndeDialog())
+        << "the last has one level";
     options.Schriftart(u"Courier");
     options.ShowAnimation(true);
-    EXPECT_EQ(options.Schriftart(), u"Courier");
-    EXPECT_TRUE(options.ShowAnimation());
-    EXPECT_EQ(stored(u"EditFontName", u""), u"Arial") << "written to the application alone";
+    EXPECT_TOLD("Courier|yes|Arial", options.Schriftart(), options.ShowAnimation(),
+                stored(u"EditFontName", u""))
+        << "written to the application alone";
     rtmMain::state().appProgID.clear();
-    EXPECT_EQ(options.Schriftart(), u"Arial");
-    EXPECT_FALSE(options.ShowEndeDialog()) << "without an id the root is the application's key";
+    EXPECT_TOLD("Arial|no", options.Schriftart(), options.ShowEndeDialog())
+        << "without an id the root is the application's key";
 }
 
 TEST_F(Options, OldSystemsAndRemoteSessionsKeepToTheUser) {
-    struct {
-        int32 platform, major, minor;
-        bool remote;
-        bool animated;
-        HKeys hive;
-    } const cases[] = {
-        {2, 6, 4, false, true, HKeys::localMachine},  {2, 5, 0, false, true, HKeys::localMachine},
-        {2, 5, 0, true, true, HKeys::currentUser},    {2, 4, 99, false, false, HKeys::currentUser},
-        {1, 4, 90, false, false, HKeys::currentUser}, {1, 4, 91, false, true, HKeys::localMachine},
-    };
-    for (const auto& c : cases) {
-        ground.system.os.platformId = c.platform;
-        ground.system.os.major = c.major;
-        ground.system.os.minor = c.minor;
-        ground.system.remote = c.remote;
+    auto& os = ground.system.os;
+    using Row = std::tuple<int32, int32, int32, bool, bool, HKeys>;
+    for (const auto& [platform, major, minor, remote, animated, hive] :
+         {Row{2, 6, 4, false, true, HKeys::localMachine}, Row{2, 5, 0, false, true, HKeys::localMachine},
+          Row{2, 5, 0, true, true, HKeys::currentUser}, Row{2, 4, 99, false, false, HKeys::currentUser},
+          Row{1, 4, 90, false, false, HKeys::currentUser}, Row{1, 4, 91, false, true, HKeys::localMachine}}) {
+        std::tie(os.platformId, os.major, os.minor, ground.system.remote) =
+            std::tuple(platform, major, minor, remote);
         restart();
         clsTSOptions options;
-        EXPECT_EQ(options.ShowAnimation(), c.animated) << c.platform << ' ' << c.major << ' ' << c.minor;
-        ground.system.remote = !c.remote;  // the place was chosen before
+        EXPECT_EQ(options.ShowAnimation(), animated) << platform << ' ' << major << ' ' << minor;
+        ground.system.remote = !remote;  // the place was chosen before
         options.Version(u"3.01");
-        EXPECT_EQ(stored(u"Version", u"\\Anwendung", c.hive), u"3.01");
-        static_cast<void>(ground.settings.removeKey(c.hive, u"Software"));
+        EXPECT_EQ(stored(u"Version", u"\\Anwendung", hive), u"3.01");
+        static_cast<void>(ground.settings.removeKey(hive, u"Software"));
     }
 }
 

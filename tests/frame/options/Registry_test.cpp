@@ -1,7 +1,9 @@
 // The registry of the facade: short and long forms, flags of older releases, typed options, rights.
 #include <gtest/gtest.h>
 
+#include "tests/support/Table.hpp"
 #include "tests/support/TestGround.hpp"
+#include "tests/support/Told.hpp"
 #include "tsRtm/frame/OptionsTopic.hpp"
 #include "tsRtm/frame/clsTSOptions.hpp"
 #include "tsRtm/frame/runtime/Folders.hpp"
@@ -92,23 +94,17 @@ TEST_F(Registry, DeletesAValueOrAKeyWithAllBelow) {
 }
 
 TEST_F(Registry, TypedOptionsReadNumbersByTheirOwnRules) {
-    struct Case {
-        Text text;
-        bool flag;
-        int32 number;
-    };
-    for (const auto& c :
-         {Case{u"", false, 0}, Case{u"0", false, 0}, Case{u"-1", true, -1}, Case{u"001", false, 1},
-          Case{u"WAHR", true, -1}, Case{u"12abc", true, 0}, Case{u" 42 ", true, 42}, Case{u"3,5", true, 4},
-          Case{u"2147483648", true, 0}, Case{u"-2147483648", true, -2147483647 - 1}}) {
-        store(u"Software\\Tessarol\\X", u"Y", c.text);
-        EXPECT_EQ(rtm.BoolOption(u"X", u"Y"), c.flag) << toUtf8(c.text);
-        EXPECT_EQ(rtm.LongOption(u"X", u"Y"), c.number) << toUtf8(c.text);
+    for (const auto& [text, told] :
+         table<2>(u"=no|0;0=no|0;-1=yes|-1;001=no|1;WAHR=yes|-1;12abc=yes|0; 42 "
+                  u"=yes|42;3,5=yes|4;2147483648=yes|0;-2147483648=yes|-2147483648",
+                  u";")) {
+        store(u"Software\\Tessarol\\X", u"Y", text);
+        EXPECT_TOLD(toUtf8(told), rtm.BoolOption(u"X", u"Y"), rtm.LongOption(u"X", u"Y")) << toUtf8(text);
     }
-    rtm.BoolOption(u"X", u"Y", true);
-    EXPECT_EQ(stored(u"Software\\Tessarol\\X", u"Y"), u"-1");
-    rtm.BoolOption(u"X", u"Y", false);
-    EXPECT_EQ(stored(u"Software\\Tessarol\\X", u"Y"), u"0");
+    for (const bool flag : {true, false}) {
+        rtm.BoolOption(u"X", u"Y", flag);
+        EXPECT_EQ(stored(u"Software\\Tessarol\\X", u"Y"), flag ? u"-1" : u"0");
+    }
     rtm.LongOption(u"X", u"Y", -70000);
     EXPECT_EQ(rtm.LongOption(u"X", u"Y"), -70000);
 }
@@ -135,9 +131,8 @@ TEST_F(Registry, ADamagedStoreMeansDefaultsAndNoFailure) {
     rtm.RegSchreiben(HKEY_CURRENT_USER, u"", u"NetWait", u"30");
     rtm.RegLoeschen(HKEY_CURRENT_USER, u"", u"NetWait");
     rtm.LongOption(u"", u"NetWait", 1);
-    EXPECT_FALSE(rtm.BoolOption(u"", u"Debug"));
-    EXPECT_TRUE(rtm.TSOptions()->ShowEndeDialog());
-    EXPECT_EQ(rtm.TSOptions()->ToolbarSize(), 16);
+    EXPECT_TOLD("no|yes|16", rtm.BoolOption(u"", u"Debug"), rtm.TSOptions()->ShowEndeDialog(),
+                rtm.TSOptions()->ToolbarSize());
     ground.settings.damaged = false;
     EXPECT_EQ(rtm.LongOption(u"", u"NetWait"), 20);
 }

@@ -26,8 +26,9 @@ TEST(CodePages, Ansi) {
 }
 
 TEST(CodePages, OemBothWays) {
-    EXPECT_EQ(OemToChar(fromAnsi("\x84\x94\x81\x8E\x99\x9A\xE1\xF5")), u"äöüÄÖÜß§");
-    EXPECT_EQ(CharToOem(u"äöüÄÖÜß§"), fromAnsi("\x84\x94\x81\x8E\x99\x9A\xE1\xF5"));
+    const Text oem = fromAnsi("\x84\x94\x81\x8E\x99\x9A\xE1\xF5");
+    EXPECT_EQ(OemToChar(oem), u"äöüÄÖÜß§");
+    EXPECT_EQ(CharToOem(u"äöüÄÖÜß§"), oem);
     EXPECT_EQ(ansiToOem("\x80\x93\x94"), "?\"\"");  // best fit where the other page has no equal
     EXPECT_EQ(oemToAnsi("\xC9\xCD\xBB"), "+-+");
     for (int code = 0; code < 128; ++code) {

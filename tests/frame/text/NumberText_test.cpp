@@ -5,7 +5,9 @@
 #include <cmath>
 #include <limits>
 
+#include "tests/support/Table.hpp"
 #include "tests/support/TestGround.hpp"
+#include "tests/support/Told.hpp"
 #include "tsRtm/frame/text/Format.hpp"
 #include "tsRtm/types/Failure.hpp"
 
@@ -18,18 +20,16 @@ class NumberText : public testing::Test {
     rtmMain::LocaleBlock& locale = rtmMain::state().locale;
 };
 
+// By the locale a mark of thousands in front goes.
 TEST_F(NumberText, ReadsByTheLocaleOnlyWithADecimalMark) {
-    const std::pair<Text, float64> cases[] = {
-        {u"1.234", 1.234}, {u"1.234,50", 1234.5}, {u"12,5", 12.5},
-        {u"", 0},          {u"abc", 0},           {u" -12,5 kg", -12.5},
-        {u"7 Tage", 7},    {u",5", 0.5},          {u"1.234.567,8", 1234567.8},
-        {u"1,5e3", 1500},  {u"1,2,3", 1.2},       {u"12,345.67", 12345.67}};  // there "," is what goes
-    for (const auto& [text, value] : cases) EXPECT_DOUBLE_EQ(TSVal(text), value) << toUtf8(text);
-
+    for (const auto& [text, value] :
+         test::table<2>(u"1.234=1.234;1.234,50=1234.5;12,5=12.5;=0;abc=0; -12,5 kg=-12.5;7 "
+                        u"Tage=7;,5=0.5;1.234.567,8=1234567.8;1,5e3=1500;1,2,3=1.2;12,345.67=12345.67",
+                        u";"))
+        EXPECT_DOUBLE_EQ(TSVal(text), Val(value)) << toUtf8(text);
     locale.sepDec = u".";
     locale.sep1000 = u",";
-    EXPECT_DOUBLE_EQ(TSVal(u"1,234.5"), 1234.5);
-    EXPECT_DOUBLE_EQ(TSVal(u"1,234"), 1);
+    EXPECT_TOLD("1234.5|1", TSVal(u"1,234.5"), TSVal(u"1,234"));
 }
 
 TEST_F(NumberText, RoundsHalfAwayFromZeroOnFifteenDigits) {
@@ -47,15 +47,13 @@ TEST_F(NumberText, RoundsHalfAwayFromZeroOnFifteenDigits) {
 
 TEST_F(NumberText, MachineForms) {
     EXPECT_EQ(TSString(1234.5), u"1234.50");
-    const std::tuple<int32, float64, Text, float64> cases[] = {{2, 1.005, u"1.01", 1.01},
-                                                               {0, 1234.5, u"1235", 1235},
-                                                               {-4, 7.6, u"8", 8},
-                                                               {9, 1.123456789, u"1.1234568", 1.1234568}};
-    for (auto [decimals, value, expected, rounded] : cases) {
+    for (auto [decimals, value, told] : {std::tuple{2, 1.005, "1.01|1.01"},
+                                         {0, 1234.5, "1235|1235"},
+                                         {-4, 7.6, "8|8"},
+                                         {9, 1.123456789, "1.1234568|1.1234568"}}) {
         Text text;
         Runden(decimals, value, text);
-        EXPECT_EQ(toUtf8(text), toUtf8(expected));
-        EXPECT_DOUBLE_EQ(value, rounded);
+        EXPECT_TOLD(told, text, value);
     }
     Text amount;
     Waehrung(-1234567.891, amount);
@@ -92,24 +90,18 @@ TEST_F(NumberText, HolZahlTakesWhatIsNumber) {
 }
 
 TEST_F(NumberText, Formats) {
-    EXPECT_EQ(Format(1234.56, u"Standard"), u"1.234,56");
-    EXPECT_EQ(Format(1234.56, u"#,##0.0 \\m\\m"), u"1.234,6 mm");
-    EXPECT_EQ(Format(3.125, u"#,##0.000 \\Z\\e\\i\\l\\e\\n \\B\\V\\9\\0"), u"3,125 Zeilen BV90");
-    EXPECT_EQ(Format(7, u"000"), u"007");
-    EXPECT_EQ(Format(-5.5, u"\"# \"0.0#"), u"-# 5,5");
-    EXPECT_EQ(Format(1, u"0\\"), u"1\\");
-    EXPECT_EQ(Format(1, u"0 \"open"), u"1 open");
-
+    EXPECT_TOLD("1.234,56|1.234,6 mm|3,125 Zeilen BV90", Format(1234.56, u"Standard"),
+                Format(1234.56, u"#,##0.0 \\m\\m"),
+                Format(3.125, u"#,##0.000 \\Z\\e\\i\\l\\e\\n \\B\\V\\9\\0"));
+    EXPECT_TOLD("007|-# 5,5|1\\|1 open", Format(7, u"000"), Format(-5.5, u"\"# \"0.0#"), Format(1, u"0\\"),
+                Format(1, u"0 \"open"));
     const Date moment = Date::of(2024, 2, 3, 8, 5, 9);
-    EXPECT_EQ(Format(moment, u"SHORT DATE"), u"03.02.2024");
-    EXPECT_EQ(Format(moment, u"Short Time"), u"08:05");
-    EXPECT_EQ(Format(moment, u"hh:nn:ss"), u"08:05:09");
-    EXPECT_EQ(Format(moment, u"d/m/yy h \\Uhr"), u"3.2.24 8 U8r");
-    EXPECT_EQ(Format(Date(0.75), u"Short Time"), u"18:00");
+    EXPECT_TOLD("03.02.2024|08:05|08:05:09|3.2.24 8 U8r|18:00", Format(moment, u"SHORT DATE"),
+                Format(moment, u"Short Time"), Format(moment, u"hh:nn:ss"), Format(moment, u"d/m/yy h \\Uhr"),
+                Format(Date(0.75), u"Short Time"));
     locale.sepTime = u".";
     locale.dateForm = 2;
-    EXPECT_EQ(Format(moment, u"Short Date"), u"2024.02.03");
-    EXPECT_EQ(Format(moment, u"hh:nn"), u"08.05");
+    EXPECT_TOLD("2024.02.03|08.05", Format(moment, u"Short Date"), Format(moment, u"hh:nn"));
 }
 
 }  // namespace
