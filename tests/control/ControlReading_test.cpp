@@ -8,41 +8,25 @@ namespace tsRtm::test {
 namespace {
 
 using ControlReading = FieldsTest;
-using Numbers = std::vector<int32>;
 
 TEST_F(ControlReading, TheExampleGivesItsStructure) {
     const auto control = openedText(kExample);
     ASSERT_TRUE(control);
-    EXPECT_TRUE(control->IstAnsi());
-    EXPECT_FALSE(control->IstUnicode());
+    EXPECT_TOLD("yes|no|/daten/Kunden.DBD|/daten/Kunden|Control", control->IstAnsi(), control->IstUnicode(),
+                control->DBDir(), control->DBName(), control->Name());
     EXPECT_EQ(control->Typ(), ControlTyp_DB);
-    EXPECT_EQ(control->DBDir(), u"/daten/Kunden.DBD");
-    EXPECT_EQ(control->DBName(), u"/daten/Kunden");
-    EXPECT_EQ(control->Name(), u"Control");
-    const Numbers sizes = {control->Felder(),     control->Seiten(),           control->MaxRecords(),
-                           control->SatzLaenge(), control->GesamtSatzLaenge(), control->PointerLaenge()};
-    EXPECT_EQ(sizes, (Numbers{3, 1, 1000, 23, 24, 0}));
-    EXPECT_EQ(control->Indizes(), 1);
-    EXPECT_EQ(control->Index(1), 1);
-    for (const auto& [index, component] : {std::pair{1, 4}, {1, 0}, {0, 1}, {2, 1}})
-        EXPECT_EQ(control->Index(index, component), 0);
-    EXPECT_EQ(control->FeldNummer(u"name"), 1);
-    EXPECT_EQ(control->FeldNummer(u"Betrag"), -1);
-    EXPECT_EQ((Numbers{control->IndexNr(1), control->IndexNr(u"Name"), control->IndexNr(2)}),
-              (Numbers{1, 1, 0}));
-
+    EXPECT_TOLD("3|1|1000|23|24|0", control->Felder(), control->Seiten(), control->MaxRecords(),
+                control->SatzLaenge(), control->GesamtSatzLaenge(), control->PointerLaenge());
+    EXPECT_TOLD("1|1|0|0|0|0", control->Indizes(), control->Index(1), control->Index(1, 4),
+                control->Index(1, 0), control->Index(0, 1), control->Index(2, 1));
+    EXPECT_TOLD("1|-1|1|1|0", control->FeldNummer(u"name"), control->FeldNummer(u"Betrag"),
+                control->IndexNr(1), control->IndexNr(u"Name"), control->IndexNr(2));
     const auto amount = control->Feld(2);
-    const Numbers line = {amount->NachKomma(), amount->Zeile(), amount->Spalte(), amount->Laenge(),
-                          amount->Typ()};
-    EXPECT_EQ(line, (Numbers{2, 2, 1, 10, 5}));
-    EXPECT_EQ(amount->Position(), 8);
-    EXPECT_EQ(amount->DBFeld(), 2);
-    EXPECT_TRUE(control->field(1).IstIndexFeld());
-    EXPECT_FALSE(amount->IstIndexFeld());
-    EXPECT_EQ(control->MemoFeld(1), 3);
-    EXPECT_EQ(control->MemoFeld(2), 0);
-    EXPECT_THROW(control->Feld(4), Failure);
-    EXPECT_THROW(control->Feld(0), Failure);
+    EXPECT_TOLD("2|2|1|10|5|8|2", amount->NachKomma(), amount->Zeile(), amount->Spalte(), amount->Laenge(),
+                amount->Typ(), amount->Position(), amount->DBFeld());
+    EXPECT_TOLD("yes|no|3|0", control->field(1).IstIndexFeld(), amount->IstIndexFeld(), control->MemoFeld(1),
+                control->MemoFeld(2));
+    for (const int32 none : {0, 4}) EXPECT_THROW(control->Feld(none), Failure);
     EXPECT_TRUE(shown().empty());
 }
 
@@ -77,22 +61,17 @@ TEST_F(ControlReading, EveryFormReadsTheSame) {
         const auto control = opened(u"Control.tsd", row.passed);
         ASSERT_TRUE(control);
         ASSERT_EQ(control->Felder(), 1);
-        EXPECT_EQ(control->field(1).Titel(), u"Fuß ü");
-        EXPECT_EQ(control->IstAnsi(), row.ansi);
-        EXPECT_EQ(control->IstUnicode(), row.unicode);
-        EXPECT_EQ(control->MaxRecords(), 100);
-        EXPECT_EQ(control->Index(1), 1);
+        EXPECT_TOLD("Fuß ü|100|1", control->field(1).Titel(), control->MaxRecords(), control->Index(1));
+        EXPECT_EQ(std::pair(control->IstAnsi(), control->IstUnicode()), std::pair(row.ansi, row.unicode));
     }
 }
 
 TEST_F(ControlReading, HeadsThatSayLittle) {
-    EXPECT_EQ(openedText("TS1,0\r\n")->Felder(), 0);
-    EXPECT_EQ(openedText("TS1,0")->Felder(), 0);
-    EXPECT_EQ(openedText("Hallo\r\n")->Felder(), 0);
+    for (const char* head : {"TS1,0\r\n", "TS1,0", "Hallo\r\n"})
+        EXPECT_EQ(openedText(head)->Felder(), 0) << head;
     const auto withoutLimits = openedText("TS1,1\r\n0,1,1,8,1,\"A\"\r\n\r\n");
     ASSERT_TRUE(withoutLimits);
-    EXPECT_EQ(withoutLimits->MaxRecords(), 0);
-    EXPECT_EQ(withoutLimits->Indizes(), 0);
+    EXPECT_TOLD("0|0", withoutLimits->MaxRecords(), withoutLimits->Indizes());
     EXPECT_FALSE(openedText("TS3,0\r\n")) << "a version of the future";
     EXPECT_TRUE(shown().empty());
 }
@@ -115,35 +94,24 @@ TEST_F(ControlReading, FieldsFallIntoTheirLists) {
         "4,8,0\r\n");
     ASSERT_TRUE(control);
     const auto field = [&](int32 n) -> const TSIO& { return control->field(n); };
-    EXPECT_EQ(control->AnzahlMemos(), 2);
-    EXPECT_EQ(control->Memo(1)->Breit(), 60);
-    EXPECT_EQ(control->Memo(2), nullptr);
-    EXPECT_EQ(control->AnzahlKetten(), 2);
-    const Numbers lists = {control->MemoFeld(2), control->PropFeld(), control->KetteFeld(2),
-                           control->BlobFeld(1), control->AutowertFeld()};
-    EXPECT_EQ(lists, (Numbers{6, 6, 3, 5, 8}));
-    EXPECT_TRUE(field(3).IsKette());
-    EXPECT_EQ(field(3).Typ(), 255);
-    EXPECT_FALSE(field(4).IsKette());
-    EXPECT_EQ((Numbers{field(1).Laenge(), field(5).Laenge()}), (Numbers{5, 5})) << "columns of pointers";
-    EXPECT_TRUE(control->HatUnicodeFelder());
-    EXPECT_EQ(field(9).Position(), 5 + 5 + 10 + 7 + 5 + 5 + 6 + 6);
-    EXPECT_EQ(control->SatzLaenge(), 49 + 2 * 3);
-    EXPECT_EQ((Numbers{control->Seiten(), field(2).Seite(), field(9).Seite()}), (Numbers{2, 1, 2}));
-    // The autowert field had no index of its own.
-    ASSERT_EQ(control->Indizes(), 2);
-    EXPECT_EQ(control->Index(2), 8);
+    EXPECT_TOLD("2|60|no|2", control->AnzahlMemos(), control->Memo(1)->Breit(), control->Memo(2) != nullptr,
+                control->AnzahlKetten());
+    EXPECT_TOLD("6|6|3|5|8", control->MemoFeld(2), control->PropFeld(), control->KetteFeld(2),
+                control->BlobFeld(1), control->AutowertFeld());
+    EXPECT_TOLD("yes|255|no|yes", field(3).IsKette(), field(3).Typ(), field(4).IsKette(),
+                control->HatUnicodeFelder());
+    EXPECT_TOLD("5|5", field(1).Laenge(), field(5).Laenge()) << "columns of pointers";
+    EXPECT_TOLD("49|55|2|1|2", field(9).Position(), control->SatzLaenge(), control->Seiten(),
+                field(2).Seite(), field(9).Seite());
+    EXPECT_TOLD("2|8", control->Indizes(), control->Index(2)) << "the autowert field had no index of its own";
 
     const auto chain = control->Kette(3);
     ASSERT_TRUE(chain);
     EXPECT_EQ(chain, control->Kette(3)) << "opened once";
     EXPECT_EQ(chain->Typ(), ControlTyp_Kette);
-    const Numbers numbers = {chain->Anker(), chain->VorLaenge(), chain->PointerLaenge(),
-                             chain->GesamtSatzLaenge(), chain->MaxRecords()};
-    EXPECT_EQ(numbers, (Numbers{3, 10, 5, 14, 50}));
-    EXPECT_EQ(control->Kette(2)->PointerLaenge(), 5);
-    EXPECT_EQ(control->Kette(4), nullptr);
-    EXPECT_EQ(control->Kette(99), nullptr);
+    EXPECT_TOLD("3|10|5|14|50|5", chain->Anker(), chain->VorLaenge(), chain->PointerLaenge(),
+                chain->GesamtSatzLaenge(), chain->MaxRecords(), control->Kette(2)->PointerLaenge());
+    for (const int32 none : {4, 99}) EXPECT_EQ(control->Kette(none), nullptr);
     EXPECT_TRUE(shown().empty());
 }
 
@@ -160,11 +128,9 @@ TEST_F(ControlReading, FaultsOfTheStructureAreShownAndReadingGoesOn) {
         "FEHLT,5,-1\r\n"
         "4,0,0\r\n");
     ASSERT_TRUE(control);
-    EXPECT_EQ(control->FeldNummer(u"NAME"), 1) << "the first entry stays";
-    EXPECT_EQ(control->Indizes(), 4);
-    EXPECT_EQ(control->Index(2, 2), 2);
-    EXPECT_EQ(control->Index(4), 4);
-    for (const auto component : {1, 2, 3}) EXPECT_EQ(control->Index(3, component), 0);
+    EXPECT_TOLD("1|4|2|4|0|0|0", control->FeldNummer(u"NAME"), control->Indizes(), control->Index(2, 2),
+                control->Index(4), control->Index(3, 1), control->Index(3, 2), control->Index(3, 3))
+        << "the first entry stays";
     const Text dir = u" von /daten/Kunden.DBD";
     const Text fault = u"Konfigurationsfehler|";
     const Text wrong = fault + u"Falscher Index in Control.tsd" + dir;
@@ -184,11 +150,8 @@ TEST_F(ControlReading, IndexesChangeInMemory) {
     EXPECT_TRUE(control->IndexHinzu(2, 1));
     for (const auto& [first, second, third] : {std::tuple{0, 0, 0}, {4, 0, 0}, {1, -1, 0}, {1, 0, 4}})
         EXPECT_FALSE(control->IndexHinzu(first, second, third));
-    EXPECT_EQ(control->Indizes(), 2);
-    EXPECT_FALSE(control->IndexWeg(0));
-    EXPECT_FALSE(control->IndexWeg(3));
-    EXPECT_TRUE(control->IndexWeg(1));
-    EXPECT_EQ(control->Index(1), 2);
+    EXPECT_TOLD("2|no|no|yes|2", control->Indizes(), control->IndexWeg(0), control->IndexWeg(3),
+                control->IndexWeg(1), control->Index(1));
     EXPECT_EQ(read(u"Control.tsd"), kExample);
 }
 
@@ -212,8 +175,7 @@ TEST_F(ControlReading, HostileFilesAreRefused) {
         {"indexes that are not there", "TS1,1\r\n0,1,1,8,1,\"A\"\r\n9,1,2147483647\r\n1,0,0\r\n"},
         {"more indexes than fields can be", "TS1,1\r\n0,1,1,8,1,\"A\"\r\n9,1,10000\r\n"},
         {"binary", Bytes("\0\xFF\x01,5\n\0\0\0\x80", 11)},
-        {"32-bit text", Bytes("\xFF\xFE\0\0T\0\0\0", 8)},
-    };
+        {"32-bit text", Bytes("\xFF\xFE\0\0T\0\0\0", 8)}};
     for (const auto& [what, bytes] : rows) EXPECT_FALSE(openedText(bytes)) << what;
     EXPECT_FALSE(opened(u"Fehlt.tsd"));
     EXPECT_FALSE(std::make_shared<clsControl>(topic)->Oeffne(kDir)) << "a folder";

@@ -26,8 +26,7 @@ TEST_F(ControlSaving, GivesEveryFormBackByteForByte) {
          "\xF0\x9D\x84\x9E\"\r\n9,7,1\r\n1,0,0\r\n0\r\n"},
         {"no fields", "TS1,0\r\n1,0,0\r\n0\r\n"},
         {"negative numbers and blanks", "TS1,1\r\n-1,-2,-3,0,-4,\"  A@ h @7N\"\r\n1,-5,0\r\n0\r\n"},
-        {"memo with its block length", "TS1,2\r\n0,1,1,3,1,\"A\"\r\n0,1,1,60,22,\"M\"\r\n9,7,0\r\n0\r\n"},
-    };
+        {"memo with its block length", "TS1,2\r\n0,1,1,3,1,\"A\"\r\n0,1,1,60,22,\"M\"\r\n9,7,0\r\n0\r\n"}};
     for (const auto& [what, bytes] : rows) {
         SCOPED_TRACE(what);
         const auto control = openedText(bytes);

@@ -7,6 +7,7 @@
 #include "tests/support/FailingFiles.hpp"
 #include "tests/support/MemoryFiles.hpp"
 #include "tests/support/TestGround.hpp"
+#include "tests/support/Told.hpp"
 #include "tsRtm/control/clsControl.hpp"
 #include "tsRtm/frame/FilesTopic.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"

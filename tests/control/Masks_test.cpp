@@ -27,13 +27,9 @@ TEST_F(Masks, AreListedOnceAndOpenedByNumberOrName) {
     const auto head = control->Maske(2);
     ASSERT_TRUE(head);
     EXPECT_EQ(head->Typ(), ControlTyp_Maske);
-    EXPECT_EQ(head->Felder(), 3);
-    EXPECT_EQ(head->field(1).DBFeld(), 1);
-    EXPECT_EQ(head->field(1).DBFeldName(), u"name");
-    EXPECT_EQ(head->field(2).DBFeld(), 2);
-    EXPECT_EQ(head->field(3).DBFeld(), -1);
+    EXPECT_TOLD("3|1|name|2|-1|0", head->Felder(), head->field(1).DBFeld(), head->field(1).DBFeldName(),
+                head->field(2).DBFeld(), head->field(3).DBFeld(), head->Indizes());
     EXPECT_EQ(head->FeldNummer(u"x"), 1) << "names may stand twice in a mask";
-    EXPECT_EQ(head->Indizes(), 0);
     EXPECT_EQ(control->Maske(u"alt")->field(1).Titel(), u"Straße") << "older masks are in the DOS code page";
     for (const TextView name : {u"kopf", u"Kopf.MASKE", u"Kopf.maske", u"Neu"})
         EXPECT_TRUE(control->Maske(name));
@@ -70,8 +66,7 @@ TEST_F(Masks, ControlsOpenByTheNameOfADatabaseOrAFile) {
     bool nichtAnsi = false;
     EXPECT_EQ(ctl.ReadCtl(u"/daten/Kunden", fields, nichtAnsi), 1);
     ASSERT_EQ(fields.size(), 1u);
-    EXPECT_EQ(fields[0]->Titel(), u"Straße");
-    EXPECT_TRUE(nichtAnsi);
+    EXPECT_TOLD("Straße|yes", fields[0]->Titel(), nichtAnsi);
     EXPECT_TRUE(shown().empty()) << "a file that stands alone has no chain files";
 
     write(u"Control.tsd", kExample);
@@ -93,23 +88,17 @@ TEST_F(Masks, FieldsReferToObjects) {
         "0,1,1,8,1,\"E@@7E\"\r\n"
         "1,1,0\r\n");
     ASSERT_TRUE(control);
-    EXPECT_EQ(control->ObjectCount(u"Adresse"), 3) << "an entry without an index ends the scan of its field";
-    EXPECT_EQ(control->ObjectCount(u"konto"), 2);
-    EXPECT_EQ(control->ObjectCount(u"Fehlt"), -1);
-
+    // An entry without an index ends the scan of its field.
+    EXPECT_TOLD("3|2|-1", control->ObjectCount(u"Adresse"), control->ObjectCount(u"konto"),
+                control->ObjectCount(u"Fehlt"));
     std::vector<int32> fields{99};
     std::vector<Text> properties{u"alt"};
-    EXPECT_EQ(control->ObjectFelder(u"adresse", 3, fields, properties), 2);
-    EXPECT_EQ(fields, (std::vector<int32>{1, 2}));
-    EXPECT_EQ(properties, (std::vector<Text>{u"ORT", u"LAND"}));
-    EXPECT_EQ(control->ObjectFelder(u"Fehlt", 1, fields, properties), 0);
-    EXPECT_TRUE(fields.empty());
-
-    for (const auto& [object, index, field] : {std::tuple{u"Adresse", 7, 2},
-                                               {u"Konto", 2, 3},
-                                               {u"Konto", 5, 4},
-                                               {u"Fehlt", 1, 6}})  // one past the last field
-        EXPECT_EQ(control->ValueFeld(object, index), field) << toUtf8(object) << index;
+    EXPECT_TOLD("2|1,2|ORT,LAND", control->ObjectFelder(u"adresse", 3, fields, properties), fields,
+                properties);
+    EXPECT_TOLD("0|", control->ObjectFelder(u"Fehlt", 1, fields, properties), fields);
+    // The last is one past the last field.
+    EXPECT_TOLD("2|3|4|6", control->ValueFeld(u"Adresse", 7), control->ValueFeld(u"Konto", 2),
+                control->ValueFeld(u"Konto", 5), control->ValueFeld(u"Fehlt", 1));
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 // The field description: its type word and its compound title.
 #include "tsRtm/fields/TSIO.hpp"
 
-#include <gtest/gtest.h>
+#include "tests/support/Told.hpp"
 
 namespace tsRtm {
 namespace {
@@ -59,17 +59,14 @@ TEST(TSIO, TitleIsReadByItsParts) {
         {u"A@@6 12/x@7b:C", u"A", u"", u"b:C", u" 12/x"},
         {u"A@7NAME", u"A", u"7NAME", u"", u""},  // the first part behind the caption is always the help
         {u"A@h@7", u"A", u"h", u"", u""},
-        {u"A@h@7x@7y", u"A", u"h", u"x", u""},
-    };
+        {u"A@h@7x@7y", u"A", u"h", u"x", u""}};
     for (const auto& [title, caption, help, names, width] : rows) {
         const auto field = titled(title);
         SCOPED_TRACE(toUtf8(title));
-        EXPECT_EQ(field.Caption(), caption);
-        EXPECT_EQ(field.Hilfe(), help);
-        EXPECT_EQ(field.EXTENSION(extHILFE), help);
-        EXPECT_EQ(field.EXTENSION(extNAMEN), names);
-        EXPECT_EQ(field.EXTENSION(extDISPLAYWIDTH), width);
-        EXPECT_EQ(field.EXTENSION(10), u"");
+        EXPECT_EQ(
+            std::tuple(field.Caption(), field.Hilfe(), field.EXTENSION(extHILFE), field.EXTENSION(extNAMEN),
+                       field.EXTENSION(extDISPLAYWIDTH), field.EXTENSION(10)),
+            std::tuple(caption, help, help, names, width, u""));
     }
 }
 
@@ -94,9 +91,8 @@ TEST(TSIO, TitleIsWrittenPartByPart) {
         write(field);
         EXPECT_EQ(field.Titel(), after) << toUtf8(before);
     }
-    EXPECT_EQ(titled(u"A@h@7name:obj").Name(), u"NAME");
-    EXPECT_EQ(titled(u"A@h@7name:obj").ObjectName(), u"OBJ");
-    EXPECT_EQ(titled(u"A@h@612/3").DisplayWidth(), 12);
+    EXPECT_TOLD("NAME|OBJ|12", titled(u"A@h@7name:obj").Name(), titled(u"A@h@7name:obj").ObjectName(),
+                titled(u"A@h@612/3").DisplayWidth());
 }
 
 TEST(TSIO, CloneLeavesContentAndMarksBehind) {
@@ -108,10 +104,8 @@ TEST(TSIO, CloneLeavesContentAndMarksBehind) {
     field.IstIndexFeld(true);
     field.IstKetteFeld(true);
     const auto copy = field.Clone();
-    EXPECT_EQ(std::tuple(copy->Titel(), copy->Laenge(), copy->Seite(), copy->DBFeldName()),
-              std::tuple(u"A@h", 8, 2, u"NAME"));
-    EXPECT_EQ(copy->Inhalt(), u"");
-    EXPECT_FALSE(copy->IstIndexFeld() || copy->IstKetteFeld());
+    EXPECT_TOLD("A@h|8|2|NAME||no|no", copy->Titel(), copy->Laenge(), copy->Seite(), copy->DBFeldName(),
+                copy->Inhalt(), copy->IstIndexFeld(), copy->IstKetteFeld());
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include <random>
 
+#include "tests/support/Table.hpp"
 #include "tests/support/TestGround.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
 #include "tsRtm/services/clsTSCrypt.hpp"
@@ -52,46 +53,31 @@ TEST_F(ByteForms, HaveTheirLayout) {
         {CRYPT_STRING_HEXASCIIADDR, u"\x01 ä\x7F",
          u"0000\t01 20 e4 7f                                        . ..\r\n"},
         {CRYPT_STRING_ANY, u"a", u""},  // for reading only
-        {static_cast<CryptStringFlags>(99), u"a", u""},
-    };
+        {static_cast<CryptStringFlags>(99), u"a", u""}};
     for (const auto& row : rows)
         EXPECT_EQ(crypt.Base64(row.bytes, row.flags), row.text) << row.flags << ": " << toUtf8(row.bytes);
     EXPECT_EQ(crypt.TextToHex(u"\nÿ€"), u"0AFF80");
 }
 
 TEST_F(ByteForms, WhatIsNotOfTheFormGivesNothing) {
-    struct Row {
-        CryptStringFlags flags;
-        TextView text, bytes;
-    };
     constexpr auto kStrict = CRYPT_STRING_BASE64 | CRYPT_STRING_STRICT;
-    const Row rows[] = {
-        {CRYPT_STRING_ANY, u" Z m\t9\r\nv ", u"foo"},
-        {CRYPT_STRING_ANY, u"Z", u""},
-        {CRYPT_STRING_ANY, u"Zg=", u"f"},
-        {CRYPT_STRING_ANY, u"Zg===", u""},
-        {CRYPT_STRING_ANY, u"Zh==", u""},  // bits left over
-        {CRYPT_STRING_ANY, u"Zg==Zg==", u""},
-        {CRYPT_STRING_ANY, u"ZmÄv", u""},
-        {kStrict, u"Zg", u""},
-        {kStrict, u"Zg==", u"f"},
-        {CRYPT_STRING_BASE64HEADER, u"Zg==", u""},
-        {CRYPT_STRING_BASE64HEADER, u"-----BEGIN X-----\nZg==\n", u""},
-        {CRYPT_STRING_BASE64HEADER, u"mail\n-----BEGIN X-----\nZg==\n-----END X-----\nend", u"f"},
-        {CRYPT_STRING_BASE64_ANY, u"-----BEGIN -----END -----", u""},
-        {CRYPT_STRING_BASE64_ANY, u"-----BEGIN -----END ABCDE", u""},  // one rule of two, and no body
-        {CRYPT_STRING_HEX, u"30\t31\r\n32", u"012"},
-        {CRYPT_STRING_HEX, u"30 3", u""},
-        {CRYPT_STRING_HEX, u"30 3G", u""},
-        {CRYPT_STRING_HEXASCII, u"30 31                                              0X", u""},
-        {CRYPT_STRING_HEX_ANY, u"30   31", u"01"},  // a wide gap hides nothing
-        {CRYPT_STRING_HEX_ANY, u"20202020202020202020202020202020202020202020202020",
-         u"                         "},  // nor do blanks, which have no characters to be seen
-        {CRYPT_STRING_SHORT, u"Zg", u""},
-        {static_cast<CryptStringFlags>(99), u"Zg==", u""},
-    };
-    for (const auto& row : rows)
-        EXPECT_EQ(crypt.FromBase64(row.text, row.flags), row.bytes) << row.flags << ": " << toUtf8(row.text);
+    // By flags: a text and its bytes. "Zh==" has bits left over; "BEGIN -----END ABCDE" is one rule of two,
+    // and no body; a wide gap hides nothing, nor do blanks, which have no characters to be seen.
+    const std::pair<CryptStringFlags, TextView> forms[] = {
+        {CRYPT_STRING_ANY, u" Z m\t9\r\nv |foo;Z|;Zg=|f;Zg===|;Zh==|;Zg==Zg==|;ZmÄv|"},
+        {kStrict, u"Zg|;Zg==|f"},
+        {CRYPT_STRING_BASE64HEADER,
+         u"Zg==|;-----BEGIN X-----\nZg==\n|;mail\n-----BEGIN X-----\nZg==\n-----END X-----\nend|f"},
+        {CRYPT_STRING_BASE64_ANY, u"-----BEGIN -----END -----|;-----BEGIN -----END ABCDE|"},
+        {CRYPT_STRING_HEX, u"30\t31\r\n32|012;30 3|;30 3G|"},
+        {CRYPT_STRING_HEXASCII, u"30 31                                              0X|"},
+        {CRYPT_STRING_HEX_ANY,
+         u"30   31|01;20202020202020202020202020202020202020202020202020|                         "},
+        {CRYPT_STRING_SHORT, u"Zg|"},
+        {static_cast<CryptStringFlags>(99), u"Zg==|"}};
+    for (const auto& [flags, rows] : forms)
+        for (const auto& [text, bytes] : table<2>(rows, u";", u"|"))
+            EXPECT_EQ(crypt.FromBase64(text, flags), bytes) << flags << ": " << toUtf8(text);
 }
 
 // Whatever is read from a stranger gives bytes that can be written and read again, or nothing; and all that

@@ -30,8 +30,7 @@ TEST_F(Crypt, HashesByTheirNumbers) {
         {0x8001, u"abc", u"DA853B0D3F88D99B"}, {0x8002, u"abc", u"A448017AAF21D852"},
         {0x8003, u"abc", u"900150983CD24FB0"}, {0x8003, u"ä", u"C15BCC5577F9FADE"},
         {0x8004, u"abc", u"A9993E364706816A"}, {0x800C, u"abc", u"BA7816BF8F01CFEA"},
-        {0x800D, u"", u"38B060A751AC9638"},    {0x800E, u"", u"CF83E1357EEFB8BD"},
-    };
+        {0x800D, u"", u"38B060A751AC9638"},    {0x800E, u"", u"CF83E1357EEFB8BD"}};
     for (const auto& [number, text, begins] : rows) {
         const auto type = static_cast<HashType>(number);
         EXPECT_TRUE(crypt.TextToHex(crypt.GetHash(text, type)).starts_with(begins)) << number;
@@ -73,13 +72,10 @@ TEST_F(Crypt, RandomBytesAndNumbers) {
     EXPECT_EQ(crypt.TextToHex(crypt.ZufallBytes(3)), u"418000");
     EXPECT_EQ(crypt.ZufallBytes(0) + crypt.ZufallBytes(-1), u"");
     constexpr int32 kMin = std::numeric_limits<int32>::min(), kMax = std::numeric_limits<int32>::max();
-    const std::tuple<uint32, int32, int32, int32> rows[] = {{0, 1, 255, 1},
-                                                            {254, 1, 255, 255},
-                                                            {255, 255, 1, 1},
-                                                            {12345, 7, 7, 7},
-                                                            {0xFFFFFFFF, kMin, kMax, kMax},
-                                                            {0, kMin, kMax, kMin}};
-    for (const auto& [draw, from, to, number] : rows) {
+    using Row = std::tuple<uint32, int32, int32, int32>;
+    for (const auto& [draw, from, to, number] :
+         {Row{0, 1, 255, 1}, Row{254, 1, 255, 255}, Row{255, 255, 1, 1}, Row{12345, 7, 7, 7},
+          Row{0xFFFFFFFF, kMin, kMax, kMax}, Row{0, kMin, kMax, kMin}}) {
         for (int32 shift = 0; shift < 32; shift += 8) bytes.push_back(static_cast<uint8>(draw >> shift));
         EXPECT_EQ(crypt.Zufall(from, to), number);
     }
