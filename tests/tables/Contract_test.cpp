@@ -143,10 +143,8 @@ TYPED_TEST(Contract, AFileThatCannotBeReadStaysWhole) {
 }
 
 TYPED_TEST(Contract, WhatTheFileCannotHoldIsRefused) {
-    for (const auto& [text, fits] : {std::pair{u"x\x1Ay", false},
-                                     {u"x\ry", TypeParam::kLineBreakFits},
-                                     {u"x\ny", TypeParam::kLineBreakFits}}) {
-        if (fits) continue;
+    for (const auto* text : {u"x\x1Ay", u"x\ry", u"x\ny"}) {
+        if (TypeParam::kLineBreakFits && text[1] != u'\x1A') continue;
         this->disk.put(kFile, this->lines({"a"}));
         TypeParam list;
         EXPECT_EQ(raisedNumber([&] { list.add(text); }), 380);

@@ -4,6 +4,7 @@
 #include <random>
 
 #include "tests/support/Raised.hpp"
+#include "tests/support/Told.hpp"
 #include "tsRtm/tables/clsQuickSort.hpp"
 
 namespace tsRtm::test {
@@ -42,24 +43,15 @@ class Numbers final : public iSortHelper {
 };
 
 TEST(QuickSort, CallsTheHelperInTheToldOrder) {
-    struct Case {
-        std::vector<int32> values;
-        int32 from, to;
-        TextView calls;
-    };
-    for (const auto& [values, from, to, calls] : {
-             Case{{1, 2}, 1, 1, u""},
-             Case{{1, 2}, 2, 1, u""},
-             Case{{1, 2}, 1, 2, u"C1!2 "},
-             Case{{2, 2}, 1, 2, u"C1!2 "},
-             Case{{2, 1}, 1, 2, u"C1!2 S1,2 "},
-             // The pivot 2 stays; both sides stop at it.
-             Case{{1, 2, 3}, 1, 3, u"C1!2 C3.2 "},
-             Case{{3, 2, 1}, 1, 3, u"C1!2 C3.2 S1,3 "},
-             // The pivot goes from 2 to 1 in the first exchange, then to the middle of what is left.
-             Case{{3, 1, 2}, 1, 3, u"C1!2 C3.2 S1,2 C2!3 S2,3 "},
-             Case{{2, 3, 1}, 1, 3, u"C1!2 C3.2 S2,3 C1!2 S1,2 "},
-         }) {
+    using Case = std::tuple<std::vector<int32>, int32, int32, TextView>;
+    // Of three the pivot 2 stays, and both sides stop at it; or it goes from 2 to 1 in the first exchange,
+    // then to the middle of what is left.
+    for (const auto& [values, from, to, calls] :
+         {Case{{1, 2}, 1, 1, u""}, Case{{1, 2}, 2, 1, u""}, Case{{1, 2}, 1, 2, u"C1!2 "},
+          Case{{2, 2}, 1, 2, u"C1!2 "}, Case{{2, 1}, 1, 2, u"C1!2 S1,2 "},
+          Case{{1, 2, 3}, 1, 3, u"C1!2 C3.2 "}, Case{{3, 2, 1}, 1, 3, u"C1!2 C3.2 S1,3 "},
+          Case{{3, 1, 2}, 1, 3, u"C1!2 C3.2 S1,2 C2!3 S2,3 "},
+          Case{{2, 3, 1}, 1, 3, u"C1!2 C3.2 S2,3 C1!2 S1,2 "}}) {
         Numbers numbers(values);
         clsQuickSort().QuickSort(from, to, &numbers);
         EXPECT_EQ(toUtf8(numbers.log), toUtf8(calls));
@@ -107,27 +99,17 @@ TEST(QuickSort, EndsWhateverTheHelperAnswers) {
 }
 
 TEST(BSearch, FindsOrTellsWhereToInsert) {
-    struct Case {
-        int32 key, from, to;
-        bool found;
-        int32 position;  // -1: as it was passed
-        TextView calls;
-    };
-    for (const auto& [key, from, to, found, position, calls] : {
-             Case{20, 1, 4, true, 2, u"C2?0 "},
-             Case{40, 1, 4, true, 4, u"C2?0 C3?0 C4?0 "},
-             Case{35, 1, 4, false, -1, u"C2?0 C3?0 C4?0 "},
-             Case{45, 1, 4, false, 5, u"C2?0 C3?0 C4?0 "},
-             Case{5, 1, 4, false, -1, u"C2?0 C1?0 "},
-             Case{15, 1, 4, false, 2, u"C2?0 C1?0 "},
-             Case{10, 1, 0, true, 1, u"C1?0 "},  // one comparison even of nothing
-             Case{15, 1, 0, false, 2, u"C1?0 "},
-         }) {
+    using Case = std::tuple<int32, int32, const char*>;  // the position is -1 as it was passed; one
+                                                         // comparison is made even of nothing
+    for (const auto& [key, to, told] :
+         {Case{20, 4, "yes|2|C2?0 "}, Case{40, 4, "yes|4|C2?0 C3?0 C4?0 "},
+          Case{35, 4, "no|-1|C2?0 C3?0 C4?0 "}, Case{45, 4, "no|5|C2?0 C3?0 C4?0 "},
+          Case{5, 4, "no|-1|C2?0 C1?0 "}, Case{15, 4, "no|2|C2?0 C1?0 "}, Case{10, 0, "yes|1|C1?0 "},
+          Case{15, 0, "no|2|C1?0 "}}) {
         Numbers numbers({10, 20, 30, 40});
         int32 at = -1;
-        EXPECT_EQ(clsQuickSort().BSearch(key, from, to, &numbers, at), found) << key;
-        EXPECT_EQ(at, position) << key;
-        EXPECT_EQ(toUtf8(numbers.log), toUtf8(calls)) << key;
+        const bool found = clsQuickSort().BSearch(key, 1, to, &numbers, at);
+        EXPECT_TOLD(told, found, at, numbers.log) << key;
     }
 }
 
