@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/TestGround.hpp"
+#include "tests/support/Told.hpp"
 #include "tests/support/ValidationForm.hpp"
 #include "tsRtm/types/DialogConstants.hpp"
 #include "tsRtm/validation/clsValidBanking.hpp"
@@ -52,9 +53,8 @@ TEST_F(Validator, EachChangeIsGradedAndShown) {
     EXPECT_EQ(validator->Status(), validWarning);
     const auto shown = picture(u"ValtxtBetrag");
     ASSERT_TRUE(shown);
-    EXPECT_EQ(shown->toolTip, u"Es ist eine Eingabe notwendig");
-    EXPECT_EQ(shown->resource, 16004);
-    EXPECT_EQ(shown->width, 240);  // 16 pixels
+    EXPECT_TOLD("Es ist eine Eingabe notwendig|16004|240", shown->toolTip, shown->resource,
+                shown->width);  // 16 pixels
     EXPECT_EQ(shown->container, amount->container);
     amount->type(u"3");
     EXPECT_EQ(shown->toolTip, u"Nur Werte von 5") << "the same grade, another message";
@@ -84,8 +84,7 @@ TEST_F(Validator, ThePictureStandsWhereItIsTold) {
     for (const auto& [alignment, left, top] : cases) {
         validator->Alignment(alignment);
         checks.Resize();
-        EXPECT_EQ(shown->left, left) << alignment;
-        EXPECT_EQ(shown->top, top) << alignment;
+        EXPECT_EQ(std::pair(shown->left, shown->top), std::pair(left, top)) << alignment;
     }
     EXPECT_TRUE(shown->visible);
     for (auto* property : {&amount->visible, &amount->enabled, &amount->locked}) {
@@ -113,17 +112,16 @@ TEST_F(Validator, AClickExplains) {
         EXPECT_FALSE(StatusPictureSvg(resource).empty());
         picture(u"ValtxtBetrag")->clicked();
         const auto& box = library.ground.ui.boxes.back();
-        EXPECT_EQ(box.title, u"Validator");
-        EXPECT_EQ(box.body, grade == validInfo ? u"kurz x" : u"lang @ breit");
-        EXPECT_EQ(box.buttons, icon);
+        EXPECT_EQ(std::pair(box.title + u"|" + box.body, box.buttons),
+                  std::pair(Text(u"Validator|") + (grade == validInfo ? u"kurz x" : u"lang @ breit"), icon));
     }
     EXPECT_EQ(amount->focused, 4);
 }
 
 TEST_F(Validator, OnlySomeControlsAreHeard) {
-    const auto heard = [&](auto prepare) {
+    const auto heard = [&](eControlKind kind, TextView typeName, std::optional<int32> index) {
         auto control = std::make_shared<TestControl>(u"Feld");
-        prepare(*control);
+        std::tie(control->kind, control->typeName, control->index) = std::tuple(kind, Text(typeName), index);
         auto own = std::make_shared<OwnChecker>();
         checks.Add(form, control, Numeric, 0, {}, {}, {}, own);
         control->type(u"neu");
@@ -132,15 +130,12 @@ TEST_F(Validator, OnlySomeControlsAreHeard) {
         EXPECT_EQ(own->seen, u"neu");
         return byItself;
     };
-    EXPECT_TRUE(heard([](auto&) {}));
-    EXPECT_TRUE(heard([](auto& control) { control.kind = ckComboBox; }));
-    EXPECT_FALSE(heard([](auto& control) { control.kind = ckOther; }));
-    EXPECT_TRUE(heard([](auto& control) {
-        control.kind = ckOther;
-        control.typeName = u"RichTextBox";
-    }));
-    EXPECT_FALSE(heard([](auto& control) { control.index = 0; }));
-    EXPECT_TRUE(heard([](auto& control) { control.index = -1; }));
+    using Row = std::tuple<eControlKind, TextView, std::optional<int32>, bool>;
+    for (const auto& [kind, typeName, index, byItself] :
+         {Row{ckTextBox, u"", {}, true}, Row{ckComboBox, u"", {}, true}, Row{ckOther, u"", {}, false},
+          Row{ckOther, u"RichTextBox", {}, true}, Row{ckTextBox, u"", 0, false},
+          Row{ckTextBox, u"", -1, true}})
+        EXPECT_EQ(heard(kind, typeName, index), byItself) << kind << toUtf8(typeName);
 }
 
 TEST_F(Validator, TheFormAsksForTheWorstGrade) {
@@ -151,11 +146,8 @@ TEST_F(Validator, TheFormAsksForTheWorstGrade) {
     checks.Add(form, other, IBAN);
     EXPECT_EQ(checks.Status(), validOK);
     iban->type(u"falsch");
-    EXPECT_EQ(checks.Status(), validError);
-    EXPECT_EQ(checks.Status(amount), validOK);
-    EXPECT_EQ(checks.Status(iban), validError);
-    EXPECT_EQ(checks.Status(other), validOK);
-    EXPECT_EQ(checks.Status(std::make_shared<TestControl>(u"unbekannt")), validOK);
+    EXPECT_TOLD("4|0|4|0|0", checks.Status(), checks.Status(amount), checks.Status(iban),
+                checks.Status(other), checks.Status(std::make_shared<TestControl>(u"unbekannt")));
     checks.Clear();
     EXPECT_TRUE(form->controls->pictures.empty());
     EXPECT_EQ(checks.Status(), validOK);
@@ -172,11 +164,9 @@ TEST_F(Validator, ASecondOneTakesThePlaceOfTheFirst) {
     EXPECT_FALSE(checks.Add(form, nullptr, Numeric));
     EXPECT_EQ(first->disposed, 0);
     EXPECT_TRUE(checks.Add(form->controls, amount, Numeric, 0, {}, {}, {}, second));
-    EXPECT_EQ(first->disposed, 1);
-    EXPECT_EQ(picture(u"ValtxtBetrag")->toolTip, u"kurz ");
+    EXPECT_TOLD("1|kurz ", first->disposed, picture(u"ValtxtBetrag")->toolTip);
     amount->type(u"neu");
-    EXPECT_EQ(first->seen, u"");
-    EXPECT_EQ(second->seen, u"neu");
+    EXPECT_TOLD("|neu", first->seen, second->seen);
 }
 
 TEST_F(Validator, NothingThatThrowsReachesTheForm) {
@@ -232,10 +222,7 @@ TEST_F(Validator, TypesBringTheirModesAndTexts) {
     }
     const auto open = std::dynamic_pointer_cast<clsValidValue>(
         checks.Add(form, amount, Numeric, 0, u"E", u"D", u"/Min /Max:1,5")->Checker());
-    EXPECT_EQ(open->Minimum(), 0);
-    EXPECT_EQ(open->Maximum(), 1.5);
-    EXPECT_EQ(open->ErrorMsg(), u"E");
-    EXPECT_EQ(open->Msg(), u"D");
+    EXPECT_TOLD("0|1.5|E|D", open->Minimum(), open->Maximum(), open->ErrorMsg(), open->Msg());
     const auto date = std::dynamic_pointer_cast<clsValidDate>(
         checks.Add(form, amount, Datum, 0, {}, {}, u"/Min:")->Checker());
     EXPECT_EQ(date->Minimum(), u"");

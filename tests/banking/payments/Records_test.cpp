@@ -5,7 +5,9 @@
 #include <cmath>
 #include <limits>
 
+#include "tests/support/Table.hpp"
 #include "tests/support/TestGround.hpp"
+#include "tests/support/Told.hpp"
 #include "tsRtm/banking/payments/EndRecords.hpp"
 #include "tsRtm/banking/payments/OrderRecord.hpp"
 
@@ -50,21 +52,20 @@ TEST_F(Records, FieldsAreFilledOrCut) {
 
 TEST_F(Records, AnAmountStandsInEurosAndCents) {
     constexpr auto kNaN = std::numeric_limits<float64>::quiet_NaN();
-    const std::tuple<float64, BytesView, BytesView, BytesView> cases[] = {
-        {12.05, "12", "5", "00000000000012500"},        {12.5, "12", "50", "00000000000012500"},
-        {0.999, "0", "100", "00000000000000100"},       {0.125, "0", "12", "00000000000000120"},
-        {-5, "-5", "0", "000000000000-5000"},           {0, "0", "0", "00000000000000000"},
-        {3e9, "2147483647", "0", "00002147483647000"},  {-3e9, "-2147483648", "0", "000-2147483648000"},
-        {kNaN, "2147483647", "0", "00002147483647000"},
+    const std::pair<float64, BytesView> cases[] = {
+        {12.05, "12|5|00000000000012500"},        {12.5, "12|50|00000000000012500"},
+        {0.999, "0|100|00000000000000100"},       {0.125, "0|12|00000000000000120"},
+        {-5, "-5|0|000000000000-5000"},           {0, "0|0|00000000000000000"},
+        {3e9, "2147483647|0|00002147483647000"},  {-3e9, "-2147483648|0|000-2147483648000"},
+        {kNaN, "2147483647|0|00002147483647000"},
     };
-    for (const auto& [amount, euros, cents, field] : cases) {
+    for (const auto& [amount, told] : cases) {
         OrderRecord record;
         record.amount(amount);
-        EXPECT_EQ(record.values[oBetragVor], euros) << amount;
-        EXPECT_EQ(record.values[oBetragNach], cents) << amount;
         Bytes file;
         record.append(file);
-        EXPECT_EQ(file.substr(458, 17), field) << amount;
+        EXPECT_TOLD(told, record.values[oBetragVor], record.values[oBetragNach], file.substr(458, 17))
+            << amount;
     }
     OrderRecord record;
     EXPECT_EQ(record.amount(), 0);
@@ -85,17 +86,13 @@ TEST_F(Records, AnOrderIsWrittenByteByByte) {
     record.append(file);
     ASSERT_EQ(file.size(), 6 + kOrderRecord);
     const auto at = [&](std::size_t offset, std::size_t size) { return file.substr(6 + offset, size); };
-    EXPECT_EQ(at(0, 64),
-              "0768T37040044EUR1234567890241231"
-              "00000000   0000000000DEUTDEFFXXX");
-    EXPECT_EQ(at(64, 3) + at(207, 3), "   DE ");
-    EXPECT_EQ(at(210, 70), "MUELLER" + Bytes(28, ' ') + "-" + Bytes(34, ' '));
-    EXPECT_EQ(at(420, 38), "/DE89370400440532013000" + Bytes(12, ' ') + "EUR");
-    EXPECT_EQ(at(580, 35), Bytes(35, 'Z'));
-    EXPECT_EQ(at(615, 37), "00000000" + Bytes(25, ' ') + "0013");
-    EXPECT_EQ(at(714, 54), "0" + Bytes(51, ' ') + "00");
-    EXPECT_EQ(record.values[oVerwendungszweck4].size(), 40U);
-    EXPECT_EQ(record.values[oName2], "-") << "for good";
+    EXPECT_EQ(at(0, 64) + at(64, 3) + at(207, 3),
+              "0768T37040044EUR123456789024123100000000   0000000000DEUTDEFFXXX   DE ");
+    EXPECT_EQ(at(210, 70) + at(420, 38), "MUELLER" + Bytes(28, ' ') + "-" + Bytes(34, ' ') +
+                                             "/DE89370400440532013000" + Bytes(12, ' ') + "EUR");
+    EXPECT_EQ(at(580, 35) + at(615, 37) + at(714, 54),
+              Bytes(35, 'Z') + "00000000" + Bytes(25, ' ') + "00130" + Bytes(51, ' ') + "00");
+    EXPECT_TOLD("40|-", record.values[oVerwendungszweck4].size(), record.values[oName2]) << "for good";
 }
 
 TEST_F(Records, AnOrderIsToldWhatIsWrong) {

@@ -1,6 +1,7 @@
 // Patterns with wildcards, and options in a text.
 #include <gtest/gtest.h>
 
+#include "tests/support/Table.hpp"
 #include "tsRtm/validation/texts/Likeness.hpp"
 #include "tsRtm/validation/texts/OptionScan.hpp"
 
@@ -8,57 +9,28 @@ namespace tsRtm {
 namespace {
 
 TEST(Likeness, WildcardsStandForCharacters) {
-    const std::tuple<TextView, TextView, bool> cases[] = {
-        {u"", u"", true},
-        {u"", u"*", true},
-        {u"", u"?", false},
-        {u"Müller", u"mÜ*R", true},
-        {u"abc", u"a?c", true},
-        {u"abc", u"a??c", false},
-        {u"a7", u"a#", true},
-        {u"ab", u"a#", false},
-        {u"abcbc", u"*bc", true},
-        {u"abab", u"*a*b*c", false},
-        {u"x", u"[a-cx]", true},
-        {u"D", u"[a-c]", false},
-        {u"B", u"[!a-c]", false},
-        {u"d", u"[!a-c]", true},
-        {u"ü", u"[Ü]", true},
-        {u"-", u"[a-]", true},
-        {u"!", u"[!]", true},
-        {u"ab", u"a[]b", true},
-        {u"*?#", u"[*][?][#]", true},
-        {u"]", u"]", true},
-        {u"[", u"[", false},
-        {u"a", u"a[", false},
-        {u"b", u"[c-a]", false},
-        {u"ab\n", u"ab?", true},
-    };
-    for (const auto& [text, pattern, like] : cases)
-        EXPECT_EQ(isLike(text, pattern), like) << toUtf8(text) << " " << toUtf8(pattern);
+    using test::table;
+    for (const auto& [text, pattern] : table<2>(u"= =* Müller=mÜ*R abc=a?c a7=a# abcbc=*bc x=[a-cx] d=[!a-c] "
+                                                u"ü=[Ü] -=[a-] !=[!] ab=a[]b *?#=[*][?][#] ]=] ab\n=ab?"))
+        EXPECT_TRUE(isLike(text, pattern)) << toUtf8(text) << " " << toUtf8(pattern);
+    for (const auto& [text, pattern] :
+         table<2>(u"=? abc=a??c ab=a# abab=*a*b*c D=[a-c] B=[!a-c] [=[ a=a[ b=[c-a]"))
+        EXPECT_FALSE(isLike(text, pattern)) << toUtf8(text) << " " << toUtf8(pattern);
     EXPECT_FALSE(isLike(Text(1 << 20, u'a'), u"*" + Text(1 << 19, u'a') + u"b"));
 }
 
 TEST(OptionScan, ValuesAreCutOutAsTheyStand) {
-    const std::tuple<TextView, TextView, std::optional<Text>> cases[] = {
-        {u"/Min:1 /Max:10", u"max", u"10"},
-        {u"-MIN:1,5", u"Min", u"1,5"},
-        {u"/Min /Max:", u"Min", u""},
-        {u"/Min /Max:", u"Max", u""},
-        {u"/Minimum:1", u"Min", std::nullopt},
-        {u"Min:1", u"Min", std::nullopt},
-        {u"x/Min:1", u"Min", u"1"},
-        {u"/Pattern:^[0-9]+/Min:1$ /Min:2", u"Min", u"2"},
-        {u"/Pattern:^[0-9]+$", u"Pattern", u"^[0-9]+$"},
-        {u"\"/Pattern:a b\" /Min:3", u"Pattern", u"a b"},
-        {u"\"/Pattern:a b\" /Min:3", u"Min", u"3"},
-        {u"/X \"/Pattern:a \"b\"", u"Pattern", u"a \"b"},
-        {u"\"/Pattern:a b", u"Pattern", u"a b"},
-        {u"\"/", u"Pattern", std::nullopt},
-        {u"", u"Min", std::nullopt},
-    };
-    for (const auto& [text, key, value] : cases)
+    using test::table;
+    for (const auto& [text, key, value] :
+         table<3>(u"/Min:1 /Max:10=max=10;-MIN:1,5=Min=1,5;/Min /Max:=Min=;/Min "
+                  u"/Max:=Max=;x/Min:1=Min=1;/Pattern:^[0-9]+/Min:1$ "
+                  u"/Min:2=Min=2;/Pattern:^[0-9]+$=Pattern=^[0-9]+$;"
+                  u"\"/Pattern:a b\" /Min:3=Pattern=a b;\"/Pattern:a b\" /Min:3=Min=3;/X \"/Pattern:a "
+                  u"\"b\"=Pattern=a \"b;\"/Pattern:a b=Pattern=a b",
+                  u";"))
         EXPECT_EQ(optionValue(text, key), value) << toUtf8(text) << " " << toUtf8(key);
+    for (const auto& [text, key] : table<2>(u"/Minimum:1=Min Min:1=Min \"/=Pattern =Min"))
+        EXPECT_EQ(optionValue(text, key), std::nullopt) << toUtf8(text) << " " << toUtf8(key);
 }
 
 }  // namespace
