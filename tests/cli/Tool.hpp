@@ -57,6 +57,25 @@ class Tool : public ::testing::Test {
         EXPECT_EQ(answer.err.find('\n'), answer.err.size() - 1) << answer.err;
     }
 
+    // The same for many arguments behind what they have in common: "arguments -> tells | arguments -> tells".
+    void refusedEach(const std::string& command, int status, const std::string& all) {
+        for (std::size_t at = 0, end = 0; end != std::string::npos; at = end + 3) {
+            end = all.find(" | ", at);
+            const std::string row = all.substr(at, end == std::string::npos ? end : end - at);
+            const auto arrow = row.find("-> ");
+            refused(command + row.substr(0, arrow), status, row.substr(arrow + 3));
+        }
+    }
+    void prints(const std::string& arguments, const std::string& out) {
+        EXPECT_EQ(ok(arguments).out, out) << arguments;
+    }
+    void shows(const std::string& arguments, const std::string& part) {
+        const std::string out = ok(arguments).out;
+        EXPECT_NE(out.find(part), std::string::npos) << arguments << '\n' << out;
+    }
+    nlohmann::json json(const std::string& arguments) { return ok(arguments + " --json").json(); }
+    static nlohmann::json parsed(const char* text) { return nlohmann::json::parse(text); }
+
     std::string start(const std::string& arguments) const {
         const std::string folder = folder_.path().string();
         return "cd '" + folder + "' && env LC_ALL=C HOME='" + folder + "' XDG_CONFIG_HOME='" +

@@ -14,20 +14,19 @@ class Checks : public Tool {
 };
 
 TEST_F(Checks, TheExitStatusIsTheGrade) {
-    graded("iban DE89370400440532013000", 0, "grade       ok\n");
-    graded("iban DE88370400440532013000", 3, "\"89\" wären die passenden");
-    graded("iban --error 'de89 3704 0044 0532 0130 00'", 4,
-           "passes without blanks and in capitals: DE89370400440532013000\n");
-    graded("bic DEUTDEFF", 0, "ok");
-    graded("blz 9", 3, "Sie haben keine gültige Bankleitzahl eingegeben.");
-    graded("konto 12345678901", 3, "Kontonummer");
-    graded("email a@b", 3, "Keine gültige eMail-Adresse");
-    graded("egvp safe-sp1-1-1", 0, "ok");
-    graded("value 12,5 --min 13", 3, "Nur Werte von 13");
-    graded("value '' --required --error", 4, "Es ist eine Eingabe notwendig");
-    graded("date 25122024 --days workday --critical", 4, "Das Datum ist ein Feiertag (1. Weihnachtstag)");
-    graded("date 31.02.24", 4, "no such day");
-    graded("date 29.02.24 --max 01032024", 0, "ok");
+    using Row = std::tuple<const char*, int, const char*>;
+    for (const auto& [arguments, grade, tells] :
+         {Row{"iban DE89370400440532013000", 0, "grade       ok\n"},
+          Row{"iban DE88370400440532013000", 3, "\"89\" wären die passenden"},
+          Row{"iban --error 'de89 3704 0044 0532 0130 00'", 4,
+              "passes without blanks and in capitals: DE89370400440532013000\n"},
+          Row{"bic DEUTDEFF", 0, "ok"}, Row{"blz 9", 3, "keine gültige Bankleitzahl"},
+          Row{"konto 12345678901", 3, "Kontonummer"}, Row{"email a@b", 3, "Keine gültige eMail-Adresse"},
+          Row{"egvp safe-sp1-1-1", 0, "ok"}, Row{"value 12,5 --min 13", 3, "Nur Werte von 13"},
+          Row{"value '' --required --error", 4, "Es ist eine Eingabe notwendig"},
+          Row{"date 25122024 --days workday --critical", 4, "Das Datum ist ein Feiertag (1. Weihnachtstag)"},
+          Row{"date 31.02.24", 4, "no such day"}, Row{"date 29.02.24 --max 01032024", 0, "ok"}})
+        graded(arguments, grade, tells);
     EXPECT_EQ(run("check iban X --json").json()["gradeName"], "warning");
     refused("check iban", 2, "VALUE or --file");
     refused("check date 01012024 --min 31.02.24", 1, "is no date");
@@ -39,12 +38,12 @@ TEST_F(Checks, AColumnOfAFileIsChecked) {
     EXPECT_EQ(answer.status, 4);
     EXPECT_EQ(answer.out, "checked 4, failed 3: see k.csv.report.csv\n");
     const std::string report = read("k.csv.report.csv");
-    EXPECT_NE(report.find("4,DE1,warning,"), std::string::npos) << report;
-    EXPECT_NE(report.find("5,,error,,no row: "), std::string::npos) << report;
-    EXPECT_NE(report.find("6,,warning,\"Eine IBAN muss mindestens"), std::string::npos) << report;
-    refused("check iban --file k.csv --column X", 1, "has no column 'X'");
-    refused("check iban --file k.csv --report k.csv", 1, "overwrite");
-    refused("check iban --file fehlt.csv", 1, "no such file");
+    for (const char* line :
+         {"4,DE1,warning,", "5,,error,,no row: ", "6,,warning,\"Eine IBAN muss mindestens"})
+        EXPECT_NE(report.find(line), std::string::npos) << report;
+    refusedEach("check iban --file ", 1,
+                "k.csv --column X -> has no column 'X' | k.csv --report k.csv -> overwrite | fehlt.csv -> no "
+                "such file");
 }
 
 TEST_F(Checks, PaymentsAreWrittenAndShown) {
@@ -53,18 +52,17 @@ TEST_F(Checks, PaymentsAreWrittenAndShown) {
     const std::string columns = "BIC,IBAN,Betrag,Name1,Verwendungszweck\n";
     const std::string good = "BNPAFRPPXXX,FR1420041010050500013M02606,\"12,50\",Café Ada,Rechnung 17\n";
     write("a.csv", columns + good + "DEUTDEFFXXX,DE89370400440532013000,100,Bo,\n");
-    const auto written = ok("dta write a.csv --header h.csv --out bank --json").json();
-    EXPECT_EQ(written["transfers"], 2);
-    EXPECT_EQ(written["sum"], 112.5);
-    EXPECT_EQ(written["report"], nlohmann::json::parse(R"(["line 2: Name1: left out: é"])"));
+    const std::string dta = "dta write a.csv --header h.csv --out bank";
+    const auto written = json(dta);
+    EXPECT_EQ(nlohmann::json({written["transfers"], written["sum"], written["report"]}),
+              parsed(R"([2, 112.5, ["line 2: Name1: left out: é"]])"));
     EXPECT_EQ(read("bank/DTAZV").size(), 512 + 2 * 768);
 
-    const std::string shown = ok("dta show bank/DTAZV").out;
     for (const char* part :
          {"orderer     BUERO MUELLER, 50667 KOELN\n", "amount      12.500 EUR", "CAF ADA",
           "IBAN        FR1420041010050500013M02606\n", "2 transfers, 112 whole euros: right\n"})
-        EXPECT_NE(shown.find(part), std::string::npos) << part << '\n' << shown;
-    EXPECT_EQ(ok("dta show bank/DTAZV --json").json()["orders"][1]["Name1"], "BO");
+        shows("dta show bank/DTAZV", part);
+    EXPECT_EQ(json("dta show bank/DTAZV")["orders"][1]["Name1"], "BO");
 
     std::string bytes = read("bank/DTAZV");
     bytes[256 + 2 * 768 + 34] = '3';
@@ -77,9 +75,8 @@ TEST_F(Checks, PaymentsAreWrittenAndShown) {
     write("falsch", bytes.substr(1));
     refused("dta show falsch", 1, "bytes are not");
 
-    refused("dta write a.csv --header h.csv --out bank", 1, "--replace");
-    EXPECT_NE(ok("dta write a.csv --header h.csv --out bank --name zwei").out.find("is of today, too"),
-              std::string::npos);
+    refused(dta, 1, "--replace");
+    shows(dta + " --name zwei", "is of today, too");
     for (const auto& [row, tells] :
          {std::pair{"DEUTDEFFXXX,DE89370400440532013000,\"12,05\",Bo,\n", "refused: Betrag: cents below ten"},
           {"DEUTDEFFXXX,DE89370400440532013000,0,Bo,\n", "refused: Betrag: not above 0"},
@@ -92,9 +89,8 @@ TEST_F(Checks, PaymentsAreWrittenAndShown) {
         EXPECT_FALSE(exists("bank/drei"));
     }
     write("h.csv", "BLZ,Kontonummer,Name1\n37040044,123456789012,Büro\n");
-    EXPECT_NE(run("dta write a.csv --header h.csv --out bank --name drei").out.find("more than 10 digits"),
-              std::string::npos);
-    ok("dta write a.csv --header h.csv --out bank --name drei --as-is");
+    EXPECT_NE(run(dta + " --name drei").out.find("more than 10 digits"), std::string::npos);
+    ok(dta + " --name drei --as-is");
     EXPECT_EQ(read("bank/drei").substr(13, 10), "1234567890");
     refused("dta write h.csv --header h.csv --out bank --name vier", 1, "has no column 'BIC'");
 }

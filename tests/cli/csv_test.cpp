@@ -63,8 +63,7 @@ TEST(CsvReader, ARowThatIsNoneLosesOneLine) {
         {"a,\"b\nc,d\n", {"1 !" + unclosed + ": a,\"b", "2 c|d"}},
         {"\"", {"1 !" + unclosed + ": \""}},
         {"\"a\"b,c\r\nd\r\n", {"1 !" + behind + ": \"a\"b,c", "2 d"}},
-        {"\"a\nb\"c\nd\n", {"1 !" + behind + ": \"a", "2 b\"c", "3 d"}},
-    };
+        {"\"a\nb\"c\nd\n", {"1 !" + behind + ": \"a", "2 b\"c", "3 d"}}};
     for (const auto& [bytes, expected] : cases)
         for (const std::size_t portion : {1u, 2u, 1u << 16})
             EXPECT_EQ(rows(bytes, {}, portion), expected) << bytes;
@@ -94,9 +93,7 @@ TEST(CsvReader, BearsAnyBytes) {
 
 // What the writer writes the reader reads.
 TEST(CsvWriter, QuotesWhatItMust) {
-    EXPECT_EQ(csvField("a b", ','), "a b");
-    EXPECT_EQ(csvField("a;b", ','), "a;b");
-    EXPECT_EQ(csvField("a;b", ';'), "\"a;b\"");
+    EXPECT_EQ(csvField("a b", ',') + csvField("a;b", ',') + csvField("a;b", ';'), "a ba;b\"a;b\"");
     std::mt19937 random(3);
     for (int i = 0; i < 1000; ++i) {
         std::string field(random() % 12, '\0');

@@ -10,35 +10,25 @@ using Databases = Tool;
 
 TEST_F(Databases, CreateWritesTheStructureAndTellsIt) {
     makePersons();
-    const auto info = ok("db info P --json").json();
-    EXPECT_EQ(info["records"], 0);
-    EXPECT_EQ(info["max"], 1000);
-    EXPECT_EQ(info["trees"], false);
-    EXPECT_EQ(info["indexes"], nlohmann::json::parse(R"([["NAME"],["ORT","NAME"],["TAG"]])"));
-    const auto fields = ok("db fields P --json").json()["fields"];
-    EXPECT_EQ(fields[2]["type"], "number");
-    EXPECT_EQ(fields[2]["decimals"], 2);
+    auto info = json("db info P");
+    EXPECT_EQ(nlohmann::json({info["records"], info["max"], info["trees"], info["indexes"]}),
+              parsed(R"([0, 1000, false, [["NAME"],["ORT","NAME"],["TAG"]]])"));
+    const auto fields = json("db fields P")["fields"];
+    EXPECT_EQ(nlohmann::json({fields[2]["type"], fields[2]["decimals"]}), parsed(R"(["number", 2])"));
     // The same structure again, from the file of the first.
     ok("db create Q --structure P.DBD/Control.tsd --max 40000");
-    EXPECT_EQ(ok("db fields Q --json").out, ok("db fields P --json").out);
-    EXPECT_EQ(ok("db info Q --json").json()["trees"], true);
+    EXPECT_EQ(json("db fields Q")["fields"], fields);
+    EXPECT_EQ(json("db info Q")["trees"], true);
 }
 
 TEST_F(Databases, CreateRefusesAStructureThatWouldNotWork) {
-    for (const auto& [arguments, tells] : {std::pair{"--field A:foo:3", "no type 'foo'"},
-                                           {"--field A:text", "length is missing"},
-                                           {"--field A:text:0", "length '0'"},
-                                           {"--field A:text:99999", "length '99999'"},
-                                           {"--field A:text:3 --field a:text:3", "already"},
-                                           {"--field A:text:3 --index B", "no field 'B'"},
-                                           {"--field A:text:3 --index A --index A", "another index"},
-                                           {"--field A:memo --index A", "no order"},
-                                           {"--field 7:text:3", "field's number"},
-                                           {"--field 'A\"B:text:3'", "a name has"},
-                                           {"--field Ł:text:3", "--form unicode"}}) {
-        refused(std::string("db create X --max 9 ") + arguments, 1, tells);
-        EXPECT_FALSE(exists("X.DBD")) << arguments;
-    }
+    refusedEach("db create X --max 9 --field ", 1,
+                "A:foo:3 -> no type 'foo' | A:text -> length is missing | A:text:0 -> length '0' | "
+                "A:text:99999 -> length '99999' | A:text:3 --field a:text:3 -> already | "
+                "A:text:3 --index B -> no field 'B' | A:text:3 --index A --index A -> another index | A:memo "
+                "--index A -> no order | 7:text:3 -> field's number | 'A\"B:text:3' -> a name has | Ł:text:3 "
+                "-> --form unicode");
+    EXPECT_FALSE(exists("X.DBD"));
     makePersons();
     refused("db create P --field A:text:3 --max 9", 1, "already");
 }
@@ -50,60 +40,51 @@ TEST_F(Databases, AddedRecordsComeInTheOrderOfEachIndex) {
              {"NAME=Zorn ORT=Bonn TAG=2024-12-31", "NAME=Müller ORT=Ahlen TAG=01.02.2025",
               "NAME=muller ORT=Bonn TAG=2.1.2025", "NAME=Maier-Abt ORT=Ulm", "NAME=Abel ORT=Bonn"})
             ok(std::string("db add P ") + person);
-        const auto dump = ok("db dump P --json").json();
-        EXPECT_EQ(dump["indexes"],
-                  nlohmann::json::parse(R"([{"field":1,"order":[5,4,3,2,1]},{"field":2,"order":[2,5,3,1,4]},
-                                            {"field":4,"order":[4,5,1,3,2]}])"))
+        const auto dump = json("db dump P");
+        EXPECT_EQ(dump["indexes"], parsed(R"([{"field":1,"order":[5,4,3,2,1]},{"field":2,"order":[2,5,3,1,4]},
+                                              {"field":4,"order":[4,5,1,3,2]}])"))
             << more;
         EXPECT_EQ(dump["records"][1]["fields"],
-                  nlohmann::json::parse(R"({"NAME":"Müller","ORT":"Ahlen","BETRAG":"","TAG":"01022025"})"));
-        const auto listed = [&](const std::string& range) {
-            std::string numbers;
-            const auto found = ok("db list P --json --index " + range).json();
-            for (const auto& record : found["records"]) numbers += record["nr"].dump() + " ";
-            return numbers;
-        };
-        EXPECT_EQ(listed("ORT --from Bonn --to Bonn --descending --limit 2"), "1 3 ");
-        EXPECT_EQ(listed("TAG --from 01.01.2025 --to 31.01.2025"), "3 ");
+                  parsed(R"({"NAME":"Müller","ORT":"Ahlen","BETRAG":"","TAG":"01022025"})"));
+        for (const auto& [range, numbers] :
+             {std::pair{"ORT --from Bonn --to Bonn --descending --limit 2", "1 3 "},
+              {"TAG --from 01.01.2025 --to 31.01.2025", "3 "}}) {
+            std::string listed;
+            const auto found = json(std::string("db list P --index ") + range);
+            for (const auto& record : found["records"]) listed += record["nr"].dump() + " ";
+            EXPECT_EQ(listed, numbers);
+        }
         std::filesystem::remove_all(path("P.DBD"));
     }
 }
 
 TEST_F(Databases, GotoTellsPositionAndWhetherItIsTheKey) {
     makePersonsNamed({"Abel", "Berg", "Zorn"});
-    const auto at = [&](const std::string& key) { return ok("db goto P '" + key + "' --json").json(); };
-    EXPECT_EQ(at("Berg")["position"], 2);
-    EXPECT_EQ(at("Berg")["exact"], true);
-    EXPECT_EQ(at("Bau")["position"], 2);
-    EXPECT_EQ(at("Bau")["exact"], false);
-    EXPECT_EQ(at("#3")["record"]["fields"]["NAME"], "Zorn");
-    EXPECT_EQ(at("Zz")["position"], 4);
-    EXPECT_TRUE(at("Zz")["record"].is_null());
+    using Row = std::tuple<const char*, int, bool>;
+    for (const auto& [key, position, exact] :
+         {Row{"Berg", 2, true}, Row{"Bau", 2, false}, Row{"Zz", 4, false}}) {
+        const auto at = json(std::string("db goto P ") + key);
+        EXPECT_TRUE(at["position"] == position && at["exact"] == exact &&
+                    at["record"].is_null() == (position == 4))
+            << at;
+    }
+    EXPECT_EQ(json("db goto P '#3'")["record"]["fields"]["NAME"], "Zorn");
 }
 
 TEST_F(Databases, ValuesThatDoNotFitAreRefusedWithAReason) {
     makePersons();
     ok("db add P NAME=Abel BETRAG=1.234,50");
-    const std::string before = ok("db dump P --json").out;
-    for (const auto& [value, tells] :
-         {std::pair{"NAME=123456789012345678901", "21 characters, the field has 20"},
-          {"NAME=Łódź", "'Ł' is not in code page 1252"},
-          {"NAME=😀", "'😀' is not in code page 1252"},
-          {"BETRAG=zwölf", "is no number"},
-          {"BETRAG=1.23.45", "is no number"},
-          {"BETRAG=1,234", "more decimals"},
-          {"BETRAG=12345678901", "11 characters"},
-          {"TAG=30.02.2024", "is no date"},
-          {"TAG=2024-13-01", "is no date"},
-          {"TAG=morgen", "is no date"},
-          {"FOO=1", "no field 'FOO'"},
-          {"NAME=a' 'name=b", "given twice"},
-          {"NAME", "not of the form"}}) {
-        refused(std::string("db set P 1 '") + value + "'", 1, tells);
-        refused(std::string("db add P '") + value + "'", 1, tells);
-    }
-    EXPECT_EQ(ok("db dump P --json").out, before);
-    EXPECT_EQ(ok("db get P 1 --json").json()["fields"]["BETRAG"], "1234.50");
+    const auto before = json("db dump P");
+    for (const char* command : {"db set P 1 ", "db add P "})
+        refusedEach(command, 1,
+                    "NAME=123456789012345678901 -> 21 characters, the field has 20 | NAME=Łódź -> 'Ł' is not "
+                    "in code page 1252 | NAME=😀 -> '😀' is not in code page 1252 | BETRAG=zwölf -> is no "
+                    "number | BETRAG=1.23.45 -> is no number | "
+                    "BETRAG=1,234 -> more decimals | BETRAG=12345678901 -> 11 characters | TAG=30.02.2024 -> "
+                    "is no date | TAG=2024-13-01 -> is no date | TAG=morgen -> is no date | FOO=1 -> no "
+                    "field 'FOO' | NAME=a name=b -> given twice | NAME -> not of the form");
+    EXPECT_EQ(json("db dump P"), before);
+    EXPECT_EQ(json("db get P 1")["fields"]["BETRAG"], "1234.50");
 }
 
 // A structure whose head is a plain count has its texts and records in code page 850.
@@ -114,24 +95,28 @@ TEST_F(Databases, ADosDatabaseIsReadAndKeptInItsCodePage) {
     write("D.DBD/Control.tsd", made.substr(4));
     ok("db add D NAME=Müller");
     EXPECT_EQ(read("D.DBD/Data.tsd"), " M\x81ller  ");
-    EXPECT_EQ(ok("db info D --json").json()["form"], "dos");
-    EXPECT_EQ(ok("db get D 1 --json").json()["fields"]["NAME"], "Müller");
+    EXPECT_EQ(json("db info D")["form"], "dos");
+    EXPECT_EQ(json("db get D 1")["fields"]["NAME"], "Müller");
     refused("db set D 1 NAME=a€b", 1, "'€' is not in code page 850");
     EXPECT_EQ(read("D.DBD/Data.tsd"), " M\x81ller  ");
-    EXPECT_EQ(ok("db check D").out, "sound\n");
+    prints("db check D", "sound\n");
 }
 
 TEST_F(Databases, DeletedRecordsStayButDoNotShow) {
     makePersonsNamed({"Abel", "Berg"});
+    const auto numbers = [&](const char* arguments) {
+        std::string found;
+        const auto answer = json(arguments);
+        for (const auto& record : answer["records"]) found += record["nr"].dump() + " ";
+        return found;
+    };
     ok("db delete P 1");
-    EXPECT_EQ(ok("db list P --json").json()["records"].size(), 1u);
-    EXPECT_EQ(ok("db find P abel --json").json()["records"].size(), 0u);
-    EXPECT_EQ(ok("db list P --json --deleted").json()["records"][0]["deleted"], true);
+    EXPECT_EQ(numbers("db list P") + "," + numbers("db find P abel"), "2 ,");
+    EXPECT_EQ(json("db list P --deleted")["records"][0]["deleted"], true);
     refused("db set P 1 NAME=A", 1, "undelete");
     refused("db set P 9 NAME=A", 1, "it has 1 to 2");
     ok("db undelete P 1 2");
-    EXPECT_EQ(ok("db find P ABE --json").json()["records"][0]["nr"], 1);
-    EXPECT_EQ(ok("db find P e --json").json()["records"].size(), 2u);
+    EXPECT_EQ(numbers("db find P ABE") + "," + numbers("db find P e"), "1 ,1 2 ");
 }
 
 // One user holds a record; another one can neither change nor lock it, and may go on with the others.
@@ -144,7 +129,7 @@ TEST_F(Databases, ALockKeepsOtherUsersOut) {
     std::string said;
     ASSERT_TRUE(std::getline(held, said) && said == "locked") << said;
     ok("db set P 2 NAME=Aal ort=Kiel");
-    EXPECT_EQ(ok("db dump P --json").json()["indexes"][0]["order"], nlohmann::json({2, 1}));
+    EXPECT_EQ(json("db dump P")["indexes"][0]["order"], nlohmann::json({2, 1}));
     ok("db get P 1");
     refused("db delete P 1", 1, "locked by another user");
     refused("db sort P", 1, "somebody else has it open");
@@ -174,32 +159,25 @@ TEST_F(Databases, WholeFilesAreMadeAnew) {
     makePersonsNamed({"Abel", "Berg", "Cohn"});
     ok("db delete P 2");
     refused("db pack Fehlt", 1, "no database");
-    EXPECT_EQ(ok("db pack P --memos").out, "packed: 1 deleted records gone, 2 kept\n");
-    EXPECT_EQ(ok("db get P 2 --json").json()["fields"]["NAME"], "Cohn");
+    prints("db pack P --memos", "packed: 1 deleted records gone, 2 kept\n");
+    EXPECT_EQ(json("db get P 2")["fields"]["NAME"], "Cohn");
     ok("db index drop P TAG");
     ok("db index add P BETRAG NAME");
-    refused("db index add P NAME", 1, "");
-    refused("db index drop P TAG", 1, "no index begins with");
-    EXPECT_EQ(ok("db info P --json").json()["indexes"][2], nlohmann::json::parse(R"(["BETRAG","NAME"])"));
-    EXPECT_EQ(ok("db rebuild P").out, "rebuilt: 2 records\n");
-    refused("db zap P", 1, "--yes");
-    EXPECT_EQ(ok("db zap P --yes").out, "emptied: 2 records gone\n");
+    refusedEach("db ", 1, "index add P NAME ->  | index drop P TAG -> no index begins with | zap P -> --yes");
+    EXPECT_EQ(json("db info P")["indexes"][2], parsed(R"(["BETRAG","NAME"])"));
+    prints("db rebuild P", "rebuilt: 2 records\n");
+    prints("db zap P --yes", "emptied: 2 records gone\n");
     ok("db add P NAME=Neu");
-    EXPECT_EQ(ok("db check P").out, "sound\n");
+    prints("db check P", "sound\n");
 }
 
 TEST_F(Databases, WrongUsageIsStatusTwo) {
     makePersons();
-    for (const auto& [arguments, tells] : {std::pair{"", "subcommand is required"},
-                                           {"db nope", "'nope'"},
-                                           {"db list", "DB is required"},
-                                           {"db get P x", "NR = x"},
-                                           {"db list P --limit 0", "1 or more"},
-                                           {"db create X --field A:text:3", "--max"},
-                                           {"db create X --max 3", "--field"},
-                                           {"db import P f --encoding klingon", "--encoding"},
-                                           {"completion tcsh", "tcsh"}})
-        refused(arguments, 2, tells);
+    refusedEach(
+        "", 2,
+        "-> subcommand is required | db nope -> 'nope' | db list -> DB is required | db get P x -> NR = x | "
+        "db list P --limit 0 -> 1 or more | db create X --field A:text:3 -> --max | db create X --max 3 -> "
+        "--field | db import P f --encoding klingon -> --encoding | completion tcsh -> tcsh");
     EXPECT_EQ(ok("db list --help").err, "");
     refused("db list Nirgends", 1, "no database 'Nirgends'");
 }
@@ -212,10 +190,9 @@ TEST_F(Databases, CompletionKnowsCommandsAndOptions) {
                                   "; _tsrtm; echo ${COMPREPLY[@]}' >'" + path("reply") + "'";
         return std::system(shell.c_str()) == 0 ? read("reply") : "";
     };
-    EXPECT_EQ(completed("tsrtm co", 1), "completion\n");
-    EXPECT_EQ(completed("tsrtm db un", 2), "undelete\n");
-    EXPECT_EQ(completed("tsrtm db list P --desc", 4), "--descending\n");
-    EXPECT_EQ(completed("tsrtm banks import --rep", 3), "--replace\n");
+    EXPECT_EQ(completed("tsrtm co", 1) + completed("tsrtm db un", 2), "completion\nundelete\n");
+    EXPECT_EQ(completed("tsrtm db list P --desc", 4) + completed("tsrtm banks import --rep", 3),
+              "--descending\n--replace\n");
 }
 
 }  // namespace

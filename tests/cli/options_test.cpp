@@ -1,5 +1,6 @@
 // Settings by the command line.
 #include "tests/cli/Tool.hpp"
+#include "tests/support/Table.hpp"
 
 namespace tsRtm::test {
 namespace {
@@ -22,44 +23,39 @@ class Options : public Tool {
 };
 
 TEST_F(Options, AreStoredWhereTheLibraryReadsThem) {
-    struct {
-        const char* command;
-        platform::HKeys hive;
-        TextView key, name, text;
-    } const cases[] = {
-        {"NetWait 10", kUser, u"", u"NetWait", u"10"},
-        {"debug on", kUser, u"", u"Debug", u"-1"},
-        {"Schriftart 'Liberation Sans'", kUser, u"", u"EditFontName", u"Liberation Sans"},
-        {"Schriftart Größe --app Kanzlei", kUser, u"\\Kanzlei", u"EditFontName", u"Größe"},
-        {"ShowEndeDialog false --app Kanzlei", kUser, u"\\Kanzlei", u"EndDialog", u"0"},
-        {"ENDDIALOG Wahr --app Kanzlei", kUser, u"\\Kanzlei", u"EndDialog", u"-1"},
-        {"Toolbar -1 --app ''", kUser, u"", u"ToolBar", u"-1"},
-        {"ToolbarSize 032 --app Kanzlei", kUser, u"\\Kanzlei", u"ToolBarSize", u"32"},
-        {"UpdateStrategy 3", kUser, u"\\Internet", u"Update", u"3"},
-        {"UpdateStrategy 2 --app Kanzlei", kUser, u"\\Internet", u"Update", u"2"},
-        {"RunTimeDir /srv/p/", kMachine, u"", u"RunTimeDir", u"/srv/p/"},
-        {"Version 3.01 --app Kanzlei --machine", kMachine, u"\\Kanzlei", u"Version", u"3.01"},
-        {"PrintAdrSchuldner FALSCH --app Kanzlei", kUser, u"\\Kanzlei", u"PrintAdrSchuldner", u"0"},
-        {"Frei '' --machine", kMachine, u"", u"Frei", TextView(u"\0", 1)},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(ok(std::string("options set ") + c.command).out, "");
-        EXPECT_EQ(stored(c.hive, c.key, c.name), c.text) << c.command;
+    for (const auto& [command, key, name, text] :
+         table<4>(u"NetWait 10==NetWait=10;debug on==Debug=-1;Schriftart 'Liberation "
+                  u"Sans'==EditFontName=Liberation Sans;Schriftart Größe --app "
+                  u"Kanzlei=\\Kanzlei=EditFontName=Größe;"
+                  u"ShowEndeDialog false --app Kanzlei=\\Kanzlei=EndDialog=0;ENDDIALOG Wahr --app "
+                  u"Kanzlei=\\Kanzlei=EndDialog=-1;Toolbar -1 --app ''==ToolBar=-1;ToolbarSize 032 --app "
+                  u"Kanzlei=\\Kanzlei=ToolBarSize=32;"
+                  u"UpdateStrategy 3=\\Internet=Update=3;UpdateStrategy 2 --app "
+                  u"Kanzlei=\\Internet=Update=2;RunTimeDir /srv/p/=M=RunTimeDir=/srv/p/;Version 3.01 --app "
+                  u"Kanzlei --machine=M\\Kanzlei=Version=3.01;"
+                  u"PrintAdrSchuldner FALSCH --app Kanzlei=\\Kanzlei=PrintAdrSchuldner=0;Frei '' "
+                  u"--machine=M=Frei=empty",
+                  u";")) {
+        const bool machine = key.starts_with(u'M');
+        prints("options set " + toUtf8(command), "");
+        EXPECT_EQ(stored(machine ? kMachine : kUser, TextView(key).substr(machine ? 1 : 0), name),
+                  text == u"empty" ? Text(1, u'\0') : text)
+            << toUtf8(command);
     }
-    EXPECT_EQ(ok("options get NetWait").out, "10\n");
-    EXPECT_EQ(ok("options get Animate").out, "true\n") << "a default";
-    EXPECT_EQ(ok("options get Schriftart --app Andere").out, "Liberation Sans\n");
-    EXPECT_EQ(ok("options get Version --app Kanzlei --machine").out, "3.01\n");
-    EXPECT_EQ(option("--app Kanzlei", "ShowEndeDialog"),
-              nlohmann::json::parse(R"({"option":"ShowEndeDialog","value":true,"type":"flag",
-                  "from":"application","stored":"-1","name":"EndDialog",
-                  "key":"Software\\Tessarol\\Kanzlei","hive":"user"})"));
+    prints("options get NetWait", "10\n");
+    prints("options get Animate", "true\n");  // a default
+    prints("options get Schriftart --app Andere", "Liberation Sans\n");
+    prints("options get Version --app Kanzlei --machine", "3.01\n");
+    EXPECT_EQ(
+        option("--app Kanzlei", "ShowEndeDialog"),
+        parsed(R"({"option":"ShowEndeDialog","value":true,"type":"flag","from":"application","stored":"-1",
+                  "name":"EndDialog","key":"Software\\Tessarol\\Kanzlei","hive":"user"})"));
     EXPECT_EQ(option("--app Andere", "Schriftart")["from"], "all applications");
     EXPECT_EQ(option("--app Andere", "ToolbarSize")["stored"], nullptr);
     EXPECT_EQ(option("--app Kanzlei", "PrintAdrSchuldner")["value"], "0");
     EXPECT_EQ(option("--machine", "RunTimeDir")["from"], "machine");
     EXPECT_EQ(option("--machine", "NetWait"), nullptr);
-    EXPECT_NE(ok("options list").out.find("--app 'Kanzlei'"), std::string::npos);
+    shows("options list", "--app 'Kanzlei'");
 }
 
 TEST_F(Options, AreDeletedSoThatTheDefaultHoldsAgain) {
@@ -76,22 +72,15 @@ TEST_F(Options, AreDeletedSoThatTheDefaultHoldsAgain) {
 }
 
 TEST_F(Options, WrongOnesAreRefusedAndChangeNothing) {
-    for (const auto& [command, status, tells] : {std::tuple{"set NetWait 0", 1, "from 1 to 999"},
-                                                 {"set NetWait zehn", 1, "is a number"},
-                                                 {"set ToolbarSize 20 --app K", 1, "steps of 8"},
-                                                 {"set ExpressBarWidth 10000 --app K", 1, "1000 to 9999"},
-                                                 {"set Toolbar vielleicht --app K", 1, "true or false"},
-                                                 {"set Toolbar true", 1, "--app ID"},
-                                                 {"set Toolbar true --machine --app K", 1, "--machine"},
-                                                 {"set '' x", 1, "has a name"},
-                                                 {"get Unbekannt", 1, "no value 'Unbekannt'"},
-                                                 {"delete --all", 1, "--app ID"},
-                                                 {"delete --all --app '\\'", 1, "--app ID"},
-                                                 {"delete X --all --app K", 1, "not both"},
-                                                 {"delete", 2, "NAME or --all"},
-                                                 {"set NetWait", 2, "VALUE"},
-                                                 {"list --foo", 2, "--foo"}})
-        refused(std::string("options ") + command, status, tells);
+    refusedEach(
+        "options ", 1,
+        "set NetWait 0 -> from 1 to 999 | set NetWait zehn -> is a number | set ToolbarSize 20 --app K -> "
+        "steps of 8 | set ExpressBarWidth 10000 --app K -> 1000 to 9999 | "
+        "set Toolbar vielleicht --app K -> true or false | set Toolbar true -> --app ID | set Toolbar true "
+        "--machine --app K -> --machine | set '' x -> has a name | get Unbekannt -> no value 'Unbekannt' | "
+        "delete --all -> --app ID | delete --all --app '\\' -> --app ID | delete X --all --app K -> not "
+        "both");
+    refusedEach("options ", 2, "delete -> NAME or --all | set NetWait -> VALUE | list --foo -> --foo");
     EXPECT_EQ(ok("options list --app K").out.find("application"), std::string::npos);
 }
 

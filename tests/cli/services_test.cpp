@@ -1,5 +1,6 @@
 // tsrtm hash and tsrtm date.
 #include "tests/cli/Tool.hpp"
+#include "tests/support/Table.hpp"
 
 namespace tsRtm::test {
 namespace {
@@ -21,23 +22,20 @@ TEST_F(Services, HashesFilesAsTheSumToolsWriteThem) {
 }
 
 TEST_F(Services, HashesTextsInTheirForms) {
-    for (const auto& [options, hash] :
-         {std::pair{"abc --algorithm md5", "900150983cd24fb0d6963f7d28e17f72"},
-          {"abc --algorithm md5 --form base64", "kAFQmDzST7DWlj99KOF/cg=="},
-          {"abc --algorithm md5 --form short", "kAFQmDzST7DWlj99KOF/cg"},
-          {"ä --algorithm md5 --encoding 1252", "c15bcc5577f9fade4b4a3256190a59b0"},
-          {"ä --algorithm md5", "8419b71c87a225a2c70b50486fbee545"}})
-        EXPECT_EQ(ok(std::string("hash --text ") + options).out, std::string(hash) + "\n");
+    for (const auto& [options, hash] : {std::pair{"abc", "900150983cd24fb0d6963f7d28e17f72\n"},
+                                        {"abc --form base64", "kAFQmDzST7DWlj99KOF/cg==\n"},
+                                        {"abc --form short", "kAFQmDzST7DWlj99KOF/cg\n"},
+                                        {"ä --encoding 1252", "c15bcc5577f9fade4b4a3256190a59b0\n"},
+                                        {"ä", "8419b71c87a225a2c70b50486fbee545\n"}})
+        prints(std::string("hash --algorithm md5 --text ") + options, hash);
 }
 
 TEST_F(Services, HashRefusesWhatItCannotRead) {
-    refused("hash fehlt", 1, "no such file");
-    refused("hash .", 1, "folder");
-    refused("hash --text Łódź --encoding 1252", 1, "1252 lacks");
-    refused("hash", 2, "hash --help");
-    refused("hash --text a eins", 2, "hash --help");
-    refused("hash eins --algorithm crc", 2, "crc");
-    refused("hash eins --encoding 850", 2, "--text");
+    refusedEach("hash ", 1,
+                "fehlt -> no such file | . -> folder | --text Łódź --encoding 1252 -> 1252 lacks");
+    refusedEach("hash ", 2,
+                "-> hash --help | --text a eins -> hash --help | eins --algorithm crc -> crc | eins "
+                "--encoding 850 -> --text");
 }
 
 TEST_F(Services, ADateInAllItsForms) {
@@ -48,56 +46,38 @@ TEST_F(Services, ADateInAllItsForms) {
     for (const char* expression : {"31.12.2024", "31.12.24", "2024-12-31", "31122024", "311224", "20241231",
                                    "J2460676", "j2460676", "1.1.2025 -1d", "01.01.2025-1"})
         EXPECT_EQ(ok(std::string("date --json ") + expression).json(), forms) << expression;
-    const std::string text = ok("date 20241231").out;
     for (const char* shown : {"31.12.2024\n", "Dienstag\n", "J2460676\n", "728640 (30/360)\n"})
-        EXPECT_NE(text.find(shown), std::string::npos) << shown;
+        shows("date 20241231", shown);
     EXPECT_EQ(ok("date").out, ok("date heute").out);
     EXPECT_EQ(ok("date -3d").out, ok("date heute - 3 tage").out);
 }
 
 TEST_F(Services, DatesAreReckonedWith) {
-    for (const auto& [expression, iso] : {std::pair{"31.01.2024 +1m", "2024-02-29"},
-                                          {"31.01.2024 + 1 Monat + 1 tag", "2024-03-01"},
-                                          {"29.02.2024 +1y", "2025-02-28"},
-                                          {"29.02.2024 -4j", "2020-02-29"},
-                                          {"30.12.2023 -30d", "2023-11-30"},
-                                          {"2024-12-31-30d", "2024-12-01"},
-                                          {"01.01.2024 +2w", "2024-01-15"},
-                                          {"30.01.2024 +30b", "2024-02-29"},
-                                          {"31.01.2024 +360 banktage", "2025-01-30"},
-                                          {"4.10.1582 +1", "1582-10-15"},
-                                          {"20121112", "2012-11-12"},
-                                          {"12131112", "1213-11-12"},
-                                          {"2.1.0101 -1d", "0101-01-01"}}) {
-        EXPECT_EQ(ok(std::string("date --json ") + expression).json()["iso"], iso) << expression;
-    }
-    const auto span = ok("date 31.01.2024 .. 2024-12-31 --json").json();
-    EXPECT_EQ(span["days"], 335);
-    EXPECT_EQ(span["bankDays"], 330);
-    EXPECT_EQ(ok("date 31.12.2024 bis 31.01.2024 +1w").out,
-              "from             31.12.2024 Dienstag\nto               07.02.2024 Mittwoch\n"
-              "days             -328\nbank days        -323 (30/360)\n");
+    for (const auto& [expression, iso] : table<2>(
+             u"31.01.2024 +1m=2024-02-29;31.01.2024 + 1 Monat + 1 tag=2024-03-01;29.02.2024 "
+             u"+1y=2025-02-28;29.02.2024 -4j=2020-02-29;30.12.2023 -30d=2023-11-30;2024-12-31-30d=2024-12-01;"
+             u"01.01.2024 +2w=2024-01-15;30.01.2024 +30b=2024-02-29;31.01.2024 +360 "
+             u"banktage=2025-01-30;4.10.1582 +1=1582-10-15;20121112=2012-11-12;12131112=1213-11-12;2.1.0101 "
+             u"-1d=0101-01-01",
+             u";"))
+        EXPECT_EQ(json("date " + toUtf8(expression))["iso"], toUtf8(iso)) << toUtf8(expression);
+    const auto span = json("date 31.01.2024 .. 2024-12-31");
+    EXPECT_TRUE(span["days"] == 335 && span["bankDays"] == 330) << span;
+    prints("date 31.12.2024 bis 31.01.2024 +1w",
+           "from             31.12.2024 Dienstag\nto               07.02.2024 Mittwoch\n"
+           "days             -328\nbank days        -323 (30/360)\n");
 }
 
 TEST_F(Services, DatesThatAreNoneAreRefusedWithAReason) {
-    for (const auto& [expression, tells] : {std::pair{"31.02.2024", "there is no 31.2.2024"},
-                                            {"2023-02-29", "there is no 29.2.2023"},
-                                            {"32132024", "there is no"},
-                                            {"10.10.1582", "never was"},
-                                            {"10.09.1582 +1m", "never was"},
-                                            {"11121112", "two ways"},
-                                            {"01.01.0050", "101 to 9999"},
-                                            {"31.12.9999 +1d", "101 to 9999"},
-                                            {"J1", "101 to 9999"},
-                                            {"01.01.2024 +9999999y", "101 to 9999"},
-                                            {"01.01.2024 -9999999b", "101 to 9999"},
-                                            {"morgen", "begins with no date"},
-                                            {"1.1.2024 +2x", "'x' is no unit"},
-                                            {"1.1.2024 +", "a number is missing"},
-                                            {"1.2.2024-1.1.2024", "between two dates write .."},
-                                            {"1.1.2024 2.1.2024", "between two dates write .."},
-                                            {"1.1.2024 ..", "a date is missing"}})
-        refused(std::string("date ") + expression, 1, tells);
+    refusedEach("date ", 1,
+                "31.02.2024 -> there is no 31.2.2024 | 2023-02-29 -> there is no 29.2.2023 | 32132024 -> "
+                "there is no | 10.10.1582 -> never was | 10.09.1582 +1m -> never was | 11121112 -> two ways "
+                "| 01.01.0050 -> 101 to 9999 | "
+                "31.12.9999 +1d -> 101 to 9999 | J1 -> 101 to 9999 | 01.01.2024 +9999999y -> 101 to 9999 | "
+                "01.01.2024 -9999999b -> 101 to 9999 | morgen -> begins with no date | 1.1.2024 +2x -> 'x' "
+                "is no unit | 1.1.2024 + -> a number is missing | "
+                "1.2.2024-1.1.2024 -> between two dates write .. | 1.1.2024 2.1.2024 -> between two dates "
+                "write .. | 1.1.2024 .. -> a date is missing");
     refused("date --wrong", 2, "date --help");
 }
 
@@ -109,9 +89,8 @@ TEST_F(Services, DatesAreReckonedAlikeInEveryLocale) {
                 .replace(start("").find("LC_ALL=C"), 8, "LC_ALL=" + std::string(locale));
         ASSERT_EQ(std::system((command + " >'" + path("out") + "'").c_str()), 0);
         const auto forms = nlohmann::json::parse(read("out"));
-        EXPECT_EQ(forms["local"], local);
-        EXPECT_EQ(forms["sort"], "20241231");
-        EXPECT_EQ(forms["dayNumber"], 2460676);
+        EXPECT_TRUE(forms["local"] == local && forms["sort"] == "20241231" && forms["dayNumber"] == 2460676)
+            << forms;
     }
 }
 

@@ -49,15 +49,15 @@ TEST_F(Tab, EachFormIsMadeChangedAndRead) {
 
 TEST_F(Tab, ReadingShowsOneCellOrAll) {
     write("T", "a\r\n1\r\n2.5\r\nb\r\n3\r\n4\r\nrest\r\n");
-    EXPECT_EQ(ok("tab get T --types TLD 2").out, "b\n3\n4,00\n");
-    EXPECT_EQ(ok("tab get T --types TLD 1 3").out, "2,50\n");
-    EXPECT_EQ(ok("tab get T --types TLD 1 2 --json").json(), 1);
+    prints("tab get T --types TLD 2", "b\n3\n4,00\n");
+    prints("tab get T --types TLD 1 3", "2,50\n");
+    EXPECT_EQ(json("tab get T --types TLD 1 2"), 1);
     const auto table = ok("tab list T --types TLD --limit 1");
     EXPECT_EQ(table.out, "  Nr  1  2     3\n   1  a  1  2,50\n");
     EXPECT_NE(table.err.find("belong to no row"), std::string::npos);
-    EXPECT_EQ(ok("tab list T --json").json()["count"], 7);
+    EXPECT_EQ(json("tab list T")["count"], 7);
     write("G", "1e300\r\n");
-    EXPECT_EQ(ok("tab get G --types D 1 1 --json").json(), 1e300);
+    EXPECT_EQ(json("tab get G --types D 1 1"), 1e300);
 }
 
 TEST_F(Tab, WhatTheFileCannotHoldIsRefusedAndNothingChanges) {
@@ -67,57 +67,38 @@ TEST_F(Tab, WhatTheFileCannotHoldIsRefusedAndNothingChanges) {
     write("V", rows);
     write("torn", table + "c\r\n");
     write("damaged", "0#\r\n");
-    for (const auto& [arguments, tells] : {
-             std::pair{"list Nirgends", "no such file"},
-             {"list .", "is a folder"},
-             {"list damaged --rows", "sind ab Satz 1 nicht im richtigen Format"},
-             {"add damaged --rows x", "sind ab Satz 1 nicht im richtigen Format"},
-             {"get T 5", "no entry 5 in 'T': it has 1 to 4"},
-             {"get T --columns 2 1 3", "no column 3: entry 1 has 1 to 2"},
-             {"set T --types TL 3 x", "no entry 3"},
-             {"set T --types TL 1 x --column 3", "no column 3"},
-             {"set T --types TL 1 zwei --column 2", "no whole number"},
-             {"set T --types TL 1 2147483648 --column 2", "no whole number"},
-             {"add T --types TD x 1.2.3", "is no number"},
-             {"add T --columns 2 a b c", "3 values, but there are 2 columns"},
-             {"add T a b", "an entry of a list is one value"},
-             {"add T --columns 2 'a\nb'", "line break"},
-             {"add T --columns 2 '\x1A'", "end-of-file mark"},
-             {"add T --columns 2 Łódź", "'Ł' is not in code page 1252"},
-             {"add neu --encrypted 😀", "'😀' is not in code page 1252"},
-             {"add T --shortcuts 'zu lang' x", "is no key"},
-             {"add V --rows 'a`b'", "grave accent"},
-             {"add V --rows x --before 1", "at the end only"},
-             {"delete T --columns 2 1 3", "no entry 3"},
-             {"delete torn --columns 2 1", "belong to no row"},
-             {"list T --columns 1 --types TT", "2 letters for 1 columns"},
-         })
-        refused(std::string("tab ") + arguments, 1, tells);
-    EXPECT_EQ(read("T"), table);
-    EXPECT_EQ(read("V"), rows);
-    EXPECT_EQ(read("torn"), table + "c\r\n");
-    EXPECT_EQ(read("damaged"), "0#\r\n");
+    refusedEach(
+        "tab ", 1,
+        "list Nirgends -> no such file | list . -> is a folder | list damaged --rows -> sind ab Satz 1 nicht "
+        "im richtigen Format | add damaged --rows x -> sind ab Satz 1 nicht im richtigen Format | "
+        "get T 5 -> no entry 5 in 'T': it has 1 to 4 | get T --columns 2 1 3 -> no column 3: entry 1 has 1 "
+        "to 2 | set T --types TL 3 x -> no entry 3 | set T --types TL 1 x --column 3 -> no column 3 | "
+        "set T --types TL 1 zwei --column 2 -> no whole number | set T --types TL 1 2147483648 --column 2 -> "
+        "no whole number | add T --types TD x 1.2.3 -> is no number | "
+        "add T --columns 2 a b c -> 3 values, but there are 2 columns | add T a b -> an entry of a list is "
+        "one value | add T --columns 2 'a\nb' -> line break | add T --columns 2 '\x1A' -> end-of-file mark | "
+        "add T --columns 2 Łódź -> 'Ł' is not in code page 1252 | add neu --encrypted 😀 -> '😀' is not in "
+        "code page 1252 | add T --shortcuts 'zu lang' x -> is no key | add V --rows 'a`b' -> grave accent | "
+        "add V --rows x --before 1 -> at the end only | delete T --columns 2 1 3 -> no entry 3 | delete torn "
+        "--columns 2 1 -> belong to no row | list T --columns 1 --types TT -> 2 letters for 1 columns");
+    EXPECT_EQ(read("T") + read("V") + read("torn") + read("damaged"), table + rows + table + "c\r\n0#\r\n");
     EXPECT_FALSE(exists("neu"));
 }
 
 TEST_F(Tab, ExpandTriesTheShortcuts) {
     ok("tab add Tabelle.iom --shortcuts mfg 'Mit freundlichen Grüßen'");
-    EXPECT_EQ(ok("tab expand mfg --folder .").out, "Mit freundlichen Grüßen\n");
-    EXPECT_EQ(ok("tab expand '#D' --folder . --json").json()["replaced"], true);
-    EXPECT_EQ(ok("tab expand '#X' --folder . --json").json()["text"], "#X");
+    prints("tab expand mfg --folder .", "Mit freundlichen Grüßen\n");
+    EXPECT_EQ(json("tab expand '#D' --folder .")["replaced"], true);
+    EXPECT_EQ(json("tab expand '#X' --folder .")["text"], "#X");
     refused("tab expand MFG --folder .", 1, "is no shortcut");
 }
 
 TEST_F(Tab, WrongUsageIsStatusTwo) {
-    for (const auto& [arguments, tells] : {std::pair{"tab", "subcommand"},
-                                           {"tab list", "FILE is required"},
-                                           {"tab list F --types XY", "letters L, D and T"},
-                                           {"tab list F --columns 0", "range"},
-                                           {"tab list F --rows --columns 2", "--columns"},
-                                           {"tab get F x", "NR = x"},
-                                           {"tab add F", "VALUE"}})
-        refused(arguments, 2, tells);
-    EXPECT_NE(ok("tab --help").out.find("tsrtm tab add"), std::string::npos);
+    refusedEach(
+        "tab ", 2,
+        "-> subcommand | list -> FILE is required | list F --types XY -> letters L, D and T | list F "
+        "--columns 0 -> range | list F --rows --columns 2 -> --columns | get F x -> NR = x | add F -> VALUE");
+    shows("tab --help", "tsrtm tab add");
 }
 
 }  // namespace

@@ -7,23 +7,20 @@ namespace {
 using Texts = Tool;
 
 TEST_F(Texts, MessagesByNumberAndLanguage) {
-    for (const auto& [arguments, out] : std::initializer_list<std::pair<const char*, const char*>>{
-             {"msg 1", "Fehler\n"},
-             {"msg 76 3 9", "Seite 3/9\n"},
-             {"msg 29 1 2", "Bitte Zahl zwischen 1 und 2 eingeben:\n"},
-             {"msg 101 --language en", "Monday\n"},
-             {"msg 1 --captions --language fr", "&Annuler\n"},
-             {"msg 113 --json", "{\"number\":113,\"text\":\"März\"}\n"},
-         })
+    using Row = std::pair<const char*, const char*>;
+    for (const auto& [arguments, out] :
+         {Row{"msg 1", "Fehler\n"}, Row{"msg 76 3 9", "Seite 3/9\n"},
+          Row{"msg 29 1 2", "Bitte Zahl zwischen 1 und 2 eingeben:\n"},
+          Row{"msg 101 --language en", "Monday\n"}, Row{"msg 1 --captions --language fr", "&Annuler\n"},
+          Row{"msg 113 --json", "{\"number\":113,\"text\":\"März\"}\n"}})
         EXPECT_EQ(ok(arguments).out, out) << arguments;
-    const auto all = ok("msg --json").json()["messages"];
+    const auto all = json("msg")["messages"];
     EXPECT_EQ(all.size(), 136u);
     EXPECT_EQ(all[0]["text"], "Fehler");
     EXPECT_EQ(ok("msg --captions --json --language nl").json()["messages"].size(), 45u);
     EXPECT_TRUE(ok("msg").out.starts_with(" Nr  Text\n  1  Fehler\n"));
 
-    refused("msg 71", 1, "no message 71");
-    refused("msg 1 --language en", 1, "no message 1 in this language");
+    refusedEach("msg ", 1, "71 -> no message 71 | 1 --language en -> no message 1 in this language");
     refused("msg 1 --language xx", 2, "--language");
 }
 
@@ -43,10 +40,10 @@ TEST_F(Texts, RtfToTextAndBack) {
     EXPECT_EQ(ok("rtf d.txt --encoding 850").out, "äß");
     EXPECT_EQ(ok("rtf m.txt").out, read("m.txt").substr(3)) << "no RTF: as it is";
 
-    refused("rtf fehlt.rtf", 1, "cannot read 'fehlt.rtf'");
-    refused("rtf d.txt --encoding utf8", 1, "it is not in utf8");
+    refusedEach("rtf ", 1,
+                "fehlt.rtf -> cannot read 'fehlt.rtf' | d.txt --encoding utf8 -> it is not in utf8 | a.rtf "
+                "no/such/folder -> cannot write");
     refused("rtf a.rtf --no-header", 2, "--to-rtf");
-    refused("rtf a.rtf no/such/folder", 1, "cannot write");
 }
 
 }  // namespace
