@@ -10,7 +10,7 @@ namespace {
 constexpr TextView kFolder = u"/daten/Akten";
 constexpr int32 kLong = 5000;  // a record in more than one page
 
-enum Field : int32 { fKEY = 1, fDAY = 2, fOURS = 3, fTEXT = 4, fTHEIRS = 5 };
+enum Field : int32 { fKEY = 1, fDAY = 2, fOURS = 3, fTEXT = 4, fTHEIRS = 5, fLAST = 6 };
 // One of ours, one of theirs, one that both change; nobody changes the fourth.
 enum : int32 { kOurs = 1, kTheirs = 2, kBoth = 3, kFixed = 4, kRecords = 5 };
 
@@ -47,7 +47,8 @@ class Interleaved : public testing::TestWithParam<Case> {
                                       {u"DAY", tsDate, 8},
                                       {u"OURS", tsAlphanumerisch, 8},
                                       {u"TEXT", tsAlphanumerisch, GetParam().text},
-                                      {u"THEIRS", tsAlphanumerisch, 8}});
+                                      {u"THEIRS", tsAlphanumerisch, 8},
+                                      {u"LAST", tsAlphanumerisch, 8}});
         ASSERT_TRUE(rtm.DBCreateExt(DBAnsi, kFolder, {}, fields, GetParam().max, u"  1  0  0  2  0  0"));
         const auto db = rtm.OpenTSDB(kFolder);
         for (int32 n = 1; n <= kRecords; ++n) {
@@ -188,6 +189,14 @@ TEST_P(Interleaved, WritersLoseNothing) {
             SCOPED_TRACE(testing::Message() << "writing " << i << " beside " << k);
             sweep(ours[i], theirs[k], false);
         }
+}
+
+// Who writes all fields without the lock, between two looks of one who changes fields on both sides of his.
+TEST_P(Interleaved, AnUpdateIsNotLaidOverByAStore) {
+    before_ = disk.snapshot();
+    const Work ours = [this](clsTSDB& db) { store(db, kBoth, {{fOURS, u"stored"}, {fLAST, u"stored"}}); };
+    sweep(
+        ours, [this](clsTSDB& db) { whole(db, kBoth, fTHEIRS, u"whole"); }, false);
 }
 
 // The mark of a dead update stands, and somebody comes to heal it while a reader, who may not, looks past it.

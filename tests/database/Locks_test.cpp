@@ -245,6 +245,33 @@ TEST_F(MemoryDatabase, SerialNumbersComeOnce) {
     c.reset();  // the last one goes back
     ASSERT_TRUE(a->Update());
     EXPECT_EQ(two->Add()->Fields(2), u"0003");
+    // A record without a number does not take one that waits for its record.
+    ASSERT_TRUE(one->Append());
+    const auto d = one->Add();
+    EXPECT_EQ(d->Fields(2), u"0003");
+    for (const auto& db : {one, two}) EXPECT_EQ(db->Record(3)->Fields(2), u"0003");
+    EXPECT_EQ(two->GetField(3, 2), u"") << "shown, not stored";
+    ASSERT_TRUE(d->Update());
+    EXPECT_EQ(two->Record(3)->Fields(2), u"0003");
+    EXPECT_TRUE(consistent(*two));
+}
+
+// In a handler within an update, another object of the program that came by another name of the folder.
+TEST_F(MemoryDatabase, AProgramKnowsItsOwnUpdateUnderAnyName) {
+    const auto db = make(kBig);
+    addFive(*db);
+    const auto other = rtm.OpenTSDB(u"\\daten\\Adressen");
+    ASSERT_TRUE(other);
+    other->SetIndex(1);
+    int32 error = 0;
+    const auto asks = db->IndexChange.connect([&](int32) {
+        const auto before = seconds();
+        other->Gehezu(u"Cohn");
+        error = other->Error();
+        EXPECT_LT(seconds() - before, 1);
+    });
+    EXPECT_EQ(change(*db, 2, fNAME, u"Anders"), 0);
+    EXPECT_EQ(error, 70);
 }
 
 }  // namespace

@@ -210,6 +210,7 @@ int32 clsTSDB::storeNew(clsTSRecord& record) {
         e.fail(out.error);
         return record.Satznummer();
     }
+    if (e.d.serial && record.serial_ != 0) e.d.serial.settled(record.serial_);
     if (!e.keineEreignisse) RecordChange(out.record);
     recordChanged(out.record);
     if (!record.Locked()) {

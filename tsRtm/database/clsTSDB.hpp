@@ -293,7 +293,7 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     std::shared_ptr<clsTSRecord> standOn(int32 record);
     void enter(clsTSRecord& record);
     void leave(clsTSRecord& record) noexcept;
-    void giveUpSerial(int32 value) noexcept;
+    void giveUpSerial(int32 value, bool storeTried) noexcept;
     bool storeSerial(int32 record, TextView number);
 
     // An operation in which events may run: what a handler closes is closed when it is over, and its waits

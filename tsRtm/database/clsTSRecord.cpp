@@ -34,7 +34,7 @@ clsTSRecord::~clsTSRecord() {
     if (!database) return;
     database->leave(*this);
     if (number_ > 0 && lockIsOurs_) database->engine_->d.locks.unlockRecord(number_);
-    if (number_ < 1 && serial_ != 0 && !storeTried_) database->giveUpSerial(serial_);
+    if (number_ < 1 && serial_ != 0) database->giveUpSerial(serial_, storeTried_);
     database->engine_->giveBack(std::move(felder_));
 }
 
@@ -185,9 +185,13 @@ void clsTSDB::leave(clsTSRecord& record) noexcept {
     live_.pop_back();
 }
 
-void clsTSDB::giveUpSerial(int32 value) noexcept {
+void clsTSDB::giveUpSerial(int32 value, bool storeTried) noexcept {
+    if (!engine_->d.serial) return;
     try {
-        if (engine_->d.serial) engine_->d.serial.giveUp(value);
+        if (storeTried)
+            engine_->d.serial.settled(value);
+        else
+            engine_->d.serial.giveUp(value);
     } catch (const Failure&) {  // the number stays used
     }
 }
@@ -204,7 +208,7 @@ bool clsTSDB::storeSerial(int32 record, TextView number) {
     if (!hold) return false;
     try {
         d.refreshCount();
-        if (!trim(GetField(record, field)).empty()) return false;
+        if (!trim(GetField(record, field)).empty() || d.serial.pending(record)) return false;
         const SearchKey key = d.indexes.keys(index).search(number);
         if (d.indexes.open(index).locate(key).exact) return false;
         RecordBuffer content(d.layout);

@@ -7,6 +7,9 @@ namespace tsRtm {
 namespace {
 
 constexpr int64 kLockPosition = 1;
+constexpr platform::ByteRange pendingLock(int32 value) noexcept {
+    return {(uint64{1} << 40) + static_cast<uint32>(value), 1};
+}
 
 }  // namespace
 
@@ -55,6 +58,8 @@ int32 SerialNumber::next(int32 greatest) {
         const int64 value = int64{last()} + 1;
         if (value < 1 || value > greatest) return 0;
         store(static_cast<int32>(value));
+        // Nobody else can hold it; without it the number is a number like any other.
+        static_cast<void>(bytes_.file().tryLock(pendingLock(static_cast<int32>(value))));
         return static_cast<int32>(value);
     });
 }
@@ -66,7 +71,18 @@ void SerialNumber::atLeast(int32 value) {
     });
 }
 
+void SerialNumber::settled(int32 value) noexcept {
+    static_cast<void>(bytes_.file().unlock(pendingLock(value)));
+}
+
+bool SerialNumber::pending(int32 value) {
+    if (platform::failed(bytes_.file().tryLock(pendingLock(value)))) return true;
+    settled(value);
+    return false;
+}
+
 void SerialNumber::giveUp(int32 value) {
+    settled(value);
     locked([&] {
         if (last() == value) store(value - 1);
         return 0;

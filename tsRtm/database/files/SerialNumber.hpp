@@ -1,5 +1,6 @@
 #pragma once
-// Autowert.tsd: the last serial number given out, one little-endian int32 at offset 0. Byte 1 is its lock.
+// Autowert.tsd: the last serial number given out, one little-endian int32 at offset 0. Byte 1 is its lock; a
+// byte far behind the end, one for each number, is locked while that number waits for its record.
 #include <functional>
 
 #include "tsRtm/database/files/BlockFile.hpp"
@@ -18,8 +19,13 @@ class SerialNumber {
     // Makes the counter of a file that has none, from the greatest number there is. Two that come at once ask
     // one after the other.
     void initialise(const std::function<int32()>& greatest);
-    // The next number, stored while it is between 1 and `greatest`; else 0, and the counter stays.
+    // The next number, stored while it is between 1 and `greatest`; else 0, and the counter stays. Others see
+    // it as pending until it is settled or given up, or the opening ends.
     int32 next(int32 greatest);
+    // A record has the number now, or never will.
+    void settled(int32 value) noexcept;
+    // Whether somebody, or this opening, has drawn the number for a record that is not stored yet.
+    bool pending(int32 value);
     // The counter stands on this number or above from now on.
     void atLeast(int32 value);
     // Takes a number back when no other was given out since.

@@ -8,10 +8,24 @@
 
 namespace tsRtm {
 
-bool UpdateMarks::underWayHere(const DatabaseFolder& folder) {
-    const auto& names = rtmMain::state().updatesUnderWay;
-    return std::any_of(names.begin(), names.end(),
-                       [&](const Text* name) { return upper(*name) == upper(folder.name); });
+namespace {
+
+// One file has many names: a lock of the one opening shows to the other.
+bool sameFile(const CountFile& writer, const CountFile& asker) {
+    if (&writer == &asker) return true;
+    if (!writer || !asker || platform::failed(writer.file().tryLock(platform::lockRanges::kProbe)))
+        return false;
+    const auto held = asker.file().isLocked(platform::lockRanges::kProbe);
+    static_cast<void>(writer.file().unlock(platform::lockRanges::kProbe));
+    return held && *held;
+}
+
+}  // namespace
+
+bool UpdateMarks::underWayHere(const CountFile& count) {
+    const auto& writers = rtmMain::state().updatesUnderWay;
+    return std::any_of(writers.begin(), writers.end(),
+                       [&](const CountFile* writer) { return sameFile(*writer, count); });
 }
 
 bool UpdateMarks::leftBehind() { return !underWay_ && count_ && areSet(count_, changes_); }
@@ -30,7 +44,7 @@ void UpdateMarks::begin() {
     if (changes_) changes_.begin();
     count_.mark();
     underWay_ = true;
-    rtmMain::state().updatesUnderWay.push_back(&folder_.name);
+    rtmMain::state().updatesUnderWay.push_back(&count_);
     guard_.announced();
 }
 
@@ -59,7 +73,7 @@ void UpdateMarks::written() {
 void UpdateMarks::giveUp() noexcept {
     if (!underWay_) return;
     underWay_ = false;
-    std::erase(rtmMain::state().updatesUnderWay, &folder_.name);
+    std::erase(rtmMain::state().updatesUnderWay, &count_);
 }
 
 }  // namespace tsRtm

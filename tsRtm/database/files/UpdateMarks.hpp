@@ -11,14 +11,15 @@ namespace tsRtm {
 // use). Knows the files by reference. Failures raise as raiseFileFailure tells.
 class UpdateMarks {
  public:
-    UpdateMarks(const DatabaseFolder& folder, CountFile& count, ChangeCount& changes, ShareGuard& guard)
-        : folder_(folder), count_(count), changes_(changes), guard_(guard) {}
+    UpdateMarks(CountFile& count, ChangeCount& changes, ShareGuard& guard)
+        : count_(count), changes_(changes), guard_(guard) {}
     ~UpdateMarks() { giveUp(); }
     UpdateMarks(const UpdateMarks&) = delete;
     UpdateMarks& operator=(const UpdateMarks&) = delete;
 
-    // Whether this program is in the middle of an update of the database, by whichever object.
-    static bool underWayHere(const DatabaseFolder& folder);
+    // Whether this program is in the middle of an update of the database, by whichever object and under
+    // whatever name of the folder.
+    static bool underWayHere(const CountFile& count);
     // Either of the marks is set.
     static bool areSet(CountFile& count, ChangeCount& changes) {
         return count.marked() || (changes && !ChangeCount::isQuiet(changes.value()));
@@ -45,7 +46,6 @@ class UpdateMarks {
     // Raises 70 where the lock was lost on the way.
     void written();
 
-    const DatabaseFolder& folder_;
     CountFile& count_;
     ChangeCount& changes_;
     ShareGuard& guard_;

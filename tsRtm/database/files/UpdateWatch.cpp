@@ -45,7 +45,7 @@ bool UpdateWatch::waits(Patience& patience) {
         return false;
     }
     // It is below us on the stack: waiting would have no end.
-    if (!quiet && UpdateMarks::underWayHere(folder_)) raiseBusy();
+    if (!quiet && UpdateMarks::underWayHere(count_)) raiseBusy();
     const int32 attempt = patience.attempts++;
     if (attempt == 0) patience.start = clock.elapsed();
     if (attempt % kAskForOwner == kAskForOwner - 1 && !quiet && !locks_.databaseHeldByOther() &&

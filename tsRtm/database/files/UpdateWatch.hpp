@@ -85,7 +85,7 @@ class UpdateWatch {
     // Nobody else can write; but an update that died may have left what could not be healed as yet.
     template <class Work>
     auto settled(Work work) {
-        if (UpdateMarks::areSet(count_, changes_) && !UpdateMarks::underWayHere(folder_)) healOrGiveUp();
+        if (UpdateMarks::areSet(count_, changes_) && !UpdateMarks::underWayHere(count_)) healOrGiveUp();
         return work(number());
     }
 

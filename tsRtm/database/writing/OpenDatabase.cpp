@@ -50,7 +50,7 @@ void OpenDatabase::refreshWhenDue() {
 
 void OpenDatabase::read(int32 record, uint32 offset, std::span<char> into) {
     // A handler within an update of this program sees the records as they are.
-    if (!store.tears(record, offset, offset + into.size()) || UpdateMarks::underWayHere(folder))
+    if (!store.tears(record, offset, offset + into.size()) || UpdateMarks::underWayHere(count))
         return store.readPart(record, offset, into);
     const auto copied = [&] {
         store.readPart(record, offset, into);

@@ -36,7 +36,7 @@ struct OpenDatabase {
     SerialNumber serial;
     ShareGuard guard{folder, count, changes};
     DatabaseLocks locks{folder, count, guard};
-    UpdateMarks marks{folder, count, changes, guard};
+    UpdateMarks marks{count, changes, guard};
     UpdateWatch watch{count, changes, locks, folder, guard};
     WorkSign sign{folder, count, locks};
     ReorganisationLock reorganisation{folder, count, opened.count, locks};

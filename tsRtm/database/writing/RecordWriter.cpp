@@ -1,6 +1,7 @@
 #include "tsRtm/database/writing/RecordWriter.hpp"
 
 #include <algorithm>
+#include <atomic>
 #include <numeric>
 #include <tuple>
 
@@ -175,20 +176,29 @@ WriteOutcome RecordWriter::change(int32 record, const WriteOrder& order) {
     return alone(&order.content, [&] {
         if (!d_.store.reaches(record)) return refused(DatabaseError::badRecord);
         const bool tears = d_.store.tears(record, 0, d_.layout.bytes());
-        if (!order.locked && order.sides.empty() && !tears && !d_.layout.namesPlaces() && !d_.remote()) {
-            d_.store.read(record, stored_);
-            content_->compose(stored_, order.extent, image_);
-            const auto [from, to] = difference(image_, stored_);
-            if (from == to) return WriteOutcome{DatabaseError::none, record, 0};
-            if (!touchesKeys(from, to)) {
-                // Somebody may be moving the record to another key at this moment: the keys stay his.
-                d_.store.writePart(record, static_cast<uint32>(from),
-                                   BytesView(image_).substr(from, to - from));
-                return WriteOutcome{DatabaseError::none, record, 0};
-            }
-        }
+        if (!order.locked && order.sides.empty() && !tears && !d_.layout.namesPlaces() && !d_.remote())
+            if (const auto out = changeWithoutLock(record, order)) return *out;
         return underLock([&] { return changeUnderLock(record, order); });
     });
+}
+
+// Who holds the lock may lay what he has read over ours. He makes the number odd before he reads; one who
+// stands below us on the stack reads once more when we are gone.
+std::optional<WriteOutcome> RecordWriter::changeWithoutLock(int32 record, const WriteOrder& order) {
+    const bool watches = d_.folder.shared && d_.changes && !UpdateMarks::underWayHere(d_.count);
+    const uint64 number = watches ? d_.changes.value() : 0;
+    if (!ChangeCount::isQuiet(number)) return std::nullopt;
+    const WriteOutcome done{DatabaseError::none, record, 0};
+    d_.store.read(record, stored_);
+    content_->compose(stored_, order.extent, image_);
+    const auto [from, to] = difference(image_, stored_);
+    if (from == to) return done;
+    // Somebody may be moving the record to another key at this moment: the keys stay his.
+    if (touchesKeys(from, to)) return std::nullopt;
+    d_.store.writePart(record, static_cast<uint32>(from), BytesView(image_).substr(from, to - from));
+    std::atomic_thread_fence(std::memory_order_seq_cst);
+    if (watches && d_.changes.value() != number) return std::nullopt;
+    return done;
 }
 
 WriteOutcome RecordWriter::changeUnderLock(int32 record, const WriteOrder& order) {
@@ -253,9 +263,26 @@ void RecordWriter::keepOthersColumns(int32 record) {
     stored_.swap(now_);
 }
 
-// What differs from the stored record, in one write. Whoever dies in it leaves the old record, or the new
-// one, or marks by which it is completed.
+// What differs from the stored record. Who writes without the lock learns by the number that he came
+// between.
 void RecordWriter::put(int32 record) {
+    if (!d_.folder.shared || !d_.changes || d_.marks.underWay() || d_.remote()) return putNow(record);
+    const auto [from, to] = difference(image_, stored_);
+    if (from == to) return;
+    const uint64 before = d_.changes.value();
+    d_.changes.begin();
+    try {
+        putNow(record);
+    } catch (const Failure&) {
+        d_.changes.end();
+        throw;
+    }
+    d_.changes.end();
+    if (!touchesKeys(from, to)) d_.indexes.holds(before, d_.changes.value());
+}
+
+// In one write. Whoever dies in it leaves the old record, or the new one, or marks by which it is completed.
+void RecordWriter::putNow(int32 record) {
     keepOthersColumns(record);
     auto [from, to] = difference(image_, stored_);
     if (from == to) return;

@@ -74,6 +74,8 @@ class RecordWriter {
     WriteOutcome underLock(Work work);
     // Prepares side writes, and undoes or finishes them.
     class Sides;
+    // Nothing where it has to be done under the lock, or done again.
+    std::optional<WriteOutcome> changeWithoutLock(int32 record, const WriteOrder& order);
     WriteOutcome changeUnderLock(int32 record, const WriteOrder& order);
     WriteOutcome addUnderLock(const WriteOrder& order);
     // The record in place, or moved in all indexes whose keys differ.
@@ -84,6 +86,8 @@ class RecordWriter {
     void endUpdate(uint64 number, int32 records);
     void aim(int32 record, const std::vector<SearchKey>& keys);
     void put(int32 record);
+    // The same from the second look at the record on.
+    void putNow(int32 record);
     void keepOthersColumns(int32 record);
     void moved(int32 index, int32 position, const WriteOrder& order, WriteOutcome& out);
     // Brings indexes and records together again after a failed write.

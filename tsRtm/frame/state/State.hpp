@@ -10,6 +10,10 @@
 #include "tsRtm/types/Text.hpp"
 #include "tsRtm/types/Variant.hpp"
 
+namespace tsRtm {
+class CountFile;
+}
+
 namespace tsRtm::rtmMain {
 
 // What the user's locale says; read anew on a change of the system's settings.
@@ -58,8 +62,8 @@ struct State {
     bool stoppedEnabled = false;
     bool stopping = false;  // WMStop has run: waits end
     bool lockWait = false;  // a wait for a lock is under way: timers stay away
-    // Folders of the databases whose indexes this program is in the middle of changing.
-    std::vector<const Text*> updatesUnderWay;
+    // Of the databases whose indexes this program is in the middle of changing.
+    std::vector<const CountFile*> updatesUnderWay;
     std::shared_ptr<Object> messageLine;
     std::shared_ptr<Object> shortcuts;  // the input shortcuts, kept by their topic
     Text appProgID;
