@@ -145,7 +145,8 @@ class Workloads {
 Workloads::Workloads(Options options)
     : o_(std::move(options)), label_(o_.engine.empty() ? "sqlite-icu" : o_.engine) {
     const bool writesShared = o_.workload == "insert_single" || o_.workload == "update_key" ||
-                              o_.workload == "multiuser" || o_.workload == "beside";
+                              o_.workload == "multiuser" || o_.workload == "durable" ||
+                              o_.workload == "beside";
     if (writesShared && o_.journal != "delete") label_ += "-" + o_.journal;
     if (o_.mmapMb > 0) label_ += "-mmap";
 }
@@ -158,7 +159,8 @@ Database Workloads::open(Use use) {
     demand(::sqlite3_create_collation(opened, "German", SQLITE_UTF8, german(), compareGerman), opened,
            "collation");
     ::sqlite3_busy_timeout(opened, kWaitMilliseconds);
-    execute(db, "PRAGMA synchronous=OFF; PRAGMA temp_store=MEMORY");
+    execute(db, o_.workload == "durable" ? "PRAGMA synchronous=FULL" : "PRAGMA synchronous=OFF");
+    execute(db, "PRAGMA temp_store=MEMORY");
     if (use == Use::alone)
         execute(db,
                 "PRAGMA locking_mode=EXCLUSIVE; PRAGMA journal_mode=OFF; PRAGMA threads=2; PRAGMA "
@@ -390,12 +392,14 @@ bool Workloads::run() {
         {"reindex", [&] { reindex(); }},
         {"beside", [&] { besideWriter(); }},
         {"multiuser", [&] { multiuser(); }},
+        {"durable", [&] { multiuser(); }},
         {"size", [&] { emit("size", folderMiB(o_.dir), "MiB"); }},
     };
     const auto workload = known.find(o_.workload);
     if (workload == known.end()) return false;
     workload->second();
-    if (o_.workload != "size" && o_.workload != "multiuser" && o_.workload != "beside")
+    if (o_.workload != "size" && o_.workload != "multiuser" && o_.workload != "durable" &&
+        o_.workload != "beside")
         emit("rss:" + o_.workload, peakMemoryMiB(), "MiB");
     return true;
 }

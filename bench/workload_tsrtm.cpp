@@ -345,6 +345,7 @@ void Workloads::multiuser() {
     Gate gate(static_cast<int>(o_.procs));
     if (gate.child() != 0) {
         auto db = open(Use::shared);
+        db->Dauerhaft(o_.workload == "durable");
         Random random(seedMulti + static_cast<std::uint64_t>(gate.child()) * 77777);
         const auto rows = static_cast<std::uint32_t>(o_.hot != 0 ? o_.hot : o_.n);
         gate.waitForStart();
@@ -371,12 +372,14 @@ bool Workloads::run() {
         {"beside", [&] { besideWriter(); }},
         {"heal", [&] { heal(); }},
         {"multiuser", [&] { multiuser(); }},
+        {"durable", [&] { multiuser(); }},
         {"size", [&] { emit("size", folderMiB(o_.dir), "MiB"); }},
     };
     const auto workload = known.find(o_.workload);
     if (workload == known.end()) return false;
     workload->second();
-    if (o_.workload != "size" && o_.workload != "multiuser" && o_.workload != "beside")
+    if (o_.workload != "size" && o_.workload != "multiuser" && o_.workload != "durable" &&
+        o_.workload != "beside")
         emit("rss:" + o_.workload, peakMemoryMiB(), "MiB");
     return true;
 }

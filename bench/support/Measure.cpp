@@ -57,7 +57,7 @@ double Latencies::within(double share) {
 }
 
 std::string multiuserName(const Options& options) {
-    std::string out = "multiuser" + std::to_string(options.procs);
+    std::string out = options.workload + std::to_string(options.procs);
     if (options.per != Options{}.per) out += "_per" + std::to_string(options.per);
     if (options.hot != 0) out += "_hot" + std::to_string(options.hot);
     return out;

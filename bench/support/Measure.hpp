@@ -21,7 +21,7 @@ struct Options {
 
 // Ends the program with status 2 on an unknown option.
 Options readOptions(int argc, char** argv);
-// "multiuser4", with "_per20000" and "_hot10" where these differ from the usual.
+// "multiuser4" or "durable4", with "_per20000" and "_hot10" where these differ from the usual.
 std::string multiuserName(const Options& options);
 
 class Stopwatch {
