@@ -153,7 +153,11 @@ bool BulkLoader::finish() {
         return false;
     }
     const auto error = sortIndexes(d, -1, {});
-    return failed(error) ? engine_.fail(error) : true;
+    if (failed(error)) return engine_.fail(error);
+    bool flushed = true;
+    const auto toDevice = [&](platform::File& file) { flushed = !platform::failed(file.flush()) && flushed; };
+    if (d.durable()) d.guard.eachFile(toDevice);
+    return flushed || engine_.fail(57);
 }
 
 }  // namespace tsRtm

@@ -128,6 +128,9 @@ void DatabasesTopic::CloseRTMDBs() noexcept {
         if (const auto database = weak.lock()) database->Schliesse();
 }
 
+bool DatabasesTopic::Dauerhaft() const { return rtmMain::state().durable; }
+void DatabasesTopic::Dauerhaft(bool value) { rtmMain::state().durable = value; }
+
 void DatabasesTopic::DB_Lock(int32 FileNummer, int32 Satz, int32 Warten, bool DB) {
     lockWithWait(files_.messages(), files_.file(FileNummer), {Satz, Warten, DB});
 }

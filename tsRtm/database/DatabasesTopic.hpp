@@ -34,6 +34,10 @@ class DatabasesTopic {
     std::shared_ptr<clsTSDB> OpenTSDB(TextView DBName, bool ReadOnly = false, bool SingleUse = false);
     // Closes every database opened here that still lives. No failure leaves it.
     void CloseRTMDBs() noexcept;
+    // Whether databases that are opened from now on acknowledge only what is on the device; else, as at
+    // first, the system decides when it comes there.
+    bool Dauerhaft() const;
+    void Dauerhaft(bool value);
     // Locks one byte of a file, at a position from 1, with the rules for waiting; 0 or 70 goes to the last
     // failure number.
     void DB_Lock(int32 FileNummer, int32 Satz, int32 Warten, bool DB = true);

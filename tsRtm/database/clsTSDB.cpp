@@ -13,6 +13,7 @@
 #include "tsRtm/frame/clsStreamReader.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/frame/runtime/DebugLog.hpp"
+#include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/platform/LockProbe.hpp"
 
 namespace tsRtm {
@@ -65,6 +66,7 @@ int32 clsTSDB::Oeffne(TextView Pfad, bool ReadOnly, bool SingleUse) {
     if (!upper(Pfad).ends_with(kExtension)) folder.name += kExtension;
     folder.readOnly = ReadOnly;
     folder.shared = !SingleUse;
+    folder.durable = rtmMain::state().durable;
     e.fehler = 0;
     befunde_.clear();
     const Working working(*this);
@@ -155,6 +157,18 @@ bool clsTSDB::openFiles() {
     return true;
 }
 
+namespace {
+
+// Before anything else is mended: what was acknowledged is there again.
+void replayLog(OpenDatabase& d) {
+    d.indexes.completeRecord();
+    if (const int32 mended = d.log.replay(d.store.bytes()); mended > 0)
+        rtmMain::DebugLog(d.folder.name + u": " + toText(mended) + u" Sektoren wiederhergestellt");
+    d.refreshCount();
+}
+
+}  // namespace
+
 // What a death left is mended before anybody reads. Who holds the database lock is at work, and does it
 // himself.
 void clsTSDB::settle() {
@@ -173,17 +187,22 @@ void clsTSDB::settle() {
         const bool unclean = d.sign.leftUncleanly();
         if (unclean) {
             rtmMain::DebugLog(d.folder.name + u" wurde nicht ordentlich geschlossen");
+            replayLog(d);
             // First of all, since numbers are given out without this lock.
             if (d.serial) d.serial.atLeast(greatestSerial());
-            for (const auto& line : checkMemos(d, Mend::yes)) rtmMain::DebugLog(line);
+        } else if (FilesTopic::Exist(d.folder.path(UpdateLog::kFileName)) && d.sign.alone()) {
+            d.log.forget();
         }
         if (d.marks.leftBehind())
             d.indexes.healLeftBehind();
         else if (unclean)
             settleIndexes(d);
-        if (unclean) befunde_ = checkChains(d.chains, ChainMending::cut);
+        if (!unclean || d.marks.leftBehind()) return;
+        // Behind the healing, which completes a record with the pointers that it was to have.
+        for (const auto& line : checkMemos(d, Mend::yes)) rtmMain::DebugLog(line);
+        befunde_ = checkChains(d.chains, ChainMending::cut);
         for (const auto& line : befunde_) rtmMain::DebugLog(line);
-        if (unclean && !d.marks.leftBehind()) d.sign.settled();
+        d.sign.settled();
     } catch (const Failure& failure) {
         recordFailure(failure);
     }
@@ -270,6 +289,8 @@ bool clsTSDB::IsShared() const { return engine_->d.folder.shared; }
 bool clsTSDB::IsBig() const { return engine_->d.indexes.big(); }
 bool clsTSDB::Sensible() const { return engine_->d.folder.sensible; }
 void clsTSDB::Sensible(bool value) { engine_->d.folder.sensible = value; }
+bool clsTSDB::Dauerhaft() const { return engine_->d.folder.durable; }
+void clsTSDB::Dauerhaft(bool value) { engine_->d.folder.durable = value; }
 int32 clsTSDB::Error() { return std::exchange(engine_->fehler, 0); }
 
 int32 clsTSDB::AnzahlDSaetze() {

@@ -77,6 +77,10 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     bool IsBig() const;
     bool Sensible() const;
     void Sensible(bool value);
+    // Whether a write of this object is on the device when it returns, so that a cut of the power takes
+    // nothing that was acknowledged. At an opening as DatabasesTopic::Dauerhaft says.
+    bool Dauerhaft() const;
+    void Dauerhaft(bool value);
     // The last error number; reading clears it.
     int32 Error();
 

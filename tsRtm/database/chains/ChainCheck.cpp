@@ -96,8 +96,10 @@ class FieldCheck {
         format_.ends(ends, columns);
         const bool tears = parts.records.tears(record, field.offset, field.offset + field.bytes);
         if (tears) {
+            Bytes before(columns.size(), ' ');
+            parts.records.readPart(record, field.offset, before);
             parts.marks.begin();
-            parts.marks.keep(record, field.offset, columns);
+            parts.marks.keep(record, field.offset, columns, before);
         }
         parts.records.writePart(record, field.offset, columns);
         if (tears)

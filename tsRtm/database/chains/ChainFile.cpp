@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <limits>
 
+#include "tsRtm/database/files/SectorMending.hpp"
+
 namespace tsRtm {
 namespace {
 
@@ -51,9 +53,10 @@ void ChainFile::writePointer(int32 row, uint32 offset, int32 to) {
     sizeChanged();
 }
 
-bool ChainFile::tears(int32 row, uint32 offset) const noexcept {
+bool ChainFile::tears(int32 row, uint32 offset, bool durable) const noexcept {
     const uint64 begin = format_.offsetOf(row) + offset;
-    return begin / kSmallestPage != (begin + format_.pointerBytes() - 1) / kSmallestPage;
+    const uint64 piece = durable ? kSectorBytes : kSmallestPage;
+    return begin / piece != (begin + format_.pointerBytes() - 1) / piece;
 }
 
 ChainHead ChainFile::head() const {

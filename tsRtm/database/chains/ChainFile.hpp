@@ -30,8 +30,9 @@ class ChainFile {
     // Whole rows, one behind the other in `bytes`; those that are neighbours in one write.
     void write(std::span<const int32> numbers, BytesView bytes);
     void writePointer(int32 row, uint32 offset, int32 to);
-    // Whether that pointer lies in two pages of the system, so that a death may leave half of it.
-    bool tears(int32 row, uint32 offset) const noexcept;
+    // Whether that pointer lies in two pages of the system, so that a death may leave half of it; or in two
+    // sectors, for a cut of the power.
+    bool tears(int32 row, uint32 offset, bool durable) const noexcept;
     // The beginning of row 1, and with it all of the row where the file is shorter.
     ChainHead head() const;
     void head(ChainHead head);

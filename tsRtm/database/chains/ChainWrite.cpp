@@ -23,6 +23,12 @@ void ChainWrite::prepare(BytesView /*stored*/, std::span<char> image) {
     change(Bytes(columns.begin(), columns.end()), columns);
 }
 
+void ChainWrite::flush() {
+    if (taken_.rows.empty()) return;
+    auto& file = store_.file().file();
+    if (const auto error = file.flush(); platform::failed(error)) raiseFileFailure(error, file.name());
+}
+
 void ChainWrite::finish() noexcept {
     try {
         auto& file = store_.file();
@@ -94,9 +100,12 @@ void ChainWrite::replace(const ChainContent& old, Bytes rows, std::span<char> co
 
 bool ChainWrite::addBehind(int32 last, Bytes& rows, BytesView stay, std::span<char> columns) {
     const ChainFormat& format = store_.format();
-    if (store_.file().tears(last, format.nextOffset())) return false;
+    const bool durable = store_.parts().folder.durable;
+    if (store_.file().tears(last, format.nextOffset(), durable)) return false;
     settleBlocks(store_.rows(), store_.memos, stay, {}, rows);
     writeNew(rows, last, 0);
+    // The rows before what shows them.
+    if (durable) flush();
     Bytes room;
     const int32 before = format.next(store_.file().row(last, room));
     shown_ = {last, format.nextOffset(), before};

@@ -19,6 +19,7 @@ class ChainWrite : public SideWrite {
 
     // Raises 61 where not all rows are to be had, 70 where the file or its lock is not.
     void prepare(BytesView stored, std::span<char> image) final;
+    void flush() final;
     void finish() noexcept final;
     void undo() noexcept final;
 

@@ -16,7 +16,7 @@ struct KeptHead {
     int32 record = 0;
     uint32 offset = 0;
     uint32 length = 0;
-    uint32 reserved = 0;
+    uint32 before = 0;
     uint64 sum = 0;
 };
 static_assert(sizeof(KeptHead) == 32);
@@ -31,7 +31,7 @@ uint64 sumOf(const KeptHead& head, BytesView bytes) noexcept {
     };
     add(head.number);
     add(uint64{head.offset} << 32 | static_cast<uint32>(head.record));
-    add(head.length);
+    add(uint64{head.before} << 32 | head.length);
     while (!bytes.empty()) {
         uint64 word = 0;
         const std::size_t count = std::min(bytes.size(), sizeof word);
@@ -104,11 +104,19 @@ void ChangeCount::end() {
     if (const uint64 now = value(); !isQuiet(now)) store(now + 1);
 }
 
-void ChangeCount::keep(int32 record, uint32 offset, BytesView bytes) {
-    KeptHead head{value(), record, offset, static_cast<uint32>(bytes.size()), 0, 0};
-    head.sum = sumOf(head, bytes);
+bool ChangeCount::Kept::completes(BytesView there) const noexcept {
+    for (std::size_t i = 0; i < before.size(); ++i)
+        if (i >= there.size() || (there[i] != before[i] && there[i] != bytes[i])) return false;
+    return true;
+}
+
+void ChangeCount::keep(int32 record, uint32 offset, BytesView bytes, BytesView before) {
+    KeptHead head{
+        value(), record, offset, static_cast<uint32>(bytes.size()), static_cast<uint32>(before.size()), 0};
+    const Bytes both = Bytes(bytes).append(before);
+    head.sum = sumOf(head, both);
     Bytes entry(reinterpret_cast<const char*>(&head), sizeof head);
-    bytes_.store(kKeptOffset, entry.append(bytes));
+    bytes_.store(kKeptOffset, entry.append(both));
     std::atomic_thread_fence(std::memory_order_seq_cst);
 }
 
@@ -118,9 +126,11 @@ ChangeCount::Kept ChangeCount::kept() {
     bytes_.refreshSize();
     const bool there = bytes_.read(kKeptOffset, {reinterpret_cast<char*>(&head), sizeof head}) == sizeof head;
     if (!there || isQuiet(now) || head.number != now || head.length > kLongest) return {};
-    Kept out{head.record, head.offset, Bytes(head.length, '\0')};
-    const bool whole = bytes_.read(kKeptOffset + sizeof head, out.bytes) == out.bytes.size();
-    return whole && head.sum == sumOf(head, out.bytes) ? out : Kept();
+    if (head.before != 0 && head.before != head.length) return {};
+    Bytes both(std::size_t{head.length} + head.before, '\0');
+    const bool whole = bytes_.read(kKeptOffset + sizeof head, both) == both.size();
+    if (!whole || head.sum != sumOf(head, both)) return {};
+    return {head.record, head.offset, both.substr(0, head.length), both.substr(head.length)};
 }
 
 }  // namespace tsRtm

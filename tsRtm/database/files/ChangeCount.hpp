@@ -8,9 +8,9 @@
 //   16      4     that record, from 1
 //   20      4     offset of these bytes in the record
 //   24      4     how many they are
-//   28      4     0
+//   28      4     how many are told that were there before: as many, or none for a new record
 //   32      8     sum of the former five and the bytes behind
-//   40            the bytes
+//   40            the bytes, then those before
 //
 // Who is killed in a write may leave the first pages of it written and the others not: while his number
 // stands, the record is completed from here.
@@ -57,9 +57,13 @@ class ChangeCount {
         int32 record = 0;  // 0 for none
         uint32 offset = 0;
         Bytes bytes;
+        Bytes before;  // as many, or none for a new record
+
+        // Whether these bytes of the record can be what its write left: each as it was or as it was to be.
+        bool completes(BytesView there) const noexcept;
     };
     // Within an update, before they are written.
-    void keep(int32 record, uint32 offset, BytesView bytes);
+    void keep(int32 record, uint32 offset, BytesView bytes, BytesView before);
     // Those of the update that died.
     Kept kept();
 

@@ -22,6 +22,7 @@ struct DatabaseFolder {
     bool filesWritable = true;
     bool shared = true;
     bool sensible = false;  // what is deleted is overwritten first
+    bool durable = false;   // a write is on the device when it is acknowledged
 
     MessagesTopic& messages() const { return files.messages(); }
     int32 modus() const noexcept { return filesWritable ? kModusReadWrite : kModusReadOnly; }

@@ -30,8 +30,8 @@ bool UpdateMarks::underWayHere(const CountFile& count) {
 
 bool UpdateMarks::leftBehind() { return !underWay_ && count_ && areSet(count_, changes_); }
 
-void UpdateMarks::keep(int32 record, uint32 offset, BytesView bytes) {
-    if (underWay_ && changes_) changes_.keep(record, offset, bytes);
+void UpdateMarks::keep(int32 record, uint32 offset, BytesView bytes, BytesView before) {
+    if (underWay_ && changes_) changes_.keep(record, offset, bytes, before);
 }
 
 ChangeCount::Kept UpdateMarks::kept() {

@@ -32,7 +32,7 @@ class UpdateMarks {
 
     void begin();
     // Bytes of a record that are about to be written in more than one page: who heals completes them.
-    void keep(int32 record, uint32 offset, BytesView bytes);
+    void keep(int32 record, uint32 offset, BytesView bytes, BytesView before);
     // What the update that was left behind may not have finished to write.
     ChangeCount::Kept kept();
     // Indexes and records agree again; `records` is their count, for Count.tsd.

@@ -39,7 +39,7 @@ DatabaseError WorkSign::enter() {
     return DatabaseError::none;
 }
 
-void WorkSign::leave(const std::function<void()>& flush) noexcept {
+void WorkSign::leave(const std::function<void()>& flush, const std::function<void()>& last) noexcept {
     if (!std::exchange(entered_, false)) return;
     try {
         flush();
@@ -50,7 +50,10 @@ void WorkSign::leave(const std::function<void()>& flush) noexcept {
             if (attempt > 0) rtmMain::system().clock.sleep(kPause);
             const DatabaseHold hold(locks_, DatabaseLocks::Wait::never);
             if (!hold) continue;
-            if (!count_.marked() && !othersLive()) count_.signOff();
+            if (!count_.marked() && !othersLive()) {
+                last();
+                count_.signOff();
+            }
             break;
         }
     } catch (...) {  // the sign stays: the next opening looks

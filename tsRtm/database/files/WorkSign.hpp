@@ -23,9 +23,11 @@ class WorkSign {
     // Before the first change: sets the sign, on the device before anything that is changed. Again after an
     // older program wrote over it. What the lock or the file refuses.
     [[nodiscard]] DatabaseError enter();
+    // Whether nobody of those who write is at work beside this opening.
+    bool alone() const { return !othersLive(); }
     // Closes the work: `flush` brings what was written to the device; the last one who leaves takes the sign
-    // back.
-    void leave(const std::function<void()>& flush) noexcept;
+    // back, behind `last`.
+    void leave(const std::function<void()>& flush, const std::function<void()>& last) noexcept;
 
  private:
     bool othersLive() const;

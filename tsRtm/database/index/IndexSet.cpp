@@ -174,10 +174,15 @@ void IndexSet::buildOne(int32 number) {
 void IndexSet::completeRecord() {
     const auto left = p_.marks.leftBehind() ? p_.marks.kept() : ChangeCount::Kept();
     p_.store.refresh();
-    if (left.record >= 1 && left.record <= p_.store.count() + 1) {
-        p_.store.writePart(left.record, left.offset, left.bytes);
-        p_.store.refresh();
+    if (left.record < 1 || left.record > p_.store.count() + 1) return;
+    // After a cut of the power what is kept may be of another time than the record.
+    if (!left.before.empty()) {
+        Bytes there(left.bytes.size(), ' ');
+        p_.store.readPart(left.record, left.offset, there);
+        if (!left.completes(there)) return;
     }
+    p_.store.writePart(left.record, left.offset, left.bytes);
+    p_.store.refresh();
 }
 
 void IndexSet::build(int32 first, int32 last) {

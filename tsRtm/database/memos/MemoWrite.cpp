@@ -28,6 +28,12 @@ void MemoWrite::prepare(BytesView stored, std::span<char> image) {
     stores_.setPointer(image, field_, pointer);
 }
 
+void MemoWrite::flush() {
+    if (!appended_) return;
+    auto& file = stores_.open(field_).file();
+    if (const auto error = file.flush(); platform::failed(error)) raiseFileFailure(error, file.name());
+}
+
 void MemoWrite::finish() noexcept {
     try {
         stores_.release(field_, old_);

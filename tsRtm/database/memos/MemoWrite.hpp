@@ -14,6 +14,7 @@ class MemoWrite final : public SideWrite {
     MemoWrite(MemoStores& stores, int32 field, BytesView bytes);
 
     void prepare(BytesView stored, std::span<char> image) override;
+    void flush() override;
     void finish() noexcept override;
     void undo() noexcept override;
 

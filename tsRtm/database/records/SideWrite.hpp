@@ -16,6 +16,8 @@ class SideWrite {
     // `stored` is the record as it is in the file, empty for a new one. Raises as raiseFileFailure tells;
     // undo follows then, too.
     virtual void prepare(BytesView stored, std::span<char> image) = 0;
+    // What was prepared is on the device. Raises as prepare does.
+    virtual void flush() = 0;
     // The record is written: the room of the old content is given up. What fails here costs room, no content.
     virtual void finish() noexcept = 0;
     // The record was not written: what was appended is taken back where it can be. It may be prepared again.

@@ -44,7 +44,7 @@ class FieldCheck {
         const BytesView place = BytesView(image).substr(columns.offset, columns.bytes);
         d_.marks.begin();
         if (d_.store.tears(record, columns.offset, columns.offset + columns.bytes))
-            d_.marks.keep(record, columns.offset, place);
+            d_.marks.keep(record, columns.offset, place, bytes.substr(columns.offset, columns.bytes));
         d_.store.writePart(record, columns.offset, place);
         d_.marks.end(d_.records());
     }

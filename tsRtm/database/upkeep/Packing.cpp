@@ -131,6 +131,12 @@ BulkOutcome alone(OpenDatabase& d, const BulkFace& face, Work work) {
         if (const auto error = d.sign.enter(); failed(error)) return {error};
         d.refreshCount();
         if (d.marks.leftBehind()) d.indexes.rebuildAll();
+        // Files are closed, and who leaves flushes what is open.
+        d.guard.eachFile([](platform::File& file) {
+            if (const auto error = file.flush(); platform::failed(error))
+                raiseFileFailure(error, file.name());
+        });
+        d.log.empty(UpdateLog::Emptied::surely);
         FileExchange exchange(d.folder);
         work(exchange);
         if (exchange.empty()) return {};

@@ -12,6 +12,13 @@ OpenDatabase::OpenDatabase(FilesTopic& files) : folder(files) {
         memos.eachFile(work);
         chains.eachFile(work);
     };
+    log.flushFiles = [this] {
+        for (auto* const file :
+             {store ? &store.bytes().file() : nullptr, changes ? &changes.file() : nullptr})
+            if (const auto error = file ? file->flush() : platform::SystemError::none;
+                platform::failed(error))
+                raiseFileFailure(error, file->name());
+    };
 }
 
 bool OpenDatabase::openData() {
@@ -71,13 +78,17 @@ void OpenDatabase::read(int32 record, uint32 offset, std::span<char> into) {
 void OpenDatabase::flush() {
     const auto toDevice = [](platform::File& file) { static_cast<void>(file.flush()); };
     if (serial) toDevice(serial.file());
+    if (changes) toDevice(changes.file());
     guard.eachFile(toDevice);
 }
 
 void OpenDatabase::close() noexcept {
     marks.giveUp();
+    memos.releaseWaiting(MemoStores::When::now);
+    // While all files are open: what is not on the device then would be missed by nobody.
+    if (count) sign.leave([this] { flush(); }, [this] { log.forget(); });
+    log.close();
     memos.close();
-    if (count) sign.leave([this] { flush(); });
     serial = SerialNumber();
     folder.close(opened.serial);
     indexes.clear();

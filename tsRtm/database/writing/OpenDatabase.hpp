@@ -6,6 +6,7 @@
 #include "tsRtm/database/chains/ChainSet.hpp"
 #include "tsRtm/database/files/ReorganisationLock.hpp"
 #include "tsRtm/database/files/SerialNumber.hpp"
+#include "tsRtm/database/files/UpdateLog.hpp"
 #include "tsRtm/database/files/WorkSign.hpp"
 #include "tsRtm/database/index/IndexSet.hpp"
 #include "tsRtm/database/memos/MemoStores.hpp"
@@ -39,6 +40,7 @@ struct OpenDatabase {
     UpdateMarks marks{count, changes, guard};
     UpdateWatch watch{count, changes, locks, folder, guard};
     WorkSign sign{folder, count, locks};
+    UpdateLog log{folder};
     ReorganisationLock reorganisation{folder, count, opened.count, locks};
     IndexSet indexes{{folder, count, store, locks, marks, watch, sign, guard}};
     ChainSet chains{
@@ -49,6 +51,9 @@ struct OpenDatabase {
 
     // Every write holds the database lock: a client's cache stands between the files and others.
     bool remote() const { return guard.needed(); }
+    // What is acknowledged outlives the machine. On a share each write is flushed before its lock is given
+    // back anyway.
+    bool durable() const { return folder.durable && !remote(); }
     int32 maxRecords() const { return control ? control->MaxRecords() : 0; }
     int32 records() const noexcept { return store.count(); }
     // Data.tsd; made by who may write. False where it is not to be had.

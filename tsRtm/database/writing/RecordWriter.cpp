@@ -66,6 +66,9 @@ class RecordWriter::Sides {
             write->prepare(stored, image);
         }
     }
+    void flush() const {
+        for (auto* const write : writes_) write->flush();
+    }
     // From here on the record may point to them, whatever becomes of its write.
     void show() noexcept { begun_ = 0; }
     void finish() noexcept {
@@ -176,7 +179,9 @@ WriteOutcome RecordWriter::change(int32 record, const WriteOrder& order) {
     return alone(&order.content, [&] {
         if (!d_.store.reaches(record)) return refused(DatabaseError::badRecord);
         const bool tears = d_.store.tears(record, 0, d_.layout.bytes());
-        if (!order.locked && order.sides.empty() && !tears && !d_.layout.namesPlaces() && !d_.remote())
+        const bool needsLock =
+            order.locked || tears || d_.layout.namesPlaces() || d_.remote() || d_.durable();
+        if (!needsLock && order.sides.empty())
             if (const auto out = changeWithoutLock(record, order)) return *out;
         return underLock([&] { return changeUnderLock(record, order); });
     });
@@ -218,6 +223,7 @@ WriteOutcome RecordWriter::changeUnderLock(int32 record, const WriteOrder& order
 }
 
 void RecordWriter::store(int32 record, const WriteOrder& order, Sides& sides, WriteOutcome& out) {
+    if (d_.durable()) sides.flush();
     if (changed_.empty()) {
         sides.show();
         return put(record);
@@ -287,17 +293,24 @@ void RecordWriter::putNow(int32 record) {
     auto [from, to] = difference(image_, stored_);
     if (from == to) return;
     // The last record of a file that was cut short is written whole.
-    if (d_.layout.offsetOf(record + 1) > d_.store.bytes().knownSize())
-        std::tie(from, to) = Columns(0, image_.size());
+    const bool cutShort = d_.layout.offsetOf(record + 1) > d_.store.bytes().knownSize();
+    if (cutShort) std::tie(from, to) = Columns(0, image_.size());
     const auto offset = static_cast<uint32>(from);
     const BytesView bytes = BytesView(image_).substr(from, to - from);
     const bool tears = d_.store.tears(record, from, to);
     const bool own = tears && !d_.marks.underWay();
     if (own) d_.marks.begin();
-    if (tears) d_.marks.keep(record, offset, bytes);
+    const BytesView before = BytesView(stored_).substr(from, to - from);
+    if (tears) d_.marks.keep(record, offset, bytes, cutShort ? BytesView() : before);
+    note(record, offset, bytes, before, cutShort);
     d_.store.writePart(record, offset, bytes);
     if (own) d_.marks.end(d_.records());
     if (!d_.marks.underWay()) d_.marks.touched();
+}
+
+void RecordWriter::note(int32 record, uint32 offset, BytesView now, BytesView before, bool isNew) {
+    if (d_.durable())
+        d_.log.note(d_.store.bytes(), {d_.layout.offsetOf(record) + offset, now, before, isNew});
 }
 
 void RecordWriter::move(int32 record, const WriteOrder& order, WriteOutcome& out) {
@@ -337,6 +350,7 @@ WriteOutcome RecordWriter::addUnderLock(const WriteOrder& order) {
     try {
         content_->compose({}, RecordBuffer::Extent::whole, image_);
         sides.prepare({}, image_);
+        if (d_.durable()) sides.flush();
         changed_.resize(static_cast<std::size_t>(d_.indexes.count()));
         std::iota(changed_.begin(), changed_.end(), 1);
         const uint64 number = beginUpdate();
@@ -347,7 +361,8 @@ WriteOutcome RecordWriter::addUnderLock(const WriteOrder& order) {
         aim(record, to_);
         for (std::size_t i = 0; i < changed_.size(); ++i)
             moved(changed_[i], d_.indexes.open(changed_[i]).enter(record, to_[i]), order, out);
-        if (d_.store.tears(record, 0, image_.size())) d_.marks.keep(record, 0, image_);
+        if (d_.store.tears(record, 0, image_.size())) d_.marks.keep(record, 0, image_, {});
+        note(record, 0, image_, d_.indexes.big() ? BytesView() : BytesView(d_.layout.unfilled()), true);
         d_.store.write(record, image_);
         endUpdate(number, record);
         sides.finish();
@@ -374,6 +389,7 @@ WriteOutcome RecordWriter::place(int32 record, RecordBuffer& content) {
             if (!isNew) {
                 put(record);
             } else {
+                note(record, 0, image_, {}, true);
                 d_.store.write(record, image_);
                 d_.count.finish(d_.records());
                 d_.marks.touched();

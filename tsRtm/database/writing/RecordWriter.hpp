@@ -89,6 +89,8 @@ class RecordWriter {
     // The same from the second look at the record on.
     void putNow(int32 record);
     void keepOthersColumns(int32 record);
+    // Where writes are durable: what is about to be written over.
+    void note(int32 record, uint32 offset, BytesView now, BytesView before, bool isNew);
     void moved(int32 index, int32 position, const WriteOrder& order, WriteOutcome& out);
     // Brings indexes and records together again after a failed write.
     void heal() noexcept;

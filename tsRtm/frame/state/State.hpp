@@ -61,6 +61,7 @@ struct State {
     bool stopped = false;
     bool stoppedEnabled = false;
     bool stopping = false;  // WMStop has run: waits end
+    bool durable = false;   // databases acknowledge what is on the device
     bool lockWait = false;  // a wait for a lock is under way: timers stay away
     // Of the databases whose indexes this program is in the middle of changing.
     std::vector<const CountFile*> updatesUnderWay;

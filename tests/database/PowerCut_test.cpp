@@ -1,0 +1,361 @@
+// What a cut of the power leaves, at every change of the files: with durable writes all that was
+// acknowledged; without them a sound database, and all that was not written since the last flush.
+//
+// TSRTM_POWER_CUTS=n makes that many cuts, spread over all cases; some thousand otherwise.
+#include <cstdlib>
+#include <set>
+
+#include "tests/database/DatabaseFixture.hpp"
+#include "tests/support/PowerCutFiles.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+constexpr TextView kFolder = u"/daten/Akten";
+enum Field : int32 { fKEY = 1, fLONG = 2, fDAY = 3, fNOTE = 4, fPOS = 5 };
+constexpr int32 kRecords = 9;
+constexpr int32 kLength = 300;  // a record lies in more than one sector
+constexpr int32 kSteps = 9;     // works in a row
+
+struct Row {
+    Text key, text, day, memo;
+    TextTable chain;
+    bool deleted = false;
+    bool operator==(const Row&) const = default;
+};
+using Model = std::map<int32, Row>;
+
+struct Case {
+    bool durable;
+    int32 max;
+    bool windows;
+};
+std::string caseName(const testing::TestParamInfo<Case>& info) {
+    return std::string(info.param.durable ? "durable" : "lazy") + (info.param.max == kBig ? "Tree" : "Flat") +
+           (info.param.windows ? "" : "WithoutWindows");
+}
+
+Text letters(std::size_t count, uint32 seed) {
+    Text out;
+    for (std::size_t i = 0; i < count; ++i) out += static_cast<char16_t>(u'a' + (seed + i * i) % 26);
+    return out;
+}
+
+Row rowAt(clsTSDB& db, int32 number) {
+    Row row;
+    db.AktSatzNr(number);
+    row = {db.Fields(fKEY), db.Fields(fLONG), db.Fields(fDAY), db.Memo(1), {}, db.IsDeleted()};
+    db.KetteLesen(1, row.chain);
+    return row;
+}
+
+// The library on one file system, as a program of its own has it.
+struct Program {
+    explicit Program(platform::FileSystem& files) : library(ground, files) { ground.ui.defaultAnswer = 7; }
+    TestGround ground;
+    StartedLibrary library;
+    clsRtm rtm;
+};
+
+std::shared_ptr<clsTSDB> make(clsRtm& rtm, MemoryFiles& disk, int32 max) {
+    const auto fields = fieldsOf({{u"KEY", tsAlphanumerisch, 8},
+                                  {u"LONG", tsAlphanumerisch, kLength},
+                                  {u"DAY", tsDate, 8},
+                                  {u"NOTE", tsMemo, 60},
+                                  {u"POS", tsKette, 8}});
+    if (!rtm.DBCreateExt(DBAnsi, kFolder, {}, fields, max, u"  1  0  0  3  0  0")) return nullptr;
+    disk.put(Text(kFolder) + u".DBD/KetteCtl.005",
+             "TS1,1\r\n0,1,1,30,1,\"Text@@7TEXT\"\r\n31,100,0\r\n0\r\n");
+    return rtm.OpenTSDB(kFolder);
+}
+
+// What has to be there, and which records were written since they were surely on the medium.
+struct State {
+    Model rows;
+    std::set<int32> fresh;
+};
+
+struct Cut {
+    MemoryFiles::Snapshot medium;
+    std::shared_ptr<const State> told;   // acknowledged
+    std::shared_ptr<const State> meant;  // by the work under way
+    const char* work;
+};
+
+// Two objects of one program that work in turns, and the cuts at each of their changes.
+class Session {
+ public:
+    Session(const Case& now, MemoryFiles& disk, uint32 seed, int32 each)
+        : case_(now), files_(disk), random_(seed), each_(each), program_(files_) {}
+
+    std::vector<Cut> run() {
+        program_.rtm.Dauerhaft(case_.durable);
+        for (auto& db : dbs_) db = program_.rtm.OpenTSDB(kFolder);
+        for (int32 n = 1; n <= dbs_[0]->AnzahlDSaetze(); ++n) now_.rows[n] = rowAt(*dbs_[0], n);
+        acknowledged();
+        files_.beforeChange = [this] { cut(); };
+        for (int32 step = 0; step < kSteps; ++step) {
+            program_.ground.clock.sleep(std::chrono::milliseconds(random(1500)));
+            work();
+            cut();
+        }
+        for (auto& db : dbs_) db.reset();
+        cut();
+        files_.beforeChange = nullptr;
+        return std::move(cuts_);
+    }
+
+ private:
+    int32 random(int32 count) { return static_cast<int32>(random_() % static_cast<uint32>(count)); }
+    Text some(int32 most) {
+        return letters(static_cast<std::size_t>(1 + random(most)), static_cast<uint32>(random_()));
+    }
+    clsTSDB& db() { return *dbs_[dbs_[1] ? random_() % 2 : 0]; }
+    void cut() {
+        for (int32 i = 0; i < each_; ++i) cuts_.push_back({files_.cut(random_), told_, meant_, work_});
+    }
+    void acknowledged() { told_ = meant_ = std::make_shared<State>(now_); }
+
+    template <class Store>
+    void perform(const char* name, State next, Store store) {
+        work_ = name;
+        meant_ = std::make_shared<State>(next);
+        EXPECT_TRUE(store()) << name;
+        now_ = std::move(next);
+        acknowledged();
+    }
+    template <class Store>
+    void perform(const char* name, int32 number, const Row& row, Store store) {
+        State next = now_;
+        next.rows[number] = row;
+        next.fresh.insert(number);
+        now_.fresh.insert(number);
+        told_ = std::make_shared<State>(now_);
+        perform(name, std::move(next), store);
+    }
+
+    void work() {
+        const auto count = static_cast<int32>(now_.rows.size());
+        const int32 number = 1 + random(count);
+        Row row = now_.rows.at(number);
+        clsTSDB& at = db();
+        switch (random(12)) {
+            case 0:
+            case 1:
+                row.text = some(kLength);
+                row.deleted = false;
+                return perform("a field", number, row, [&] { return changed(at, number, fLONG, row.text); });
+            case 2:
+                row.key = some(8);
+                row.deleted = false;
+                return perform("a key", number, row, [&] { return changed(at, number, fKEY, row.key); });
+            case 3:
+                row.key = some(8);
+                row.text = some(kLength);
+                row.memo = some(900);
+                return perform("a record object", number, row,
+                               [&] { return stored(at.Record(number), row); });
+            case 4:
+                row = {some(8), some(kLength), u"01022003", some(50), {}, false};
+                return perform("a new record", count + 1, row, [&] { return stored(at.Add(), row); });
+            case 5:
+                row.memo = random(3) == 0 ? Text() : some(400);
+                return perform("a memo", number, row, [&] {
+                    at.AktSatzNr(number);
+                    at.Memo(1, row.memo);
+                    return at.Error() == 0;
+                });
+            case 6:
+            case 7:
+                row.chain.push_back({some(25)});
+                return perform("a row", number, row, [&] {
+                    at.AktSatzNr(number);
+                    TextTable added{{}, row.chain.back()};
+                    int32 rows = 1;
+                    at.KetteAction(5, fPOS, added, rows);
+                    return at.Error() == 0;
+                });
+            case 8:
+                row.chain.assign(static_cast<std::size_t>(random(4)), {some(25)});
+                return perform("a chain", number, row, [&] {
+                    at.AktSatzNr(number);
+                    at.KetteSchreiben(1, row.chain);
+                    return at.Error() == 0;
+                });
+            case 9:
+                row.deleted = !row.deleted;
+                return perform("a mark", number, row, [&] {
+                    at.PutField(number, 0, row.deleted ? u"*" : u" ");
+                    return at.Error() == 0;
+                });
+            default:
+                bulk();
+        }
+    }
+    // All indexes, or all files, by one who is alone.
+    void bulk() {
+        dbs_[1].reset();
+        if (random(2) == 0) {
+            perform("Sort", now_, [&] { return dbs_[0]->Sort(); });
+        } else {
+            State packed;
+            for (const auto& [number, row] : now_.rows) {
+                if (row.deleted) continue;
+                const auto n = static_cast<int32>(packed.rows.size()) + 1;
+                packed.rows[n] = row;
+                if (now_.fresh.contains(number)) packed.fresh.insert(n);
+            }
+            if (packed.rows.empty()) return;
+            perform("Pack", std::move(packed), [&] { return dbs_[0]->Pack() && dbs_[0]->PackMemoKette(); });
+        }
+        dbs_[1] = program_.rtm.OpenTSDB(kFolder);
+    }
+    // By the cursor, which writes all fields and takes the mark off.
+    bool changed(clsTSDB& at, int32 number, int32 field, const Text& text) {
+        return change(at, number, field, text) == 0;
+    }
+    static bool stored(const std::shared_ptr<clsTSRecord>& record, const Row& row) {
+        if (!record) return false;
+        record->Fields(fKEY, row.key);
+        record->Fields(fLONG, row.text);
+        record->Fields(fDAY, row.day);
+        record->Fields(fNOTE, row.memo);
+        const bool done = record->Update();
+        if (done) record->Entsperren();
+        return done;
+    }
+
+    Case case_;
+    PowerCutFiles files_;
+    std::mt19937 random_;
+    int32 each_;
+    Program program_;
+    std::shared_ptr<clsTSDB> dbs_[2];
+    State now_;
+    std::shared_ptr<const State> told_, meant_;
+    const char* work_ = "nothing";
+    std::vector<Cut> cuts_;
+};
+
+class PowerCut : public testing::TestWithParam<Case> {
+ protected:
+    // Of a machine that starts again.
+    static Text differs(clsTSDB& db, const State& state, bool durable) {
+        for (const auto& [number, row] : state.rows) {
+            if (!durable && state.fresh.contains(number)) continue;
+            if (number > db.AnzahlDSaetze()) return u"record " + toText(number) + u" is gone";
+            const Row there = rowAt(db, number);
+            if (there == row) continue;
+            return u"record " + toText(number) +
+                   (there.key != row.key     ? u" key " + there.key
+                    : there.text != row.text ? u" text"
+                    : there.memo != row.memo ? u" memo " + there.memo
+                    : there.chain != row.chain
+                        ? u" chain of " + toText(static_cast<int64>(there.chain.size()))
+                        : Text(u" mark"));
+        }
+        return {};
+    }
+    static void expectWhole(MemoryFiles& disk, const Cut& cut, bool durable) {
+        disk.restore(cut.medium);
+        Program program(disk);
+        const auto db = program.rtm.OpenTSDB(kFolder);
+        ASSERT_TRUE(db) << rtmMain::state().F;
+        EXPECT_TRUE(consistent(*db));
+        const Text told = differs(*db, *cut.told, durable);
+        if (told.empty()) return;
+        const Text meant = differs(*db, *cut.meant, durable);
+        EXPECT_TRUE(meant.empty()) << toUtf8(told) << ", " << toUtf8(meant);
+    }
+};
+
+TEST_P(PowerCut, LeavesWhatWasAcknowledged) {
+    const char* const wanted = std::getenv("TSRTM_POWER_CUTS");
+    const int64 most = wanted ? std::atoll(wanted) / 8 : 450;
+    MemoryFiles disk;
+    disk.offerWindows(GetParam().windows);
+    MemoryFiles::Snapshot before;
+    {
+        Program program(disk);
+        const auto db = make(program.rtm, disk, GetParam().max);
+        ASSERT_TRUE(db);
+        for (int32 n = 1; n <= kRecords; ++n) {
+            const auto record = db->Add();
+            record->Fields(fKEY, u"K" + toText(n));
+            record->Fields(fLONG, letters(kLength / 2, static_cast<uint32>(n)));
+            record->Fields(fNOTE, letters(60, static_cast<uint32>(n)));
+            ASSERT_TRUE(record->Update());
+            record->Entsperren();
+            db->AktSatzNr(record->Satznummer());
+            db->KetteSchreiben(1, {{u"a" + toText(n)}, {u"b" + toText(n)}});
+        }
+    }
+    before = disk.snapshot();
+    int64 cuts = 0;
+    for (uint32 seed = 1; cuts < most; ++seed) {
+        disk.restore(before);
+        const auto all = std::make_unique<Session>(GetParam(), disk, seed, 1)->run();
+        for (std::size_t i = 0; i < all.size() && cuts < most; ++i, ++cuts) {
+            SCOPED_TRACE(testing::Message() << "seed " << seed << ", cut " << i << " at " << all[i].work);
+            expectWhole(disk, all[i], GetParam().durable);
+            if (HasFailure()) return;
+        }
+    }
+    RecordProperty("cuts", std::to_string(cuts));
+}
+
+// Somebody who keeps no list writes where a durable write was: his bytes stay, where they came to the medium.
+// What did not come there is mended.
+TEST(DurableWrites, GiveWayToWhatOthersWroteLater) {
+    const Text data = Text(kFolder) + u".DBD/Data.tsd";
+    for (const bool others : {true, false}) {
+        MemoryFiles disk;
+        MemoryFiles::Snapshot cut;
+        Bytes before;
+        {
+            Program program(disk);
+            const auto db = make(program.rtm, disk, kBig);
+            db->Dauerhaft(true);
+            const auto record = db->Add();
+            record->Fields(fLONG, u"alt");
+            ASSERT_TRUE(record->Update());
+            before = disk.dump(data);
+            ASSERT_EQ(change(*db, 1, fLONG, u"neu"), 0);
+            cut = disk.snapshot();
+        }
+        auto& content = cut.at(upper(data)).content;
+        if (others)
+            content.replace(content.find("neu"), 3, "ihr");
+        else
+            content = before;
+        disk.restore(cut);
+        Program program(disk);
+        const auto db = program.rtm.OpenTSDB(kFolder);
+        ASSERT_TRUE(db);
+        EXPECT_EQ(db->GetField(1, fLONG), others ? u"ihr" : u"neu");
+        EXPECT_TRUE(consistent(*db));
+    }
+}
+
+TEST(DurableWrites, KeepTheirListShort) {
+    MemoryFiles disk;
+    Program program(disk);
+    const auto db = make(program.rtm, disk, kBig);
+    db->Dauerhaft(true);
+    ASSERT_TRUE(db->Append());
+    const auto list = [&] { return disk.dump(Text(kFolder) + u".DBD/Update.tsd"); };
+    for (uint32 i = 1; i <= 3000; ++i) ASSERT_EQ(change(*db, 1, fLONG, letters(kLength, i)), 0);
+    EXPECT_LE(list().size(), 1u << 20);
+    db->Schliesse();
+    EXPECT_EQ(list().substr(0, 8), Bytes(8, '\0')) << "nothing counts behind a clean end";
+}
+
+INSTANTIATE_TEST_SUITE_P(Database, PowerCut,
+                         testing::Values(Case{true, kNormal, true}, Case{true, kBig, true},
+                                         Case{true, kNormal, false}, Case{true, kBig, false},
+                                         Case{false, kNormal, true}, Case{false, kBig, true},
+                                         Case{false, kNormal, false}, Case{false, kBig, false}),
+                         caseName);
+
+}  // namespace
+}  // namespace tsRtm::test
