@@ -39,7 +39,7 @@ TEST_F(Holidays, TakeTheStoredState) {
     const auto stored = ok("workday 4.6.2026 --json");
     EXPECT_EQ(stored.err, "");
     EXPECT_EQ(stored.json()["date"], "2026-06-04");
-    EXPECT_EQ(ok("workday 4.6.2026 --land NRW --json").json()["land"], "NRW");
+    EXPECT_EQ(json("workday 4.6.2026 --land NRW")["land"], "NRW");
     ok("options set Bundesland Preussen");
     refused("workday 4.6.2026", 1, "no state 'Preussen'; there are BADENW, BAYERN");
 }

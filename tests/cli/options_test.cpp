@@ -24,18 +24,16 @@ class Options : public Tool {
 
 TEST_F(Options, AreStoredWhereTheLibraryReadsThem) {
     for (const auto& [command, key, name, text] :
-         table<4>(u"NetWait 10==NetWait=10;debug on==Debug=-1;Schriftart 'Liberation "
-                  u"Sans'==EditFontName=Liberation Sans;Schriftart Größe --app "
-                  u"Kanzlei=\\Kanzlei=EditFontName=Größe;"
-                  u"ShowEndeDialog false --app Kanzlei=\\Kanzlei=EndDialog=0;ENDDIALOG Wahr --app "
-                  u"Kanzlei=\\Kanzlei=EndDialog=-1;Toolbar -1 --app ''==ToolBar=-1;ToolbarSize 032 --app "
-                  u"Kanzlei=\\Kanzlei=ToolBarSize=32;"
-                  u"UpdateStrategy 3=\\Internet=Update=3;UpdateStrategy 2 --app "
-                  u"Kanzlei=\\Internet=Update=2;RunTimeDir /srv/p/=M=RunTimeDir=/srv/p/;Version 3.01 --app "
-                  u"Kanzlei --machine=M\\Kanzlei=Version=3.01;"
-                  u"PrintAdrSchuldner FALSCH --app Kanzlei=\\Kanzlei=PrintAdrSchuldner=0;Frei '' "
-                  u"--machine=M=Frei=empty",
-                  u";")) {
+         table<4>(u"NetWait 10==NetWait=10; debug on==Debug=-1; Schriftart 'Liberation "
+                  u"Sans'==EditFontName=Liberation Sans; Schriftart Größe --app "
+                  u"Kanzlei=\\Kanzlei=EditFontName=Größe; ShowEndeDialog false --app "
+                  u"Kanzlei=\\Kanzlei=EndDialog=0; ENDDIALOG Wahr --app Kanzlei=\\Kanzlei=EndDialog=-1; "
+                  u"Toolbar -1 --app ''==ToolBar=-1; ToolbarSize 032 --app Kanzlei=\\Kanzlei=ToolBarSize=32; "
+                  u"UpdateStrategy 3=\\Internet=Update=3; UpdateStrategy 2 --app "
+                  u"Kanzlei=\\Internet=Update=2; RunTimeDir /srv/p/=M=RunTimeDir=/srv/p/; Version 3.01 --app "
+                  u"Kanzlei --machine=M\\Kanzlei=Version=3.01; PrintAdrSchuldner FALSCH --app "
+                  u"Kanzlei=\\Kanzlei=PrintAdrSchuldner=0; Frei '' --machine=M=Frei=empty",
+                  u"; ")) {
         const bool machine = key.starts_with(u'M');
         prints("options set " + toUtf8(command), "");
         EXPECT_EQ(stored(machine ? kMachine : kUser, TextView(key).substr(machine ? 1 : 0), name),
@@ -61,7 +59,7 @@ TEST_F(Options, AreStoredWhereTheLibraryReadsThem) {
 TEST_F(Options, AreDeletedSoThatTheDefaultHoldsAgain) {
     ok("options set NetWait 10");
     ok("options delete netwait");
-    EXPECT_EQ(ok("options get NetWait --json").json()["from"], "default");
+    EXPECT_EQ(json("options get NetWait")["from"], "default");
     refused("options delete NetWait", 1, "no value 'NetWait'");
     ok("options set Toolbar false --app Kanzlei");
     ok("options set F11F12 true --app Kanzlei");

@@ -16,8 +16,7 @@ TEST_F(Services, HashesFilesAsTheSumToolsWriteThem) {
     EXPECT_EQ(run("hash - eins", path("eins")).out, kOfAbc + "  -\n" + kOfAbc + "  eins\n");
     EXPECT_EQ(std::system(("cd '" + path("") + "' && sha256sum eins zwei.bin >summen").c_str()), 0);
     EXPECT_EQ(ok("hash eins zwei.bin").out, read("summen"));
-    EXPECT_EQ(ok("hash --algorithm md4 eins --json").json(),
-              nlohmann::json::parse(R"({"algorithm":"md4","files":[{"file":"eins",
+    EXPECT_EQ(json("hash --algorithm md4 eins"), parsed(R"({"algorithm":"md4","files":[{"file":"eins",
                                         "hash":"a448017aaf21d8525fc10ae87aa6729d"}]})"));
 }
 
@@ -39,7 +38,7 @@ TEST_F(Services, HashRefusesWhatItCannotRead) {
 }
 
 TEST_F(Services, ADateInAllItsForms) {
-    const auto forms = nlohmann::json::parse(R"({"local":"31.12.2024","words":"31. Dezember 2024",
+    const auto forms = parsed(R"({"local":"31.12.2024","words":"31. Dezember 2024",
         "digits":"31122024","sort":"20241231","iso":"2024-12-31","weekday":1,"weekdayName":"Dienstag","week":1,
         "dayOfYear":366,"daysInMonth":31,"dayNumber":2460676,"bankDay":728640,"serial":45657,
         "julianCalendar":"18.12.2024"})");
@@ -53,13 +52,13 @@ TEST_F(Services, ADateInAllItsForms) {
 }
 
 TEST_F(Services, DatesAreReckonedWith) {
-    for (const auto& [expression, iso] : table<2>(
-             u"31.01.2024 +1m=2024-02-29;31.01.2024 + 1 Monat + 1 tag=2024-03-01;29.02.2024 "
-             u"+1y=2025-02-28;29.02.2024 -4j=2020-02-29;30.12.2023 -30d=2023-11-30;2024-12-31-30d=2024-12-01;"
-             u"01.01.2024 +2w=2024-01-15;30.01.2024 +30b=2024-02-29;31.01.2024 +360 "
-             u"banktage=2025-01-30;4.10.1582 +1=1582-10-15;20121112=2012-11-12;12131112=1213-11-12;2.1.0101 "
-             u"-1d=0101-01-01",
-             u";"))
+    for (const auto& [expression, iso] :
+         table<2>(u"31.01.2024 +1m=2024-02-29; 31.01.2024 + 1 Monat + 1 tag=2024-03-01; 29.02.2024 "
+                  u"+1y=2025-02-28; 29.02.2024 -4j=2020-02-29; 30.12.2023 -30d=2023-11-30; "
+                  u"2024-12-31-30d=2024-12-01; 01.01.2024 +2w=2024-01-15; 30.01.2024 +30b=2024-02-29; "
+                  u"31.01.2024 +360 banktage=2025-01-30; 4.10.1582 +1=1582-10-15; 20121112=2012-11-12; "
+                  u"12131112=1213-11-12; 2.1.0101 -1d=0101-01-01",
+                  u"; "))
         EXPECT_EQ(json("date " + toUtf8(expression))["iso"], toUtf8(iso)) << toUtf8(expression);
     const auto span = json("date 31.01.2024 .. 2024-12-31");
     EXPECT_TRUE(span["days"] == 335 && span["bankDays"] == 330) << span;

@@ -31,9 +31,9 @@ TEST_F(Transfer, ImportKeepsWhatFitsAndRejectsTheRest) {
         EXPECT_EQ(imported.err, "tsrtm: rejected 6 rows: see r.csv\n");
         const auto dump = ok("db dump P --json");
         const auto records = dump.json()["records"];
-        EXPECT_EQ(records[0]["fields"],
-                  nlohmann::json::parse(
-                      R"({"NAME":"Zorn","ORT":"Bad \"Ems\", Kurhaus","BETRAG":"1234.50","TAG":"31122024"})"));
+        EXPECT_EQ(
+            records[0]["fields"],
+            parsed(R"({"NAME":"Zorn","ORT":"Bad \"Ems\", Kurhaus","BETRAG":"1234.50","TAG":"31122024"})"));
         EXPECT_TRUE(records[1]["fields"]["NAME"] == "zwei\nZeilen" &&
                     records[2]["fields"]["NAME"] == "letzte");
         EXPECT_EQ(
@@ -45,7 +45,7 @@ TEST_F(Transfer, ImportKeepsWhatFitsAndRejectsTheRest) {
             "6,\"2 fields, the header line has 4\",zu,wenig\r\n"
             "9,a quote that is never closed,\"\"\"offen,Ulm,1,\"\r\n"
             "10,NAME: 'Ł' is not in code page 1252,Łoś,Ulm,1,\r\n");
-        EXPECT_EQ(ok("db check P").out, "sound\n");
+        prints("db check P", "sound\n");
         // In bulk or one by one, the database is the same.
         EXPECT_TRUE(alone.empty() || dump.out == alone);
         alone = dump.out;
@@ -64,8 +64,7 @@ TEST_F(Transfer, WhatIsExportedImportsToTheSameDatabase) {
         EXPECT_EQ(ok("db dump Q --json").out, ok("db dump P --json").out) << encoding;
         std::filesystem::remove_all(path("Q.DBD"));
     }
-    EXPECT_EQ(ok("db export P --fields ORT,NAME --separator ';' --from l --to l").out,
-              "ORT;NAME\r\n;letzte\r\n");
+    prints("db export P --fields ORT,NAME --separator ';' --from l --to l", "ORT;NAME\r\n;letzte\r\n");
 }
 
 TEST_F(Transfer, AnExportThatWouldLoseACharacterLeavesNoFile) {
@@ -73,7 +72,7 @@ TEST_F(Transfer, AnExportThatWouldLoseACharacterLeavesNoFile) {
     ok("db add U A=Łódź");
     refused("db export U u.csv --encoding 1252", 1, "record 1, A: 'Łódź' cannot be written in 1252");
     EXPECT_FALSE(exists("u.csv"));
-    EXPECT_EQ(ok("db export U").out, "A\r\nŁódź\r\n");
+    prints("db export U", "A\r\nŁódź\r\n");
 }
 
 TEST_F(Transfer, AHeaderLineThatDoesNotFitLoadsNothing) {
@@ -89,7 +88,7 @@ TEST_F(Transfer, AHeaderLineThatDoesNotFitLoadsNothing) {
     }
     write("h.csv", "NAME,FOO\r\na,b\r\n");
     ok("db import P h.csv --ignore-unknown");
-    EXPECT_EQ(ok("db list P --json").json()["records"].size(), 1u);
+    EXPECT_EQ(json("db list P")["records"].size(), 1u);
     refused("db import P nothing.csv", 1, "no such file");
     refused("db import P h.csv --rejects h.csv --ignore-unknown", 1, "overwrite");
 }
@@ -99,7 +98,7 @@ TEST_F(Transfer, RowsBeyondTheSizeAreRejected) {
     write("f.csv", "A\r\na\r\nb\r\nc\r\n");
     refused("db import F f.csv --bulk", 1, "rejected 1 row: see F.rejects.csv");
     EXPECT_NE(read("F.rejects.csv").find("4,not stored: the database is full"), std::string::npos);
-    EXPECT_EQ(ok("db check F").out, "sound\n");
+    prints("db check F", "sound\n");
     refused("db add F A=d", 1, "full");
 }
 
@@ -111,10 +110,10 @@ TEST_F(Transfer, MemosAndBlobsComeAndGo) {
     ok("db add M NAME=Berta");
     ok("db memo set M 2 NOTIZ --file brief.txt");
     ok("db memo set M 1 BILD --file bild.bin");
-    EXPECT_EQ(ok("db memo get M 2 NOTIZ").out, "Grüße\naus Łódź\n\n");
+    prints("db memo get M 2 NOTIZ", "Grüße\naus Łódź\n\n");
     ok("db memo get M 1 BILD --file zurueck.bin");
     EXPECT_EQ(read("zurueck.bin"), read("bild.bin"));
-    EXPECT_EQ(ok("db memo export M NOTIZ texte").out, "exported 2 texts to texte\n");
+    prints("db memo export M NOTIZ texte", "exported 2 texts to texte\n");
     EXPECT_EQ(read("texte/2.txt"), read("brief.txt"));
     refusedEach("db memo ", 1,
                 "get M 1 NAME -> neither a memo nor a blob | set M 1 BILD text -> use --file | set M 3 NOTIZ "
@@ -131,13 +130,13 @@ TEST_F(Transfer, MemosAndBlobsComeAndGo) {
     for (const std::string how : {"", " --bulk"}) {
         ok("db create N --structure M");
         ok("db import N m.jsonl" + how);
-        const auto records = ok("db dump N --json").json()["records"];
+        const auto records = json("db dump N")["records"];
         for (const auto* part : {"memos", "blobs"})
             for (const int32 n : {0, 1}) EXPECT_EQ(records[n][part], dump[n][part]) << part << how;
         refused("db import N schlecht.jsonl" + how, 1, "rejected 3 rows: see N.rejects.csv");
         ok("db import N m.csv" + how);
         EXPECT_EQ(ok("db memo get N 5 NOTIZ").out, ok("db memo get M 2 NOTIZ").out);
-        EXPECT_EQ(ok("db check N").out, "sound\n");
+        prints("db check N", "sound\n");
         std::filesystem::remove_all(path("N.DBD"));
     }
     EXPECT_NE(run("db find M 'kein Treffer'").err.find("nothing in 'M'"), std::string::npos);
@@ -150,7 +149,7 @@ TEST_F(Transfer, SerialNumbersGoOn) {
     ok("db import S s.csv --bulk");
     ok("db add S A=w");
     ok("db import S s.csv");
-    const auto records = ok("db dump S --json").json()["records"];
+    const auto records = json("db dump S")["records"];
     for (std::size_t i = 0; i < records.size(); ++i)
         EXPECT_EQ(records[i]["fields"]["NR"], "00000" + std::to_string(i + 1));
     EXPECT_EQ(records.size(), 6u);
@@ -158,7 +157,7 @@ TEST_F(Transfer, SerialNumbersGoOn) {
 
 TEST_F(Transfer, BanksAreFoundByCodeBicAndPlace) {
     EXPECT_EQ(ok(kBanks + "Banken").out, "imported 36 banks; left out 4 other offices\n");
-    EXPECT_EQ(ok("db check Banken").out, "sound\n");
+    prints("db check Banken", "sound\n");
     const auto codes = [&](const std::string& key) {
         std::string out;
         const auto found = ok("banks find '" + key + "' --json").json();
@@ -183,7 +182,7 @@ TEST_F(Transfer, ABadFileNeverTakesThePlaceOfARegister) {
     ok(kBanks + "Banken");
     write("bad.txt", "no bank\n" + std::string(5000, 'x'));
     refused("banks import bad.txt Banken --replace", 1, "no bank code file");
-    EXPECT_EQ(ok("db info Banken --json").json()["records"], 36);
+    EXPECT_EQ(json("db info Banken")["records"], 36);
     makePersons();
     refused(kBanks + "P --replace", 1, "another database");
     refused("banks find 1 --db P", 1, "no bank register");

@@ -140,8 +140,7 @@ class Control final : public iStatusControl {
 
     bool label = false;
     std::optional<int32> style;
-    std::string has;  // names of the properties that are there
-    std::string taken;
+    std::string has, taken;  // names of the properties that are there, and what was written
     int32 refreshed = 0;
 
  private:

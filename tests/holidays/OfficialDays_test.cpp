@@ -1,4 +1,4 @@
-// Holidays as the laws of the states have them, written down by hand.
+// Holidays as the laws of the states have them, written down by hand, and the working days between them.
 #include "tests/holidays/HolidaysTest.hpp"
 
 namespace tsRtm::test {
@@ -42,13 +42,12 @@ TEST_F(OfficialDays, OfEveryStateAreTheHolidaysOfTheYear) {
 // Fronleichnam stands before the day of the uprising, Himmelfahrt before that of work; the year began
 // on 25.3.; no Easter is known after 2199.
 TEST_F(OfficialDays, FollowTheLawOfTheirTime) {
-    for (const auto& [date, states] :
-         table<2>(u"31.10.2016=12 13 14 15 16;31.10.2017=*;31.10.2018=04 05 07 11 12 13 14 15 "
-                  u"16;16.11.1994=*;22.11.1995=14;17.06.1990=*;17.06.1991=;03.10.1989=;03.10.1990=*;"
-                  u"17.06.1976=01 02 06 08 09 "
-                  u"10;01.05.2008=*;08.03.2018=;08.03.2020=03;08.05.2020=03;08.05.2021=;20.09.2018=;20.09."
-                  u"2019=16;25.03.1500=*;01.01.1500=;24.12.2026=;31.12.2026=;03.04.2200=",
-                  u";"))
+    for (const auto& [date, states] : table<2>(
+             u"31.10.2016=12 13 14 15 16; 31.10.2017=*; 31.10.2018=04 05 07 11 12 13 14 15 16; 16.11.1994=*; "
+             u"22.11.1995=14; 17.06.1990=*; 17.06.1991=; 03.10.1989=; 03.10.1990=*; 17.06.1976=01 02 06 08 "
+             u"09 10; 01.05.2008=*; 08.03.2018=; 08.03.2020=03; 08.05.2020=03; 08.05.2021=; 20.09.2018=; "
+             u"20.09.2019=16; 25.03.1500=*; 01.01.1500=; 24.12.2026=; 31.12.2026=; 03.04.2200=",
+             u"; "))
         for (int32 state = 0; state <= 16; ++state) {  // 0: in any
             in(state);
             const bool holiday = states == u"*" ||
@@ -77,6 +76,48 @@ TEST_F(OfficialDays, AmendmentsCountWhenTheyAreAskedFor) {
     EXPECT_EQ(rows[63], (std::array<Text, 4>{u"80 Jahre Befreiung", u"0805", u"2", u"805"}));
     EXPECT_NE(days.Gesetz(63).find(u"10.7.2024"), Text::npos);
     EXPECT_EQ(days.Gesetz(61) + days.Gesetz(0) + days.Gesetz(65), u"");
+}
+
+using Workdays = HolidaysTest;
+
+// From weekdays, Saturdays, over Christmas and Easter and back, into the next year, from a short year; what
+// is no date is 1.1.2000, as dates are read; past the end of the calendar there is none.
+TEST_F(Workdays, AreFoundOnBothSides) {
+    in(NRW);
+    for (const auto& [date, distance, workday] : table<3>(
+             u"25.11.2026=0=25112026 28.11.2026=0=30112026 28.11.2026=-1=27112026 29.11.2026=-1=27112026 "
+             u"24.12.2026=1=28122026 27.12.2026=-1=24122026 02.04.2026=1=07042026 06.04.2026=-1=02042026 "
+             u"20.12.2026=14=04012027 01.01.2027=-2=30122026 241226=1=28122026 abc=0=03012000 =0= "
+             u"01.01.2026=2147483647= 01.01.2026=-2147483647= 31.12.9999=0=31129999 31.12.9999=1="))
+        EXPECT_EQ(days.NextWorkday(date, number(distance)), workday) << toUtf8(date + u" " + distance);
+    for (const auto& [state, workday] :
+         {std::pair{int32{NRW}, u"05062026"}, {BERLIN, u"04062026"}, {0, u"05062026"}}) {
+        in(state);
+        EXPECT_EQ(days.NextWorkday(u"04.06.2026", 0), workday) << state;
+    }
+}
+
+TEST_F(Workdays, AreCountedOneByOne) {
+    in(NRW);
+    EXPECT_EQ(days.AddBankWorkDays(u"23.12.2026", 3), u"29122026");
+    EXPECT_EQ(days.AddBankWorkDays(u"27.11.2026", 250), u"24112027");
+    EXPECT_EQ(days.AddBankWorkDays(u"26.12.2026", 0), u"26.12.2026") << "as it came";
+    EXPECT_TOLD("26.12.26||", days.AddBankWorkDays(u"26.12.26", -5), days.AddBankWorkDays(u"", 5),
+                days.AddBankWorkDays(u"27.12.9999", 2147483647));
+}
+
+// Every working day is one step from the one before, in both directions.
+TEST_F(Workdays, GoForthAndBackAlike) {
+    in(BAYERN);
+    Text date = u"02011990";
+    int32 count = 0;
+    for (; date.substr(4) < u"2031"; ++count) {
+        const Text next = days.NextWorkday(date, 1);
+        ASSERT_LT(datum.DifDateC(date, next), 8) << toUtf8(date);
+        ASSERT_EQ(days.NextWorkday(next, -1), date) << toUtf8(next);
+        date = next;
+    }
+    EXPECT_GT(count, 41 * 245);
 }
 
 }  // namespace

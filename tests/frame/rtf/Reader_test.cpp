@@ -82,16 +82,12 @@ class Told final : public rtf::Visitor {
     void onRun(const rtf::Run& run) override {
         const auto& f = run.format;
         std::string how;
-        const auto flag = [&](bool on, const char* name) { how += on ? std::string(name) + " " : ""; };
-        flag(f.bold, "b");
-        flag(f.italic, "i");
-        flag(f.underline, "ul");
-        flag(f.strike, "strike");
-        flag(f.hidden, "v");
-        flag(f.capitals, "caps");
-        flag(f.smallCapitals, "scaps");
-        flag(f.script == rtf::Script::superscript, "super");
-        flag(f.script == rtf::Script::subscript, "sub");
+        const bool super = f.script == rtf::Script::superscript, sub = f.script == rtf::Script::subscript;
+        for (const auto& [on, name] :
+             {std::pair{f.bold, "b "}, std::pair{f.italic, "i "}, std::pair{f.underline, "ul "},
+              std::pair{f.strike, "strike "}, std::pair{f.hidden, "v "}, std::pair{f.capitals, "caps "},
+              std::pair{f.smallCapitals, "scaps "}, std::pair{super, "super "}, std::pair{sub, "sub "}})
+            how += on ? name : "";
         if (f.raised != 0) how += "up" + std::to_string(f.raised) + " ";
         if (f.halfPoints != 24) how += std::to_string(f.halfPoints) + " ";
         if (!run.font.name.empty()) how += toUtf8(run.font.name) + (run.font.fixedPitch ? "! " : " ");
@@ -106,11 +102,8 @@ class Told final : public rtf::Visitor {
             if (value != usual) how += std::string(" ") + name + std::to_string(value);
         };
         number("q", static_cast<int32>(p.alignment));
-        number("li", p.left);
-        number("ri", p.right);
-        number("fi", p.first);
-        number("sb", p.before);
-        number("sa", p.after);
+        number("li", p.left), number("ri", p.right), number("fi", p.first), number("sb", p.before),
+            number("sa", p.after);
         number(p.lineMultiple ? "slmult" : "sl", p.lineSpacing);
         number("pagebb", p.pageBreakBefore ? 1 : 0);
         number("deftab", p.defaultTab, 720);

@@ -189,9 +189,9 @@ TEST(TextOrder, CharactersOutsideTheCodePage) {
 TEST(DosOrder, FoldsCaseAndAccents) {
     const auto dos = [](const Text& text) { return ansiToOem(toAnsi(text)); };
     for (const auto& [a, b, wanted] :
-         test::table<3>(u"müller=MULLER=0;Größe=GROSE=0;Éclair=eclair=0;Ångström=ANGSTROM=0;æ=Æ=0;Æ=Z=1;þ=Þ="
-                        u"0;Straße=Strasse=-1;Meier=Meier =-1;a-b=aab=-1;_=a=1;[=a=1",
-                        u";")) {
+         test::table<3>(u"müller=MULLER=0; Größe=GROSE=0; Éclair=eclair=0; Ångström=ANGSTROM=0; æ=Æ=0; "
+                        u"Æ=Z=1; þ=Þ=0; Straße=Strasse=-1; Meier=Meier =-1; a-b=aab=-1; _=a=1; [=a=1",
+                        u"; ")) {
         SCOPED_TRACE(toUtf8(a) + " against " + toUtf8(b));
         for (const int order :
              {sign(compareDos(dos(a), dos(b))), compareBytes(dosKey(dos(a)), dosKey(dos(b))),
