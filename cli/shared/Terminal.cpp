@@ -88,6 +88,7 @@ void startLibrary() {
                                      .screen = machine.screen,
                                      .ui = machine.ui,
                                      .dialogs = canAsk() ? machine.dialogs : notes,
+                                     .choices = machine.choices,
                                      .texts = machine.texts,
                                      .random = machine.random,
                                      .zones = toolZones(machine.zones)};

@@ -102,5 +102,42 @@ TEST(Console, StatusLinesAreForATerminalAndPrintedOnce) {
     }
 }
 
+// A page has fifteen lines.
+TEST(Console, ListsPageByPage) {
+    ChoiceList list;
+    list.caption = u"Auswahl";
+    list.count = 40;
+    list.cells = [](int32 line) { return std::vector<Text>{u"Z\x1B" + toText(line), u"rechts"}; };
+    struct Typed {
+        const char* typed;
+        int32 line;
+        int32 start = 1;
+        bool ordered = true;
+    };
+    for (const auto& [typed, line, start, ordered] : {Typed{"3\n", 3},
+                                                      {"\n2\n", 17},
+                                                      {"\n\n10\n", 40},
+                                                      {"\n\n\n1\n", 31},
+                                                      {"\n-\n-\n15\n", 15},
+                                                      {".\n", 0},
+                                                      {"", 0},
+                                                      {"16\n0\n1\n", 5},
+                                                      {"abc\n2\n", 6},
+                                                      {"abc\n2\n", 2, 1, false},
+                                                      {"1\n", 20, 20},
+                                                      {"1\n", 40, 41}}) {
+        list.start = start;
+        list.find = ordered ? [](TextView) { return 5; } : std::function<int32(TextView)>();
+        std::istringstream in(typed);
+        std::ostringstream out;
+        EXPECT_EQ(posix::ConsoleUserInterface(in, out, true).choose(list), line) << typed;
+        EXPECT_EQ(out.str().find('\x1B'), std::string::npos);
+    }
+    std::istringstream in("1\n");
+    std::ostringstream out;
+    EXPECT_EQ(posix::ConsoleUserInterface(in, out, false).choose(list), 0) << "nobody there";
+    EXPECT_EQ(out.str(), "");
+}
+
 }  // namespace
 }  // namespace tsRtm::test

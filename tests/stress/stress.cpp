@@ -369,9 +369,9 @@ class Office {
         const auto& ground = platform::posixPlatform();
         Mortal files(ground.files, round_.windows, dying, changes);
         platform::Platform own{
-            files,         ground.clock,  ground.locale, ground.settings, ground.settingsCare,
-            ground.system, ground.user,   ground.screen, ground.ui,       ground.dialogs,
-            ground.texts,  ground.random, ground.zones};
+            files,          ground.clock, ground.locale, ground.settings, ground.settingsCare,
+            ground.system,  ground.user,  ground.screen, ground.ui,       ground.dialogs,
+            ground.choices, ground.texts, ground.random, ground.zones};
         rtmMain::TEST_restart(own);
         rtmMain::state().netWait = 2;
         work();

@@ -130,6 +130,14 @@ SystemError TestSettings::check(platform::HKeys) {
     return damaged ? SystemError::readFault : SystemError::none;
 }
 
+int32 ScriptedUi::choose(const platform::ChoiceList& list) {
+    listsShown.push_back(list.caption);
+    if (choices.empty()) return 0;
+    const auto choice = choices.front();
+    choices.pop_front();
+    return choice(list);
+}
+
 int32 ScriptedUi::nextAnswer() {
     if (!answers.empty()) {
         const int32 answer = answers.front();

@@ -161,6 +161,7 @@ class TestSystem final : public platform::SystemInfo, public platform::UserInfo,
 // A user who follows a script and whose screen is recorded.
 class ScriptedUi final : public platform::UserInterface,
                          public platform::Dialogs,
+                         public platform::Choices,
                          public platform::SystemTexts {
  public:
     // The next scripted answer, else the default answer; without both the test fails and the box throws.
@@ -168,6 +169,8 @@ class ScriptedUi final : public platform::UserInterface,
     // Likewise; 2048 in an answer ticks the box. The notices of `play` come before the click.
     std::optional<platform::DialogAnswer> showTaskDialog(const platform::TaskDialog& dialog,
                                                          const platform::DialogListener& tell) override;
+    // The next scripted choice is asked with the list; without one nothing is chosen.
+    int32 choose(const platform::ChoiceList& list) override;
     void openLink(TextView address) override { linksOpened.emplace_back(address); }
     bool attended() override { return somebody; }
     bool hearsNotices() override { return hears; }
@@ -193,6 +196,8 @@ class ScriptedUi final : public platform::UserInterface,
     std::deque<int32> answers;
     std::optional<int32> defaultAnswer;
     std::vector<platform::TaskDialog> boxes;  // plain ones, too
+    std::deque<std::function<int32(const platform::ChoiceList&)>> choices;
+    std::vector<Text> listsShown;  // their captions
     // What the user and the clock do in the next task dialog.
     struct Played {
         platform::DialogNotice notice;
@@ -257,7 +262,7 @@ struct TestGround {
     // With another clock: real processes that wait for each other need that of the machine.
     platform::Platform on(platform::FileSystem& files, platform::Clock& otherClock) {
         return {files,  otherClock, locale, settings, settings, system, system,
-                system, ui,         ui,     ui,       random,   zones};
+                system, ui,         ui,     ui,       ui,       random, zones};
     }
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 // The seam: all that the library asks of an operating system, as references to small interfaces.
+#include "tsRtm/platform/Choices.hpp"
 #include "tsRtm/platform/Clock.hpp"
 #include "tsRtm/platform/Dialogs.hpp"
 #include "tsRtm/platform/FileSystem.hpp"
@@ -28,6 +29,7 @@ struct Platform {
     Screen& screen;
     UserInterface& ui;
     Dialogs& dialogs;
+    Choices& choices;
     SystemTexts& texts;
     Random& random;
     TimeZones& zones;

@@ -7,6 +7,8 @@
 #include <istream>
 #include <ostream>
 
+#include "tsRtm/platform/posix/ConsoleChoice.hpp"
+
 namespace tsRtm::platform::posix {
 namespace {
 
@@ -239,6 +241,13 @@ class ConsoleUserInterface::Conversation {
 std::optional<DialogAnswer> ConsoleUserInterface::showTaskDialog(const TaskDialog& dialog,
                                                                  const DialogListener& tell) {
     return Conversation(*this, dialog, tell).hold();
+}
+
+int32 ConsoleUserInterface::choose(const ChoiceList& list) {
+    if (!terminal_) return 0;
+    return ConsoleChoice(
+               list, [this](TextView text) { print(text); }, [this] { return readLine(); })
+        .hold();
 }
 
 void ConsoleUserInterface::openLink(TextView address) {

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "tsRtm/platform/Choices.hpp"
 #include "tsRtm/platform/Dialogs.hpp"
 #include "tsRtm/platform/SystemTexts.hpp"
 #include "tsRtm/platform/UserInterface.hpp"
@@ -18,7 +19,7 @@ namespace tsRtm::platform::posix {
 // A task dialog is asked in the same way, part by part: its options, its buttons, its box to tick. At the
 // buttons
 // "?" asks for help, "+" shows the expanded text, and "@2" opens the second of its links, which is printed.
-class ConsoleUserInterface final : public UserInterface, public Dialogs, public SystemTexts {
+class ConsoleUserInterface final : public UserInterface, public Dialogs, public Choices, public SystemTexts {
  public:
     // The streams and the notices outlive the object. `terminal`: somebody sits at both. Without notices
     // nothing is heard of the system; what happened is told in processEvents.
@@ -27,6 +28,7 @@ class ConsoleUserInterface final : public UserInterface, public Dialogs, public 
     bool attended() override { return terminal_; }
     int32 show(const MessageBox& box) override;
     std::optional<DialogAnswer> showTaskDialog(const TaskDialog& dialog, const DialogListener& tell) override;
+    int32 choose(const ChoiceList& list) override;
     void openLink(TextView address) override;
     void showMessageWindow(TextView message) override;
     void hideMessageWindow() override {}

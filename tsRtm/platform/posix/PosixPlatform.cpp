@@ -28,7 +28,7 @@ struct Ground {
     posix::PosixRandom random;
     posix::PosixTimeZones zones;
     Platform platform{files,  clock, locale, settings, settings, system, system,
-                      system, ui,    ui,     ui,       random,   zones};
+                      system, ui,    ui,     ui,       ui,       random, zones};
 };
 
 }  // namespace
