@@ -135,6 +135,10 @@ bool clsTSDB::exchanging(Work work, bool anew) {
     return true;
 }
 
+bool clsTSDB::exchanged(const std::function<BulkOutcome(OpenDatabase&, const BulkFace&)>& work) {
+    return exchanging(work, true);
+}
+
 void clsTSDB::letGoOfSets() {
     std::shared_ptr<clsTSRecordSet> none;
     HalloIndex(kLetGo, none);

@@ -3,7 +3,9 @@
 #include "tsRtm/database/files/CountFile.hpp"
 #include "tsRtm/database/files/LockWait.hpp"
 #include "tsRtm/frame/clsStreamWriter.hpp"
+#include "tsRtm/frame/files/Waiting.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/runtime/Folders.hpp"
 #include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
 
@@ -14,6 +16,7 @@ constexpr TextView kDatabaseEnd = u".DBD";
 constexpr TextView kMaskEnd = u".MASKE";
 constexpr TextView kLineEnd = u"\r\n";
 constexpr std::size_t kIndexCharacters = 9;
+constexpr int32 kLocked = 70;
 
 Text withEnd(TextView name, TextView end) {
     return upper(name).ends_with(end) ? Text(name) : Text(name).append(end);
@@ -121,6 +124,30 @@ std::shared_ptr<clsTSDB> DatabasesTopic::OpenTSDB(TextView DBName, bool ReadOnly
     std::erase_if(opened_, [](const auto& weak) { return weak.expired(); });
     opened_.push_back(database);
     return database;
+}
+
+std::shared_ptr<clsTSDB> DatabasesTopic::OpenReference(TextView Ordner, TextView DBName) {
+    if (Ordner.empty()) return nullptr;
+    const Text name = FilesTopic::MakePath({Variant(Text(Ordner)), Variant(Text(DBName))});
+    for (Waiting wait;;) {
+        auto database = OpenTSDB(name, true);
+        if (database && !database->IsEmptyView()) return database;
+        if (!database && rtmMain::state().F != kLocked) return nullptr;
+        if (wait.longerThan(rtmMain::state().netWait) || rtmMain::state().stopping) return nullptr;
+        wait.pause();
+    }
+}
+
+Text DatabasesTopic::SupportDBPath() {
+    Text& known = rtmMain::state().supportDBPath;
+    if (!known.empty()) return known;
+    known = FilesTopic::PathName(rtmMain::state().hostPath);
+    std::vector<Text> databases;
+    if (FilesTopic::GetAllFiles(known, u"*.DBD", databases, false, -1, false, true) == 0)
+        known = FilesTopic::MakePath(
+            {Variant(rtmMain::SpecialFolder(static_cast<int32>(platform::FolderId::commonProgramFiles))),
+             Variant(u"Tessarol")});
+    return known;
 }
 
 void DatabasesTopic::CloseRTMDBs() noexcept {

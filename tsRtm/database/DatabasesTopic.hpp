@@ -32,6 +32,16 @@ class DatabasesTopic {
                      TextView Index);
     // Nothing where it cannot be opened; the last failure number then tells why.
     std::shared_ptr<clsTSDB> OpenTSDB(TextView DBName, bool ReadOnly = false, bool SingleUse = false);
+    // A database of reference data, of that name in that folder, for reading. While somebody holds it alone
+    // it is waited for, NetWait seconds at most, since an empty view would look like lost data. Nothing where
+    // the folder is empty or the database cannot be opened.
+    std::shared_ptr<clsTSDB> OpenReference(TextView Ordner, TextView DBName);
+    // Lets the user choose a record in the order of the active index, from the first one on whose key is not
+    // below Such. The record, nothing where none was chosen; a deleted one cannot be.
+    std::shared_ptr<clsTSRecord> DBSelectAt(clsTSDB& DB, TextView Caption, TextView Such = {});
+    // The folder of databases that come with the programs: that of the host program if it has any, else the
+    // common one. Found once.
+    static Text SupportDBPath();
     // Closes every database opened here that still lives. No failure leaves it.
     void CloseRTMDBs() noexcept;
     // Whether databases that are opened from now on acknowledge only what is on the device; else, as at

@@ -287,6 +287,19 @@ bool clsTSDB::IsAnsi() const { return engine_->d.control && engine_->d.control->
 bool clsTSDB::IsReadOnly() const { return engine_->d.folder.readOnly; }
 bool clsTSDB::IsShared() const { return engine_->d.folder.shared; }
 bool clsTSDB::IsBig() const { return engine_->d.indexes.big(); }
+bool clsTSDB::IsEmptyView() const { return engine_->opened && !engine_->d.store; }
+bool clsTSDB::InPlace() const {
+    const auto& count = engine_->d.count;
+    const auto there = count ? count.file().inPlace() : platform::Result<bool>(false);
+    return there && *there;
+}
+uint64 clsTSDB::ChangeNumber() { return engine_->d.changes ? engine_->d.changes.value() : 0; }
+Datenstand clsTSDB::Stand() {
+    auto& d = engine_->d;
+    if (!d.store) return {};
+    const auto status = rtmMain::system().files.status(d.folder.path(u"Data.tsd"));
+    return {ChangeNumber(), status ? status->size : 0, status ? status->changed.serial() : 0};
+}
 bool clsTSDB::Sensible() const { return engine_->d.folder.sensible; }
 void clsTSDB::Sensible(bool value) { engine_->d.folder.sensible = value; }
 bool clsTSDB::Dauerhaft() const { return engine_->d.folder.durable; }

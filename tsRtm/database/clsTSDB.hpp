@@ -21,6 +21,7 @@
 //
 // Several processes may have a database open; all that keeps them apart are byte-range locks in its files,
 // and these die with the process. One thread. Lives in a std::shared_ptr.
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -37,10 +38,22 @@ enum eLockedAction : int32 { AskUser = 0, Cancel = 1, Retry = 2, Ignore = 3, Del
 // Rows of cells, both from 0.
 using TextTable = std::vector<std::vector<Text>>;
 
+// How far a database has changed.
+struct Datenstand {
+    uint64 changes = 0;  // of indexes; 2 more for each update that changes one
+    uint64 size = 0;     // of the data file, bytes
+    float64 time = 0;    // its time stamp, in days
+    bool operator==(const Datenstand&) const = default;
+};
+
 class clsTSRecord;
 class ChainStore;
+class NewRecords;
 class SideWrite;
+struct BulkFace;
+struct BulkOutcome;
 struct DatabaseEngine;
+struct OpenDatabase;
 struct WriteOutcome;
 
 class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTSDB> {
@@ -75,6 +88,15 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     bool IsReadOnly() const;
     bool IsShared() const;
     bool IsBig() const;
+    // What a reader gets of a database that somebody holds alone just now: open, but without a record.
+    bool IsEmptyView() const;
+    // Whether the open files are still those that its folder has.
+    bool InPlace() const;
+    // Equal as long as nobody has changed a key. Older programs and changes of other fields show in size and
+    // time alone, which are less sure.
+    Datenstand Stand();
+    // The first of these by itself: without a system call where the files have windows.
+    uint64 ChangeNumber();
     bool Sensible() const;
     void Sensible(bool value);
     // Whether a write of this object is on the device when it returns, so that a cut of the power takes
@@ -250,6 +272,10 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     bool Rebuild();
     // Takes all records out, with their memos and chains; serial numbers go on.
     void Zap();
+    // Puts the records that Fill adds in the place of all that there are; where Fill gives False, or somebody
+    // else has the database open (70), all stays as it was. As with Pack, all files change at once, numbers
+    // are new, and Packed is told.
+    bool Replace(const std::function<bool(NewRecords&)>& Fill);
     // Checks every index against the records, and the chains; what it finds goes to the debug log and to
     // Befunde. With Repair a faulty index is rebuilt, and chains lead nowhere but to rows of their own; the
     // result is that of the check before.
@@ -265,6 +291,7 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     void openSerial();
     template <class Work>
     bool exchanging(Work work, bool anew);
+    bool exchanged(const std::function<BulkOutcome(OpenDatabase&, const BulkFace&)>& work);
     void letGoOfSets();
     int32 greatestSerial();
     void sniffUnicode();

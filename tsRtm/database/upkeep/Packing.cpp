@@ -88,7 +88,7 @@ void buildIndexes(OpenDatabase& d, FileExchange& exchange, platform::File& data,
     RecordStore store(data, d.layout, false);
     const auto form = d.indexes.big() ? IndexFileForm::tree : IndexFileForm::flat;
     for (int32 i = 1; d.indexes.has(i); ++i) {
-        auto order = d.indexes.big() ? std::vector<int32>() : renumbered(d, i, numbers);
+        auto order = d.indexes.big() || numbers.empty() ? std::vector<int32>() : renumbered(d, i, numbers);
         if (order.size() != static_cast<std::size_t>(store.count()))
             order = recordsInOrder(store, d.indexes.keys(i), face.progress);
         buildNewIndex(exchange.make(d.indexes.fileName(i)), form, order, i, face.progress);
@@ -201,6 +201,18 @@ BulkOutcome emptyDatabase(OpenDatabase& d, const BulkFace& face) {
         dropIndexes(d, exchange);
         dropSideFiles(d, exchange);
         exchange.drop(u"Index.tsd");
+    });
+}
+
+BulkOutcome replaceRecords(OpenDatabase& d, const BulkFace& face, const Replacement& replacement) {
+    return alone(d, face, [&](FileExchange& exchange) {
+        auto& data = exchange.make(kData);
+        RecordWriterBeside writer(data);
+        const auto add = [&](BytesView record) { writer.add(record); };
+        if (!replacement(exchange, add)) raise(kStopped, kFileFailureSource, u"abgebrochen");
+        writer.flush();
+        dropSideFiles(d, exchange);
+        buildIndexes(d, exchange, data, {}, face);
     });
 }
 

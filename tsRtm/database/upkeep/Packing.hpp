@@ -7,6 +7,8 @@
 
 namespace tsRtm {
 
+class FileExchange;
+
 // What a work needs of the face: told when everything stands ready, before the first file is closed
 // (`prepared`), and whether the user wants it to end (`stopped`); from the commit on nobody can stop it.
 struct BulkFace {
@@ -28,5 +30,11 @@ BulkOutcome packRecords(OpenDatabase& database, const BulkFace& face);
 BulkOutcome packMemos(OpenDatabase& database, const BulkFace& face);
 // Takes everything out.
 BulkOutcome emptyDatabase(OpenDatabase& database, const BulkFace& face);
+
+// Gives whole records, as they stand in the file, one by one to `add`, and further files to the exchange;
+// false where it all is to stay as it was.
+using Replacement = std::function<bool(FileExchange& exchange, const std::function<void(BytesView)>& add)>;
+// Puts other records in the place of all there are; the outcome of a refused one is 70.
+BulkOutcome replaceRecords(OpenDatabase& database, const BulkFace& face, const Replacement& replacement);
 
 }  // namespace tsRtm

@@ -47,7 +47,8 @@ struct State {
     LocaleBlock locale;
     ScreenBlock screen;
     Text runtimeDir, runtimeDataDir, userDir;
-    Text tempDir;  // cached at first read
+    Text tempDir;        // cached at first read
+    Text supportDBPath;  // likewise
     Text hostPath;
     bool oldTS = false;
     bool expert = false;
