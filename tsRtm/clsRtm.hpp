@@ -13,6 +13,8 @@
 
 namespace tsRtm {
 
+class clsBanken;
+
 // A global object: anyone may create one, the state behind it is the process's. Each keeps its own table of
 // open files, key names and key table. A class that needs one topic takes that topic, and a clsRtm passes for
 // each of its topics. Creating the first one starts the library on the ground of this machine, unless
@@ -28,14 +30,20 @@ class clsRtm : public MessagesTopic,
                public DatabasesTopic {
  public:
     clsRtm();
+    ~clsRtm() override;
 
     // The view of the global state.
     clsCommon& Common() noexcept { return common_; }
+
+    // The banks, one object for all facades. While a facade lives, input is checked against it, unless the
+    // application has plugged in another register.
+    std::shared_ptr<clsBanken> Banken() const { return banken_; }
 
     using FilesTopic::messages;
 
  private:
     clsCommon common_;
+    std::shared_ptr<clsBanken> banken_;
 };
 
 }  // namespace tsRtm

@@ -17,7 +17,7 @@ class BankImport : public ::testing::Test {
         std::ofstream(folder_.path() / "blz.txt", std::ios::binary) << content;
     }
     BankImportResult import(bool single) {
-        EXPECT_TRUE(bankRegister::create(rtm_, name()));
+        bankRegister::create(rtm_, name());
         const auto db = rtm_.OpenTSDB(name(), false, single);
         auto file = rtmMain::system().files.open(folder_.name(u"blz.txt"), {});
         BankFileReader reader(**file);
@@ -63,12 +63,14 @@ TEST_F(BankImport, LoadsOwnBanksAndTellsEveryLineThatIsNone) {
     EXPECT_EQ(db->Fields(fBANKEN_BIC), u"ABCDDE12XXX");
 }
 
-TEST_F(BankImport, TakesNothingIntoADatabaseInUse) {
+TEST_F(BankImport, TakesNothingIntoAnotherDatabase) {
     write(row("20000000", '1', "Bonn"));
+    TSIOArray other = bankRegister::fields();
+    other.pop_back();
+    ASSERT_TRUE(rtm_.DBCreateExt(DBAnsi, name(), {}, other, 1000, u"  1  0  0"));
     const auto result = import(false);
     EXPECT_FALSE(result.complete);
-    EXPECT_EQ(result.databaseError, 70);
-    EXPECT_EQ(rtm_.OpenTSDB(name())->AnzahlDSaetze(), 0);
+    EXPECT_EQ(result.databaseError, 53);
 }
 
 }  // namespace

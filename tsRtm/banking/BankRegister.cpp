@@ -47,6 +47,13 @@ TSIOArray fields() {
 
 Text indexes() { return Text(kIndexes); }
 
+bool fits(const clsControl& control) {
+    if (control.Felder() != kFields || control.Indizes() != kByPlaceAndName) return false;
+    for (int32 field = 1; field <= kFields; ++field)
+        if (control.field(field).Name() != kFieldRows[static_cast<std::size_t>(field - 1)].name) return false;
+    return true;
+}
+
 bool create(DatabasesTopic& databases, TextView name) {
     return databases.DBCreateExt(DBAnsi, name, {}, fields(), kMaxRecords, indexes());
 }

@@ -8,6 +8,7 @@
 namespace tsRtm {
 
 class DatabasesTopic;
+class clsControl;
 
 // Field numbers of the register.
 enum FelderBanken : int32 {
@@ -33,6 +34,8 @@ inline constexpr int32 kByPlaceAndName = 3;
 // As DBCreateExt takes them. The names of the fields are those of the enumeration without "fBANKEN_".
 TSIOArray fields();
 Text indexes();
+// Whether a database has these fields and indexes.
+bool fits(const clsControl& control);
 // Makes an empty register; ".DBD" is added to the name where it is missing. False where its files cannot be
 // made.
 bool create(DatabasesTopic& databases, TextView name);

@@ -8,6 +8,7 @@ namespace tsRtm::rtmMain {
 
 struct Plugged {
     std::shared_ptr<Object> bankRegister;  // who knows the banks, an iBankRegister
+    std::weak_ptr<Object> facadeBanks;     // the one that all facades share
 };
 
 // One copy per process; empty until somebody brings something.

@@ -1,0 +1,179 @@
+// Questions about banks, and a register that comes, changes and goes while they are asked.
+#include "tsRtm/banking/clsBanken.hpp"
+
+#include "tests/database/DatabaseFixture.hpp"
+#include "tests/support/CrashingFiles.hpp"
+#include "tsRtm/frame/state/Plugged.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+constexpr TextView kRegister = u"/daten/Banken";
+
+// A row of the bank code file.
+std::string bankRow(std::string code, std::string name, std::string bic, std::string place = "K\xF6ln") {
+    std::string out = code + "1" + name;
+    out.resize(67, ' ');
+    out += "50667" + place;
+    out.resize(139, ' ');
+    out += bic;
+    out.resize(150, ' ');
+    return out + "09000123U000000000\r\n";
+}
+
+const std::string kFirst = bankRow("37040044", "Commerzbank", "COBADEFFXXX") +
+                           bankRow("37050198", "Sparkasse", "COLSDE33XXX") +
+                           bankRow("20000000", "Bundesbank", "MARKDEF1200", "Hamburg");
+const std::string kSecond = bankRow("37040044", "Neue Bank", "COBADEFFXXX") +
+                            bankRow("20000000", "Bundesbank", "MARKDEF1200", "Hamburg") +
+                            bankRow("10000000", "Bundesbank", "MARKDEF1100", "Berlin");
+
+struct Office {
+    explicit Office(platform::FileSystem& files) : library(ground, files) {
+        ground.ui.defaultAnswer = 7;
+        rtmMain::state().runtimeDataDir = u"/daten";
+    }
+    TestGround ground;
+    StartedLibrary library;
+    clsRtm rtm;
+};
+
+class Banken : public ::testing::Test {
+ protected:
+    BankImportResult import(const std::string& rows) {
+        auto& system = rtmMain::system().files;
+        auto file = system.open(u"/blz.txt", {platform::Access::readWrite, platform::Sharing::all,
+                                              platform::Disposition::createEmpty});
+        EXPECT_FALSE(failed((*file)->writeAt(0, std::as_bytes(std::span(rows.data(), rows.size())))));
+        bankRegister::create(office.rtm, kRegister);
+        const auto db = office.rtm.OpenTSDB(kRegister);
+        if (!db) return {};
+        BankFileReader reader(**file);
+        return importBanks(reader, *db);
+    }
+
+    MemoryFiles disk;
+    CrashingFiles files{disk};
+    Office office{files};
+};
+
+TEST_F(Banken, AreFoundByCodeAndBic) {
+    clsBanken banks;
+    EXPECT_FALSE(banks.IsOpen());
+    EXPECT_EQ(banks.Name(u"37040044"), u"");
+    ASSERT_TRUE(import(kFirst).complete);
+    struct Row {
+        TextView key, name;
+    };
+    for (const auto& [key, name] : {Row{u"37040044", u"Commerzbank"},
+                                    {u"3704", u"Commerzbank"},
+                                    {u"COBADEFF", u"Commerzbank"},
+                                    {u"COLSDE33XXX", u"Sparkasse"},
+                                    {u"37040045", u""},
+                                    {u"99999999", u""},
+                                    {u"COBADEFFX", u""},
+                                    {u"COBADEFG", u""},
+                                    {u"", u""},
+                                    {u"COBA", u""},
+                                    {u"cobadeff", u""}})
+        EXPECT_EQ(toUtf8(banks.Name(key)), toUtf8(name)) << toUtf8(key);
+    EXPECT_EQ(banks.BIC(u"DE89370400440532013000"), u"COBADEFFXXX");
+    EXPECT_EQ(banks.BIC(u"DE"), u"");
+    EXPECT_EQ(banks.PLZOrt(u"37040044"), u"50667 Köln");
+    ASSERT_TRUE(banks.Record(u"20000000"));
+    EXPECT_EQ(banks.Record(u"20000000")->Fields(fBANKEN_ORT), u"Hamburg");
+    const auto db = banks.DB();
+    banks.CloseDB();
+    EXPECT_NE(banks.DB(), db);
+}
+
+TEST_F(Banken, MakeIBANs) {
+    struct Row {
+        TextView code, account, iban;
+    };
+    for (const auto& [code, account, iban] : {Row{u"37040044", u"532013000", u"DE89370400440532013000"},
+                                              {u"37040044", u"5320130", u"DE34370400440532013000"},
+                                              {u"37050198", u"12-34", u"DE00370501980000001234"},
+                                              {u"37050198", u"-", u"DE00370501980000000000"},
+                                              {u"37040044", u"123456789012", u"DE00370400443456789012"},
+                                              {u"3704004", u"1", u""},
+                                              {u"37040044", u"", u""}}) {
+        const Text made = clsBanken::IBAN(code, account, false);
+        EXPECT_EQ(toUtf8(made.substr(std::min<std::size_t>(4, made.size()))),
+                  toUtf8(iban.substr(std::min<std::size_t>(4, iban.size()))));
+        EXPECT_TRUE(made.empty() || clsValidBanking().CheckIBAN(made)) << toUtf8(made);
+    }
+    EXPECT_EQ(toUtf8(clsBanken::IBAN(u"37040044", u"532013000")), "DE89 3704 0044 0532 0130 00");
+}
+
+TEST_F(Banken, AreAskedByTheChecker) {
+    clsValidBanking checker;
+    checker.Options(btIBAN | voError);
+    const Text known = clsBanken::IBAN(u"37040044", u"1", false);
+    const Text unknown = clsBanken::IBAN(u"37040045", u"1", false);
+    EXPECT_EQ(checker.Check(nullptr, unknown), validOK) << "there is no register";
+    import(kFirst);
+    EXPECT_EQ(checker.Check(nullptr, known), validOK);
+    EXPECT_EQ(checker.Check(nullptr, unknown), validError);
+    EXPECT_EQ(toUtf8(checker.ErrorMsg()), "Die Bank zu dieser IBAN wurde nicht gefunden.");
+    checker.Options(btBLZBIC);
+    EXPECT_EQ(checker.Check(nullptr, u"COLSDE33"), validOK);
+    EXPECT_EQ(checker.Check(nullptr, u"COLSDE34"), validWarning);
+    EXPECT_EQ(checker.Check(nullptr, u"37050199"), validWarning);
+    EXPECT_EQ(office.rtm.Banken(), clsRtm().Banken()) << "one for all";
+}
+
+TEST_F(Banken, AreChosenFromAList) {
+    import(kFirst);
+    auto& ui = office.ground.ui;
+    std::vector<Text> firstLine;
+    ui.choices.push_back([&](const platform::ChoiceList& list) {
+        firstLine = list.cells(list.start);
+        return list.find(u"3705");
+    });
+    clsBanken banks;
+    banks.DB()->SetIndex(bankRegister::kByBic);
+    const auto chosen = banks.SelectRecord(fBANKEN_BLZ, u"3704");
+    ASSERT_TRUE(chosen);
+    EXPECT_EQ(chosen->Fields(fBANKEN_NAME), u"Sparkasse");
+    EXPECT_EQ(firstLine.at(1), u"Commerzbank");
+    EXPECT_EQ(ui.listsShown, std::vector<Text>{u"Auswahl Bank"});
+    EXPECT_EQ(banks.DB()->ActiveIndex(), fBANKEN_BIC);
+    EXPECT_FALSE(banks.SelectRecord(fBANKEN_ORT)) << "nothing chosen";
+}
+
+TEST_F(Banken, AreReplacedAtOnceOrOneByOne) {
+    import(kFirst);
+    clsBanken banks;
+    ASSERT_TRUE(banks.IsOpen());
+    const auto beside = import(kSecond);
+    EXPECT_TRUE(beside.complete && beside.beside);
+    EXPECT_EQ((std::vector{beside.changed, beside.added, beside.gone}), (std::vector{1, 1, 1}));
+    EXPECT_EQ(banks.Name(u"37040044"), u"Neue Bank");
+    EXPECT_EQ(banks.Name(u"37050198"), u"");
+    EXPECT_EQ(banks.Name(u"3705"), u"");
+    EXPECT_EQ(banks.Name(u"MARKDEF1"), u"Bundesbank");
+    EXPECT_EQ(banks.DB()->AnzahlDSaetze(), 4);
+    EXPECT_TRUE(consistent(*banks.DB()));
+    const auto again = import(kSecond);
+    EXPECT_EQ(again.changed + again.added + again.gone, 0);
+
+    banks.CloseDB();
+    const auto alone = import(kSecond);
+    EXPECT_TRUE(alone.complete && !alone.beside);
+    EXPECT_EQ(banks.DB()->AnzahlDSaetze(), 3);
+    EXPECT_TRUE(consistent(*banks.DB()));
+}
+
+TEST_F(Banken, WaitForARegisterThatSomebodyHoldsAlone) {
+    import(kFirst);
+    clsBanken banks;
+    auto alone = office.rtm.OpenTSDB(kRegister, false, true);
+    ASSERT_TRUE(alone);
+    EXPECT_EQ(banks.Name(u"37040044"), u"");
+    office.ground.clock.onSleep = [&] { alone.reset(); };
+    EXPECT_EQ(banks.Name(u"37040044"), u"Commerzbank");
+}
+
+}  // namespace
+}  // namespace tsRtm::test
