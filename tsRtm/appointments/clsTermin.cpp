@@ -1,5 +1,6 @@
 #include "tsRtm/appointments/clsTermin.hpp"
 
+#include "tsRtm/appointments/clsTerminkalender.hpp"
 #include "tsRtm/appointments/keys/TerminKeys.hpp"
 #include "tsRtm/appointments/keys/TerminTimes.hpp"
 #include "tsRtm/calendar/clsDatum.hpp"
@@ -19,9 +20,40 @@ clsTermin::clsTermin(std::shared_ptr<clsTSRecord> Record, const TerminFelder& Fe
     if (!record_) return;
     if (extension_) extension_->Record(record_);
     gone_ = record_->Invalidated.connect([this] {
-        record_.reset();
-        extension_.reset();
+        const auto held = weak_from_this().lock();
+        letGo();
     });
+}
+
+void clsTermin::letGo() {
+    record_.reset();
+    extension_.reset();
+    calendar_.reset();
+    otherStore_.end();
+}
+
+void clsTermin::belongTo(const std::shared_ptr<clsTerminkalender>& calendar, int32 number) {
+    calendar_ = calendar;
+    number_ = number;
+    otherStore_ = calendar->DBChange.connect([this] {
+        const auto held = shared_from_this();
+        letGo();
+    });
+}
+
+void clsTermin::extend(std::shared_ptr<iKalenderExtension> extension) {
+    extension_ = std::move(extension);
+    if (extension_) extension_->Record(record_);
+}
+
+void clsTermin::readAnew() {
+    if (record_ && record_->Satznummer() > 0 && !record_->Changed()) record_->Reset();
+}
+
+void clsTermin::refresh() {
+    if (storing_) return;  // Update tells it itself
+    readAnew();
+    Change();
 }
 
 tsRtm::Text clsTermin::ID() {
@@ -45,11 +77,38 @@ void clsTermin::Reset() {
     if (record_) record_->Reset();
 }
 
+// While it is stored, so that the notice of its record finds it though it has no number yet.
+class clsTermin::Storing {
+ public:
+    Storing(clsTermin& termin, clsTerminkalender* calendar) : termin_(termin), calendar_(calendar) {
+        termin_.storing_ = true;
+        if (calendar_) calendar_->storing_ = &termin_;
+    }
+    ~Storing() {
+        termin_.storing_ = false;
+        if (calendar_) calendar_->storing_ = nullptr;
+    }
+    Storing(const Storing&) = delete;
+    Storing& operator=(const Storing&) = delete;
+
+ private:
+    clsTermin& termin_;
+    clsTerminkalender* calendar_;
+};
+
 bool clsTermin::Update() {
-    const auto record = record_;  // a listener may end this object
-    if (!record || !record->Update()) return false;
-    Change();
-    return true;
+    // A listener may end this object.
+    const auto held = weak_from_this().lock();
+    const auto record = record_;
+    if (!record) return false;
+    const auto calendar = calendar_;
+    bool stored = false;
+    {
+        const Storing storing(*this, calendar.get());
+        stored = record->Update();
+    }
+    if (stored) Change();
+    return stored;
 }
 
 bool clsTermin::Locked() const { return record_ && record_->Locked(); }

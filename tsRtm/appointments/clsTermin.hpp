@@ -1,36 +1,16 @@
 #pragma once
 // One appointment: a record of an appointment store, by the roles of its fields.
-#include <array>
-
+#include "tsRtm/appointments/TerminFelder.hpp"
 #include "tsRtm/appointments/iKalenderExtension.hpp"
 
 namespace tsRtm {
 
-// Which field of a store has which role, by the number of the role; 0 where the store has none.
-struct TerminFelder {
-    enum Rolle : std::size_t {
-        schluessel = 1,
-        gueltigAb = 2,
-        gueltigBis = 3,
-        id = 4,
-        uhrzeitVon = 5,
-        uhrzeitBis = 6,
-        betreff = 7,
-        ort = 8,
-        prioritaet = 9,
-        dauer = 10,
-        tag = 11,
-        memo = 12
-    };
-    std::array<int32, 13> nummern{};  // from 1 on
-
-    int32 operator[](Rolle role) const noexcept { return nummern[role]; }
-};
+class clsTerminkalender;
 
 // What a store's layout lacks reads empty and takes nothing. A store has a duration, an end, or both: what is
 // missing is reckoned from the start. Once the record has gone with its database, all reads empty, and
 // nothing raises. Dates are local ones, times have the marks of TerminTimes.
-class clsTermin {
+class clsTermin : public std::enable_shared_from_this<clsTermin> {
  public:
     clsTermin(std::shared_ptr<clsTSRecord> Record, const TerminFelder& Felder,
               std::shared_ptr<iKalenderExtension> Extension = nullptr);
@@ -41,6 +21,7 @@ class clsTermin {
     int32 LongTag = 0;
     tsRtm::Text StringTag;
 
+    std::shared_ptr<clsTerminkalender> Terminkalender() const { return calendar_; }
     std::shared_ptr<iKalenderExtension> EXTENSION() const { return extension_; }
     std::shared_ptr<clsTSRecord> Record() const { return record_; }
     // The field of that role, else the record number; kept once it is known. Empty for a new record.
@@ -53,7 +34,7 @@ class clsTermin {
     tsRtm::Text Field(int32 Index) const;
     void Field(int32 Index, TextView value);
     void Reset();
-    // Stores the record; then Change is raised.
+    // Stores the record, by which lists hear of it; then Change is raised.
     bool Update();
     bool Locked() const;
     void Locked(bool value);
@@ -115,16 +96,32 @@ class clsTermin {
     Event<> Change;
 
  private:
+    friend class clsTerminkalender;
+    friend class clsTermine;
+    class Storing;
+
+    // Of a calendar, until that gives its database up.
+    void belongTo(const std::shared_ptr<clsTerminkalender>& calendar, int32 number);
+    void extend(std::shared_ptr<iKalenderExtension> extension);
+    void letGo();
+    // The record was written, here or by others; what was assigned and not stored stays.
+    void refresh();
+    void readAnew();
+
     tsRtm::Text role(TerminFelder::Rolle role) const { return Field(fields_[role]); }
     void role(TerminFelder::Rolle role, TextView value) { Field(fields_[role], value); }
     int32 color(eColorElement element) const { return extension_ ? extension_->DisplayColor(element) : -1; }
 
+    std::shared_ptr<clsTerminkalender> calendar_;
     std::shared_ptr<clsTSRecord> record_;
     std::shared_ptr<iKalenderExtension> extension_;
     TerminFelder fields_;
     tsRtm::Text id_;
     int32 index_ = 0;
-    Subscription gone_;
+    int32 number_ = 0;  // of the record, once the calendar knows it
+    bool storing_ = false;
+    Subscription gone_;        // the record has
+    Subscription otherStore_;  // the calendar gives its database up
 };
 
 }  // namespace tsRtm

@@ -4,6 +4,7 @@
 #include "tests/calendar/CalendarTest.hpp"
 #include "tests/support/Table.hpp"
 #include "tests/support/Told.hpp"
+#include "tsRtm/appointments/keys/DueRule.hpp"
 #include "tsRtm/appointments/keys/TerminTimes.hpp"
 
 namespace tsRtm::test {
@@ -112,6 +113,32 @@ TEST_F(TerminTimes, AreMinutesOfTheDayAndGoOverMidnight) {
     }
     rtmMain::state().locale.sepTime = u".";
     EXPECT_EQ(timeBetween(u"10:00", u"12.15"), u"02.15") << "both marks are read, the locale's is written";
+}
+
+// By numbers a key is due on the same days as by the keys of each day.
+TEST_F(TerminKeys, AreDueAlikeByNumbers) {
+    const std::vector<Text> keys = {u"20240229", u"++++++++", u"++++++01", u"++++++28", u"++++++29",
+                                    u"++++++30", u"++++++31", u"+++++MO+", u"+++++SO1", u"+++++FR5",
+                                    u"+++++mi9", u"++++0229", u"++++1224", u"++++02++", u"2024++++",
+                                    u"202402++", u"*T000010", u"*M000002", u"*M000001", u"*T000000",
+                                    u"*X000001", u"++++++00", u"++++++32", u"+++++XX+", u"2024++15",
+                                    u"+++++MO7", u"20241+++", u"2024",     u"",         u"++++13++"};
+    const std::pair<TextView, TextView> validities[] = {
+        {u"", u""}, {u"31012023", u"30062024"}, {u"29022024", u""}, {u"", u"01032024"}};
+    const int32 first = clsDatum().JulianDay(u"01012023"), last = clsDatum().JulianDay(u"31122024");
+    for (int32 number = first; number <= last; ++number) {
+        const Text date = clsDatum().KalenderDay(number);
+        const auto today = keysOf(date);
+        const Day day = dayOf(number);
+        for (const auto& key : keys)
+            for (const auto& [from, to] : validities) {
+                const bool found = key.starts_with(u'*')
+                                       ? comesRound(key, date, from)
+                                       : std::find(today.begin(), today.end(), upper(key)) != today.end();
+                ASSERT_EQ(DueRule(key, from, to).on(day), found && isValid(date, from, to))
+                    << toUtf8(key) << ' ' << toUtf8(date) << " from " << toUtf8(from);
+            }
+    }
 }
 
 }  // namespace

@@ -1,0 +1,188 @@
+// Codes and names of places, settled by the databases and by the person at the desk.
+#include "tsRtm/places/clsPlzOrt.hpp"
+
+#include "tests/database/DatabaseFixture.hpp"
+#include "tests/support/CrashingFiles.hpp"
+#include "tests/support/Raised.hpp"
+#include "tsRtm/places/PlaceImport.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+constexpr TextView kOrte = u"/daten/Orte", kStrassen = u"/daten/Strassen";
+
+const std::vector<PlaceRow> kRows = {
+    {u"Aachen, Stadt", u"05334", u"52062", u"52002"},
+    {u"Aachen, Stadt", u"05334", u"52064", u"52003"},
+    {u"Aachen, Stadt", u"05334", u"52064", u"52004"},
+    {u"Neustadt", u"09373", u"12345", u""},
+    {u"Neudorf", u"09374", u"12345", u"12000"},
+    {u"Altdorf", u"09375", u"12345", u"12000"},
+    {u"Hamburg", u"02000", u"20095", u""},
+    {u"Grenzort", u"", u"87491", u""},
+    {u"Links", u"05111", u"50000", u""},
+    {u"Rechts", u"06111", u"50000", u""},
+};
+
+class PlzOrt : public ::testing::Test {
+ protected:
+    PlzOrt() {
+        library.ground.ui.defaultAnswer = 1;
+        rtmMain::state().runtimeDataDir = u"/daten";
+    }
+    PlaceImportResult import(const std::vector<PlaceRow>& rows) {
+        placeRegister::createPlaces(rtm, kOrte);
+        const auto db = rtm.OpenTSDB(kOrte);
+        return db ? importPlaces(*db, rows) : PlaceImportResult{.error = 70};
+    }
+    // "code place key", or "-".
+    Text look(TextView typed, TextView street = {}, bool codesOnly = false) {
+        Text code = u"vorher", place, key;
+        if (places.PLZOrt(typed, street, code, place, key, codesOnly))
+            return code + u" " + place + u" " + key;
+        EXPECT_EQ(code + place + key, u"vorher");
+        return u"-";
+    }
+    void choose(int32 line) {
+        library.ground.ui.choices.push_back([line](const platform::ChoiceList&) { return line; });
+    }
+    // What the next list shows, a line a cell row; nothing is chosen.
+    void keepList() {
+        library.ground.ui.choices.push_back([this](const platform::ChoiceList& list) {
+            shown.clear();
+            for (int32 line = 1; line <= list.count; ++line) {
+                Text row;
+                for (const auto& cell : list.cells(line)) row += cell + u"|";
+                shown.push_back(row);
+            }
+            start = list.start;
+            return 0;
+        });
+    }
+
+    MemoryFiles disk;
+    CrashingFiles files{disk};
+    StartedLibrary library{files};
+    clsRtm rtm;
+    clsPlzOrt places;
+    std::vector<Text> shown;
+    int32 start = 0;
+};
+
+TEST_F(PlzOrt, OfACode) {
+    EXPECT_EQ(look(u"52062"), u"-") << "no databases";
+    const auto result = import(kRows);
+    EXPECT_EQ(result.error, 0);
+    EXPECT_EQ((std::vector{result.stored, result.places, result.codes, result.sharedCodes}),
+              (std::vector{10, 8, 10, 3}));
+    struct Row {
+        TextView typed, found;
+    };
+    for (const auto& [typed, found] : {Row{u"52062", u"52062 Aachen 05334"},
+                                       {u"52003", u"52003 Aachen 05334"},
+                                       {u"1234", u"-"},
+                                       {u"52O62", u"-"},
+                                       {u"00000", u"-"},
+                                       {u"99999", u"-"},
+                                       {u"", u"-"},
+                                       {u"12345", u"-"},
+                                       {u"12345 Neust", u"12345 Neustadt 09373"},
+                                       {u"12345neudorf am Berg", u"12345 Neudorf 09374"},
+                                       {u"12345 dorf", u"-"}})
+        EXPECT_EQ(toUtf8(look(typed)), toUtf8(found)) << toUtf8(typed);
+    EXPECT_EQ(look(u"12345", {}, true), u"12345 Altdorf 09375") << "the first one";
+    EXPECT_EQ(look(u"Hamburg", {}, true), u"-");
+    keepList();
+    look(u"12345 dorf");
+    EXPECT_EQ(shown, (std::vector<Text>{u"12345|Altdorf|", u"12345|Neudorf|", u"12345|Neustadt|"}));
+    EXPECT_EQ(start, 1);
+    choose(2);
+    EXPECT_EQ(look(u"12000"), u"12000 Neudorf 09374") << "boxes that two places share";
+    Text both = u"52062";
+    EXPECT_TRUE(places.PLZOrt(both, u"", both, both)) << "what comes in may be what goes out";
+    EXPECT_EQ(both, u"Aachen");
+    EXPECT_EQ(places.OrtsName(u"52062") + u"|" + places.OrtsName(u"12345"), u"Aachen|");
+}
+
+TEST_F(PlzOrt, OfAName) {
+    import(kRows);
+    Text asked;
+    library.ground.ui.choices.push_back([&](const platform::ChoiceList& list) {
+        asked = list.caption + u": " + list.cells(list.start).front();
+        return list.start;
+    });
+    EXPECT_EQ(look(u"hAMburg"), u"20095 Hamburg 02000");
+    EXPECT_EQ(asked, u"Ortauswahl: Hamburg");
+    choose(1);
+    keepList();
+    EXPECT_EQ(look(u"aachen"), u"-") << "a code has to be chosen";
+    EXPECT_EQ(shown, (std::vector<Text>{u"52062|| PF 52002||", u"52064|| PF 52003 -52004||",
+                                        u"|(Straßenverzeichnis)|||"}));
+    choose(1);
+    choose(2);
+    EXPECT_EQ(look(u"aachen"), u"52064 Aachen 05334");
+    choose(1);
+    choose(3);
+    EXPECT_EQ(look(u"aachen"), u" Aachen 05334");
+    EXPECT_EQ(toUtf8(library.ground.ui.boxes.back().headline),
+              "Bitte benutzen Sie das Straßenverzeichnis der Post.");
+
+    ASSERT_TRUE(placeRegister::createStreets(rtm, kStrassen));
+    {
+        const auto streets = rtm.OpenTSDB(kStrassen), orte = rtm.OpenTSDB(kOrte);
+        const auto result = importStreets(*streets, *orte,
+                                          {{u"Aachen, Stadt", u"05334", u"Domhof", u"52062"},
+                                           {u"Aachen, Stadt", u"05334", u"Theaterplatz", u"52064"},
+                                           {u"Hamburg", u"02000", u"Jungfernstieg", u"20095"},
+                                           {u"Nirgends", u"", u"Weg", u"11111"}});
+        EXPECT_EQ((std::vector{result.stored, result.unknown, result.error}), (std::vector{3, 1, 0}));
+    }
+    choose(1);
+    library.ground.ui.choices.push_back([](const platform::ChoiceList& list) { return list.start; });
+    EXPECT_EQ(look(u"Aachen", u"Thea"), u"52064 Aachen 05334");
+}
+
+TEST_F(PlzOrt, StatesByMunicipality) {
+    import(kRows);
+    EXPECT_EQ(places.Bundesland(u"20095"), u"Hamburg");
+    EXPECT_EQ(places.Bundesland(u"12345"), u"Bayern") << "all of its places";
+    EXPECT_EQ(places.Bundesland(u"87491"), u"");
+    EXPECT_EQ(places.Bundesland(u"50000"), u"") << "two states, and nobody answers";
+    choose(1);
+    EXPECT_EQ(places.Bundesland(u"50000"), u"Nordrhein-Westfalen");
+    EXPECT_EQ(toUtf8(clsPlzOrt::BundeslandName(16)), "Thüringen");
+    EXPECT_EQ(raised([] { clsPlzOrt::BundeslandName(17); }),
+              "9|clsPlzOrt.Bundeslandname|Bundesland 17 gibt es nicht");
+}
+
+// One number a code in a shorter file, two in a longer one; numbers that lead nowhere are unknown codes.
+TEST_F(PlzOrt, ReadsBothFormsOfTheIndex) {
+    import(kRows);
+    const auto write = [&](std::size_t size, std::size_t offset, int32 number) {
+        std::string bytes(size, '\0');
+        bytes[offset] = static_cast<char>(number & 0xFF);
+        bytes[offset + 1] = static_cast<char>(number >> 8 & 0xFF);
+        auto file = disk.open(
+            u"/daten/Orte.DBD/Index.tsd",
+            {platform::Access::readWrite, platform::Sharing::all, platform::Disposition::createEmpty});
+        EXPECT_FALSE(failed((*file)->writeAt(0, std::as_bytes(std::span(bytes.data(), size)))));
+    };
+    constexpr std::size_t n = 70001;
+    write(300000, n * 2 - 2, 3);
+    EXPECT_NE(look(u"70001"), u"-");
+    write(300001, n * 4 - 4, 3);
+    EXPECT_NE(look(u"70001"), u"-");
+    write(400000, n * 4 - 2, 3);
+    EXPECT_NE(look(u"70001"), u"-") << "the second number";
+    for (const int32 wrong : {11, 32767, -32768}) {
+        write(400000, n * 4 - 4, wrong);
+        EXPECT_EQ(look(u"70001"), u"-") << wrong;
+    }
+    write(10, 2, 3);
+    EXPECT_EQ(look(u"70001"), u"-") << "behind the end";
+    EXPECT_FALSE(failed(disk.remove(u"/daten/Orte.DBD/Index.tsd")));
+    EXPECT_EQ(look(u"52062"), u"-");
+}
+
+}  // namespace
+}  // namespace tsRtm::test
