@@ -28,6 +28,8 @@ void addWorkday(CLI::App& app);   // workday
 void addTables(CLI::App& app);    // tab
 void addChecks(CLI::App& app);    // check iban, bic, blz, konto, date, email, egvp, value
 void addPayments(CLI::App& app);  // dta write, dta show
+void addPlaces(CLI::App& app);    // places import, plz
+void addTermine(CLI::App& app);   // termine create, add, day, week, list, what, import, export
 void addCompletion(CLI::App& app);
 
 }  // namespace tsRtm::cli

@@ -60,6 +60,8 @@ void addCommands(CLI::App& app) {
     addTables(app);
     addChecks(app);
     addPayments(app);
+    addPlaces(app);
+    addTermine(app);
     addCompletion(app);
 }
 
