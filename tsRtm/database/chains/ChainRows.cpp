@@ -23,6 +23,14 @@ void ChainRows::decode(BytesView row, std::vector<Text>& cells) const {
     }
 }
 
+Bytes ChainRows::withoutPointers(BytesView rows) const {
+    Bytes out(rows);
+    const std::size_t pointers = fields() > 0 ? layout_.field(1).offset : layout_.bytes();
+    for (std::size_t at = 0; at + layout_.bytes() <= out.size(); at += layout_.bytes())
+        out.replace(at, pointers, layout_.blank(), 0, pointers);
+    return out;
+}
+
 bool ChainRows::sameCells(BytesView a, BytesView b) const {
     decode(a, one_);
     decode(b, other_);

@@ -17,6 +17,8 @@ class ChainRows {
     Bytes encode(std::span<const Text> cells) const;
     // The cells of a whole row, without blanks at either end.
     void decode(BytesView row, std::vector<Text>& cells) const;
+    // Whole rows, one behind the other, with blanks in the place of their pointers.
+    Bytes withoutPointers(BytesView rows) const;
     // Two rows say the same, whatever blanks they have.
     bool sameCells(BytesView a, BytesView b) const;
 

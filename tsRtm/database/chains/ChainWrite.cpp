@@ -124,18 +124,21 @@ void ChainWrite::addBefore(ChainEnds ends, Bytes row, BytesView stay, std::span<
 }
 
 void ReplaceChain::change(BytesView stored, std::span<char> columns) {
+    exchange(store_.walk(stored), rows_, columns);
+}
+
+void ChainWrite::exchange(const ChainContent& old, const Bytes& rows, std::span<char> columns) {
     const std::size_t length = store_.format().rowBytes();
-    const ChainContent old = store_.walk(stored);
     std::size_t same = 0;
-    const auto rowOf = [&](const Bytes& rows) { return BytesView(rows).substr(same * length, length); };
-    while (same < old.rows.size() && same * length < rows_.size() &&
-           store_.rows().sameCells(rowOf(old.bytes), rowOf(rows_)))
+    const auto rowOf = [&](const Bytes& all) { return BytesView(all).substr(same * length, length); };
+    while (same < old.rows.size() && same * length < rows.size() &&
+           store_.rows().sameCells(rowOf(old.bytes), rowOf(rows)))
         ++same;
     const bool keepsAll = same == old.rows.size();
-    Bytes rest = rows_.substr(same * length);
+    Bytes rest = rows.substr(same * length);
     if (keepsAll && rest.empty()) return;
     if (keepsAll && same > 0 && addBehind(old.rows.back(), rest, old.bytes, columns)) return;
-    replace(old, rows_, columns);
+    replace(old, rows, columns);
 }
 
 void AddChainRow::change(BytesView stored, std::span<char> columns) {
