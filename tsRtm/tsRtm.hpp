@@ -13,7 +13,7 @@
 #include "tsRtm/database/BulkLoader.hpp"
 #include "tsRtm/database/NewRecords.hpp"
 #include "tsRtm/database/clsKette.hpp"
-#include "tsRtm/database/clsTSRecord.hpp"
+#include "tsRtm/database/clsTSIndex.hpp"
 #include "tsRtm/fields/clsBlob.hpp"
 #include "tsRtm/frame/clsEnumTS.hpp"
 #include "tsRtm/frame/clsProgItem.hpp"

@@ -39,7 +39,7 @@ bool clsTSDB::Sort(int32 IndexSpalte) {
         e.d, IndexSpalte, [this](int32 phase, int32 done, int32 sum) { UpdateProgress(phase, done, sum); });
     if (failed(error)) return e.fail(error);
     for (int32 n = 1; n <= e.d.indexes.count(); ++n)
-        if (IndexSpalte == -1 || n == IndexSpalte) IndexChange(e.d.indexes.keys(n).primary());
+        if (IndexSpalte == -1 || n == IndexSpalte) indexRebuilt(e.d.indexes.keys(n).primary());
     if (!e.keineEreignisse) RecordChange(e.c.aktSatz);
     return true;
 }
@@ -132,6 +132,7 @@ bool clsTSDB::exchanging(Work work, bool anew) {
     }
     if (failed(out.error)) return e.fail(out.error);
     if (out.changed && anew) Packed();
+    if (out.changed && !anew) contentReplaced();
     return true;
 }
 
@@ -178,7 +179,7 @@ void clsTSDB::CreateIndex(int32 Primaer, int32 Sekundaer, int32 Tertiaer) {
     if (failed(error))
         e.fail(error);
     else
-        IndexChange(Primaer);
+        indexRebuilt(Primaer);
 }
 
 void clsTSDB::DelIndex(int32 IndexSpalte) {
@@ -195,7 +196,10 @@ void clsTSDB::DelIndex(int32 IndexSpalte) {
     e.writer.prepare();
     // The active order keeps its field, whatever its number is now.
     e.c.aktIndex = active == 0 ? 0 : e.d.control->IndexNr(Variant(active));
-    if (failed(error)) e.fail(error);
+    if (failed(error))
+        e.fail(error);
+    else
+        indexDropped(IndexSpalte);
 }
 
 }  // namespace tsRtm

@@ -28,8 +28,8 @@ constexpr uint64 kSniffFrom = 2;
 
 clsTSDB::clsTSDB(FilesTopic& Files) : engine_(std::make_unique<DatabaseEngine>(Files)) {
     auto& e = *engine_;
-    e.writer.indexChanged = [this](int32 field) { IndexChange(field); };
-    e.d.indexes.rebuilt = e.writer.indexChanged;
+    e.writer.indexChanged = [this](int32 field) { indexChanged(field); };
+    e.d.indexes.rebuilt = [this](int32 field) { indexRebuilt(field); };
     e.d.watch.heal = [&e] { return e.d.indexes.healLeftBehind(); };
     e.d.watch.findChanges = [&e] { e.d.openChanges(); };
     e.d.locks.givenUp = [this] { return closing_; };
@@ -230,26 +230,6 @@ void clsTSDB::sniffUnicode() {
     d.control->IstUnicode(static_cast<uint8>(bytes[1]) < 10 || static_cast<uint8>(bytes[3]) < 10);
 }
 
-void clsTSDB::openSerial() {
-    auto& d = engine_->d;
-    if (d.control->AutowertFeld() == 0 || d.folder.readOnly) return;
-    d.opened.serial = d.folder.open(u"Autowert.tsd", d.folder.shared);
-    if (d.opened.serial == 0) return rtmMain::DebugLog(d.folder.name + u": kein Zugriff auf Autowert.tsd");
-    d.guard.opened(d.folder.files.file(d.opened.serial));
-    d.serial = SerialNumber(d.folder.files.file(d.opened.serial), d.folder.messages());
-}
-
-// The last record need not have the greatest number, and a counter may have been lost with the machine.
-int32 clsTSDB::greatestSerial() {
-    auto& d = engine_->d;
-    d.refreshCount();
-    const int32 field = d.control->AutowertFeld();
-    int32 greatest = 0;
-    for (int32 n = 1; n <= d.records(); ++n)
-        greatest = std::max(greatest, roundToInt32(Val(GetField(n, field))));
-    return greatest < 1 ? d.records() : greatest;
-}
-
 bool clsTSDB::OpenView(TextView ViewFile) {
     auto& d = engine_->d;
     auto& widths = engine_->viewLaenge;
@@ -265,15 +245,6 @@ bool clsTSDB::OpenView(TextView ViewFile) {
         return false;
     }
     return true;
-}
-
-void clsTSDB::KillAllObjects() {
-    // A listener may let go of other records, or ask for new ones: the list is read anew each time.
-    for (std::size_t left = live_.size(); left > 0 && !live_.empty(); --left) {
-        auto* const record = live_.front();
-        live_.erase(live_.begin());
-        record->invalidate();
-    }
 }
 
 std::shared_ptr<clsControl> clsTSDB::Control() const { return engine_->d.control; }
