@@ -13,6 +13,7 @@ void addSearches(CLI::App& db);  // list, find, goto, get
 void addChanges(CLI::App& db);   // set, add, delete, undelete, lock
 void addMemos(CLI::App& db);     // memo get, set, export
 void addChains(CLI::App& db);    // chain list, add, write
+void addProps(CLI::App& db);     // props list, get, set, names
 void addImport(CLI::App& db);
 void addExport(CLI::App& db);
 void addBulk(CLI::App& db);       // pack, rebuild, zap, index

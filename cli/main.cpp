@@ -47,6 +47,7 @@ void addCommands(CLI::App& app) {
     addExport(*db);
     addMemos(*db);
     addChains(*db);
+    addProps(*db);
     addBulk(*db);
     addCare(*db);
     addBanks(app);
