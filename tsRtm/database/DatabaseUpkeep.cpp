@@ -6,8 +6,10 @@
 #include "tsRtm/database/engine/DatabaseEngine.hpp"
 #include "tsRtm/database/upkeep/IndexCheck.hpp"
 #include "tsRtm/database/upkeep/IndexSort.hpp"
+#include "tsRtm/database/upkeep/LostFiles.hpp"
 #include "tsRtm/database/upkeep/MemoCheck.hpp"
 #include "tsRtm/database/upkeep/Packing.hpp"
+#include "tsRtm/database/upkeep/SidePacking.hpp"
 #include "tsRtm/frame/runtime/DebugLog.hpp"
 #include "tsRtm/frame/state/State.hpp"
 
@@ -76,17 +78,21 @@ bool clsTSDB::Check(bool Repair, TextView Zusatz) {
     std::vector<int32> faulty;
     const bool mends = Repair && !d.folder.readOnly && d.store;
     try {
+        if (mends)
+            if (const auto error = d.sign.enter(); failed(error)) return e.fail(error);
         for (int32 number = 1; d.store && d.indexes.has(number); ++number) {
             rtmMain::DebugLog(u"Konsistenzprüfung Index " + Caption(d.indexes.keys(number).primary()));
             auto lines = d.folder.readOnly ? checkBeside(d, number) : checkIndex(d, number);
             if (!lines.empty()) faulty.push_back(number);
             noteAll(std::move(lines));
         }
+        noteAll(unfinishedWork(d.folder));
         if (d.store) noteAll(checkMemos(d, mends ? Mend::yes : Mend::no));
         if (d.store) noteAll(checkChains(d.chains, ChainMending::none));
+        if (d.store) noteAll(checkRowMemos(d, Mend::no));
         if (mends && !d.chains.fields().empty()) {
-            if (const auto error = d.sign.enter(); failed(error)) return e.fail(error);
             checkChains(d.chains, ChainMending::repair);
+            checkRowMemos(d, Mend::yes);
         }
         if (mends && (!faulty.empty() || d.marks.leftBehind())) repairIndexes(d, faulty);
     } catch (const Failure& failure) {
@@ -96,14 +102,15 @@ bool clsTSDB::Check(bool Repair, TextView Zusatz) {
     return sound;
 }
 
-// Runs a work that exchanges files. `anew`: records get other numbers, so whatever knows one ends.
+// Runs a work that exchanges files. Where records get other numbers, whatever knows one ends.
 template <class Work>
-bool clsTSDB::exchanging(Work work, bool anew) {
+bool clsTSDB::exchanging(Work work, Exchanged what) {
     const Working working(*this);
     auto& e = *engine_;
     e.fehler = 0;
     if (e.writer.busy()) return e.fail(DatabaseError::locked);
-    if (anew) letGoOfSets();
+    const bool anew = what == Exchanged::numbers;
+    if (what != Exchanged::places) letGoOfSets();
     BulkFace face;
     face.progress = [this](int32 phase, int32 done, int32 sum) { UpdateProgress(phase, done, sum); };
     face.stopped = [this] { return closing_ || rtmMain::state().stopped; };
@@ -136,7 +143,7 @@ bool clsTSDB::exchanging(Work work, bool anew) {
 }
 
 bool clsTSDB::exchanged(const std::function<BulkOutcome(OpenDatabase&, const BulkFace&)>& work) {
-    return exchanging(work, true);
+    return exchanging(work, Exchanged::numbers);
 }
 
 void clsTSDB::letGoOfSets() {
@@ -144,11 +151,11 @@ void clsTSDB::letGoOfSets() {
     HalloIndex(kLetGo, none);
 }
 
-bool clsTSDB::Pack() { return exchanging(packRecords, true); }
+bool clsTSDB::Pack() { return exchanging(packRecords, Exchanged::numbers); }
 
-bool clsTSDB::PackMemoKette() { return exchanging(packMemos, false); }
+bool clsTSDB::PackMemoKette() { return exchanging(packSideFiles, Exchanged::places); }
 
-void clsTSDB::Zap() { exchanging(emptyDatabase, true); }
+void clsTSDB::Zap() { exchanging(emptyDatabase, Exchanged::numbers); }
 
 bool clsTSDB::Rebuild() {
     const Working working(*this);

@@ -3,13 +3,12 @@
 #include <algorithm>
 
 #include "tsRtm/control/clsMasken.hpp"
-#include "tsRtm/database/chains/ChainCheck.hpp"
 #include "tsRtm/database/clsTSRecord.hpp"
 #include "tsRtm/database/engine/DatabaseEngine.hpp"
 #include "tsRtm/database/upkeep/FileExchange.hpp"
 #include "tsRtm/database/upkeep/IndexCheck.hpp"
 #include "tsRtm/database/upkeep/LostFiles.hpp"
-#include "tsRtm/database/upkeep/MemoCheck.hpp"
+#include "tsRtm/database/upkeep/UncleanEnd.hpp"
 #include "tsRtm/frame/clsStreamReader.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/frame/runtime/DebugLog.hpp"
@@ -20,9 +19,7 @@ namespace tsRtm {
 namespace {
 
 constexpr TextView kExtension = u".DBD";
-constexpr int32 kBigFrom = 32768;
 constexpr int32 kViewHeadItems = 6;
-constexpr uint64 kSniffFrom = 2;
 
 }  // namespace
 
@@ -93,22 +90,15 @@ void clsTSDB::openInner() {
         return;
     }
     recoverControl(d.folder);
-    d.control = std::make_shared<clsControl>(d.folder.files);
-    bool dos = true;
-    if (!d.control->Oeffne(d.folder.path(u"Control.tsd"), dos)) {
+    if (!d.readStructure()) {
         e.fail(DatabaseError::noControl);
         return;
     }
-    d.layout = RecordLayout(*d.control, d.control->IstUnicode(), dos);
     e.c = Cursor();
     e.c.felder = RecordBuffer(d.layout);
     e.spareBuffer.reset();
     e.viewLaenge.clear();
     for (int32 i = 1; i <= d.control->Felder(); ++i) e.viewLaenge.push_back(d.control->field(i).Laenge());
-    // Nothing on disk says so: a change of MaxRecords across this number needs new index files.
-    d.indexes.define(*d.control, d.layout, d.control->MaxRecords() >= kBigFrom);
-    d.memos.define(*d.control);
-    d.chains.define(d.control, d.layout);
     e.writer.prepare();
     OpenView(u"Standard");
     if (!openFiles()) return;
@@ -152,9 +142,7 @@ bool clsTSDB::openFiles() {
         rtmMain::DebugLog(folder.name + u": kein Zugriff auf " + Text(ChangeCount::kFileName));
         return e.fail(DatabaseError::locked);
     }
-    if (!d.openData()) return e.fail(DatabaseError::locked);
-    sniffUnicode();
-    return true;
+    return d.openData() || e.fail(DatabaseError::locked);
 }
 
 namespace {
@@ -190,6 +178,7 @@ void clsTSDB::settle() {
             replayLog(d);
             // First of all, since numbers are given out without this lock.
             if (d.serial) d.serial.atLeast(greatestSerial());
+            befunde_ = settleRecords(d);
         } else if (FilesTopic::Exist(d.folder.path(UpdateLog::kFileName)) && d.sign.alone()) {
             d.log.forget();
         }
@@ -197,12 +186,12 @@ void clsTSDB::settle() {
             d.indexes.healLeftBehind();
         else if (unclean)
             settleIndexes(d);
-        if (!unclean || d.marks.leftBehind()) return;
+        const bool mends = unclean && !d.marks.leftBehind();
         // Behind the healing, which completes a record with the pointers that it was to have.
-        for (const auto& line : checkMemos(d, Mend::yes)) rtmMain::DebugLog(line);
-        befunde_ = checkChains(d.chains, ChainMending::cut);
+        if (mends) settleSideFiles(d, befunde_);
+        for (auto& line : unfinishedWork(d.folder)) befunde_.push_back(std::move(line));
         for (const auto& line : befunde_) rtmMain::DebugLog(line);
-        d.sign.settled();
+        if (mends) d.sign.settled();
     } catch (const Failure& failure) {
         recordFailure(failure);
     }
@@ -218,16 +207,6 @@ bool clsTSDB::refusesLocks() {
             u"einander die Daten überschreiben. Die Datenbank wird nicht geöffnet.",
         dlgCritical, u"clsTSDB.Oeffne");
     return true;
-}
-
-// A data file in UTF-16 gives itself away by its high bytes. The flag reaches only those who ask the control:
-// how the records are read was settled before, by the control file.
-void clsTSDB::sniffUnicode() {
-    auto& d = engine_->d;
-    if (d.store.bytes().knownSize() < 6) return;
-    char bytes[4] = {};
-    d.store.bytes().read(kSniffFrom, bytes);
-    d.control->IstUnicode(static_cast<uint8>(bytes[1]) < 10 || static_cast<uint8>(bytes[3]) < 10);
 }
 
 void clsTSDB::openSerial() {

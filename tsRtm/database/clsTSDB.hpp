@@ -266,7 +266,8 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     // record objects end, locks of records are given up, and Packed is told. All files change at once: who
     // dies in it leaves the database as it was, or packed.
     bool Pack();
-    // Takes the room out of the memo stores that no record points to.
+    // Takes the room out of memo and chain stores that no record leads to. Raises, source "DB PackMemoKette",
+    // for a chain that leads out of its file or in a circle; then nothing is changed.
     bool PackMemoKette();
     // Both, and all indexes anew.
     bool Rebuild();
@@ -289,12 +290,12 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     void openInner();
     bool openFiles();
     void openSerial();
+    enum class Exchanged { places, numbers };
     template <class Work>
-    bool exchanging(Work work, bool anew);
+    bool exchanging(Work work, Exchanged what);
     bool exchanged(const std::function<BulkOutcome(OpenDatabase&, const BulkFace&)>& work);
     void letGoOfSets();
     int32 greatestSerial();
-    void sniffUnicode();
     void settle();
     bool refusesLocks();
     bool readRecord(int32 Satznummer, bool plain = false);

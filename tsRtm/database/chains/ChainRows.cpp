@@ -13,6 +13,12 @@ Bytes ChainRows::encode(std::span<const Text> cells) const {
     return row;
 }
 
+Bytes ChainRows::encode(const std::vector<std::vector<Text>>& rows) const {
+    Bytes out;
+    for (const auto& cells : rows) out += encode(std::span<const Text>(cells));
+    return out;
+}
+
 void ChainRows::decode(BytesView row, std::vector<Text>& cells) const {
     cells.resize(static_cast<std::size_t>(fields()));
     Text text;

@@ -42,7 +42,7 @@ class ChainWrite : public SideWrite {
     // Gives the rows numbers, links them, and writes them where nothing leads to them.
     void writeNew(Bytes& rows, int32 before, int32 behind);
     bool areOurs(BytesView rows);
-    void end() noexcept;
+    void end(bool written) noexcept;
 
     struct Pointer {
         int32 row = 0;  // 0 for none
