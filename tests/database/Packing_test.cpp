@@ -82,6 +82,14 @@ class Packing : public testing::TestWithParam<int32> {
         }
         return out;
     }
+    // The disk with the database in the form of older programs; its texts are the same in both code pages.
+    MemoryFiles::Snapshot asDos() {
+        for (const TextView name : {u"Control.tsd", u"KetteCtl.004"}) {
+            const Bytes text = disk.dump(path(Text(name)));
+            disk.put(path(Text(name)), text.substr(text.find(',') + 1));
+        }
+        return disk.snapshot();
+    }
     // Files that are neither of the set nor its own.
     std::vector<Text> leftovers() {
         std::vector<Text> names;
@@ -226,6 +234,12 @@ TEST_P(Packing, DiesIntoOneOfTwoStates) {
         const auto db = open();
         return content(*db);
     }();
+    const auto dos = asDos();
+    const auto unicode = [&] {
+        disk.restore(before);
+        EXPECT_TRUE(open()->ConvertToUnicode());
+        return disk.snapshot();
+    }();
     struct Row {
         const char* name;
         std::function<void(clsTSDB&)> work;
@@ -236,6 +250,9 @@ TEST_P(Packing, DiesIntoOneOfTwoStates) {
                         {"PackMemoKette", [](clsTSDB& db) { db.PackMemoKette(); }, old, before},
                         {"Zap", [](clsTSDB& db) { db.Zap(); }, {}, before},
                         {"Rebuild", [](clsTSDB& db) { db.Rebuild(); }, wanted(true), before},
+                        {"ConvertToUnicode", [](clsTSDB& db) { db.ConvertToUnicode(); }, old, before},
+                        {"ConvertToAnsi", [](clsTSDB& db) { db.ConvertToAnsi(); }, old, unicode},
+                        {"ConvertToWin", [](clsTSDB& db) { db.ConvertToWin(); }, old, dos},
                         {"CreateIndex", [](clsTSDB& db) { db.CreateIndex(pORT); }, old, before},
                         {"DelIndex",
                          [](clsTSDB& db) {

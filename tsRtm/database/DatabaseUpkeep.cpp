@@ -3,7 +3,9 @@
 
 #include "tsRtm/database/chains/ChainCheck.hpp"
 #include "tsRtm/database/clsTSDB.hpp"
+#include "tsRtm/database/clsTSRecord.hpp"
 #include "tsRtm/database/engine/DatabaseEngine.hpp"
+#include "tsRtm/database/upkeep/Conversion.hpp"
 #include "tsRtm/database/upkeep/IndexCheck.hpp"
 #include "tsRtm/database/upkeep/IndexSort.hpp"
 #include "tsRtm/database/upkeep/LostFiles.hpp"
@@ -18,6 +20,7 @@ namespace {
 
 // Tells the one who asks a record set of the database to let go of it.
 constexpr int32 kLetGo = -3;
+constexpr int32 kYes = 6;
 
 // Keeps writes by handlers out for the length of a work.
 class Occupied {
@@ -156,6 +159,36 @@ bool clsTSDB::Pack() { return exchanging(packRecords, Exchanged::numbers); }
 bool clsTSDB::PackMemoKette() { return exchanging(packSideFiles, Exchanged::places); }
 
 void clsTSDB::Zap() { exchanging(emptyDatabase, Exchanged::numbers); }
+
+bool clsTSDB::convert(Conversion conversion) {
+    auto& e = *engine_;
+    const auto accepts = [&](const ConversionLoss& loss) {
+        Text where = loss.record == 0 ? Text(u"in der Struktur") : u"in Satz " + toText(loss.record);
+        where += u", Feld " + toText(loss.field) + u" (" + Caption(loss.field) + u")";
+        const Text question = u"Die Datenbank enthält " + toText(loss.characters) +
+                              u" Zeichen, die es in ANSI nicht gibt, zuerst " + where +
+                              u".@Sollen sie durch \"?\" ersetzt werden?";
+        constexpr int32 kButtons = dlgYesNo | dlgQuestion | dlgDefault2;
+        return e.d.folder.messages().TSMsgBox(question, kButtons, Variant(u"clsTSDB")) == kYes;
+    };
+    ConversionOutcome out;
+    const bool done = exchanging(
+        [&](OpenDatabase& d, const BulkFace& face) {
+            out = convertDatabase(d, face, conversion, accepts);
+            if (out.changed && d.store) e.writer.prepare();
+            return BulkOutcome(out);
+        },
+        Exchanged::forms);
+    if (out.changed && e.d.store) {
+        e.spareBuffer.reset();
+        for (auto* const record : live_) record->structureChanged();
+    }
+    return done && !out.refused;
+}
+
+bool clsTSDB::ConvertToWin() { return convert(Conversion::fromDos); }
+bool clsTSDB::ConvertToAnsi() { return convert(Conversion::toAnsi); }
+bool clsTSDB::ConvertToUnicode() { return convert(Conversion::toUnicode); }
 
 bool clsTSDB::Rebuild() {
     const Working working(*this);

@@ -55,6 +55,7 @@ struct BulkOutcome;
 struct DatabaseEngine;
 struct OpenDatabase;
 struct WriteOutcome;
+enum class Conversion;
 
 class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTSDB> {
  public:
@@ -277,6 +278,13 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     // else has the database open (70), all stays as it was. As with Pack, all files change at once, numbers
     // are new, and Packed is told.
     bool Replace(const std::function<bool(NewRecords&)>& Fill);
+    // The records, chains and structure from the DOS code page to 1252; all of them to 1252, or to UTF-16. A
+    // database that is in that form already stays as it is. Where 1252 lacks characters the user is asked
+    // once; his No, and the want of a user, is False, and nothing is changed. Record objects drop what was
+    // not stored.
+    bool ConvertToWin();
+    bool ConvertToAnsi();
+    bool ConvertToUnicode();
     // Checks every index against the records, and the chains; what it finds goes to the debug log and to
     // Befunde. With Repair a faulty index is rebuilt, and chains lead nowhere but to rows of their own; the
     // result is that of the check before.
@@ -290,10 +298,11 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     void openInner();
     bool openFiles();
     void openSerial();
-    enum class Exchanged { places, numbers };
+    enum class Exchanged { places, forms, numbers };
     template <class Work>
     bool exchanging(Work work, Exchanged what);
     bool exchanged(const std::function<BulkOutcome(OpenDatabase&, const BulkFace&)>& work);
+    bool convert(Conversion conversion);
     void letGoOfSets();
     int32 greatestSerial();
     void settle();

@@ -48,6 +48,17 @@ void clsTSRecord::invalidate() {
     Invalidated();
 }
 
+// The database has another character form: what was loaded and written is dropped.
+void clsTSRecord::structureChanged() {
+    const auto database = DB();
+    if (!database) return;
+    control_ = database->Control();
+    felder_ = database->engine_->takeBuffer();
+    memos_.clear();
+    changed_ = false;
+    loaded_ = number_ < 1;
+}
+
 bool clsTSRecord::load() {
     if (loaded_) return true;
     const auto database = DB();

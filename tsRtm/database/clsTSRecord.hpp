@@ -78,6 +78,7 @@ class clsTSRecord {
     bool load();
     const Text& memo(int32 field);
     void invalidate();
+    void structureChanged();
     void lockFlag(bool value) noexcept { locked_ = value; }
     void serialNumber(int32 value);
 
