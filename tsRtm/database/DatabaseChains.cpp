@@ -40,12 +40,6 @@ std::vector<Text> unpacked(const std::vector<Text>& row) {
     }
 }
 
-Bytes encoded(const ChainRows& rows, const TextTable& table) {
-    Bytes out;
-    for (const auto& cells : table) out += rows.encode(cells);
-    return out;
-}
-
 Text descriptor(const clsControl& control) {
     return MKI(1) + MKI(control.Felder()) + MKI(control.MaxRecords()) + Text(1, kBetweenCells);
 }
@@ -148,7 +142,7 @@ void clsTSDB::KetteSchreiben(int32 KetteNr, const TextTable& Kette) {
     }
     ChainStore* const store = useChain(e.d.control ? e.d.control->KetteFeld(KetteNr) : 0);
     if (!store) return;
-    ReplaceChain write(*store, encoded(store->rows(), Kette));
+    ReplaceChain write(*store, store->rows().encode(Kette));
     writeChain(e.c.aktSatz, *store, write);
 }
 
@@ -191,7 +185,7 @@ void clsTSDB::KetteAction(int32 Action, int32 Feld, TextTable& TabFeld, int32& A
                           store->rows().encode(rows.front()));
         writeChain(record, *store, write);
     } else {
-        ReplaceChain write(*store, encoded(store->rows(), rows));
+        ReplaceChain write(*store, store->rows().encode(rows));
         writeChain(record, *store, write);
     }
 }
