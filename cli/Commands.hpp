@@ -15,8 +15,11 @@ void addMemos(CLI::App& db);     // memo get, set, export
 void addChains(CLI::App& db);    // chain list, add, write
 void addImport(CLI::App& db);
 void addExport(CLI::App& db);
-void addBulk(CLI::App& db);       // pack, rebuild, zap, index
-void addCare(CLI::App& db);       // check, sort
+void addBulk(CLI::App& db);        // pack, rebuild, zap, convert, index
+void addCare(CLI::App& db);        // check, sort
+void addStatistics(CLI::App& db);  // stats
+void addBackup(CLI::App& db);      // backup, verify
+void addWatch(CLI::App& db);
 void addBanks(CLI::App& app);     // banks import, banks find
 void addMessages(CLI::App& app);  // msg
 void addRtf(CLI::App& app);       // rtf

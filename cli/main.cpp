@@ -49,6 +49,9 @@ void addCommands(CLI::App& app) {
     addChains(*db);
     addBulk(*db);
     addCare(*db);
+    addStatistics(*db);
+    addBackup(*db);
+    addWatch(*db);
     addBanks(app);
     addMessages(app);
     addRtf(app);

@@ -11,6 +11,7 @@
 #include "tsRtm/control/clsCTL.hpp"
 #include "tsRtm/control/clsMasken.hpp"
 #include "tsRtm/database/BulkLoader.hpp"
+#include "tsRtm/database/DatabaseCare.hpp"
 #include "tsRtm/database/NewRecords.hpp"
 #include "tsRtm/database/clsKette.hpp"
 #include "tsRtm/database/clsTSRecord.hpp"

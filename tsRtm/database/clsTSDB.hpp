@@ -294,6 +294,7 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
  private:
     friend class clsTSRecord;
     friend class BulkLoader;
+    friend class DatabaseCare;
 
     void openInner();
     bool openFiles();
