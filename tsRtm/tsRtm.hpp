@@ -1,5 +1,6 @@
 #pragma once
 // All that is public.
+#include "tsRtm/addresses/Adresse.hpp"
 #include "tsRtm/appointments/clsTermin.hpp"
 #include "tsRtm/banking/BankImport.hpp"
 #include "tsRtm/banking/DtADatei.hpp"
@@ -23,6 +24,7 @@
 #include "tsRtm/holidays/clsFeierTage.hpp"
 #include "tsRtm/platform/LockProbe.hpp"
 #include "tsRtm/platform/Platform.hpp"
+#include "tsRtm/printing/Druck.hpp"
 #include "tsRtm/services/clsTSCrypt.hpp"
 #include "tsRtm/tables/DatenSeq.hpp"
 #include "tsRtm/tables/DatenTab.hpp"

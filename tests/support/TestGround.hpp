@@ -168,6 +168,10 @@ class ScriptedUi final : public platform::UserInterface,
     // Likewise; 2048 in an answer ticks the box. The notices of `play` come before the click.
     std::optional<platform::DialogAnswer> showTaskDialog(const platform::TaskDialog& dialog,
                                                          const platform::DialogListener& tell) override;
+    std::optional<Text> ask(TextView prompt, TextView title, TextView preset) override {
+        asked.push_back(Text(title) + u": " + Text(prompt));
+        return line.value_or(Text(preset));
+    }
     void openLink(TextView address) override { linksOpened.emplace_back(address); }
     bool attended() override { return somebody; }
     bool hearsNotices() override { return hears; }
@@ -202,6 +206,8 @@ class ScriptedUi final : public platform::UserInterface,
     std::vector<Played> play;
     bool dialogFails = false;  // a task dialog cannot be shown
     int32 window = 77;         // of a task dialog
+    std::vector<Text> asked;
+    std::optional<Text> line;  // what the user types there; else the preset text
     std::vector<Text> linksOpened;
     bool somebody = true;
     bool hears = true;

@@ -2,12 +2,14 @@
 // What rooms above bring for the use of rooms below them.
 #include <memory>
 
+#include "tsRtm/platform/Paper.hpp"
 #include "tsRtm/types/Variant.hpp"
 
 namespace tsRtm::rtmMain {
 
 struct Plugged {
-    std::shared_ptr<Object> bankRegister;  // who knows the banks, an iBankRegister
+    std::shared_ptr<Object> bankRegister;    // who knows the banks, an iBankRegister
+    const platform::Paper* paper = nullptr;  // who draws, prints and shows pages
 };
 
 // One copy per process; empty until somebody brings something.

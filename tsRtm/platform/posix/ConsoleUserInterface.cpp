@@ -241,6 +241,14 @@ std::optional<DialogAnswer> ConsoleUserInterface::showTaskDialog(const TaskDialo
     return Conversation(*this, dialog, tell).hold();
 }
 
+std::optional<Text> ConsoleUserInterface::ask(TextView prompt, TextView title, TextView preset) {
+    if (!terminal_) return Text(preset);
+    print(Text(title) + u": " + Text(prompt) + (preset.empty() ? Text() : u" [" + Text(preset) + u"]"));
+    const auto line = readLine();
+    if (!line) return std::nullopt;
+    return line->empty() ? Text(preset) : fromUtf8(*line);
+}
+
 void ConsoleUserInterface::openLink(TextView address) {
     if (terminal_) print(address);
 }
