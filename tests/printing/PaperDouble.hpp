@@ -179,7 +179,7 @@ class PaperDouble final : platform::TextMeasure,
         PaperDouble& owner_;
     };
 
-    platform::Paper paper{*this, *this, *this, *this, *this};
+    platform::Paper paper{*this, *this, *this, this, this};
 };
 
 }  // namespace tsRtm::test

@@ -41,9 +41,9 @@ class FormattedTexts {
 struct Paper {
     TextMeasure& measure;
     FormattedTexts& texts;
-    Printers& printers;
     PdfFiles& pdf;
-    Previews& previews;
+    Printers* printers = nullptr;  // nullptr: there are none
+    Previews* previews = nullptr;  // nullptr: nobody looks at one
 };
 
 }  // namespace tsRtm::platform

@@ -67,7 +67,7 @@ class Druck::Preview final : public platform::PreviewedJob {
 };
 
 Druck::Druck(MessagesTopic& messages) : s_(std::make_unique<DruckState>(messages, rtmMain::plugged().paper)) {
-    const auto names = s_->paper ? s_->paper->printers.names() : std::vector<Text>();
+    const auto names = s_->output.printers() ? s_->output.printers()->names() : std::vector<Text>();
     s_->job.device = names.empty() ? Text(kPdfDevice) : names.front();
 }
 
@@ -212,13 +212,13 @@ void Druck::CopyPage(int32 Seite) {
     // The page that the application is writing on stays open, unless it is the one.
     if (Seite == s_->pages.count()) s_->pages.close();
     const auto page = Page(Seite);
-    if (!page || !s_->paper) return;
-    if (const auto error = s_->paper->previews.copy(*page); platform::failed(error))
+    if (!page || !s_->paper || !s_->paper->previews) return;
+    if (const auto error = s_->paper->previews->copy(*page); platform::failed(error))
         rtmMain::DebugLog(u"Zwischenablage: " + s_->messages.SystemMsg(static_cast<int32>(error)));
 }
 
 void Druck::showPreview(bool closing) {
-    if (!s_->paper) {
+    if (!s_->paper || !s_->paper->previews) {
         rtmMain::DebugLog(u"Druckvorschau ohne Bildschirm: " + JobName());
         s_->job.closing = closing;
         VorschauEnde(false);
@@ -230,7 +230,7 @@ void Druck::showPreview(bool closing) {
         return;
     }
     s_->previewed = std::make_unique<Preview>(*this);
-    s_->window = s_->paper->previews.open(*s_->previewed);
+    s_->window = s_->paper->previews->open(*s_->previewed);
     s_->windowOpen = true;
     s_->window->show({s_->previewView, s_->previewState, s_->modal, rtmMain::state().appHWnd});
 }
@@ -258,8 +258,9 @@ void Druck::endPreview() {
 
 void Druck::Device(TextView value) {
     if (isPdf(value)) s_->job.device = kPdfDevice;
-    if (value.empty() || isPdf(value) || !s_->paper) return;
-    const auto names = s_->paper->printers.names();
+    auto* printers = s_->output.printers();
+    if (value.empty() || isPdf(value) || !printers) return;
+    const auto names = printers->names();
     if (std::find(names.begin(), names.end(), value) != names.end()) s_->job.device = value;
 }
 

@@ -11,6 +11,7 @@
 // once the job is closed or broken off. What goes wrong on the way to paper is shown and breaks the job off.
 #include <memory>
 
+#include "tsRtm/platform/Paper.hpp"
 #include "tsRtm/printing/DruckTypen.hpp"
 #include "tsRtm/types/Event.hpp"
 #include "tsRtm/types/Text.hpp"
@@ -20,10 +21,6 @@ namespace tsRtm {
 
 class MessagesTopic;
 struct DruckState;
-namespace platform {
-class Printer;
-class PageSource;
-}  // namespace platform
 
 // Formatted text.
 class iRichText : public Object {

@@ -2,8 +2,11 @@
 // What rooms above bring for the use of rooms below them.
 #include <memory>
 
-#include "tsRtm/platform/Paper.hpp"
 #include "tsRtm/types/Variant.hpp"
+
+namespace tsRtm::platform {
+struct Paper;
+}
 
 namespace tsRtm::rtmMain {
 

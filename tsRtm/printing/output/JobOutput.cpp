@@ -41,7 +41,7 @@ void JobOutput::tell(TextView text) {
 }
 
 std::shared_ptr<Printer> JobOutput::printer() const {
-    return paper_ && !toFile() ? paper_->printers.printer(job_.device) : nullptr;
+    return printers() && !toFile() ? printers()->printer(job_.device) : nullptr;
 }
 
 void JobOutput::print(int32 which) {
@@ -114,7 +114,7 @@ bool JobOutput::playOn(Printer& printer, const Page& page) {
         kill();
         return false;
     }
-    if (!started_) started_ = paper_->printers.printer(job_.device);
+    if (!started_) started_ = printers()->printer(job_.device);
     play(page, *device, mappingOnPaper(page, device->resolution(), job_.offsetX, job_.offsetY));
     return true;
 }
@@ -176,8 +176,8 @@ void JobOutput::printFurtherCopies() {
     const auto device = job_.device;
     const auto paper = job_.paper;
     if (job_.furtherCopies != FurtherCopies::pdf) {
-        if (!job_.copyDevice.empty() && paper_) {
-            const auto names = paper_->printers.names();
+        if (!job_.copyDevice.empty() && printers()) {
+            const auto names = printers()->names();
             if (std::find(names.begin(), names.end(), job_.copyDevice) != names.end())
                 job_.device = job_.copyDevice;
         }

@@ -27,6 +27,7 @@ class JobOutput {
 
     // The job's printer; nullptr without one.
     std::shared_ptr<platform::Printer> printer() const;
+    platform::Printers* printers() const noexcept { return paper_ ? paper_->printers : nullptr; }
     bool toFile() const noexcept { return job_.device == kPdfDevice; }
 
  private:

@@ -1,0 +1,23 @@
+#pragma once
+// The desktop of an application: measures and lays out texts, and makes PDF files, with Qt.
+//
+//     QApplication application(argc, argv);   // or a QGuiApplication; also on the platform "offscreen"
+//     tsRtm::desktop::Desktop desktop;        // from now on jobs are measured and drawn by it
+#include <memory>
+
+namespace tsRtm::desktop {
+
+// Lasts as long as the object; print jobs end before it. One at a time.
+class Desktop {
+ public:
+    Desktop();
+    ~Desktop();
+    Desktop(const Desktop&) = delete;
+    Desktop& operator=(const Desktop&) = delete;
+
+ private:
+    struct Parts;
+    std::unique_ptr<Parts> parts_;
+};
+
+}  // namespace tsRtm::desktop
