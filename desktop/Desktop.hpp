@@ -1,8 +1,8 @@
 #pragma once
-// The desktop of an application: measures and lays out texts, and makes PDF files, with Qt.
+// The desktop of an application: measures and lays out texts, makes PDF files and shows previews, with Qt.
 //
-//     QApplication application(argc, argv);   // or a QGuiApplication; also on the platform "offscreen"
-//     tsRtm::desktop::Desktop desktop;        // from now on jobs are measured and drawn by it
+//     QApplication application(argc, argv);   // a QGuiApplication: no previews; also on the platform
+//     "offscreen" tsRtm::desktop::Desktop desktop;        // from now on jobs are measured and drawn by it
 #include <memory>
 
 namespace tsRtm::desktop {
