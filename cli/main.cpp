@@ -47,8 +47,12 @@ void addCommands(CLI::App& app) {
     addExport(*db);
     addMemos(*db);
     addChains(*db);
+    addProps(*db);
     addBulk(*db);
     addCare(*db);
+    addStatistics(*db);
+    addBackup(*db);
+    addWatch(*db);
     addBanks(app);
     addMessages(app);
     addRtf(app);
@@ -60,6 +64,8 @@ void addCommands(CLI::App& app) {
     addTables(app);
     addChecks(app);
     addPayments(app);
+    addPlaces(app);
+    addTermine(app);
     addCompletion(app);
 }
 

@@ -14,6 +14,15 @@ install(TARGETS tsRtm EXPORT tsRtmTargets
 install(FILES ${PROJECT_SOURCE_DIR}/data/KeyTS.dat DESTINATION ${TSRTM_RUNTIME_DIR})
 install(EXPORT tsRtmTargets NAMESPACE tsRtm:: DESTINATION ${package_dir})
 
+if(TARGET tsRtm_desktop)
+  install(TARGETS tsRtm_desktop EXPORT tsRtmDesktopTargets COMPONENT desktop
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
+    FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+  install(EXPORT tsRtmDesktopTargets NAMESPACE tsRtm:: DESTINATION ${package_dir} COMPONENT desktop)
+endif()
+
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/tsRtmConfig.cmake.in
   ${PROJECT_BINARY_DIR}/tsRtmConfig.cmake INSTALL_DESTINATION ${package_dir} PATH_VARS TSRTM_RUNTIME_DIR)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/tsRtmConfigVersion.cmake

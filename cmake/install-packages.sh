@@ -42,4 +42,7 @@ want_packages() {
     need_packages "$@" >/dev/null 2>&1 || true
 }
 
-build_packages="g++ cmake ninja-build pkg-config libicu-dev libsqlite3-dev nettle-dev libcli11-dev nlohmann-json3-dev"
+build_packages="g++ cmake ninja-build pkg-config libicu-dev libsqlite3-dev nettle-dev libcli11-dev nlohmann-json3-dev
+    qt6-base-dev libqt6svg6-dev libqpdf-dev fonts-liberation"
+# They look at what the desktop makes; its tests say what they skip without them.
+desktop_test_packages="poppler-utils default-jre-headless libpdfbox2-java libjaxb-api-java libactivation-java"

@@ -1,5 +1,6 @@
 #pragma once
 // All that is public.
+#include "tsRtm/addresses/Adresse.hpp"
 #include "tsRtm/appointments/clsTermin.hpp"
 #include "tsRtm/appointments/clsTerminkalender.hpp"
 #include "tsRtm/banking/BankImport.hpp"
@@ -11,9 +12,10 @@
 #include "tsRtm/control/clsCTL.hpp"
 #include "tsRtm/control/clsMasken.hpp"
 #include "tsRtm/database/BulkLoader.hpp"
+#include "tsRtm/database/DatabaseCare.hpp"
 #include "tsRtm/database/NewRecords.hpp"
 #include "tsRtm/database/clsKette.hpp"
-#include "tsRtm/database/clsTSRecord.hpp"
+#include "tsRtm/database/clsTSIndex.hpp"
 #include "tsRtm/fields/clsBlob.hpp"
 #include "tsRtm/frame/clsEnumTS.hpp"
 #include "tsRtm/frame/clsProgItem.hpp"
@@ -28,6 +30,7 @@
 #include "tsRtm/places/clsPlzOrt.hpp"
 #include "tsRtm/platform/LockProbe.hpp"
 #include "tsRtm/platform/Platform.hpp"
+#include "tsRtm/printing/Druck.hpp"
 #include "tsRtm/services/clsTSCrypt.hpp"
 #include "tsRtm/tables/DatenSeq.hpp"
 #include "tsRtm/tables/DatenTab.hpp"

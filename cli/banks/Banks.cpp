@@ -1,4 +1,4 @@
-// tsrtm banks import, find: the register of German banks.
+// tsrtm banks import, find, iban: the register of German banks.
 #include <CLI/CLI.hpp>
 #include <iostream>
 
@@ -9,9 +9,12 @@
 #include "cli/shared/Output.hpp"
 #include "cli/shared/Progress.hpp"
 #include "cli/shared/SharedOptions.hpp"
+#include "cli/shared/Terminal.hpp"
 #include "tsRtm/banking/BankImport.hpp"
+#include "tsRtm/banking/clsBanken.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/frame/state/State.hpp"
+#include "tsRtm/validation/clsValidBanking.hpp"
 
 namespace tsRtm::cli {
 namespace {
@@ -23,6 +26,7 @@ struct Options {
     std::string file;
     std::string name = kDefaultRegister;
     std::string key;
+    std::string account;
     std::string rejects;
     FileEncoding encoding = FileEncoding::automatic;
     int32 limit = kDefaultLimit;
@@ -60,39 +64,13 @@ Text controlFile(const std::string& name) {
     return FilesTopic::MakePath({Variant(databaseFolder(name)), Variant(u"Control.tsd")});
 }
 
-bool isRegister(const clsControl& control) {
-    const auto wanted = bankRegister::fields();
-    if (control.Felder() != bankRegister::kFields || control.Indizes() != bankRegister::kByPlaceAndName)
-        return false;
-    for (int32 i = 1; i <= control.Felder(); ++i)
-        if (control.field(i).Name() != wanted[static_cast<std::size_t>(i - 1)]->Name()) return false;
-    return true;
-}
-
-// Deletes the files of a register that nobody else has open, so that it can be made anew.
-void removeRegister(const Options& options) {
-    {
-        Session session(options.name, Use::alone);
-        if (!isRegister(session.control()))
-            throw CliError("'" + options.name + "' is another database, not a bank register");
-    }
-    auto& files = rtmMain::system().files;
-    const Text folder = databaseFolder(options.name);
-    const auto entries = files.list(folder);
-    if (!entries) throw CliError("cannot read " + toUtf8(folder) + ": " + systemErrorText(entries.error()));
-    for (const auto& entry : *entries)
-        if (!entry.status.folder)
-            if (const auto error = files.remove(FilesTopic::MakePath({Variant(folder), Variant(entry.name)}));
-                failed(error))
-                throw CliError("cannot delete " + toUtf8(entry.name) + ": " + systemErrorText(error));
-}
-
 void makeRegister(const Options& options) {
     const Text folder = databaseFolder(options.name);
     if (FilesTopic::Exist(controlFile(options.name))) {
         if (!options.replace)
-            throw CliError("there is a database '" + options.name + "' already; make it anew with --replace");
-        removeRegister(options);
+            throw CliError("there is a database '" + options.name +
+                           "' already; put these banks in the place of its own with --replace");
+        return;
     }
     clsRtm rtm;
     if (!bankRegister::create(rtm, folder))
@@ -151,7 +129,9 @@ void import(const Options& options) {
         encoding = options.encoding == FileEncoding::utf8 ? BankFileEncoding::utf8 : BankFileEncoding::latin1;
     needBanks(file, encoding, options);
     makeRegister(options);
-    Session session(options.name, Use::alone);
+    Session session(options.name, Use::change);
+    if (!bankRegister::fits(session.control()))
+        throw CliError("'" + options.name + "' is another database, not a bank register");
     BankFileReader reader(file.file(), encoding);
     Rejects rejects(options);
     const auto result = load(session, reader, rejects);
@@ -160,6 +140,9 @@ void import(const Options& options) {
     if (!result.complete) session.fail("the register is not complete", result.databaseError);
     rejects.finish();
     std::cout << "imported " << result.loaded << " banks; left out " << result.otherRows << " other offices";
+    if (result.beside)
+        std::cout << "; others have the register open, so one by one: " << result.changed << " changed, "
+                  << result.added << " new, " << result.gone << " gone";
     if (result.rejected > 0) std::cout << "; rejected " << result.rejected << ": see " << rejects.name();
     std::cout << '\n';
 }
@@ -190,7 +173,7 @@ void find(const Options& options) {
         throw CliError("no bank register '" + options.name + "'; make one with: tsrtm banks import FILE " +
                        options.name);
     Session session(options.name, Use::read);
-    if (!isRegister(session.control())) throw CliError("'" + options.name + "' is no bank register");
+    if (!bankRegister::fits(session.control())) throw CliError("'" + options.name + "' is no bank register");
     const std::string key = toUtf8(trim(fromUtf8(options.key)));
     if (key.empty()) throw CliError("an empty key finds nothing");
     const int32 index = indexForKey(fromUtf8(key));
@@ -216,7 +199,8 @@ void addBankImport(CLI::App& banks) {
         banks.add_subcommand("import", "Make a register from the bank code file of the Deutsche Bundesbank");
     command->add_option("FILE", options->file, "Rows of 168 characters")->required();
     command->add_option("DB", options->name, "The register to make")->required();
-    command->add_flag("--replace", options->replace, "Make a register anew that is there");
+    command->add_flag("--replace", options->replace,
+                      "Put these banks in the place of those that a register has");
     command
         ->add_option("--rejects", options->rejects,
                      "Where lines are named that are no bank; FILE.rejects.csv")
@@ -241,6 +225,55 @@ void addBankFind(CLI::App& banks) {
     command->callback([options] { find(*options); });
 }
 
+void printBank(clsBanken& banks, const Text& code) {
+    const Text name = banks.Name(code);
+    if (name.empty()) throw CliError("no bank " + toUtf8(code) + " in this register");
+    std::cout << toUtf8(code) << "  " << printable(name) << "\n          " << printable(banks.PLZOrt(code))
+              << "\n          " << toUtf8(banks.BIC(code)) << '\n';
+}
+
+// What people overlook: digits that fall off, and the sub-account that some banks want.
+void warnOfAccount(const Text& account) {
+    const auto digits =
+        std::count_if(account.begin(), account.end(), [](char16_t c) { return c >= u'0' && c <= u'9'; });
+    if (digits > 10) std::cerr << "Of more than ten digits only the last ten count.\n";
+    if (account.starts_with(u'0') && digits < 8)
+        std::cerr << "Zeros in front count as digits: without them the IBAN may be another one.\n";
+}
+
+void iban(const Options& options) {
+    if (!FilesTopic::Exist(controlFile(options.name)))
+        throw CliError("no bank register '" + options.name + "'; make one with: tsrtm banks import FILE " +
+                       options.name);
+    clsBanken banks(databaseFolder(options.name));
+    Text iban = replaceAll(fromUtf8(options.key), u" ", {});
+    if (!options.account.empty()) {
+        const Text account = fromUtf8(options.account);
+        warnOfAccount(account);
+        const Text made = IstZiffern(iban) ? clsBanken::IBAN(iban, account, false) : Text();
+        if (made.empty()) throw CliError("a bank code has eight digits");
+        iban = made;
+    }
+    clsValidBanking checker;
+    if (!checker.CheckIBAN(iban)) throw CliError(printable(checker.ErrorMsg()));
+    Text grouped;
+    for (std::size_t at = 0; at < iban.size(); at += 4)
+        (grouped += at > 0 ? u" " : u"") += iban.substr(at, 4);
+    std::cout << toUtf8(grouped) << '\n';
+    if (iban.starts_with(u"DE")) printBank(banks, iban.substr(4, 8));
+}
+
+void addBankIban(CLI::App& banks) {
+    auto options = std::make_shared<Options>();
+    auto* command = banks.add_subcommand("iban", "Check an IBAN and tell its bank, or make one");
+    command->add_option("IBAN", options->key, "The IBAN, or a bank code of eight digits")->required();
+    command->add_option("ACCOUNT", options->account, "With a bank code: the account whose IBAN is wanted");
+    command->add_option("--db", options->name, "The register; Banken without it")->type_name("DB");
+    command->footer(
+        "Examples:\n  tsrtm banks iban DE89370400440532013000\n  tsrtm banks iban 37040044 532013000");
+    command->callback([options] { iban(*options); });
+}
+
 }  // namespace
 
 void addBanks(CLI::App& app) {
@@ -252,6 +285,7 @@ void addBanks(CLI::App& app) {
         "  tsrtm banks find Köln --limit 5");
     addBankImport(*banks);
     addBankFind(*banks);
+    addBankIban(*banks);
 }
 
 }  // namespace tsRtm::cli

@@ -3,6 +3,8 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/shared/CliError.hpp"
+#include "cli/shared/Session.hpp"
+#include "tsRtm/frame/state/Plugged.hpp"
 #include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/validation/clsValidBanking.hpp"
 #include "tsRtm/validation/clsValidDate.hpp"
@@ -75,7 +77,9 @@ std::unique_ptr<iValidChecker> makeValue(const CheckOptions& options) {
 }
 
 constexpr const char* kNoRegister =
-    "Whether there is such a German bank is checked where an application's register of banks is open.";
+    "Whether there is such a German bank is checked where there is a register: that of --banks, else the "
+    "one\n"
+    "that comes with the programs.";
 
 constexpr CheckKind kKinds[] = {
     {"iban", "An IBAN, as it is written on forms: without blanks, in capitals", makeBanking<btIBAN>, true,
@@ -127,11 +131,20 @@ Grader::Grader(const CheckOptions& options) : options_(options) {
     locale.dateForm = 1;
     locale.sepDate = u".";
     checker_ = options.kind->make(options);
+    if (!options.kind->banking) return;
+    banks_ = options.banks.empty() ? std::make_shared<clsBanken>()
+                                   : std::make_shared<clsBanken>(databaseFolder(options.banks));
+    if (!options.banks.empty() && !banks_->IsOpen())
+        throw CliError("no bank register '" + options.banks + "'");
+    rtmMain::plugged().bankRegister = banks_;
 }
 
 Graded Grader::grade(TextView value) {
-    Graded graded{Text(value), checker_->Check(nullptr, value), {}, {}, {}};
+    Graded graded{Text(value), checker_->Check(nullptr, value), {}, {}, {}, {}};
     if (graded.grade == validOK) {
+        // An account is none of a bank.
+        if (banks_ && options_.kind->make != makeBanking<btKontoDE> && banks_->IsOpen())
+            graded.bank = banks_->Name(value.starts_with(u"DE") ? value.substr(4, 8) : value);
         if (!options_.kind->days || !hasImpossibleDay(value)) return graded;
         graded.grade = validError;
         graded.note = "no such day; the library itself takes the last one of the month";

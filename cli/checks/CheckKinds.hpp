@@ -4,6 +4,7 @@
 #include <span>
 #include <string>
 
+#include "tsRtm/banking/clsBanken.hpp"
 #include "tsRtm/validation/iValidChecker.hpp"
 
 namespace CLI {
@@ -32,6 +33,7 @@ struct CheckOptions {
     std::string least, most;
     int32 days = 0;  // a mode of eValidDateOptions
     bool critical = false;
+    std::string banks;  // the register, empty for the usual ones
 };
 // The options about days of dates.
 void addDays(CLI::App& command, CheckOptions& options);
@@ -41,6 +43,7 @@ struct Graded {
     eValidResult grade = validOK;
     Text message, explanation;
     std::string note;  // of the tool
+    Text bank;         // whose name the register knows
 };
 const char* gradeName(eValidResult grade) noexcept;
 
@@ -54,6 +57,7 @@ class Grader {
  private:
     const CheckOptions& options_;
     std::unique_ptr<iValidChecker> checker_;
+    std::shared_ptr<clsBanken> banks_;
 };
 
 }  // namespace tsRtm::cli

@@ -32,6 +32,7 @@ Json jsonOf(const Graded& graded) {
         json["message"] = toUtf8(graded.message);
         json["explanation"] = toUtf8(graded.explanation);
     }
+    if (!graded.bank.empty()) json["bank"] = toUtf8(graded.bank);
     if (!graded.note.empty()) json["note"] = graded.note;
     return json;
 }
@@ -53,6 +54,7 @@ int one(const Options& options) {
         line("message", printable(graded.message));
         line("explanation", printable(replaceAll(graded.explanation, u"\r", u" ")));
     }
+    line("bank", printable(graded.bank));
     line("note", graded.note);
     return graded.grade;
 }
@@ -75,7 +77,7 @@ int file(const Options& options) {
         if (table.fault().empty())
             graded = grader.grade(table.cell(column));
         else
-            graded = {{}, validError, {}, {}, "no row: " + table.fault()};
+            graded = {{}, validError, {}, {}, "no row: " + table.fault(), {}};
         if (graded.grade == validOK) continue;
         ++failed;
         worst = std::max(worst, graded.grade);
@@ -120,6 +122,9 @@ void addKind(CLI::App& check, const CheckKind& kind) {
         command->add_option("--min", options->check.least, "From this one on")->type_name("V");
         command->add_option("--max", options->check.most, "Up to this one")->type_name("V");
     }
+    if (kind.banking)
+        command->add_option("--banks", options->check.banks, "The register that knows the banks")
+            ->type_name("DB");
     if (kind.days) addDays(*command, options->check);
     addJson(*command, options->json);
     if (kind.footer) command->footer(kind.footer);

@@ -1,4 +1,4 @@
-// tsrtm db pack, rebuild, zap, index: work on whole files, with nobody else on the database.
+// tsrtm db pack, rebuild, zap, convert, index: work on whole files, with nobody else on the database.
 #include <CLI/CLI.hpp>
 #include <iostream>
 
@@ -16,6 +16,7 @@ struct Options {
     std::vector<std::string> fields;
     bool memos = false;
     bool yes = false;
+    std::string form;
 };
 
 // Runs a work with a bar; what the database says of it is told.
@@ -43,7 +44,8 @@ void pack(const Options& options) {
     refuseNumberedPlaces(session);
     const int32 before = session.count();
     withProgress(session, "Packing", [&](clsTSDB& db) { db.Pack(); });
-    if (options.memos) withProgress(session, "Packing memos", [](clsTSDB& db) { db.PackMemoKette(); });
+    if (options.memos)
+        withProgress(session, "Packing memos and chains", [](clsTSDB& db) { db.PackMemoKette(); });
     std::cout << "packed: " << before - session.count() << " deleted records gone, " << session.count()
               << " kept\n";
 }
@@ -61,6 +63,19 @@ void zap(const Options& options) {
     const int32 before = session.count();
     withProgress(session, "Emptying", [](clsTSDB& db) { db.Zap(); });
     std::cout << "emptied: " << before << " records gone\n";
+}
+
+void convert(const Options& options) {
+    Session session(options.name, Use::alone);
+    bool done = false;
+    withProgress(session, "Converting", [&](clsTSDB& db) {
+        done = options.form == "unicode" ? db.ConvertToUnicode() : db.ConvertToAnsi();
+    });
+    if (!done)
+        throw CliError("'" + session.name() +
+                       "' has characters that code page 1252 lacks; nothing is changed, convert it at a "
+                       "terminal to be asked");
+    std::cout << "converted: " << session.count() << " records in " << options.form << " form\n";
 }
 
 void addIndexTo(const Options& options) {
@@ -93,11 +108,20 @@ CLI::App& command(CLI::App& into, const char* name, const char* help, const std:
 void addBulk(CLI::App& db) {
     auto options = std::make_shared<Options>();
     command(db, "pack", "Take deleted records out; the others get new numbers", options, pack)
-        .add_flag("--memos", options->memos, "And the room of memos that nobody points to");
-    command(db, "rebuild", "Pack records and memos, and build all indexes anew", std::make_shared<Options>(),
-            rebuild);
+        .add_flag("--memos", options->memos, "And the room of memos and chains that nobody points to");
+    command(db, "rebuild", "Pack records, memos and chains, and build all indexes anew",
+            std::make_shared<Options>(), rebuild);
     options = std::make_shared<Options>();
     command(db, "zap", "Take all records out", options, zap).add_flag("--yes", options->yes, "Really");
+
+    options = std::make_shared<Options>();
+    auto& converted = command(db, "convert", "Bring records, rows and structure into another character form",
+                              options, convert);
+    converted
+        .add_option("--to", options->form,
+                    "ansi (code page 1252, also from the DOS form) or unicode (UTF-16)")
+        ->check(CLI::IsMember({"ansi", "unicode"}))
+        ->required();
 
     auto* index = db.add_subcommand("index", "Add an index, or take one away");
     index->require_subcommand(1);

@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "cli/Commands.hpp"
+#include "cli/db/ChainTexts.hpp"
 #include "cli/db/RecordLock.hpp"
 #include "cli/shared/CliError.hpp"
 #include "cli/shared/Output.hpp"
@@ -52,47 +53,6 @@ struct Chain {
     std::shared_ptr<clsControl> control;
 };
 
-// Texts for the fields of a row, each checked against its field.
-class RowReader {
- public:
-    explicit RowReader(const clsControl& control) : map_(control), rules_(control), control_(control) {}
-
-    std::vector<Text> row(const std::vector<std::string>& words) {
-        std::vector<Text> cells(static_cast<std::size_t>(map_.count()));
-        for (const auto& word : words) {
-            const auto equals = word.find('=');
-            if (equals == std::string::npos) throw CliError("'" + word + "' is not of the form NAME=VALUE");
-            const int32 field = map_.need(word.substr(0, equals));
-            cells[static_cast<std::size_t>(field - 1)] = accepted(field, word.substr(equals + 1));
-        }
-        return cells;
-    }
-    std::vector<Text> row(const Json::array_t& texts) {
-        if (texts.size() > static_cast<std::size_t>(map_.count()))
-            throw CliError("a row has " + std::to_string(texts.size()) + " texts, its fields are " +
-                           std::to_string(map_.count()));
-        std::vector<Text> cells;
-        for (const auto& text : texts)
-            cells.push_back(
-                accepted(static_cast<int32>(cells.size()) + 1, text.get_ref<const std::string&>()));
-        return cells;
-    }
-
- private:
-    Text accepted(int32 field, const std::string& text) {
-        if (text.empty()) return {};
-        if (control_.field(field).IsMemo() || control_.field(field).IsBlob())
-            throw CliError(map_.label(field) + " lies beside the rows and cannot be written here");
-        auto out = rules_.accept(field, fromUtf8(text), map_.label(field));
-        if (!out) throw CliError(rules_.reason());
-        return std::move(*out);
-    }
-
-    FieldMap map_;
-    FieldRules rules_;
-    const clsControl& control_;
-};
-
 void list(const Options& options) {
     Session session(options.name, Use::read);
     Chain chain(session, options);
@@ -117,7 +77,7 @@ void list(const Options& options) {
 void add(const Options& options) {
     Session session(options.name, Use::change);
     Chain chain(session, options);
-    TextTable table{{}, RowReader(*chain.control).row(options.words)};
+    TextTable table{{}, ChainTexts(*chain.control).row(options.words)};
     int32 count = 1;
     // A row is added beside others: no lock of the record is needed.
     chain.stand(options.number);
@@ -125,7 +85,7 @@ void add(const Options& options) {
     session.check("no row was added to record " + std::to_string(options.number));
 }
 
-TextTable rowsOf(const std::string& name, RowReader reader) {
+TextTable rowsOf(const std::string& name, ChainTexts reader) {
     InputFile file(name);
     std::string text(file.size(), '\0');
     text.resize(file.read(0, text));
@@ -143,7 +103,7 @@ TextTable rowsOf(const std::string& name, RowReader reader) {
 void write(const Options& options) {
     Session session(options.name, Use::change);
     Chain chain(session, options);
-    const TextTable rows = rowsOf(options.file, RowReader(*chain.control));
+    const TextTable rows = rowsOf(options.file, ChainTexts(*chain.control));
     const RecordLock lock(session, options.number, options.wait);
     chain.stand(options.number);
     session.db().KetteSchreiben(chain.number(), rows);

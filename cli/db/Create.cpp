@@ -33,6 +33,7 @@ struct Options {
 struct Structure {
     TSIOArray fields;
     std::vector<IndexEntry> indexes;
+    std::vector<std::shared_ptr<clsControl>> chains;
     int32 max = 0;
     eDBTyp form = DBAnsi;
 };
@@ -142,7 +143,8 @@ void readStructure(clsRtm& rtm, const std::string& file, Structure& into) {
             FilesTopic::Exist(inside))
             name = inside;
     if (!FilesTopic::Exist(name)) throw CliError("no structure file '" + file + "'");
-    clsControl control(rtm);
+    const auto whole = std::make_shared<clsControl>(rtm);
+    clsControl& control = *whole;
     bool dos = true;  // where its head is a plain count
     if (!control.Oeffne(name, dos) || control.Felder() == 0)
         throw CliError("'" + file + "' is no structure file: it tells of no fields, or is damaged");
@@ -152,6 +154,8 @@ void readStructure(clsRtm& rtm, const std::string& file, Structure& into) {
         into.fields[static_cast<std::size_t>(memo.Feld() - 1)]->Laenge(memo.Breit());
     for (const auto& entry : control.indexes())
         if (entry[0] >= 1 && entry[0] <= kMaxIndexField) into.indexes.push_back(entry);
+    for (const int32 field : control.chains())
+        if (auto chain = control.Kette(field)) into.chains.push_back(std::move(chain));
     into.max = control.MaxRecords();
     into.form = control.IstUnicode() ? DBUnicode : DBAnsi;
 }
@@ -192,6 +196,16 @@ Structure structureOf(clsRtm& rtm, const Options& options) {
     return structure;
 }
 
+// What the rows of its chains are.
+void writeChains(const Structure& structure, const Text& folder) {
+    for (const auto& chain : structure.chains) {
+        OutputFile file(
+            toUtf8(FilesTopic::MakePath({Variant(folder), Variant(ketteCtlName(chain->Anker()))})));
+        file.write(chain->TextAs(structure.form == DBUnicode));
+        file.finish();
+    }
+}
+
 // The first opening makes the other files, so that those who only read find them.
 void openOnce(const std::string& name) {
     Session session(name, Use::alone);
@@ -209,6 +223,7 @@ void create(const Options& options) {
         if (!rtm.DBCreateExt(structure.form, folder, {}, structure.fields, structure.max,
                              indexText(structure.indexes)))
             throw CliError("cannot make " + toUtf8(folder) + ": " + databaseErrorText(rtmMain::state().F));
+        writeChains(structure, folder);
     }
     openOnce(options.name);
     std::cout << "made " << toUtf8(folder) << '\n';

@@ -80,11 +80,11 @@ class CsvRows final : public RowSource {
           skipBlank_(columns.size() > 1),
           check_(session, map, std::move(columns), encoding) {}
 
-    bool next(std::vector<Assignment>& values, std::string& reason) override {
+    bool next(ImportRow& row, std::string& reason) override {
         do {
             if (!reader_.next(row_)) return false;
         } while (skipBlank_ && row_.blank());
-        reason = check_(row_, values);
+        reason = check_(row_, row.values);
         return true;
     }
     int64 line() const override { return row_.line; }

@@ -79,7 +79,7 @@ void writeRecords(Session& session, CsvWriter& writer, const FieldMap& map, cons
     });
 }
 
-// A record a line, with its memos and blobs.
+// A record a line, with what lies beside it.
 void writeJsonLines(Session& session, OutputFile& file, const FieldMap& map, const std::vector<int32>& fields,
                     const Options& options) {
     eachRecord(session, map, options, [&](const RecordReader& record) {
@@ -115,7 +115,7 @@ void addExport(CLI::App& db) {
     addDatabase(*command, options->name);
     command->add_option("FILE", options->file, "The file; \"-\", the default, is standard output");
     command->add_flag("--json-lines", options->json,
-                      "A record a line, with memos and blobs; also by a FILE named *.jsonl");
+                      "A record a line, with memos, blobs and chains; also by a FILE named *.jsonl");
     addWalkOptions(*command, options->walk);
     addFields(*command, options->fields);
     addSeparator(*command, options->separator);

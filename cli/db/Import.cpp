@@ -56,14 +56,14 @@ class Rejects {
 };
 
 int64 load(RowSource& source, uint64 size, RowTarget& target, Rejects& rejects) {
-    std::vector<Assignment> values;
+    ImportRow row;
     std::string reason;
     int64 loaded = 0;
     Progress progress("Importing", "rows");
-    while (source.next(values, reason)) {
+    while (source.next(row, reason)) {
         if ((loaded + rejects.count()) % kRowsPerUpdate == 0)
             progress.update(source.position(), size, static_cast<uint64>(loaded + rejects.count()));
-        const auto stored = reason.empty() ? target.add(values, reason) : RowTarget::Stored::no;
+        const auto stored = reason.empty() ? target.add(row, reason) : RowTarget::Stored::no;
         if (stored == RowTarget::Stored::yes) ++loaded;
         if (stored == RowTarget::Stored::no) rejects.add(source, reason);
         if (stored != RowTarget::Stored::never) continue;
@@ -132,7 +132,7 @@ void addImport(CLI::App& db) {
         "not fit is\n"
         "rejected whole, never cut; the rest is kept, and the exit status is 1. A file named *.jsonl has a "
         "record a "
-        "line,\nas export writes it, with its memos and blobs.\nExample:\n  tsrtm db import Kunden "
+        "line,\nas export writes it, with its memos, blobs and chains.\nExample:\n  tsrtm db import Kunden "
         "kunden.csv --bulk");
     command->callback([options] { import(*options); });
 }

@@ -1,4 +1,5 @@
 // Rows of JSON lines, as export writes them.
+#include "cli/db/ChainTexts.hpp"
 #include "cli/db/RowSource.hpp"
 #include "cli/shared/CliError.hpp"
 #include "cli/shared/SideFields.hpp"
@@ -49,12 +50,13 @@ class JsonRows final : public RowSource {
     JsonRows(InputFile& file, Session& session, const FieldMap& map, bool ignoreUnknown)
         : lines_(file),
           control_(session.control()),
+          db_(session.db()),
           rules_(control_),
           map_(map),
           ignoreUnknown_(ignoreUnknown) {}
 
-    bool next(std::vector<Assignment>& values, std::string& reason) override {
-        values.clear();
+    bool next(ImportRow& row, std::string& reason) override {
+        row = {};
         reason.clear();
         do {
             if (!lines_.next(text_)) return false;
@@ -66,8 +68,9 @@ class JsonRows final : public RowSource {
             if (json.value("deleted", false)) throw CliError("a deleted record");
             for (const auto& [name, part] :
                  {std::pair{"fields", Part::fields}, {"memos", Part::memos}, {"blobs", Part::blobs}})
-                if (json.contains(name)) take(json.at(name), part, values);
-            if (values.empty()) throw CliError("no field has a text");
+                if (json.contains(name)) take(json.at(name), part, row.values);
+            if (json.contains("chains")) takeChains(json.at("chains"), row.chains);
+            if (row.values.empty()) throw CliError("no field has a text");
         } catch (const CliError& error) {
             reason = error.what();
         } catch (const nlohmann::json::exception&) {
@@ -99,6 +102,15 @@ class JsonRows final : public RowSource {
             if (!accepted->empty()) values.push_back({field, std::move(*accepted)});
         }
     }
+    void takeChains(const Json& chains, std::vector<std::pair<int32, TextTable>>& into) {
+        for (const auto& [word, rows] : chains.items()) {
+            const int32 field = ignoreUnknown_ ? map_.find(word) : map_.need(word);
+            if (field == 0 || rows.empty()) continue;
+            const auto chain = db_.Control()->Kette(field);
+            if (!chain) throw CliError(word + " has no rows here");
+            into.emplace_back(field, ChainTexts(*chain).rows(rows));
+        }
+    }
     static std::optional<Text> blob(const std::string& digits, const std::string& word) {
         const auto bytes = bytesOfDigits(digits);
         if (!bytes) throw CliError(word + ": no hexadecimal digits");
@@ -107,6 +119,7 @@ class JsonRows final : public RowSource {
 
     Lines lines_;
     const clsControl& control_;
+    clsTSDB& db_;
     FieldRules rules_;
     const FieldMap& map_;
     bool ignoreUnknown_;

@@ -14,11 +14,17 @@ struct RowOptions {
     bool ignoreUnknown = false;
 };
 
+// A record to be: texts of its fields, and the rows of its chains.
+struct ImportRow {
+    std::vector<Assignment> values;
+    std::vector<std::pair<int32, TextTable>> chains;  // by field
+};
+
 class RowSource {
  public:
     virtual ~RowSource() = default;
     // The next row; false at the end. `reason` tells why it does not fit, empty where it does.
-    virtual bool next(std::vector<Assignment>& values, std::string& reason) = 0;
+    virtual bool next(ImportRow& row, std::string& reason) = 0;
     // The row as it came, for the file of rejects: its first line, its cells; and the titles of the cells.
     virtual int64 line() const = 0;
     virtual std::vector<Text> cells() const = 0;

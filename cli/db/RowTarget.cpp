@@ -19,12 +19,21 @@ class SharedTarget final : public RowTarget {
  public:
     explicit SharedTarget(Session& session) : session_(session) {}
 
-    Stored add(const std::vector<Assignment>& row, std::string& reason) override {
+    Stored add(const ImportRow& row, std::string& reason) override {
         auto& db = session_.db();
         const auto record = db.Add();
         if (!record) return refuse(db.Error(), reason);
-        for (const auto& value : row) record->Fields(value.field, value.text);
+        for (const auto& value : row.values) record->Fields(value.field, value.text);
         if (!record->Update()) return refuse(record->Error(), reason);
+        for (const auto& [field, rows] : row.chains) {
+            db.AktSatzNr(record->Satznummer());
+            db.KetteSchreiben(db.KetteNr(field), rows);
+            if (const int32 error = db.Error(); error != 0) {
+                // Half of it is worth nothing.
+                db.Delete(record->Satznummer());
+                return refuse(error, reason);
+            }
+        }
         ++kept_;
         return Stored::yes;
     }
@@ -48,12 +57,13 @@ class BulkTarget final : public RowTarget {
         if (serialField_ != 0) serial_ = lastSerial();
     }
 
-    Stored add(const std::vector<Assignment>& row, std::string& reason) override {
+    Stored add(const ImportRow& row, std::string& reason) override {
         int32 serial = 0;
-        for (const auto& value : row) {
+        for (const auto& value : row.values) {
             loader_.set(value.field, value.text);
             if (value.field == serialField_) serial = roundToInt32(Val(value.text));
         }
+        for (const auto& [field, rows] : row.chains) loader_.setChain(field, rows);
         if (serialField_ != 0 && serial == 0) loader_.set(serialField_, nextSerial());
         serial_ = std::max(serial_, serial);
         if (loader_.add()) return Stored::yes;

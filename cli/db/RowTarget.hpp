@@ -2,7 +2,7 @@
 // Where imported rows go: one by one beside other users, or alone in bulk.
 #include <memory>
 
-#include "cli/shared/Records.hpp"
+#include "cli/db/RowSource.hpp"
 
 namespace tsRtm::cli {
 
@@ -15,7 +15,7 @@ class RowTarget {
         never  // nor will any later one be
     };
     // Where it is not stored `reason` tells why.
-    [[nodiscard]] virtual Stored add(const std::vector<Assignment>& row, std::string& reason) = 0;
+    [[nodiscard]] virtual Stored add(const ImportRow& row, std::string& reason) = 0;
     // Rows that stay in the database if it ends here.
     virtual int64 kept() const = 0;
     // Makes it last. Throws a CliError where that fails.

@@ -28,6 +28,7 @@ class Notes final : public platform::Dialogs {
         return showPlainly(*this, dialog, tell);
     }
     bool attended() override { return false; }
+    std::optional<Text> ask(TextView, TextView, TextView preset) override { return Text(preset); }
     void openLink(TextView) override {}
     int32 comCtlVersion() override { return 580; }
 

@@ -103,13 +103,22 @@ TEST_F(Transfer, RowsBeyondTheSizeAreRejected) {
 }
 
 TEST_F(Transfer, MemosAndBlobsComeAndGo) {
-    ok("db create M --field NAME:text:20 --field NOTIZ:memo:60 --field BILD:blob:60 --index NAME --max 1000");
+    std::filesystem::create_directory(path("M.DBD"));
+    write("M.DBD/Control.tsd",
+          "TS1,5\r\n0,1,1,20,1,\"Name@@7NAME\"\r\n0,1,1,60,22,\"Notiz@@7NOTIZ\"\r\n"
+          "0,1,1,60,102,\"Bild@@7BILD\"\r\n0,1,1,8,38,\"Posten@@7POS\"\r\n0,1,1,60,86,\"E@@7EIGEN\"\r\n"
+          "1,1000,1\r\n1,0,0\r\n0\r\n");
+    write("M.DBD/KetteCtl.004",
+          "TS1,2\r\n0,1,1,6,1,\"Text@@7TEXT\"\r\n2,2,1,8,5,\"Preis@@7PREIS\"\r\n15,100,0\r\n0\r\n");
     write("brief.txt", "Grüße\naus Łódź\n");
     write("bild.bin", std::string("\0\xFF\x81\n", 4));
     ok("db add M NAME=Anna NOTIZ=kurz");
     ok("db add M NAME=Berta");
     ok("db memo set M 2 NOTIZ --file brief.txt");
     ok("db memo set M 1 BILD --file bild.bin");
+    ok("db memo set M 1 EIGEN 'Farbe=grün\nGröße=5'");
+    for (const auto* row : {"TEXT=Müll PREIS=12,50", "TEXT=b"})
+        ok(std::string("db chain add M 2 POS ") + row);
     prints("db memo get M 2 NOTIZ", "Grüße\naus Łódź\n\n");
     ok("db memo get M 1 BILD --file zurueck.bin");
     EXPECT_EQ(read("zurueck.bin"), read("bild.bin"));
@@ -122,18 +131,21 @@ TEST_F(Transfer, MemosAndBlobsComeAndGo) {
     EXPECT_EQ(dump[0]["blobs"]["BILD"], "00ff810a");
     EXPECT_EQ(dump[1]["memos"]["NOTIZ"], read("brief.txt"));
 
+    EXPECT_EQ(dump[1]["chains"]["POS"], nlohmann::json::parse(R"([["Müll","12.50"],["b",""]])"));
+
     // Whole, as JSON lines; the texts without the blobs as CSV.
     ok("db export M m.jsonl");
     ok("db export M m.csv");
     write("schlecht.jsonl",
-          "{\"fields\":{\"NAME\":\"Zorn\"}}\n[1]\n{\"fields\":{\"NAME\":7}}\n{\"blobs\":{\"BILD\":\"0\"}}\n");
+          "{\"fields\":{\"NAME\":\"Zorn\"}}\n[1]\n{\"fields\":{\"NAME\":7}}\n{\"blobs\":{\"BILD\":\"0\"}}\n"
+          "{\"fields\":{\"NAME\":\"Y\"},\"chains\":{\"POS\":[[\"a\"],[\"b\",\"no number\"]]}}\n");
     for (const std::string how : {"", " --bulk"}) {
         ok("db create N --structure M");
         ok("db import N m.jsonl" + how);
         const auto records = json("db dump N")["records"];
-        for (const auto* part : {"memos", "blobs"})
+        for (const auto* part : {"memos", "blobs", "chains"})
             for (const int32 n : {0, 1}) EXPECT_EQ(records[n][part], dump[n][part]) << part << how;
-        refused("db import N schlecht.jsonl" + how, 1, "rejected 3 rows: see N.rejects.csv");
+        refused("db import N schlecht.jsonl" + how, 1, "rejected 4 rows: see N.rejects.csv");
         ok("db import N m.csv" + how);
         EXPECT_EQ(ok("db memo get N 5 NOTIZ").out, ok("db memo get M 2 NOTIZ").out);
         prints("db check N", "sound\n");

@@ -11,8 +11,8 @@ using LastWrite = CrashingFiles::LastWrite;
 constexpr int32 kNo = 7;
 enum : int32 { kSurvivor, kVictim };
 
-enum class Job { replace, shrink, clear, grow, first, tail, head };
-constexpr const char* kJobs[] = {"replace", "shrink", "clear", "grow", "first", "tail", "head"};
+enum class Job { replace, shrink, clear, grow, first, tail, head, merge };
+constexpr const char* kJobs[] = {"replace", "shrink", "clear", "grow", "first", "tail", "head", "merge"};
 
 struct Case {
     Job job;
@@ -45,6 +45,8 @@ class ChainDeaths : public testing::TestWithParam<Case> {
                 return u"den";
             case Job::head:
                 return u"nde";
+            case Job::merge:
+                return u"nEf";
         }
         return u"";
     }
@@ -70,6 +72,11 @@ class ChainDeaths : public testing::TestWithParam<Case> {
                 return addRow(db, 2, End::tail, {u"n", u"1"}) == 0;
             case Job::head:
                 return addRow(db, 2, End::head, {u"n", u"1"}) == 0;
+            case Job::merge: {
+                const auto rows = db.Record(2)->Kette(fPOS);
+                rows->Inhalt(rowsNamed(after()));
+                return rows->Update();
+            }
             default:
                 return writeChain(db, 2, rowsNamed(after())) == 0;
         }
@@ -179,7 +186,8 @@ TEST_P(ChainDeaths, ReadersBesideAWriterSeeOneChain) {
 
 std::vector<Case> allCases() {
     std::vector<Case> out;
-    for (const Job job : {Job::replace, Job::shrink, Job::clear, Job::grow, Job::first, Job::tail, Job::head})
+    for (const Job job :
+         {Job::replace, Job::shrink, Job::clear, Job::grow, Job::first, Job::tail, Job::head, Job::merge})
         for (const int32 length : {4, 8, 11})
             for (const bool windows : {true, false})
                 if (windows || length == 8) out.push_back({job, length, windows});

@@ -205,7 +205,8 @@ TEST_F(Memos, RefusalsChangeNothing) {
 TEST_F(Memos, ARecordObjectReadsLateAndStoresWhatWasAssigned) {
     const auto db = made();
     db->Memo(1, u"alt");
-    const auto record = db->Record(1), copy = record->WorkCopy();
+    const auto other = open();
+    const auto record = db->Record(1), copy = other->Record(1);
     EXPECT_EQ(record->Fields(mNOTIZ), u"alt");
     EXPECT_EQ(copy->Fields(mNOTIZ), u"alt");
     EXPECT_FALSE(record->IsEmpty(mNOTIZ));

@@ -15,7 +15,7 @@ cmake --install "$build" --prefix "$work/first" >"$work/log" || { cat "$work/log
 mv "$work/first" "$work/tree"
 
 # Public headers lie at the top of rooms, and all of them serve a program by themselves.
-headers=$(cd "$work/tree/include" && find . -name '*.hpp' | sed 's|^\./||' | sort)
+headers=$(cd "$work/tree/include" && find tsRtm -name '*.hpp' | sed 's|^\./||' | sort)
 internal=$(echo "$headers" | grep '/.*/.*/') && { echo "installed, but not public:" $internal; exit 1; }
 for header in $headers; do echo "#include <$header>"; done >"$work/all.cpp"
 "$cxx" -std=c++20 $flags -fsyntax-only -I"$work/tree/include" "$work/all.cpp"
@@ -26,6 +26,7 @@ cmake -S "$here/consumer" -B "$work/build" -G Ninja -DCMAKE_CXX_COMPILER="$cxx" 
 cmake --build "$work/build" >"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
 said=$("$work/build/consumer")  # by itself: its exit status ends the check
 echo "find_package: $said"
+[ ! -x "$work/build/paper" ] || echo "desktop: $("$work/build/paper" 2>/dev/null)"
 
 export PKG_CONFIG_PATH="$work/tree/$libdir/pkgconfig"
 [ -f "$(pkg-config --variable=runtimedir tsRtm)/KeyTS.dat" ] || { echo "runtimedir is wrong"; exit 1; }

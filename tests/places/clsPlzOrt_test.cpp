@@ -184,5 +184,43 @@ TEST_F(PlzOrt, ReadsBothFormsOfTheIndex) {
     EXPECT_EQ(look(u"52062"), u"-");
 }
 
+// The index of codes never leads into other places than those it was made with.
+TEST_F(PlzOrt, SurvivesADeathAtEveryChangeOfAnImport) {
+    import(kRows);
+    const auto prepared = disk.snapshot();
+    const std::vector<PlaceRow> other = {{u"Zwei", u"05000", u"20095", u""},
+                                         {u"Eins", u"05000", u"52062", u""}};
+    int64 n = 1;
+    for (bool died = true; died; ++n) {
+        disk.restore(prepared);
+        files.as(static_cast<int32>(n));
+        files.dieAt(n, CrashingFiles::LastWrite::none, CrashingFiles::Manner::silently);
+        try {
+            import(other);
+        } catch (const ProcessDied&) {
+        }
+        died = files.died();
+        files.as(0);
+        // A reader may have to wait for somebody who may finish what was committed; he never sees a mixture.
+        const auto seen = [&] { return places.OrtsName(u"20095") + u" " + places.OrtsName(u"52062"); };
+        const Text before = seen();
+        EXPECT_TRUE(before == u"Hamburg Aachen" || before == u"Zwei Eins" || before == u" ")
+            << n << toUtf8(before);
+        {
+            const auto db = rtm.OpenTSDB(kOrte);
+            ASSERT_TRUE(db) << n;
+            EXPECT_TRUE(consistent(*db)) << n;
+        }
+        const Text after = seen();
+        EXPECT_TRUE((after == u"Hamburg Aachen" && died) || after == u"Zwei Eins") << n << toUtf8(after);
+    }
+    EXPECT_GT(n, 20);
+    places.Offenhalten(true);
+    EXPECT_EQ(places.OrtsName(u"52062"), u"Eins");
+    EXPECT_EQ(import(kRows).error, 70) << "somebody has it open";
+    places.Offenhalten(false);
+    EXPECT_EQ(import(kRows).error, 0);
+}
+
 }  // namespace
 }  // namespace tsRtm::test

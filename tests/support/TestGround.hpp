@@ -171,6 +171,10 @@ class ScriptedUi final : public platform::UserInterface,
                                                          const platform::DialogListener& tell) override;
     // The next scripted choice is asked with the list; without one nothing is chosen.
     int32 choose(const platform::ChoiceList& list) override;
+    std::optional<Text> ask(TextView prompt, TextView title, TextView preset) override {
+        asked.push_back(Text(title) + u": " + Text(prompt));
+        return line.value_or(Text(preset));
+    }
     void openLink(TextView address) override { linksOpened.emplace_back(address); }
     bool attended() override { return somebody; }
     bool hearsNotices() override { return hears; }
@@ -207,6 +211,8 @@ class ScriptedUi final : public platform::UserInterface,
     std::vector<Played> play;
     bool dialogFails = false;  // a task dialog cannot be shown
     int32 window = 77;         // of a task dialog
+    std::vector<Text> asked;
+    std::optional<Text> line;  // what the user types there; else the preset text
     std::vector<Text> linksOpened;
     bool somebody = true;
     bool hears = true;

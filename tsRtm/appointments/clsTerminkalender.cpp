@@ -144,7 +144,7 @@ std::shared_ptr<clsTermine> clsTerminkalender::Selection(int32 IndexFeld, TextVi
     if (Checker)
         std::erase_if(numbers, [&](int32 number) {
             const auto record = db_->Record(number);
-            return !record || !Checker->Okay(*record);
+            return !record || !Checker->Okay(record);
         });
     return std::make_shared<clsTermine>(shared_from_this(), numbers);
 }

@@ -9,6 +9,7 @@
 #include "tsRtm/frame/FilesTopic.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/frame/runtime/Folders.hpp"
+#include "tsRtm/frame/text/CodePages.hpp"
 #include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm {
@@ -94,6 +95,18 @@ void clsControl::Save() {
     }
     // A leftover of older applications, stale from now on.
     static_cast<void>(rtmMain::system().files.remove(rtmMain::JoinPath({dir_, u"Params.tsd"})));
+}
+
+Bytes clsControl::TextAs(bool Unicode) const {
+    ControlContent content = content_;
+    content.nichtAnsi = false;
+    content.unicode = Unicode;
+    for (auto& field : content.felder) {
+        if (Unicode || fromAnsi(toAnsi(field->Titel())) == field->Titel()) continue;
+        field = std::make_shared<TSIO>(*field);
+        field->Titel(fromAnsi(toAnsi(field->Titel())));
+    }
+    return encodeControl(content, typ_);
 }
 
 Text clsControl::fileName() const { return name_ + extension_; }

@@ -39,6 +39,9 @@ class clsControl : public std::enable_shared_from_this<clsControl> {
     // by a file that is whole on the device. Raises what the file system says (source "clsControl.Save", the
     // old file stands), and 380 for a Titel that the format cannot hold.
     void Save();
+    // What Save would write if the file were in Unicode, or in code page 1252, and then with "?" for what
+    // that lacks. Raises 380 as Save does.
+    Bytes TextAs(bool Unicode) const;
 
     // Directory of the file; without its last four characters (".DBD"); name of the file without its
     // extension.

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <utility>
 
+#include "tsRtm/database/chains/ChainWrite.hpp"
 #include "tsRtm/database/engine/DatabaseEngine.hpp"
 #include "tsRtm/database/records/FieldValue.hpp"
 #include "tsRtm/database/upkeep/IndexSort.hpp"
@@ -67,20 +68,40 @@ void BulkLoader::set(int32 field, TextView text) {
         serial_ = std::max(serial_, roundToInt32(Val(text)));
 }
 
-// At the end of its store at once: nobody points there before the row is in the file.
-void BulkLoader::setMemo(int32 field, TextView text) {
-    auto& memos = engine_.d.memos;
+// What goes to a side file at once: nobody points there before the row is in the file.
+template <class Work>
+void BulkLoader::beside(Work work) {
     try {
+        work();
+    } catch (const Failure& failure) {
+        engine_.fail(failure);
+        refused_ = true;
+    }
+}
+
+void BulkLoader::setMemo(int32 field, TextView text) {
+    beside([&] {
+        auto& memos = engine_.d.memos;
         int32 pointer = 0;
         if (!text.empty()) {
             const auto [head, payload] = memos.texts(field).encode(text);
             pointer = memos.open(field).append(head, payload);
         }
         memos.setPointer(row_, field, pointer);
-    } catch (const Failure& failure) {
-        engine_.fail(failure);
-        refused_ = true;
+    });
+}
+
+void BulkLoader::setChain(int32 field, const TextTable& rows) {
+    auto* const chain = usable_ ? engine_.d.chains.find(field) : nullptr;
+    if (!chain) {
+        fail(DatabaseError::badField);
+        return;
     }
+    beside([&] {
+        ReplaceChain write(*chain, chain->rows().encode(rows));
+        write.prepare({}, row_);
+        write.finish();
+    });
 }
 
 void BulkLoader::setUtf8(int32 field, std::string_view utf8) {

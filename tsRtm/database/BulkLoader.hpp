@@ -33,6 +33,8 @@ class BulkLoader {
 
     // A field of the row to come, 1..; numbers as Fields takes them. Fields that are not set stay empty.
     void set(int32 field, TextView text);
+    // The rows of a chain field.
+    void setChain(int32 field, const TextTable& rows);
     void setUtf8(int32 field, std::string_view utf8);
     // Ends the row. False where it could not be added; what was added before stays.
     bool add();
@@ -44,6 +46,8 @@ class BulkLoader {
  private:
     bool begin();
     void setMemo(int32 field, TextView text);
+    template <class Work>
+    void beside(Work work);
     bool fail(DatabaseError error) noexcept;
     bool flush();
 
@@ -55,7 +59,7 @@ class BulkLoader {
     Bytes row_;
     Bytes block_;
     bool usable_ = false;
-    bool refused_ = false;  // a memo of this row could not be stored
+    bool refused_ = false;  // a memo or chain of this row could not be stored
     bool finished_ = false;
 };
 

@@ -1,8 +1,9 @@
 // clsTSDB: chains of the current record.
 #include <algorithm>
 
-#include "tsRtm/database/chains/ChainWrite.hpp"
+#include "tsRtm/database/chains/ChainMerge.hpp"
 #include "tsRtm/database/clsTSDB.hpp"
+#include "tsRtm/database/clsTSRecord.hpp"
 #include "tsRtm/database/engine/DatabaseEngine.hpp"
 #include "tsRtm/frame/text/ByteStrings.hpp"
 
@@ -38,12 +39,6 @@ std::vector<Text> unpacked(const std::vector<Text>& row) {
         if (end == TextView::npos) return cells;
         rest.remove_prefix(end + 1);
     }
-}
-
-Bytes encoded(const ChainRows& rows, const TextTable& table) {
-    Bytes out;
-    for (const auto& cells : table) out += rows.encode(cells);
-    return out;
 }
 
 Text descriptor(const clsControl& control) {
@@ -112,7 +107,9 @@ bool clsTSDB::readChain(int32 record, ChainStore& store, TextTable& rows) {
     return !rows.empty();
 }
 
-bool clsTSDB::writeChain(int32 record, const ChainStore& store, SideWrite& write) {
+// `written` comes before anybody hears of it.
+bool clsTSDB::writeChain(int32 record, const ChainStore& store, SideWrite& write,
+                         const std::function<void()>& written) {
     auto& e = *engine_;
     auto nothing = e.takeBuffer();
     SideWrite* const sides[] = {&write};
@@ -120,6 +117,7 @@ bool clsTSDB::writeChain(int32 record, const ChainStore& store, SideWrite& write
         record, {.content = *nothing, .extent = RecordBuffer::Extent::assigned, .sides = sides});
     e.giveBack(std::move(nothing));
     if (!out) return e.fail(out.error);
+    if (written) written();
     e.recordingFileFailures([&] {
         Bytes place(store.field().bytes, ' ');
         e.d.read(record, store.field().offset, place);
@@ -127,6 +125,32 @@ bool clsTSDB::writeChain(int32 record, const ChainStore& store, SideWrite& write
     });
     recordChanged(record);
     return true;
+}
+
+bool clsTSDB::readRows(int32 record, int32 field, ChainRowSet& rows) {
+    const Working working(*this);
+    auto& e = *engine_;
+    ChainStore* const store = useChain(field);
+    if (!store) return false;
+    if (!e.d.store || !e.d.store.reaches(record)) return e.fail(DatabaseError::badRecord);
+    try {
+        rows.load(store->read(record));
+        return true;
+    } catch (const Failure& failure) {
+        e.fail(failure);
+        return false;
+    }
+}
+
+bool clsTSDB::storeRows(clsTSRecord& parent, int32 field, ChainRowSet& rows, const ChainRow* only) {
+    const Working working(*this);
+    auto& e = *engine_;
+    e.fehler = 0;
+    if (e.d.folder.readOnly) return e.fail(DatabaseError::readOnly);
+    ChainStore* const store = useChain(field);
+    if (!store) return false;
+    MergeChain write(*store, rows, only);
+    return writeChain(parent.Satznummer(), *store, write, [&] { write.settle(); });
 }
 
 bool clsTSDB::KetteLesen(int32 KetteNr, TextTable& Inhalt) {
@@ -148,16 +172,16 @@ void clsTSDB::KetteSchreiben(int32 KetteNr, const TextTable& Kette) {
     }
     ChainStore* const store = useChain(e.d.control ? e.d.control->KetteFeld(KetteNr) : 0);
     if (!store) return;
-    ReplaceChain write(*store, encoded(store->rows(), Kette));
+    ReplaceChain write(*store, store->rows().encode(Kette));
     writeChain(e.c.aktSatz, *store, write);
 }
 
-void clsTSDB::KetteAction(int32 Action, int32 Feld, TextTable& TabFeld, int32& Anzahl) {
+void clsTSDB::KetteAction(int32 How, int32 Feld, TextTable& TabFeld, int32& Anzahl) {
     const Working working(*this);
     auto& e = *engine_;
     if (Feld < 1) return;
-    const auto operation = static_cast<Operation>(Action & kOperation);
-    if (e.d.folder.readOnly && (operation == Operation::write || (Action & kOperation) >= kFirstThatWrites)) {
+    const auto operation = static_cast<Operation>(How & kOperation);
+    if (e.d.folder.readOnly && (operation == Operation::write || (How & kOperation) >= kFirstThatWrites)) {
         e.fail(DatabaseError::chainRefused);
         return;
     }
@@ -178,10 +202,10 @@ void clsTSDB::KetteAction(int32 Action, int32 Feld, TextTable& TabFeld, int32& A
     }
     if (!adds && !TabFeld.empty() && !TabFeld[0].empty()) TabFeld[0][0] = descriptor(store->control());
     if (reads) {
-        Anzahl = giveRows(rows, Action, TabFeld, io);
+        Anzahl = giveRows(rows, How, TabFeld, io);
         return;
     }
-    if (!takeRows(rows, adds ? 1 : Anzahl, fields, Action, TabFeld, io)) {
+    if (!takeRows(rows, adds ? 1 : Anzahl, fields, How, TabFeld, io)) {
         e.fail(DatabaseError::badField);
         return;
     }
@@ -191,7 +215,7 @@ void clsTSDB::KetteAction(int32 Action, int32 Feld, TextTable& TabFeld, int32& A
                           store->rows().encode(rows.front()));
         writeChain(record, *store, write);
     } else {
-        ReplaceChain write(*store, encoded(store->rows(), rows));
+        ReplaceChain write(*store, store->rows().encode(rows));
         writeChain(record, *store, write);
     }
 }

@@ -8,6 +8,7 @@
 #include "tsRtm/database/clsTSRecord.hpp"
 #include "tsRtm/database/engine/DatabaseEngine.hpp"
 #include "tsRtm/database/records/TextSearch.hpp"
+#include "tsRtm/database/sets/TypedKey.hpp"
 
 namespace tsRtm {
 namespace {
@@ -43,15 +44,6 @@ class TypedKey {
     DatabaseEngine& engine_;
     SearchKey key_;
 };
-
-// "#0" stands for the first position, and an empty key for "#1"; what is no number is a key.
-std::optional<int32> positionIn(TextView typed) {
-    if (!typed.starts_with(u'#')) return std::nullopt;
-    const TextView number = trimLeft(typed.substr(1));
-    const auto digit = number.find_first_not_of(u"+-.");
-    if (digit == TextView::npos || number[digit] < u'0' || number[digit] > u'9') return std::nullopt;
-    return roundToInt32(Val(number));
-}
 
 // Marks a search while it runs.
 class SearchUnderWay {

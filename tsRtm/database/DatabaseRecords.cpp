@@ -53,17 +53,6 @@ void clsTSDB::PutSatz(int32 Satznummer) {
     recordChanged(Satznummer);
 }
 
-// Whoever holds an object of this record shows the new fields at its next read.
-void clsTSDB::recordChanged(int32 Satznummer) {
-    if (engine_->keineEreignisse) return;
-    if (HalloSatz.connected()) {
-        std::shared_ptr<clsTSRecord> record;
-        HalloSatz(Satznummer, record);
-        if (record && !record->Changed()) record->Reset();
-    }
-    RecordChange(Satznummer);
-}
-
 Text clsTSDB::GetField(int32 Satznummer, int32 FeldNummer) {
     const Working working(*this);
     auto& e = *engine_;

@@ -3,11 +3,15 @@
 
 #include "tsRtm/database/chains/ChainCheck.hpp"
 #include "tsRtm/database/clsTSDB.hpp"
+#include "tsRtm/database/clsTSRecordSet.hpp"
 #include "tsRtm/database/engine/DatabaseEngine.hpp"
+#include "tsRtm/database/upkeep/Conversion.hpp"
 #include "tsRtm/database/upkeep/IndexCheck.hpp"
 #include "tsRtm/database/upkeep/IndexSort.hpp"
+#include "tsRtm/database/upkeep/LostFiles.hpp"
 #include "tsRtm/database/upkeep/MemoCheck.hpp"
 #include "tsRtm/database/upkeep/Packing.hpp"
+#include "tsRtm/database/upkeep/SidePacking.hpp"
 #include "tsRtm/frame/runtime/DebugLog.hpp"
 #include "tsRtm/frame/state/State.hpp"
 
@@ -16,6 +20,7 @@ namespace {
 
 // Tells the one who asks a record set of the database to let go of it.
 constexpr int32 kLetGo = -3;
+constexpr int32 kYes = 6;
 
 // Keeps writes by handlers out for the length of a work.
 class Occupied {
@@ -39,7 +44,7 @@ bool clsTSDB::Sort(int32 IndexSpalte) {
         e.d, IndexSpalte, [this](int32 phase, int32 done, int32 sum) { UpdateProgress(phase, done, sum); });
     if (failed(error)) return e.fail(error);
     for (int32 n = 1; n <= e.d.indexes.count(); ++n)
-        if (IndexSpalte == -1 || n == IndexSpalte) IndexChange(e.d.indexes.keys(n).primary());
+        if (IndexSpalte == -1 || n == IndexSpalte) indexRebuilt(e.d.indexes.keys(n).primary());
     if (!e.keineEreignisse) RecordChange(e.c.aktSatz);
     return true;
 }
@@ -76,17 +81,21 @@ bool clsTSDB::Check(bool Repair, TextView Zusatz) {
     std::vector<int32> faulty;
     const bool mends = Repair && !d.folder.readOnly && d.store;
     try {
+        if (mends)
+            if (const auto error = d.sign.enter(); failed(error)) return e.fail(error);
         for (int32 number = 1; d.store && d.indexes.has(number); ++number) {
             rtmMain::DebugLog(u"Konsistenzprüfung Index " + Caption(d.indexes.keys(number).primary()));
             auto lines = d.folder.readOnly ? checkBeside(d, number) : checkIndex(d, number);
             if (!lines.empty()) faulty.push_back(number);
             noteAll(std::move(lines));
         }
+        noteAll(unfinishedWork(d.folder));
         if (d.store) noteAll(checkMemos(d, mends ? Mend::yes : Mend::no));
         if (d.store) noteAll(checkChains(d.chains, ChainMending::none));
+        if (d.store) noteAll(checkRowMemos(d, Mend::no));
         if (mends && !d.chains.fields().empty()) {
-            if (const auto error = d.sign.enter(); failed(error)) return e.fail(error);
             checkChains(d.chains, ChainMending::repair);
+            checkRowMemos(d, Mend::yes);
         }
         if (mends && (!faulty.empty() || d.marks.leftBehind())) repairIndexes(d, faulty);
     } catch (const Failure& failure) {
@@ -96,14 +105,15 @@ bool clsTSDB::Check(bool Repair, TextView Zusatz) {
     return sound;
 }
 
-// Runs a work that exchanges files. `anew`: records get other numbers, so whatever knows one ends.
+// Runs a work that exchanges files. Where records get other numbers, whatever knows one ends.
 template <class Work>
-bool clsTSDB::exchanging(Work work, bool anew) {
+bool clsTSDB::exchanging(Work work, Exchanged what) {
     const Working working(*this);
     auto& e = *engine_;
     e.fehler = 0;
     if (e.writer.busy()) return e.fail(DatabaseError::locked);
-    if (anew) letGoOfSets();
+    const bool anew = what == Exchanged::numbers;
+    if (what != Exchanged::places) letGoOfSets();
     BulkFace face;
     face.progress = [this](int32 phase, int32 done, int32 sum) { UpdateProgress(phase, done, sum); };
     face.stopped = [this] { return closing_ || rtmMain::state().stopped; };
@@ -132,11 +142,12 @@ bool clsTSDB::exchanging(Work work, bool anew) {
     }
     if (failed(out.error)) return e.fail(out.error);
     if (out.changed && anew) Packed();
+    if (out.changed && !anew) contentReplaced();
     return true;
 }
 
 bool clsTSDB::exchanged(const std::function<BulkOutcome(OpenDatabase&, const BulkFace&)>& work) {
-    return exchanging(work, true);
+    return exchanging(work, Exchanged::numbers);
 }
 
 void clsTSDB::letGoOfSets() {
@@ -144,11 +155,45 @@ void clsTSDB::letGoOfSets() {
     HalloIndex(kLetGo, none);
 }
 
-bool clsTSDB::Pack() { return exchanging(packRecords, true); }
+bool clsTSDB::Pack() { return exchanging(packRecords, Exchanged::numbers); }
 
-bool clsTSDB::PackMemoKette() { return exchanging(packMemos, false); }
+bool clsTSDB::PackMemoKette() { return exchanging(packSideFiles, Exchanged::places); }
 
-void clsTSDB::Zap() { exchanging(emptyDatabase, true); }
+void clsTSDB::Zap() { exchanging(emptyDatabase, Exchanged::numbers); }
+
+bool clsTSDB::convert(Conversion conversion) {
+    auto& e = *engine_;
+    const auto accepts = [&](const ConversionLoss& loss) {
+        Text where = loss.record == 0 ? Text(u"in der Struktur") : u"in Satz " + toText(loss.record);
+        where += u", Feld " + toText(loss.field) + u" (" + Caption(loss.field) + u")";
+        const Text question = u"Die Datenbank enthält " + toText(loss.characters) +
+                              u" Zeichen, die es in ANSI nicht gibt, zuerst " + where +
+                              u".@Sollen sie durch \"?\" ersetzt werden?";
+        constexpr int32 kButtons = dlgYesNo | dlgQuestion | dlgDefault2;
+        return e.d.folder.messages().TSMsgBox(question, kButtons, Variant(u"clsTSDB")) == kYes;
+    };
+    ConversionOutcome out;
+    const bool done = exchanging(
+        [&](OpenDatabase& d, const BulkFace& face) {
+            out = convertDatabase(d, face, conversion, accepts);
+            if (out.changed && d.store) e.writer.prepare();
+            return BulkOutcome(out);
+        },
+        Exchanged::forms);
+    if (out.changed && e.d.store) {
+        e.spareBuffer.reset();
+        // Rows have another layout: their sets end. Records are read anew.
+        const auto sets = e.live.sets;
+        for (const auto& weak : sets)
+            if (const auto set = weak.lock(); set && set->KettenFeldNr() != 0) set->invalidate();
+        for (auto* const record : e.live.records) record->structureChanged();
+    }
+    return done && !out.refused;
+}
+
+bool clsTSDB::ConvertToWin() { return convert(Conversion::fromDos); }
+bool clsTSDB::ConvertToAnsi() { return convert(Conversion::toAnsi); }
+bool clsTSDB::ConvertToUnicode() { return convert(Conversion::toUnicode); }
 
 bool clsTSDB::Rebuild() {
     const Working working(*this);
@@ -178,7 +223,7 @@ void clsTSDB::CreateIndex(int32 Primaer, int32 Sekundaer, int32 Tertiaer) {
     if (failed(error))
         e.fail(error);
     else
-        IndexChange(Primaer);
+        indexRebuilt(Primaer);
 }
 
 void clsTSDB::DelIndex(int32 IndexSpalte) {
@@ -195,7 +240,10 @@ void clsTSDB::DelIndex(int32 IndexSpalte) {
     e.writer.prepare();
     // The active order keeps its field, whatever its number is now.
     e.c.aktIndex = active == 0 ? 0 : e.d.control->IndexNr(Variant(active));
-    if (failed(error)) e.fail(error);
+    if (failed(error))
+        e.fail(error);
+    else
+        indexDropped(IndexSpalte);
 }
 
 }  // namespace tsRtm

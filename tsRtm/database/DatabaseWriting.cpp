@@ -2,10 +2,11 @@
 #include <algorithm>
 #include <limits>
 
+#include "tsRtm/database/chains/ChainMerge.hpp"
 #include "tsRtm/database/clsTSDB.hpp"
 #include "tsRtm/database/clsTSRecord.hpp"
 #include "tsRtm/database/engine/DatabaseEngine.hpp"
-#include "tsRtm/database/memos/MemoWrite.hpp"
+#include "tsRtm/database/memos/PropertyText.hpp"
 
 namespace tsRtm {
 namespace {
@@ -55,6 +56,10 @@ bool clsTSDB::Entsperren(int32 Satznummer) {
     auto& e = *engine_;
     if (!e.d.store || !e.d.store.reaches(Satznummer)) return e.fail(DatabaseError::badRecord);
     e.d.locks.unlockRecord(Satznummer);
+    if (const auto held = e.live.holders.find(Satznummer); held != e.live.holders.end()) {
+        held->second->lockFlag(false);
+        e.live.holders.erase(held);
+    }
     if (!e.keineEreignisse) RecordChange(Satznummer);
     return true;
 }
@@ -139,7 +144,7 @@ std::shared_ptr<clsTSRecord> clsTSDB::Add() {
         e.fail(DatabaseError::full);
         return nullptr;
     }
-    auto record = std::make_shared<clsTSRecord>(shared_from_this(), 0);
+    auto record = std::make_shared<clsTSRecord>(shared_from_this(), --e.live.lastNew);
     record->lockFlag(true);
     const int32 field = e.d.control->AutowertFeld();
     if (field == 0) return record;
@@ -165,8 +170,19 @@ WriteOutcome clsTSDB::stored(clsTSRecord& record, Store store) {
         for (const auto& [field, memo] : record.memos_)
             if (memo.assigned)
                 writes.push_back(std::make_unique<MemoWrite>(engine_->d.memos, field, TextView(memo.text)));
+        if (!record.properties_.empty())
+            writes.push_back(std::make_unique<PropertyWrite>(engine_->d.memos, engine_->d.control->PropFeld(),
+                                                             record.properties_));
+        std::vector<std::unique_ptr<MergeChain>> chains;
+        for (const auto& [field, rows] : record.chains_)
+            if (rows.waiting && rows.waiting->changed())
+                chains.push_back(std::make_unique<MergeChain>(*engine_->d.chains.find(field), *rows.waiting));
         for (const auto& write : writes) sides.push_back(write.get());
-        return store(sides);
+        for (const auto& write : chains) sides.push_back(write.get());
+        const WriteOutcome out = store(sides);
+        for (const auto& write : chains)
+            if (out) write->settle();
+        return out;
     } catch (const Failure& failure) {
         recordFailure(failure);
         return {static_cast<DatabaseError>(failure.Number()), 0, 0};
@@ -211,9 +227,13 @@ int32 clsTSDB::storeNew(clsTSRecord& record) {
         return record.Satznummer();
     }
     if (e.d.serial && record.serial_ != 0) e.d.serial.settled(record.serial_);
+    const bool keepsLock = record.Locked();
+    const int32 before = record.Satznummer();
+    record.stored(*this, out.record);
+    if (!e.keineEreignisse) newNumber(before, out.record);
     if (!e.keineEreignisse) RecordChange(out.record);
     recordChanged(out.record);
-    if (!record.Locked()) {
+    if (!keepsLock) {
         e.d.locks.unlockRecord(out.record);
         if (!e.keineEreignisse) RecordChange(out.record);
     }

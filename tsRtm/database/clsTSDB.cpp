@@ -3,13 +3,12 @@
 #include <algorithm>
 
 #include "tsRtm/control/clsMasken.hpp"
-#include "tsRtm/database/chains/ChainCheck.hpp"
 #include "tsRtm/database/clsTSRecord.hpp"
 #include "tsRtm/database/engine/DatabaseEngine.hpp"
 #include "tsRtm/database/upkeep/FileExchange.hpp"
 #include "tsRtm/database/upkeep/IndexCheck.hpp"
 #include "tsRtm/database/upkeep/LostFiles.hpp"
-#include "tsRtm/database/upkeep/MemoCheck.hpp"
+#include "tsRtm/database/upkeep/UncleanEnd.hpp"
 #include "tsRtm/frame/clsStreamReader.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/frame/runtime/DebugLog.hpp"
@@ -20,16 +19,14 @@ namespace tsRtm {
 namespace {
 
 constexpr TextView kExtension = u".DBD";
-constexpr int32 kBigFrom = 32768;
 constexpr int32 kViewHeadItems = 6;
-constexpr uint64 kSniffFrom = 2;
 
 }  // namespace
 
 clsTSDB::clsTSDB(FilesTopic& Files) : engine_(std::make_unique<DatabaseEngine>(Files)) {
     auto& e = *engine_;
-    e.writer.indexChanged = [this](int32 field) { IndexChange(field); };
-    e.d.indexes.rebuilt = e.writer.indexChanged;
+    e.writer.indexChanged = [this](int32 field) { indexChanged(field); };
+    e.d.indexes.rebuilt = [this](int32 field) { indexRebuilt(field); };
     e.d.watch.heal = [&e] { return e.d.indexes.healLeftBehind(); };
     e.d.watch.findChanges = [&e] { e.d.openChanges(); };
     e.d.locks.givenUp = [this] { return closing_; };
@@ -93,22 +90,15 @@ void clsTSDB::openInner() {
         return;
     }
     recoverControl(d.folder);
-    d.control = std::make_shared<clsControl>(d.folder.files);
-    bool dos = true;
-    if (!d.control->Oeffne(d.folder.path(u"Control.tsd"), dos)) {
+    if (!d.readStructure()) {
         e.fail(DatabaseError::noControl);
         return;
     }
-    d.layout = RecordLayout(*d.control, d.control->IstUnicode(), dos);
     e.c = Cursor();
     e.c.felder = RecordBuffer(d.layout);
     e.spareBuffer.reset();
     e.viewLaenge.clear();
     for (int32 i = 1; i <= d.control->Felder(); ++i) e.viewLaenge.push_back(d.control->field(i).Laenge());
-    // Nothing on disk says so: a change of MaxRecords across this number needs new index files.
-    d.indexes.define(*d.control, d.layout, d.control->MaxRecords() >= kBigFrom);
-    d.memos.define(*d.control);
-    d.chains.define(d.control, d.layout);
     e.writer.prepare();
     OpenView(u"Standard");
     if (!openFiles()) return;
@@ -152,9 +142,7 @@ bool clsTSDB::openFiles() {
         rtmMain::DebugLog(folder.name + u": kein Zugriff auf " + Text(ChangeCount::kFileName));
         return e.fail(DatabaseError::locked);
     }
-    if (!d.openData()) return e.fail(DatabaseError::locked);
-    sniffUnicode();
-    return true;
+    return d.openData() || e.fail(DatabaseError::locked);
 }
 
 namespace {
@@ -190,6 +178,7 @@ void clsTSDB::settle() {
             replayLog(d);
             // First of all, since numbers are given out without this lock.
             if (d.serial) d.serial.atLeast(greatestSerial());
+            befunde_ = settleRecords(d);
         } else if (FilesTopic::Exist(d.folder.path(UpdateLog::kFileName)) && d.sign.alone()) {
             d.log.forget();
         }
@@ -197,12 +186,12 @@ void clsTSDB::settle() {
             d.indexes.healLeftBehind();
         else if (unclean)
             settleIndexes(d);
-        if (!unclean || d.marks.leftBehind()) return;
+        const bool mends = unclean && !d.marks.leftBehind();
         // Behind the healing, which completes a record with the pointers that it was to have.
-        for (const auto& line : checkMemos(d, Mend::yes)) rtmMain::DebugLog(line);
-        befunde_ = checkChains(d.chains, ChainMending::cut);
+        if (mends) settleSideFiles(d, befunde_);
+        for (auto& line : unfinishedWork(d.folder)) befunde_.push_back(std::move(line));
         for (const auto& line : befunde_) rtmMain::DebugLog(line);
-        d.sign.settled();
+        if (mends) d.sign.settled();
     } catch (const Failure& failure) {
         recordFailure(failure);
     }
@@ -220,36 +209,6 @@ bool clsTSDB::refusesLocks() {
     return true;
 }
 
-// A data file in UTF-16 gives itself away by its high bytes. The flag reaches only those who ask the control:
-// how the records are read was settled before, by the control file.
-void clsTSDB::sniffUnicode() {
-    auto& d = engine_->d;
-    if (d.store.bytes().knownSize() < 6) return;
-    char bytes[4] = {};
-    d.store.bytes().read(kSniffFrom, bytes);
-    d.control->IstUnicode(static_cast<uint8>(bytes[1]) < 10 || static_cast<uint8>(bytes[3]) < 10);
-}
-
-void clsTSDB::openSerial() {
-    auto& d = engine_->d;
-    if (d.control->AutowertFeld() == 0 || d.folder.readOnly) return;
-    d.opened.serial = d.folder.open(u"Autowert.tsd", d.folder.shared);
-    if (d.opened.serial == 0) return rtmMain::DebugLog(d.folder.name + u": kein Zugriff auf Autowert.tsd");
-    d.guard.opened(d.folder.files.file(d.opened.serial));
-    d.serial = SerialNumber(d.folder.files.file(d.opened.serial), d.folder.messages());
-}
-
-// The last record need not have the greatest number, and a counter may have been lost with the machine.
-int32 clsTSDB::greatestSerial() {
-    auto& d = engine_->d;
-    d.refreshCount();
-    const int32 field = d.control->AutowertFeld();
-    int32 greatest = 0;
-    for (int32 n = 1; n <= d.records(); ++n)
-        greatest = std::max(greatest, roundToInt32(Val(GetField(n, field))));
-    return greatest < 1 ? d.records() : greatest;
-}
-
 bool clsTSDB::OpenView(TextView ViewFile) {
     auto& d = engine_->d;
     auto& widths = engine_->viewLaenge;
@@ -265,15 +224,6 @@ bool clsTSDB::OpenView(TextView ViewFile) {
         return false;
     }
     return true;
-}
-
-void clsTSDB::KillAllObjects() {
-    // A listener may let go of other records, or ask for new ones: the list is read anew each time.
-    for (std::size_t left = live_.size(); left > 0 && !live_.empty(); --left) {
-        auto* const record = live_.front();
-        live_.erase(live_.begin());
-        record->invalidate();
-    }
 }
 
 std::shared_ptr<clsControl> clsTSDB::Control() const { return engine_->d.control; }

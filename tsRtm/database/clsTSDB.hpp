@@ -47,14 +47,21 @@ struct Datenstand {
 };
 
 class clsTSRecord;
+class clsTSRecordSet;
+class ChainRowSet;
 class ChainStore;
+class DatenTab;
+class KeyRange;
 class NewRecords;
+struct ChainRow;
+struct RangeWalk;
 class SideWrite;
 struct BulkFace;
 struct BulkOutcome;
 struct DatabaseEngine;
 struct OpenDatabase;
 struct WriteOutcome;
+enum class Conversion;
 
 class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTSDB> {
  public:
@@ -77,7 +84,7 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     bool OpenView(TextView ViewFile);
     // Closes all files; what is in memory and not stored is lost, as at the end of the object.
     void Schliesse() noexcept;
-    // Ends every live record object of this database.
+    // Ends every live record, record set and cursor of this database.
     void KillAllObjects();
 
     std::shared_ptr<clsControl> Control() const;
@@ -137,8 +144,11 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     // Stores what was assigned to a record object over what the file has by now; what its Update calls. The
     // record number, 0 or below where it failed.
     int32 SatzSpeichern(clsTSRecord& Record);
-    // The record object of that number, of the current record for 0; nothing where there is none.
+    // The record object of that number, of the current record for 0; nothing where there is none. The one
+    // that somebody holds already, if there is one.
     std::shared_ptr<clsTSRecord> Record(int32 Satznummer = 0, bool Locked = false);
+    // All records, as a set.
+    std::shared_ptr<clsTSRecordSet> Records();
     // Sets and takes the deleted mark. The record keeps its place in all indexes.
     void Delete(int32 Satznummer);
     void Reaktivieren(int32 Satznummer);
@@ -171,6 +181,11 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     int32 KetteNr(int32 FeldNummer) const;
     int32 IndexNr(const Variant& FeldNummer) const;
     int32 IndexFeld(int32 Index, int32 Item = 1) const;
+
+    // Looks through all records for the names of their properties, and counts them; and what it found last:
+    // name, and how many records have it.
+    int32 FindPropertyNames();
+    std::shared_ptr<DatenTab> PropertyNames();
 
     // --- Memos and blobs
     // ------------------------------------------------------------------------------------------- Those of
@@ -237,6 +252,18 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     bool BOFile() const;
     bool EOFile() const;
 
+    // Calls Action for each record of a range, as the current one, at the position that it had when the loop
+    // began; deleted ones with Alle only. Feld 0 takes record numbers; else the index of that field: all keys
+    // from Von to those that begin with Bis, of a date without decimals the days. Each record is visited
+    // once, whatever is changed meanwhile; one that has left the range is passed over. Where a handler leaves
+    // DoUpdate, this value at first, True, the record is stored. ActionEnd comes in any case. Error 1 for a
+    // field without an index.
+    void ActionLoop(int32 Feld, TextView Von, TextView Bis, bool Alle, Variant& Zusatz,
+                    bool DoUpdate = false);
+    // Set by a handler: ends the loop before the next record.
+    bool CancelAction() const noexcept { return cancelAction_; }
+    void CancelAction(bool value) noexcept { cancelAction_ = value; }
+
     // --- Writing and locks
     // ----------------------------------------------------------------------------------------------- Writes
     // the record in memory, and every index whose key changed, under the database lock. After a failure
@@ -266,7 +293,8 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     // record objects end, locks of records are given up, and Packed is told. All files change at once: who
     // dies in it leaves the database as it was, or packed.
     bool Pack();
-    // Takes the room out of the memo stores that no record points to.
+    // Takes the room out of memo and chain stores that no record leads to. Raises, source "DB PackMemoKette",
+    // for a chain that leads out of its file or in a circle; then nothing is changed.
     bool PackMemoKette();
     // Both, and all indexes anew.
     bool Rebuild();
@@ -276,6 +304,13 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     // else has the database open (70), all stays as it was. As with Pack, all files change at once, numbers
     // are new, and Packed is told.
     bool Replace(const std::function<bool(NewRecords&)>& Fill);
+    // The records, chains and structure from the DOS code page to 1252; all of them to 1252, or to UTF-16. A
+    // database that is in that form already stays as it is. Where 1252 lacks characters the user is asked
+    // once; his No, and the want of a user, is False, and nothing is changed. Record objects drop what was
+    // not stored.
+    bool ConvertToWin();
+    bool ConvertToAnsi();
+    bool ConvertToUnicode();
     // Checks every index against the records, and the chains; what it finds goes to the debug log and to
     // Befunde. With Repair a faulty index is rebuilt, and chains lead nowhere but to rows of their own; the
     // result is that of the check before.
@@ -284,17 +319,21 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
 
  private:
     friend class clsTSRecord;
+    friend class clsTSRecordSet;
+    friend class clsTSIndex;
     friend class BulkLoader;
+    friend class DatabaseCare;
 
     void openInner();
     bool openFiles();
     void openSerial();
+    enum class Exchanged { places, forms, numbers };
     template <class Work>
-    bool exchanging(Work work, bool anew);
+    bool exchanging(Work work, Exchanged what);
     bool exchanged(const std::function<BulkOutcome(OpenDatabase&, const BulkFace&)>& work);
+    bool convert(Conversion conversion);
     void letGoOfSets();
     int32 greatestSerial();
-    void sniffUnicode();
     void settle();
     bool refusesLocks();
     bool readRecord(int32 Satznummer, bool plain = false);
@@ -312,7 +351,11 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     Text memoText(int32 record, int32 field);
     ChainStore* useChain(int32 field);
     bool readChain(int32 record, ChainStore& store, TextTable& rows);
-    bool writeChain(int32 record, const ChainStore& store, SideWrite& write);
+    bool writeChain(int32 record, const ChainStore& store, SideWrite& write,
+                    const std::function<void()>& written = {});
+    bool readRows(int32 record, int32 field, ChainRowSet& rows);
+    bool storeRows(clsTSRecord& parent, int32 field, ChainRowSet& rows, const ChainRow* only);
+    void visit(const RangeWalk& walk, const KeyRange* range, bool all, Variant& Zusatz, bool update);
     template <class Entry, class Take>
     void eachChainField(std::vector<Entry>& out, Take take) const;
     bool isEmpty() const;
@@ -324,6 +367,20 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     std::shared_ptr<clsTSRecord> standOn(int32 record);
     void enter(clsTSRecord& record);
     void leave(clsTSRecord& record) noexcept;
+    void standsFor(clsTSRecord& record);
+    std::shared_ptr<clsTSRecord> liveRecord(int32 number) const;
+    // A record object won the lock of its record; the second one tells whether it has it, which ends then.
+    void takeLock(clsTSRecord& record);
+    bool giveUpLock(clsTSRecord& record) noexcept;
+    void enter(const std::shared_ptr<clsTSRecordSet>& set);
+    // Tells all live sets, whichever end meanwhile.
+    template <class Tell>
+    void eachSet(Tell tell);
+    void indexChanged(int32 field);
+    void indexRebuilt(int32 field);
+    void indexDropped(int32 field);
+    void newNumber(int32 before, int32 number);
+    void contentReplaced();
     void giveUpSerial(int32 value, bool storeTried) noexcept;
     bool storeSerial(int32 record, TextView number);
 
@@ -345,7 +402,8 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     std::unique_ptr<DatabaseEngine> engine_;
     int32 working_ = 0;
     bool closing_ = false;
-    std::vector<clsTSRecord*> live_;
+    bool cancelAction_ = false;
+    std::shared_ptr<DatenTab> propertyNames_;
     std::vector<Text> befunde_;
     Text shown_;  // a number as Fields shows it
     bool locating_ = false;

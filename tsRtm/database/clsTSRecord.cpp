@@ -2,9 +2,12 @@
 
 #include <algorithm>
 
-#include "tsRtm/database/clsTSDB.hpp"
+#include "tsRtm/database/chains/ChainMerge.hpp"
+#include "tsRtm/database/clsTSRecordSet.hpp"
 #include "tsRtm/database/engine/DatabaseEngine.hpp"
+#include "tsRtm/database/memos/PropertyText.hpp"
 #include "tsRtm/database/records/FieldValue.hpp"
+#include "tsRtm/tables/DatenTab.hpp"
 
 namespace tsRtm {
 namespace {
@@ -29,29 +32,55 @@ clsTSRecord::clsTSRecord(const std::shared_ptr<clsTSDB>& Database, int32 Satznum
     Database->enter(*this);
 }
 
+clsTSRecord::clsTSRecord(std::shared_ptr<clsTSRecordSet> Parent, std::shared_ptr<ChainRow> Row)
+    : database_(Parent->DB()),
+      control_(Parent->Control()),
+      layout_(&Parent->rows_->rows().layout()),
+      number_(0),
+      felder_(std::make_unique<RecordBuffer>(*layout_)),
+      parent_(std::move(Parent)),
+      row_(std::move(Row)) {}
+
 clsTSRecord::~clsTSRecord() {
     const auto database = database_.lock();
-    if (!database) return;
+    if (!database || row_) return;
+    if (database->giveUpLock(*this)) database->engine_->d.locks.unlockRecord(number_);
     database->leave(*this);
-    if (number_ > 0 && lockIsOurs_) database->engine_->d.locks.unlockRecord(number_);
     if (number_ < 1 && serial_ != 0) database->giveUpSerial(serial_, storeTried_);
     database->engine_->giveBack(std::move(felder_));
 }
 
 void clsTSRecord::invalidate() {
-    if (const auto database = DB(); database && number_ > 0 && lockIsOurs_)
+    if (const auto database = DB(); database && database->giveUpLock(*this))
         database->engine_->d.locks.unlockRecord(number_);
     locked_ = locked_ && number_ < 1;
-    lockIsOurs_ = false;
     database_.reset();
     layout_ = nullptr;
     Invalidated();
+}
+
+int32 clsTSRecord::Satznummer() const { return row_ ? parent_->placeOfRow(*row_) : number_; }
+
+// The database has another character form: what was loaded and written is dropped.
+void clsTSRecord::structureChanged() {
+    const auto database = DB();
+    if (!database) return;
+    control_ = database->Control();
+    felder_ = database->engine_->takeBuffer();
+    forgetChanges();
+    chains_.clear();
+    loaded_ = number_ < 1;
 }
 
 bool clsTSRecord::load() {
     if (loaded_) return true;
     const auto database = DB();
     if (!database) return false;
+    if (row_) {
+        felder_->room() = row_->bytes;
+        felder_->loaded();
+        return loaded_ = true;
+    }
     database->engine_->d.guard.lookAnew();
     auto& store = database->engine_->d.store;
     if (!store || !store.reaches(number_)) return false;
@@ -67,7 +96,7 @@ const Text& clsTSRecord::Fields(int32 Index) {
     const Text& stored = (*felder_)[Index];
     if (Index == 0) return stored;
     const auto& field = layout_->field(Index);
-    if (field.pointer) return memo(Index);
+    if (field.pointer && !row_) return memo(Index);
     if (field.typ == kAutowert && stored.empty() && number_ > 0) {
         shown_ = padded(number_, field.length);
         if (const auto database = DB(); database && database->storeSerial(number_, shown_))
@@ -81,12 +110,15 @@ const Text& clsTSRecord::Fields(int32 Index) {
 
 void clsTSRecord::Fields(int32 Index, TextView Inhalt) {
     if (readOnly_ || Index < 0 || Index > control_->Felder() || !layout_ || !load()) return;
-    if (Index > 0 && layout_->field(Index).pointer)
+    if (Index > 0 && layout_->field(Index).pointer) {
+        if (row_) return;  // a cell of a row shows the place of its text
         memos_[Index] = {Text(Inhalt), true};
-    else if (Index > 0 && (layout_->field(Index).typ & 7) == 5)
+        if (Index == control_->PropFeld()) properties_.clear();
+    } else if (Index > 0 && (layout_->field(Index).typ & 7) == 5) {
         felder_->set(Index, storedNumber(layout_->field(Index), Inhalt));
-    else
+    } else {
         felder_->set(Index, Inhalt);
+    }
     changed_ = true;
 }
 
@@ -95,7 +127,10 @@ const Text& clsTSRecord::memo(int32 field) {
     const auto known = memos_.find(field);
     if (known != memos_.end()) return known->second.text;
     const auto database = number_ > 0 ? DB() : nullptr;
-    return memos_[field].text = database ? database->memoText(number_, field) : Text();
+    Text& text = memos_[field].text;
+    if (database) text = database->memoText(number_, field);
+    if (field == control_->PropFeld()) propertyText::set(text, properties_);
+    return text;
 }
 
 const Text& clsTSRecord::NamedField(TextView Feldname) { return Fields(control_->FeldNummer(Feldname)); }
@@ -107,26 +142,109 @@ const Text& clsTSRecord::Value(TextView ValueName, int32 Index) {
     return Fields(control_->ValueFeld(ValueName, Index));
 }
 
+bool clsTSRecord::GetObject(TextView ObjectName, iPropertyTarget& This, int32 Index) {
+    std::vector<int32> fields;
+    std::vector<Text> names;
+    control_->ObjectFelder(ObjectName, Index, fields, names);
+    bool any = false;
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        // The object may ask this record for more.
+        const Text text = Fields(fields[i]);
+        if (This.Set(names[i], text)) any = true;
+    }
+    return any;
+}
+
+Text clsTSRecord::Property(TextView Key) { return propertyText::valueOf(Fields(control_->PropFeld()), Key); }
+
+void clsTSRecord::Property(TextView Key, TextView Wert) {
+    const RecordProperty property{Text(Key), Text(Wert)};
+    propertyText::check(property);
+    const int32 field = control_->PropFeld();
+    if (readOnly_ || !layout_ || !layout_->has(field) || !load()) return;
+    const auto known = memos_.find(field);
+    if (known != memos_.end()) propertyText::set(known->second.text, property);
+    // A text that was assigned as a whole is stored as it is, and has them already.
+    if (known == memos_.end() || !known->second.assigned) {
+        const auto same = std::find_if(properties_.begin(), properties_.end(),
+                                       [&](const auto& other) { return equalIgnoringCase(other.key, Key); });
+        if (same == properties_.end())
+            properties_.push_back(property);
+        else
+            same->value = property.value;
+    }
+    changed_ = true;
+}
+
+std::shared_ptr<DatenTab> clsTSRecord::Properties() {
+    auto table = std::make_shared<DatenTab>();
+    table->Init({}, 2, u"TT");
+    for (const auto& [key, value] : propertyText::all(Fields(control_->PropFeld()))) table->Add({key, value});
+    return table;
+}
+
 bool clsTSRecord::Update() {
     const auto database = DB();
-    if (!database || !load()) return false;
+    if (!database || readOnly_ || !load()) return false;
+    if (row_) return storeRow(*database);
     const int32 number = database->SatzSpeichern(*this);
     error_ = database->Error();
     if (error_ != 0 || number < 1) return false;
-    const bool isNew = number_ < 1;
-    number_ = number;
-    serial_ = 0;
-    changed_ = false;
+    forgetChanges();
     loaded_ = false;  // the next read shows it as it stands in the file
-    memos_.clear();
-    if (isNew) locked_ = lockIsOurs_ = database->engine_->d.locks.owns(number);
     return true;
 }
 
-void clsTSRecord::Reset() {
+void clsTSRecord::forgetChanges() {
     changed_ = false;
     memos_.clear();
-    if (number_ > 0)
+    properties_.clear();
+}
+
+bool clsTSRecord::storeRow(clsTSDB& database) {
+    database.Error();
+    Bytes bytes;
+    felder_->compose(row_->bytes, RecordBuffer::Extent::assigned, bytes);
+    row_->bytes = bytes;
+    const bool stored = parent_->storeRows(row_.get());
+    error_ = database.Error();
+    if (!stored || Satznummer() < 1) return false;
+    forgetChanges();
+    loaded_ = false;
+    return true;
+}
+
+std::shared_ptr<clsTSRecordSet> clsTSRecord::Kette(int32 FeldNr) {
+    const auto database = DB();
+    if (!database || row_) return nullptr;
+    if (!database->useChain(FeldNr)) return nullptr;
+    const auto self = std::static_pointer_cast<clsTSRecord>(shared_from_this());
+    std::shared_ptr<clsTSRecordSet> set;
+    if (database->HalloRS.connected()) database->HalloRS(self, FeldNr, set);
+    auto& known = chains_[FeldNr];
+    if (!set) set = known.set.lock();
+    if (set) return set;
+    set = clsTSRecordSet::chain(self, FeldNr, known.waiting);
+    known.set = set;
+    if (number_ < 1) known.waiting = set->rows_;
+    return set;
+}
+
+// A new record is in the file, locked or not: told before anybody hears of it.
+void clsTSRecord::stored(clsTSDB& database, int32 number) {
+    number_ = number;
+    serial_ = 0;
+    for (auto& [field, rows] : chains_) rows.waiting.reset();
+    locked_ = locked_ && database.engine_->d.locks.owns(number);
+    if (locked_) database.takeLock(*this);
+    database.standsFor(*this);
+}
+
+void clsTSRecord::Reset() {
+    forgetChanges();
+    for (auto& [field, rows] : chains_)
+        if (rows.waiting) rows.waiting->clear();
+    if (number_ > 0 || row_)
         loaded_ = false;
     else if (layout_)
         felder_->clear();
@@ -141,19 +259,22 @@ std::shared_ptr<clsTSRecord> clsTSRecord::WorkCopy() const {
 bool clsTSRecord::Sperren(int32 Warten) {
     if (locked_) return true;
     const auto database = DB();
-    if (!database) return false;
+    if (!database || row_) return false;
     locked_ = true;
     if (number_ < 1) return false;
-    locked_ = lockIsOurs_ = database->Sperren(number_, Warten);
-    if (locked_) Reset();
-    return locked_;
+    locked_ = database->Sperren(number_, Warten);
+    if (!locked_) return false;
+    database->takeLock(*this);
+    Reset();
+    return true;
 }
 
 bool clsTSRecord::Entsperren() {
     const auto database = DB();
+    const bool ours = database && database->giveUpLock(*this);
     locked_ = false;
-    lockIsOurs_ = false;
-    return database && number_ > 0 && database->Entsperren(number_);
+    if (!database || number_ < 1) return false;
+    return !ours || database->Entsperren(number_);
 }
 
 bool clsTSRecord::Deleted() { return Fields(0) == u"*"; }
@@ -172,72 +293,6 @@ void clsTSRecord::serialNumber(int32 value) {
     serial_ = value;
     const int32 field = control_->AutowertFeld();
     felder_->set(field, padded(value, layout_->field(field).length));
-}
-
-// --- The database's list of live record objects ---
-
-void clsTSDB::enter(clsTSRecord& record) { live_.push_back(&record); }
-
-void clsTSDB::leave(clsTSRecord& record) noexcept {
-    const auto at = std::find(live_.rbegin(), live_.rend(), &record);
-    if (at == live_.rend()) return;
-    *at = live_.back();
-    live_.pop_back();
-}
-
-void clsTSDB::giveUpSerial(int32 value, bool storeTried) noexcept {
-    if (!engine_->d.serial) return;
-    try {
-        if (storeTried)
-            engine_->d.serial.settled(value);
-        else
-            engine_->d.serial.giveUp(value);
-    } catch (const Failure&) {  // the number stays used
-    }
-}
-
-// The number of a record that has no serial number yet becomes it, where nobody is disturbed by that.
-bool clsTSDB::storeSerial(int32 record, TextView number) {
-    const Working working(*this);
-    auto& e = *engine_;
-    auto& d = e.d;
-    const int32 field = d.control->AutowertFeld();
-    const int32 index = d.control->IndexNr(Variant(field));
-    if (d.folder.readOnly || e.writer.busy() || !d.indexes.has(index) || !d.serial) return false;
-    const DatabaseHold hold(d.locks, DatabaseLocks::Wait::never);
-    if (!hold) return false;
-    try {
-        d.refreshCount();
-        if (!trim(GetField(record, field)).empty() || d.serial.pending(record)) return false;
-        const SearchKey key = d.indexes.keys(index).search(number);
-        if (d.indexes.open(index).locate(key).exact) return false;
-        RecordBuffer content(d.layout);
-        d.store.read(record, content.room());
-        content.loaded();
-        content.set(field, number);
-        if (!e.writer.change(record,
-                             {.content = content, .extent = RecordBuffer::Extent::assigned, .locked = true}))
-            return false;
-        d.serial.atLeast(record);
-        return true;
-    } catch (const Failure& failure) {
-        recordFailure(failure);
-        return false;
-    }
-}
-
-std::shared_ptr<clsTSRecord> clsTSDB::Record(int32 Satznummer, bool Locked) {
-    auto& e = *engine_;
-    const int32 number = Satznummer > 0 ? Satznummer : e.c.aktSatz;
-    if (!e.d.store || !e.d.store.reaches(number)) {
-        e.fail(DatabaseError::badRecord);
-        return nullptr;
-    }
-    std::shared_ptr<clsTSRecord> record;
-    if (HalloSatz.connected()) HalloSatz(number, record);
-    if (!record) record = std::make_shared<clsTSRecord>(shared_from_this(), number);
-    if (Locked && !record->Sperren()) return nullptr;
-    return record;
 }
 
 }  // namespace tsRtm

@@ -120,7 +120,8 @@ void clsTSOptions::writeFlag(const OptionRule& rule, bool value) const { write(r
 void clsTSOptions::writeNumber(const OptionRule& rule, int32 value) const { write(rule, toText(value)); }
 
 bool clsTSOptions::AdresseMitAnrede() const {
-    return rtmMain::state().adresseMitAnrede = flag(of(u"AdresseMitAnrede"));
+    rtmMain::state().adresseMitAnrede = flag(of(u"AdresseMitAnrede"));
+    return *rtmMain::state().adresseMitAnrede;
 }
 
 // Flags, numbers and texts as the table tells.

@@ -1,5 +1,6 @@
 #pragma once
 // The start of the library on a ground of the application's choice, and its stop.
+#include "tsRtm/platform/Paper.hpp"
 #include "tsRtm/platform/Platform.hpp"
 
 namespace tsRtm::rtmMain {
@@ -10,6 +11,10 @@ void Main(platform::Platform& ground);
 
 // The ground of this machine, also for a ground of one's own that keeps some of its parts.
 platform::Platform& defaultGround();
+
+// Who draws, prints and shows pages, before or after the start; nullptr: nobody. Jobs keep what there was
+// when they were made.
+void usePaper(const platform::Paper* paper) noexcept;
 
 // Stops the library: ends listening to the system. May run twice. The state stays readable.
 void WMStop();

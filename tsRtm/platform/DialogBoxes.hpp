@@ -28,6 +28,32 @@ inline int32 safeAnswer(const MessageBox& box) noexcept {
     return box.defaultAnswer;
 }
 
+// What stands on the button of an answer.
+inline TextView usualCaption(int32 answer) noexcept {
+    switch (answer) {
+        case 1:
+            return u"OK";
+        case 2:
+            return u"Abbrechen";
+        case 3:
+            return u"Beenden";
+        case 4:
+            return u"Wiederholen";
+        case 5:
+            return u"Ignorieren";
+        case 6:
+            return u"Ja";
+        case 7:
+            return u"Nein";
+        case 10:
+            return u"Wiederholen";
+        case 11:
+            return u"Weiter";
+        default:
+            return u"Antwort";
+    }
+}
+
 // By the system's numbers; `picture` is one that the dialog brings itself.
 enum class DialogIcon : int32 {
     none = 0,

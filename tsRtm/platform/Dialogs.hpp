@@ -19,6 +19,8 @@ class Dialogs {
     // without task dialogs gives showPlainly.
     virtual std::optional<DialogAnswer> showTaskDialog(const TaskDialog& dialog,
                                                        const DialogListener& tell) = 0;
+    // Asks for a line of text; the preset one where nobody is there, nothing where the user gives up.
+    virtual std::optional<Text> ask(TextView prompt, TextView title, TextView preset) = 0;
     // Opens an address with the program that the system has for it.
     virtual void openLink(TextView address) = 0;
     // Version of the system's control library: 610 with rich task dialogs, 580 with plain boxes only.

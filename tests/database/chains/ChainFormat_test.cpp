@@ -171,6 +171,9 @@ class Blocks : public RowMemos {
     bool isFresh(int32, int32 block) const override { return block >= 100; }
     int32 copy(int32, int32 block) override { return block * 10; }
     void drop(int32, int32) noexcept override {}
+    void ended(bool) noexcept override {}
+    void eachFile(const std::function<void(platform::File&)>&) override {}
+    void close() noexcept override {}
 };
 
 TEST_F(ChainRoom, ABlockHasOneOwner) {

@@ -158,7 +158,7 @@ TEST_F(Options, FormOfAddressStaysForThePrinting) {
     options.AdresseMitAnrede(true);
     EXPECT_FALSE(rtmMain::state().adresseMitAnrede) << "only reading tells";
     EXPECT_TRUE(options.AdresseMitAnrede());
-    EXPECT_TRUE(rtmMain::state().adresseMitAnrede);
+    EXPECT_EQ(rtmMain::state().adresseMitAnrede, true);
 }
 
 }  // namespace

@@ -20,8 +20,6 @@ class FieldCheck {
     std::vector<Text> run() {
         const bool there = store_.openToRead();
         if (!there || store_.hasLeftover()) mending_ = ChainMending::none;
-        if (store_.hasLeftover())
-            lines_.push_back(name_ + u": eine Reorganisation wurde nicht beendet, ihre Datei liegt noch da");
         if (mends()) store_.lock();
         if (there) file_.refresh();
         owner_.assign(static_cast<std::size_t>(file_.rows()) + 1, 0);
@@ -147,7 +145,7 @@ class FieldCheck {
         format_.ends({at.to, 0}, columns);
         const ChainContent shared = store_.walk(columns);
         Bytes rows = shared.bytes;
-        settleBlocks(store_.rows(), store_.memos, shared.bytes, {}, rows);
+        settleBlocks(store_.rows(), store_.memos(), shared.bytes, {}, rows);
         const auto numbers = store_.supply().take(static_cast<int32>(shared.rows.size())).rows;
         const std::size_t length = format_.rowBytes();
         for (std::size_t i = 0; i < numbers.size(); ++i)

@@ -49,7 +49,11 @@ void ChainFile::write(std::span<const int32> numbers, BytesView bytes) {
 }
 
 void ChainFile::writePointer(int32 row, uint32 offset, int32 to) {
-    bytes_.write(format_.offsetOf(row) + offset, format_.pointer(to));
+    writePart(row, offset, format_.pointer(to));
+}
+
+void ChainFile::writePart(int32 row, uint32 offset, BytesView bytes) {
+    bytes_.write(format_.offsetOf(row) + offset, bytes);
     sizeChanged();
 }
 

@@ -29,6 +29,7 @@ class ChainFile {
 
     // Whole rows, one behind the other in `bytes`; those that are neighbours in one write.
     void write(std::span<const int32> numbers, BytesView bytes);
+    void writePart(int32 row, uint32 offset, BytesView bytes);
     void writePointer(int32 row, uint32 offset, int32 to);
     // Whether that pointer lies in two pages of the system, so that a death may leave half of it; or in two
     // sectors, for a cut of the power.

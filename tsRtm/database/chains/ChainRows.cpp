@@ -13,6 +13,12 @@ Bytes ChainRows::encode(std::span<const Text> cells) const {
     return row;
 }
 
+Bytes ChainRows::encode(const std::vector<std::vector<Text>>& rows) const {
+    Bytes out;
+    for (const auto& cells : rows) out += encode(std::span<const Text>(cells));
+    return out;
+}
+
 void ChainRows::decode(BytesView row, std::vector<Text>& cells) const {
     cells.resize(static_cast<std::size_t>(fields()));
     Text text;
@@ -21,6 +27,14 @@ void ChainRows::decode(BytesView row, std::vector<Text>& cells) const {
         layout_.decode(field, layout_.bytesOf(field, row), RecordLayout::Decode::value, text);
         cells[static_cast<std::size_t>(number - 1)] = trim(text);
     }
+}
+
+Bytes ChainRows::withoutPointers(BytesView rows) const {
+    Bytes out(rows);
+    const std::size_t pointers = fields() > 0 ? layout_.field(1).offset : layout_.bytes();
+    for (std::size_t at = 0; at + layout_.bytes() <= out.size(); at += layout_.bytes())
+        out.replace(at, pointers, layout_.blank(), 0, pointers);
+    return out;
 }
 
 bool ChainRows::sameCells(BytesView a, BytesView b) const {

@@ -15,8 +15,12 @@ class ChainRows {
     // A whole row: cells that are missing are empty, those behind the last field are passed over. Its
     // pointers are blank.
     Bytes encode(std::span<const Text> cells) const;
+    // Rows one behind the other.
+    Bytes encode(const std::vector<std::vector<Text>>& rows) const;
     // The cells of a whole row, without blanks at either end.
     void decode(BytesView row, std::vector<Text>& cells) const;
+    // Whole rows, one behind the other, with blanks in the place of their pointers.
+    Bytes withoutPointers(BytesView rows) const;
     // Two rows say the same, whatever blanks they have.
     bool sameCells(BytesView a, BytesView b) const;
 

@@ -25,7 +25,10 @@ ChainStore* ChainSet::find(int32 field) {
 
 void ChainSet::eachFile(const std::function<void(platform::File&)>& work) {
     for (const auto& [field, store] : stores_)
-        if (store->isOpen()) work(store->file().file());
+        if (store->isOpen()) {
+            work(store->file().file());
+            if (store->memos()) store->memos()->eachFile(work);
+        }
 }
 
 void ChainSet::closeAll() noexcept {

@@ -26,9 +26,11 @@ ChainStore::ChainStore(const ChainParts& parts, const FieldLayout& field, std::s
       field_(field),
       control_(std::move(rows)),
       rows_(RecordLayout(*control_, control_->IstUnicode(), !control_->IstAnsi())),
-      format_(field_, rows_.layout()) {}
+      format_(field_, rows_.layout()) {
+    if (p_.rowMemos && rows_.layout().namesPlaces()) memos_ = p_.rowMemos(*this);
+}
 
-Text ChainStore::path() const { return p_.folder.path(u"KetteDat." + threeDigits(control_->Anker())); }
+Text ChainStore::fileName() const { return u"KetteDat." + threeDigits(control_->Anker()); }
 
 bool ChainStore::open(bool toWrite) {
     if (handle_ != 0) return true;
@@ -48,7 +50,8 @@ bool ChainStore::open(bool toWrite) {
     p_.guard.opened(file);
     file_ = ChainFile(file, format_);
     const auto isThere = [&](const Text& other) { return FilesTopic::Exist(p_.folder.path(other)); };
-    hasLeftover_ = isThere(u"Kette.tmp") || isThere(u"KetteTmp." + threeDigits(control_->Anker()));
+    hasLeftover_ = isThere(u"Memo.tmp") || isThere(u"Kette.tmp") ||
+                   isThere(u"KetteTmp." + threeDigits(control_->Anker()));
     return true;
 }
 
@@ -58,6 +61,7 @@ void ChainStore::openToWrite() { open(true); }
 
 void ChainStore::close() noexcept {
     unlock();
+    if (memos_) memos_->close();
     file_ = ChainFile();
     p_.folder.closeHandle(handle_);
 }

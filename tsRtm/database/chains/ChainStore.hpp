@@ -14,6 +14,8 @@
 
 namespace tsRtm {
 
+class ChainStore;
+
 // What the chains know of the database they belong to.
 struct ChainParts {
     const DatabaseFolder& folder;
@@ -25,6 +27,8 @@ struct ChainParts {
     ShareGuard& guard;
     // Bytes of a record, none of them half written by others.
     std::function<void(int32 record, uint32 offset, std::span<char> into)> readRecord;
+    // For the rows of a chain that can have memos; may be empty.
+    std::function<std::unique_ptr<RowMemos>(ChainStore&)> rowMemos = {};
 };
 
 // The rows of one record, as they lie in the file.
@@ -51,8 +55,8 @@ class ChainStore {
     const ChainParts& parts() const noexcept { return p_; }
     ChainFile& file() noexcept { return file_; }
     RowSupply& supply() noexcept { return supply_; }
-    // The memos of the rows; nullptr where nobody keeps them.
-    RowMemos* memos = nullptr;
+    // The memos of the rows; nullptr where they have none, or nobody keeps them.
+    RowMemos* memos() const noexcept { return memos_.get(); }
 
     // Opens the file where it is there; false where it is not, and then all chains are empty. Raises 70 where
     // it cannot be opened or the directory has become that of another database, 9 for a chain that cannot be.
@@ -61,7 +65,8 @@ class ChainStore {
     void openToWrite();
     void close() noexcept;
     bool isOpen() const noexcept { return handle_ != 0; }
-    Text path() const;
+    Text fileName() const;
+    Text path() const { return p_.folder.path(fileName()); }
     // A file of a reorganisation by an older program that died lies beside it: records may lead into that
     // one, so no row is given back.
     bool hasLeftover() const noexcept { return hasLeftover_; }
@@ -93,6 +98,7 @@ class ChainStore {
     ChainFormat format_;
     int32 handle_ = 0;
     ChainFile file_;
+    std::unique_ptr<RowMemos> memos_;
     RowSupply supply_{file_};
     bool hasLeftover_ = false;
     bool locked_ = false;

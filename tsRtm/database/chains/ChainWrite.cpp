@@ -25,21 +25,26 @@ void ChainWrite::prepare(BytesView /*stored*/, std::span<char> image) {
 
 void ChainWrite::flush() {
     if (taken_.rows.empty()) return;
-    auto& file = store_.file().file();
-    if (const auto error = file.flush(); platform::failed(error)) raiseFileFailure(error, file.name());
+    const auto toDevice = [](platform::File& file) {
+        if (const auto error = file.flush(); platform::failed(error)) raiseFileFailure(error, file.name());
+    };
+    if (store_.memos()) store_.memos()->eachFile(toDevice);
+    toDevice(store_.file().file());
 }
 
 void ChainWrite::finish() noexcept {
     try {
         auto& file = store_.file();
         if (behind_.row != 0) file.writePointer(behind_.row, behind_.offset, behind_.to);
-        if (!store_.hasLeftover()) store_.supply().free(surplus_);
-        for (const auto& [field, block] : blocks_)
-            if (store_.memos) store_.memos->drop(field, block);
+        if (!store_.hasLeftover()) {
+            store_.supply().free(surplus_);
+            for (const auto& [field, block] : blocks_)
+                if (store_.memos()) store_.memos()->drop(field, block);
+        }
     } catch (const Failure& failure) {  // costs room: the chain stands
         recordFailure(failure);
     }
-    end();
+    end(true);
 }
 
 void ChainWrite::undo() noexcept {
@@ -49,10 +54,11 @@ void ChainWrite::undo() noexcept {
     } catch (const Failure& failure) {  // costs room
         recordFailure(failure);
     }
-    end();
+    end(false);
 }
 
-void ChainWrite::end() noexcept {
+void ChainWrite::end(bool written) noexcept {
+    if (store_.memos()) store_.memos()->ended(written);
     taken_ = {};
     shown_ = behind_ = {};
     surplus_.clear();
@@ -91,7 +97,7 @@ void ChainWrite::writeNew(Bytes& rows, int32 before, int32 behind) {
 }
 
 void ChainWrite::replace(const ChainContent& old, Bytes rows, std::span<char> columns) {
-    blocks_ = settleBlocks(store_.rows(), store_.memos, {}, old.bytes, rows);
+    blocks_ = settleBlocks(store_.rows(), store_.memos(), {}, old.bytes, rows);
     if (!rows.empty()) writeNew(rows, 0, 0);
     const auto& numbers = taken_.rows;
     store_.format().ends(numbers.empty() ? ChainEnds() : ChainEnds{numbers.front(), numbers.back()}, columns);
@@ -102,7 +108,7 @@ bool ChainWrite::addBehind(int32 last, Bytes& rows, BytesView stay, std::span<ch
     const ChainFormat& format = store_.format();
     const bool durable = store_.parts().folder.durable;
     if (store_.file().tears(last, format.nextOffset(), durable)) return false;
-    settleBlocks(store_.rows(), store_.memos, stay, {}, rows);
+    settleBlocks(store_.rows(), store_.memos(), stay, {}, rows);
     writeNew(rows, last, 0);
     // The rows before what shows them.
     if (durable) flush();
@@ -117,25 +123,28 @@ bool ChainWrite::addBehind(int32 last, Bytes& rows, BytesView stay, std::span<ch
 
 void ChainWrite::addBefore(ChainEnds ends, Bytes row, BytesView stay, std::span<char> columns) {
     const ChainFormat& format = store_.format();
-    settleBlocks(store_.rows(), store_.memos, stay, {}, row);
+    settleBlocks(store_.rows(), store_.memos(), stay, {}, row);
     writeNew(row, 0, ends.first);
     if (format.paired()) behind_ = {ends.first, ChainFormat::kPreviousOffset, taken_.rows.front()};
     format.ends({taken_.rows.front(), ends.last}, columns);
 }
 
 void ReplaceChain::change(BytesView stored, std::span<char> columns) {
+    exchange(store_.walk(stored), rows_, columns);
+}
+
+void ChainWrite::exchange(const ChainContent& old, const Bytes& rows, std::span<char> columns) {
     const std::size_t length = store_.format().rowBytes();
-    const ChainContent old = store_.walk(stored);
     std::size_t same = 0;
-    const auto rowOf = [&](const Bytes& rows) { return BytesView(rows).substr(same * length, length); };
-    while (same < old.rows.size() && same * length < rows_.size() &&
-           store_.rows().sameCells(rowOf(old.bytes), rowOf(rows_)))
+    const auto rowOf = [&](const Bytes& all) { return BytesView(all).substr(same * length, length); };
+    while (same < old.rows.size() && same * length < rows.size() &&
+           store_.rows().sameCells(rowOf(old.bytes), rowOf(rows)))
         ++same;
     const bool keepsAll = same == old.rows.size();
-    Bytes rest = rows_.substr(same * length);
+    Bytes rest = rows.substr(same * length);
     if (keepsAll && rest.empty()) return;
     if (keepsAll && same > 0 && addBehind(old.rows.back(), rest, old.bytes, columns)) return;
-    replace(old, rows_, columns);
+    replace(old, rows, columns);
 }
 
 void AddChainRow::change(BytesView stored, std::span<char> columns) {

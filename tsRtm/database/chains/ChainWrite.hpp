@@ -28,6 +28,9 @@ class ChainWrite : public SideWrite {
     // From the field's columns as they are in the file to those that they are to be.
     virtual void change(BytesView stored, std::span<char> columns) = 0;
 
+    // The same for what may be nearly the old one: equal content writes nothing, and a chain that only grows
+    // gets only its new rows.
+    void exchange(const ChainContent& old, const Bytes& rows, std::span<char> columns);
     // A chain of these rows in the place of the old one.
     void replace(const ChainContent& old, Bytes rows, std::span<char> columns);
     // Rows behind the last one of a chain that has one; false where the pointer to them can't be written in
@@ -42,7 +45,7 @@ class ChainWrite : public SideWrite {
     // Gives the rows numbers, links them, and writes them where nothing leads to them.
     void writeNew(Bytes& rows, int32 before, int32 behind);
     bool areOurs(BytesView rows);
-    void end() noexcept;
+    void end(bool written) noexcept;
 
     struct Pointer {
         int32 row = 0;  // 0 for none
@@ -56,8 +59,7 @@ class ChainWrite : public SideWrite {
     std::vector<RowBlock> blocks_;  // and blocks
 };
 
-// The whole chain; rows that are as they were stay. Equal content writes nothing, and what only grows gets
-// its new rows.
+// The whole chain; rows that are as they were stay.
 class ReplaceChain final : public ChainWrite {
  public:
     // `rows` as ChainRows::encode makes them, one behind the other.

@@ -1,6 +1,9 @@
 #pragma once
 // Memos and blobs that belong to the rows of a chain: what a write of rows asks of their stores.
+#include <functional>
+
 #include "tsRtm/database/chains/ChainRows.hpp"
+#include "tsRtm/platform/File.hpp"
 
 namespace tsRtm {
 
@@ -14,6 +17,11 @@ class RowMemos {
     virtual int32 copy(int32 field, int32 block) = 0;
     // No row has the block any more, and the chain without it stands.
     virtual void drop(int32 field, int32 block) noexcept = 0;
+    // The write has ended: as told, or without effect, and then what copy made is taken back.
+    virtual void ended(bool written) noexcept = 0;
+
+    virtual void eachFile(const std::function<void(platform::File&)>& work) = 0;
+    virtual void close() noexcept = 0;
 };
 
 // One block in one field of a chain.

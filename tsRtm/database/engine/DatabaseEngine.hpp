@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "tsRtm/database/engine/LiveObjects.hpp"
 #include "tsRtm/database/files/RecordedFailure.hpp"
 #include "tsRtm/database/writing/RecordWriter.hpp"
 
@@ -31,6 +32,7 @@ struct DatabaseEngine {
     OpenDatabase d;
     Cursor c;
     RecordWriter writer{d};
+    LiveObjects live;
     std::vector<int32> viewLaenge;
     bool opened = false;
     int32 fehler = 0;

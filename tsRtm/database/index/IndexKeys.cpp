@@ -197,14 +197,13 @@ void IndexKeys::start(BytesView record, std::size_t most, KeyStart& into) const 
     copyStart(sortKey_, into);
 }
 
-void IndexKeys::start(const SearchKey& key, KeyStart& into) const {
-    if (const auto* ansi = std::get_if<AnsiSearchKey>(&key.prepared_))
-        copyStart(ansi->sortKey(), into);
-    else if (const auto* dos = std::get_if<DosSearchKey>(&key.prepared_))
-        copyStart(dos->sortKey(), into);
-    else
-        copyStart(std::get<Bytes>(key.prepared_), into);
+const Bytes& SearchKey::sortKey() const {
+    if (const auto* ansi = std::get_if<AnsiSearchKey>(&prepared_)) return ansi->sortKey();
+    if (const auto* dos = std::get_if<DosSearchKey>(&prepared_)) return dos->sortKey();
+    return std::get<Bytes>(prepared_);
 }
+
+void IndexKeys::start(const SearchKey& key, KeyStart& into) const { copyStart(key.sortKey(), into); }
 
 Text IndexKeys::text(BytesView record) const { return joined(record); }
 

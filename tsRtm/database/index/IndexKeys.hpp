@@ -23,6 +23,8 @@ class SearchKey {
         const auto* ansi = std::get_if<AnsiSearchKey>(&prepared_);
         return ansi ? ansi->text() : bytes_;
     }
+    // Compares with the sort keys of records by its bytes.
+    const Bytes& sortKey() const;
 
  private:
     friend class IndexKeys;
@@ -74,6 +76,8 @@ class IndexKeys {
     bool same(const SearchKey& key, BytesView record) const;
     // Bytes that compare as the keys do.
     void appendSortKey(Bytes& into, BytesView record) const;
+    // Keys can have characters outside the 8-bit code pages.
+    bool isWide() const noexcept { return order_ == Order::text; }
     // The first bytes of the sort key, `most` of them.
     void start(BytesView record, std::size_t most, KeyStart& into) const;
     void start(const SearchKey& key, KeyStart& into) const;

@@ -1,5 +1,7 @@
 #include "tsRtm/database/index/IndexSet.hpp"
 
+#include <numeric>
+
 #include "tsRtm/database/index/FlatIndex.hpp"
 #include "tsRtm/database/index/ListedIndex.hpp"
 #include "tsRtm/database/index/TreeIndex.hpp"
@@ -132,7 +134,7 @@ void IndexSet::heal(int32 number) {
         if (p_.marks.leftBehind())
             rebuildAll();
         else
-            rebuild(number);
+            rebuild({number});
     } catch (const Failure& failure) {
         rtmMain::DebugLog(failure.Source() + u": " + failure.Description());
         raise(6, kSource, text);
@@ -185,7 +187,7 @@ void IndexSet::completeRecord() {
     p_.store.refresh();
 }
 
-void IndexSet::build(int32 first, int32 last) {
+void IndexSet::build(const std::vector<int32>& numbers) {
     if (const auto error = p_.sign.enter(); failed(error))
         raise(numberOf(error), kFileFailureSource, p_.folder.name + u": kein Zugriff zum Schreiben");
     completeRecord();
@@ -193,26 +195,30 @@ void IndexSet::build(int32 first, int32 last) {
     const bool own = !p_.marks.underWay();
     p_.marks.begin();
     try {
-        for (int32 number = first; number <= last; ++number) buildOne(number);
+        for (const int32 number : numbers) buildOne(number);
     } catch (const Failure&) {
         if (own) p_.marks.giveUp();
         throw;
     }
     if (own) p_.marks.end(p_.store.count());
-    for (int32 number = first; rebuilt && number <= last; ++number) rebuilt(keys(number).primary());
+    for (const int32 number : numbers)
+        if (rebuilt) rebuilt(keys(number).primary());
 }
 
 void IndexSet::rebuildAll() {
+    std::vector<int32> all(slots_.size());
+    std::iota(all.begin(), all.end(), 1);
     const Notice notice(p_.folder.messages(),
                         u"Reorganisation der Indizes erforderlich, bitte einen Augenblick Geduld...");
-    build(1, count());
+    build(all);
 }
 
-void IndexSet::rebuild(int32 number) {
-    const Notice notice(p_.folder.messages(), u"Reorganisation des Index " +
-                                                  captions_[static_cast<std::size_t>(number - 1)] +
-                                                  u" erforderlich, bitte einen Augenblick Geduld...");
-    build(number, number);
+void IndexSet::rebuild(const std::vector<int32>& numbers) {
+    Text what = u"der Indizes";
+    if (numbers.size() == 1) what = u"des Index " + captions_[static_cast<std::size_t>(numbers[0] - 1)];
+    const Notice notice(p_.folder.messages(),
+                        u"Reorganisation " + what + u" erforderlich, bitte einen Augenblick Geduld...");
+    build(numbers);
 }
 
 bool IndexSet::healLeftBehind() {

@@ -59,10 +59,10 @@ class IndexSet {
             if (at->form) at->form->holds(from, to);
     }
 
-    // Builds all indexes, or one, anew in their files. The caller holds the database lock. Raises what the
-    // files raise; the marks of the update then stay. Tells the user that it goes on.
+    // Builds all indexes, or some, anew in their files. The caller holds the database lock. Raises what the
+    // files raise; the marks of the update then stay. Tells the user once that it goes on.
     void rebuildAll();
-    void rebuild(int32 number);
+    void rebuild(const std::vector<int32>& numbers);
     // Under the database lock: the record that an update which died was writing becomes what it was to be.
     void completeRecord();
     // Rebuilds all where an update died; nothing otherwise. False where that failed: recorded in the log.
@@ -96,7 +96,7 @@ class IndexSet {
     bool fits(int32 number);
     bool isEmptyTree(int32 number);
     void heal(int32 number);
-    void build(int32 first, int32 last);
+    void build(const std::vector<int32>& numbers);
     void buildOne(int32 number);
 
     Parts p_;

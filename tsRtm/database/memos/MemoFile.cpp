@@ -19,38 +19,38 @@ constexpr std::size_t kStep = std::size_t{64} * 1024;
 
 int32 MemoFile::append(const Head& head, BytesView payload) {
     for (int32 attempt = 0; attempt < kPlacesToTry; ++attempt) {
-        before_ = bytes_.refreshSize();
-        const uint64 blocks = blocksOf(before_);
+        last_.before = bytes_.refreshSize();
+        const uint64 blocks = blocksOf(last_.before);
         if (payload.size() > kMostPayload ||
             blocks + blocksOf(kHead + payload.size()) >= std::numeric_limits<int32>::max())
             raise(61, kFileFailureSource, file().name() + u": der Text ist zu lang");
         // An older store may end in raw text that fills no block.
-        Bytes bytes(blocks * kBlock - before_, '\0');
+        Bytes bytes(blocks * kBlock - last_.before, '\0');
         const std::size_t gap = bytes.size();
         bytes.append(encode(head, payload));
-        behind_ = before_ + bytes.size();
+        last_.behind = last_.before + bytes.size();
         try {
-            bytes_.write(before_, bytes);
+            bytes_.write(last_.before, bytes);
         } catch (const Failure&) {
-            behind_ = bytes_.refreshSize();
+            last_.behind = bytes_.refreshSize();
             takeBack();
             throw;
         }
         // A program that locks nothing may have taken the same place.
         Bytes there(bytes.size() - gap, '\0');
-        if (bytes_.read(before_ + gap, there) == there.size() && BytesView(bytes).substr(gap) == there)
+        if (bytes_.read(last_.before + gap, there) == there.size() && BytesView(bytes).substr(gap) == there)
             return static_cast<int32>(blocks) + 1;
     }
     raise(70, kFileFailureSource, file().name() + u": andere schreiben ohne Sperre");
 }
 
-void MemoFile::takeBack() noexcept {
+void MemoFile::takeBack(Run run) noexcept {
     try {
-        if (behind_ > before_ && bytes_.refreshSize() == behind_) bytes_.resize(before_);
+        if (run.behind > run.before && bytes_.refreshSize() == run.behind) bytes_.resize(run.before);
     } catch (const Failure& failure) {
         rtmMain::DebugLog(failure.Description());
     }
-    behind_ = before_;
+    last_ = {};
 }
 
 MemoEntry MemoFile::headAt(int32 block) {

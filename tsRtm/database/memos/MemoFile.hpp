@@ -18,7 +18,15 @@ class MemoFile {
     // no pointer could name or no length could tell, 70 where programs that lock nothing take every place.
     int32 append(const memoFormat::Head& head, BytesView payload);
     // Takes back the last entry appended, where it still is the end of the file.
-    void takeBack() noexcept;
+    void takeBack() noexcept { takeBack(last_); }
+    // The length before and behind the last entry, or a run of them; taking that back where the file still
+    // ends there.
+    struct Run {
+        uint64 before = 0;
+        uint64 behind = 0;
+    };
+    Run last() const noexcept { return last_; }
+    void takeBack(Run run) noexcept;
 
     MemoEntry::Kind kindAt(int32 block) { return headAt(block).kind; }
     // The entry at a block, as far as it is there.
@@ -35,8 +43,7 @@ class MemoFile {
     Bytes rawFrom(uint64 offset);
 
     BlockFile bytes_;
-    uint64 before_ = 0;  // length before the last entry, and behind it
-    uint64 behind_ = 0;
+    Run last_;
 };
 
 }  // namespace tsRtm

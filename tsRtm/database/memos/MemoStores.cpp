@@ -56,10 +56,11 @@ void MemoStores::eachFile(const std::function<void(platform::File&)>& work) {
 
 MemoFile* MemoStores::openForReading(int32 field) {
     if (const auto known = open_.find(field); known != open_.end()) return known->second.file.get();
-    const Text name = memoFormat::fileName(0, field);
+    const Text name = fileName(field);
     const bool there = p_.folder.filesWritable || FilesTopic::Exist(p_.folder.path(name));
     if (!there || !p_.count.inPlace()) return nullptr;
-    Store store{p_.folder.open(name, p_.folder.shared), nullptr};
+    Store store{p_.folder.open(name, p_.folder.shared), nullptr,
+                FilesTopic::Exist(p_.folder.path(kLeftover))};
     if (store.fileNumber == 0) return nullptr;
     auto& file = p_.folder.files.file(store.fileNumber);
     p_.guard.opened(file);
@@ -70,7 +71,7 @@ MemoFile* MemoStores::openForReading(int32 field) {
 MemoFile& MemoStores::open(int32 field) {
     if (auto* const file = openForReading(field)) return *file;
     raise(70, kFileFailureSource,
-          u"Datei \"" + p_.folder.path(memoFormat::fileName(0, field)) + u"\" kann nicht geöffnet werden");
+          u"Datei \"" + p_.folder.path(fileName(field)) + u"\" kann nicht geöffnet werden");
 }
 
 int32 MemoStores::pointerIn(BytesView record, int32 field) const {
@@ -95,33 +96,39 @@ int32 MemoStores::pointerInFile(int32 record, int32 field) const {
 
 // Who moves a text shows the new pointer before the old entry goes: a pointer that is the same behind the
 // look proves the entry whole.
-template <class Decode>
-auto MemoStores::readSteadily(int32 record, int32 field, Decode decode) {
+MemoEntry MemoStores::readSteadily(int32 field, const std::function<int32()>& pointerNow) {
     MemoEntry entry;
     for (int32 look = 1;; ++look) {
-        const int32 pointer = pointerInFile(record, field);
+        const int32 pointer = pointerNow();
         MemoFile* const file = pointer > 0 ? openForReading(field) : nullptr;
         entry = file ? file->read(pointer) : MemoEntry();
         if (p_.locks.alone() || pointer < 1) break;
         const bool gone = entry.kind == MemoEntry::Kind::none || entry.kind == MemoEntry::Kind::free;
-        if (!gone && pointerInFile(record, field) == pointer) break;
+        if (!gone && pointerNow() == pointer) break;
         if (look == kMostLooks) {
-            rtmMain::DebugLog(p_.folder.name + u": Satz " + toText(record) + u", Feld " + toText(field) +
-                              u": kein Text an der Stelle " + toText(pointer));
+            rtmMain::DebugLog(p_.folder.path(fileName(field)) + u": kein Text an der Stelle " +
+                              toText(pointer));
             break;
         }
         rtmMain::system().clock.sleep(look < kBusyLooks ? std::chrono::milliseconds(0) : kPause);
     }
-    return decode(entry);
+    return entry;
+}
+
+Text MemoStores::textOf(int32 field, const std::function<int32()>& pointer) {
+    return texts(field).decode(readSteadily(field, pointer));
+}
+
+Bytes MemoStores::bytesOf(int32 field, const std::function<int32()>& pointer) {
+    return texts(field).decodeBytes(readSteadily(field, pointer));
 }
 
 Text MemoStores::text(int32 record, int32 field) {
-    return readSteadily(record, field, [&](const MemoEntry& entry) { return texts(field).decode(entry); });
+    return textOf(field, [&] { return pointerInFile(record, field); });
 }
 
 Bytes MemoStores::bytes(int32 record, int32 field) {
-    return readSteadily(record, field,
-                        [&](const MemoEntry& entry) { return texts(field).decodeBytes(entry); });
+    return bytesOf(field, [&] { return pointerInFile(record, field); });
 }
 
 bool MemoStores::leadsSomewhere(int32 field, int32 pointer) {
@@ -145,7 +152,7 @@ int32 MemoStores::copy(int32 field, int32 pointer, MemoFile& to) {
 }
 
 void MemoStores::release(int32 field, int32 pointer) {
-    if (pointer > 0) waiting_.push_back({field, pointer});
+    if (pointer > 0 && !keepsAll(field)) waiting_.push_back({field, pointer});
     releaseWaiting(When::due);
 }
 
@@ -164,6 +171,7 @@ void MemoStores::releaseWaiting(When when) noexcept {
                             [&](const Waiting& other) { return other.field == todo[i].field; });
             if (!again) must(open(todo[i].field).file().flush(), open(todo[i].field).file());
         }
+        if (p_.flushOwner) p_.flushOwner();
         must(p_.store.bytes().file().flush(), p_.store.bytes().file());
         flushed_ = rtmMain::system().clock.elapsed();
         for (const auto& [field, pointer] : todo) open(field).release(pointer);

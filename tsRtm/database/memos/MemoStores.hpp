@@ -24,7 +24,10 @@ class MemoStores {
         RecordStore& store;
         DatabaseLocks& locks;
         ShareGuard& guard;
-        const RecordLayout& layout;
+        const RecordLayout& layout;  // of what owns the texts: records, or rows of a chain
+        int32 owner = 0;             // the field of that chain
+        // Brings what points to the texts to the device, beside Data.tsd; may be empty.
+        std::function<void()> flushOwner = {};
     };
     explicit MemoStores(Parts parts);
     ~MemoStores() { close(); }
@@ -35,13 +38,19 @@ class MemoStores {
     void define(const clsControl& control);
     bool has(int32 field) const noexcept { return kindOf(field) != nullptr; }
     bool isBlob(int32 field) const noexcept { return has(field) && kindOf(field)->blob; }
+    Text fileName(int32 field) const { return memoFormat::fileName(p_.owner, field); }
+    // A store of a reorganisation by an older program that died: records may lead into that one, so nothing
+    // becomes zeros.
+    static constexpr TextView kLeftover = u"Memo.tmp";
     void close() noexcept;
     void eachFile(const std::function<void(platform::File&)>& work);
 
-    // What the field of a record has, by the pointer that stands in the file at this moment; a text that was
-    // moved meanwhile is looked for anew.
+    // What the field of a record has, or of a row that `pointer` reads anew each time, by the pointer that
+    // stands in the file at this moment; a text that was moved meanwhile is looked for anew.
     Text text(int32 record, int32 field);
     Bytes bytes(int32 record, int32 field);
+    Text textOf(int32 field, const std::function<int32()>& pointer);
+    Bytes bytesOf(int32 field, const std::function<int32()>& pointer);
     // The pointer in the columns of a record, 0 for none.
     int32 pointerIn(BytesView record, int32 field) const;
     void setPointer(std::span<char> record, int32 field, int32 pointer) const;
@@ -66,8 +75,8 @@ class MemoStores {
     const MemoKind* kindOf(int32 field) const noexcept;
     // nullptr where there is none and none is to be made.
     MemoFile* openForReading(int32 field);
-    template <class Decode>
-    auto readSteadily(int32 record, int32 field, Decode decode);
+    bool keepsAll(int32 field) { return !openForReading(field) || open_.at(field).keepsAll; }
+    MemoEntry readSteadily(int32 field, const std::function<int32()>& pointer);
     int32 pointerInFile(int32 record, int32 field) const;
 
     Parts p_;
@@ -77,6 +86,7 @@ class MemoStores {
     struct Store {
         int32 fileNumber = 0;
         std::unique_ptr<MemoFile> file;
+        bool keepsAll = false;  // see kLeftover
     };
     std::map<int32, Store> open_;  // by field
     struct Waiting {

@@ -26,6 +26,7 @@
 #include <vector>
 
 #include "tsRtm/control/clsControl.hpp"
+#include "tsRtm/frame/text/CodePages.hpp"
 
 namespace tsRtm {
 
@@ -104,6 +105,14 @@ class RecordLayout {
     void decode(const FieldLayout& field, BytesView bytes, Decode how, Text& into) const;
     // The columns of a field, all of them, from its text; too long a text is cut.
     void encode(const FieldLayout& field, TextView text, std::span<char> into) const;
+    // The characters of columns as they are, blanks and all, and back: what a change of the code page takes
+    // over. What the file has no character for becomes "?".
+    Text characters(BytesView bytes, bool wide) const {
+        return wide ? fromUtf16Le(bytes) : fromRecordCode(bytes);
+    }
+    void putCharacters(TextView text, bool wide, std::span<char> into) const {
+        fill(into, text, false, wide);
+    }
     // The whole record in memory text, as it stands in the file.
     Text text(BytesView record) const;
     // 8-bit text between memory and the record's code page.

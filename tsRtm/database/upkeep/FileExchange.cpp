@@ -97,7 +97,7 @@ bool isLeftover(const Text& name) {
         return false;
     const Text base = capitals.substr(0, capitals.size() - 4);
     return base == u"DATA.TSD" || base == u"CONTROL.TSD" || base == u"INDEX.TSD" ||
-           base.starts_with(u"MEMO-") || base.starts_with(u"KETTEDAT.") ||
+           base.starts_with(u"MEMO-") || base.starts_with(u"KETTEDAT.") || base.starts_with(u"KETTECTL.") ||
            (base.size() == 4 && base.front() == u'I');
 }
 

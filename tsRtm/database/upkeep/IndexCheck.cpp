@@ -53,7 +53,7 @@ void repairIndexes(OpenDatabase& d, const std::vector<int32>& numbers) {
     // One pair of marks around all: nobody may search the last one when only the first is right.
     d.marks.begin();
     try {
-        for (const int32 number : numbers) d.indexes.rebuild(number);
+        if (!numbers.empty()) d.indexes.rebuild(numbers);
         d.marks.end(d.records());
     } catch (const Failure&) {
         d.marks.giveUp();

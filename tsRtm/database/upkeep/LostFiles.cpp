@@ -55,6 +55,17 @@ void recoverControl(const DatabaseFolder& folder) {
     static_cast<void>(rtmMain::system().files.rename(beside, control, false));
 }
 
+std::vector<Text> unfinishedWork(const DatabaseFolder& folder) {
+    std::vector<Text> lines;
+    for (const Text& name : folder.fileNames()) {
+        const Text capitals = upper(name);
+        if (capitals == upper(MemoStores::kLeftover) || capitals == u"KETTE.TMP" ||
+            capitals.starts_with(u"KETTETMP."))
+            lines.push_back(name + u": eine Reorganisation wurde nicht beendet, ihre Datei bleibt liegen");
+    }
+    return lines;
+}
+
 DataFile recoverData(OpenDatabase& d) {
     const Text data = d.folder.path(kData);
     if (FilesTopic::Exist(data)) {

@@ -2,53 +2,14 @@
 
 #include <algorithm>
 
-#include "tsRtm/database/files/RecordedFailure.hpp"
 #include "tsRtm/database/index/FlatFile.hpp"
-#include "tsRtm/database/upkeep/FileExchange.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm {
 namespace {
 
-constexpr TextView kData = u"Data.tsd";
-constexpr std::size_t kBlock = std::size_t{64} * 1024;
-constexpr int32 kPhaseRecords = 1;
 constexpr int32 kStopped = 70;
-
-// Records one behind the other into a new data file.
-class RecordWriterBeside {
- public:
-    explicit RecordWriterBeside(platform::File& file) : bytes_(file, false) { block_.reserve(kBlock); }
-    void add(BytesView record) {
-        block_.append(record);
-        if (block_.size() >= kBlock) flush();
-    }
-    void flush() {
-        if (!block_.empty()) bytes_.write(bytes_.knownSize(), block_);
-        block_.clear();
-    }
-
- private:
-    BlockFile bytes_;
-    Bytes block_;
-};
-
-// Each record in turn; reports each hundredth, and raises where the user wants it to end.
-template <class Visit>
-void eachRecord(OpenDatabase& d, const BulkFace& face, Visit visit) {
-    const int32 count = d.records();
-    const int32 step = std::max(1, count / 100);
-    Bytes room;
-    for (int32 n = 1; n <= count; ++n) {
-        if (n % step == 0) {
-            if (face.progress) face.progress(kPhaseRecords, n, count);
-            if (face.stopped && face.stopped()) raise(kStopped, kFileFailureSource, u"abgebrochen");
-        }
-        visit(n, d.store.view(n, room));
-    }
-    d.store.bytes().check();
-}
 
 void dropSideFiles(OpenDatabase& d, FileExchange& exchange) {
     for (const Text& name : d.folder.fileNames()) {
@@ -95,125 +56,49 @@ void buildIndexes(OpenDatabase& d, FileExchange& exchange, platform::File& data,
     }
 }
 
-// The files of the database closed for the exchange, and opened on what is there then.
-void exchangeFiles(OpenDatabase& d, FileExchange& exchange, const BulkFace& face) {
-    if (face.prepared) face.prepared();
-    d.indexes.closeAll();
-    d.memos.close();
-    d.chains.closeAll();
-    d.store = RecordStore();
-    d.folder.closeHandle(d.opened.data);
-    try {
-        exchange.commit();
-    } catch (const Failure&) {
-        // Who went on in the old files behind the commit would lose all that at the next opening.
-        if (!exchange.committed()) d.openData();
-        throw;
-    }
-    d.openData();
-    exchange.discardOld();
-    d.guard.renamed();
-    if (!d.store) raise(70, kFileFailureSource, d.folder.path(kData) + u" kann nicht geöffnet werden");
-    d.marks.begin();
-    d.marks.end(d.records());
-}
-
-// From the reorganisation lock with a database that is whole, to `work(exchange)`; failures are outcomes.
-template <class Work>
-BulkOutcome alone(OpenDatabase& d, const BulkFace& face, Work work) {
-    if (!d.store) return {DatabaseError::locked};
-    if (d.folder.readOnly) return {DatabaseError::readOnly};
-    const ReorganisationHold held(d.reorganisation);
-    if (!held) return {held.error()};
-    try {
-        const DatabaseHold hold(d.locks);
-        if (!hold) return {hold.error()};
-        if (const auto error = d.sign.enter(); failed(error)) return {error};
-        d.refreshCount();
-        if (d.marks.leftBehind()) d.indexes.rebuildAll();
-        // Files are closed, and who leaves flushes what is open.
-        d.guard.eachFile([](platform::File& file) {
-            if (const auto error = file.flush(); platform::failed(error))
-                raiseFileFailure(error, file.name());
-        });
-        d.log.empty(UpdateLog::Emptied::surely);
-        FileExchange exchange(d.folder);
-        work(exchange);
-        if (exchange.empty()) return {};
-        exchangeFiles(d, exchange, face);
-        return {DatabaseError::none, true};
-    } catch (const Failure& failure) {
-        d.marks.giveUp();
-        recordFailure(failure);
-        return {static_cast<DatabaseError>(failure.Number()), !d.store};
-    }
-}
-
 }  // namespace
 
 BulkOutcome packRecords(OpenDatabase& d, const BulkFace& face) {
-    return alone(d, face, [&](FileExchange& exchange) {
-        std::vector<int32> numbers(static_cast<std::size_t>(d.records()) + 1, 0);
-        int32 kept = 0;
-        eachRecord(d, face, [&](int32 n, BytesView record) {
-            if (!RecordLayout::isDeleted(record)) numbers[static_cast<std::size_t>(n)] = ++kept;
-        });
-        if (kept == d.records()) return;
-        auto& data = exchange.make(kData);
-        RecordWriterBeside writer(data);
-        eachRecord(d, face, [&](int32 n, BytesView record) {
-            if (numbers[static_cast<std::size_t>(n)] > 0) writer.add(record);
-        });
-        writer.flush();
-        if (kept > 0) return buildIndexes(d, exchange, data, numbers, face);
-        dropIndexes(d, exchange);
-        dropSideFiles(d, exchange);
-    });
-}
-
-BulkOutcome packMemos(OpenDatabase& d, const BulkFace& face) {
-    return alone(d, face, [&](FileExchange& exchange) {
-        struct Store {
-            int32 field;
-            MemoFile file;
-        };
-        std::vector<Store> stores;
-        for (int32 i = 1; i <= d.layout.fields(); ++i)
-            if (d.memos.has(i) && FilesTopic::Exist(d.folder.path(memoFormat::fileName(0, i))))
-                stores.push_back({i, MemoFile(exchange.make(memoFormat::fileName(0, i)))});
-        if (stores.empty()) return;
-        RecordWriterBeside writer(exchange.make(kData));
-        Bytes image;
-        eachRecord(d, face, [&](int32, BytesView record) {
-            image.assign(record);
-            for (auto& [field, file] : stores) {
-                d.memos.setPointer(image, field, d.memos.copy(field, d.memos.pointerIn(record, field), file));
-            }
-            writer.add(image);
-        });
-        writer.flush();
-    });
+    return exchangeFiles(d, face, {[&](FileExchange& exchange) {
+                             std::vector<int32> numbers(static_cast<std::size_t>(d.records()) + 1, 0);
+                             int32 kept = 0;
+                             eachRecord(d, face, [&](int32 n, BytesView record) {
+                                 if (!RecordLayout::isDeleted(record))
+                                     numbers[static_cast<std::size_t>(n)] = ++kept;
+                             });
+                             if (kept == d.records()) return;
+                             auto& data = exchange.make(kDataFile);
+                             RunOfRecords writer(data);
+                             eachRecord(d, face, [&](int32 n, BytesView record) {
+                                 if (numbers[static_cast<std::size_t>(n)] > 0) writer.add(record);
+                             });
+                             writer.flush();
+                             if (kept > 0) return buildIndexes(d, exchange, data, numbers, face);
+                             dropIndexes(d, exchange);
+                             dropSideFiles(d, exchange);
+                         }});
 }
 
 BulkOutcome emptyDatabase(OpenDatabase& d, const BulkFace& face) {
-    return alone(d, face, [&](FileExchange& exchange) {
-        exchange.make(kData);
-        dropIndexes(d, exchange);
-        dropSideFiles(d, exchange);
-        exchange.drop(u"Index.tsd");
-    });
+    return exchangeFiles(d, face, {[&](FileExchange& exchange) {
+                             exchange.make(kDataFile);
+                             dropIndexes(d, exchange);
+                             dropSideFiles(d, exchange);
+                             exchange.drop(u"Index.tsd");
+                         }});
 }
 
 BulkOutcome replaceRecords(OpenDatabase& d, const BulkFace& face, const Replacement& replacement) {
-    return alone(d, face, [&](FileExchange& exchange) {
-        auto& data = exchange.make(kData);
-        RecordWriterBeside writer(data);
-        const auto add = [&](BytesView record) { writer.add(record); };
-        if (!replacement(exchange, add)) raise(kStopped, kFileFailureSource, u"abgebrochen");
-        writer.flush();
-        dropSideFiles(d, exchange);
-        buildIndexes(d, exchange, data, {}, face);
-    });
+    return exchangeFiles(d, face, {[&](FileExchange& exchange) {
+                             auto& data = exchange.make(kDataFile);
+                             RunOfRecords writer(data);
+                             const auto add = [&](BytesView record) { writer.add(record); };
+                             if (!replacement(exchange, add))
+                                 raise(kStopped, kFileFailureSource, u"abgebrochen");
+                             writer.flush();
+                             dropSideFiles(d, exchange);
+                             buildIndexes(d, exchange, data, {}, face);
+                         }});
 }
 
 }  // namespace tsRtm

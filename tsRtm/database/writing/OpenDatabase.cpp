@@ -1,9 +1,16 @@
 #include "tsRtm/database/writing/OpenDatabase.hpp"
 
+#include "tsRtm/database/writing/ChainMemos.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/frame/state/State.hpp"
 
 namespace tsRtm {
+namespace {
+
+constexpr int32 kBigFrom = 32768;
+constexpr uint64 kSniffFrom = 2;
+
+}  // namespace
 
 OpenDatabase::OpenDatabase(FilesTopic& files) : folder(files) {
     guard.eachFile = [this](const std::function<void(platform::File&)>& work) {
@@ -21,12 +28,43 @@ OpenDatabase::OpenDatabase(FilesTopic& files) : folder(files) {
     };
 }
 
+std::unique_ptr<RowMemos> OpenDatabase::memosOf(ChainStore& chain) {
+    return std::make_unique<ChainMemos>(
+        chain, MemoStores::Parts{folder, count, store, locks, guard, chain.rows().layout()});
+}
+
+MemoStores* OpenDatabase::rowMemos(const ChainStore& chain) {
+    return chain.memos() ? &static_cast<ChainMemos*>(chain.memos())->stores() : nullptr;
+}
+
+bool OpenDatabase::readStructure() {
+    control = std::make_shared<clsControl>(folder.files);
+    bool dos = true;
+    if (!control->Oeffne(folder.path(u"Control.tsd"), dos)) return false;
+    layout = RecordLayout(*control, control->IstUnicode(), dos);
+    // Nothing on disk says so: a change of MaxRecords across this number needs new index files.
+    indexes.define(*control, layout, control->MaxRecords() >= kBigFrom);
+    memos.define(*control);
+    chains.define(control, layout);
+    return true;
+}
+
+// A data file in UTF-16 gives itself away by its high bytes. The flag reaches only those who ask the control:
+// how the records are read was settled before, by the control file.
+void OpenDatabase::sniffUnicode() {
+    if (store.bytes().knownSize() < 6) return;
+    char bytes[4] = {};
+    store.bytes().read(kSniffFrom, bytes);
+    control->IstUnicode(static_cast<uint8>(bytes[1]) < 10 || static_cast<uint8>(bytes[3]) < 10);
+}
+
 bool OpenDatabase::openData() {
     opened.data = folder.files.OpenBinaryAPI(folder.path(u"Data.tsd"), !folder.filesWritable, folder.shared);
     if (opened.data == 0) return false;
     guard.opened(folder.files.handleFile(opened.data));
     store = RecordStore(folder.files.handleFile(opened.data), layout, folder.shared);
     refreshCount();
+    sniffUnicode();
     return true;
 }
 

@@ -45,9 +45,12 @@ struct OpenDatabase {
     IndexSet indexes{{folder, count, store, locks, marks, watch, sign, guard}};
     ChainSet chains{
         {folder, count, store, locks, marks, watch, guard,
-         [this](int32 record, uint32 offset, std::span<char> into) { read(record, offset, into); }}};
-
+         [this](int32 record, uint32 offset, std::span<char> into) { read(record, offset, into); },
+         [this](ChainStore& chain) { return memosOf(chain); }}};
     MemoStores memos{{folder, count, store, locks, guard, layout}};
+
+    // The texts of a chain's rows; nullptr where they have none.
+    static MemoStores* rowMemos(const ChainStore& chain);
 
     // Every write holds the database lock: a client's cache stands between the files and others.
     bool remote() const { return guard.needed(); }
@@ -56,6 +59,9 @@ struct OpenDatabase {
     bool durable() const { return folder.durable && !remote(); }
     int32 maxRecords() const { return control ? control->MaxRecords() : 0; }
     int32 records() const noexcept { return store.count(); }
+    // Control.tsd, and what follows from it: the layout of records and what indexes, memos and chains there
+    // are. False where there is none that can be read.
+    bool readStructure();
     // Data.tsd; made by who may write. False where it is not to be had.
     bool openData();
     // Stand.tsd; made by who may write. False where it is not to be had.
@@ -75,6 +81,8 @@ struct OpenDatabase {
 
  private:
     void flush();
+    void sniffUnicode();
+    std::unique_ptr<RowMemos> memosOf(ChainStore& chain);
 
     std::chrono::nanoseconds refreshed_{};
 };

@@ -4,11 +4,16 @@
 
 #include "tsRtm/types/Variant.hpp"
 
+namespace tsRtm::platform {
+struct Paper;
+}
+
 namespace tsRtm::rtmMain {
 
 struct Plugged {
-    std::shared_ptr<Object> bankRegister;  // who knows the banks, an iBankRegister
-    std::weak_ptr<Object> facadeBanks;     // the one that all facades share
+    std::shared_ptr<Object> bankRegister;    // who knows the banks, an iBankRegister
+    std::weak_ptr<Object> facadeBanks;       // the one that all facades share
+    const platform::Paper* paper = nullptr;  // who draws, prints and shows pages
 };
 
 // One copy per process; empty until somebody brings something.

@@ -3,7 +3,9 @@
 //
 // One copy per process. The start fills it once, before the first public object is handed out; only the
 // locale block, the screen block and the currency cache change later, on a notice of the system.
+#include <chrono>
 #include <memory>
+#include <optional>
 
 #include "tsRtm/platform/Screen.hpp"
 #include "tsRtm/platform/SystemInfo.hpp"
@@ -73,7 +75,12 @@ struct State {
     Text appHelpURL;
     int32 bundesland = 0;
     Text currNameCache;
-    bool adresseMitAnrede = false;  // the option as it was last read, for the printing of addresses
+    // The last fax, by the time since the start of the machine (0 none), and the pause behind it in
+    // milliseconds.
+    std::chrono::nanoseconds lastFax{0};
+    int32 faxPause = 0;
+    // The option as it was last read, for the printing of addresses; nothing before.
+    std::optional<bool> adresseMitAnrede;
 };
 
 // The state; valid at any time, filled by the start.

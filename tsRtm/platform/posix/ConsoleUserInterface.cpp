@@ -12,34 +12,9 @@
 namespace tsRtm::platform::posix {
 namespace {
 
-TextView systemCaption(int32 answer) noexcept {
-    switch (answer) {
-        case 1:
-            return u"OK";
-        case 2:
-            return u"Abbrechen";
-        case 3:
-            return u"Beenden";
-        case 4:
-            return u"Wiederholen";
-        case 5:
-            return u"Ignorieren";
-        case 6:
-            return u"Ja";
-        case 7:
-            return u"Nein";
-        case 10:
-            return u"Wiederholen";
-        case 11:
-            return u"Weiter";
-        default:
-            return u"Antwort";
-    }
-}
-
 std::vector<DialogButton> choicesOf(const MessageBox& box) {
     std::vector<DialogButton> choices;
-    for (const int32 answer : box.answers) choices.push_back({answer, Text(systemCaption(answer))});
+    for (const int32 answer : box.answers) choices.push_back({answer, Text(usualCaption(answer))});
     return choices;
 }
 
@@ -108,14 +83,14 @@ std::optional<int32> ConsoleUserInterface::choose(const std::vector<DialogButton
                                                   int32 safe, std::string& line) {
     const TextView between = u"  ";
     Text question;
-    Text usualCaption(systemCaption(usual));
+    Text preset(usualCaption(usual));
     for (std::size_t i = 0; i < choices.size(); ++i) {
         const Text caption = replaceAll(choices[i].caption, u"&", {});
         question.append(i == 0 ? TextView() : between)
             .append(toText(static_cast<int64>(i + 1)) + u" " + caption);
-        if (choices[i].number == usual) usualCaption = caption;
+        if (choices[i].number == usual) preset = caption;
     }
-    out_ << lines(question + u"  [" + usualCaption + u"]? ");
+    out_ << lines(question + u"  [" + preset + u"]? ");
     const auto typed = readLine();
     if (!typed) return safe;
     line = *typed;
@@ -248,6 +223,14 @@ int32 ConsoleUserInterface::choose(const ChoiceList& list) {
     return ConsoleChoice(
                list, [this](TextView text) { print(text); }, [this] { return readLine(); })
         .hold();
+}
+
+std::optional<Text> ConsoleUserInterface::ask(TextView prompt, TextView title, TextView preset) {
+    if (!terminal_) return Text(preset);
+    print(Text(title) + u": " + Text(prompt) + (preset.empty() ? Text() : u" [" + Text(preset) + u"]"));
+    const auto line = readLine();
+    if (!line) return std::nullopt;
+    return line->empty() ? Text(preset) : fromUtf8(*line);
 }
 
 void ConsoleUserInterface::openLink(TextView address) {

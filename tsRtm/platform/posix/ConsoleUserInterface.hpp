@@ -29,6 +29,7 @@ class ConsoleUserInterface final : public UserInterface, public Dialogs, public 
     int32 show(const MessageBox& box) override;
     std::optional<DialogAnswer> showTaskDialog(const TaskDialog& dialog, const DialogListener& tell) override;
     int32 choose(const ChoiceList& list) override;
+    std::optional<Text> ask(TextView prompt, TextView title, TextView preset) override;
     void openLink(TextView address) override;
     void showMessageWindow(TextView message) override;
     void hideMessageWindow() override {}

@@ -1,0 +1,48 @@
+#include "cli/db/ChainTexts.hpp"
+
+#include "cli/shared/CliError.hpp"
+
+namespace tsRtm::cli {
+
+std::vector<Text> ChainTexts::row(const std::vector<std::string>& words) {
+    std::vector<Text> cells(static_cast<std::size_t>(map_.count()));
+    for (const auto& word : words) {
+        const auto equals = word.find('=');
+        if (equals == std::string::npos) throw CliError("'" + word + "' is not of the form NAME=VALUE");
+        const int32 field = map_.need(word.substr(0, equals));
+        cells[static_cast<std::size_t>(field - 1)] = accepted(field, word.substr(equals + 1));
+    }
+    return cells;
+}
+
+std::vector<Text> ChainTexts::row(const Json::array_t& texts) {
+    if (texts.size() > static_cast<std::size_t>(map_.count()))
+        throw CliError("a row has " + std::to_string(texts.size()) + " texts, its fields are " +
+                       std::to_string(map_.count()));
+    std::vector<Text> cells;
+    for (const auto& text : texts)
+        cells.push_back(accepted(static_cast<int32>(cells.size()) + 1, text.get_ref<const std::string&>()));
+    return cells;
+}
+
+TextTable ChainTexts::rows(const Json& rows) {
+    TextTable out;
+    for (const auto& row : rows) {
+        auto texts = row.get_ref<const Json::array_t&>();
+        for (std::size_t i = 0; i < texts.size() && i < static_cast<std::size_t>(map_.count()); ++i)
+            if (liesBeside(static_cast<int32>(i) + 1)) texts[i] = "";
+        out.push_back(this->row(texts));
+    }
+    return out;
+}
+
+Text ChainTexts::accepted(int32 field, const std::string& text) {
+    if (text.empty()) return {};
+    if (liesBeside(field))
+        throw CliError(map_.label(field) + " lies beside the rows and cannot be written here");
+    auto out = rules_.accept(field, fromUtf8(text), map_.label(field));
+    if (!out) throw CliError(rules_.reason());
+    return std::move(*out);
+}
+
+}  // namespace tsRtm::cli

@@ -1,0 +1,31 @@
+#pragma once
+// Texts for the rows of a chain, each checked against its field.
+#include "cli/shared/Records.hpp"
+
+namespace tsRtm::cli {
+
+// Knows the control by reference. Throws a CliError for what does not fit.
+class ChainTexts {
+ public:
+    explicit ChainTexts(const clsControl& control) : map_(control), rules_(control), control_(control) {}
+
+    // From "NAME=VALUE" words.
+    std::vector<Text> row(const std::vector<std::string>& words);
+    // From texts by the order of the fields.
+    std::vector<Text> row(const Json::array_t& texts);
+    // The same for whole chains; a cell that leads to a memo or blob stays empty: its place is another one
+    // here.
+    TextTable rows(const Json& rows);
+
+ private:
+    bool liesBeside(int32 field) const {
+        return control_.field(field).IsMemo() || control_.field(field).IsBlob();
+    }
+    Text accepted(int32 field, const std::string& text);
+
+    FieldMap map_;
+    FieldRules rules_;
+    const clsControl& control_;
+};
+
+}  // namespace tsRtm::cli

@@ -1,0 +1,125 @@
+// tsrtm db props list, get, set, names: the named properties of records.
+#include <CLI/CLI.hpp>
+#include <iostream>
+
+#include "cli/Commands.hpp"
+#include "cli/db/RecordLock.hpp"
+#include "cli/shared/CliError.hpp"
+#include "cli/shared/Output.hpp"
+#include "cli/shared/SharedOptions.hpp"
+#include "tsRtm/database/clsTSRecord.hpp"
+#include "tsRtm/tables/DatenTab.hpp"
+
+namespace tsRtm::cli {
+namespace {
+
+struct Options {
+    std::string name;
+    int32 number = 0;
+    std::string key;
+    std::vector<std::string> words;
+    std::optional<int32> wait;
+    bool json = false;
+};
+
+void needProperties(Session& session) {
+    if (session.control().PropFeld() == 0)
+        throw CliError("'" + session.name() + "' has no field of properties");
+}
+
+std::shared_ptr<clsTSRecord> recordOf(Session& session, int32 number) {
+    session.needRecord(number);
+    needProperties(session);
+    auto record = session.db().Record(number);
+    session.check("cannot read record " + std::to_string(number));
+    return record;
+}
+
+void list(const Options& options) {
+    Session session(options.name, Use::read);
+    const auto table = recordOf(session, options.number)->Properties();
+    session.check("cannot read the properties of record " + std::to_string(options.number));
+    Json json = Json::object();
+    for (int32 row = 1; row <= table->Count(); ++row) {
+        const auto key = toUtf8(table->Item(row, 1)), value = toUtf8(table->Item(row, 2));
+        if (!options.json)
+            std::cout << key << '=' << value << '\n';
+        else if (!json.contains(key))  // the first one counts
+            json[key] = value;
+    }
+    if (options.json) std::cout << jsonText(json) << '\n';
+}
+
+void get(const Options& options) {
+    Session session(options.name, Use::read);
+    std::cout << toUtf8(recordOf(session, options.number)->Property(fromUtf8(options.key))) << '\n';
+    session.check("cannot read the properties of record " + std::to_string(options.number));
+}
+
+void set(const Options& options) {
+    Session session(options.name, Use::change);
+    needProperties(session);
+    const RecordLock lock(session, options.number, options.wait);
+    const auto record = recordOf(session, options.number);
+    for (const auto& word : options.words) {
+        const auto equals = word.find('=');
+        if (equals == std::string::npos) throw CliError("'" + word + "' is not of the form KEY=VALUE");
+        record->Property(fromUtf8(word.substr(0, equals)), fromUtf8(word.substr(equals + 1)));
+    }
+    if (!record->Update())
+        session.fail("record " + std::to_string(options.number) + " was not stored", record->Error());
+}
+
+void names(const Options& options) {
+    Session session(options.name, Use::read);
+    needProperties(session);
+    session.db().FindPropertyNames();
+    session.check("cannot read the properties of '" + session.name() + "'");
+    const auto table = session.db().PropertyNames();
+    Json json = Json::object();
+    for (int32 row = 1; row <= table->Count(); ++row) {
+        const auto key = toUtf8(table->Item(row, 1));
+        if (options.json)
+            json[key] = static_cast<int32>(table->Value(row, 2));
+        else
+            std::cout << key << ": " << toUtf8(table->Item(row, 2)) << '\n';
+    }
+    if (options.json) std::cout << jsonText(json) << '\n';
+}
+
+CLI::App& command(CLI::App& props, const char* name, const char* help,
+                  const std::shared_ptr<Options>& options, void (*run)(const Options&)) {
+    auto* added = props.add_subcommand(name, help);
+    addDatabase(*added, options->name);
+    if (run != names) added->add_option("NR", options->number, "Record number")->required();
+    added->callback([options, run] { run(*options); });
+    return *added;
+}
+
+}  // namespace
+
+void addProps(CLI::App& db) {
+    auto* props = db.add_subcommand("props", "Named properties of records");
+    props->require_subcommand(1);
+
+    auto options = std::make_shared<Options>();
+    addJson(command(*props, "list", "Show all properties of a record", options, list), options->json);
+
+    options = std::make_shared<Options>();
+    command(*props, "get", "Print one property of a record", options, get)
+        .add_option("KEY", options->key, "Its name, without regard to case")
+        ->required();
+
+    options = std::make_shared<Options>();
+    auto& stored = command(*props, "set", "Set properties of a record", options, set);
+    stored.add_option("KEY=VALUE", options->words, "Name and text")->required();
+    addWait(stored, options->wait);
+    stored.footer("Example:\n  tsrtm db props set Kunden 17 Farbe=rot Stufe=3");
+
+    options = std::make_shared<Options>();
+    addJson(command(*props, "names", "Show which properties there are, and how many records have them",
+                    options, names),
+            options->json);
+}
+
+}  // namespace tsRtm::cli

@@ -1,0 +1,95 @@
+#include "desktop/paper/PdfProperties.hpp"
+
+#include <QDateTime>
+#include <memory>
+#include <qpdf/Buffer.hh>
+#include <qpdf/QPDF.hh>
+#include <qpdf/QPDFWriter.hh>
+
+#include "desktop/paper/Qt.hpp"
+
+namespace tsRtm::desktop {
+namespace {
+
+constexpr const char* kProducer = "tsRtm";
+
+QString escaped(TextView text) { return qt(text).toHtmlEscaped(); }
+
+// What PDF/A demands: the information entries once more, value for value.
+QByteArray xmpOf(const platform::PdfSettings& settings, const QString& moment) {
+    QString items;
+    const auto add = [&](const char* before, TextView text, const char* after) {
+        if (!text.empty()) items += QString::fromLatin1(before) + escaped(text) + QString::fromLatin1(after);
+    };
+    add("<dc:title><rdf:Alt><rdf:li xml:lang=\"x-default\">", settings.title,
+        "</rdf:li></rdf:Alt></dc:title>");
+    add("<dc:creator><rdf:Seq><rdf:li>", settings.author, "</rdf:li></rdf:Seq></dc:creator>");
+    add("<dc:description><rdf:Alt><rdf:li xml:lang=\"x-default\">", settings.subject,
+        "</rdf:li></rdf:Alt></dc:description>");
+    add("<pdf:Keywords>", settings.keywords, "</pdf:Keywords>");
+    add("<xmp:CreatorTool>", settings.application, "</xmp:CreatorTool>");
+    const QString packet =
+        QStringLiteral(
+            "<?xpacket begin=\"\xEF\xBB\xBF\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?>\n"
+            "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF "
+            "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"
+            "<rdf:Description rdf:about=\"\" xmlns:dc=\"http://purl.org/dc/elements/1.1/\" "
+            "xmlns:pdf=\"http://ns.adobe.com/pdf/1.3/\" xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\" "
+            "xmlns:pdfaid=\"http://www.aiim.org/pdfa/ns/id/\">%1<pdf:Producer>%2</pdf:Producer>"
+            "<xmp:CreateDate>%3</xmp:CreateDate><xmp:ModifyDate>%3</xmp:ModifyDate>"
+            "<pdfaid:part>1</pdfaid:part><pdfaid:conformance>B</pdfaid:conformance></rdf:Description></"
+            "rdf:RDF>"
+            "</x:xmpmeta>\n<?xpacket end=\"w\"?>")
+            .arg(items, QString::fromLatin1(kProducer), moment);
+    return packet.toUtf8();
+}
+
+void setInformation(QPDF& file, const platform::PdfSettings& settings, const std::string& moment) {
+    auto info = QPDFObjectHandle::newDictionary();
+    const auto put = [&](const char* key, TextView text) {
+        if (!text.empty()) info.replaceKey(key, QPDFObjectHandle::newUnicodeString(toUtf8(text)));
+    };
+    put("/Title", settings.title);
+    put("/Author", settings.author);
+    put("/Subject", settings.subject);
+    put("/Keywords", settings.keywords);
+    put("/Creator", settings.application);
+    info.replaceKey("/Producer", QPDFObjectHandle::newString(kProducer));
+    info.replaceKey("/CreationDate", QPDFObjectHandle::newString(moment));
+    info.replaceKey("/ModDate", QPDFObjectHandle::newString(moment));
+    file.getTrailer().replaceKey("/Info", file.makeIndirectObject(info));
+}
+
+void setMetadata(QPDF& file, const QByteArray& xmp) {
+    auto stream = QPDFObjectHandle::newStream(&file, xmp.toStdString());
+    stream.getDict().replaceKey("/Type", QPDFObjectHandle::newName("/Metadata"));
+    stream.getDict().replaceKey("/Subtype", QPDFObjectHandle::newName("/XML"));
+    file.getRoot().replaceKey("/Metadata", stream);
+}
+
+}  // namespace
+
+QByteArray completed(const QByteArray& pdf, const platform::PdfSettings& settings) {
+    // In UTC: PDF and XMP write other offsets in ways that do not compare.
+    const auto now = QDateTime::currentDateTimeUtc();
+    QPDF file;
+    file.processMemoryFile("page", pdf.constData(), static_cast<std::size_t>(pdf.size()));
+    setInformation(file, settings, now.toString(QStringLiteral("'D:'yyyyMMddHHmmss'Z'")).toStdString());
+    if (settings.archive)
+        setMetadata(file, xmpOf(settings, now.toString(QStringLiteral("yyyy-MM-dd'T'HH:mm:ss'Z'"))));
+    QPDFWriter writer(file);
+    writer.setOutputMemory();
+    if (settings.archive) {
+        writer.setObjectStreamMode(qpdf_o_disable);
+        writer.setNewlineBeforeEndstream(true);
+    }
+    if (!settings.ownerPassword.empty())
+        writer.setR6EncryptionParameters("", toUtf8(settings.ownerPassword).c_str(), true, false, false,
+                                         false, false, false, qpdf_r3p_full, true);
+    writer.write();
+    const std::unique_ptr<Buffer> buffer(writer.getBuffer());
+    return QByteArray(reinterpret_cast<const char*>(buffer->getBuffer()),
+                      static_cast<qsizetype>(buffer->getSize()));
+}
+
+}  // namespace tsRtm::desktop

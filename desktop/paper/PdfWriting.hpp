@@ -1,0 +1,12 @@
+#pragma once
+#include "tsRtm/platform/PdfFiles.hpp"
+
+namespace tsRtm::desktop {
+
+// Makes PDF files: plain ones with their properties, PDF/A-1b, or protected by a password.
+class PdfWriting final : public platform::PdfFiles {
+ public:
+    std::unique_ptr<platform::PdfDocument> begin(const platform::PdfSettings& settings) override;
+};
+
+}  // namespace tsRtm::desktop

@@ -1,0 +1,200 @@
+// Chains as sets of row records, changed beside others.
+#include "tests/database/ChainDatabase.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+Text shownIn(clsTSDB& db, int32 record) {
+    Text out;
+    for (const auto& row : chainAt(db, record)) out += row[0] + row[1] + u" ";
+    return out;
+}
+
+class ChainSets : public testing::TestWithParam<ChainForm> {
+ protected:
+    MemoryFiles disk;
+    TestGround ground;
+    StartedLibrary library{ground, disk};
+    clsRtm rtm;
+    std::shared_ptr<clsTSDB> db = makeChains(disk, rtm, GetParam(), 2);
+    std::shared_ptr<clsTSDB> other = rtm.OpenTSDB(kChainFolder);
+
+    static void fill(const std::shared_ptr<clsTSRecord>& row, TextView text, TextView number) {
+        ASSERT_TRUE(row);
+        row->Fields(1, text);
+        row->Fields(2, number);
+    }
+};
+
+TEST_P(ChainSets, RowsAreRecords) {
+    ASSERT_EQ(writeChain(*db, 1, rowsNamed(u"abc")), 0);
+    const auto parent = db->Record(1);
+    const auto set = parent->Kette(fPOS);
+    ASSERT_TRUE(set);
+    EXPECT_EQ(parent->Kette(fPOS), set);
+    EXPECT_EQ(set->Parent(), parent);
+    EXPECT_EQ(set->KettenFeldNr(), fPOS);
+    EXPECT_EQ(set->Count(), 3);
+    EXPECT_EQ(set->Control()->Felder(), 2);
+    const auto row = set->Record(2);
+    EXPECT_TRUE(row->IsKetteRecord() && row->Parent() == set && row == set->Record(2));
+    EXPECT_EQ(row->Fields(1) + row->NamedField(u"ZAHL"), u"b2");
+    EXPECT_FALSE(row->Sperren() || row->Locked() || row->Deleted() || row->WorkCopy() || row->Kette(fPOS));
+    row->Fields(1, u"B");
+    EXPECT_FALSE(set->Changed());
+    ASSERT_TRUE(row->Update());
+    EXPECT_EQ(shownIn(*other, 1), u"a1 B2 c3 ");
+    // In front, behind, and out.
+    const auto first = set->Add(true), last = set->Add();
+    fill(first, u"v", u"0");
+    fill(last, u"h", u"9");
+    EXPECT_EQ(row->Satznummer(), 3);
+    EXPECT_TRUE(set->Changed());
+    ASSERT_TRUE(last->Update());
+    EXPECT_EQ(shownIn(*other, 1), u"a1 B2 c3 h9 ");
+    ASSERT_TRUE(first->Update());
+    EXPECT_FALSE(set->Changed());
+    EXPECT_TRUE(set->Remove(2));
+    EXPECT_EQ(set->FolgeNummer(*last), 4);
+    EXPECT_EQ(raised([&] { set->Remove(5); }),
+              "9|clsTSRecordSet.Remove|Satz 5 ist nicht in der Kette mit 4 Sätzen enthalten.");
+    EXPECT_EQ(shownIn(*other, 1), u"v0 a1 B2 c3 h9 ");
+    ASSERT_TRUE(set->Update());
+    EXPECT_EQ(shownIn(*other, 1), u"v0 B2 c3 h9 ");
+    set->Inhalt(rowsOf({{u"v", u"0"}, {u"x", u"7"}}));
+    EXPECT_EQ(row->Fields(1), u"x");
+    ASSERT_TRUE(set->Update());
+    EXPECT_EQ(shownIn(*other, 1), u"v0 x7 ");
+    EXPECT_EQ(set->Inhalt(), rowsOf({{u"v", u"0"}, {u"x", u"7"}}));
+    EXPECT_EQ(set->Clear(), 2);
+    ASSERT_TRUE(set->Update());
+    EXPECT_EQ(shownIn(*other, 1), u"");
+    EXPECT_TRUE(db->Check(false, {}));
+    EXPECT_FALSE(db->Record(1)->Kette(fKEY));
+    EXPECT_EQ(db->Error(), 53);
+}
+
+TEST_P(ChainSets, RowsOfANewRecordAreStoredWithIt) {
+    const auto record = db->Add();
+    record->Fields(fKEY, u"neu");
+    for (const auto* text : {u"eins", u"zwei"}) {
+        const auto row = record->Kette(fPOS)->Add();
+        row->Fields(1, text);
+        EXPECT_TRUE(row->Update());
+    }
+    EXPECT_TRUE(record->Kette(fPOS)->Update());
+    EXPECT_EQ(db->AnzahlDSaetze(), 2);
+    ASSERT_TRUE(record->Update());
+    EXPECT_EQ(shownIn(*other, 3), u"eins zwei ");
+    const auto set = record->Kette(fPOS);
+    EXPECT_EQ(set->Count(), 2);
+    // Only the row that is stored goes there.
+    const auto one = set->Record(1), two = set->Record(2);
+    one->Fields(1, u"EINS");
+    two->Fields(2, u"2");
+    ASSERT_TRUE(two->Update());
+    EXPECT_EQ(shownIn(*other, 3), u"eins zwei2 ");
+    EXPECT_TRUE(db->Check(false, {}));
+}
+
+// Each line: what the one and the other do to "abcd", and what becomes of both; conflicts write nothing.
+TEST_P(ChainSets, OthersRowsStay) {
+    using Work = std::function<void(clsTSRecordSet&)>;
+    const auto set = [](int32 place, TextView text) {
+        return [=](clsTSRecordSet& rows) {
+            TextTable table = rows.Inhalt();
+            table[static_cast<std::size_t>(place - 1)][0] = text;
+            rows.Inhalt(table);
+        };
+    };
+    const auto add = [](bool front, TextView text) {
+        return [=](clsTSRecordSet& rows) {
+            TextTable table = rows.Inhalt();
+            const auto row = rows.Add(front);
+            row->Fields(1, text);
+            TextTable now = rows.Inhalt();
+            now[front ? 0 : now.size() - 1][0] = text;
+            rows.Inhalt(now);
+        };
+    };
+    const auto remove = [](int32 place) { return [=](clsTSRecordSet& rows) { rows.Remove(place); }; };
+    const struct {
+        const char* what;
+        Work mine, theirs;
+        bool stored;
+        Text expected;
+    } rows[] = {
+        {"two rows", set(1, u"A"), set(3, u"C"), true, u"A1 b2 C3 d4 "},
+        {"both ends", add(true, u"v"), add(false, u"h"), true, u"v a1 b2 c3 d4 h "},
+        {"both behind", add(false, u"m"), add(false, u"t"), true, u"a1 b2 c3 d4 t m "},
+        {"change, remove another", set(4, u"D"), remove(1), true, u"b2 c3 D4 "},
+        {"remove, change another", remove(2), set(3, u"C"), true, u"a1 C3 d4 "},
+        {"same row", set(2, u"X"), set(2, u"Y"), false, u"a1 Y2 c3 d4 "},
+        {"changed, removed", set(2, u"X"), remove(2), false, u"a1 c3 d4 "},
+        {"removed, changed", remove(2), set(2, u"Y"), false, u"a1 Y2 c3 d4 "},
+        {"all removed, added", [](clsTSRecordSet& all) { all.Clear(); }, add(false, u"t"), true, u"t "},
+    };
+    for (const auto& row : rows) {
+        ASSERT_EQ(writeChain(*db, 1, rowsNamed(u"abcd")), 0);
+        const auto mine = db->Record(1)->Kette(fPOS);
+        const auto theirs = other->Record(1)->Kette(fPOS);
+        ASSERT_EQ(mine->Count() + theirs->Count(), 8);
+        row.mine(*mine);
+        row.theirs(*theirs);
+        ASSERT_TRUE(theirs->Update()) << row.what;
+        EXPECT_EQ(mine->Update(), row.stored) << row.what;
+        EXPECT_EQ(db->Error(), row.stored ? 0 : 70) << row.what;
+        EXPECT_EQ(shownIn(*other, 1), row.expected) << row.what;
+        EXPECT_EQ(mine->Changed(), !row.stored) << row.what;
+        EXPECT_TRUE(db->Check(false, {}));
+    }
+}
+
+TEST_P(ChainSets, ShowWhatIsWrittenElsewhere) {
+    ASSERT_EQ(writeChain(*db, 1, rowsNamed(u"ab")), 0);
+    const auto set = db->Record(1)->Kette(fPOS);
+    EXPECT_EQ(set->Count(), 2);
+    int32 told = 0;
+    const auto heard = set->Change.connect([&] { ++told; });
+    ASSERT_EQ(addRow(*db, 1, End::tail, {u"c", u"3"}), 0);
+    EXPECT_GE(told, 1);
+    // A row that was loaded before is stored all the same.
+    const auto second = set->Record(2);
+    second->Fields(1, u"B");
+    ASSERT_EQ(addRow(*db, 1, End::head, {u"v", u"0"}), 0);
+    ASSERT_TRUE(second->Update());
+    EXPECT_EQ(shownIn(*other, 1), u"v0 a1 B2 c3 ");
+    EXPECT_EQ(set->Count(), 4);
+    EXPECT_EQ(second->Satznummer(), 3);
+    // Sorted, searched, selected.
+    ASSERT_EQ(writeChain(*db, 1, rowsOf({{u"c", u"10"}, {u"a", u"9"}, {u"b", u"100"}})), 0);
+    const auto cursor = set->Index(1);
+    EXPECT_EQ(cursor->MoveFirst()->Fields(1), u"a");
+    EXPECT_EQ(cursor->MoveTo(u"b")->Fields(2), u"100");
+    EXPECT_EQ(cursor->FindRecord(u"c")->Satznummer(), 1);
+    const auto some = set->GetRange(1, u"b", u"");
+    ASSERT_EQ(some->Count(), 2);
+    EXPECT_EQ(some->Record(1)->Fields(1) + some->Record(2)->Fields(1), u"bc");
+    Text seen;
+    Variant zusatz;
+    const auto action = cursor->Action.connect([&](auto& row, Variant&) {
+        seen += row->Fields(1);
+        row->Fields(2, u"1");
+        set->Add(true);
+    });
+    cursor->ActionLoop(u"", u"", false, zusatz, true);
+    EXPECT_EQ(seen, u"abc");
+    set->Parent()->DB()->KillAllObjects();
+    EXPECT_EQ(set->Count() + some->Count(), 0);
+    EXPECT_FALSE(set->Update());
+}
+
+INSTANTIATE_TEST_SUITE_P(Forms, ChainSets,
+                         testing::Values(ChainForm{8}, ChainForm{5}, ChainForm{10, DBUnicode},
+                                         ChainForm{6, DBAnsi, true, kBig}),
+                         [](const auto& form) {
+                             return std::string(1, static_cast<char>('a' + form.index));
+                         });
+
+}  // namespace
+}  // namespace tsRtm::test

@@ -1,0 +1,148 @@
+// Record objects: one for a record, whose lock is whose, and their properties.
+#include "tests/database/MemoryDatabase.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+class RecordObjects : public FiveAddresses {};
+
+TEST_P(RecordObjects, ThereIsOneForARecord) {
+    const auto mine = db->Record(2);
+    EXPECT_EQ(db->Record(2), mine);
+    EXPECT_NE(db->Record(3), mine);
+    EXPECT_NE(mine->WorkCopy(), mine);
+    EXPECT_EQ(db->Record(2), mine);
+    // A change shows in it, by whomever, but never over what is not stored yet.
+    EXPECT_EQ(mine->Fields(fORT), u"Bonn");
+    db->PutField(2, fORT, u"Ulm");
+    EXPECT_EQ(mine->Fields(fORT), u"Ulm");
+    const auto other = open();
+    other->PutField(2, fORT, u"Kiel");
+    EXPECT_EQ(db->Record(2)->Fields(fORT), u"Kiel");
+    mine->Fields(fNAME, u"Neu");
+    db->PutField(2, fBETRAG, u"9.00");
+    EXPECT_EQ(db->Record(2)->Fields(fNAME), u"Neu");
+    EXPECT_TRUE(mine->Update());
+    EXPECT_EQ(addressAt(*db, 2), (Address{u"Neu", u"Kiel", u"9.00", u"01022004"}));
+    // An added one is found by its number as soon as anybody hears of that.
+    std::vector<bool> found;
+    const auto added = db->Add();
+    const auto heard =
+        db->RecordChange.connect([&](int32 number) { found.push_back(db->Record(number) == added); });
+    added->Fields(fNAME, u"Zuse");
+    ASSERT_TRUE(added->Update());
+    EXPECT_FALSE(found.empty());
+    EXPECT_EQ(std::count(found.begin(), found.end(), false), 0);
+}
+
+// Whoever won a lock gives it back, nobody else.
+TEST_P(RecordObjects, ALockHasOneOwner) {
+    const auto other = open();
+    const auto record = db->Record(2);
+    const auto copy = record->WorkCopy();
+    ASSERT_TRUE(record->Sperren());
+    EXPECT_FALSE(copy->Sperren(-1));
+    EXPECT_TRUE(copy->Entsperren());
+    EXPECT_TRUE(record->Locked() && other->Gesperrt(2));
+    db->Entsperren(2);
+    EXPECT_FALSE(record->Locked());
+    ASSERT_TRUE(db->Sperren(2));
+    record->Entsperren();
+    db->Record(2).reset();
+    EXPECT_TRUE(other->Gesperrt(2));
+    db->Entsperren(2);
+    record->Locked(true);
+    EXPECT_TRUE(other->Gesperrt(2));
+    record->Locked(false);
+    EXPECT_FALSE(other->Gesperrt(2));
+}
+
+INSTANTIATE_TEST_SUITE_P(Forms, RecordObjects, kAllForms, nameOfForm);
+
+enum PropertyField : int32 { pNAME = 1, pPROPS, pX, pY };
+
+class Properties : public MemoryDatabase {
+ protected:
+    std::shared_ptr<clsTSDB> db = make(fieldsOf({{u"NAME", tsAlphanumerisch, 8},
+                                                 {u"PROPS", tsProperties, 60},
+                                                 {u"X:Fenster(1).Links", tsAlphanumerisch, 6},
+                                                 {u"Y:Fenster.Oben", tsAlphanumerisch, 6}}),
+                                       kBig, u"  1  0  0");
+    void SetUp() override {
+        ASSERT_TRUE(db);
+        for (int32 n = 0; n < 2; ++n) ASSERT_TRUE(db->Append());
+    }
+};
+
+TEST_F(Properties, AreLinesOfTheMemo) {
+    const auto record = db->Record(1);
+    record->Fields(pPROPS, u"Farbe=rot\rohne Wert\rGröße=5=6\rFARBE=blau");
+    EXPECT_EQ(record->Property(u"farbe"), u"rot");
+    EXPECT_EQ(record->Property(u"Größe"), u"5=6");
+    EXPECT_EQ(record->Property(u"ohne Wert") + record->Property(u""), u"");
+    record->Property(u"FARBE", u"grün");
+    record->Property(u"neu", u"");
+    ASSERT_TRUE(record->Update());
+    EXPECT_EQ(open()->Record(1)->Fields(pPROPS), u"Farbe=grün\rohne Wert\rGröße=5=6\rFARBE=blau\rneu=");
+    const auto table = record->Properties();
+    ASSERT_EQ(table->Count(), 4);
+    EXPECT_EQ(table->Item(2, 1) + table->Item(2, 2), u"Größe5=6");
+    for (const auto& [key, value] : {std::pair{u"", u"x"}, {u"a=b", u"x"}, {u"a\rb", u"x"}, {u"a", u"x\ny"}})
+        EXPECT_EQ(raised([&] { record->Property(key, value); }).substr(0, 24), "380|clsTSRecord.Property");
+    db->Record(2)->Property(u"nie gespeichert", u"1");
+    EXPECT_EQ(db->FindPropertyNames(), 3);
+    EXPECT_EQ(db->PropertyNames()->Item(1, 1) + db->PropertyNames()->Item(1, 2), u"Farbe1");
+}
+
+TEST_F(Properties, OfSeveralUsersStayBesideEachOther) {
+    const auto other = open();
+    const auto mine = db->Record(1), theirs = other->Record(1);
+    mine->Property(u"A", u"1");
+    theirs->Property(u"B", u"2");
+    EXPECT_EQ(mine->Property(u"a"), u"1");
+    ASSERT_TRUE(mine->Update() && theirs->Update());
+    EXPECT_EQ(mine->Fields(pPROPS), u"A=1\rB=2");
+    // What is there already is not written once more.
+    const Bytes before = file(u"Memo-000.002");
+    mine->Property(u"b", u"2");
+    ASSERT_TRUE(mine->Update());
+    EXPECT_EQ(file(u"Memo-000.002"), before);
+    // A whole text takes the place of all, with the keys set behind it.
+    theirs->Property(u"C", u"3");
+    mine->Property(u"D", u"4");
+    mine->Fields(pPROPS, u"E=5");
+    mine->Property(u"F", u"6");
+    ASSERT_TRUE(theirs->Update() && mine->Update());
+    EXPECT_EQ(db->Record(1)->Fields(pPROPS), u"E=5\rF=6");
+    // A new record has them from its first store on.
+    const auto added = db->Add();
+    added->Property(u"G", u"7");
+    ASSERT_TRUE(added->Update());
+    EXPECT_EQ(other->Record(3)->Property(u"G"), u"7");
+}
+
+struct Window : iPropertyTarget {
+    Text set;
+    bool Set(TextView Name, TextView Wert) override {
+        set.append(Name).append(u"=").append(Wert).append(u";");
+        return Name != u"LINKS" && Name != u"Links";
+    }
+};
+
+TEST_F(Properties, AnObjectTakesTheFieldsThatNameIt) {
+    const auto record = db->Record(1);
+    record->Fields(pX, u"10");
+    record->Fields(pY, u"20");
+    Window one, other, none;
+    EXPECT_TRUE(record->GetObject(u"Fenster", one, 1));
+    EXPECT_EQ(upper(one.set), u"LINKS=10;OBEN=20;");
+    EXPECT_TRUE(record->GetObject(u"fenster", other, 2));
+    EXPECT_EQ(upper(other.set), u"OBEN=20;");
+    EXPECT_FALSE(record->GetObject(u"Tisch", none));
+    EXPECT_EQ(none.set, u"");
+}
+
+}  // namespace
+}  // namespace tsRtm::test

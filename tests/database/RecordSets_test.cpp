@@ -1,0 +1,288 @@
+// Sets of records: all, selections, ranges; cursors over them; and what they are told.
+#include "tests/database/MemoryDatabase.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+struct Checker : iRecordChecker {
+    std::function<bool(clsTSRecord&)> okay;
+    explicit Checker(std::function<bool(clsTSRecord&)> test) : okay(std::move(test)) {}
+    bool Okay(const std::shared_ptr<clsTSRecord>& R) override { return okay(*R); }
+};
+
+std::vector<int32> numbersOf(clsTSRecordSet& set) {
+    std::vector<int32> out;
+    for (int32 i = 1; i <= set.Count(); ++i) out.push_back(set.Record(i)->Satznummer());
+    return out;
+}
+std::vector<int32> orderOf(clsTSIndex& cursor) {
+    std::vector<int32> out;
+    for (auto record = cursor.MoveFirst(); record; record = cursor.MoveNext())
+        out.push_back(record->Satznummer());
+    return out;
+}
+using Numbers = std::vector<int32>;
+
+// 3 Abel, 5 Berg Aachen, 2 Berg Bonn, 4 Cohn, 1 Dorn.
+class RecordSets : public FiveAddresses {
+ protected:
+    std::shared_ptr<clsTSRecordSet> all;
+    void SetUp() override {
+        FiveAddresses::SetUp();
+        all = db->Records();
+    }
+};
+
+TEST_P(RecordSets, TheSetOfAllRecords) {
+    EXPECT_EQ(db->Records(), all);
+    EXPECT_EQ(all->Count(), 5);
+    EXPECT_FALSE(all->IsSelection());
+    EXPECT_EQ(all->Caption(), u"Adressen");
+    EXPECT_EQ(all->Record(2), db->Record(2));
+    EXPECT_EQ(all->FolgeNummer(*db->Record(4)), 4);
+    EXPECT_FALSE(all->Record(0) || all->Record(6));
+    all->Deleted(3, true);
+    EXPECT_TRUE(all->Deleted(3) && db->Record(3)->Deleted());
+    all->Deleted(3, false);
+    EXPECT_EQ(all->Clear(), 0);
+    EXPECT_FALSE(all->Remove(1));
+    Numbers told;
+    const auto heard = all->NewRecordNumber.connect([&](int32 before, int32 now) { told = {before, now}; });
+    const auto added = all->Add();
+    const int32 before = added->Satznummer();
+    EXPECT_LT(before, 1);
+    added->Fields(fNAME, u"Emil");
+    ASSERT_TRUE(added->Update());
+    EXPECT_EQ(told, (Numbers{before, 6}));
+    EXPECT_EQ(all->Count(), 6);
+    EXPECT_EQ(raised([&] { all->Inhalt(); }), "5|clsTSRecordSet.Inhalt|Recordset ist keine Kette");
+    EXPECT_EQ(raised([&] { all->Changed(); }), "5|clsTSRecordSet.Changed|Recordset ist keine Kette");
+    EXPECT_EQ(raised([&] { all->KetteTSIO(); }),
+              "445|clsTSRecordSet.KetteTSIO|KetteTSIO nicht nutzen. Stattdessen RS.Control. ...");
+    EXPECT_EQ(raised([&] { all->AddRecords(Variant(1)); }),
+              "5|clsTSRecordSet.AddRecords|Nur einer Selektion können Datensätze hinzugefügt werden");
+}
+
+TEST_P(RecordSets, Ranges) {
+    const Text last(1, rtmMain::state().locale.lastChar);
+    const struct {
+        int32 field;
+        Text from, to;
+        Numbers expected;
+    } rows[] = {
+        {fNAME, u"Berg", u"Berg", {5, 2}},
+        {fNAME, u"Berg Bonn", u"Cohn", {2, 4}},
+        {fNAME, u"", u"B" + last, {3, 5, 2}},
+        {fNAME, u"berg b", last, {2, 4, 1}},
+        {fNAME, u"Cp", u"", {1}},
+        {fNAME, u"x", u"y", {}},
+        {fTAG, u"01022003", u"31122003", {1, 5}},
+        {fTAG, u"28.02.1999", u"28.02.1999", {3}},
+        {fTAG, u"", u"2003" + last, {4, 3, 1, 5}},
+        // Sorted in memory.
+        {fORT, u"B", u"Bonn", {1, 2, 3, 4}},
+        {fORT, u"", u"A" + last, {5}},
+    };
+    db->Delete(2);
+    for (const auto& row : rows)
+        EXPECT_EQ(numbersOf(*all->GetRange(row.field, row.from, row.to)), row.expected)
+            << toUtf8(row.from) << " " << toUtf8(row.to);
+    Checker live([](clsTSRecord& record) { return !record.Deleted(); });
+    const auto some = all->GetRange(fNAME, u"", u"", &live);
+    EXPECT_EQ(numbersOf(*some), (Numbers{3, 5, 4, 1}));
+    EXPECT_TRUE(some->IsSelection());
+    // A part of a part.
+    EXPECT_EQ(numbersOf(*some->GetRange(fORT, u"Bonn", u"")), (Numbers{1, 3, 4}));
+    EXPECT_EQ(numbersOf(*some->GetSelectedRecords(nullptr)), (Numbers{3, 5, 4, 1}));
+    EXPECT_FALSE(all->GetRange(9, u"", u""));
+    EXPECT_EQ(db->Error(), 9);
+    EXPECT_EQ(all->GetSelection(u"NAME=\"Berg\"")->Count(), 0);
+}
+
+// Letters that sort behind all others belong to a range without an end.
+TEST_P(RecordSets, NothingLiesBehindARangeWithoutAnEnd) {
+    const Text last(1, rtmMain::state().locale.lastChar);
+    ASSERT_EQ(addAddress(*db, {u"Žižka", u"Žd", u"", u""}), 6);
+    EXPECT_EQ(numbersOf(*all->GetRange(fNAME, u"E", last)), (Numbers{6}));
+    EXPECT_EQ(numbersOf(*all->GetRange(fNAME, u"Ž", u"Ž" + last)), (Numbers{6}));
+    EXPECT_EQ(numbersOf(*all->GetRange(fORT, u"C", last)), (Numbers{6}));
+}
+
+TEST_P(RecordSets, ASelectionHasARecordOnce) {
+    const auto bonn = all->GetRange(fORT, u"Bonn", u"Bonn");
+    EXPECT_EQ(bonn->AddRecords(all->GetRange(fNAME, u"Berg", u"Berg")), 1);
+    EXPECT_EQ(bonn->AddRecords(
+                  VariantList{Variant(1), Variant(7), Variant(std::shared_ptr<Object>(db->Record(5)))}),
+              0);
+    EXPECT_EQ(numbersOf(*bonn), (Numbers{1, 2, 3, 4, 5}));
+    EXPECT_TRUE(bonn->Remove(2));
+    EXPECT_FALSE(bonn->Remove(2));
+    EXPECT_EQ(bonn->FolgeNummer(*db->Record(2)), 0);
+    EXPECT_EQ(bonn->FolgeNummer(*db->Record(3)), 2);
+    Numbers told;
+    const auto heard = bonn->RecordChange.connect([&](int32 number) { told.push_back(number); });
+    db->PutField(2, fBETRAG, u"1");
+    db->PutField(3, fBETRAG, u"1");
+    EXPECT_EQ(told, (Numbers{3}));
+    const auto added = bonn->Add();
+    added->Fields(fNAME, u"Neu");
+    EXPECT_EQ(bonn->Count(), 4);
+    ASSERT_TRUE(added->Update());
+    EXPECT_EQ(numbersOf(*bonn), (Numbers{1, 3, 4, 5, 6}));
+    const auto cursor = bonn->Index(fNAME);
+    EXPECT_EQ(orderOf(*cursor), (Numbers{3, 5, 4, 1, 6}));
+    bonn->Remove(4);
+    EXPECT_EQ(orderOf(*cursor), (Numbers{3, 5, 1, 6}));
+    EXPECT_EQ(orderOf(*bonn->CreateIndex(fORT, fNAME)), (Numbers{6, 5, 3, 1}));
+    EXPECT_EQ(cursor->MoveTo(u"b")->Satznummer(), 5);
+    EXPECT_EQ(raised([&] { cursor->Satznummer(9); }),
+              "9|clsTSIndex.RecNr|Falsche Indexfolgenummer 9 im Recordset");
+    EXPECT_EQ(bonn->Clear(), 4);
+    EXPECT_FALSE(cursor->MoveFirst());
+    EXPECT_EQ(db->AnzahlDSaetze(), 6);
+}
+
+TEST_P(RecordSets, CursorsWalkBothWaysApartFromEachOther) {
+    const auto cursor = all->Index(fNAME), other = all->Index(fNAME);
+    EXPECT_EQ(orderOf(*cursor), (Numbers{3, 5, 2, 4, 1}));
+    EXPECT_TRUE(cursor->EOFile());
+    EXPECT_EQ(cursor->MovePrevious()->Satznummer(), 1);
+    EXPECT_EQ(other->MoveNext()->Satznummer(), 3);
+    EXPECT_TRUE(other->BOFile() && !other->EOFile());
+    EXPECT_EQ(cursor->LogSatz(), 5);
+    EXPECT_EQ(cursor->Satznummer(2), 5);
+    EXPECT_FALSE(other->MovePrevious());
+    EXPECT_EQ(other->MoveNext()->Satznummer(), 3);
+    EXPECT_EQ(db->LogSatz(), 1);
+    other->Descending(true);
+    EXPECT_EQ(orderOf(*other), (Numbers{1, 4, 2, 5, 3}));
+    EXPECT_EQ(other->MoveTo(u"Berg", u"Bonn")->Satznummer(), 2);
+    EXPECT_EQ(other->LogSatz(), 3);
+    EXPECT_EQ(other->MoveNext()->Satznummer(), 5);
+    EXPECT_EQ(other->MoveLast()->Satznummer(), 3);
+    EXPECT_EQ(raised([&] { other->Satznummer(6); }),
+              "9|clsTSIndex.RecNr|Fehler in der Indexdatei bei LogSatz 6");
+    EXPECT_FALSE(all->Index(fORT));
+    EXPECT_EQ(db->Error(), 53);
+    EXPECT_EQ(orderOf(*all->CreateIndex(fORT, fBETRAG)), (Numbers{5, 4, 3, 2, 1}));
+    EXPECT_EQ(orderOf(*all->Index(0)), (Numbers{1, 2, 3, 4, 5}));
+    EXPECT_EQ(cursor->Finde(u"AACH")->Satznummer(), 5);
+    EXPECT_EQ(cursor->LogSatz(), 2);
+    EXPECT_FALSE(cursor->Finde(u"gibt es nicht"));
+    EXPECT_EQ(cursor->LogSatz(), 2);
+}
+
+TEST_P(RecordSets, CursorsFindKeys) {
+    const auto cursor = all->Index(fNAME);
+    const auto at = [&](const std::shared_ptr<clsTSRecord>& record) {
+        return record ? record->Satznummer() : 0;
+    };
+    EXPECT_EQ(at(cursor->MoveTo(u"Bf")), 4);
+    EXPECT_EQ(at(cursor->MoveTo(u"Zz")), 0);
+    EXPECT_TRUE(cursor->EOFile());
+    EXPECT_EQ(at(cursor->MoveTo(u"")), 3);
+    EXPECT_EQ(at(cursor->MoveTo(u"#4")), 4);
+    EXPECT_EQ(at(cursor->FindRecord(u"Berg")), 5);
+    EXPECT_EQ(at(cursor->FindRecord(u"Berg", u"Bonn")), 2);
+    EXPECT_EQ(at(cursor->FindRecord(u"Ber")), 0);
+    EXPECT_EQ(at(cursor->FindRecord(u"berg")), 0);  // to the letter
+    EXPECT_EQ(cursor->AktSatzNr(), 2);              // a miss leaves it there
+    db->Delete(5);
+    EXPECT_EQ(at(cursor->FindRecord(u"Berg")), 2);
+    EXPECT_EQ(at(cursor->FindRecord(u"Berg", {}, {}, false, true)), 5);
+    EXPECT_EQ(at(all->Index(fTAG)->FindRecord(u"28.02.1999")), 3);
+    const auto held = cursor->FindRecord(u"Dorn", {}, {}, true);
+    EXPECT_TRUE(held && open()->Gesperrt(1));
+}
+
+// What others move under a cursor neither repeats nor hides a record.
+TEST_P(RecordSets, ACursorGoesOnFromWhereItsRecordIsNow) {
+    const auto other = open();
+    const auto cursor = all->Index(fNAME);
+    EXPECT_EQ(cursor->MoveTo(u"Berg", u"Bonn")->Satznummer(), 2);
+    ASSERT_EQ(addAddress(*other, {u"Aal", u"", u"", u""}), 6);
+    ASSERT_EQ(addAddress(*other, {u"Aare", u"", u"", u""}), 7);
+    EXPECT_EQ(cursor->MoveNext()->Satznummer(), 4);
+    EXPECT_EQ(cursor->LogSatz(), 6);
+    EXPECT_EQ(change(*other, 4, fNAME, u"Abt"), 0);
+    EXPECT_EQ(cursor->MoveNext()->Satznummer(), 5);
+    EXPECT_EQ(cursor->MovePrevious()->Satznummer(), 4);
+    EXPECT_EQ(cursor->Count(), 7);
+}
+
+TEST_P(RecordSets, WhatEndsThem) {
+    const auto some = all->GetRange(fNAME, u"B", u"");
+    const auto byName = all->Index(fNAME), byAmount = all->Index(fBETRAG), listed = some->Index(fBETRAG);
+    const auto record = db->Record(1);
+    Text told;
+    std::vector<Subscription> heard;
+    heard.push_back(byAmount->Invalidated.connect([&] { told += u"amount "; }));
+    heard.push_back(byName->Invalidated.connect([&] { told += u"name "; }));
+    heard.push_back(some->Invalidated.connect([&] { told += u"some "; }));
+    heard.push_back(byName->Changed.connect([&] { told += u"changed "; }));
+    heard.push_back(all->ChangedIndex.connect([&] { told += u"index "; }));
+    heard.push_back(all->IndexChange.connect([&](int32 field) { told += toText(field) + u" "; }));
+    EXPECT_EQ(change(*db, 1, fNAME, u"Born"), 0);
+    EXPECT_EQ(std::exchange(told, {}), u"1 changed ");
+    ASSERT_TRUE(db->Sort(1));
+    EXPECT_EQ(std::exchange(told, {}), u"1 changed index changed ");
+    db->DelIndex(fBETRAG);
+    EXPECT_EQ(std::exchange(told, {}), u"amount ");
+    EXPECT_EQ(byName->MoveFirst()->Satznummer(), 3);
+    EXPECT_EQ(listed->MoveFirst()->Satznummer(), 5);
+    EXPECT_FALSE(byAmount->MoveFirst());
+    db->Delete(2);
+    ASSERT_TRUE(db->Pack());
+    EXPECT_EQ(std::exchange(told, {}), u"name some ");
+    EXPECT_FALSE(all->DB() || some->DB() || record->DB() || byName->RecordSet());
+    EXPECT_EQ(all->Count() + some->Count(), 0);
+    EXPECT_FALSE(all->Record(1) || some->GetRange(1, u"", u"") || all->Add());
+    EXPECT_FALSE(byName->MoveFirst() || listed->MoveNext() || byName->FindRecord(u"Abel"));
+    Variant zusatz;
+    for (const auto& cursor : {byName, byAmount, listed})
+        EXPECT_EQ(raised([&] { cursor->ActionLoop(u"", u"", true, zusatz); }),
+                  "91|clsTSIndex.ActionLoop|Der Index ist nicht mehr gültig");
+    EXPECT_EQ(db->Records()->Count(), 4);
+}
+
+// A set holds its database; who closes it ends the sets.
+TEST_P(RecordSets, OutliveTheHandOnTheDatabase) {
+    const std::weak_ptr<clsTSDB> weak = db;
+    auto cursor = all->Index(fNAME);
+    all.reset();
+    db.reset();
+    EXPECT_EQ(cursor->MoveFirst()->Fields(fNAME), u"Abel");
+    weak.lock()->Schliesse();
+    EXPECT_FALSE(cursor->MoveFirst());
+    EXPECT_TRUE(weak.expired());
+}
+
+TEST_P(RecordSets, AnEmptyDatabaseHasEmptySets) {
+    db->Zap();
+    const auto cursor = db->Records()->Index(fNAME);
+    EXPECT_FALSE(cursor->MoveFirst() || cursor->MoveLast() || cursor->MoveTo(u"A"));
+    EXPECT_TRUE(cursor->BOFile());
+    EXPECT_FALSE(cursor->MoveFirst());
+    EXPECT_TRUE(cursor->EOFile() && cursor->BOFile());
+    EXPECT_EQ(db->Records()->GetRange(fNAME, u"", u"")->Count(), 0);
+    Variant zusatz;
+    cursor->ActionLoop(u"", u"", true, zusatz);
+}
+
+// Listeners may have objects of their own.
+TEST_P(RecordSets, ListenersAreAskedFirst) {
+    const auto mine = all->GetSelection(u"");
+    const auto cursor = all->Index(fNAME);
+    const auto heard = db->HalloRecordSet.connect([&](auto& set) { set = mine; });
+    const auto heardToo = all->HalloIndex.connect([&](int32 field, auto& found) {
+        if (field == fNAME) found = cursor;
+    });
+    EXPECT_EQ(db->Records(), mine);
+    EXPECT_EQ(all->Index(fNAME), cursor);
+    EXPECT_NE(all->Index(fTAG), cursor);
+}
+
+INSTANTIATE_TEST_SUITE_P(Forms, RecordSets, kAllForms, nameOfForm);
+
+}  // namespace
+}  // namespace tsRtm::test

@@ -1,0 +1,144 @@
+// Pages as files: what was set can be read again, and the forms of PDF are what they claim to be.
+#include "desktop/Desktop.hpp"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QImage>
+#include <QPainter>
+#include <array>
+#include <cstdio>
+#include <filesystem>
+
+#include "desktop/paper/PainterDevice.hpp"
+#include "tests/support/TempFolder.hpp"
+#include "tsRtm/frame/MessagesTopic.hpp"
+#include "tsRtm/printing/Druck.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+// What a command prints, and how it ends.
+std::pair<int, std::string> run(const std::string& command) {
+    std::string text;
+    FILE* pipe = popen((command + " 2>&1").c_str(), "r");
+    std::array<char, 4096> room;
+    for (std::size_t got; (got = fread(room.data(), 1, room.size(), pipe)) > 0;)
+        text.append(room.data(), got);
+    return {pclose(pipe), text};
+}
+bool has(const std::string& program) { return run("command -v " + program).first == 0; }
+
+class OnPaper : public ::testing::Test {
+ protected:
+    std::string file() const { return toUtf8(folder.name(job.DocFile())); }
+    void start() {
+        job.Device(u"PDF");
+        job.DocPath(folder.name());
+        job.JobName(u"Ladung & Größe");
+        job.Init(72, 1, 1, u"A4");
+    }
+
+    TempFolder folder;
+    MessagesTopic messages;
+    desktop::Desktop paper;
+    Druck job{messages};
+};
+
+TEST_F(OnPaper, CanBeReadAgain) {
+    if (!has("pdftotext")) GTEST_SKIP() << "poppler-utils is not installed";
+    start();
+    job.mm(30, 25, u"Grüße aus Köln – Straße 7 €", 14, tsFett);
+    job.mm(40, 190, u"rechts", 12, tsRechtbuendig);
+    int32 height = 4000;
+    EXPECT_EQ(job.PrintRTFTextNeu(
+                  u"{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\f0\\fs24 Erster \\b Absatz\\b0\\par Zweiter\\par}",
+                  1440, 4000, 6000, height),
+              -1);
+    job.Ausgabe();
+    job.Orientation(poLandscape);
+    job.mm(20, 20, u"quer", 12, 0);
+    job.Ende();
+    const auto text = run("pdftotext -layout '" + file() + "' -").second;
+    for (const char* piece : {"Grüße aus Köln – Straße 7 €", "rechts", "Erster Absatz", "Zweiter", "quer"})
+        EXPECT_NE(text.find(piece), std::string::npos) << piece << "\n" << text;
+    const auto info = run("pdfinfo -f 1 -l 2 '" + file() + "'").second;
+    EXPECT_NE(info.find("Title:           Ladung & Größe"), std::string::npos) << info;
+    EXPECT_NE(info.find("Page    1 size:  595 x 842"), std::string::npos) << info;
+    const auto fonts = run("pdffonts '" + file() + "'").second;
+    EXPECT_EQ(fonts.find(" no  no "), std::string::npos) << fonts;  // all are embedded
+    EXPECT_LT(std::filesystem::file_size(file()), 40000u);          // as far as they are used
+}
+
+TEST_F(OnPaper, IsAnArchiveThatPassesPreflight) {
+    const std::string jars = "/usr/share/java/";
+    std::string path;
+    for (const char* jar :
+         {"commons-logging", "fontbox2", "javax.activation", "jaxb-api", "pdfbox2", "preflight", "xmpbox"})
+        path += jars + jar + ".jar:";
+    if (!has("java") || !std::filesystem::exists(jars + "preflight.jar"))
+        GTEST_SKIP() << "the validator is not installed";
+    start();
+    job.PDFA(true);
+    job.Protected(true);  // which an archive cannot be
+    job.DocumentProperties(u"Büro <1>", u"Erika Müßig", u"Betreff \"A\"", u"eins, zwei");
+    job.mm(30, 25, u"Für die Akten", 14, tsFett + tsUnterstrichen);
+    job.LinieMM(10, 10, 20, 100, true, bsNone, 10);
+    job.Ende();
+    const auto [status, text] =
+        run("java -cp " + path + " org.apache.pdfbox.preflight.Validator_A1b '" + file() + "'");
+    EXPECT_EQ(status, 0) << text;
+    EXPECT_NE(text.find("is a valid PDF/A-1b file"), std::string::npos) << text;
+}
+
+TEST_F(OnPaper, IsProtectedAgainstChanges) {
+    if (!has("pdfinfo")) GTEST_SKIP() << "poppler-utils is not installed";
+    start();
+    job.Protected(true);
+    job.mm(30, 25, u"geheim", 14, 0);
+    job.Ende();
+    const auto info = run("pdfinfo '" + file() + "'").second;
+    EXPECT_NE(info.find("Encrypted:       yes (print:yes copy:no change:no addNotes:no algorithm:AES-256)"),
+              std::string::npos)
+        << info;
+}
+
+// The same job on two devices: ink in the same places.
+TEST_F(OnPaper, LooksAlikeAtEverySize) {
+    start();
+    job.mm(50, 50, u"Halten", 40, tsFett);
+    job.mm(100, 100, u"Turm", 40, 0, 90);
+    job.Ausgabe();
+    const auto ink = [&](int width) {
+        const int height = width * 16838 / 11906;
+        QImage image(width, height, QImage::Format_Grayscale8);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        desktop::PainterDevice device(painter, {96, 96, 0, 0});
+        job.Page(1)->draw(device, width, height);
+        painter.end();
+        QRect box;
+        for (int y = 0; y < height; ++y)
+            for (int x = 0; x < width; ++x)
+                if (qGray(image.pixel(x, y)) < 128) box |= QRect(x, y, 1, 1);
+        return std::array{box.left() * 1000 / width, box.right() * 1000 / width, box.top() * 1000 / height,
+                          box.bottom() * 1000 / height};
+    };
+    const auto small = ink(600), large = ink(2400);
+    for (std::size_t i = 0; i < small.size(); ++i) EXPECT_NEAR(small[i], large[i], 3) << i;
+    EXPECT_NEAR(large[0], 238, 6);  // 50 mm of 210
+    EXPECT_NEAR(large[3], 337, 4);  // 100 mm of 297
+    // The measure is that of the paper: 25.4 mm are 1440 twips.
+    job.Setz(0, 0, 12, 0, 0);
+    EXPECT_NEAR(job.TextWidth(u"Musterwort"), 1187, 3);
+}
+
+}  // namespace
+}  // namespace tsRtm::test
+
+int main(int argc, char** argv) {
+    ::testing::InitGoogleTest(&argc, argv);
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}

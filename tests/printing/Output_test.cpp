@@ -1,0 +1,270 @@
+// The way of composed pages: printer, file, preview, copies, and what stops it.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "tests/printing/PaperDouble.hpp"
+#include "tests/support/MemoryFiles.hpp"
+#include "tests/support/TestGround.hpp"
+#include "tsRtm/frame/MessagesTopic.hpp"
+#include "tsRtm/printing/Druck.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+class Output : public ::testing::Test {
+ protected:
+    // Three pages, each ended as applications do it.
+    void compose(int32 pages = 3) {
+        for (int32 n = 1; n <= pages; ++n) {
+            job->mm(10, 10, toText(n));
+            job->Ausgabe();
+        }
+        job->Ende();
+    }
+    // The pages that were played, by their text; "-" an empty side.
+    std::string played() const {
+        std::string text;
+        for (const auto& page : paper.pages) text += page.lines.empty() ? '-' : page.lines.back().back();
+        return text;
+    }
+    int64 count(const std::string& what) const {
+        return std::count(paper.log.begin(), paper.log.end(), what);
+    }
+    void anew() {
+        job.reset();
+        paper.log.clear();
+        paper.pages.clear();
+        job = std::make_unique<Druck>(messages);
+    }
+
+    MemoryFiles disk;
+    StartedLibrary library{disk};
+    PaperDouble paper;
+    MessagesTopic messages;
+    std::unique_ptr<Druck> job = std::make_unique<Druck>(messages);
+};
+
+TEST_F(Output, BringsPagesToThePrinter) {
+    const struct {
+        const char* name;
+        int32 anzahl;
+        bool collate, clever;
+        int32 pages;
+        const char* played;
+    } cases[] = {
+        {"one copy", 1, true, true, 3, "123"},
+        {"collated", 2, true, true, 3, "123123"},
+        {"the printer repeats", 2, false, true, 3, "123"},
+        {"pages are repeated", 2, false, false, 3, "112233"},
+        {"a free back between", 512 + 2, true, true, 3, "123-123"},
+        {"none needed", 512 + 2, true, true, 4, "12341234"},
+        {"no duplex there", 512 + 2, true, false, 3, "123123"},
+        {"no copies asked", 0, true, true, 2, "12"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        anew();
+        job->Device(c.clever ? u"Laser" : u"Alt");
+        job->Collate(c.collate);
+        job->Init(72, c.anzahl, 1, u"A4");
+        compose(c.pages);
+        EXPECT_EQ(played(), c.played);
+        EXPECT_EQ(count("end"), 1);
+        EXPECT_EQ(job->PageCount(), c.pages);
+    }
+    anew();
+    job->Init(72, 1, 1, u"A4");
+    job->Ende();  // one empty page is a page
+    EXPECT_EQ(paper.pages.size(), 1u);
+    EXPECT_EQ(paper.pages[0].mappings.front(),
+              (platform::PageMapping{11906, 16838, 4961, 7016, -100, -50, 1}));
+}
+
+TEST_F(Output, SetsThePrinterAsFarAsItGoes) {
+    job->Init(36, 1, 2, u"Karte");
+    compose(1);
+    EXPECT_EQ(count("form Karte"), 1);
+    EXPECT_EQ(paper.laser->values[platform::PrinterFeature::paperSize], 2);  // the new form
+    EXPECT_EQ(paper.laser->values[platform::PrinterFeature::paperBin], 3);
+    paper.laser->known.pop_back();
+    paper.laser->refuses = platform::SystemError::fileExists;
+    anew();
+    job->Init(36, 1, 2, u"Karte");
+    compose(1);
+    EXPECT_EQ(count("form Karte 215 x 152 mm"), 1);
+    paper.laser->known.pop_back();
+    paper.laser->refuses = platform::SystemError::accessDenied;
+    library.ground.ui.defaultAnswer = 1;
+    job->Init(36, 1, 2, u"Karte");
+    compose(1);
+    ASSERT_EQ(library.ground.ui.boxes.size(), 1u);
+    EXPECT_TRUE(library.ground.ui.boxes[0].headline.starts_with(u"Sie haben nicht die nötigen Rechte"));
+    EXPECT_EQ(job->PaperBinName(), u"Mitte");
+    EXPECT_EQ(job->PaperBinName(9), u"Schacht ID 9");
+    job->Device(u"Kein Drucker");
+    EXPECT_EQ(job->Device(), u"Laser");
+    paper.laser->refused = 3;
+    paper.laser->values[platform::PrinterFeature::paperBin] = 1;
+    job->Init(72, 1, 2, u"A4");
+    compose(1);
+    EXPECT_EQ(job->PaperBin(), 7);
+}
+
+TEST_F(Output, MakesOneFileOfAJob) {
+    disk.putFolder(u"/brief");
+    for (const char16_t* name : {u"/brief/MAHNUNG.pdf", u"/brief/Mahnung[2].pdf"}) disk.put(name, "x");
+    job->Device(u"pdf");
+    job->JobName(u"Mahnung");
+    job->DocPath(u"/brief");
+    job->Init(72, 3, 1, u"A4");
+    job->Protected(true);
+    compose(2);
+    // Copies are for printers; the file has each page once.
+    EXPECT_EQ(paper.log,
+              (Lines{"file", "sheet 11906x16838", "sheet 11906x16838", "as /brief/Mahnung[3].pdf"}));
+    EXPECT_EQ(job->DocFile(), u"Mahnung[3].pdf");
+    EXPECT_EQ(paper.pdfSettings.ownerPassword.size(), 8u);
+    EXPECT_EQ(paper.pages[0].mappings[0].originX, 0);
+
+    anew();
+    job->Device(u"PDF");
+    job->PDFA(true);
+    job->JobName(u"a/b.PDF");
+    job->DocPath(u"/brief/neu/tief");
+    job->Init(72, 512 + 1, 1, u"A4");
+    job->Protected(true);
+    compose(1);
+    EXPECT_EQ(paper.log.back(), "as /brief/neu/tief/ab.PDF");
+    EXPECT_TRUE(paper.pdfSettings.ownerPassword.empty());  // PDF/A cannot be protected
+
+    anew();
+    paper.pdfFails = platform::SystemError::diskFull;
+    library.ground.ui.defaultAnswer = 1;
+    job->Device(u"PDF");
+    job->DocPath(u"/brief");
+    job->Init(72, 1, 1, u"A4");
+    compose(1);
+    EXPECT_TRUE(job->Abbruch());
+    EXPECT_EQ(library.ground.ui.boxes.back().title, u"Druck");
+}
+
+TEST_F(Output, MakesFurtherCopies) {
+    job->Init(72, 1, 1, u"A4");
+    disk.putFolder(u"/brief");
+    job->DocPath(u"/brief");
+    job->CopyType(CopyToPrinterAndPDF);
+    job->CopyDevice(u"Alt");
+    job->CopyCount(2);
+    compose(2);
+    EXPECT_EQ(played(), "12121212");
+    EXPECT_EQ(count("file"), 1);
+    EXPECT_EQ(count("end"), 2);
+    EXPECT_EQ(std::tuple(job->Device(), job->Copies(), job->PaperBin()), std::tuple(Text(u"Laser"), 1, 1));
+}
+
+TEST_F(Output, ShowsThePreviewAsItGrows) {
+    int32 printed = 0, cancelled = 0;
+    const auto a = job->Printed.connect([&] { ++printed; });
+    const auto b = job->Cancel.connect([&] { ++cancelled; });
+    job->Init(72, 1, 1, u"A4", true);
+    job->mm(10, 10, u"1");
+    job->Ausgabe();
+    ASSERT_TRUE(paper.previewed);
+    EXPECT_EQ(paper.previewed->pages(), 2);
+    EXPECT_TRUE(paper.previewed->source(1)->page().closed);
+    EXPECT_FALSE(paper.previewed->source(2)->page().closed);
+    paper.previewed->printPage(1);  // a proof, beside the page that is being written on
+    job->mm(10, 10, u"2");
+    library.ground.ui.defaultAnswer = 1;
+    job->Init(72, 1, 1, u"A4");
+    EXPECT_EQ(library.ground.ui.boxes.back().headline, u"Der letzte Druckjob ist noch nicht beendet.");
+    job->Ende();
+    EXPECT_EQ(paper.windowLog, (Lines{"show 1", "update"}));
+    EXPECT_EQ(played(), "1");
+    paper.previewed->copyPage(2);
+    EXPECT_EQ(paper.windowLog.back(), "copy of 5");
+    paper.previewed->leave(true);
+    EXPECT_EQ(played(), "112");
+    EXPECT_EQ(std::tuple(printed, cancelled), std::tuple(1, 0));
+
+    job->Init(72, 1, 1, u"A4", true);
+    compose(1);
+    job->Init(72, 1, 1, u"A4");  // the old one counts as cancelled, and its window goes
+    EXPECT_EQ(cancelled, 1);
+    EXPECT_FALSE(paper.windowVisible);
+    EXPECT_FALSE(job->Abbruch());
+
+    // Modal: shown once, at the end, and printed once.
+    job->Modal(true);
+    job->Init(72, 1, 1, u"A4", true);
+    paper.windowLog.clear();
+    paper.pages.clear();
+    paper.onModal = [&] { paper.previewed->leave(true); };
+    compose(2);
+    EXPECT_EQ(paper.windowLog, Lines{"show 1"});
+    EXPECT_EQ(played(), "12");
+    job->Init(72, 1, 1, u"A4", true);
+    paper.onModal = [&] { paper.previewed->leave(false); };
+    compose(1);
+    EXPECT_TRUE(job->Abbruch());
+    EXPECT_EQ(played(), "12");
+}
+
+TEST_F(Output, StopsWhereItIsBrokenOff) {
+    job->Init(72, 3, 1, u"A4");
+    job->Collate(false);
+    paper.laser->values.erase(platform::PrinterFeature::copies);
+    job->mm(10, 10, u"1");
+    int32 sides = 0;
+    library.ground.ui.onEvents = [&] {
+        if (++sides == 2) job->KillDoc();
+    };
+    job->Ausgabe();
+    library.ground.ui.onEvents = nullptr;
+    EXPECT_TRUE(job->Abbruch());
+    EXPECT_EQ(played(), "11");
+    EXPECT_EQ(paper.log.back(), "kill");
+    job->mm(10, 10, u"2");
+    job->Ende();
+    EXPECT_EQ(played(), "11");
+    // A printer that goes away.
+    library.ground.ui.defaultAnswer = 1;
+    job->Init(72, 1, 1, u"A4");
+    paper.laser->gone = true;
+    compose(2);
+    EXPECT_TRUE(job->Abbruch());
+    EXPECT_EQ(library.ground.ui.boxes.size(), 1u);
+}
+
+TEST_F(Output, AnnouncesAFax) {
+    job->Init(72, 1, 1, u"A4");
+    job->JobName(u"Brief");
+    job->FaxTyp(FritzFaxAutomatisch);
+    job->FaxNummer(u"030 1");
+    compose(1);
+    EXPECT_EQ(job->FaxError(), 1);  // nobody took it within five seconds
+    EXPECT_GE(library.ground.clock.elapsed(), std::chrono::seconds(5));
+}
+
+TEST_F(Output, ComposesWithoutADesktop) {
+    rtmMain::plugged().paper = nullptr;
+    Druck plain(messages);
+    EXPECT_EQ(plain.Device(), u"PDF");
+    plain.Init(72, 1, 1, u"A4");
+    // The measure of Arial: 667 of 1000 units for an "A", 278 for an "i".
+    EXPECT_EQ(plain.TextWidth(u"A"), 160);
+    EXPECT_EQ(plain.TextWidth(u"i"), 53);
+    int32 cancelled = 0;
+    const auto c = plain.Cancel.connect([&] { ++cancelled; });
+    plain.Init(72, 1, 1, u"A4", true);
+    plain.mm(10, 10, u"x");
+    plain.Ende();
+    EXPECT_EQ(cancelled, 1);
+    EXPECT_TRUE(plain.Abbruch());
+}
+
+}  // namespace
+}  // namespace tsRtm::test
