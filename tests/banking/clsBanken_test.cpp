@@ -150,6 +150,7 @@ TEST_F(Banken, AreReplacedAtOnceOrOneByOne) {
     EXPECT_TRUE(beside.complete && beside.beside);
     EXPECT_EQ((std::vector{beside.changed, beside.added, beside.gone}), (std::vector{1, 1, 1}));
     EXPECT_EQ(banks.Name(u"37040044"), u"Neue Bank");
+    EXPECT_EQ(banks.Name(u"10000000"), u"Bundesbank") << "a record that this object has not met";
     EXPECT_EQ(banks.Name(u"37050198"), u"");
     EXPECT_EQ(banks.Name(u"3705"), u"");
     EXPECT_EQ(banks.Name(u"MARKDEF1"), u"Bundesbank");
@@ -173,6 +174,61 @@ TEST_F(Banken, WaitForARegisterThatSomebodyHoldsAlone) {
     EXPECT_EQ(banks.Name(u"37040044"), u"");
     office.ground.clock.onSleep = [&] { alone.reset(); };
     EXPECT_EQ(banks.Name(u"37040044"), u"Commerzbank");
+}
+
+// Who imports dies at each change of the disk; those who ask find the old banks or the new ones.
+TEST_F(Banken, SurviveADeathAtEveryChangeOfAnImport) {
+    import(kFirst);
+    const auto prepared = disk.snapshot();
+    for (const bool beside : {false, true}) {
+        int64 points = 0;
+        for (int64 n = 1;; ++n) {
+            disk.restore(prepared);
+            files.as(2);
+            Office reader(files);
+            clsBanken banks;
+            if (beside) {
+                ASSERT_TRUE(banks.IsOpen());
+            }
+            files.as(static_cast<int32>(10 + n));
+            Office dying(files);
+            files.dieAt(n, CrashingFiles::LastWrite::none, CrashingFiles::Manner::silently);
+            try {
+                auto file = disk.open(u"/neu.txt", {platform::Access::readWrite, platform::Sharing::all,
+                                                    platform::Disposition::createEmpty});
+                ASSERT_FALSE(
+                    failed((*file)->writeAt(0, std::as_bytes(std::span(kSecond.data(), kSecond.size())))));
+                const auto db = dying.rtm.OpenTSDB(kRegister);
+                BankFileReader rows(**file);
+                if (db) importBanks(rows, *db);
+            } catch (const ProcessDied&) {
+            }
+            const bool died = files.died();
+            files.as(2);
+            files.dieAt(0);
+            rtmMain::TEST_restart(reader.library.platform);
+            rtmMain::state().runtimeDataDir = u"/daten";
+            // A reader may have to wait for somebody who may finish what was committed.
+            const Text before = banks.Name(u"37040044");
+            EXPECT_TRUE(before == u"Commerzbank" || before == u"Neue Bank" || before.empty()) << n;
+            {
+                const auto db = reader.rtm.OpenTSDB(kRegister);
+                ASSERT_TRUE(db) << n;
+                EXPECT_TRUE(consistent(*db)) << n;
+            }
+            const Text name = banks.Name(u"37040044");
+            const Text gone = banks.Name(u"37050198"), added = banks.Name(u"10000000");
+            EXPECT_TRUE(name == u"Commerzbank" || name == u"Neue Bank") << n;
+            EXPECT_EQ(banks.Name(u"20000000"), u"Bundesbank") << n;
+            const bool isNew = name == u"Neue Bank" && gone.empty() && !added.empty();
+            const bool isOld = name == u"Commerzbank" && !gone.empty() && added.empty();
+            EXPECT_TRUE(isNew || (died && (isOld || beside)))
+                << n << (beside ? ", beside a reader: " : ": ") << toUtf8(name + u"|" + gone + u"|" + added);
+            ++points;
+            if (!died) break;
+        }
+        EXPECT_GT(points, 10);
+    }
 }
 
 }  // namespace

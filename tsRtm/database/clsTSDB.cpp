@@ -247,6 +247,7 @@ uint64 clsTSDB::ChangeNumber() { return engine_->d.changes ? engine_->d.changes.
 Datenstand clsTSDB::Stand() {
     auto& d = engine_->d;
     if (!d.store) return {};
+    engine_->recordingFileFailures([&] { d.refreshWhenChanged(); });
     const auto status = rtmMain::system().files.status(d.folder.path(u"Data.tsd"));
     return {ChangeNumber(), status ? status->size : 0, status ? status->changed.serial() : 0};
 }

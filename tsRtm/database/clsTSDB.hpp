@@ -100,7 +100,7 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     // Whether the open files are still those that its folder has.
     bool InPlace() const;
     // Equal as long as nobody has changed a key. Older programs and changes of other fields show in size and
-    // time alone, which are less sure.
+    // time alone, which are less sure. From then on AnzahlDSaetze counts what was there at that moment.
     Datenstand Stand();
     // The first of these by itself: without a system call where the files have windows.
     uint64 ChangeNumber();

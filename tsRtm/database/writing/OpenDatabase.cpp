@@ -93,6 +93,15 @@ void OpenDatabase::refreshWhenDue() {
         refreshCount();
 }
 
+void OpenDatabase::refreshWhenChanged() {
+    refreshWhenDue();
+    if (!folder.shared || !store || !changes) return;
+    // Asked first: what comes behind it is another change.
+    const uint64 now = changes.value();
+    if (now != refreshedAt_) refreshCount();
+    refreshedAt_ = now;
+}
+
 void OpenDatabase::read(int32 record, uint32 offset, std::span<char> into) {
     // A handler within an update of this program sees the records as they are.
     if (!store.tears(record, offset, offset + into.size()) || UpdateMarks::underWayHere(count))

@@ -66,9 +66,11 @@ struct OpenDatabase {
     bool openData();
     // Stand.tsd; made by who may write. False where it is not to be had.
     bool openChanges();
-    // The record count anew, and the same where the last look is 6 x NetWait seconds old.
+    // The record count anew; the same where the last look is 6 x NetWait seconds old, as reads do; and that
+    // also where a change was counted since the last such question.
     void refreshCount();
     void refreshWhenDue();
+    void refreshWhenChanged();
     // Bytes of a record that is there, none of them half written by others, be they at work or dead; filled
     // up with blanks behind the end of the file.
     void read(int32 record, uint32 offset, std::span<char> into);
@@ -85,6 +87,7 @@ struct OpenDatabase {
     std::unique_ptr<RowMemos> memosOf(ChainStore& chain);
 
     std::chrono::nanoseconds refreshed_{};
+    uint64 refreshedAt_ = 0;  // the number of changes of the last question
 };
 
 }  // namespace tsRtm
