@@ -43,6 +43,7 @@ want_packages() {
 }
 
 build_packages="g++ cmake ninja-build pkg-config libicu-dev libsqlite3-dev nettle-dev libcli11-dev nlohmann-json3-dev
-    qt6-base-dev libqt6svg6-dev libqpdf-dev fonts-liberation"
+    qt6-base-dev libqt6svg6-dev libqpdf-dev libcups2-dev fonts-liberation"
 # They look at what the desktop makes; its tests say what they skip without them.
-desktop_test_packages="poppler-utils default-jre-headless libpdfbox2-java libjaxb-api-java libactivation-java"
+desktop_test_packages="poppler-utils default-jre-headless libpdfbox2-java libjaxb-api-java libactivation-java
+    cups-ipp-utils avahi-daemon"

@@ -8,6 +8,7 @@
 #include "desktop/paper/PdfWriting.hpp"
 #include "desktop/paper/RichText.hpp"
 #include "desktop/preview/PreviewWindows.hpp"
+#include "desktop/printers/CupsPrinters.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/frame/rtmMain.hpp"
 #include "tsRtm/frame/runtime/Lifetime.hpp"
@@ -51,8 +52,9 @@ struct Desktop::Parts {
     FontMeasure measure;
     RichText texts;
     PdfWriting pdf;
+    CupsPrinters printers;
     PreviewWindows previews;
-    platform::Paper paper{measure, texts, pdf, nullptr, hasWidgets() ? &previews : nullptr};
+    platform::Paper paper{measure, texts, pdf, &printers, hasWidgets() ? &previews : nullptr};
     std::optional<Desk> desk;
 };
 

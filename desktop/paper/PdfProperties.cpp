@@ -4,6 +4,7 @@
 #include <memory>
 #include <qpdf/Buffer.hh>
 #include <qpdf/QPDF.hh>
+#include <qpdf/QPDFPageDocumentHelper.hh>
 #include <qpdf/QPDFWriter.hh>
 
 #include "desktop/paper/Qt.hpp"
@@ -67,9 +68,34 @@ void setMetadata(QPDF& file, const QByteArray& xmp) {
     file.getRoot().replaceKey("/Metadata", stream);
 }
 
+std::string points(int32 twips) {
+    return std::to_string(twips / 20) + "." + std::to_string(twips % 20 / 2) + std::to_string(twips % 2 * 5);
+}
+
+// The upper left corner stays in its place.
+void setSizes(QPDF& file, const std::vector<std::pair<int32, int32>>& sizes) {
+    constexpr double twipsPerPoint = 20;
+    const auto pages = QPDFPageDocumentHelper(file).getAllPages();
+    for (std::size_t i = 0; i < std::min(pages.size(), sizes.size()); ++i) {
+        auto page = pages[i].getObjectHandle();
+        const auto [width, height] = sizes[i];
+        const double shift =
+            height / twipsPerPoint - page.getKey("/MediaBox").getArrayItem(3).getNumericValue();
+        auto box = QPDFObjectHandle::newArray();
+        for (const auto& number : {std::string("0"), std::string("0"), points(width), points(height)})
+            box.appendItem(QPDFObjectHandle::newReal(number));
+        page.replaceKey("/MediaBox", box);
+        if (shift == 0) continue;
+        auto content = QPDFObjectHandle::newStream(
+            &file, "1 0 0 1 0 " + QByteArray::number(shift).toStdString() + " cm\n");
+        page.addPageContents(content, true);
+    }
+}
+
 }  // namespace
 
-QByteArray completed(const QByteArray& pdf, const platform::PdfSettings& settings) {
+QByteArray completed(const QByteArray& pdf, const platform::PdfSettings& settings,
+                     const std::vector<std::pair<int32, int32>>& sizes) {
     // In UTC: PDF and XMP write other offsets in ways that do not compare.
     const auto now = QDateTime::currentDateTimeUtc();
     QPDF file;
@@ -77,6 +103,7 @@ QByteArray completed(const QByteArray& pdf, const platform::PdfSettings& setting
     setInformation(file, settings, now.toString(QStringLiteral("'D:'yyyyMMddHHmmss'Z'")).toStdString());
     if (settings.archive)
         setMetadata(file, xmpOf(settings, now.toString(QStringLiteral("yyyy-MM-dd'T'HH:mm:ss'Z'"))));
+    setSizes(file, sizes);
     QPDFWriter writer(file);
     writer.setOutputMemory();
     if (settings.archive) {

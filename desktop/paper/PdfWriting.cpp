@@ -1,13 +1,6 @@
 #include "desktop/paper/PdfWriting.hpp"
 
-#include <QBuffer>
-#include <QPageSize>
-#include <QPainter>
-#include <QPdfWriter>
-
-#include "desktop/paper/PainterDevice.hpp"
-#include "desktop/paper/PdfProperties.hpp"
-#include "desktop/paper/Qt.hpp"
+#include "desktop/paper/PdfPages.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/frame/runtime/DebugLog.hpp"
 
@@ -15,9 +8,6 @@ namespace tsRtm::desktop {
 namespace {
 
 using platform::SystemError;
-
-constexpr int kPixelsPerInch = 1200;
-constexpr qreal kTwipsPerPoint = 20;
 
 // Written beside its place and flushed, then given its name in one step.
 SystemError store(TextView name, const QByteArray& bytes) {
@@ -39,34 +29,13 @@ SystemError store(TextView name, const QByteArray& bytes) {
 
 class Document final : public platform::PdfDocument {
  public:
-    explicit Document(const platform::PdfSettings& settings) : settings_(settings), writer_(&buffer_) {
-        buffer_.open(QIODevice::WriteOnly);
-        writer_.setPdfVersion(settings.archive ? QPagedPaintDevice::PdfVersion_A1b
-                                               : QPagedPaintDevice::PdfVersion_1_6);
-        writer_.setResolution(kPixelsPerInch);
-        writer_.setPageMargins(QMarginsF());
-    }
+    explicit Document(const platform::PdfSettings& settings) : pages_(settings) {}
 
-    platform::PageDevice& page(int32 width, int32 height) override {
-        const QSizeF points(width / kTwipsPerPoint, height / kTwipsPerPoint);
-        const bool landscape = width > height;
-        writer_.setPageOrientation(landscape ? QPageLayout::Landscape : QPageLayout::Portrait);
-        writer_.setPageSize(QPageSize(landscape ? points.transposed() : points, QPageSize::Point, QString(),
-                                      QPageSize::ExactMatch));
-        if (device_)
-            writer_.newPage();
-        else
-            painter_.begin(&writer_);
-        device_ = std::make_unique<PainterDevice>(
-            painter_, platform::DeviceResolution{kPixelsPerInch, kPixelsPerInch, 0, 0});
-        return *device_;
-    }
+    platform::PageDevice& page(int32 width, int32 height) override { return pages_.page(width, height); }
 
     SystemError finish(TextView name) override {
-        painter_.end();
-        buffer_.close();
         try {
-            return store(name, completed(buffer_.data(), settings_));
+            return store(name, pages_.finish());
         } catch (const std::exception& failure) {
             rtmMain::DebugLog(u"PDF: " + fromUtf8(failure.what()));
             return SystemError::writeFault;
@@ -74,11 +43,7 @@ class Document final : public platform::PdfDocument {
     }
 
  private:
-    platform::PdfSettings settings_;
-    QBuffer buffer_;
-    QPdfWriter writer_;
-    QPainter painter_;
-    std::unique_ptr<PainterDevice> device_;
+    PdfPages pages_;
 };
 
 }  // namespace

@@ -84,7 +84,10 @@ class PaperDouble final : platform::TextMeasure,
             owner_.log.push_back("side of " + toUtf8(document));
             return &owner_.pages.emplace_back();
         }
-        void endDocument() override { owner_.log.push_back("end"); }
+        platform::SystemError endDocument() override {
+            owner_.log.push_back("end");
+            return queueRefuses;
+        }
         void killDocument() override { owner_.log.push_back("kill"); }
         std::vector<platform::PaperBin> bins() override { return {{1, u"Oben"}, {3, u"Mitte"}}; }
         platform::PaperForms& forms() override { return *this; }
@@ -100,6 +103,7 @@ class PaperDouble final : platform::TextMeasure,
         std::vector<platform::PaperForm> known = {{u"A4", 210000, 297000}};
         platform::SystemError refuses = platform::SystemError::none;  // the next form
         int32 refused = -1;                                           // a value that no feature takes
+        platform::SystemError queueRefuses = platform::SystemError::none;
         bool gone = false;
 
      private:

@@ -14,7 +14,7 @@ enum class PrinterFeature {
     paperBin,
     duplex,  // 1 off, 2 over the short edge, 3 over the long one, as the sheet lies
     quality,
-    paperSize,  // number of a form; 256 and more: the printer's own
+    paperSize,  // number of a form
     width,      // of the paper in twips, standing
     height,
     orientation,  // 1 portrait, 2 landscape
@@ -50,8 +50,9 @@ class Printer {
     // Starts a side, and before the first one the document, which has this name in the queue. The device is
     // good until the next call of the printer; nullptr: the printer is gone.
     virtual PageDevice* page(TextView document) = 0;
-    // Ends the document, or gives it up; nothing where none is under way.
-    virtual void endDocument() = 0;
+    // Ends the document, which has reached the printer whole then, or gives it up; nothing where none is under
+    // way.
+    [[nodiscard]] virtual SystemError endDocument() = 0;
     virtual void killDocument() = 0;
     virtual std::vector<PaperBin> bins() = 0;
     virtual PaperForms& forms() = 0;
@@ -63,7 +64,7 @@ class Printers {
     // The first is the user's own.
     virtual std::vector<Text> names() = 0;
     // The printer of exactly this name, which stays the same object while its document is under way; nothing
-    // where there is none.
+    // where there is none. A name that is not listed may be one, too: the address of a printer.
     virtual std::shared_ptr<Printer> printer(TextView name) = 0;
 };
 

@@ -259,9 +259,7 @@ void Druck::endPreview() {
 void Druck::Device(TextView value) {
     if (isPdf(value)) s_->job.device = kPdfDevice;
     auto* printers = s_->output.printers();
-    if (value.empty() || isPdf(value) || !printers) return;
-    const auto names = printers->names();
-    if (std::find(names.begin(), names.end(), value) != names.end()) s_->job.device = value;
+    if (!value.empty() && !isPdf(value) && printers && printers->printer(value)) s_->job.device = value;
 }
 
 void Druck::PaperSize(int32 value) {

@@ -74,7 +74,7 @@ class Druck {
     void Name(TextView value) { JobName(value); }
 
     // --- The device ---
-    // A printer by exactly its name, or "PDF"; another name changes nothing.
+    // A printer by exactly its name or its address, or "PDF"; another name changes nothing.
     Text Device() const;
     void Device(TextView value);
     int32 Copies() const noexcept;

@@ -124,7 +124,9 @@ void JobOutput::endDocument() {
     if (!started_) return;
     const auto printer = std::move(started_);
     announceFax(job_, document());
-    printer->endDocument();
+    if (const auto error = printer->endDocument(); platform::failed(error))
+        return tell(u"Der Drucker " + job_.device + u" nimmt das Dokument nicht an: " +
+                    messages_.SystemMsg(static_cast<int32>(error)));
     awaitFax(job_, document());
 }
 
@@ -176,11 +178,8 @@ void JobOutput::printFurtherCopies() {
     const auto device = job_.device;
     const auto paper = job_.paper;
     if (job_.furtherCopies != FurtherCopies::pdf) {
-        if (!job_.copyDevice.empty() && printers()) {
-            const auto names = printers()->names();
-            if (std::find(names.begin(), names.end(), job_.copyDevice) != names.end())
-                job_.device = job_.copyDevice;
-        }
+        if (!job_.copyDevice.empty() && printers() && printers()->printer(job_.copyDevice))
+            job_.device = job_.copyDevice;
         if (job_.copyBin != 0) job_.paper.paperBin = job_.copyBin;
         job_.paper.copies = std::max(job_.copyCount, 1);
         print(0);

@@ -1,0 +1,220 @@
+// A real printer behind the library: what a job asks for arrives there.
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <QApplication>
+#include <QLabel>
+#include <QPushButton>
+#include <QThread>
+#include <QTimer>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <sstream>
+
+#include "desktop/Desktop.hpp"
+#include "tests/support/TempFolder.hpp"
+#include "tsRtm/frame/MessagesTopic.hpp"
+#include "tsRtm/printing/Druck.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+// A program that runs until the object ends. Nothing of it is seen.
+class Program {
+ public:
+    explicit Program(std::vector<std::string> words) {
+        std::vector<char*> list;
+        for (auto& word : words) list.push_back(word.data());
+        list.push_back(nullptr);
+        posix_spawn_file_actions_t quiet;
+        posix_spawn_file_actions_init(&quiet);
+        for (const int stream : {1, 2})
+            posix_spawn_file_actions_addopen(&quiet, stream, "/dev/null", O_WRONLY, 0);
+        if (posix_spawnp(&id_, list[0], &quiet, nullptr, list.data(), environ) != 0) id_ = 0;
+        posix_spawn_file_actions_destroy(&quiet);
+    }
+    ~Program() { stop(); }
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+    void stop() {
+        if (id_ <= 0) return;
+        kill(id_, SIGTERM);
+        waitpid(std::exchange(id_, 0), nullptr, 0);
+    }
+
+ private:
+    pid_t id_ = 0;
+};
+
+template <class Condition>
+bool comes(Condition condition) {
+    for (int tries = 0; tries < 200; ++tries, QThread::msleep(50))
+        if (condition()) return true;
+    return false;
+}
+
+int freePort() {
+    const int socket = ::socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    const bool got = bind(socket, reinterpret_cast<sockaddr*>(&address), size) == 0 &&
+                     getsockname(socket, reinterpret_cast<sockaddr*>(&address), &size) == 0;
+    close(socket);
+    return got ? ntohs(address.sin_port) : 0;
+}
+
+// A printer of A4, Letter and some more, both sides, three bins, and any paper between A6 and A3. Each
+// document it gets lies as N.pdf in its folder, with what was asked of it in N.txt.
+class IppPrinter {
+ public:
+    // Why there is none; empty: it runs.
+    std::string start() {
+        namespace fs = std::filesystem;
+        if (system("command -v ippeveprinter >/dev/null") != 0) return "cups-ipp-utils is not installed";
+        // It makes itself known by avahi, which needs the system's bus.
+        const fs::path bus = "/run/dbus/system_bus_socket", known = "/run/avahi-daemon/socket";
+        const bool root = geteuid() == 0;
+        if (!fs::exists(bus) && root) {
+            fs::create_directories(bus.parent_path());
+            helpers_.push_back(std::make_unique<Program>(
+                std::vector<std::string>{"dbus-daemon", "--system", "--nofork", "--nopidfile"}));
+            if (!comes([&] { return fs::exists(bus); })) return "the system's bus does not start";
+        }
+        if (!fs::exists(known) && root) {
+            helpers_.push_back(std::make_unique<Program>(
+                std::vector<std::string>{"avahi-daemon", "--no-drop-root", "--no-rlimits"}));
+            if (!comes([&] { return fs::exists(known); })) return "avahi-daemon does not start";
+        }
+        if (!fs::exists(bus) || !fs::exists(known)) return "no system bus with avahi, and not root";
+        const auto command = path("arrive");
+        std::ofstream(command) << "#!/bin/sh\nn=1\nwhile [ -e '" << path("")
+                               << "'$n.pdf ]; do n=$((n+1)); done\n"
+                               << "env | grep ^IPP_ > '" << path("") << "'$n.txt\n"
+                               << "cp \"$1\" '" << path("") << "'$n.new && mv '" << path("") << "'$n.new '"
+                               << path("") << "'$n.pdf\n";
+        fs::permissions(command, fs::perms::owner_all);
+        port_ = freePort();
+        printer_ = std::make_unique<Program>(std::vector<std::string>{
+            "ippeveprinter", "-2", "-p", std::to_string(port_), "-n", "localhost", "-f", "application/pdf",
+            "-d", path(""), "-k", "-c", command, "Zimmer " + std::to_string(port_)});
+        return comes([&] { return listens(); }) ? "" : "ippeveprinter does not start";
+    }
+    void stop() { printer_.reset(); }
+    Text address() const { return u"ipp://localhost:" + toText(port_) + u"/ipp/print"; }
+    // What was asked of the document of that number, which is waited for.
+    std::map<std::string, std::string> asked(int number) const {
+        std::map<std::string, std::string> found;
+        if (!comes([&] { return std::filesystem::exists(document(number)); })) return found;
+        std::ifstream file(path(std::to_string(number) + ".txt"));
+        for (std::string line; std::getline(file, line);)
+            found[line.substr(0, line.find('='))] = line.substr(line.find('=') + 1);
+        return found;
+    }
+    std::string document(int number) const { return path(std::to_string(number) + ".pdf"); }
+
+ private:
+    std::string path(const std::string& name) const { return toUtf8(folder_.name()) + "/" + name; }
+    bool listens() const {
+        const int socket = ::socket(AF_INET, SOCK_STREAM, 0);
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_port = htons(static_cast<std::uint16_t>(port_));
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        const bool connected = connect(socket, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+        close(socket);
+        return connected;
+    }
+
+    TempFolder folder_;
+    std::vector<std::unique_ptr<Program>> helpers_;
+    std::unique_ptr<Program> printer_;
+    int port_ = 0;
+};
+
+std::string content(const std::string& file) {
+    std::ostringstream text;
+    text << std::ifstream(file, std::ios::binary).rdbuf();
+    return text.str();
+}
+
+TEST(Printers, GetWhatTheJobAsksFor) {
+    IppPrinter real;
+    if (const auto reason = real.start(); !reason.empty()) GTEST_SKIP() << reason;
+    MessagesTopic messages;
+    desktop::Desktop desk;
+    // Reads each message, and closes it.
+    std::string told;
+    QTimer reader;
+    QObject::connect(&reader, &QTimer::timeout, [&] {
+        auto* window = QApplication::activeModalWidget();
+        if (!window) return;
+        for (auto* label : window->findChildren<QLabel*>()) told += label->text().toStdString();
+        window->findChild<QPushButton*>(QStringLiteral("answer1"))->click();
+    });
+    reader.start(20);
+    Druck job(messages);
+    job.Device(u"ipp://localhost:1/ipp/print");  // where nobody answers
+    EXPECT_NE(job.Device(), u"ipp://localhost:1/ipp/print");
+    job.Device(real.address());
+    ASSERT_EQ(job.Device(), real.address());
+    job.Init(72, tsDuplexHorizontal + 3, 4, u"A4");  // bin 5, which this printer lacks
+    EXPECT_EQ(job.PaperBinName(4), u"Manueller Einzug");
+    EXPECT_EQ(job.PaperBinName(77), u"Schacht ID 77");
+    job.JobName(u"Ladung für Müller");
+    job.Collate(false);
+    job.PaperBin(4);
+    job.mm(30, 25, u"Seite 1");
+    job.Ausgabe();
+    job.mm(30, 25, u"Seite 2");
+    job.Ende();
+    EXPECT_FALSE(job.Abbruch());
+    auto asked = real.asked(1);
+    EXPECT_EQ(asked["IPP_JOB_NAME"], "Ladung für Müller");
+    EXPECT_EQ(asked["IPP_COPIES"], "3");
+    EXPECT_EQ(asked["IPP_SIDES"], "two-sided-long-edge");
+    EXPECT_NE(asked["IPP_MEDIA_COL"].find("x-dimension=21000"), std::string::npos) << asked["IPP_MEDIA_COL"];
+    EXPECT_NE(asked["IPP_MEDIA_COL"].find("media-source=manual"), std::string::npos);
+    const auto bytes = content(real.document(1));
+    EXPECT_TRUE(bytes.starts_with("%PDF-") && bytes.find("%%EOF") != std::string::npos);
+
+    // The first sheet from another bin: two jobs of one name.
+    job.Init(72, 1, 1, u"A4");
+    job.PaperBin(4);
+    job.mm(30, 25, u"Kopfbogen");
+    job.Ausgabe();
+    job.PaperBin(7);
+    job.mm(30, 25, u"Folgebogen");
+    job.Ende();
+    auto head = real.asked(2), next = real.asked(3);
+    EXPECT_NE(head["IPP_MEDIA_COL"].find("media-source=manual"), std::string::npos);
+    EXPECT_NE(next["IPP_MEDIA_COL"].find("media-source=auto"), std::string::npos);
+    EXPECT_EQ(next["IPP_COPIES"] + next["IPP_SIDES"], "1one-sided");
+
+    // A printer that has gone when the document is to reach it.
+    job.Init(72, 1, 1, u"A4");
+    job.mm(30, 25, u"verloren");
+    job.Ausgabe();
+    real.stop();
+    job.mm(30, 25, u"auch");
+    job.Ende();
+    EXPECT_TRUE(job.Abbruch());
+    EXPECT_NE(told.find("nimmt das Dokument nicht an"), std::string::npos) << told;
+    // And for the next one there is nobody.
+    told.clear();
+    job.Init(72, 1, 1, u"A4");
+    job.mm(30, 25, u"noch einmal");
+    job.Ende();
+    EXPECT_NE(told.find("antwortet nicht"), std::string::npos) << told;
+}
+
+}  // namespace
+}  // namespace tsRtm::test
