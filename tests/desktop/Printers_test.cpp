@@ -5,6 +5,7 @@
 #include <signal.h>
 #include <spawn.h>
 #include <sys/socket.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -60,6 +61,17 @@ bool comes(Condition condition) {
     return false;
 }
 
+// Whether somebody listens there: the socket's name alone stays behind, too.
+bool listens(const std::string& name) {
+    const int socket = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    name.copy(address.sun_path, sizeof address.sun_path - 1);
+    const bool connected = connect(socket, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+    close(socket);
+    return connected;
+}
+
 int freePort() {
     const int socket = ::socket(AF_INET, SOCK_STREAM, 0);
     sockaddr_in address{};
@@ -81,20 +93,20 @@ class IppPrinter {
         namespace fs = std::filesystem;
         if (system("command -v ippeveprinter >/dev/null") != 0) return "cups-ipp-utils is not installed";
         // It makes itself known by avahi, which needs the system's bus.
-        const fs::path bus = "/run/dbus/system_bus_socket", known = "/run/avahi-daemon/socket";
+        const std::string bus = "/run/dbus/system_bus_socket", known = "/run/avahi-daemon/socket";
         const bool root = geteuid() == 0;
-        if (!fs::exists(bus) && root) {
-            fs::create_directories(bus.parent_path());
+        if (!listens(bus) && root) {
+            fs::create_directories("/run/dbus");
             helpers_.push_back(std::make_unique<Program>(
                 std::vector<std::string>{"dbus-daemon", "--system", "--nofork", "--nopidfile"}));
-            if (!comes([&] { return fs::exists(bus); })) return "the system's bus does not start";
+            if (!comes([&] { return listens(bus); })) return "the system's bus does not start";
         }
-        if (!fs::exists(known) && root) {
+        if (!listens(known) && root) {
             helpers_.push_back(std::make_unique<Program>(
                 std::vector<std::string>{"avahi-daemon", "--no-drop-root", "--no-rlimits"}));
-            if (!comes([&] { return fs::exists(known); })) return "avahi-daemon does not start";
+            if (!comes([&] { return listens(known); })) return "avahi-daemon does not start";
         }
-        if (!fs::exists(bus) || !fs::exists(known)) return "no system bus with avahi, and not root";
+        if (!listens(bus) || !listens(known)) return "no system bus with avahi, and not root";
         const auto command = path("arrive");
         std::ofstream(command) << "#!/bin/sh\nn=1\nwhile [ -e '" << path("")
                                << "'$n.pdf ]; do n=$((n+1)); done\n"
@@ -106,7 +118,7 @@ class IppPrinter {
         printer_ = std::make_unique<Program>(std::vector<std::string>{
             "ippeveprinter", "-2", "-p", std::to_string(port_), "-n", "localhost", "-f", "application/pdf",
             "-d", path(""), "-k", "-c", command, "Zimmer " + std::to_string(port_)});
-        return comes([&] { return listens(); }) ? "" : "ippeveprinter does not start";
+        return comes([&] { return takesJobs(); }) ? "" : "ippeveprinter does not start";
     }
     void stop() { printer_.reset(); }
     Text address() const { return u"ipp://localhost:" + toText(port_) + u"/ipp/print"; }
@@ -123,7 +135,7 @@ class IppPrinter {
 
  private:
     std::string path(const std::string& name) const { return toUtf8(folder_.name()) + "/" + name; }
-    bool listens() const {
+    bool takesJobs() const {
         const int socket = ::socket(AF_INET, SOCK_STREAM, 0);
         sockaddr_in address{};
         address.sin_family = AF_INET;
