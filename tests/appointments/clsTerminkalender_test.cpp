@@ -7,6 +7,7 @@
 #include "tests/support/ChildProcess.hpp"
 #include "tests/support/CrashingFiles.hpp"
 #include "tsRtm/appointments/keys/DueRule.hpp"
+#include "tsRtm/database/clsTSRecordSet.hpp"
 
 namespace tsRtm::test {
 namespace {
@@ -218,6 +219,20 @@ TEST_F(Kalender, IsExtended) {
     EXPECT_EQ(all->Count(), 2);
     const auto selection = calendar->Selection(12, u"B", u"");
     EXPECT_EQ(subjects(selection), "Saal");
+
+    // As sets of records, and as the condition of one.
+    add(*calendar, u"+++++MO+", u"vorbei", u"", u"", u"01012024");
+    add(*calendar, u"*T000007", u"alle sieben", u"", u"04112024");
+    add(*calendar, u"*T000007", u"auch", u"", u"05112024");
+    EXPECT_EQ(selection->Records()->Satznummern(), std::vector<int32>{1});
+    const auto monday = calendar->Termine(u"11.11.2024");
+    auto numbers = monday->Records()->Satznummern();
+    std::sort(numbers.begin(), numbers.end());
+    EXPECT_EQ(numbers, (std::vector<int32>{1, 2, 4}));
+    EXPECT_EQ(calendar->DB()->Records()->GetSelectedRecords(calendar.get())->Satznummern(), numbers);
+    calendar->Termine(u"11.11.2024", u"B");
+    EXPECT_EQ(calendar->DB()->Records()->GetSelectedRecords(calendar.get())->Satznummern(),
+              std::vector<int32>{1});
 }
 
 // Others at the same store give no notice: looking finds what they did.

@@ -4,6 +4,7 @@
 #include "tests/database/DatabaseFixture.hpp"
 #include "tests/support/CrashingFiles.hpp"
 #include "tests/support/Raised.hpp"
+#include "tsRtm/database/clsTSRecordSet.hpp"
 #include "tsRtm/places/PlaceImport.hpp"
 
 namespace tsRtm::test {
@@ -71,6 +72,7 @@ class PlzOrt : public ::testing::Test {
 
 TEST_F(PlzOrt, OfACode) {
     EXPECT_EQ(look(u"52062"), u"-") << "no databases";
+    EXPECT_FALSE(places.OrtsSatzAusGeschl(u"05334"));
     const auto result = import(kRows);
     EXPECT_EQ(result.error, 0);
     EXPECT_EQ((std::vector{result.stored, result.places, result.codes, result.sharedCodes}),
@@ -102,6 +104,14 @@ TEST_F(PlzOrt, OfACode) {
     EXPECT_TRUE(places.PLZOrt(both, u"", both, both)) << "what comes in may be what goes out";
     EXPECT_EQ(both, u"Aachen");
     EXPECT_EQ(places.OrtsName(u"52062") + u"|" + places.OrtsName(u"12345"), u"Aachen|");
+    for (const auto& [key, count] :
+         {std::pair<TextView, int32>{u"05334", 3}, {u"0937", 3}, {u"09374", 1}, {u"04", 0}, {u"", 10}}) {
+        const auto set = places.OrtsSatzAusGeschl(key);
+        ASSERT_TRUE(set);
+        EXPECT_EQ(set->Count(), count) << toUtf8(key);
+        for (int32 n = 1; n <= set->Count(); ++n)
+            EXPECT_TRUE(set->Record(n)->Fields(fOrteGemeindeSchluessel).starts_with(key));
+    }
 }
 
 TEST_F(PlzOrt, OfAName) {
@@ -182,6 +192,39 @@ TEST_F(PlzOrt, ReadsBothFormsOfTheIndex) {
     EXPECT_EQ(look(u"70001"), u"-") << "behind the end";
     EXPECT_FALSE(failed(disk.remove(u"/daten/Orte.DBD/Index.tsd")));
     EXPECT_EQ(look(u"52062"), u"-");
+}
+
+TEST_F(PlzOrt, OfADatabaseThatIsNone) {
+    import(kRows);
+    const Bytes index = disk.dump(u"/daten/Orte.DBD/Index.tsd");
+    for (const auto& entry : {u"Control.tsd", u"Data.tsd", u"I002"}) {
+        const auto before = disk.snapshot();
+        const auto file = disk.open(Text(kOrte) + u".DBD/" + entry, {platform::Access::readWrite});
+        ASSERT_TRUE(file) << toUtf8(entry);
+        ASSERT_FALSE(failed((*file)->resize(7)));
+        look(u"52062");
+        look(u"12345 Neudorf");
+        look(u"Hamburg");
+        places.Bundesland(u"12345");
+        disk.restore(before);
+    }
+    EXPECT_EQ(look(u"52062"), u"52062 Aachen 05334");
+    // With fewer fields, and the index of another one.
+    const Text other = u"/andere/Orte";
+    rtmMain::state().runtimeDataDir = u"/andere";
+    ASSERT_TRUE(rtm.DBCreateExt(DBAnsi, other, {}, fieldsOf({{u"X", tsAlles, 3}}), 10, u"  1  0  0"));
+    const auto file =
+        disk.open(other + u".DBD/Index.tsd",
+                  {platform::Access::readWrite, platform::Sharing::all, platform::Disposition::createEmpty});
+    ASSERT_FALSE(failed((*file)->writeAt(0, std::as_bytes(std::span(index)))));
+    const auto db = rtm.OpenTSDB(other);
+    const auto record = db->Add();
+    record->Fields(1, u"abc");
+    ASSERT_TRUE(record->Update());
+    for (const TextView typed : {u"52062", u"12345", u"12345 Neudorf", u"Hamburg"})
+        EXPECT_EQ(look(typed), u"-") << toUtf8(typed);
+    EXPECT_EQ(places.Bundesland(u"12345") + places.OrtsName(u"52062"), u"");
+    EXPECT_FALSE(places.OrtsSatzAusGeschl(u"05"));
 }
 
 // The index of codes never leads into other places than those it was made with.

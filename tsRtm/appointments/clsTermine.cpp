@@ -4,6 +4,7 @@
 
 #include "tsRtm/appointments/clsTerminkalender.hpp"
 #include "tsRtm/appointments/keys/TerminKeys.hpp"
+#include "tsRtm/database/clsTSRecordSet.hpp"
 #include "tsRtm/tables/clsQuickSort.hpp"
 
 namespace tsRtm {
@@ -47,6 +48,14 @@ std::shared_ptr<clsTermin> clsTermine::ItemByID(TextView ID) const {
             return entry;
     }
     return nullptr;
+}
+
+std::shared_ptr<clsTSRecordSet> clsTermine::Records() const {
+    const auto database = calendar_->DB();
+    const auto set = database ? database->Records()->GetSelection({}) : nullptr;
+    for (const auto& entry : entries_)
+        if (set) set->AddRecords(Variant(entry->number_));
+    return set;
 }
 
 // --- Order

@@ -8,6 +8,7 @@
 
 namespace tsRtm {
 
+class clsTSRecordSet;
 class clsTerminkalender;
 
 enum eChangeAction : int32 { caChange = 0, caAdd = 1, caRemove = 2, caClear = 3 };
@@ -29,6 +30,8 @@ class clsTermine : private iSortHelper, public std::enable_shared_from_this<clsT
     // From 1; nothing outside.
     std::shared_ptr<clsTermin> Item(int32 Index) const;
     std::shared_ptr<clsTermin> ItemByID(TextView ID) const;
+    // A new set of the records of all, in this order; nothing without a store.
+    std::shared_ptr<clsTSRecordSet> Records() const;
 
     // What happened to which appointment; caClear has none.
     Event<eChangeAction, const std::shared_ptr<clsTermin>&> Change;

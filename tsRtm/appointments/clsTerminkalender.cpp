@@ -5,6 +5,7 @@
 
 #include "tsRtm/appointments/keys/DueRule.hpp"
 #include "tsRtm/calendar/clsDatum.hpp"
+#include "tsRtm/database/clsTSRecordSet.hpp"
 #include "tsRtm/frame/FilesTopic.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
 #include "tsRtm/frame/clsCommon.hpp"
@@ -24,22 +25,14 @@ constexpr TextView kSeries = u"*";
 
 bool isSameId(TextView a, TextView b) { return IstZiffern(a) && IstZiffern(b) ? Val(a) == Val(b) : a == b; }
 
-// Record numbers of a range of an index, ends included; those of keys that begin with the last one within.
-std::vector<int32> numbersBetween(clsTSDB& db, int32 index, TextView from, TextView to) {
-    const Text behind = Text(to).append(2, rtmMain::state().locale.lastChar);
-    const int32 before = db.IndexNr(Variant(db.ActiveIndex()));
-    std::vector<int32> numbers;
-    db.SetIndex(index);
-    // Positions move when others write meanwhile.
-    for (uint64 changes = db.ChangeNumber();; changes = db.ChangeNumber()) {
-        numbers.clear();
-        const int32 first = db.Rang(from), last = db.Rang(behind) - 1;
-        for (int32 position = first; position <= last; ++position)
-            if (const int32 number = db.Index(position); number > 0) numbers.push_back(number);
-        if (db.ChangeNumber() == changes) break;
-    }
-    db.SetIndex(before);
-    return numbers;
+// A bound of a range that takes all keys that begin with it.
+Text andAllBehind(TextView key) { return Text(key) + rtmMain::state().locale.lastChar; }
+
+// Record numbers of the keys that begin so, in the order of the index where the field has one.
+std::vector<int32> numbersOf(clsTSDB& db, int32 field, TextView key) {
+    const auto all = db.Records();
+    const auto range = all ? all->GetRange(field, key, andAllBehind(key)) : nullptr;
+    return range ? range->Satznummern() : std::vector<int32>();
 }
 
 bool holds(const std::vector<int32>& numbers, int32 number) {
@@ -132,21 +125,17 @@ std::shared_ptr<clsTermine> clsTerminkalender::Termine(TextView Datum, TextView 
     CheckDB();
     const clsDatum calendar;
     const Text date = Datum.empty() ? calendar.DateTo6(clsCommon().DA8()) : Text(Datum);
-    const int32 day = calendar.JulianDay(date);
-    return std::make_shared<clsTermine>(shared_from_this(), due(day, Extent), dateKeys(date), day, Extent);
+    asked_ = calendar.JulianDay(date);
+    askedExtent_ = Extent;
+    return std::make_shared<clsTermine>(shared_from_this(), due(asked_, Extent), dateKeys(date), asked_,
+                                        Extent);
 }
 
 std::shared_ptr<clsTermine> clsTerminkalender::Selection(int32 IndexFeld, TextView Von, TextView Bis,
                                                          iRecordChecker* Checker) {
-    const int32 index = db_ ? db_->IndexNr(Variant(IndexFeld)) : 0;
-    if (index < 1) return nullptr;
-    auto numbers = numbersBetween(*db_, index, Von, Bis);
-    if (Checker)
-        std::erase_if(numbers, [&](int32 number) {
-            const auto record = db_->Record(number);
-            return !record || !Checker->Okay(record);
-        });
-    return std::make_shared<clsTermine>(shared_from_this(), numbers);
+    const auto all = db_ ? db_->Records() : nullptr;
+    const auto range = all ? all->GetRange(IndexFeld, Von, andAllBehind(Bis), Checker) : nullptr;
+    return range ? std::make_shared<clsTermine>(shared_from_this(), range->Satznummern()) : nullptr;
 }
 
 // Records in the order of the day's keys. The series come behind the first key, where they would come however
@@ -164,17 +153,14 @@ std::vector<int32> clsTerminkalender::due(int32 number, TextView extent) {
         const Text key = keys.substr(at, kKeyLength);
         take(range(key, room), key);
         if (at == 0 && fields_[Rolle::gueltigAb] > 0)
-            take(numbersBetween(*db_, db_->IndexNr(Variant(fields_[Rolle::schluessel])), kSeries, kSeries),
-                 {});
+            take(numbersOf(*db_, fields_[Rolle::schluessel], kSeries), {});
     }
     return found;
 }
 
 // All records of a key, whatever else they say; kept in memory where that is wanted.
 const std::vector<int32>& clsTerminkalender::range(const Text& key, std::vector<int32>& room) {
-    const auto fetched = [&] {
-        return numbersBetween(*db_, db_->IndexNr(Variant(fields_[Rolle::schluessel])), key, key);
-    };
+    const auto fetched = [&] { return numbersOf(*db_, fields_[Rolle::schluessel], key); };
     if (!cachable_) return room = fetched();
     const auto now = rtmMain::system().clock.elapsed();
     auto known =
@@ -200,6 +186,18 @@ bool clsTerminkalender::isDue(int32 number, const Day& day, TextView key, TextVi
     if (!extender_) return true;
     const auto record = db_->Record(number);
     return record && extender_->RecordChecker(*record, extent);
+}
+
+bool clsTerminkalender::Okay(const std::shared_ptr<clsTSRecord>& R) {
+    if (!db_ || !R || asked_ == 0 || R->Deleted()) return false;
+    const auto field = [&](Rolle::Rolle role) {
+        return fields_[role] > 0 ? R->Fields(fields_[role]) : Text();
+    };
+    const Text key = field(Rolle::schluessel);
+    const DueRule rule(key, field(Rolle::gueltigAb), field(Rolle::gueltigBis));
+    const Day day = dayOf(asked_);
+    if (!(key.starts_with(kSeries) ? rule.on(day) : rule.isValid(day))) return false;
+    return !extender_ || extender_->RecordChecker(*R, askedExtent_);
 }
 
 bool clsTerminkalender::belongs(const clsTermin& termin, int32 day, TextView extent) {
@@ -241,8 +239,8 @@ std::shared_ptr<clsTermin> clsTerminkalender::Termin(TextView ID) {
     const int32 byNumber = IstZiffern(ID) ? roundToInt32(Val(ID)) : 0;
     if (field == 0) return TerminAusSatz(byNumber);
     const auto has = [&](int32 number) { return isSameId(db_->GetField(number, field), ID); };
-    if (const int32 index = db_->IndexNr(Variant(field)); index > 0) {
-        for (const int32 number : numbersBetween(*db_, index, ID, ID))
+    if (db_->IndexNr(Variant(field)) > 0) {
+        for (const int32 number : numbersOf(*db_, field, ID))
             if (has(number)) return TerminAusSatz(number);
         return nullptr;
     }

@@ -28,10 +28,10 @@ struct Day;
 
 // Without a database every operation gives nothing or False. Lives in a std::shared_ptr; its appointments and
 // lists keep it alive. Not thread-safe.
-class clsTerminkalender : public std::enable_shared_from_this<clsTerminkalender> {
+class clsTerminkalender : public iRecordChecker, public std::enable_shared_from_this<clsTerminkalender> {
  public:
     clsTerminkalender();
-    ~clsTerminkalender();
+    ~clsTerminkalender() override;
     clsTerminkalender(const clsTerminkalender&) = delete;
     clsTerminkalender& operator=(const clsTerminkalender&) = delete;
 
@@ -62,6 +62,9 @@ class clsTerminkalender : public std::enable_shared_from_this<clsTerminkalender>
     // The appointments of a range of an index, in the order of their times; an empty Bis is its end.
     std::shared_ptr<clsTermine> Selection(int32 IndexFeld, TextView Von, TextView Bis,
                                           iRecordChecker* Checker = nullptr);
+    // As the condition of a range: whether a record counts on the day, and in the Extent, that Termine was
+    // asked last: not deleted, valid, and if it counts from a start also due. Not before the first question.
+    bool Okay(const std::shared_ptr<clsTSRecord>& R) override;
     // By its id, or by the number of its record where the store has no ids. FindTermin finds only one that
     // somebody holds.
     std::shared_ptr<clsTermin> Termin(TextView ID);
@@ -112,7 +115,6 @@ class clsTerminkalender : public std::enable_shared_from_this<clsTerminkalender>
     bool create(TextView name);
     std::vector<int32> due(int32 day, TextView extent);
     const std::vector<int32>& range(const tsRtm::Text& key, std::vector<int32>& room);
-    bool isDue(clsTSRecord& record, const appointments::Day& day, TextView key, TextView extent);
     bool isDue(int32 number, const appointments::Day& day, TextView key, TextView extent);
     bool belongs(const clsTermin& termin, int32 day, TextView extent);
     std::shared_ptr<clsTermin> live(int32 number);
@@ -134,6 +136,8 @@ class clsTerminkalender : public std::enable_shared_from_this<clsTerminkalender>
     int32 seen_ = 0;    // records at the last look
     Datenstand stand_;  // at the last look, or after our own last write
     bool indexChanged_ = false;
+    int32 asked_ = 0;  // the day that was asked last, and the extent
+    tsRtm::Text askedExtent_;
     std::vector<Cached> cache_;
     std::unordered_map<int32, std::weak_ptr<clsTermin>> live_;  // by record
     clsTermin* storing_ = nullptr;

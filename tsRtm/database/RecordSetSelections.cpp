@@ -11,11 +11,7 @@ std::shared_ptr<clsTSRecordSet> clsTSRecordSet::GetSelection(TextView /*Conditio
 }
 
 std::shared_ptr<clsTSRecordSet> clsTSRecordSet::GetSelectedRecords(iRecordChecker* Condition) {
-    if (!database_) return nullptr;
-    std::vector<int32> numbers;
-    for (int32 place = 1, count = Count(); place <= count; ++place)
-        if (const int32 number = content().numberAt(place); number != 0) numbers.push_back(number);
-    return taken(std::move(numbers), Condition);
+    return database_ ? taken(Satznummern(), Condition) : nullptr;
 }
 
 std::shared_ptr<clsTSRecordSet> clsTSRecordSet::GetRange(int32 Feld, TextView Start, TextView Ende,

@@ -58,6 +58,13 @@ Text clsTSRecordSet::Caption() const {
 
 int32 clsTSRecordSet::Count() { return database_ ? content().count() : 0; }
 
+std::vector<int32> clsTSRecordSet::Satznummern() {
+    std::vector<int32> numbers;
+    for (int32 place = 1, count = Count(); place <= count; ++place)
+        if (const int32 number = content().numberAt(place); number != 0) numbers.push_back(number);
+    return numbers;
+}
+
 int32 clsTSRecordSet::FolgeNummer(const clsTSRecord& Record) {
     if (!database_ || Record.DB() != database_) return 0;
     // A row is one of its own chain; a record of the database never is a row.

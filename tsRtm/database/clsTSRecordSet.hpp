@@ -44,6 +44,8 @@ class clsTSRecordSet : public Object, public std::enable_shared_from_this<clsTSR
     bool ReadOnly() const noexcept { return readOnly_; }
     void ReadOnly(bool value) noexcept { readOnly_ = value; }
     int32 Count();
+    // The numbers of all records, or of the rows of a chain, in the order of the set.
+    std::vector<int32> Satznummern();
 
     // Of a chain alone, else they raise 5: all cells of all rows, both from 0 (assigned ones are stored by
     // Update; rows beyond those that there are come behind them, those that are missing go from the end), and

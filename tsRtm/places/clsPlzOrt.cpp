@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "tsRtm/database/clsTSRecord.hpp"
+#include "tsRtm/database/clsTSRecordSet.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/frame/state/State.hpp"
@@ -88,6 +88,13 @@ bool clsPlzOrt::PLZOrt(TextView PLZ, TextView Strasse, Text& Postleitzahl, Text&
     return PLZOrt(PLZ, Strasse, Postleitzahl, Ort, municipality);
 }
 
+std::shared_ptr<clsTSRecordSet> clsPlzOrt::OrtsSatzAusGeschl(TextView Geschl) {
+    const Opened opened(*this);
+    if (!places_) return nullptr;
+    const Text all = Text(Geschl) + rtmMain::state().locale.lastChar;
+    return places_->Records()->GetRange(fOrteGemeindeSchluessel, Geschl, all);
+}
+
 Text clsPlzOrt::OrtsName(TextView PLZ) {
     const Opened opened(*this);
     Found found;
@@ -141,17 +148,15 @@ bool clsPlzOrt::read(int32 number, Place& place) {
     if (!record || record->Deleted()) return false;
     place = {record->Fields(fOrteALORT), record->Fields(fOrteName), record->Fields(fOrteGemeindeSchluessel),
              record->Fields(fOrteZustellPLZ), record->Fields(fOrtePostfachPLZ)};
-    return true;
+    return !place.name.empty();  // of another layout
 }
 
 std::vector<clsPlzOrt::Place> clsPlzOrt::placesWith(int32 field, TextView value) {
     std::vector<Place> places;
-    const int32 index = places_->IndexNr(Variant(field));
-    if (index < 1 || value.empty()) return places;
-    places_->SetIndex(index);
-    for (places_->Gehezu(value); !places_->EOFile() && places_->FieldView(field) == value;
-         places_->MoveNext())
-        if (Place place; read(places_->AktSatzNr(), place)) places.push_back(std::move(place));
+    const auto records = value.empty() ? nullptr : places_->Records()->GetRange(field, value, value);
+    if (!records) return places;
+    for (const int32 number : records->Satznummern())
+        if (Place place; read(number, place)) places.push_back(std::move(place));
     return places;
 }
 

@@ -9,6 +9,8 @@
 
 namespace tsRtm {
 
+class clsTSRecordSet;
+
 // What a user typed, "52062" or "aachen", is settled here; where the data allow several answers he is asked,
 // and without an answer nothing is found. Databases that are missing are no failure. Each look-up opens the
 // databases anew and closes them at its end, so that they can be exchanged meanwhile.
@@ -30,6 +32,9 @@ class clsPlzOrt {
     bool PLZOrt(TextView PLZ, TextView Strasse, Text& Postleitzahl, Text& Ort, Text& GemeindeKZ,
                 bool NurPLZ = false);
     bool PLZOrt(TextView PLZ, TextView Strasse, Text& Postleitzahl, Text& Ort);
+    // The places of a municipality, or of all whose keys begin so; nothing without a database. The set holds
+    // "Orte" open.
+    std::shared_ptr<clsTSRecordSet> OrtsSatzAusGeschl(TextView Geschl);
     // The place of a code; empty where several share it.
     Text OrtsName(TextView PLZ);
     // The state of a place by its municipality; of a code that several places share without asking where they

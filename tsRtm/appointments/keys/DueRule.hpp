@@ -16,14 +16,16 @@ struct Day {
 Day dayOf(int32 number);
 std::vector<Day> daysBetween(int32 first, int32 last);
 
-// A key with its validity, which are local dates or empty for an open end. Agrees with dateKeys, isValid and
-// comesRound; a key that no date has is never due.
+// A key with its validity, which are local dates or empty for an open end. Agrees with dateKeys; a key that
+// no date has is never due. *T and *M count from the beginning of the validity, and are never due without
+// one.
 class DueRule {
  public:
     DueRule(TextView key, TextView from, TextView to);
-    bool on(const Day& day) const noexcept {
-        return (from_ == 0 || day.number >= from_) && (to_ == 0 || day.number <= to_) && comes(day);
+    bool isValid(const Day& day) const noexcept {
+        return (from_ == 0 || day.number >= from_) && (to_ == 0 || day.number <= to_);
     }
+    bool on(const Day& day) const noexcept { return isValid(day) && comes(day); }
 
  private:
     // What the key says.

@@ -163,24 +163,4 @@ eTerminTypen kindOf(TextView key) noexcept {
     return key.size() > 4 && key[4] == u'+' ? ttGanzeWoche : ttEinzel;
 }
 
-bool isValid(TextView day, TextView from, TextView to) {
-    const int32 number = kCalendar.JulianDay(day);
-    return (from.empty() || kCalendar.JulianDay(from) <= number) &&
-           (to.empty() || kCalendar.JulianDay(to) >= number);
-}
-
-bool comesRound(TextView key, TextView day, TextView start) {
-    const auto kind = kindOf(key);
-    const auto digits = key.size() > 2 ? key.substr(2, 6) : TextView();
-    if (start.empty() || !IstZiffern(digits)) return false;
-    const int32 interval = dates::number(digits);
-    if (interval < 1) return false;
-    if (kind == ttTagesAbstand) return kCalendar.DifDateC(start, day) % interval == 0;
-    if (kind != ttMonatsAbstand) return false;
-    // The same day of the month: what begins on a 31st skips all shorter months.
-    const Text one = kCalendar.NormDatum(day), other = kCalendar.NormDatum(start);
-    return one.substr(0, 2) == other.substr(0, 2) &&
-           (kCalendar.MonthFloat(day) - kCalendar.MonthFloat(start)) % interval == 0;
-}
-
 }  // namespace tsRtm::appointments

@@ -30,9 +30,4 @@ Text createKey(TextView typed);
 Text wordsOf(TextView key);
 eTerminTypen kindOf(TextView key) noexcept;
 
-// Whether the validity, open where a date is empty, holds the day.
-bool isValid(TextView day, TextView from, TextView to);
-// Whether a key *T or *M comes round on the day, counted from its start; never without a start.
-bool comesRound(TextView key, TextView day, TextView start);
-
 }  // namespace tsRtm::appointments
