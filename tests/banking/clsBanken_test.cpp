@@ -83,6 +83,10 @@ TEST_F(Banken, AreFoundByCodeAndBic) {
     ASSERT_TRUE(banks.Record(u"20000000"));
     EXPECT_EQ(banks.Record(u"20000000")->Fields(fBANKEN_ORT), u"Hamburg");
     const auto db = banks.DB();
+    db->SetIndex(bankRegister::kByPlaceAndName);
+    db->Gehezu(u"Hamburg");
+    EXPECT_EQ(banks.Name(u"37040044") + banks.BIC(u"37050198"), u"CommerzbankCOLSDE33XXX");
+    EXPECT_EQ(db->Fields(fBANKEN_BLZ) + toText(db->ActiveIndex()), u"200000004") << "nobody moved it";
     banks.CloseDB();
     EXPECT_NE(banks.DB(), db);
 }
@@ -164,6 +168,55 @@ TEST_F(Banken, AreReplacedAtOnceOrOneByOne) {
     EXPECT_TRUE(alone.complete && !alone.beside);
     EXPECT_EQ(banks.DB()->AnzahlDSaetze(), 3);
     EXPECT_TRUE(consistent(*banks.DB()));
+}
+
+// Who asks again and again has the names in memory, and sees all the same what others do.
+TEST_F(Banken, AreKnownByNameUntilSomebodyChangesThem) {
+    import(kFirst);
+    clsBanken banks;
+    for (int32 look = 0; look < 4; ++look) {
+        for (const auto& [key, name] : {std::pair<TextView, TextView>{u"37040044", u"Commerzbank"},
+                                        {u"3705", u"Sparkasse"},
+                                        {u"2", u"Bundesbank"},
+                                        {u"1", u""},
+                                        {u"37040045", u""}})
+            EXPECT_EQ(banks.Name(key), name) << look;
+        office.ground.clock.advance(std::chrono::seconds(1));
+    }
+    const auto db = office.rtm.OpenTSDB(kRegister);
+    const auto record = db->Record(1);
+    record->Fields(fBANKEN_NAME, u"Umbenannt");
+    ASSERT_TRUE(record->Update());
+    EXPECT_EQ(banks.Name(u"37040044"), u"Umbenannt") << "at once: an index has the name";
+    db->Delete(2);
+    office.ground.clock.advance(std::chrono::seconds(1));
+    EXPECT_EQ(banks.Name(u"3705"), u"") << "at the next look";
+}
+
+// Nothing is known then, and nothing fails; the check of an IBAN goes by its form where nothing can be asked.
+TEST_F(Banken, OfADatabaseThatIsNone) {
+    const Text iban = clsBanken::IBAN(u"37040044", u"1", false);
+    const auto asked = [&](bool open) {
+        clsBanken banks;
+        EXPECT_EQ(banks.IsOpen(), open);
+        EXPECT_EQ(banks.Name(u"37040044") + banks.BIC(iban) + banks.PLZOrt(u"COBADEFF"), u"");
+        EXPECT_FALSE(banks.SelectRecord(fBANKEN_BIC, u"C"));
+        office.rtm.Banken()->CloseDB();
+        clsValidBanking checker;
+        checker.Options(btIBAN);
+        EXPECT_EQ(checker.Check(nullptr, iban), open ? validWarning : validOK);
+    };
+    ASSERT_TRUE(
+        office.rtm.DBCreateExt(DBAnsi, kRegister, {}, fieldsOf({{u"X", tsAlles, 3}}), 10, u"  1  0  0"));
+    {
+        const auto db = office.rtm.OpenTSDB(kRegister);
+        const auto record = db->Add();
+        record->Fields(1, u"370");
+        ASSERT_TRUE(record->Update());
+    }
+    asked(true);
+    ASSERT_FALSE(failed(disk.remove(Text(kRegister) + u".DBD/Control.tsd")));
+    asked(false);
 }
 
 TEST_F(Banken, WaitForARegisterThatSomebodyHoldsAlone) {

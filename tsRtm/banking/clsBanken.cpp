@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "tsRtm/banking/checks/CheckDigits.hpp"
+#include "tsRtm/database/clsTSIndex.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/frame/state/State.hpp"
@@ -48,20 +49,25 @@ clsBanken::clsBanken(TextView DBName)
 clsBanken::~clsBanken() = default;
 
 void clsBanken::CloseDB() {
+    byCode_.reset();
+    byBic_.reset();
     db_.reset();
-    names_.known = false;
+    names_ = {};
 }
 
 std::shared_ptr<clsTSDB> clsBanken::DB() {
     const auto now = rtmMain::system().clock.elapsed();
     if (db_ && now - looked_ < kTrusted) return db_;
     if (db_ && !db_->InPlace()) CloseDB();
-    // What changes no key changes no number either.
-    if (names_.known && names_.stand != db_->Stand()) names_.known = false;
-    if (!db_ && name_.empty()) {
+    if (db_) {
+        const auto stand = db_->Stand();
+        names_.quiet = stand == names_.stand;
+        names_.known = names_.known && names_.quiet;
+        names_.stand = stand;
+    } else if (name_.empty()) {
         db_ = databases_.OpenReference(rtmMain::state().runtimeDataDir, kName);
         if (!db_) db_ = databases_.OpenReference(DatabasesTopic::SupportDBPath(), kName);
-    } else if (!db_) {
+    } else {
         const Text folder = FilesTopic::PathName(name_);
         db_ = databases_.OpenReference(folder.empty() ? u"." : folder, FilesTopic::FileName(name_));
     }
@@ -69,28 +75,25 @@ std::shared_ptr<clsTSDB> clsBanken::DB() {
     return db_;
 }
 
-// The number of the record, 0 where there is none.
-int32 clsBanken::find(TextView key) {
-    const auto db = DB();
-    if (!db) return 0;
-    const bool code = IstZiffern(key);
-    if (!code && key.size() != kShortBic && key.size() != kLongBic) return 0;
-    const int32 field = code ? fBANKEN_BLZ : fBANKEN_BIC;
-    const int32 index = db->IndexNr(Variant(field));
-    if (index < 1) return 0;
-    db->SetIndex(index);
-    for (db->Gehezu(key); !db->EOFile() && db->FieldView(field).starts_with(key); db->MoveNext())
-        if (!db->IsDeleted()) return db->AktSatzNr();
-    return 0;
-}
-
 std::shared_ptr<clsTSRecord> clsBanken::Record(TextView BICorBLZ) {
-    const int32 number = find(BICorBLZ);
-    return number > 0 ? db_->Record(number) : nullptr;
+    const auto db = DB();
+    const bool code = IstZiffern(BICorBLZ);
+    if (!db || (!code && BICorBLZ.size() != kShortBic && BICorBLZ.size() != kLongBic)) return nullptr;
+    const int32 field = code ? fBANKEN_BLZ : fBANKEN_BIC;
+    // Cursors of our own: whoever holds DB stands where he stood.
+    auto& order = code ? byCode_ : byBic_;
+    if (!order || !order->DB()) order = db->Records()->Index(field);
+    if (!order) return nullptr;
+    for (auto record = order->MoveTo(BICorBLZ); record && record->Fields(field).starts_with(BICorBLZ);
+         record = order->MoveNext())
+        if (!record->Deleted()) return record;
+    return nullptr;
 }
 
-// Of the record on which the search stands.
-Text clsBanken::field(TextView key, int32 number) { return find(key) > 0 ? db_->Fields(number) : Text(); }
+Text clsBanken::field(TextView key, int32 number) {
+    const auto record = Record(key);
+    return record ? record->Fields(number) : Text();
+}
 
 Text clsBanken::BIC(TextView BLZ) {
     // An IBAN, or what looks like one.
@@ -99,10 +102,10 @@ Text clsBanken::BIC(TextView BLZ) {
 }
 
 Text clsBanken::Name(TextView BLZorBIC) {
-    if (!IstZiffern(BLZorBIC) || BLZorBIC.size() > kCode) return field(BLZorBIC, fBANKEN_NAME);
-    if (!DB()) return {};
-    if (!names_.known || names_.at != db_->ChangeNumber()) learnNames();
-    if (!names_.known) return field(BLZorBIC, fBANKEN_NAME);
+    const auto db = DB();
+    if (!db || !IstZiffern(BLZorBIC) || BLZorBIC.size() > kCode) return field(BLZorBIC, fBANKEN_NAME);
+    if (!names_.known && names_.quiet) learnNames();
+    if (!names_.known || names_.at != db->ChangeNumber()) return field(BLZorBIC, fBANKEN_NAME);
     const Text* name = knownName(BLZorBIC);
     return name ? *name : Text();
 }
@@ -120,12 +123,12 @@ const Text* clsBanken::knownName(TextView code) {
     return at != names_.entries.end() && at->code - from < count ? &at->name : nullptr;
 }
 
-// Not kept where somebody writes meanwhile, and not where a code is none.
+// Not where somebody writes meanwhile, and not where a code is none: then it is tried again after the next
+// look.
 void clsBanken::learnNames() {
-    names_.known = false;
+    names_.quiet = false;
     names_.entries.clear();
     names_.at = db_->ChangeNumber();
-    names_.stand = db_->Stand();
     for (int32 number = 1, count = db_->AnzahlDSaetze(); number <= count; ++number) {
         if (db_->GetField(number, 0) == u"*") continue;
         const Text code = db_->GetField(number, fBANKEN_BLZ);
@@ -138,8 +141,9 @@ void clsBanken::learnNames() {
 }
 
 Text clsBanken::PLZOrt(TextView BLZorBIC) {
-    if (find(BLZorBIC) < 1) return {};
-    return Text(trimLeft(db_->Fields(fBANKEN_PLZ) + u" " + db_->Fields(fBANKEN_ORT)));
+    const auto record = Record(BLZorBIC);
+    if (!record) return {};
+    return Text(trimLeft(record->Fields(fBANKEN_PLZ) + u" " + record->Fields(fBANKEN_ORT)));
 }
 
 Text clsBanken::IBAN(TextView BLZ, TextView Konto, bool PrintFormat) {

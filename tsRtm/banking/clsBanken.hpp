@@ -10,6 +10,8 @@
 
 namespace tsRtm {
 
+class clsTSIndex;
+
 // The register lies below RuntimeDataDir, else below SupportDBPath. It is opened for reading at the first
 // question and stays open until CloseDB; where it cannot be opened the next question tries again, and one
 // that was replaced under its name is opened anew. A bank that is not known is no failure: the answer is
@@ -41,10 +43,11 @@ class clsBanken final : public iBankRegister {
     void CloseDB();
 
     bool IsOpen() override { return DB() != nullptr; }
-    bool HasRecord(TextView BICorBLZ) override { return find(BICorBLZ) > 0; }
+    bool HasRecord(TextView BICorBLZ) override { return Record(BICorBLZ) != nullptr; }
 
  private:
-    // Names by code, in memory, as long as the register stays as it was.
+    // Names by code, in memory, as long as the register stays as it was. They are learnt by who still asks
+    // when two looks have found it the same: not for a question or two, and not while somebody imports.
     struct Names {
         struct Entry {
             uint32 code;
@@ -52,13 +55,13 @@ class clsBanken final : public iBankRegister {
         };
         std::vector<Entry> entries;  // in the order of codes
         uint64 at = 0;               // the register's change number
-        Datenstand stand;
+        Datenstand stand;            // at the last look
+        bool quiet = false;          // the same as at the look before
         bool known = false;
     };
 
     const Text* knownName(TextView code);
     void learnNames();
-    int32 find(TextView key);
     Text field(TextView key, int32 number);
 
     std::unique_ptr<MessagesTopic> messages_;
@@ -66,6 +69,7 @@ class clsBanken final : public iBankRegister {
     DatabasesTopic databases_;
     Text name_;  // empty: the usual ones
     std::shared_ptr<clsTSDB> db_;
+    std::shared_ptr<clsTSIndex> byCode_, byBic_;
     std::chrono::nanoseconds looked_{};  // when db_ was last seen in its place
     Names names_;
 };
