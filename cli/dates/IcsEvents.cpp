@@ -1,105 +1,18 @@
 #include "cli/dates/IcsEvents.hpp"
 
 #include <algorithm>
-#include <map>
-#include <optional>
+#include <stdexcept>
 
 #include "cli/shared/CliError.hpp"
 #include "tsRtm/appointments/ical/Recurrence.hpp"
 
 namespace tsRtm::cli {
 
-using appointments::dayOfIcalDate;
 using appointments::icalDate;
 
 namespace {
 
-constexpr std::size_t kLineBytes = 75;
-constexpr std::size_t kMostLine = std::size_t{1} << 20;
 constexpr int32 kDayMinutes = 24 * 60;
-
-bool beginsCharacter(char c) noexcept { return (static_cast<uint8>(c) & 0xC0) != 0x80; }
-
-std::string capitals(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; });
-    return text;
-}
-
-Text unescaped(const std::string& text) {
-    std::string out;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] != '\\' || i + 1 == text.size()) {
-            out += text[i];
-            continue;
-        }
-        const char c = text[++i];
-        out += c == 'n' || c == 'N' ? '\n' : c;
-    }
-    return fromUtf8(out);
-}
-
-// Lines put together again where they were folded, with the number of the first.
-struct Line {
-    int64 number = 0;
-    std::string text;
-};
-std::vector<Line> linesOf(InputFile& file) {
-    std::string all(file.size(), '\0');
-    all.resize(file.read(0, all));
-    std::vector<Line> lines;
-    int64 number = 0;
-    for (std::size_t at = 0; at < all.size();) {
-        const auto end = std::min(all.find('\n', at), all.size());
-        std::string text = all.substr(at, end - at);
-        at = end + 1;
-        ++number;
-        if (!text.empty() && text.back() == '\r') text.pop_back();
-        if (!lines.empty() && !text.empty() && (text.front() == ' ' || text.front() == '\t')) {
-            if (lines.back().text.size() < kMostLine) lines.back().text += text.substr(1);
-        } else {
-            lines.push_back({number, text});
-        }
-    }
-    return lines;
-}
-
-// "DTSTART;VALUE=DATE:20241224" in its parts.
-struct Property {
-    std::string name, parameters, value;
-};
-Property propertyOf(const std::string& line) {
-    bool quoted = false;
-    std::size_t colon = 0;
-    while (colon < line.size() && (quoted || line[colon] != ':')) {
-        if (line[colon] == '"') quoted = !quoted;
-        ++colon;
-    }
-    Property out;
-    const std::string head = line.substr(0, colon);
-    const auto semicolon = std::min(head.find(';'), head.size());
-    out.name = capitals(head.substr(0, semicolon));
-    out.parameters = capitals(head.substr(semicolon));
-    if (colon < line.size()) out.value = line.substr(colon + 1);
-    return out;
-}
-
-struct Moment {
-    int32 day = 0;
-    int32 minute = -1;
-};
-std::optional<Moment> momentOf(const std::string& value) {
-    Moment out;
-    out.day = dayOfIcalDate(value.substr(0, 8));
-    if (out.day == 0) return std::nullopt;
-    if (value.size() == 8) return out;
-    const Text time = fromUtf8(value.substr(std::min<std::size_t>(9, value.size())));
-    if (value[8] != 'T' || time.size() != 6 || !IstZiffern(time)) return std::nullopt;
-    const int32 hour = roundToInt32(Val(time.substr(0, 2))), minute = roundToInt32(Val(time.substr(2, 2)));
-    if (hour > 23 || minute > 59) return std::nullopt;
-    out.minute = hour * 60 + minute;
-    return out;
-}
 
 // "P1DT2H30M" in minutes; nothing for another form.
 std::optional<int32> durationOf(const std::string& value) {
@@ -128,17 +41,15 @@ std::optional<int32> durationOf(const std::string& value) {
 
 class Reader {
  public:
-    explicit Reader(std::vector<IcsEvent>& events) : events_(events) {}
+    Reader(IcsContent& content) : events_(content.events), zones_(content.zones) {}
 
-    void take(const Line& line) {
-        const Property property = propertyOf(line.text);
-        if (property.name == "BEGIN") {
-            begin(capitals(property.value), line.number);
-        } else if (property.name == "END") {
-            end(capitals(property.value));
-        } else if (event_ && inner_ == 0) {
-            take(property);
-        }
+    void take(const IcsProperty& property) {
+        if (property.name == "BEGIN")
+            begin(icsCapitals(property.value), property.line);
+        else if (property.name == "END")
+            end(icsCapitals(property.value));
+        else if (event_ && inner_ == 0)
+            note(property);
     }
     bool calendar() const noexcept { return calendar_; }
 
@@ -154,7 +65,11 @@ class Reader {
         if (event_ && inner_ > 0) {
             --inner_;
         } else if (event_ && what == "VEVENT") {
-            settle();
+            try {
+                settle();
+            } catch (const std::invalid_argument& why) {
+                fault(why.what());
+            }
             events_.push_back(std::move(*event_));
             event_.reset();
             end_.reset();
@@ -165,53 +80,98 @@ class Reader {
         if (event_->fault.empty()) event_->fault = why;
     }
 
-    void take(const Property& property) {
+    // What is no time becomes the event's fault.
+    std::optional<IcsTime> timeOf(const IcsProperty& property, const std::string& value) {
+        const auto moment = icsMoment(value);
+        if (!moment) {
+            fault("no date: " + value);
+            return std::nullopt;
+        }
+        return IcsTime{*moment, value.ends_with('Z') ? IcsZones::kUtc : property.parameter("TZID")};
+    }
+    void timesOf(const IcsProperty& property, std::vector<IcsTime>& out) {
+        for (const auto& value : icsList(property.value))
+            if (auto time = timeOf(property, value)) out.push_back(std::move(*time));
+    }
+
+    void note(const IcsProperty& property) {
         auto& event = *event_;
-        const auto& [name, parameters, value] = property;
-        if (name == "DTSTART" || name == "DTEND") {
-            if (value.ends_with('Z')) return fault("its time is in UTC");
-            const auto moment = momentOf(value);
-            if (!moment) return fault("no date: " + value);
-            if (name == "DTEND") end_ = moment;
-            if (name == "DTSTART") event.day = moment->day, event.minute = moment->minute;
+        const auto& [line, name, parameters, value] = property;
+        if (name == "DTSTART") {
+            if (const auto time = timeOf(property, value)) {
+                event.day = time->at.day;
+                event.minute = time->at.minute;
+                event.zone = time->at.minute < 0 ? IcsZones::kHere : time->zone;
+            }
+        } else if (name == "DTEND") {
+            end_ = timeOf(property, value);
         } else if (name == "DURATION") {
             duration_ = durationOf(value);
             if (!duration_) fault("no duration: " + value);
         } else if (name == "RRULE") {
             if (!event.rule.empty()) fault("two rules");
-            event.rule = capitals(value);
-        } else if (name == "RDATE" || name == "EXDATE" || name == "RECURRENCE-ID" || name == "EXRULE") {
-            fault("exceptions of a series (" + name + ")");
+            event.rule = icsCapitals(value);
+        } else if (name == "EXDATE") {
+            timesOf(property, event.left);
+        } else if (name == "RDATE") {
+            timesOf(property, event.further);
+        } else if (name == "RECURRENCE-ID") {
+            if (!property.parameter("RANGE").empty()) fault("it changes the rest of a series");
+            event.instead = timeOf(property, value);
+        } else if (name == "EXRULE") {
+            fault("a rule of exceptions");
         } else if (name == "UID") {
             event.uid = value;
         } else if (name == "SUMMARY") {
-            event.summary = unescaped(value);
+            event.summary = icsUnescaped(value);
         } else if (name == "DESCRIPTION") {
-            event.description = unescaped(value);
+            event.description = icsUnescaped(value);
         } else if (name == "LOCATION") {
-            event.location = unescaped(value);
-        } else if (name == "STATUS" && capitals(value) == "CANCELLED") {
-            fault("it was cancelled");
+            event.location = icsUnescaped(value);
+        } else if (name == "STATUS") {
+            event.cancelled = icsCapitals(value) == "CANCELLED";
         }
     }
 
     void settle() {
         auto& event = *event_;
+        if (event.cancelled) {
+            if (!event.instead) fault("it was cancelled");
+            return;
+        }
         if (event.day == 0) return fault("without a date");
-        int32 minutes = duration_.value_or(0);
-        if (end_)
-            minutes =
-                (end_->day - event.day) * kDayMinutes + std::max(end_->minute, 0) - std::max(event.minute, 0);
+        const IcsMoment begin{event.day, event.minute};
+        int64 minutes = duration_.value_or(0);
+        if (end_) minutes = zones_.minutes(begin, event.zone, end_->at, end_->zone);
         if (event.minute < 0)
-            event.days = std::max(1, minutes / kDayMinutes);
+            event.days = static_cast<int32>(std::clamp<int64>(minutes / kDayMinutes, 1, 100000));
+        else if (minutes >= kDayMinutes)
+            return fault("it takes a day or more");
         else
-            event.minutes = std::max(0, minutes);
-        if (event.minutes >= kDayMinutes) fault("it takes a day or more");
+            event.minutes = static_cast<int32>(std::max<int64>(0, minutes));
+        limitInItsZone(event);
+    }
+
+    // The last day of a rule by the event's own clocks.
+    void limitInItsZone(IcsEvent& event) {
+        const std::string name = "UNTIL=";
+        const auto at = event.rule.find(name);
+        if (at == std::string::npos) return;
+        const auto from = at + name.size();
+        const std::string value = event.rule.substr(from, event.rule.find(';', from) - from);
+        const auto until = icsMoment(value);
+        if (!until) return fault(name + value);
+        const bool utc = value.ends_with('Z') && event.minute >= 0;
+        const IcsMoment last = utc ? zones_.moved(*until, IcsZones::kUtc, event.zone) : *until;
+        // Before the event's time of day, that day has none any more.
+        const bool over = last.minute >= 0 && last.minute < event.minute;
+        event.rule.replace(from, value.size(), icalDate(last.day - (over ? 1 : 0)));
     }
 
     std::vector<IcsEvent>& events_;
+    IcsZones& zones_;
     std::optional<IcsEvent> event_;
-    std::optional<Moment> end_;
+    std::optional<IcsTime> end_;
     std::optional<int32> duration_;
     int32 inner_ = 0;
     bool calendar_ = false;
@@ -224,39 +184,13 @@ std::string timeOf(int32 minute) {
 
 }  // namespace
 
-std::vector<IcsEvent> readIcs(InputFile& file) {
-    std::vector<IcsEvent> events;
-    Reader reader(events);
-    for (const auto& line : linesOf(file)) reader.take(line);
+IcsContent readIcs(InputFile& file) {
+    const auto properties = icsProperties(file);
+    IcsContent content{{}, IcsZones(properties)};
+    Reader reader(content);
+    for (const auto& property : properties) reader.take(property);
     if (!reader.calendar()) throw CliError("no iCalendar file: BEGIN:VCALENDAR is missing");
-    return events;
-}
-
-std::string icsLine(const std::string& text) {
-    std::string out;
-    std::size_t room = kLineBytes;
-    for (std::size_t at = 0; at < text.size();) {
-        std::size_t end = std::min(at + room, text.size());
-        while (end < text.size() && !beginsCharacter(text[end])) --end;
-        out += (at > 0 ? "\r\n " : "") + text.substr(at, end - at);
-        at = end;
-        room = kLineBytes - 1;  // a folded line begins with a blank
-    }
-    return out + "\r\n";
-}
-
-std::string icsEscaped(const std::string& text) {
-    std::string out;
-    for (const char c : text) {
-        if (c == '\r') continue;
-        if (c == '\n') {
-            out += "\\n";
-            continue;
-        }
-        if (c == '\\' || c == ';' || c == ',') out += '\\';
-        out += c;
-    }
-    return out;
+    return content;
 }
 
 IcsEvents::IcsEvents(OutputFile& file, const std::string& name, const std::string& today)

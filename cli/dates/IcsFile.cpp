@@ -2,7 +2,7 @@
 
 #include <iostream>
 
-#include "cli/dates/IcsEvents.hpp"
+#include "cli/dates/IcsLines.hpp"
 
 namespace tsRtm::cli {
 

@@ -4,17 +4,14 @@
 #include <stdexcept>
 
 #include "cli/dates/DateExpression.hpp"
-#include "cli/dates/IcsEvents.hpp"
+#include "cli/dates/IcsSeries.hpp"
 #include "cli/shared/CliError.hpp"
 #include "cli/shared/Session.hpp"
 #include "cli/shared/Terminal.hpp"
-#include "tsRtm/appointments/ical/Recurrence.hpp"
 #include "tsRtm/calendar/clsDatum.hpp"
 
 namespace tsRtm::cli {
 namespace {
-
-using appointments::KeyedSeries;
 
 constexpr std::size_t kSubject = 40;  // characters of the standard store
 
@@ -24,27 +21,28 @@ Text clock(int32 minutes) { return minutes < 0 ? Text() : kCalendar.ToTime(minut
 Text date(int32 day) { return day == 0 ? Text() : kCalendar.KalenderDay(day); }
 
 // The same appointment is there already, from an import before.
-bool isThere(clsTerminkalender& calendar, const KeyedSeries& series, const IcsEvent& event) {
-    const auto found =
-        calendar.Selection(calendar.FeldNummern()[TerminFelder::schluessel], series.key, series.key);
+bool isThere(clsTerminkalender& calendar, const IcsSeries& series, const IcsEvent& event) {
+    const auto& [key, from, to] = series.keyed;
+    const auto found = calendar.Selection(calendar.FeldNummern()[TerminFelder::schluessel], key, key);
     for (int32 i = 1; found && i <= found->Count(); ++i) {
         const auto& termin = *found->Item(i);
         const auto same = [](TextView stored, int32 day) {
             return stored.empty() ? day == 0 : kCalendar.JulianDay(stored) == day;
         };
         if (!termin.Deleted() && termin.Betreff() == event.summary.substr(0, kSubject) &&
-            termin.MinuteStart() == std::max(event.minute, 0) && same(termin.DatumVon(), series.from) &&
-            same(termin.DatumBis(), series.to))
+            termin.MinuteStart() == std::max(series.minute, 0) && same(termin.DatumVon(), from) &&
+            same(termin.DatumBis(), to))
             return true;
     }
     return false;
 }
 
-bool store(clsTerminkalender& calendar, const KeyedSeries& series, const IcsEvent& event) {
-    const bool single = series.from == 0 && series.key.find(u'+') == Text::npos && series.key.front() != u'*';
-    const auto termin = calendar.Add(series.key, single ? kCalendar.DateTo8(date(event.day)) : Text(),
-                                     clock(event.minute), event.minutes > 0 ? clock(event.minutes) : Text(),
-                                     event.summary, date(series.from), date(series.to));
+bool store(clsTerminkalender& calendar, const IcsSeries& series, const IcsEvent& event) {
+    const auto& [key, from, to] = series.keyed;
+    const int32 only = appointments::dayOfIcalDate(toUtf8(key));  // 0 for a series
+    const auto termin =
+        calendar.Add(key, only != 0 ? kCalendar.DateTo8(date(only)) : Text(), clock(series.minute),
+                     event.minutes > 0 ? clock(event.minutes) : Text(), event.summary, date(from), date(to));
     if (!termin) return false;
     termin->Ort(event.location);
     Text memo = event.summary.size() > kSubject ? event.summary : Text();
@@ -53,11 +51,13 @@ bool store(clsTerminkalender& calendar, const KeyedSeries& series, const IcsEven
     return termin->Update();
 }
 
-std::vector<KeyedSeries> seriesOf(const IcsEvent& event) {
-    // Several whole days are one series of days.
-    if (event.rule.empty() && event.days > 1) return {{u"++++++++", event.day, event.day + event.days - 1}};
-    if (event.days > 1) throw std::invalid_argument("a series of several days each");
-    return appointments::seriesOf({event.day, event.rule});
+// Those that stand in the place of a day of a series take that day from it.
+void leaveOutWhatIsReplaced(std::vector<IcsEvent>& events) {
+    for (const auto& event : events) {
+        if (!event.instead || event.uid.empty()) continue;
+        for (auto& series : events)
+            if (!series.instead && series.uid == event.uid) series.left.push_back(*event.instead);
+    }
 }
 
 }  // namespace
@@ -78,12 +78,14 @@ std::shared_ptr<clsTerminkalender> openCalendar(const std::string& name, bool wr
 void importTermine(const std::string& name, const std::string& file) {
     const DayFirst form;
     InputFile in(file);
-    const auto events = readIcs(in);
+    auto [events, zones] = readIcs(in);
+    leaveOutWhatIsReplaced(events);
     const auto calendar = openCalendar(name, true);
     int32 added = 0, there = 0, left = 0;
     for (const auto& event : events) try {
             if (!event.fault.empty()) throw std::invalid_argument(event.fault);
-            for (const auto& series : seriesOf(event)) {
+            if (event.cancelled) continue;  // a day of a series
+            for (const auto& series : icsSeries(event, zones)) {
                 if (isThere(*calendar, series, event))
                     ++there;
                 else if (store(*calendar, series, event))

@@ -73,18 +73,62 @@ TEST_F(Places, AppointmentsThereAndBack) {
     EXPECT_EQ(ok("termine import U t.ics").out, "added 0 appointments; 3 were there\n");
     EXPECT_EQ(ok("termine list T 01.01.2026 31.12.2026").out, ok("termine list U 01.01.2026 31.12.2026").out);
     write("odd.ics",
-          "BEGIN:VCALENDAR\r\nBEGIN:VEVENT\r\nDTSTART:20260101T100000Z\r\nSUMMARY:UTC\r\nEND:VEVENT\r\n"
+          "BEGIN:VCALENDAR\r\nBEGIN:VEVENT\r\nDTSTART;TZID=Nirgends:20260101T100000\r\nEND:VEVENT\r\n"
           "BEGIN:VEVENT\r\nDTSTART;VALUE=DATE:20260105\r\nDTEND;VALUE=DATE:20260108\r\nSUMMARY:drei\r\n  "
           "Tage\r\n"
           "BEGIN:VALARM\r\nDURATION:PT1H\r\nEND:VALARM\r\nEND:VEVENT\r\n"
           "BEGIN:VEVENT\r\nDTSTART:20260101T100000\r\nRRULE:FREQ=HOURLY\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n");
     const auto odd = ok("termine import U odd.ics");
     EXPECT_EQ(odd.out, "added 1 appointments; left out 2\n");
-    EXPECT_NE(odd.err.find("UTC"), std::string::npos);
+    EXPECT_NE(odd.err.find("'Nirgends'"), std::string::npos);
     EXPECT_EQ(ok("termine day U 07.01.2026").out,
               "07.01.2026 Mittwoch\n               drei Tage (jeden Tag)\n");
     write("none.ics", "hello");
     refused("termine import U none.ics", 1, "no iCalendar");
+}
+
+// Of other zones, and series with exceptions.
+TEST_F(Places, AppointmentsOfOthers) {
+    const auto event = [](const std::string& lines) {
+        std::string out = "BEGIN:VEVENT\r\n";
+        for (const char c : lines) out += c == '|' ? std::string("\r\n") : std::string(1, c);
+        return out + "\r\nEND:VEVENT\r\n";
+    };
+    write(
+        "others.ics",
+        "BEGIN:VCALENDAR\r\nBEGIN:VTIMEZONE\r\nTZID:Ost\r\n"
+        "BEGIN:DAYLIGHT\r\nDTSTART:20070311T020000\r\nRRULE:FREQ=YEARLY;BYMONTH=3;BYDAY=2SU\r\n"
+        "TZOFFSETFROM:-0500\r\nTZOFFSETTO:-0400\r\nEND:DAYLIGHT\r\n"
+        "BEGIN:STANDARD\r\nDTSTART:20071104T020000\r\nRRULE:FREQ=YEARLY;BYMONTH=11;BYDAY=1SU\r\n"
+        "TZOFFSETFROM:-0400\r\nTZOFFSETTO:-0500\r\nEND:STANDARD\r\nEND:VTIMEZONE\r\n" +
+            event("DTSTART;TZID=Ost:20260302T100000|RRULE:FREQ=WEEKLY;COUNT=6|SUMMARY:Ost|"
+                  "EXDATE;TZID=Ost:20260316T100000") +
+            event("DTSTART:20260701T223000Z|DTEND:20260702T000000Z|SUMMARY:Nacht") +
+            event("DTSTART;TZID=Europe/London:20260105T090000|RRULE:FREQ=WEEKLY|SUMMARY:London|"
+                  "EXDATE:20260105T090000Z,20260112T090000Z") +
+            event("DTSTART:20260105T230000Z|RRULE:FREQ=DAILY;UNTIL=20260107T225959Z|SUMMARY:spaet") +
+            event(
+                "UID:a|DTSTART:20260106T100000|RRULE:FREQ=WEEKLY;COUNT=3|SUMMARY:Rat|RDATE:20260108T120000") +
+            event("UID:a|RECURRENCE-ID:20260113T100000|DTSTART:20260114T140000|SUMMARY:Rat verlegt") +
+            event("UID:a|RECURRENCE-ID:20260120T100000|STATUS:CANCELLED") +
+            event("DTSTART:20260105T090000Z|RRULE:FREQ=WEEKLY|SUMMARY:ohne Ende") + "END:VCALENDAR\r\n");
+    ok("termine create V");
+    const auto read = ok("termine import V others.ics");
+    EXPECT_EQ(read.out, "added 10 appointments; left out 1\n") << read.err;
+    EXPECT_NE(read.err.find("'ohne Ende': its clocks"), std::string::npos) << read.err;
+    EXPECT_EQ(ok("termine import V others.ics").out, "added 0 appointments; 10 were there; left out 1\n");
+    std::string found;
+    const auto days = ok("termine list V 01.01.2026 31.07.2026 --json").json()["days"];
+    for (const auto& day : days)
+        for (const auto& one : day["appointments"])
+            if (one["text"] != "London" || found.find("London") == std::string::npos)
+                found += day["date"].get<std::string>().substr(0, 10) + " " + one["from"].get<std::string>() +
+                         " " + one["text"].get<std::string>() + "\n";
+    EXPECT_EQ(found,
+              "2026-01-06 00:00 spaet\n2026-01-06 10:00 Rat\n2026-01-07 00:00 spaet\n2026-01-08 12:00 Rat\n"
+              "2026-01-14 14:00 Rat verlegt\n2026-01-19 10:00 London\n2026-03-02 16:00 Ost\n"
+              "2026-03-09 15:00 Ost\n2026-03-23 15:00 Ost\n2026-03-30 16:00 Ost\n2026-04-06 16:00 Ost\n"
+              "2026-07-02 00:30 Nacht\n");
 }
 
 }  // namespace

@@ -105,5 +105,24 @@ TEST_F(Recurrences, BecomeKeysOrAreRefused) {
     EXPECT_EQ(dayOfIcalDate("20240230") + dayOfIcalDate("2024"), 0);
 }
 
+TEST_F(Recurrences, LoseDays) {
+    const auto first = dayNumber(u"31012024");
+    for (const char* rule :
+         {"", "FREQ=WEEKLY;COUNT=5;BYDAY=WE,TH", "FREQ=MONTHLY", "FREQ=MONTHLY;BYDAY=-1WE",
+          "FREQ=DAILY;INTERVAL=45;UNTIL=20260101", "FREQ=YEARLY;INTERVAL=2", "FREQ=DAILY"}) {
+        auto series = seriesOf({first, rule});
+        auto days = dueBy(series);
+        for (int32 n = 0; n < 3 && !days.empty(); ++n) {
+            const int32 day = *std::next(days.begin(), n % static_cast<int32>(days.size()));
+            std::vector<KeyedSeries> rest;
+            for (const auto& one : series)
+                for (auto& part : withoutDay(one, day)) rest.push_back(std::move(part));
+            days.erase(day);
+            ASSERT_EQ(dueBy(rest), days) << rule << ", without " << icalDate(day);
+            series = std::move(rest);
+        }
+    }
+}
+
 }  // namespace
 }  // namespace tsRtm::test

@@ -347,4 +347,19 @@ std::vector<KeyedSeries> seriesOf(const Recurrence& recurrence) {
     return Series(recurrence).run();
 }
 
+std::vector<KeyedSeries> withoutDay(const KeyedSeries& series, int32 day) {
+    const DueRule rule(series.key, kCalendar.KalenderDay(series.from), kCalendar.KalenderDay(series.to));
+    if (!rule.on(dayOf(day))) return {series};
+    std::vector<KeyedSeries> out;
+    if (series.from < day && kindOf(series.key) != ttEinzel)
+        out.push_back({series.key, series.from, day - 1});
+    const int32 last = series.to != 0 ? series.to : day + kFurthest;
+    for (int32 next = day + 1; next <= last; ++next)
+        if (rule.on(dayOf(next))) {
+            out.push_back({series.key, next, series.to});
+            break;
+        }
+    return out;
+}
+
 }  // namespace tsRtm::appointments

@@ -28,6 +28,10 @@ struct KeyedSeries {
 // some day would be due too much or too little.
 std::vector<KeyedSeries> seriesOf(const Recurrence& recurrence);
 
+// The series without that day: as it was, in two parts, in one, or nothing. Parts that count from a start
+// begin on a day on which the whole one is due.
+std::vector<KeyedSeries> withoutDay(const KeyedSeries& series, int32 day);
+
 // "20241224", and back; 0 for what is no date.
 std::string icalDate(int32 day);
 int32 dayOfIcalDate(std::string_view text);
