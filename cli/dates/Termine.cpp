@@ -228,7 +228,9 @@ void addTermine(CLI::App& app) {
     addDatabase(*importing, options->name);
     importing->add_option("ICS", options->file, "The file")->required();
     importing->footer(
-        "What would be due on other days than the file says is left out, and named with its reason.");
+        "Times of other zones become those of this place. What would be due on other days than the file says "
+        "is\n"
+        "left out, and named with its reason.");
 
     auto* exporting =
         command("export", "Write all appointments into an iCalendar file", [](const Options& o) {
