@@ -100,7 +100,7 @@ void Adresse::Drucken(Druck* Drucker, float64 Zeile, float64 Spalte, int32 Schri
 
     std::vector<Text> lines{(titel_.empty() ? Text() : titel_ + u" ") + VollName()};
     if (!rtmMain::state().adresseMitAnrede) clsTSOptions().AdresseMitAnrede();
-    if (*rtmMain::state().adresseMitAnrede) lines[0] = adrAnrede_ + u" " + lines[0];
+    if (*rtmMain::state().adresseMitAnrede && !adrAnrede_.empty()) lines[0] = adrAnrede_ + u" " + lines[0];
     addNamesAndStreet(lines);
     for (const Text& line : {postalLine::split(plzOrt_).rest, Land()})
         if (!line.empty()) lines.push_back(line);

@@ -28,8 +28,8 @@ class clsTSIndex::Loop {
           zusatz_(zusatz) {}
 
     void run(TextView from, TextView to) {
+        if (cursor_.Count() == 0) return;
         collect(from, to);
-        if (visits_.empty()) return;
         LoopProgress progress(static_cast<int32>(visits_.size()),
                               [this](int32 done, int32 sum) { database_->UpdateProgress(1, done, sum); });
         for (const auto& visit : visits_) {
