@@ -1,20 +1,13 @@
 #include "tsRtm/banking/BankRegister.hpp"
 
+#include "tsRtm/control/files/NewFields.hpp"
 #include "tsRtm/database/DatabasesTopic.hpp"
 
 namespace tsRtm::bankRegister {
 namespace {
 
-struct FieldRow {
-    int32 length;
-    int32 typ;
-    TextView name;
-    TextView caption;
-    TextView help;
-};
-
 // In the order of FelderBanken; the columns are as wide as those of the bank code file.
-constexpr std::array<FieldRow, kFields> kFieldRows{{
+constexpr std::array<NewField, kFields> kFieldRows{{
     {bankFormat::kCode.size, tsZiffern, u"BLZ", u"&Bankleitzahl", u"Bankleitzahl, acht Ziffern"},
     {bankFormat::kName.size, tsAlles, u"NAME", u"&Name", u"Name der Bank"},
     {bankFormat::kPostalCode.size, tsZiffern, u"PLZ", u"&PLZ", u"Postleitzahl"},
@@ -29,22 +22,7 @@ static_assert(kIndexes.size() == 27);
 
 }  // namespace
 
-TSIOArray fields() {
-    TSIOArray out;
-    for (const auto& row : kFieldRows) {
-        auto field = std::make_shared<TSIO>();
-        field->Zeile(static_cast<int32>(out.size()) + 1);
-        field->Spalte(1);
-        field->Laenge(row.length);
-        field->Typ(row.typ);
-        field->Caption(row.caption);
-        field->Hilfe(row.help);
-        field->Name(row.name);
-        out.push_back(std::move(field));
-    }
-    return out;
-}
-
+TSIOArray fields() { return newFields(kFieldRows); }
 Text indexes() { return Text(kIndexes); }
 
 bool fits(const clsControl& control) {
