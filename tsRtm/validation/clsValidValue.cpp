@@ -11,14 +11,16 @@ namespace {
 // A little within the range of all numbers.
 constexpr float64 kLowest = std::bit_cast<float64>(uint64{0xFFEFFFFFFFFFFFB0});
 constexpr float64 kHighest = std::bit_cast<float64>(uint64{0x7FEFFFFFFFFFFFB0});
-constexpr float64 kToldFrom = 1E+300;  // limits beyond are none that one tells
+constexpr std::size_t kMostCharacters = 4096;  // that are read of a number
+constexpr float64 kToldFrom = 1E+300;          // limits beyond are none that one tells
 
 }  // namespace
 
 clsValidValue::clsValidValue() noexcept : minimum_(kLowest), maximum_(kHighest) {}
 
 float64 clsValidValue::NumberOf(TextView text) {
-    // As far as a number can go: what follows may be long.
+    // As far as a number can go: what follows may be long, and so may what has its characters.
+    text = text.substr(0, kMostCharacters);
     Text number(text.substr(0, text.find_first_not_of(u" +-.,0123456789eE")));
     for (auto& c : number)
         if (c == u',') c = u'.';

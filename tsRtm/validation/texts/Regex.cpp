@@ -77,7 +77,8 @@ class Run {
     }
 
     bool anywhere() {
-        for (uint32 start = 0; start <= text_.size() && work_ > 0; ++start)
+        const bool fromBegin = program_.steps.front().op == Op::begin;
+        for (uint32 start = 0; start <= (fromBegin ? 0 : text_.size()) && work_ > 0; ++start)
             if (matches(0, start)) return true;
         return false;
     }
