@@ -6,6 +6,7 @@
 #include <iban.h>
 #endif
 
+#include <ctime>
 #include <filesystem>
 
 #include "tsRtm/tsRtm.hpp"
@@ -96,6 +97,41 @@ void addresses(benchmark::State& state) {
     for (auto _ : state) benchmark::DoNotOptimize(address.Check(nullptr, text));
 }
 BENCHMARK(addresses);
+
+// Every checker in every mode on the texts that take longest: the greatest processor time of one check.
+void anyText(benchmark::State& state) {
+    start();
+    std::vector<std::unique_ptr<iValidChecker>> all;
+    const auto add = [&](auto checker, int32 mode) {
+        checker->Options(mode);
+        all.push_back(std::move(checker));
+    };
+    add(std::make_unique<clsValidValue>(), voRange);
+    for (int32 mode = 0; mode < 8; ++mode) {
+        add(std::make_unique<clsValidBanking>(), mode);
+        add(std::make_unique<clsValidDate>(), mode);
+        add(std::make_unique<clsValidEAdr>(), mode);
+    }
+    for (const TextView expression : {u"^(a+)+b$", u"^((.*)*)*\\2x", u"(?=(.*,){12}P)", u"*a*a*a*a*b"})
+        for (const int32 mode : {int32{loRegExp}, int32{loIgnoreCase}, int32{loLike}}) {
+            auto like = std::make_unique<clsValidLike>();
+            like->Pattern(expression);
+            add(std::move(like), mode);
+        }
+    constexpr std::size_t kMegabyte = std::size_t{1} << 20;
+    const Text texts[] = {Text(kMegabyte, u'9'), Text(kMegabyte, u'a'), Text(kMegabyte, u'@'),
+                          Text(kMegabyte, u' '), Text(kMegabyte, u'Ж'), Text(4096, u'a') + u"@"};
+    float64 worst = 0;
+    for (auto _ : state)
+        for (const auto& text : texts)
+            for (const auto& checker : all) {
+                const std::clock_t begin = std::clock();
+                benchmark::DoNotOptimize(checker->Check(nullptr, text));
+                worst = std::max(worst, static_cast<float64>(std::clock() - begin) * 1000 / CLOCKS_PER_SEC);
+            }
+    state.counters["worst ms"] = worst;
+}
+BENCHMARK(anyText)->Unit(benchmark::kMillisecond)->Iterations(3);
 
 // --- Payments
 
