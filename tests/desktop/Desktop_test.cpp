@@ -4,11 +4,15 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QBuffer>
 #include <QImage>
 #include <QPainter>
 #include <array>
 #include <cstdio>
 #include <filesystem>
+#include <map>
+#include <regex>
+#include <sstream>
 
 #include "desktop/paper/PainterDevice.hpp"
 #include "tests/support/TempFolder.hpp"
@@ -68,6 +72,67 @@ TEST_F(OnPaper, CanBeReadAgain) {
     const auto fonts = run("pdffonts '" + file() + "'").second;
     EXPECT_EQ(fonts.find(" no  no "), std::string::npos) << fonts;  // all are embedded
     EXPECT_LT(std::filesystem::file_size(file()), 40000u);          // as far as they are used
+}
+
+// Where each word of the first page begins, in points from the left and the top edge.
+std::map<std::string, std::pair<double, double>> words(const std::string& file) {
+    std::map<std::string, std::pair<double, double>> found;
+    std::istringstream lines(run("pdftotext -bbox -f 1 -l 1 '" + file + "' -").second);
+    const std::regex word(R"rx(xMin="([0-9.]+)" yMin="([0-9.]+)".*>([^<]+)</word>)rx");
+    std::smatch match;
+    for (std::string line; std::getline(lines, line);)
+        if (std::regex_search(line, match, word))
+            found[match[3]] = {std::stod(match[1]), std::stod(match[2])};
+    return found;
+}
+
+TEST_F(OnPaper, LaysOutIndentsTablesAndPictures) {
+    if (!has("pdftotext")) GTEST_SKIP() << "poppler-utils is not installed";
+    QImage red(20, 10, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    red.save(&buffer, "PNG");
+    Text rtf =
+        u"{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\f0\\fs20\\pard Rand\\par\\pard\\li1440 "
+        u"Einzug\\par\\pard\\tx2880\\tab "
+        u"Tabulator\\par\\pard{\\*\\shppict{\\pict\\pngblip\\picwgoal1440\\pichgoal720 " +
+        fromUtf8(bytes.toHex().toStdString()) + u"}}Bild\\par";
+    for (int row = 1; row <= 40; ++row)
+        rtf += u"\\trowd\\clbrdrt\\brdrs\\cellx2880\\cellx7200\\pard\\intbl L" + toText(row) + u"\\cell R" +
+               toText(row) + u"\\par noch\\cell\\row";
+    rtf += u"\\pard Schluss\\par}";
+    start();
+    int32 pages = 0;
+    for (int32 next = 0; next >= 0 && pages < 10; ++pages) {
+        if (pages > 0) job.Ausgabe();
+        int32 height = 10000;
+        next = job.PrintRTFTextNeu(rtf, 1440, 1440, 8000, height, next);
+    }
+    job.Ende();
+    EXPECT_EQ(pages, 3);
+    const auto at = words(file());
+    const auto expectLeft = [&](const char* word, double points) {
+        ASSERT_TRUE(at.contains(word)) << word;
+        EXPECT_NEAR(at.at(word).first, points, 1.5) << word;
+    };
+    expectLeft("Rand", 72);
+    expectLeft("Einzug", 144);
+    expectLeft("Tabulator", 216);
+    expectLeft("Bild", 144);
+    expectLeft("L1", 75.5);
+    expectLeft("R1", 219.5);
+    EXPECT_NEAR(at.at("L1").second, at.at("R1").second, 0.5);
+    EXPECT_GT(at.at("Bild").second - at.at("Tabulator").second, 30);  // below 36 points of picture
+    // Each row on one page, and none twice.
+    const auto text = run("pdftotext -layout '" + file() + "' -").second;
+    for (int row = 1; row <= 40; ++row) {
+        const std::regex cells("L" + std::to_string(row) + " +R" + std::to_string(row) + "\n");
+        EXPECT_EQ(
+            std::distance(std::sregex_iterator(text.begin(), text.end(), cells), std::sregex_iterator()), 1)
+            << row;
+    }
+    EXPECT_NE(text.find("Schluss"), std::string::npos);
 }
 
 TEST_F(OnPaper, IsAnArchiveThatPassesPreflight) {

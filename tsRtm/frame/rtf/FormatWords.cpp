@@ -84,6 +84,7 @@ constexpr Row<Character> kCharacterWords[] = {
 
 constexpr Row<Paragraph> kParagraphWords[] = {
     {u"fi", [](Paragraph& p, const Token& t) { p.format.first = length(t); }},
+    {u"intbl", [](Paragraph& p, const Token& t) { p.format.inTable = on(t); }},
     {u"li", [](Paragraph& p, const Token& t) { p.format.left = length(t); }},
     {u"pagebb", [](Paragraph& p, const Token& t) { p.format.pageBreakBefore = on(t); }},
     {u"pard", [](Paragraph& p, const Token&) { p = {}; }},

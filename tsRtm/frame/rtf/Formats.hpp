@@ -59,9 +59,29 @@ struct ParagraphFormat {
     int32 lineSpacing = 0;                 // 0 by the font, over 0 at least, below 0 exactly so much
     bool lineMultiple = false;             // lineSpacing is a multiple of one line: 240 single, 480 double
     bool pageBreakBefore = false;
+    bool inTable = false;
     std::vector<Tab> tabs;   // ascending by position
     int32 defaultTab = 720;  // distance of the tabulators behind the last of these
     bool operator==(const ParagraphFormat&) const = default;
+};
+
+// A row of a table has no more cells; those beyond are left out.
+constexpr std::size_t kMostCells = 64;
+
+struct RowFormat {
+    int32 left = 0;            // of the first cell, from the left margin
+    std::vector<int32> edges;  // right ones of the cells, ascending
+    bool borders = false;
+    bool operator==(const RowFormat&) const = default;
+};
+
+enum class PictureKind { other, png, jpeg };
+
+// A picture as it lies in the text.
+struct Picture {
+    PictureKind kind = PictureKind::other;
+    int32 width = 0, height = 0;  // 0: as the picture itself has it
+    Bytes bytes;
 };
 
 }  // namespace tsRtm::rtf

@@ -6,6 +6,7 @@
 #include "tsRtm/frame/rtf/Charsets.hpp"
 #include "tsRtm/frame/rtf/FormatWords.hpp"
 #include "tsRtm/frame/rtf/HeadTables.hpp"
+#include "tsRtm/frame/rtf/PictureText.hpp"
 #include "tsRtm/frame/rtf/Tokens.hpp"
 
 namespace tsRtm::rtf {
@@ -35,9 +36,9 @@ constexpr BreakRow kBreaks[] = {
 
 // Destinations whose content is no running text. Those behind "\*" are skipped without being known.
 constexpr TextView kSkipped[] = {
-    u"annotation", u"bkmkend", u"bkmkstart",  u"falt",     u"filetbl",      u"fldinst", u"footer",
-    u"footerf",    u"footerl", u"footerr",    u"footnote", u"header",       u"headerf", u"headerl",
-    u"headerr",    u"info",    u"listtable",  u"nextfile", u"nonesttables", u"objdata", u"pict",
+    u"annotation", u"bkmkend", u"bkmkstart",  u"falt",     u"filetbl",      u"fldinst",    u"footer",
+    u"footerf",    u"footerl", u"footerr",    u"footnote", u"header",       u"headerf",    u"headerl",
+    u"headerr",    u"info",    u"listtable",  u"nextfile", u"nonesttables", u"nonshppict", u"objdata",
     u"revtbl",     u"rxe",     u"stylesheet", u"tc",       u"tcn",          u"xe",
 };
 
@@ -51,7 +52,7 @@ static_assert(std::ranges::is_sorted(kCharacters, {}, &CharacterRow::name));
 static_assert(std::ranges::is_sorted(kBreaks, {}, &BreakRow::name));
 static_assert(std::ranges::is_sorted(kSkipped));
 
-enum class Content { text, fonts, colours, nothing };
+enum class Content { text, fonts, colours, picture, nothing };
 
 // What a group inherits and its end takes back.
 struct Group {
@@ -122,9 +123,17 @@ class Reader {
         if (tooDeep_ > 0)
             --tooDeep_;
         else if (groups_.size() > 2)
-            groups_.pop_back();
+            leaveGroup();
         else
             ended_ = true;  // what follows the outermost group is not of the text
+    }
+
+    void leaveGroup() {
+        const auto content = group().content;
+        groups_.pop_back();
+        if (content != Content::picture || !shows()) return;
+        flushRun();
+        visitor_.onPicture(pictures_.picture());
     }
 
     bool isStandIn() noexcept {
@@ -187,11 +196,29 @@ class Reader {
     void takeWordOf(Content content, const Token& word) {
         if (content == Content::fonts) fonts_.word(word);
         if (content == Content::colours) colours_.word(word);
-        if (content != Content::text) return;
+        if (content == Content::picture) pictures_.word(word);
+        if (content != Content::text || takeRowWord(word)) return;
         if (applyCharacterWord(group().character, word) || applyParagraphWord(group().paragraph, word))
             return;
         if (const auto* row = rowOf(kCharacters, word.name)) give({&row->character, 1});
         if (const auto* row = rowOf(kBreaks, word.name)) giveBreak(row->kind);
+    }
+
+    bool takeRowWord(const Token& word) {
+        if (word.name == u"trowd") {
+            row_ = {};
+        } else if (word.name == u"trleft") {
+            row_.left = std::clamp(word.number, -kLargestLength, kLargestLength);
+        } else if (word.name == u"cellx") {
+            const int32 edge = std::clamp(word.number, 0, kLargestLength);
+            if (row_.edges.size() < kMostCells && (row_.edges.empty() || edge > row_.edges.back()))
+                row_.edges.push_back(edge);
+        } else if (word.name.starts_with(u"clbrdr")) {
+            row_.borders = true;
+        } else {
+            return false;
+        }
+        return true;
     }
 
     // Codes from 8000 on, in hexadecimal, come as negative numbers.
@@ -208,6 +235,13 @@ class Reader {
             group().aroundFaces = std::exchange(group().content, Content::nothing);
         } else if (name == u"ud" && starred) {
             group().content = group().aroundFaces;  // the Unicode face; the other one is skipped
+        } else if (name == u"pict") {
+            if (shows()) {
+                group().content = Content::picture;
+                pictures_ = {};
+            }
+        } else if (name == u"shppict") {
+            return true;  // the picture as newer readers know it
         } else if (name == u"nesttableprops") {
             return true;  // the rows of inner tables end in it
         } else if (starred || std::ranges::binary_search(kSkipped, name)) {
@@ -261,6 +295,7 @@ class Reader {
     void give(TextView text) {
         if (group().content == Content::fonts) fonts_.text(text);
         if (group().content == Content::colours) colours_.text(text);
+        if (group().content == Content::picture) pictures_.text(text);
         if (shows()) show(text);
     }
 
@@ -294,6 +329,7 @@ class Reader {
         flushRun();
         auto& format = group().paragraph.format;
         format.defaultTab = defaultTab_;
+        if (kind == Break::row && !row_.edges.empty()) visitor_.onRow(row_);
         visitor_.onBreak(kind, format);
     }
 
@@ -302,6 +338,8 @@ class Reader {
     Decoder decoder_;
     FontTable fonts_;
     ColourTable colours_;
+    PictureText pictures_;
+    RowFormat row_;
     std::vector<Group> groups_{Group{}};
     std::size_t tooDeep_ = 0;
     Bytes bytes_;

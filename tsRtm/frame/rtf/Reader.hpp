@@ -29,10 +29,14 @@ class Visitor {
     // `format` is that of the paragraph in which the break stands; it counts for the whole paragraph where
     // the break ends one. Break::end comes once, last.
     virtual void onBreak(Break kind, const ParagraphFormat& format) = 0;
+    // Just before the Break::row of a row whose cells were told.
+    virtual void onRow(const RowFormat&) {}
+    // In the line, as a character is.
+    virtual void onPicture(const Picture&) {}
 };
 
-// Reads a text to its end. Left out is whatever is no running text: heads and feet, notes, pictures, styles,
-// the instructions of fields, and all destinations that are unknown. Characters come by the code page of
+// Reads a text to its end. Left out is whatever is no running text: heads and feet, notes, styles, the
+// instructions of fields, and all destinations that are unknown. Characters come by the code page of
 // their font or the document, or as Unicode with their stand-ins skipped.
 //
 // Any text has some reading: broken words mean nothing, groups beyond the thousandth level share one format,
