@@ -147,9 +147,9 @@ void Druck::prepare() {
     if (!page) return;
     page->traits = s_->job.paper;
     const int32 colour = s_->writer.foreColour;
-    page->commands.emplace_back(platform::Pen{0, 0, colour});
-    page->commands.emplace_back(platform::Brush{bsHollow, colour, 0});
-    page->commands.emplace_back(platform::TextColour{colour});
+    page->commands.add(platform::Pen{0, 0, colour});
+    page->commands.add(platform::Brush{bsHollow, colour, 0});
+    page->commands.add(platform::TextColour{colour});
 }
 
 void Druck::Ausgabe(bool Schliessen) {

@@ -28,13 +28,13 @@ void Druck::CreatePen(int32 Style, int32 Width, int32 Color) {
     auto* page = silent() ? nullptr : s_->pages.current();
     // A line that has a width keeps one.
     if (page)
-        page->commands.emplace_back(
+        page->commands.add(
             platform::Pen{Style, Width > 0 ? std::max(Width / page->factor, 1) : Width, Color});
 }
 
 void Druck::CreateBrush(int32 Style, int32 Color, int32 Hatch) {
     auto* page = silent() ? nullptr : s_->pages.current();
-    if (page) page->commands.emplace_back(platform::Brush{Style, Color, Hatch});
+    if (page) page->commands.add(platform::Brush{Style, Color, Hatch});
 }
 
 void Druck::Linie(int32 AnfangY, int32 AnfangX, int32 EndeY, int32 EndeX, bool Rechteck, GDIBrushStyles Style,
@@ -44,10 +44,10 @@ void Druck::Linie(int32 AnfangY, int32 AnfangX, int32 EndeY, int32 EndeX, bool R
     draw(Style, Dicke);
     const auto from = onPage(*page, AnfangY, AnfangX), to = onPage(*page, EndeY, EndeX);
     if (Rechteck)
-        page->commands.emplace_back(
+        page->commands.add(
             platform::Shape{platform::ShapeKind::polygon, {from, {to.x, from.y}, to, {from.x, to.y}}});
     else
-        page->commands.emplace_back(platform::Line{from, to});
+        page->commands.add(platform::Line{from, to});
 }
 
 void Druck::LinieMM(float64 AnfangY, float64 AnfangX, float64 EndeY, float64 EndeX, bool Rechteck,
@@ -65,8 +65,8 @@ void Druck::Ellipse(int32 AnfangY, int32 AnfangX, int32 EndeY, int32 EndeX, GDIB
     auto* page = silent() ? nullptr : s_->pages.current();
     if (!page) return;
     draw(Style, Dicke);
-    page->commands.emplace_back(platform::Shape{
-        platform::ShapeKind::ellipse, {onPage(*page, AnfangY, AnfangX), onPage(*page, EndeY, EndeX)}});
+    page->commands.add(platform::Shape{platform::ShapeKind::ellipse,
+                                       {onPage(*page, AnfangY, AnfangX), onPage(*page, EndeY, EndeX)}});
 }
 
 void Druck::RundRechteck(int32 AnfangY, int32 AnfangX, int32 EndeY, int32 EndeX, int32 EckeY, int32 EckeX,
@@ -74,7 +74,7 @@ void Druck::RundRechteck(int32 AnfangY, int32 AnfangX, int32 EndeY, int32 EndeX,
     auto* page = silent() ? nullptr : s_->pages.current();
     if (!page) return;
     draw(Style, Dicke);
-    page->commands.emplace_back(platform::Shape{
+    page->commands.add(platform::Shape{
         platform::ShapeKind::rounded,
         {onPage(*page, AnfangY, AnfangX), onPage(*page, EndeY, EndeX), onPage(*page, EckeY, EckeX)}});
 }
@@ -95,7 +95,7 @@ void Druck::PlayGDIGrafik(BytesView Bild, int32 AnfangY, int32 AnfangX, int32 En
     auto* page = silent() ? nullptr : s_->pages.current();
     if (!page || Bild.empty()) return;
     s_->used = true;
-    page->commands.emplace_back(
+    page->commands.add(
         platform::Picture{onPage(*page, AnfangY, AnfangX), onPage(*page, EndeY, EndeX), Bytes(Bild)});
 }
 

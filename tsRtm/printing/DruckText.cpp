@@ -147,14 +147,14 @@ void Druck::Attribs(int32 value) {
 
 void Druck::ForeColor(int32 value) {
     s_->writer.foreColour = value;
-    if (auto* page = s_->pages.current()) page->commands.emplace_back(platform::TextColour{value});
+    if (auto* page = s_->pages.current()) page->commands.add(platform::TextColour{value});
 }
 
 void Druck::BkMode(int32 value) {
     auto* page = s_->pages.current();
     if (!page || value < 1 || value > 2) raise(380, u"Druck", u"Ungültiger Eigenschaftswert");
     s_->backgroundMode = value;
-    page->commands.emplace_back(platform::TextBackground{value});
+    page->commands.add(platform::TextBackground{value});
 }
 
 std::shared_ptr<iRichText> Druck::RTFObject(TextView RTFText) {

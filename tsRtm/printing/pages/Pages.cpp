@@ -19,7 +19,10 @@ Page& Pages::begin(const PageTraits& traits) {
 }
 
 void Pages::close() noexcept {
-    if (auto* page = current()) page->open = false;
+    if (auto* page = current()) {
+        page->open = false;
+        page->commands.close();
+    }
 }
 
 void play(const Page& page, platform::PageDevice& device, platform::PageMapping mapping) {
@@ -31,7 +34,7 @@ void play(const Page& page, platform::PageDevice& device, platform::PageMapping 
     texts(true);
     // Formatted text leaves pens and colours of its own behind.
     device.map(mapping);
-    for (const auto& command : page.commands) device.draw(command);
+    page.commands.play(device);
     texts(false);
 }
 

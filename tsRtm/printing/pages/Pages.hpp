@@ -2,7 +2,7 @@
 // The pages of a job as they were composed, to be played on any device and any number of times.
 #include <optional>
 
-#include "tsRtm/platform/Drawing.hpp"
+#include "tsRtm/printing/pages/CommandList.hpp"
 
 namespace tsRtm {
 
@@ -26,7 +26,7 @@ struct Page {
     PageTraits traits;
     int32 factor = 1;  // of the places of its commands
     bool open = true;
-    std::vector<platform::DrawingCommand> commands;
+    CommandList commands;
     std::vector<Formatted> texts;
 };
 

@@ -32,9 +32,9 @@ void TextWriter::selectFont() {
     const float64 angle = font.angle * kPi / 180;
     sine_ = font.angle == 0 ? 0 : std::sin(angle);
     cosine_ = font.angle == 0 ? 1 : std::cos(angle);
-    page->commands.emplace_back(platform::Font{
-        font.name, font.size * kTwipsPerPoint / page->factor, font.angle * 10, (font.styles & kBold) != 0,
-        (font.styles & kItalic) != 0, (font.styles & kUnderlined) != 0});
+    page->commands.add(platform::Font{font.name, font.size * kTwipsPerPoint / page->factor, font.angle * 10,
+                                      (font.styles & kBold) != 0, (font.styles & kItalic) != 0,
+                                      (font.styles & kUnderlined) != 0});
     selected_ = font;
 }
 
@@ -53,7 +53,7 @@ bool TextWriter::write(int32 row, int32 column, int32 size, int32 attr, int32 li
     const bool shows = text != u" " && page;
     if (shows) {
         align(text);
-        page->commands.emplace_back(platform::TextOut{{x / page->factor, y / page->factor}, Text(text)});
+        page->commands.add({x / page->factor, y / page->factor}, text);
     }
     // The column stays where the text began.
     y += advance;
