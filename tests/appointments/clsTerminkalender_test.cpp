@@ -273,6 +273,34 @@ TEST_F(Kalender, SeesWhatOthersDo) {
     EXPECT_EQ(subjects(calendar->Termine(u"12.11.2024")), "both");
 }
 
+// In a store that has ids in no order, where somebody else has added one.
+TEST_F(Kalender, FindsIdsWithoutAnIndex) {
+    ASSERT_TRUE(clsRtm().DBCreateExt(DBAnsi, kStore, {},
+                                     fieldsOf({{u"ID", tsAlphanumerisch, 8},
+                                               {u"TERMIN", tsAlphanumerisch, 8},
+                                               {u"TEXT", tsAlphanumerisch, 20}}),
+                                     100, u"  2  0  0"));
+    const auto store = [](clsTerminkalender& calendar, TextView id) {
+        const auto termin = calendar.Add(u"20241111", u"", u"", u"", u"Termin " + Text(id));
+        termin->Field(1, id);
+        EXPECT_TRUE(termin->Update());
+    };
+    const auto calendar = here.open();
+    store(*calendar, u"7");
+    EXPECT_EQ(calendar->Termin(u"007")->Betreff(), u"Termin 7");
+    files.as(2);
+    {
+        Workplace there(files);
+        store(*there.open(), u"X9");
+    }
+    files.as(0);
+    here.library.restart();
+    EXPECT_EQ(calendar->Termin(u"1"), nullptr);
+    const auto found = calendar->Termin(u"X9");
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->Betreff(), u"Termin X9");
+}
+
 // One of two dies at each change while he stores a series; the other one goes on.
 TEST_F(Kalender, SurvivesADeathInTheMiddleOfASeries) {
     {

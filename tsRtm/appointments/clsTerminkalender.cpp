@@ -244,10 +244,10 @@ std::shared_ptr<clsTermin> clsTerminkalender::Termin(TextView ID) {
             if (has(number)) return TerminAusSatz(number);
         return nullptr;
     }
-    // The standard store has no order of ids, but mostly they are the numbers of the records.
-    const int32 count = db_->AnzahlDSaetze();
-    if (byNumber >= 1 && byNumber <= count && has(byNumber)) return TerminAusSatz(byNumber);
-    for (int32 number = 1; number <= count; ++number)
+    // Without an order of ids; mostly they are the numbers of the records.
+    if (byNumber >= 1 && db_->Record(byNumber) && has(byNumber)) return TerminAusSatz(byNumber);
+    static_cast<void>(db_->Stand());  // what others have added counts, too
+    for (int32 number = 1, count = db_->AnzahlDSaetze(); number <= count; ++number)
         if (has(number)) return TerminAusSatz(number);
     return nullptr;
 }

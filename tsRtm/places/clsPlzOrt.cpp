@@ -143,8 +143,7 @@ bool clsPlzOrt::placeOf(TextView code, Found& found) {
 }
 
 bool clsPlzOrt::read(int32 number, Place& place) {
-    if (number < 1 || number > places_->AnzahlDSaetze()) return false;
-    const auto record = places_->Record(number);
+    const auto record = number > 0 ? places_->Record(number) : nullptr;
     if (!record || record->Deleted()) return false;
     place = {record->Fields(fOrteALORT), record->Fields(fOrteName), record->Fields(fOrteGemeindeSchluessel),
              record->Fields(fOrteZustellPLZ), record->Fields(fOrtePostfachPLZ)};
