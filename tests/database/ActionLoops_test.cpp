@@ -191,6 +191,17 @@ TEST_P(ActionLoops, OfACursorMeetLockedRecords) {
     }
 }
 
+TEST_P(ActionLoops, OfACursorEndEvenWhereTheRangeIsEmpty) {
+    for (const bool empty : {false, true}) {
+        const auto set = empty ? db->Records()->GetSelection({}) : db->Records();
+        const auto cursor = set->Index(fNAME);
+        int32 ended = 0;
+        const auto heard = cursor->ActionEnd.connect([&] { ++ended; });
+        cursor->ActionLoop(u"Zz", u"Zz", true, zusatz);
+        EXPECT_EQ(ended, empty ? 0 : 1);
+    }
+}
+
 // Handlers may end what they are called from.
 TEST_P(ActionLoops, BearHandlersThatCloseOrPack) {
     Numbers out;
