@@ -1,12 +1,15 @@
 #include "desktop/Desktop.hpp"
 
 #include <QApplication>
+#include <QBuffer>
 #include <optional>
 
 #include "desktop/dialogs/DeskInterface.hpp"
 #include "desktop/paper/FontMeasure.hpp"
 #include "desktop/paper/PdfWriting.hpp"
 #include "desktop/paper/RichText.hpp"
+#include "desktop/paper/StoredFile.hpp"
+#include "desktop/preview/PageView.hpp"
 #include "desktop/preview/PreviewWindows.hpp"
 #include "desktop/printers/CupsPrinters.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
@@ -65,5 +68,19 @@ Desktop::Desktop() : parts_(std::make_unique<Parts>()) {
 }
 
 Desktop::~Desktop() { rtmMain::usePaper(nullptr); }
+
+platform::SystemError Desktop::savePicture(const platform::PageSource& page, TextView name,
+                                           int32 dotsPerInch) {
+    constexpr double inchesPerMetre = 39.37007874;
+    const auto facts = page.page();
+    const auto pixels = [&](int32 twips) { return static_cast<int>(int64{twips} * dotsPerInch / 1440); };
+    QImage image = imageOf(&page, {pixels(facts.width), pixels(facts.height)});
+    image.setDotsPerMeterX(qRound(dotsPerInch * inchesPerMetre));
+    image.setDotsPerMeterY(image.dotsPerMeterX());
+    QBuffer bytes;
+    bytes.open(QIODevice::WriteOnly);
+    if (!image.save(&bytes, "PNG")) return platform::SystemError::notEnoughMemory;
+    return storeFile(name, bytes.data(), true);
+}
 
 }  // namespace tsRtm::desktop

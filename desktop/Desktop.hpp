@@ -6,6 +6,8 @@
 //     "offscreen" tsRtm::desktop::Desktop desktop;       // from now on
 #include <memory>
 
+#include "tsRtm/platform/Previews.hpp"
+
 namespace tsRtm::desktop {
 
 // Lasts as long as the object; print jobs end before it. One at a time. Starts the library on the ground of
@@ -16,6 +18,9 @@ class Desktop {
     ~Desktop();
     Desktop(const Desktop&) = delete;
     Desktop& operator=(const Desktop&) = delete;
+
+    // A page as PNG, so many dots an inch. A file of the name is replaced.
+    platform::SystemError savePicture(const platform::PageSource& page, TextView name, int32 dotsPerInch);
 
  private:
     struct Parts;

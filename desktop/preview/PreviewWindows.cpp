@@ -6,11 +6,11 @@
 #include <QGuiApplication>
 #include <QMimeData>
 #include <QPainter>
-#include <QPdfWriter>
 #include <QPointer>
 #include <QSvgGenerator>
 
 #include "desktop/paper/PainterDevice.hpp"
+#include "desktop/paper/PdfPages.hpp"
 #include "desktop/preview/PageView.hpp"
 #include "desktop/preview/PreviewWindow.hpp"
 
@@ -40,24 +40,13 @@ class Opened final : public platform::Preview {
     QPointer<PreviewWindow> window_;
 };
 
-template <class Device>
-void drawInto(Device& paper, const platform::PageSource& page, QSize pixels) {
-    QPainter painter(&paper);
-    PainterDevice device(painter, {kDotsPerInch, kDotsPerInch, 0, 0});
-    page.draw(device, pixels.width(), pixels.height());
-}
-
-QByteArray asPdf(const platform::PageSource& page, QSize pixels) {
-    QBuffer bytes;
-    bytes.open(QIODevice::WriteOnly);
-    QPdfWriter writer(&bytes);
+QByteArray asPdf(const platform::PageSource& page) {
+    PdfPages pages({});
     const auto facts = page.page();
-    writer.setResolution(kDotsPerInch);
-    writer.setPageMargins(QMarginsF());
-    writer.setPageSize(QPageSize(QSizeF(facts.width, facts.height) / 20, QPageSize::Point, QString(),
-                                 QPageSize::ExactMatch));
-    drawInto(writer, page, pixels);
-    return bytes.data();
+    auto& device = pages.page(facts.width, facts.height);
+    const int32 dots = device.resolution().pixelsPerInchX;
+    page.draw(device, facts.width * dots / kTwipsPerInch, facts.height * dots / kTwipsPerInch);
+    return pages.finish();
 }
 
 QByteArray asSvg(const platform::PageSource& page, QSize pixels) {
@@ -67,7 +56,10 @@ QByteArray asSvg(const platform::PageSource& page, QSize pixels) {
     generator.setResolution(kDotsPerInch);
     generator.setSize(pixels);
     generator.setViewBox(QRect(QPoint(), pixels));
-    drawInto(generator, page, pixels);
+    QPainter painter(&generator);
+    PainterDevice device(painter, {kDotsPerInch, kDotsPerInch, 0, 0});
+    page.draw(device, pixels.width(), pixels.height());
+    painter.end();
     return bytes.data();
 }
 
@@ -84,7 +76,7 @@ platform::SystemError PreviewWindows::copy(const platform::PageSource& page) {
     const QSize pixels(facts.width * kDotsPerInch / kTwipsPerInch,
                        facts.height * kDotsPerInch / kTwipsPerInch);
     auto content = std::make_unique<QMimeData>();
-    content->setData(QStringLiteral("application/pdf"), asPdf(page, pixels));
+    content->setData(QStringLiteral("application/pdf"), asPdf(page));
     content->setData(QStringLiteral("image/svg+xml"), asSvg(page, pixels));
     content->setImageData(imageOf(&page, pixels));
     clipboard->setMimeData(content.release());
