@@ -50,8 +50,8 @@ class Printer {
     // Starts a side, and before the first one the document, which has this name in the queue. The device is
     // good until the next call of the printer; nullptr: the printer is gone.
     virtual PageDevice* page(TextView document) = 0;
-    // Ends the document, which has reached the printer whole then, or gives it up; nothing where none is under
-    // way.
+    // Ends the document, which has reached the printer whole then, or gives it up; nothing where none is
+    // under way.
     [[nodiscard]] virtual SystemError endDocument() = 0;
     virtual void killDocument() = 0;
     virtual std::vector<PaperBin> bins() = 0;
