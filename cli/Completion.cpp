@@ -1,8 +1,9 @@
 // tsrtm completion: scripts for shells, made from the commands themselves.
-#include <CLI/CLI.hpp>
 #include <iostream>
+#include <sstream>
 
 #include "cli/Commands.hpp"
+#include "cli/shared/Command.hpp"
 
 namespace tsRtm::cli {
 namespace {
@@ -10,24 +11,24 @@ namespace {
 // A command by the words that lead to it, and what may follow them.
 struct Node {
     std::string path;  // "db list", empty for the tool itself
-    std::vector<const CLI::App*> commands;
-    std::vector<const CLI::Option*> options;
+    std::vector<Command> commands;
+    std::vector<CommandOption> options;
 };
 
-void collect(const CLI::App& app, const std::string& path, std::vector<Node>& into) {
-    Node node{path, app.get_subcommands([](const CLI::App*) { return true; }), {}};
-    for (const auto* option : app.get_options())
-        if (!option->get_lnames().empty()) node.options.push_back(option);
+void collect(Command app, const std::string& path, std::vector<Node>& into) {
+    Node node{path, app.commands(), {}};
+    for (const auto option : app.options())
+        if (!option.longName().empty()) node.options.push_back(option);
     into.push_back(node);
-    for (const auto* command : node.commands)
-        collect(*command, path.empty() ? command->get_name() : path + " " + command->get_name(), into);
+    for (const auto command : node.commands)
+        collect(command, path.empty() ? command.name() : path + " " + command.name(), into);
 }
 
 std::string words(const Node& node) {
     std::string out;
     const auto add = [&out](const std::string& word) { out += (out.empty() ? "" : " ") + word; };
-    for (const auto* command : node.commands) add(command->get_name());
-    for (const auto* option : node.options) add("--" + option->get_lnames().front());
+    for (const auto command : node.commands) add(command.name());
+    for (const auto option : node.options) add("--" + option.longName());
     return out;
 }
 
@@ -77,37 +78,36 @@ std::string fishCondition(const Node& node) {
         condition += (condition.empty() ? "" : "; and ") + ("__fish_seen_subcommand_from " + word);
     if (node.commands.empty()) return condition;
     condition += "; and not __fish_seen_subcommand_from";
-    for (const auto* command : node.commands) condition += " " + command->get_name();
+    for (const auto command : node.commands) condition += " " + command.name();
     return condition;
 }
 
 void fish(const std::vector<Node>& nodes) {
     for (const auto& node : nodes) {
         const std::string start = "complete -c tsrtm -n " + quoted(fishCondition(node));
-        for (const auto* command : node.commands)
-            std::cout << start << " -f -a " << command->get_name() << " -d "
-                      << quoted(command->get_description()) << '\n';
-        for (const auto* option : node.options)
-            std::cout << start << " -l " << option->get_lnames().front()
-                      << (option->get_expected_max() > 0 ? " -r" : "") << " -d "
-                      << quoted(option->get_description()) << '\n';
+        for (const auto command : node.commands)
+            std::cout << start << " -f -a " << command.name() << " -d " << quoted(command.description())
+                      << '\n';
+        for (const auto option : node.options)
+            std::cout << start << " -l " << option.longName() << (option.takesValue() ? " -r" : "") << " -d "
+                      << quoted(option.description()) << '\n';
     }
 }
 
 }  // namespace
 
-void addCompletion(CLI::App& app) {
+void addCompletion(Command app) {
     auto shell = std::make_shared<std::string>();
-    auto* command =
-        app.add_subcommand("completion", "Print a script that completes commands and options in a shell");
-    command->add_option("SHELL", *shell, "bash, zsh or fish")
-        ->required()
-        ->check(CLI::IsMember({"bash", "zsh", "fish"}));
-    command->footer(
+    const auto command =
+        app.add("completion", "Print a script that completes commands and options in a shell");
+    command.option("SHELL", *shell, "bash, zsh or fish")
+        .required()
+        .oneOf({"bash", "zsh", "fish"}, InHelp::shown);
+    command.footer(
         "Once:     source <(tsrtm completion bash)\n"
         "For good: tsrtm completion bash > ~/.local/share/bash-completion/completions/tsrtm\n"
         "          tsrtm completion fish > ~/.config/fish/completions/tsrtm.fish");
-    command->callback([shell, &app] {
+    command.onRun([shell, app] {
         std::vector<Node> nodes;
         collect(app, {}, nodes);
         if (*shell == "fish")

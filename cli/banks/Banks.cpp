@@ -1,9 +1,9 @@
 // tsrtm banks import, find, iban: the register of German banks.
-#include <CLI/CLI.hpp>
 #include <iostream>
 
 #include "cli/Commands.hpp"
 #include "cli/shared/CliError.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/CsvWriter.hpp"
 #include "cli/shared/ErrorText.hpp"
 #include "cli/shared/Output.hpp"
@@ -193,36 +193,33 @@ void find(const Options& options) {
     if (more) std::cerr << "There are more banks; --limit shows them.\n";
 }
 
-void addBankImport(CLI::App& banks) {
+void addBankImport(Command banks) {
     auto options = std::make_shared<Options>();
-    auto* command =
-        banks.add_subcommand("import", "Make a register from the bank code file of the Deutsche Bundesbank");
-    command->add_option("FILE", options->file, "Rows of 168 characters")->required();
-    command->add_option("DB", options->name, "The register to make")->required();
-    command->add_flag("--replace", options->replace,
-                      "Put these banks in the place of those that a register has");
-    command
-        ->add_option("--rejects", options->rejects,
-                     "Where lines are named that are no bank; FILE.rejects.csv")
-        ->type_name("FILE");
-    addEncoding(*command, options->encoding, true);
-    command->footer("Rows of mark 1 only: each bank once, not each of its offices.");
-    command->callback([options] { import(*options); });
+    const auto command =
+        banks.add("import", "Make a register from the bank code file of the Deutsche Bundesbank");
+    command.option("FILE", options->file, "Rows of 168 characters").required();
+    command.option("DB", options->name, "The register to make").required();
+    command.flag("--replace", options->replace, "Put these banks in the place of those that a register has");
+    command.option("--rejects", options->rejects, "Where lines are named that are no bank; FILE.rejects.csv")
+        .typeName("FILE");
+    addEncoding(command, options->encoding, true);
+    command.footer("Rows of mark 1 only: each bank once, not each of its offices.");
+    command.onRun([options] { import(*options); });
 }
 
-void addBankFind(CLI::App& banks) {
+void addBankFind(Command banks) {
     auto options = std::make_shared<Options>();
-    auto* command = banks.add_subcommand("find", "Find banks by code, BIC or place");
+    const auto command = banks.add("find", "Find banks by code, BIC or place");
     command
-        ->add_option("KEY", options->key,
-                     "Digits: a bank code or its beginning; 8 or 11 letters and digits: a BIC; else a place "
-                     "or its beginning, a bank's name behind it")
-        ->required();
-    command->add_option("--db", options->name, "The register; Banken without it")->type_name("DB");
-    addLimit(*command, options->limit, "At most so many banks; 20 without it");
-    addJson(*command, options->json);
-    command->footer("Examples:\n  tsrtm banks find 37040044\n  tsrtm banks find \"Berlin P\" --limit 5");
-    command->callback([options] { find(*options); });
+        .option("KEY", options->key,
+                "Digits: a bank code or its beginning; 8 or 11 letters and digits: a BIC; else a place "
+                "or its beginning, a bank's name behind it")
+        .required();
+    command.option("--db", options->name, "The register; Banken without it").typeName("DB");
+    addLimit(command, options->limit, "At most so many banks; 20 without it");
+    addJson(command, options->json);
+    command.footer("Examples:\n  tsrtm banks find 37040044\n  tsrtm banks find \"Berlin P\" --limit 5");
+    command.onRun([options] { find(*options); });
 }
 
 void printBank(clsBanken& banks, const Text& code) {
@@ -263,29 +260,29 @@ void iban(const Options& options) {
     if (iban.starts_with(u"DE")) printBank(banks, iban.substr(4, 8));
 }
 
-void addBankIban(CLI::App& banks) {
+void addBankIban(Command banks) {
     auto options = std::make_shared<Options>();
-    auto* command = banks.add_subcommand("iban", "Check an IBAN and tell its bank, or make one");
-    command->add_option("IBAN", options->key, "The IBAN, or a bank code of eight digits")->required();
-    command->add_option("ACCOUNT", options->account, "With a bank code: the account whose IBAN is wanted");
-    command->add_option("--db", options->name, "The register; Banken without it")->type_name("DB");
-    command->footer(
+    const auto command = banks.add("iban", "Check an IBAN and tell its bank, or make one");
+    command.option("IBAN", options->key, "The IBAN, or a bank code of eight digits").required();
+    command.option("ACCOUNT", options->account, "With a bank code: the account whose IBAN is wanted");
+    command.option("--db", options->name, "The register; Banken without it").typeName("DB");
+    command.footer(
         "Examples:\n  tsrtm banks iban DE89370400440532013000\n  tsrtm banks iban 37040044 532013000");
-    command->callback([options] { iban(*options); });
+    command.onRun([options] { iban(*options); });
 }
 
 }  // namespace
 
-void addBanks(CLI::App& app) {
-    auto* banks = app.add_subcommand("banks", "The register of German banks");
-    banks->require_subcommand(1);
-    banks->footer(
+void addBanks(Command app) {
+    const auto banks = app.add("banks", "The register of German banks");
+    banks.needsCommand();
+    banks.footer(
         "Examples:\n"
         "  tsrtm banks import blz.txt Banken\n"
         "  tsrtm banks find Köln --limit 5");
-    addBankImport(*banks);
-    addBankFind(*banks);
-    addBankIban(*banks);
+    addBankImport(banks);
+    addBankFind(banks);
+    addBankIban(banks);
 }
 
 }  // namespace tsRtm::cli

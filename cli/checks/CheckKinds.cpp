@@ -1,8 +1,7 @@
 #include "cli/checks/CheckKinds.hpp"
 
-#include <CLI/CLI.hpp>
-
 #include "cli/shared/CliError.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/Session.hpp"
 #include "tsRtm/frame/state/Plugged.hpp"
 #include "tsRtm/frame/state/State.hpp"
@@ -110,15 +109,15 @@ Text tidied(TextView value) {
 
 std::span<const CheckKind> checkKinds() { return kKinds; }
 
-void addDays(CLI::App& command, CheckOptions& options) {
+void addDays(Command command, CheckOptions& options) {
     command
-        .add_option(
+        .choice(
             "--days", options.days,
             "all (the default), mon-fri, mon-sat, weekend, workday, no-sunday-holiday; weekend-holiday and "
-            "sunday-holiday: a holiday on such a day")
-        ->transform(CLI::CheckedTransformer(kDays).description(""))
-        ->type_name("KIND");
-    command.add_flag("--critical", options.critical, "A day of the wrong kind is an error");
+            "sunday-holiday: a holiday on such a day",
+            kDays, Letters::exact)
+        .typeName("KIND");
+    command.flag("--critical", options.critical, "A day of the wrong kind is an error");
 }
 
 const char* gradeName(eValidResult grade) noexcept {

@@ -7,11 +7,9 @@
 #include "tsRtm/banking/clsBanken.hpp"
 #include "tsRtm/validation/iValidChecker.hpp"
 
-namespace CLI {
-class App;
-}
-
 namespace tsRtm::cli {
+
+class Command;
 
 struct CheckOptions;
 
@@ -36,7 +34,7 @@ struct CheckOptions {
     std::string banks;  // the register, empty for the usual ones
 };
 // The options about days of dates.
-void addDays(CLI::App& command, CheckOptions& options);
+void addDays(Command command, CheckOptions& options);
 
 struct Graded {
     Text value;

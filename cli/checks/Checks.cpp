@@ -1,10 +1,10 @@
 // tsrtm check: what the library's checkers say of a value, or of a column of a file.
-#include <CLI/CLI.hpp>
 #include <iostream>
 
 #include "cli/Commands.hpp"
 #include "cli/checks/CheckKinds.hpp"
 #include "cli/shared/CliError.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/CsvTable.hpp"
 #include "cli/shared/CsvWriter.hpp"
 #include "cli/shared/Output.hpp"
@@ -98,55 +98,54 @@ int file(const Options& options) {
     return worst;
 }
 
-void addKind(CLI::App& check, const CheckKind& kind) {
+void addKind(Command check, const CheckKind& kind) {
     auto options = std::make_shared<Options>();
     options->check.kind = &kind;
-    auto* command = check.add_subcommand(kind.name, kind.help);
-    auto* value = command->add_option("VALUE", options->value, "What to check");
-    auto* from = command->add_option("--file", options->file, "Check a column of a CSV file instead")
-                     ->type_name("CSV")
-                     ->excludes(value);
-    command->add_option("--column", options->column, "Its name or number; the first without it")
-        ->needs(from)
-        ->type_name("C");
+    const auto command = check.add(kind.name, kind.help);
+    const auto value = command.option("VALUE", options->value, "What to check");
+    const auto from = command.option("--file", options->file, "Check a column of a CSV file instead")
+                          .typeName("CSV")
+                          .excludes(value);
+    command.option("--column", options->column, "Its name or number; the first without it")
+        .needs(from)
+        .typeName("C");
     command
-        ->add_option("--report", options->report,
-                     "Where the rows that fail are listed; CSV.report.csv without it, - is standard output")
-        ->needs(from)
-        ->type_name("FILE");
-    addSeparator(*command, options->separator);
-    addEncoding(*command, options->encoding, true);
-    command->add_flag("--error", options->check.error, "What fails is an error; a warning without it");
-    command->add_flag("--required", options->check.required, "An empty value fails");
+        .option("--report", options->report,
+                "Where the rows that fail are listed; CSV.report.csv without it, - is standard output")
+        .needs(from)
+        .typeName("FILE");
+    addSeparator(command, options->separator);
+    addEncoding(command, options->encoding, true);
+    command.flag("--error", options->check.error, "What fails is an error; a warning without it");
+    command.flag("--required", options->check.required, "An empty value fails");
     if (kind.limits) {
-        command->add_option("--min", options->check.least, "From this one on")->type_name("V");
-        command->add_option("--max", options->check.most, "Up to this one")->type_name("V");
+        command.option("--min", options->check.least, "From this one on").typeName("V");
+        command.option("--max", options->check.most, "Up to this one").typeName("V");
     }
     if (kind.banking)
-        command->add_option("--banks", options->check.banks, "The register that knows the banks")
-            ->type_name("DB");
-    if (kind.days) addDays(*command, options->check);
-    addJson(*command, options->json);
-    if (kind.footer) command->footer(kind.footer);
-    command->callback([options, value, from] {
-        if (value->count() + from->count() == 0) throw CLI::RequiredError("VALUE or --file");
-        const int status = from->count() > 0 ? file(*options) : one(*options);
+        command.option("--banks", options->check.banks, "The register that knows the banks").typeName("DB");
+    if (kind.days) addDays(command, options->check);
+    addJson(command, options->json);
+    if (kind.footer) command.footer(kind.footer);
+    command.onRun([options, value, from] {
+        if (value.count() + from.count() == 0) failMissing("VALUE or --file");
+        const int status = from.count() > 0 ? file(*options) : one(*options);
         if (status != 0) throw CliStatus{status};
     });
 }
 
 }  // namespace
 
-void addChecks(CLI::App& app) {
-    auto* check = app.add_subcommand("check", "Check IBANs, bank codes, dates, addresses and numbers");
-    check->require_subcommand(1);
-    check->footer(
+void addChecks(Command app) {
+    const auto check = app.add("check", "Check IBANs, bank codes, dates, addresses and numbers");
+    check.needsCommand();
+    check.footer(
         "Exit status by grade: 0 ok, 3 warning, 4 error.\n"
         "Examples:\n"
         "  tsrtm check iban DE89370400440532013000\n"
         "  tsrtm check date 24122026 --days workday\n"
         "  tsrtm check iban --file kunden.csv --column IBAN --error");
-    for (const CheckKind& kind : checkKinds()) addKind(*check, kind);
+    for (const CheckKind& kind : checkKinds()) addKind(check, kind);
 }
 
 }  // namespace tsRtm::cli

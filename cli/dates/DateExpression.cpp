@@ -1,7 +1,6 @@
 #include "cli/dates/DateExpression.hpp"
 
 #include <algorithm>
-#include <regex>
 #include <string_view>
 #include <vector>
 
@@ -133,33 +132,40 @@ class Reader {
             const auto now = rtmMain::system().clock.now().parts();
             return digitsOf(now.day, now.month, now.year);
         }
-        static const std::regex kIso("(\\d{4})-(\\d{1,2})-(\\d{1,2})(?!\\d)");
-        static const std::regex kDotted("(\\d{1,2})\\.(\\d{1,2})\\.(\\d{4}|\\d{2})(?!\\d)");
-        static const std::regex kPlain("(\\d{8}|\\d{6})(?!\\d)");
-        static const std::regex kNumber("j(\\d{1,7})(?!\\d)");
-        if (const auto parts = match(kIso)) return checked(value(parts[3]), value(parts[2]), value(parts[1]));
-        if (const auto parts = match(kDotted))
-            return checked(value(parts[1]), value(parts[2]), year(parts[3]));
-        if (const auto parts = match(kPlain)) return plain(parts[1]);
-        if (const auto parts = match(kNumber)) return ofDayNumber(value(parts[1]));
+        if (const auto parts = match("4-12-12"); !parts.empty())
+            return checked(value(parts[2]), value(parts[1]), value(parts[0]));
+        if (const auto parts = match("12.12.24"); !parts.empty())
+            return checked(value(parts[0]), value(parts[1]), year(parts[2]));
+        if (const auto parts = match("68"); !parts.empty()) return plain(parts[0]);
+        if (const auto parts = match("j1234567"); !parts.empty()) return ofDayNumber(value(parts[0]));
         fail(rest_.empty() ? "a date is missing" : "'" + std::string(rest_) + "' begins with no date");
     }
 
-    // The groups of a match right here, which is then taken; false where there is none.
-    struct Match {
-        std::vector<std::string> groups;
-        explicit operator bool() const { return !groups.empty(); }
-        const std::string& operator[](std::size_t i) const { return groups[i]; }
-    };
-    Match match(const std::regex& pattern) {
+    static bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+    // Takes what has the form right here and gives its numbers; none where it has not. The digits of the
+    // form, one after the other, are the lengths a number may have; all else stands for itself.
+    std::vector<std::string> match(std::string_view form) {
         skipBlanks();
-        std::cmatch found;
-        const char* begin = rest_.data();
-        if (!std::regex_search(begin, begin + rest_.size(), found, pattern,
-                               std::regex_constants::match_continuous))
-            return {};
-        rest_.remove_prefix(static_cast<std::size_t>(found.length()));
-        return {std::vector<std::string>(found.begin(), found.end())};
+        std::vector<std::string> numbers;
+        std::string_view at = rest_;
+        while (!form.empty()) {
+            if (!isDigit(form.front())) {
+                if (!at.starts_with(form.front())) return {};
+                at.remove_prefix(1);
+                form.remove_prefix(1);
+                continue;
+            }
+            const auto lengths = form.substr(0, form.find_first_not_of("0123456789"));
+            const auto number = at.substr(0, at.find_first_not_of("0123456789"));
+            if (number.size() > 9 || lengths.find(static_cast<char>('0' + number.size())) == lengths.npos)
+                return {};
+            numbers.emplace_back(number);
+            at.remove_prefix(number.size());
+            form.remove_prefix(lengths.size());
+        }
+        rest_ = at;
+        return numbers;
     }
 
     // Two digits as the library widens them: to ten years ahead.
@@ -214,10 +220,10 @@ class Reader {
     }
 
     Text step(const Text& date, int32 sign) {
-        static const std::regex kCount("(\\d{1,7})(?![\\d.])");
-        const auto count = match(kCount);
-        if (!count) fail("a number is missing behind the sign; between two dates write ..");
-        const int32 n = sign * value(count[1]);
+        const auto count = match("1234567");
+        if (count.empty() || rest_.starts_with('.'))
+            fail("a number is missing behind the sign; between two dates write ..");
+        const int32 n = sign * value(count[0]);
         switch (unit()) {
             case Unit::day:
                 return ofDayNumber(int64{kCalendar.JulianDay(date)} + n);

@@ -1,9 +1,9 @@
 // tsrtm date: a date in all its forms, and reckoning with dates.
-#include <CLI/CLI.hpp>
 #include <iostream>
 
 #include "cli/Commands.hpp"
 #include "cli/dates/DateExpression.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/Output.hpp"
 #include "cli/shared/SharedOptions.hpp"
 #include "tsRtm/calendar/clsDatum.hpp"
@@ -51,8 +51,8 @@ void line(const char* title, const std::string& text) {
 }
 
 void printForms(const Json& forms) {
-    const auto text = [&](const char* name) { return forms[name].get<std::string>(); };
-    const auto number = [&](const char* name) { return std::to_string(forms[name].get<int32>()); };
+    const auto text = [&](const char* name) { return forms.at(name).text(); };
+    const auto number = [&](const char* name) { return std::to_string(forms.at(name).whole()); };
     line("local", text("local"));
     line("words", text("words"));
     line("TTMMJJJJ", text("digits"));
@@ -64,7 +64,7 @@ void printForms(const Json& forms) {
     line("days in month", number("daysInMonth"));
     line("day number", "J" + number("dayNumber"));
     line("bank day", number("bankDay") + " (30/360)");
-    if (!forms["serial"].is_null()) line("serial", number("serial"));
+    if (!forms.at("serial").isNull()) line("serial", number("serial"));
     line("Julian calendar", text("julianCalendar"));
 }
 
@@ -101,19 +101,19 @@ void date(const Options& options) {
 
 }  // namespace
 
-void addDates(CLI::App& app) {
+void addDates(Command app) {
     auto options = std::make_shared<Options>();
-    auto* command = app.add_subcommand("date", "A date in all its forms; reckoning with dates");
-    command->add_option("EXPR", options->words, "A date or a reckoning, see below; today without it");
-    addJson(*command, options->json);
-    command->footer(std::string(kDateSyntax) +
-                    "\nExamples:\n"
-                    "  tsrtm date 20241231\n"
-                    "  tsrtm date 31.01.2024 +1m\n"
-                    "  tsrtm date +14t --json\n"
-                    "  tsrtm date 01.01.2024 .. 2024-12-31\n"
-                    "  tsrtm date J2460676");
-    command->callback([options] { date(*options); });
+    const auto command = app.add("date", "A date in all its forms; reckoning with dates");
+    command.option("EXPR", options->words, "A date or a reckoning, see below; today without it");
+    addJson(command, options->json);
+    command.footer(std::string(kDateSyntax) +
+                   "\nExamples:\n"
+                   "  tsrtm date 20241231\n"
+                   "  tsrtm date 31.01.2024 +1m\n"
+                   "  tsrtm date +14t --json\n"
+                   "  tsrtm date 01.01.2024 .. 2024-12-31\n"
+                   "  tsrtm date J2460676");
+    command.onRun([options] { date(*options); });
 }
 
 }  // namespace tsRtm::cli

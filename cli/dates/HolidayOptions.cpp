@@ -1,12 +1,12 @@
 #include "cli/dates/HolidayOptions.hpp"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <iostream>
 
 #include "cli/dates/DateExpression.hpp"
 #include "cli/shared/CliError.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/SharedOptions.hpp"
 #include "cli/shared/Zone.hpp"
 #include "tsRtm/calendar/clsDatum.hpp"
@@ -92,13 +92,13 @@ const char* const kHolidayHelp =
     "STATE is a word like NRW, BAYERN or MECKPOMM, a code like NW, or the name. For good:\n"
     "  tsrtm options set Bundesland NRW";
 
-void addHolidayOptions(CLI::App& command, HolidayOptions& options) {
-    command.add_option("--land", options.land, "The federal state; without it the one that is stored")
-        ->type_name("STATE");
-    command.add_option("--law", options.law, "The law as it stood on this day; that of today without it")
-        ->type_name("DATE");
-    command.add_option("--zone", options.zone, "The zone of summer time; without it Europe/Berlin")
-        ->type_name("ZONE");
+void addHolidayOptions(Command command, HolidayOptions& options) {
+    command.option("--land", options.land, "The federal state; without it the one that is stored")
+        .typeName("STATE");
+    command.option("--law", options.law, "The law as it stood on this day; that of today without it")
+        .typeName("DATE");
+    command.option("--zone", options.zone, "The zone of summer time; without it Europe/Berlin")
+        .typeName("ZONE");
     addJson(command, options.json);
 }
 

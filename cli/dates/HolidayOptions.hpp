@@ -5,11 +5,9 @@
 
 #include "tsRtm/holidays/clsFeierTage.hpp"
 
-namespace CLI {
-class App;
-}
-
 namespace tsRtm::cli {
+
+class Command;
 
 struct HolidayOptions {
     std::optional<std::string> land;
@@ -18,7 +16,7 @@ struct HolidayOptions {
     bool json = false;
 };
 
-void addHolidayOptions(CLI::App& command, HolidayOptions& options);
+void addHolidayOptions(Command command, HolidayOptions& options);
 // What is to be known of the days, for the help.
 extern const char* const kHolidayHelp;
 

@@ -1,5 +1,4 @@
 // tsrtm holidays and tsrtm easter: the named days of a year.
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
 
@@ -7,6 +6,7 @@
 #include "cli/dates/DateExpression.hpp"
 #include "cli/dates/HolidayOptions.hpp"
 #include "cli/dates/IcsFile.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/Output.hpp"
 #include "cli/shared/SharedOptions.hpp"
 #include "tsRtm/calendar/clsDatum.hpp"
@@ -137,38 +137,38 @@ void easter(const EasterOptions& options) {
     std::cout << "\nfirst Advent     " << toUtf8(form.local(advent)) << '\n';
 }
 
-void addYear(CLI::App& command, int32& year) {
-    command.add_option("YEAR", year, "The year, 101 to 9999")
-        ->required()
-        ->check(CLI::Range(kFirstYear, kLastYear))
-        ->type_name("");
+void addYear(Command command, int32& year) {
+    command.option("YEAR", year, "The year, 101 to 9999")
+        .required()
+        .range(kFirstYear, kLastYear)
+        .typeName("");
 }
 
 }  // namespace
 
-void addHolidays(CLI::App& app) {
+void addHolidays(Command app) {
     auto options = std::make_shared<Options>();
-    auto* command = app.add_subcommand("holidays", "The holidays of a year in a federal state");
-    addYear(*command, options->year);
-    addHolidayOptions(*command, *options);
-    command->add_flag("--all", options->all, "All named days, also those that are no holidays");
-    command->add_flag("--ics", options->ics, "Write an iCalendar file")->excludes("--json");
-    command->footer(std::string(kHolidayHelp) +
-                    "\nExamples:\n"
-                    "  tsrtm holidays 2026 --land NRW\n"
-                    "  tsrtm holidays 2026 --land BY --all --json\n"
-                    "  tsrtm holidays 2026 --land Berlin --ics > feiertage.ics\n"
-                    "  tsrtm holidays 2025 --land BERLIN --law 31.12.2020");
-    command->callback([options] { holidays(*options); });
+    const auto command = app.add("holidays", "The holidays of a year in a federal state");
+    addYear(command, options->year);
+    addHolidayOptions(command, *options);
+    command.flag("--all", options->all, "All named days, also those that are no holidays");
+    command.flag("--ics", options->ics, "Write an iCalendar file").excludes("--json");
+    command.footer(std::string(kHolidayHelp) +
+                   "\nExamples:\n"
+                   "  tsrtm holidays 2026 --land NRW\n"
+                   "  tsrtm holidays 2026 --land BY --all --json\n"
+                   "  tsrtm holidays 2026 --land Berlin --ics > feiertage.ics\n"
+                   "  tsrtm holidays 2025 --land BERLIN --law 31.12.2020");
+    command.onRun([options] { holidays(*options); });
 
     auto easterOptions = std::make_shared<EasterOptions>();
-    auto* easterCommand = app.add_subcommand("easter", "Easter and Advent of a year");
-    addYear(*easterCommand, easterOptions->year);
-    addJson(*easterCommand, easterOptions->json);
-    easterCommand->footer(
+    const auto easterCommand = app.add("easter", "Easter and Advent of a year");
+    addYear(easterCommand, easterOptions->year);
+    addJson(easterCommand, easterOptions->json);
+    easterCommand.footer(
         "Easter is reckoned by the Gregorian rule for every year, also before the calendar of 1582.\n"
         "Example: tsrtm easter 2026");
-    easterCommand->callback([easterOptions] { easter(*easterOptions); });
+    easterCommand.onRun([easterOptions] { easter(*easterOptions); });
 }
 
 }  // namespace tsRtm::cli

@@ -1,11 +1,11 @@
 // tsrtm termine: a calendar of appointments.
-#include <CLI/CLI.hpp>
 #include <iostream>
 
 #include "cli/Commands.hpp"
 #include "cli/dates/DateExpression.hpp"
 #include "cli/dates/TerminTransfer.hpp"
 #include "cli/shared/CliError.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/Output.hpp"
 #include "cli/shared/Session.hpp"
 #include "cli/shared/SharedOptions.hpp"
@@ -176,10 +176,10 @@ constexpr const char* kKeys =
 
 }  // namespace
 
-void addTermine(CLI::App& app) {
-    auto* termine = app.add_subcommand("termine", "A calendar of appointments");
-    termine->require_subcommand(1);
-    termine->footer(
+void addTermine(Command app) {
+    const auto termine = app.add("termine", "A calendar of appointments");
+    termine.needsCommand();
+    termine.footer(
         "Examples:\n"
         "  tsrtm termine create Termine\n"
         "  tsrtm termine add Termine MO2 --time 10:00 --duration 01:00 --text Besprechung\n"
@@ -187,28 +187,28 @@ void addTermine(CLI::App& app) {
         "  tsrtm termine export Termine termine.ics");
     auto options = std::make_shared<Options>();
     const auto command = [&](const char* name, const char* help, auto work) {
-        auto* made = termine->add_subcommand(name, help);
-        made->callback([options, work] { work(*options); });
+        const auto made = termine.add(name, help);
+        made.onRun([options, work] { work(*options); });
         return made;
     };
-    const auto dated = [&](CLI::App* made, const char* help) {
-        addDatabase(*made, options->name);
-        made->add_option("DATE", options->date, help);
-        addJson(*made, options->json);
+    const auto dated = [&](Command made, const char* help) {
+        addDatabase(made, options->name);
+        made.option("DATE", options->date, help);
+        addJson(made, options->json);
         return made;
     };
-    addDatabase(*command("create", "Make a calendar", create), options->name);
+    addDatabase(command("create", "Make a calendar", create), options->name);
 
-    auto* adding = command("add", "Add an appointment", add);
-    addDatabase(*adding, options->name);
-    adding->add_option("KEY", options->key, "When it is due")->required();
-    adding->add_option("--time", options->time, "When it begins, 10:00")->type_name("T");
-    adding->add_option("--duration", options->duration, "How long it takes, 01:30")->type_name("T");
-    adding->add_option("--text", options->text, "What it is about")->required()->type_name("TEXT");
-    adding->add_option("--memo", options->memo, "A remark")->type_name("TEXT");
-    adding->add_option("--from", options->from, "Not before this date")->type_name("DATE");
-    adding->add_option("--to", options->to, "Not after this date")->type_name("DATE");
-    adding->footer(kKeys);
+    const auto adding = command("add", "Add an appointment", add);
+    addDatabase(adding, options->name);
+    adding.option("KEY", options->key, "When it is due").required();
+    adding.option("--time", options->time, "When it begins, 10:00").typeName("T");
+    adding.option("--duration", options->duration, "How long it takes, 01:30").typeName("T");
+    adding.option("--text", options->text, "What it is about").required().typeName("TEXT");
+    adding.option("--memo", options->memo, "A remark").typeName("TEXT");
+    adding.option("--from", options->from, "Not before this date").typeName("DATE");
+    adding.option("--to", options->to, "Not after this date").typeName("DATE");
+    adding.footer(kKeys);
 
     dated(command("day", "What is due on a day", [](const Options& o) { show(o, 0, 1, true); }),
           "The day; today without it");
@@ -216,32 +216,32 @@ void addTermine(CLI::App& app) {
     dated(command("list", "What is due from one day to another",
                   [](const Options& o) { show(o, 0, kMonth, false); }),
           "The first day; today without it")
-        ->add_option("UNTIL", options->until, "The last day; a month on without it");
+        .option("UNTIL", options->until, "The last day; a month on without it");
 
-    auto* asking = command("what", "A key in words, and when it is due next", what);
-    asking->add_option("KEY", options->key, "When")->required();
-    asking->add_option("--from", options->from, "From this date on; today without it")->type_name("DATE");
-    asking->footer(kKeys);
+    const auto asking = command("what", "A key in words, and when it is due next", what);
+    asking.option("KEY", options->key, "When").required();
+    asking.option("--from", options->from, "From this date on; today without it").typeName("DATE");
+    asking.footer(kKeys);
 
-    auto* importing = command("import", "Take appointments from an iCalendar file",
-                              [](const Options& o) { importTermine(o.name, o.file); });
-    addDatabase(*importing, options->name);
-    importing->add_option("ICS", options->file, "The file")->required();
-    importing->footer(
+    const auto importing = command("import", "Take appointments from an iCalendar file",
+                                   [](const Options& o) { importTermine(o.name, o.file); });
+    addDatabase(importing, options->name);
+    importing.option("ICS", options->file, "The file").required();
+    importing.footer(
         "Times of other zones become those of this place. What would be due on other days than the file says "
         "is\n"
         "left out, and named with its reason.");
 
-    auto* exporting =
+    const auto exporting =
         command("export", "Write all appointments into an iCalendar file", [](const Options& o) {
             const DayFirst form;
             exportTermine(o.name, o.file, kCalendar.JulianDay(dateOf(o.from.empty() ? "today" : o.from)),
                           kCalendar.JulianDay(dateOf("today")));
         });
-    addDatabase(*exporting, options->name);
-    exporting->add_option("ICS", options->file, "The file; standard output without it");
-    exporting->add_option("--from", options->from, "When series without a beginning begin; today without it")
-        ->type_name("DATE");
+    addDatabase(exporting, options->name);
+    exporting.option("ICS", options->file, "The file; standard output without it");
+    exporting.option("--from", options->from, "When series without a beginning begin; today without it")
+        .typeName("DATE");
 }
 
 }  // namespace tsRtm::cli

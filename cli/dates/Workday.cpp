@@ -1,12 +1,11 @@
 // tsrtm workday: whether a date is a working day, and which is the next one.
-#include <CLI/CLI.hpp>
 #include <iostream>
-#include <regex>
 
 #include "cli/Commands.hpp"
 #include "cli/dates/DateExpression.hpp"
 #include "cli/dates/HolidayOptions.hpp"
 #include "cli/shared/CliError.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/Output.hpp"
 #include "tsRtm/calendar/clsDatum.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
@@ -26,12 +25,18 @@ struct Question {
 
 const clsDatum kCalendar;
 
+bool isDistance(const std::string& word) {
+    constexpr std::size_t kMostDigits = 7;
+    const bool sized = word.size() > 1 && word.size() <= 1 + kMostDigits;
+    return sized && (word[0] == '+' || word[0] == '-') &&
+           word.find_first_not_of("0123456789", 1) == std::string::npos;
+}
+
 // The last word is the distance when it is a number with its sign.
 Question read(const std::vector<std::string>& words) {
-    static const std::regex kDistance("[+-]\\d{1,7}");
     Question question;
     auto dateWords = words;
-    if (!words.empty() && std::regex_match(words.back(), kDistance)) {
+    if (!words.empty() && isDistance(words.back())) {
         question.distance = roundToInt32(Val(fromUtf8(words.back().substr(1))));
         if (words.back().front() == '-') question.distance = -question.distance;
         dateWords.pop_back();
@@ -102,21 +107,21 @@ void workday(const Options& options) {
 
 }  // namespace
 
-void addWorkday(CLI::App& app) {
+void addWorkday(Command app) {
     auto options = std::make_shared<Options>();
-    auto* command = app.add_subcommand("workday", "The next working day, Monday to Friday and no holiday");
-    command->add_option("DATE [+N|-N]", options->words,
-                        "A date, today without it; the working day at least N days on, or back");
-    command->add_flag("--working", options->working, "N counts working days; forward only");
-    addHolidayOptions(*command, *options);
-    command->footer(std::string(kHolidayHelp) +
-                    "\nExamples:\n"
-                    "  tsrtm workday 25.12.2026 --land NRW          # that day, or the next working day\n"
-                    "  tsrtm workday 25.12.2026 -1                  # the last one before\n"
-                    "  tsrtm workday today +14                      # two weeks on, or the next one then\n"
-                    "  tsrtm workday 31.01.2027 +1m +0              # a month on, or the next one then\n"
-                    "  tsrtm workday 23.12.2026 +3 --working        # three working days on");
-    command->callback([options] { workday(*options); });
+    const auto command = app.add("workday", "The next working day, Monday to Friday and no holiday");
+    command.option("DATE [+N|-N]", options->words,
+                   "A date, today without it; the working day at least N days on, or back");
+    command.flag("--working", options->working, "N counts working days; forward only");
+    addHolidayOptions(command, *options);
+    command.footer(std::string(kHolidayHelp) +
+                   "\nExamples:\n"
+                   "  tsrtm workday 25.12.2026 --land NRW          # that day, or the next working day\n"
+                   "  tsrtm workday 25.12.2026 -1                  # the last one before\n"
+                   "  tsrtm workday today +14                      # two weeks on, or the next one then\n"
+                   "  tsrtm workday 31.01.2027 +1m +0              # a month on, or the next one then\n"
+                   "  tsrtm workday 23.12.2026 +3 --working        # three working days on");
+    command.onRun([options] { workday(*options); });
 }
 
 }  // namespace tsRtm::cli

@@ -1,10 +1,10 @@
 // tsrtm db backup, verify: a copy of one moment, and whether it still is what it was.
-#include <CLI/CLI.hpp>
 #include <iostream>
 #include <map>
 
 #include "cli/Commands.hpp"
 #include "cli/shared/CliError.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/Output.hpp"
 #include "cli/shared/Progress.hpp"
 #include "cli/shared/SharedOptions.hpp"
@@ -26,6 +26,13 @@ struct Options {
     std::string name;
     std::string copy;
     bool json = false;
+};
+
+// A file as the manifest has it.
+struct Entry {
+    std::string name;
+    int64 bytes;
+    std::string sha256;
 };
 
 Text inside(const Text& folder, TextView name) {
@@ -122,7 +129,7 @@ void backup(const Options& options) {
               << toUtf8(databaseFolder(options.copy)) << '\n';
 }
 
-Json manifestOf(const Text& folder) {
+std::vector<Entry> manifestOf(const Text& folder) {
     const Text name = inside(folder, kManifest);
     if (!FilesTopic::Exist(name))
         throw CliError("no backup.json in '" + toUtf8(folder) +
@@ -131,27 +138,24 @@ Json manifestOf(const Text& folder) {
     std::string text(file.size(), '\0');
     text.resize(file.read(0, text));
     try {
-        Json files = Json::parse(text).at("files");
-        for (const auto& entry : files) {
-            static_cast<void>(entry.at("name").get<std::string>());
-            static_cast<void>(entry.at("bytes").get<uint64>());
-            static_cast<void>(entry.at("sha256").get<std::string>());
-        }
+        std::vector<Entry> files;
+        const Json manifest = Json::parse(text);
+        for (const auto& entry : manifest.at("files").elements())
+            files.push_back({entry.at("name").text(), entry.at("bytes").whole(), entry.at("sha256").text()});
         return files;
-    } catch (const nlohmann::json::exception&) {
+    } catch (const JsonError&) {
         throw CliError("'" + toUtf8(name) + "' is damaged");
     }
 }
 
 // What is not as the manifest says.
-std::vector<std::string> differences(const Text& folder, const Json& files) {
+std::vector<std::string> differences(const Text& folder, const std::vector<Entry>& files) {
     std::vector<std::string> out;
     uint64 all = 0, done = 0;
-    for (const auto& entry : files) all += entry.at("bytes").get<uint64>();
+    for (const Entry& entry : files) all += static_cast<uint64>(entry.bytes);
     Progress progress("Verifying", "bytes");
     std::string piece(kPiece, '\0');
-    for (const auto& entry : files) {
-        const auto name = entry.at("name").get<std::string>();
+    for (const auto& [name, bytes, sha256] : files) {
         const Text path = inside(folder, fromUtf8(name));
         if (!FilesTopic::Exist(path)) {
             out.push_back(name + ": is missing");
@@ -164,17 +168,16 @@ std::vector<std::string> differences(const Text& folder, const Json& files) {
             got = file.read(at, piece);
             hasher.add({piece.data(), got});
         }
-        if (at != entry.at("bytes").get<uint64>())
-            out.push_back(name + ": has " + std::to_string(at) + " bytes, not " +
-                          std::to_string(entry.at("bytes").get<uint64>()));
-        else if (digits(hasher) != entry.at("sha256").get<std::string>())
+        if (at != static_cast<uint64>(bytes))
+            out.push_back(name + ": has " + std::to_string(at) + " bytes, not " + std::to_string(bytes));
+        else if (digits(hasher) != sha256)
             out.push_back(name + ": its content has changed");
     }
     return out;
 }
 
 void verify(const Options& options) {
-    const Json files = manifestOf(databaseFolder(options.name));
+    const auto files = manifestOf(databaseFolder(options.name));
     auto found = differences(databaseFolder(options.name), files);
     bool sound = false;
     {
@@ -196,25 +199,23 @@ void verify(const Options& options) {
 
 }  // namespace
 
-void addBackup(CLI::App& db) {
+void addBackup(Command db) {
     auto options = std::make_shared<Options>();
-    auto* copied = db.add_subcommand("backup", "Copy a database as it is at one moment, while others work");
-    addDatabase(*copied, options->name);
-    copied
-        ->add_option("DEST", options->copy,
-                     "The copy: a directory that is not there yet, with or without .DBD")
-        ->required();
-    copied->footer(
+    const auto copied = db.add("backup", "Copy a database as it is at one moment, while others work");
+    addDatabase(copied, options->name);
+    copied.option("DEST", options->copy, "The copy: a directory that is not there yet, with or without .DBD")
+        .required();
+    copied.footer(
         "Whoever writes waits until the copy is made; who reads goes on. The copy is a database like\n"
         "any other. It bears a list of its files with check sums, backup.json, which verify reads.");
-    copied->callback([options] { backup(*options); });
+    copied.onRun([options] { backup(*options); });
 
     options = std::make_shared<Options>();
-    auto* verified =
-        db.add_subcommand("verify", "Whether a copy that backup made is as it was, and a sound database");
-    verified->add_option("COPY", options->name, "The copy")->required();
-    addJson(*verified, options->json);
-    verified->callback([options] { verify(*options); });
+    const auto verified =
+        db.add("verify", "Whether a copy that backup made is as it was, and a sound database");
+    verified.option("COPY", options->name, "The copy").required();
+    addJson(verified, options->json);
+    verified.onRun([options] { verify(*options); });
 }
 
 }  // namespace tsRtm::cli

@@ -1,9 +1,9 @@
 // tsrtm db pack, rebuild, zap, convert, index: work on whole files, with nobody else on the database.
-#include <CLI/CLI.hpp>
 #include <iostream>
 
 #include "cli/Commands.hpp"
 #include "cli/shared/CliError.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/Progress.hpp"
 #include "cli/shared/SharedOptions.hpp"
 #include "tsRtm/frame/FilesTopic.hpp"
@@ -95,45 +95,44 @@ void dropIndex(const Options& options) {
     withProgress(session, "Dropping", [&](clsTSDB& db) { db.DelIndex(field); });
 }
 
-CLI::App& command(CLI::App& into, const char* name, const char* help, const std::shared_ptr<Options>& options,
-                  void (*run)(const Options&)) {
-    auto* added = into.add_subcommand(name, help);
-    addDatabase(*added, options->name);
-    added->callback([options, run] { run(*options); });
-    return *added;
+Command command(Command into, const char* name, const char* help, const std::shared_ptr<Options>& options,
+                void (*run)(const Options&)) {
+    const auto added = into.add(name, help);
+    addDatabase(added, options->name);
+    added.onRun([options, run] { run(*options); });
+    return added;
 }
 
 }  // namespace
 
-void addBulk(CLI::App& db) {
+void addBulk(Command db) {
     auto options = std::make_shared<Options>();
     command(db, "pack", "Take deleted records out; the others get new numbers", options, pack)
-        .add_flag("--memos", options->memos, "And the room of memos and chains that nobody points to");
+        .flag("--memos", options->memos, "And the room of memos and chains that nobody points to");
     command(db, "rebuild", "Pack records, memos and chains, and build all indexes anew",
             std::make_shared<Options>(), rebuild);
     options = std::make_shared<Options>();
-    command(db, "zap", "Take all records out", options, zap).add_flag("--yes", options->yes, "Really");
+    command(db, "zap", "Take all records out", options, zap).flag("--yes", options->yes, "Really");
 
     options = std::make_shared<Options>();
-    auto& converted = command(db, "convert", "Bring records, rows and structure into another character form",
-                              options, convert);
+    const auto converted = command(
+        db, "convert", "Bring records, rows and structure into another character form", options, convert);
     converted
-        .add_option("--to", options->form,
-                    "ansi (code page 1252, also from the DOS form) or unicode (UTF-16)")
-        ->check(CLI::IsMember({"ansi", "unicode"}))
-        ->required();
+        .option("--to", options->form, "ansi (code page 1252, also from the DOS form) or unicode (UTF-16)")
+        .oneOf({"ansi", "unicode"}, InHelp::shown)
+        .required();
 
-    auto* index = db.add_subcommand("index", "Add an index, or take one away");
-    index->require_subcommand(1);
+    const auto index = db.add("index", "Add an index, or take one away");
+    index.needsCommand();
     options = std::make_shared<Options>();
-    command(*index, "add", "Build a further index", options, addIndexTo)
-        .add_option("FIELD", options->fields,
-                    "One to three fields, the first of which no other index begins with")
-        ->required();
+    command(index, "add", "Build a further index", options, addIndexTo)
+        .option("FIELD", options->fields,
+                "One to three fields, the first of which no other index begins with")
+        .required();
     options = std::make_shared<Options>();
-    command(*index, "drop", "Take the index away that begins with this field", options, dropIndex)
-        .add_option("FIELD", options->fields, "The field")
-        ->required();
+    command(index, "drop", "Take the index away that begins with this field", options, dropIndex)
+        .option("FIELD", options->fields, "The field")
+        .required();
 }
 
 }  // namespace tsRtm::cli

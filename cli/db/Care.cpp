@@ -1,9 +1,9 @@
 // tsrtm db check, sort: whether the indexes are right, and building them anew.
-#include <CLI/CLI.hpp>
 #include <iostream>
 
 #include "cli/Commands.hpp"
 #include "cli/shared/CliError.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/Output.hpp"
 #include "cli/shared/Progress.hpp"
 #include "cli/shared/SharedOptions.hpp"
@@ -71,21 +71,20 @@ void sort(const Options& options) {
 
 }  // namespace
 
-void addCare(CLI::App& db) {
+void addCare(Command db) {
     auto checked = std::make_shared<Options>();
-    auto* check_ =
-        db.add_subcommand("check", "Hold every index against the records; exit status 1 where one is wrong");
-    addDatabase(*check_, checked->name);
-    check_->add_flag("--repair", checked->repair, "Rebuild what is wrong");
-    addJson(*check_, checked->json);
-    check_->callback([checked] { check(*checked); });
+    const auto check_ =
+        db.add("check", "Hold every index against the records; exit status 1 where one is wrong");
+    addDatabase(check_, checked->name);
+    check_.flag("--repair", checked->repair, "Rebuild what is wrong");
+    addJson(check_, checked->json);
+    check_.onRun([checked] { check(*checked); });
 
     auto sorted = std::make_shared<Options>();
-    auto* sort_ = db.add_subcommand("sort", "Build the indexes anew");
-    addDatabase(*sort_, sorted->name);
-    sort_->add_option("--index", sorted->index, "Only the index that begins with this field")
-        ->type_name("FIELD");
-    sort_->callback([sorted] { sort(*sorted); });
+    const auto sort_ = db.add("sort", "Build the indexes anew");
+    addDatabase(sort_, sorted->name);
+    sort_.option("--index", sorted->index, "Only the index that begins with this field").typeName("FIELD");
+    sort_.onRun([sorted] { sort(*sorted); });
 }
 
 }  // namespace tsRtm::cli

@@ -15,20 +15,20 @@ std::vector<Text> ChainTexts::row(const std::vector<std::string>& words) {
     return cells;
 }
 
-std::vector<Text> ChainTexts::row(const Json::array_t& texts) {
+std::vector<Text> ChainTexts::row(const std::vector<Json>& texts) {
     if (texts.size() > static_cast<std::size_t>(map_.count()))
         throw CliError("a row has " + std::to_string(texts.size()) + " texts, its fields are " +
                        std::to_string(map_.count()));
     std::vector<Text> cells;
     for (const auto& text : texts)
-        cells.push_back(accepted(static_cast<int32>(cells.size()) + 1, text.get_ref<const std::string&>()));
+        cells.push_back(accepted(static_cast<int32>(cells.size()) + 1, text.text()));
     return cells;
 }
 
 TextTable ChainTexts::rows(const Json& rows) {
     TextTable out;
-    for (const auto& row : rows) {
-        auto texts = row.get_ref<const Json::array_t&>();
+    for (const auto& row : rows.elements()) {
+        auto texts = row.elements();
         for (std::size_t i = 0; i < texts.size() && i < static_cast<std::size_t>(map_.count()); ++i)
             if (liesBeside(static_cast<int32>(i) + 1)) texts[i] = "";
         out.push_back(this->row(texts));

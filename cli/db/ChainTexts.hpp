@@ -12,7 +12,7 @@ class ChainTexts {
     // From "NAME=VALUE" words.
     std::vector<Text> row(const std::vector<std::string>& words);
     // From texts by the order of the fields.
-    std::vector<Text> row(const Json::array_t& texts);
+    std::vector<Text> row(const std::vector<Json>& texts);
     // The same for whole chains; a cell that leads to a memo or blob stays empty: its place is another one
     // here.
     TextTable rows(const Json& rows);

@@ -1,11 +1,11 @@
 // tsrtm db chain list, add, write: the rows that belong to a record.
-#include <CLI/CLI.hpp>
 #include <iostream>
 
 #include "cli/Commands.hpp"
 #include "cli/db/ChainTexts.hpp"
 #include "cli/db/RecordLock.hpp"
 #include "cli/shared/CliError.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/Output.hpp"
 #include "cli/shared/SharedOptions.hpp"
 #include "cli/shared/SideFields.hpp"
@@ -91,10 +91,10 @@ TextTable rowsOf(const std::string& name, ChainTexts reader) {
     text.resize(file.read(0, text));
     TextTable rows;
     try {
-        Json json = Json::parse(text);
-        if (json.is_object()) json = Json(json.at("rows"));
-        for (const auto& row : json) rows.push_back(reader.row(row.get_ref<const Json::array_t&>()));
-    } catch (const nlohmann::json::exception&) {
+        const Json json = Json::parse(text);
+        for (const auto& row : (json.isObject() ? json.at("rows") : json).elements())
+            rows.push_back(reader.row(row.elements()));
+    } catch (const JsonError&) {
         throw CliError("'" + name + "' is not of the form [[\"text\",\"text\"],...]");
     }
     return rows;
@@ -110,37 +110,38 @@ void write(const Options& options) {
     session.check("the rows of record " + std::to_string(options.number) + " were not stored");
 }
 
-CLI::App& command(CLI::App& chain, const char* name, const char* help,
-                  const std::shared_ptr<Options>& options, void (*run)(const Options&)) {
-    auto* added = chain.add_subcommand(name, help);
-    addDatabase(*added, options->name);
-    added->add_option("NR", options->number, "Record number")->required();
-    added->add_option("FIELD", options->field, "The field that has the rows")->required();
-    added->callback([options, run] { run(*options); });
-    return *added;
+Command command(Command chain, const char* name, const char* help, const std::shared_ptr<Options>& options,
+                void (*run)(const Options&)) {
+    const auto added = chain.add(name, help);
+    addDatabase(added, options->name);
+    added.option("NR", options->number, "Record number").required();
+    added.option("FIELD", options->field, "The field that has the rows").required();
+    added.onRun([options, run] { run(*options); });
+    return added;
 }
 
 }  // namespace
 
-void addChains(CLI::App& db) {
-    auto* chain = db.add_subcommand("chain", "Rows that belong to a record");
-    chain->require_subcommand(1);
+void addChains(Command db) {
+    const auto chain = db.add("chain", "Rows that belong to a record");
+    chain.needsCommand();
 
     auto options = std::make_shared<Options>();
-    addJson(command(*chain, "list", "Show the rows of a record", options, list), options->json);
+    addJson(command(chain, "list", "Show the rows of a record", options, list), options->json);
 
     options = std::make_shared<Options>();
-    auto& added = command(*chain, "add", "Add a row behind the others", options, add);
-    added.add_option("NAME=VALUE", options->words, "Field of the row and text")->required();
-    added.add_flag("--head", options->head, "In front of the others");
+    const auto added = command(chain, "add", "Add a row behind the others", options, add);
+    added.option("NAME=VALUE", options->words, "Field of the row and text").required();
+    added.flag("--head", options->head, "In front of the others");
     added.footer("Example:\n  tsrtm db chain add Kunden 17 POSTEN TEXT=Papier PREIS=12,50");
 
     options = std::make_shared<Options>();
-    auto& written = command(*chain, "write", "Put rows in the place of all that there are", options, write);
+    const auto written =
+        command(chain, "write", "Put rows in the place of all that there are", options, write);
     written
-        .add_option("FILE", options->file,
-                    "The rows as JSON, a list of lists of texts, as list --json and dump write them")
-        ->required();
+        .option("FILE", options->file,
+                "The rows as JSON, a list of lists of texts, as list --json and dump write them")
+        .required();
     addWait(written, options->wait);
 }
 

@@ -1,10 +1,10 @@
 // tsrtm db set, add, delete, undelete, lock: changes under the locks of records.
-#include <CLI/CLI.hpp>
 #include <iostream>
 
 #include "cli/Commands.hpp"
 #include "cli/db/RecordLock.hpp"
 #include "cli/shared/CliError.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/ErrorText.hpp"
 #include "cli/shared/Output.hpp"
 #include "cli/shared/SharedOptions.hpp"
@@ -83,61 +83,62 @@ void hold(const Options& options) {
     std::getline(std::cin, line);
 }
 
-CLI::App& command(CLI::App& db, const char* name, const char* help, const std::shared_ptr<Options>& options,
-                  std::function<void(const Options&)> run) {
-    auto* added = db.add_subcommand(name, help);
-    addDatabase(*added, options->name);
-    added->callback([options, run = std::move(run)] { run(*options); });
-    return *added;
+Command command(Command db, const char* name, const char* help, const std::shared_ptr<Options>& options,
+                std::function<void(const Options&)> run) {
+    const auto added = db.add(name, help);
+    addDatabase(added, options->name);
+    added.onRun([options, run = std::move(run)] { run(*options); });
+    return added;
 }
 
-void addNumber(CLI::App& command, Options& options) {
-    command.add_option("NR", options.number, "Record number")->required();
+void addNumber(Command command, Options& options) {
+    command.option("NR", options.number, "Record number").required();
 }
 
 constexpr const char* kValuesHelp =
     "Field and text; numbers as 12.5 or 12,5, dates as 31.12.2024 or 2024-12-31";
 
-void addSet(CLI::App& db) {
+void addSet(Command db) {
     auto options = std::make_shared<Options>();
-    auto& added = command(db, "set", "Change fields of a record", options, set);
+    const auto added = command(db, "set", "Change fields of a record", options, set);
     addNumber(added, *options);
-    added.add_option("NAME=VALUE", options->words, kValuesHelp)->required();
+    added.option("NAME=VALUE", options->words, kValuesHelp).required();
     addWait(added, options->wait);
     added.footer(
         "What does not fit its field is refused, never cut.\nExample:\n  tsrtm db set Kunden 17 ORT=Berlin "
         "UMSATZ=12.50");
 }
 
-void addAdd(CLI::App& db) {
+void addAdd(Command db) {
     auto options = std::make_shared<Options>();
-    auto& added = command(db, "add", "Add a record and print its number", options, add);
-    added.add_option("NAME=VALUE", options->words, kValuesHelp)->required();
+    const auto added = command(db, "add", "Add a record and print its number", options, add);
+    added.option("NAME=VALUE", options->words, kValuesHelp).required();
     addJson(added, options->json);
 }
 
-void addMarks(CLI::App& db) {
+void addMarks(Command db) {
     for (const bool deleted : {true, false}) {
         auto options = std::make_shared<Options>();
-        auto& added =
+        const auto added =
             command(db, deleted ? "delete" : "undelete",
                     deleted ? "Mark records as deleted; they stay in the file" : "Take the deleted mark away",
                     options, [deleted](const Options& given) { mark(given, deleted); });
-        added.add_option("NR", options->numbers, "Record numbers")->required();
+        added.option("NR", options->numbers, "Record numbers").required();
         addWait(added, options->wait);
     }
 }
 
-void addLock(CLI::App& db) {
+void addLock(Command db) {
     auto options = std::make_shared<Options>();
-    auto& added = command(db, "lock", "Hold a record locked until Enter, to try two users", options, hold);
+    const auto added =
+        command(db, "lock", "Hold a record locked until Enter, to try two users", options, hold);
     addNumber(added, *options);
     addWait(added, options->wait);
 }
 
 }  // namespace
 
-void addChanges(CLI::App& db) {
+void addChanges(Command db) {
     addSet(db);
     addAdd(db);
     addMarks(db);

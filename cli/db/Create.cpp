@@ -1,10 +1,11 @@
 // tsrtm db create: from --field and --index, or from a structure file.
-#include <CLI/CLI.hpp>
 #include <iostream>
+#include <set>
 
 #include "cli/Commands.hpp"
 #include "cli/db/FieldTypes.hpp"
 #include "cli/shared/CliError.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/ErrorText.hpp"
 #include "cli/shared/FieldMap.hpp"
 #include "cli/shared/Session.hpp"
@@ -231,40 +232,36 @@ void create(const Options& options) {
 
 }  // namespace
 
-void addCreate(CLI::App& db) {
+void addCreate(Command db) {
     auto options = std::make_shared<Options>();
-    auto* command = db.add_subcommand("create", "Make an empty database");
-    addDatabase(*command, options->name);
-    auto* fields = command->add_option("--field", options->fields, "A field; several in their order")
-                       ->type_name("NAME:TYPE:LENGTH[:DECIMALS]");
-    command->add_option("--index", options->indexes, "An index on up to three fields, by name or number")
-        ->type_name("F1[,F2[,F3]]");
+    const auto command = db.add("create", "Make an empty database");
+    addDatabase(command, options->name);
+    const auto fields = command.option("--field", options->fields, "A field; several in their order")
+                            .typeName("NAME:TYPE:LENGTH[:DECIMALS]");
+    command.option("--index", options->indexes, "An index on up to three fields, by name or number")
+        .typeName("F1[,F2[,F3]]");
     command
-        ->add_option("--structure", options->structure,
-                     "Take fields, indexes and size from a structure file or a database")
-        ->type_name("FILE")
-        ->excludes(fields);
-    command
-        ->add_option("--max", options->max,
-                     "The most records it may hold; from 32768 on its indexes are trees")
-        ->check(CLI::Range(1, 2147483646))
-        ->type_name("N");
+        .option("--structure", options->structure,
+                "Take fields, indexes and size from a structure file or a database")
+        .typeName("FILE")
+        .excludes(fields);
+    command.option("--max", options->max, "The most records it may hold; from 32768 on its indexes are trees")
+        .range(1, 2147483646)
+        .typeName("N");
     const std::map<std::string, eDBTyp> forms{{"ansi", DBAnsi}, {"ascii", DBAscii}, {"unicode", DBUnicode}};
     command
-        ->add_option("--form", options->form,
-                     "Characters of the records: ansi (the default), ascii or unicode")
-        ->transform(CLI::CheckedTransformer(forms, CLI::ignore_case).description(""))
-        ->type_name("FORM");
-    command->footer("Types, in English or German, with the length that is taken where none is given:\n" +
-                    fieldTypeHelp() +
-                    "\nAn index orders numbers as text: 12 stands before 7.\n"
-                    "Example:\n  tsrtm db create Kunden --field NAME:text:30 --field ORT:text:30 --field "
-                    "UMSATZ:number:10:2 "
-                    "\\\n                         --index NAME --index ORT,NAME --max 100000");
-    command->callback([options] {
-        if (options->fields.empty() && !options->structure)
-            throw CLI::RequiredError("--field or --structure");
-        if (!options->structure && !options->max) throw CLI::RequiredError("--max");
+        .choice("--form", options->form, "Characters of the records: ansi (the default), ascii or unicode",
+                forms, Letters::anyCase)
+        .typeName("FORM");
+    command.footer("Types, in English or German, with the length that is taken where none is given:\n" +
+                   fieldTypeHelp() +
+                   "\nAn index orders numbers as text: 12 stands before 7.\n"
+                   "Example:\n  tsrtm db create Kunden --field NAME:text:30 --field ORT:text:30 --field "
+                   "UMSATZ:number:10:2 "
+                   "\\\n                         --index NAME --index ORT,NAME --max 100000");
+    command.onRun([options] {
+        if (options->fields.empty() && !options->structure) failMissing("--field or --structure");
+        if (!options->structure && !options->max) failMissing("--max");
         create(*options);
     });
 }

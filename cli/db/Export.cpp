@@ -1,9 +1,9 @@
 // tsrtm db export: records as CSV or as JSON lines.
-#include <CLI/CLI.hpp>
 
 #include "cli/Commands.hpp"
 #include "cli/db/RowSource.hpp"
 #include "cli/shared/CliError.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/CsvWriter.hpp"
 #include "cli/shared/Output.hpp"
 #include "cli/shared/Progress.hpp"
@@ -108,21 +108,20 @@ void run(const Options& options) {
 
 }  // namespace
 
-void addExport(CLI::App& db) {
+void addExport(Command db) {
     auto options = std::make_shared<Options>();
-    auto* command =
-        db.add_subcommand("export", "Write records as CSV or JSON lines, in the order of an index");
-    addDatabase(*command, options->name);
-    command->add_option("FILE", options->file, "The file; \"-\", the default, is standard output");
-    command->add_flag("--json-lines", options->json,
-                      "A record a line, with memos, blobs and chains; also by a FILE named *.jsonl");
-    addWalkOptions(*command, options->walk);
-    addFields(*command, options->fields);
-    addSeparator(*command, options->separator);
-    addEncoding(*command, options->encoding, false);
-    command->footer(
+    const auto command = db.add("export", "Write records as CSV or JSON lines, in the order of an index");
+    addDatabase(command, options->name);
+    command.option("FILE", options->file, "The file; \"-\", the default, is standard output");
+    command.flag("--json-lines", options->json,
+                 "A record a line, with memos, blobs and chains; also by a FILE named *.jsonl");
+    addWalkOptions(command, options->walk);
+    addFields(command, options->fields);
+    addSeparator(command, options->separator);
+    addEncoding(command, options->encoding, false);
+    command.footer(
         "CSV as RFC 4180 has it, with a header line that import understands; values as they are stored.");
-    command->callback([options] { run(*options); });
+    command.onRun([options] { run(*options); });
 }
 
 }  // namespace tsRtm::cli

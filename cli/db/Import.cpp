@@ -1,11 +1,11 @@
 // tsrtm db import: rows of a file become records; what does not fit goes to a file of rejects.
-#include <CLI/CLI.hpp>
 #include <iostream>
 
 #include "cli/Commands.hpp"
 #include "cli/db/RowSource.hpp"
 #include "cli/db/RowTarget.hpp"
 #include "cli/shared/CliError.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/CsvWriter.hpp"
 #include "cli/shared/Progress.hpp"
 #include "cli/shared/SharedOptions.hpp"
@@ -109,32 +109,30 @@ void import(const Options& options) {
 
 }  // namespace
 
-void addImport(CLI::App& db) {
+void addImport(Command db) {
     auto options = std::make_shared<Options>();
-    auto* command = db.add_subcommand("import", "Add the rows of a file, CSV or JSON lines");
-    addDatabase(*command, options->name);
+    const auto command = db.add("import", "Add the rows of a file, CSV or JSON lines");
+    addDatabase(command, options->name);
     command
-        ->add_option("FILE", options->rows.file,
-                     "The file; the first line of CSV names the fields by name, caption or number")
-        ->required();
-    command->add_flag("--bulk", options->bulk,
-                      "Alone on the database, indexes built at the end: for many rows");
+        .option("FILE", options->rows.file,
+                "The file; the first line of CSV names the fields by name, caption or number")
+        .required();
+    command.flag("--bulk", options->bulk, "Alone on the database, indexes built at the end: for many rows");
     command
-        ->add_option("--rejects", options->rejects,
-                     "Where rows go that do not fit, with line and reason; DATABASE.rejects.csv")
-        ->type_name("FILE");
-    addSeparator(*command, options->rows.separator);
-    command->add_flag("--ignore-unknown", options->rows.ignoreUnknown,
-                      "Leave out columns that are no fields");
-    addEncoding(*command, options->rows.encoding, true);
-    command->footer(
+        .option("--rejects", options->rejects,
+                "Where rows go that do not fit, with line and reason; DATABASE.rejects.csv")
+        .typeName("FILE");
+    addSeparator(command, options->rows.separator);
+    command.flag("--ignore-unknown", options->rows.ignoreUnknown, "Leave out columns that are no fields");
+    addEncoding(command, options->rows.encoding, true);
+    command.footer(
         "CSV as RFC 4180 has it. Numbers as 12.5 or 12,5, dates as 31.12.2024 or 2024-12-31. A row that does "
         "not fit is\n"
         "rejected whole, never cut; the rest is kept, and the exit status is 1. A file named *.jsonl has a "
         "record a "
         "line,\nas export writes it, with its memos, blobs and chains.\nExample:\n  tsrtm db import Kunden "
         "kunden.csv --bulk");
-    command->callback([options] { import(*options); });
+    command.onRun([options] { import(*options); });
 }
 
 }  // namespace tsRtm::cli

@@ -64,16 +64,17 @@ class JsonRows final : public RowSource {
         } while (text_.find_first_not_of(" \t") == std::string::npos);
         try {
             const Json json = Json::parse(text_);
-            if (!json.is_object()) throw CliError("no object");
-            if (json.value("deleted", false)) throw CliError("a deleted record");
+            if (!json.isObject()) throw CliError("no object");
+            if (const Json* deleted = json.find("deleted"); deleted && deleted->truth())
+                throw CliError("a deleted record");
             for (const auto& [name, part] :
                  {std::pair{"fields", Part::fields}, {"memos", Part::memos}, {"blobs", Part::blobs}})
-                if (json.contains(name)) take(json.at(name), part, row.values);
-            if (json.contains("chains")) takeChains(json.at("chains"), row.chains);
+                if (const Json* texts = json.find(name)) take(*texts, part, row.values);
+            if (const Json* chains = json.find("chains")) takeChains(*chains, row.chains);
             if (row.values.empty()) throw CliError("no field has a text");
         } catch (const CliError& error) {
             reason = error.what();
-        } catch (const nlohmann::json::exception&) {
+        } catch (const JsonError&) {
             reason = "not of the form {\"fields\":{\"NAME\":\"text\"}}";
         }
         return true;
@@ -91,11 +92,11 @@ class JsonRows final : public RowSource {
         return field.IsMemo() ? Part::memos : field.IsBlob() ? Part::blobs : Part::fields;
     }
     void take(const Json& texts, Part part, std::vector<Assignment>& values) {
-        for (const auto& [word, value] : texts.items()) {
+        for (const auto& [word, value] : texts.members()) {
             const int32 field = ignoreUnknown_ ? map_.find(word) : map_.need(word);
             if (field == 0) continue;
             if (control_.field(field).IsKette() || partOf(control_.field(field)) != part) continue;
-            const auto& text = value.get_ref<const std::string&>();
+            const auto& text = value.text();
             auto accepted = part == Part::blobs ? blob(text, word)
                                                 : rules_.accept(field, fromUtf8(text), map_.label(field));
             if (!accepted) throw CliError(rules_.reason());
@@ -103,9 +104,9 @@ class JsonRows final : public RowSource {
         }
     }
     void takeChains(const Json& chains, std::vector<std::pair<int32, TextTable>>& into) {
-        for (const auto& [word, rows] : chains.items()) {
+        for (const auto& [word, rows] : chains.members()) {
             const int32 field = ignoreUnknown_ ? map_.find(word) : map_.need(word);
-            if (field == 0 || rows.empty()) continue;
+            if (field == 0 || rows.elements().empty()) continue;
             const auto chain = db_.Control()->Kette(field);
             if (!chain) throw CliError(word + " has no rows here");
             into.emplace_back(field, ChainTexts(*chain).rows(rows));

@@ -1,9 +1,9 @@
 // tsrtm db info, fields, dump: what a database is and all that is in it.
-#include <CLI/CLI.hpp>
 #include <iostream>
 
 #include "cli/Commands.hpp"
 #include "cli/db/FieldTypes.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/Output.hpp"
 #include "cli/shared/SharedOptions.hpp"
 #include "cli/shared/SideFields.hpp"
@@ -29,8 +29,8 @@ Json indexJson(const clsControl& control, const FieldMap& map, int32 index) {
 
 std::string indexLine(const clsControl& control, const FieldMap& map, int32 index) {
     std::string line;
-    for (const auto& field : indexJson(control, map, index))
-        line += (line.empty() ? "" : ", ") + field.get<std::string>();
+    const Json fields = indexJson(control, map, index);
+    for (const auto& field : fields.elements()) line += (line.empty() ? "" : ", ") + field.text();
     return line;
 }
 
@@ -160,17 +160,17 @@ void dump(const Options& options) {
         dumpText(session, record, map, all);
 }
 
-void addLook(CLI::App& db, const char* name, const char* help, void (*run)(const Options&)) {
+void addLook(Command db, const char* name, const char* help, void (*run)(const Options&)) {
     auto options = std::make_shared<Options>();
-    auto* command = db.add_subcommand(name, help);
-    addDatabase(*command, options->name);
-    addJson(*command, options->json);
-    command->callback([options, run] { run(*options); });
+    const auto command = db.add(name, help);
+    addDatabase(command, options->name);
+    addJson(command, options->json);
+    command.onRun([options, run] { run(*options); });
 }
 
 }  // namespace
 
-void addLooks(CLI::App& db) {
+void addLooks(Command db) {
     addLook(db, "info", "Show form, size and indexes", info);
     addLook(db, "fields", "Show the fields", fields);
     addLook(db, "dump", "Write all records, deleted ones too, and the order of every index", dump);

@@ -1,10 +1,10 @@
 // tsrtm db memo get, set, export: the texts and bytes beside the records.
-#include <CLI/CLI.hpp>
 #include <iostream>
 
 #include "cli/Commands.hpp"
 #include "cli/db/RecordLock.hpp"
 #include "cli/shared/CliError.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/Progress.hpp"
 #include "cli/shared/SharedOptions.hpp"
 #include "tsRtm/database/clsTSRecord.hpp"
@@ -98,40 +98,39 @@ void exportAll(const Options& options) {
               << '\n';
 }
 
-CLI::App& command(CLI::App& memo, const char* name, const char* help, const std::shared_ptr<Options>& options,
-                  void (*run)(const Options&)) {
-    auto* added = memo.add_subcommand(name, help);
-    addDatabase(*added, options->name);
-    if (run != exportAll) added->add_option("NR", options->number, "Record number")->required();
-    added->add_option("FIELD", options->field, "Memo or blob field by name, caption or number")->required();
-    added->callback([options, run] { run(*options); });
-    return *added;
+Command command(Command memo, const char* name, const char* help, const std::shared_ptr<Options>& options,
+                void (*run)(const Options&)) {
+    const auto added = memo.add(name, help);
+    addDatabase(added, options->name);
+    if (run != exportAll) added.option("NR", options->number, "Record number").required();
+    added.option("FIELD", options->field, "Memo or blob field by name, caption or number").required();
+    added.onRun([options, run] { run(*options); });
+    return added;
 }
 
 }  // namespace
 
-void addMemos(CLI::App& db) {
-    auto* memo = db.add_subcommand("memo", "Texts and bytes beside the records");
-    memo->require_subcommand(1);
+void addMemos(Command db) {
+    const auto memo = db.add("memo", "Texts and bytes beside the records");
+    memo.needsCommand();
 
     auto options = std::make_shared<Options>();
-    command(*memo, "get", "Print a memo in UTF-8, or write a blob", options, get)
-        .add_option("--file", options->file, "Where to write it; standard output")
-        ->type_name("FILE");
+    command(memo, "get", "Print a memo in UTF-8, or write a blob", options, get)
+        .option("--file", options->file, "Where to write it; standard output")
+        .typeName("FILE");
 
     options = std::make_shared<Options>();
-    auto& stored = command(*memo, "set", "Store a memo or a blob", options, set);
-    stored.add_option("TEXT", options->text, "The text; an empty one takes it away");
-    stored.add_option("--file", options->file, "Store what this file has; a text in UTF-8")
-        ->type_name("FILE");
+    const auto stored = command(memo, "set", "Store a memo or a blob", options, set);
+    stored.option("TEXT", options->text, "The text; an empty one takes it away");
+    stored.option("--file", options->file, "Store what this file has; a text in UTF-8").typeName("FILE");
     addWait(stored, options->wait);
     stored.footer("Example:\n  tsrtm db memo set Kunden 17 NOTIZ --file brief.txt");
 
     options = std::make_shared<Options>();
-    command(*memo, "export", "Write all memos or blobs of a field, a file each, named by the record", options,
+    command(memo, "export", "Write all memos or blobs of a field, a file each, named by the record", options,
             exportAll)
-        .add_option("FOLDER", options->file, "Where to")
-        ->required();
+        .option("FOLDER", options->file, "Where to")
+        .required();
 }
 
 }  // namespace tsRtm::cli

@@ -1,10 +1,10 @@
 // tsrtm db props list, get, set, names: the named properties of records.
-#include <CLI/CLI.hpp>
 #include <iostream>
 
 #include "cli/Commands.hpp"
 #include "cli/db/RecordLock.hpp"
 #include "cli/shared/CliError.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/Output.hpp"
 #include "cli/shared/SharedOptions.hpp"
 #include "tsRtm/database/clsTSRecord.hpp"
@@ -44,7 +44,7 @@ void list(const Options& options) {
         const auto key = toUtf8(table->Item(row, 1)), value = toUtf8(table->Item(row, 2));
         if (!options.json)
             std::cout << key << '=' << value << '\n';
-        else if (!json.contains(key))  // the first one counts
+        else if (!json.find(key))  // the first one counts
             json[key] = value;
     }
     if (options.json) std::cout << jsonText(json) << '\n';
@@ -87,37 +87,37 @@ void names(const Options& options) {
     if (options.json) std::cout << jsonText(json) << '\n';
 }
 
-CLI::App& command(CLI::App& props, const char* name, const char* help,
-                  const std::shared_ptr<Options>& options, void (*run)(const Options&)) {
-    auto* added = props.add_subcommand(name, help);
-    addDatabase(*added, options->name);
-    if (run != names) added->add_option("NR", options->number, "Record number")->required();
-    added->callback([options, run] { run(*options); });
-    return *added;
+Command command(Command props, const char* name, const char* help, const std::shared_ptr<Options>& options,
+                void (*run)(const Options&)) {
+    const auto added = props.add(name, help);
+    addDatabase(added, options->name);
+    if (run != names) added.option("NR", options->number, "Record number").required();
+    added.onRun([options, run] { run(*options); });
+    return added;
 }
 
 }  // namespace
 
-void addProps(CLI::App& db) {
-    auto* props = db.add_subcommand("props", "Named properties of records");
-    props->require_subcommand(1);
+void addProps(Command db) {
+    const auto props = db.add("props", "Named properties of records");
+    props.needsCommand();
 
     auto options = std::make_shared<Options>();
-    addJson(command(*props, "list", "Show all properties of a record", options, list), options->json);
+    addJson(command(props, "list", "Show all properties of a record", options, list), options->json);
 
     options = std::make_shared<Options>();
-    command(*props, "get", "Print one property of a record", options, get)
-        .add_option("KEY", options->key, "Its name, without regard to case")
-        ->required();
+    command(props, "get", "Print one property of a record", options, get)
+        .option("KEY", options->key, "Its name, without regard to case")
+        .required();
 
     options = std::make_shared<Options>();
-    auto& stored = command(*props, "set", "Set properties of a record", options, set);
-    stored.add_option("KEY=VALUE", options->words, "Name and text")->required();
+    const auto stored = command(props, "set", "Set properties of a record", options, set);
+    stored.option("KEY=VALUE", options->words, "Name and text").required();
     addWait(stored, options->wait);
     stored.footer("Example:\n  tsrtm db props set Kunden 17 Farbe=rot Stufe=3");
 
     options = std::make_shared<Options>();
-    addJson(command(*props, "names", "Show which properties there are, and how many records have them",
+    addJson(command(props, "names", "Show which properties there are, and how many records have them",
                     options, names),
             options->json);
 }

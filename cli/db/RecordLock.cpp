@@ -1,8 +1,7 @@
 #include "cli/db/RecordLock.hpp"
 
-#include <CLI/CLI.hpp>
-
 #include "cli/shared/CliError.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/Terminal.hpp"
 
 namespace tsRtm::cli {
@@ -24,13 +23,13 @@ RecordLock::RecordLock(Session& session, int32 number, std::optional<int32> wait
 
 RecordLock::~RecordLock() { session_.db().Entsperren(number_); }
 
-void addWait(CLI::App& command, std::optional<int32>& wait) {
+void addWait(Command command, std::optional<int32>& wait) {
     command
-        .add_option("--wait", wait,
-                    "For a lock: 0 waits for ever, -N gives up after N times NetWait seconds, N asks then; 1 "
-                    "at a terminal, "
-                    "else -1")
-        ->type_name("N");
+        .option("--wait", wait,
+                "For a lock: 0 waits for ever, -N gives up after N times NetWait seconds, N asks then; 1 "
+                "at a terminal, "
+                "else -1")
+        .typeName("N");
 }
 
 }  // namespace tsRtm::cli

@@ -4,11 +4,9 @@
 
 #include "cli/shared/Session.hpp"
 
-namespace CLI {
-class App;
-}
-
 namespace tsRtm::cli {
+
+class Command;
 
 // Throws a CliError where somebody else has it; gives it back at its end.
 class RecordLock {
@@ -24,6 +22,6 @@ class RecordLock {
 };
 
 // The option --wait of what locks.
-void addWait(CLI::App& command, std::optional<int32>& wait);
+void addWait(Command command, std::optional<int32>& wait);
 
 }  // namespace tsRtm::cli

@@ -1,10 +1,10 @@
 // tsrtm db list, find, goto, get: records by order, text, key and number.
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
 
 #include "cli/Commands.hpp"
 #include "cli/shared/CliError.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/Output.hpp"
 #include "cli/shared/SharedOptions.hpp"
 #include "tsRtm/database/clsTSRecord.hpp"
@@ -118,28 +118,28 @@ void get(const Options& options) {
         printRecord(record, map, fields);
 }
 
-CLI::App& command(CLI::App& db, const char* name, const char* help, const std::shared_ptr<Options>& options,
-                  void (*run)(const Options&)) {
-    auto* added = db.add_subcommand(name, help);
-    addDatabase(*added, options->name);
-    added->callback([options, run] { run(*options); });
-    return *added;
+Command command(Command db, const char* name, const char* help, const std::shared_ptr<Options>& options,
+                void (*run)(const Options&)) {
+    const auto added = db.add(name, help);
+    addDatabase(added, options->name);
+    added.onRun([options, run] { run(*options); });
+    return added;
 }
 
-void addList(CLI::App& db) {
+void addList(Command db) {
     auto options = std::make_shared<Options>();
-    auto& added = command(db, "list", "List records in the order of an index", options, list);
+    const auto added = command(db, "list", "List records in the order of an index", options, list);
     addWalkOptions(added, options->walk);
     addFields(added, options->fields);
     addJson(added, options->json);
     added.footer("Example:\n  tsrtm db list Kunden --index ORT --from Berlin --to Bremen --limit 20");
 }
 
-void addFind(CLI::App& db) {
+void addFind(Command db) {
     auto options = std::make_shared<Options>();
-    auto& added =
+    const auto added =
         command(db, "find", "List records that contain a text, without regard to case", options, find);
-    added.add_option("TEXT", options->key, "What to search")->required();
+    added.option("TEXT", options->key, "What to search").required();
     addIndex(added, options->walk);
     addLimit(added, options->walk.limit);
     addDeleted(added, options->walk);
@@ -147,27 +147,27 @@ void addFind(CLI::App& db) {
     addJson(added, options->json);
 }
 
-void addGoto(CLI::App& db) {
+void addGoto(Command db) {
     auto options = std::make_shared<Options>();
-    auto& added =
+    const auto added =
         command(db, "goto", "Show the first record whose key is not below, and its position", options, goTo);
-    added.add_option("KEY", options->key, "A key of the index; \"#5\" is its fifth position")->required();
+    added.option("KEY", options->key, "A key of the index; \"#5\" is its fifth position").required();
     addIndex(added, options->walk);
     addFields(added, options->fields);
     addJson(added, options->json);
 }
 
-void addGet(CLI::App& db) {
+void addGet(Command db) {
     auto options = std::make_shared<Options>();
-    auto& added = command(db, "get", "Show a record by its number", options, get);
-    added.add_option("NR", options->number, "Record number, from 1")->required();
+    const auto added = command(db, "get", "Show a record by its number", options, get);
+    added.option("NR", options->number, "Record number, from 1").required();
     addFields(added, options->fields);
     addJson(added, options->json);
 }
 
 }  // namespace
 
-void addSearches(CLI::App& db) {
+void addSearches(Command db) {
     addList(db);
     addFind(db);
     addGoto(db);

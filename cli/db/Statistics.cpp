@@ -1,10 +1,10 @@
 // tsrtm db stats: what the files of a database hold, and what a reorganisation would gain.
-#include <CLI/CLI.hpp>
 #include <iomanip>
 #include <iostream>
 #include <sstream>
 
 #include "cli/Commands.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/Output.hpp"
 #include "cli/shared/Progress.hpp"
 #include "cli/shared/SharedOptions.hpp"
@@ -103,17 +103,17 @@ void run(const Options& options) {
 
 }  // namespace
 
-void addStatistics(CLI::App& db) {
+void addStatistics(Command db) {
     auto options = std::make_shared<Options>();
-    auto* command = db.add_subcommand(
+    const auto command = db.add(
         "stats",
         "Sizes, room that is free or lost, depth and fill of indexes, and what a reorganisation gains");
-    addDatabase(*command, options->name);
-    addJson(*command, options->json);
-    command->footer(
+    addDatabase(command, options->name);
+    addJson(command, options->json);
+    command.footer(
         "Free room of chains is used again; all of it is given back by: tsrtm db rebuild. Lost room is\n"
         "what deaths left: nothing leads to it.");
-    command->callback([options] { run(*options); });
+    command.onRun([options] { run(*options); });
 }
 
 }  // namespace tsRtm::cli

@@ -1,10 +1,10 @@
 // tsrtm db watch: changes by others as they happen.
-#include <CLI/CLI.hpp>
 #include <chrono>
 #include <functional>
 #include <iostream>
 
 #include "cli/Commands.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/Output.hpp"
 #include "cli/shared/SharedOptions.hpp"
 #include "cli/shared/Terminal.hpp"
@@ -97,18 +97,18 @@ class Watcher {
 
 }  // namespace
 
-void addWatch(CLI::App& db) {
+void addWatch(Command db) {
     auto options = std::make_shared<Options>();
-    auto* command = db.add_subcommand("watch", "Show what others change, as it happens, until interrupted");
-    addDatabase(*command, options->name);
-    addFields(*command, options->fields);
-    addLimit(*command, options->count, "End after so many changes");
-    addJson(*command, options->json);
-    command->footer(
+    const auto command = db.add("watch", "Show what others change, as it happens, until interrupted");
+    addDatabase(command, options->name);
+    addFields(command, options->fields);
+    addLimit(command, options->count, "End after so many changes");
+    addJson(command, options->json);
+    command.footer(
         "A line a change: added, changed, deleted or undeleted, the number of the record and its\n"
         "fields. A new memo changes its record, and so does a row of a chain that becomes its first\n"
         "one, or the last one where the chain has two pointers.");
-    command->callback([options] {
+    command.onRun([options] {
         Session session(options->name, Use::read);
         Watcher(session, *options).run();
     });

@@ -1,12 +1,10 @@
 #pragma once
 // The commands of the group.
-namespace CLI {
-class App;
-}
-
 namespace tsRtm::cli {
 
-void addPaymentWrite(CLI::App& dta);
-void addPaymentShow(CLI::App& dta);
+class Command;
+
+void addPaymentWrite(Command dta);
+void addPaymentShow(Command dta);
 
 }  // namespace tsRtm::cli

@@ -1,10 +1,10 @@
 // tsrtm dta show: a payment file in words.
-#include <CLI/CLI.hpp>
 #include <iostream>
 
 #include "cli/dta/Commands.hpp"
 #include "cli/dta/PaymentRecords.hpp"
 #include "cli/shared/CliError.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/Output.hpp"
 #include "cli/shared/SharedOptions.hpp"
 
@@ -111,15 +111,14 @@ void show(const Options& options) {
 
 }  // namespace
 
-void addPaymentShow(CLI::App& dta) {
+void addPaymentShow(Command dta) {
     auto options = std::make_shared<Options>();
-    auto* command =
-        dta.add_subcommand("show", "Show a payment file in words, and whether its totals are right");
-    command->add_option("FILE", options->file, "A DTAZV file")->required();
-    addJson(*command, options->json);
-    command->footer(
+    const auto command = dta.add("show", "Show a payment file in words, and whether its totals are right");
+    command.option("FILE", options->file, "A DTAZV file").required();
+    addJson(command, options->json);
+    command.footer(
         "Amounts stand in the file with three digits behind the point; cents below ten stand as tens.");
-    command->callback([options] { show(*options); });
+    command.onRun([options] { show(*options); });
 }
 
 }  // namespace tsRtm::cli

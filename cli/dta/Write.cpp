@@ -1,5 +1,4 @@
 // tsrtm dta write: a payment file from a table of orders, with a report of what is wrong or would be lost.
-#include <CLI/CLI.hpp>
 #include <iostream>
 
 #include "cli/Commands.hpp"
@@ -7,6 +6,7 @@
 #include "cli/dta/OrderTable.hpp"
 #include "cli/dta/PaymentRecords.hpp"
 #include "cli/shared/CliError.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/Output.hpp"
 #include "cli/shared/SharedOptions.hpp"
 #include "tsRtm/frame/FilesTopic.hpp"
@@ -117,27 +117,25 @@ void write(const Options& options) {
     if (report.faults() > 0) throw CliError("the file is written, but see the report");
 }
 
-void addPaymentCommand(CLI::App& command, const std::shared_ptr<Options>& options) {
-    command.add_option("ORDERS", options->orders, "CSV, a transfer a row")->required();
-    command.add_option("--header", options->header, "CSV with a row for who pays")
-        ->required()
-        ->type_name("CSV");
-    command.add_option("--out", options->folder, "Folder of the file")->required()->type_name("DIR");
-    command.add_option("--name", options->name, "Name of the file; DTAZV without it")->type_name("NAME");
+void addPaymentCommand(Command command, const std::shared_ptr<Options>& options) {
+    command.option("ORDERS", options->orders, "CSV, a transfer a row").required();
+    command.option("--header", options->header, "CSV with a row for who pays").required().typeName("CSV");
+    command.option("--out", options->folder, "Folder of the file").required().typeName("DIR");
+    command.option("--name", options->name, "Name of the file; DTAZV without it").typeName("NAME");
     addSeparator(command, options->separator);
     addEncoding(command, options->encoding, true);
-    command.add_flag("--as-is", options->asIs, "Write also what is refused, and leave out what is wrong");
-    command.add_flag("--replace", options->replace, "Write over a file that is there");
+    command.flag("--as-is", options->asIs, "Write also what is refused, and leave out what is wrong");
+    command.flag("--replace", options->replace, "Write over a file that is there");
     addJson(command, options->json);
 }
 
 }  // namespace
 
-void addPaymentWrite(CLI::App& dta) {
+void addPaymentWrite(Command dta) {
     auto options = std::make_shared<Options>();
-    auto* command = dta.add_subcommand("write", "Write a DTAZV file of EU transfers from a table");
-    addPaymentCommand(*command, options);
-    command->footer(
+    const auto command = dta.add("write", "Write a DTAZV file of EU transfers from a table");
+    addPaymentCommand(command, options);
+    command.footer(
         "Columns of ORDERS: BIC, IBAN, Betrag, Name1; Name2, Strasse, PLZOrt, Verwendungszweck, "
         "VariableText.\n"
         "Columns of the header: BLZ, Kontonummer, Name1; Name2, Strasse, PLZOrt, ExecutionDate (JJMMTT, "
@@ -146,14 +144,14 @@ void addPaymentWrite(CLI::App& dta) {
         "tens;\n"
         "accounts above 10 digits. Told: characters that payments lack, and what is too long.\n"
         "Example:\n  tsrtm dta write auftraege.csv --header buero.csv --out bank");
-    command->callback([options] { write(*options); });
+    command.onRun([options] { write(*options); });
 }
 
-void addPayments(CLI::App& app) {
-    auto* dta = app.add_subcommand("dta", "Payment files in the DTAZV format");
-    dta->require_subcommand(1);
-    addPaymentWrite(*dta);
-    addPaymentShow(*dta);
+void addPayments(Command app) {
+    const auto dta = app.add("dta", "Payment files in the DTAZV format");
+    dta.needsCommand();
+    addPaymentWrite(dta);
+    addPaymentShow(dta);
 }
 
 }  // namespace tsRtm::cli

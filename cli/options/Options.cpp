@@ -1,10 +1,10 @@
 // tsrtm options list, get, set, delete: the settings of the library and of applications.
-#include <CLI/CLI.hpp>
 #include <iostream>
 
 #include "cli/Commands.hpp"
 #include "cli/options/OptionList.hpp"
 #include "cli/shared/CliError.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/ErrorText.hpp"
 #include "cli/shared/Output.hpp"
 #include "cli/shared/SharedOptions.hpp"
@@ -127,15 +127,15 @@ void remove(const Options& options) {
     change(option.hive, store().remove(storesHive(option.hive), option.path, option.name));
 }
 
-CLI::App* addOne(CLI::App& group, const std::shared_ptr<Options>& options, const char* name, const char* help,
-                 void (*run)(const Options&)) {
-    auto* command = group.add_subcommand(name, help);
+Command addOne(Command group, const std::shared_ptr<Options>& options, const char* name, const char* help,
+               void (*run)(const Options&)) {
+    const auto command = group.add(name, help);
     command
-        ->add_option("--app", options->scope.app,
-                     "Of the application with this id; without it, what holds for all applications")
-        ->type_name("ID");
-    command->add_flag("--machine", options->scope.machine, "Of the machine, for all users");
-    command->callback([options, run] { run(*options); });
+        .option("--app", options->scope.app,
+                "Of the application with this id; without it, what holds for all applications")
+        .typeName("ID");
+    command.flag("--machine", options->scope.machine, "Of the machine, for all users");
+    command.onRun([options, run] { run(*options); });
     return command;
 }
 
@@ -143,10 +143,10 @@ constexpr const char* kNameHelp = "An option as 'list' shows it, or any other va
 
 }  // namespace
 
-void addOptions(CLI::App& app) {
-    auto* group = app.add_subcommand("options", "Settings of the library and of applications");
-    group->require_subcommand(1);
-    group->footer(
+void addOptions(Command app) {
+    const auto group = app.add("options", "Settings of the library and of applications");
+    group.needsCommand();
+    group.footer(
         "Settings are kept for each user, some for the machine (--machine). Flags are true or false. What "
         "is\n"
         "not stored has a default, which 'list' shows as such.\n"
@@ -157,25 +157,25 @@ void addOptions(CLI::App& app) {
         "  tsrtm options set ShowEndeDialog false --app Kanzlei\n"
         "  tsrtm options set RunTimeDir /srv/programm/ --machine");
     auto options = std::make_shared<Options>();
-    addJson(*addOne(*group, options, "list", "Show all options with their values", list), options->json);
+    addJson(addOne(group, options, "list", "Show all options with their values", list), options->json);
 
     options = std::make_shared<Options>();
-    auto* command = addOne(*group, options, "get", "Show what holds, the default too", get);
-    command->add_option("NAME", options->name, kNameHelp)->required();
-    addJson(*command, options->json);
+    auto command = addOne(group, options, "get", "Show what holds, the default too", get);
+    command.option("NAME", options->name, kNameHelp).required();
+    addJson(command, options->json);
 
     options = std::make_shared<Options>();
-    command = addOne(*group, options, "set", "Store a value", set);
-    command->add_option("NAME", options->name, kNameHelp)->required();
-    command->add_option("VALUE", options->value, "true or false, a number, or a text")->required();
+    command = addOne(group, options, "set", "Store a value", set);
+    command.option("NAME", options->name, kNameHelp).required();
+    command.option("VALUE", options->value, "true or false, a number, or a text").required();
 
     options = std::make_shared<Options>();
     command =
-        addOne(*group, options, "delete", "Delete a stored value, so that the default holds again", remove);
-    auto* name = command->add_option("NAME", options->name, kNameHelp);
-    auto* all = command->add_flag("--all", options->all, "All settings of the application that --app names");
-    command->callback([options, name, all] {
-        if (name->empty() && all->empty()) throw CLI::RequiredError("NAME or --all");
+        addOne(group, options, "delete", "Delete a stored value, so that the default holds again", remove);
+    const auto name = command.option("NAME", options->name, kNameHelp);
+    const auto all = command.flag("--all", options->all, "All settings of the application that --app names");
+    command.onRun([options, name, all] {
+        if (name.count() + all.count() == 0) failMissing("NAME or --all");
         remove(*options);
     });
 }

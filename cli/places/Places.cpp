@@ -1,9 +1,9 @@
 // tsrtm places import, tsrtm plz: postal codes and places.
-#include <CLI/CLI.hpp>
 #include <iostream>
 
 #include "cli/Commands.hpp"
 #include "cli/shared/CliError.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/CsvTable.hpp"
 #include "cli/shared/CsvWriter.hpp"
 #include "cli/shared/ErrorText.hpp"
@@ -241,44 +241,44 @@ void plz(const Options& options) {
     if (more) std::cerr << "There are more places; --limit shows them.\n";
 }
 
-void addPlaceImport(CLI::App& places) {
+void addPlaceImport(Command places) {
     auto options = std::make_shared<Options>();
-    auto* command = places.add_subcommand("import", "Make the databases of places from a CSV file");
+    const auto command = places.add("import", "Make the databases of places from a CSV file");
     command
-        ->add_option("CSV", options->file,
-                     "Columns country_code, zipcode, place, community_code; if it has them, box_zipcode")
-        ->required();
-    command->add_option("--streets", options->streets, "Columns place, community_code, street, zipcode")
-        ->type_name("CSV");
-    command->add_option("--to", options->folder, "The folder of Orte and Strassen; this one without it")
-        ->type_name("DIR");
-    command->add_option("--country", options->country, "Only rows of this country; DE without it")
-        ->type_name("CODE");
-    addSeparator(*command, options->separator);
-    addEncoding(*command, options->encoding, true);
-    command->footer("All files change at once; nobody may have the databases open.");
-    command->callback([options] { import(*options); });
+        .option("CSV", options->file,
+                "Columns country_code, zipcode, place, community_code; if it has them, box_zipcode")
+        .required();
+    command.option("--streets", options->streets, "Columns place, community_code, street, zipcode")
+        .typeName("CSV");
+    command.option("--to", options->folder, "The folder of Orte and Strassen; this one without it")
+        .typeName("DIR");
+    command.option("--country", options->country, "Only rows of this country; DE without it")
+        .typeName("CODE");
+    addSeparator(command, options->separator);
+    addEncoding(command, options->encoding, true);
+    command.footer("All files change at once; nobody may have the databases open.");
+    command.onRun([options] { import(*options); });
 }
 
 }  // namespace
 
-void addPlaces(CLI::App& app) {
-    auto* places = app.add_subcommand("places", "Postal codes and places");
-    places->require_subcommand(1);
-    places->footer("Example:\n  tsrtm places import places.csv --to data");
-    addPlaceImport(*places);
+void addPlaces(Command app) {
+    const auto places = app.add("places", "Postal codes and places");
+    places.needsCommand();
+    places.footer("Example:\n  tsrtm places import places.csv --to data");
+    addPlaceImport(places);
 
     auto options = std::make_shared<Options>();
-    auto* command = app.add_subcommand("plz", "Places by postal code or name");
-    command->add_option("WORD", options->word, "A code, or a name or its beginning")->required();
-    command->add_option("--street", options->street, "A street, where the street list is to be asked");
-    command->add_option("--in", options->folder, "The folder of Orte; this one without it")->type_name("DIR");
-    addLimit(*command, options->limit, "At most so many places; 20 without it");
-    addJson(*command, options->json);
-    command->footer(
+    const auto command = app.add("plz", "Places by postal code or name");
+    command.option("WORD", options->word, "A code, or a name or its beginning").required();
+    command.option("--street", options->street, "A street, where the street list is to be asked");
+    command.option("--in", options->folder, "The folder of Orte; this one without it").typeName("DIR");
+    addLimit(command, options->limit, "At most so many places; 20 without it");
+    addJson(command, options->json);
+    command.footer(
         "At a terminal one place is chosen as in the programs; else all that fit are listed.\n"
         "Examples:\n  tsrtm plz 52062\n  tsrtm plz Aachen --json");
-    command->callback([options] { plz(*options); });
+    command.onRun([options] { plz(*options); });
 }
 
 }  // namespace tsRtm::cli

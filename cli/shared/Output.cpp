@@ -29,8 +29,6 @@ std::vector<Table::Column> columns(const clsControl& control, const FieldMap& ma
 
 }  // namespace
 
-std::string jsonText(const Json& json) { return json.dump(-1, ' ', false, Json::error_handler_t::replace); }
-
 JsonList::JsonList(const char* name) { std::cout << "{\"" << name << "\":["; }
 JsonList::~JsonList() { std::cout << "]}\n"; }
 

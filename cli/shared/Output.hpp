@@ -7,9 +7,6 @@
 
 namespace tsRtm::cli {
 
-// A JSON object's text; malformed characters become U+FFFD.
-std::string jsonText(const Json& json);
-
 // {"name":[element,...]} written as the elements come, one a line. Ends itself.
 class JsonList {
  public:

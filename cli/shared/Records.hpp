@@ -1,14 +1,11 @@
 #pragma once
 // Records as the tool shows and writes them: the texts of their fields as they are stored, without padding.
-#include <nlohmann/json.hpp>
-
 #include "cli/shared/FieldMap.hpp"
 #include "cli/shared/FieldRules.hpp"
+#include "cli/shared/Json.hpp"
 #include "cli/shared/Session.hpp"
 
 namespace tsRtm::cli {
-
-using Json = nlohmann::ordered_json;
 
 // Reads one record after the other; moves the current record of the database, not its position in an index.
 class RecordReader {

@@ -6,23 +6,21 @@
 #include "cli/shared/TextFiles.hpp"
 #include "cli/shared/Walk.hpp"
 
-namespace CLI {
-class App;
-}
-
 namespace tsRtm::cli {
 
+class Command;
+
 // The positional argument of every command on a database.
-void addDatabase(CLI::App& command, std::string& name);
-void addJson(CLI::App& command, bool& json);
-void addFields(CLI::App& command, std::vector<std::string>& fields);
+void addDatabase(Command command, std::string& name);
+void addJson(Command command, bool& json);
+void addFields(Command command, std::vector<std::string>& fields);
 // The order alone, the limit alone, the deleted records; or all that a WalkOptions has.
-void addIndex(CLI::App& command, WalkOptions& options);
-void addLimit(CLI::App& command, int32& limit, const char* help = "At most so many records");
-void addDeleted(CLI::App& command, WalkOptions& options);
-void addWalkOptions(CLI::App& command, WalkOptions& options);
+void addIndex(Command command, WalkOptions& options);
+void addLimit(Command command, int32& limit, const char* help = "At most so many records");
+void addDeleted(Command command, WalkOptions& options);
+void addWalkOptions(Command command, WalkOptions& options);
 // `automatic` is offered to readers only.
-void addEncoding(CLI::App& command, FileEncoding& encoding, bool reading);
-void addSeparator(CLI::App& command, std::string& separator);
+void addEncoding(Command command, FileEncoding& encoding, bool reading);
+void addSeparator(Command command, std::string& separator);
 
 }  // namespace tsRtm::cli

@@ -1,11 +1,11 @@
 // tsrtm tab list, get, set, add, delete, expand: lists, tables and input shortcuts in text files.
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cmath>
 #include <iostream>
 
 #include "cli/Commands.hpp"
 #include "cli/shared/CliError.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/ErrorText.hpp"
 #include "cli/shared/Output.hpp"
 #include "cli/shared/SharedOptions.hpp"
@@ -162,93 +162,91 @@ void expand(const Options& options) {
     std::cout << printable(input) << '\n';
 }
 
-void addForm(CLI::App& command, Options& options) {
-    command.add_option("FILE", options.file, "The text file")->required();
-    auto* columns = command.add_option("--columns", options.form.columns, "A table of so many columns")
-                        ->check(CLI::Range(1, 1000))
-                        ->type_name("N");
-    auto* types = command
-                      .add_option("--types", options.form.types,
-                                  "A table of these columns, a letter each: L whole number, D number, T text")
-                      ->check([](const std::string& text) {
-                          return text.find_first_not_of("LDTS") == std::string::npos
-                                     ? ""
-                                     : "must be letters L, D and T";
-                      })
-                      ->type_name("TLD");
-    auto* rows = command.add_flag("--rows", options.rows, "A table with rows of different lengths");
-    auto* keys = command.add_flag("--shortcuts", options.shortcuts, "Input shortcuts: key and replacement");
-    for (auto* option : {columns, types}) option->excludes(rows)->excludes(keys);
-    rows->excludes(keys);
-    command.add_flag("--encrypted", options.form.encrypted, "Its lines are scrambled");
+void addForm(Command command, Options& options) {
+    command.option("FILE", options.file, "The text file").required();
+    const auto columns = command.option("--columns", options.form.columns, "A table of so many columns")
+                             .range(1, 1000)
+                             .typeName("N");
+    const auto types =
+        command
+            .option("--types", options.form.types,
+                    "A table of these columns, a letter each: L whole number, D number, T text")
+            .check([](const std::string& text) {
+                return text.find_first_not_of("LDTS") == std::string::npos ? ""
+                                                                           : "must be letters L, D and T";
+            })
+            .typeName("TLD");
+    const auto rows = command.flag("--rows", options.rows, "A table with rows of different lengths");
+    const auto keys = command.flag("--shortcuts", options.shortcuts, "Input shortcuts: key and replacement");
+    for (const auto option : {columns, types}) option.excludes(rows).excludes(keys);
+    rows.excludes(keys);
+    command.flag("--encrypted", options.form.encrypted, "Its lines are scrambled");
 }
 
-void addWipe(CLI::App& command, Options& options) {
-    command.add_flag("--wipe", options.form.wipe, "Overwrite the old version before it is deleted");
+void addWipe(Command command, Options& options) {
+    command.flag("--wipe", options.form.wipe, "Overwrite the old version before it is deleted");
 }
 
-CLI::App& command(CLI::App& tab, const char* name, const char* help, const std::shared_ptr<Options>& options,
-                  void (*run)(const Options&)) {
-    auto* added = tab.add_subcommand(name, help);
-    added->callback([options, run] { run(*options); });
-    return *added;
+Command command(Command tab, const char* name, const char* help, const std::shared_ptr<Options>& options,
+                void (*run)(const Options&)) {
+    const auto added = tab.add(name, help);
+    added.onRun([options, run] { run(*options); });
+    return added;
 }
 
-void addReading(CLI::App& tab) {
+void addReading(Command tab) {
     auto listed = std::make_shared<Options>();
-    auto& listing = command(tab, "list", "Show the entries", listed, list);
+    const auto listing = command(tab, "list", "Show the entries", listed, list);
     addForm(listing, *listed);
     addLimit(listing, listed->limit, "At most so many entries");
     addJson(listing, listed->json);
 
     auto got = std::make_shared<Options>();
-    auto& getting = command(tab, "get", "Show an entry, a cell a line, or one cell of it", got, get);
+    const auto getting = command(tab, "get", "Show an entry, a cell a line, or one cell of it", got, get);
     addForm(getting, *got);
-    getting.add_option("NR", got->number, "Number of the entry")->required();
-    getting.add_option("COLUMN", got->column, "Number of the cell");
+    getting.option("NR", got->number, "Number of the entry").required();
+    getting.option("COLUMN", got->column, "Number of the cell");
     addJson(getting, got->json);
 
     auto tried = std::make_shared<Options>();
-    auto& trying = command(tab, "expand", "What an input becomes by the input shortcuts", tried, expand);
-    trying.add_option("INPUT", tried->values, "What a user types: a key, #D+7, #Z ...")
-        ->required()
-        ->expected(1);
-    trying.add_option("--folder", tried->folder, "Where Tabelle.iom lies; the user's own without it");
+    const auto trying = command(tab, "expand", "What an input becomes by the input shortcuts", tried, expand);
+    trying.option("INPUT", tried->values, "What a user types: a key, #D+7, #Z ...").required().expected(1);
+    trying.option("--folder", tried->folder, "Where Tabelle.iom lies; the user's own without it");
     addJson(trying, tried->json);
 }
 
-void addChanging(CLI::App& tab) {
+void addChanging(Command tab) {
     auto changed = std::make_shared<Options>();
-    auto& changing = command(tab, "set", "Change a cell of an entry", changed, set);
+    const auto changing = command(tab, "set", "Change a cell of an entry", changed, set);
     addForm(changing, *changed);
-    changing.add_option("NR", changed->number, "Number of the entry")->required();
-    changing.add_option("VALUE", changed->values, "Its new text")->required()->expected(1);
-    changing.add_option("--column", changed->column, "Number of the cell; 1 without it")->type_name("N");
+    changing.option("NR", changed->number, "Number of the entry").required();
+    changing.option("VALUE", changed->values, "Its new text").required().expected(1);
+    changing.option("--column", changed->column, "Number of the cell; 1 without it").typeName("N");
     addWipe(changing, *changed);
 
     auto put = std::make_shared<Options>();
-    auto& adding = command(tab, "add", "Add an entry and print its number", put, add);
+    const auto adding = command(tab, "add", "Add an entry and print its number", put, add);
     addForm(adding, *put);
-    adding.add_option("VALUE", put->values, "The cells of the entry; those left out are empty")->required();
-    adding.add_option("--before", put->before, "In front of this entry; at the end without it")
-        ->check(CLI::PositiveNumber)
-        ->type_name("NR");
+    adding.option("VALUE", put->values, "The cells of the entry; those left out are empty").required();
+    adding.option("--before", put->before, "In front of this entry; at the end without it")
+        .positive()
+        .typeName("NR");
     addWipe(adding, *put);
     addJson(adding, put->json);
 
     auto removed = std::make_shared<Options>();
-    auto& removing = command(tab, "delete", "Delete entries; the others move up", removed, remove);
+    const auto removing = command(tab, "delete", "Delete entries; the others move up", removed, remove);
     addForm(removing, *removed);
-    removing.add_option("NR", removed->numbers, "Numbers of entries")->required();
+    removing.option("NR", removed->numbers, "Numbers of entries").required();
     addWipe(removing, *removed);
 }
 
 }  // namespace
 
-void addTables(CLI::App& app) {
-    auto* tab = app.add_subcommand("tab", "Lists, tables and input shortcuts in text files");
-    tab->require_subcommand(1);
-    tab->footer(
+void addTables(Command app) {
+    const auto tab = app.add("tab", "Lists, tables and input shortcuts in text files");
+    tab.needsCommand();
+    tab.footer(
         "Nothing in a file tells its form, so you do: a list of lines without an option, a table by "
         "--columns\n"
         "or --types, rows of different lengths by --rows, Tabelle.iom by --shortcuts. Changes are written\n"
@@ -259,8 +257,8 @@ void addTables(CLI::App& app) {
         "  tsrtm tab set Konten.tab --types TLD 1 13,50 --column 3\n"
         "  tsrtm tab add Tabelle.iom --shortcuts mfg \"Mit freundlichen Grüßen\"\n"
         "  tsrtm tab expand mfg --folder .");
-    addReading(*tab);
-    addChanging(*tab);
+    addReading(tab);
+    addChanging(tab);
 }
 
 }  // namespace tsRtm::cli

@@ -1,11 +1,11 @@
 // tsrtm hash: hash values of files and texts.
-#include <CLI/CLI.hpp>
 #include <array>
 #include <iostream>
 #include <map>
 
 #include "cli/Commands.hpp"
 #include "cli/shared/CliError.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/Output.hpp"
 #include "cli/shared/SharedOptions.hpp"
 #include "cli/shared/Terminal.hpp"
@@ -107,38 +107,35 @@ std::vector<std::string> keysOf(const Map& map) {
 
 }  // namespace
 
-void addHash(CLI::App& app) {
+void addHash(Command app) {
     auto options = std::make_shared<Options>();
-    auto* command = app.add_subcommand("hash", "Hash values of files or of a text");
-    auto* files = command->add_option("FILE", options->files, "Files; - is standard input");
-    auto* text = command->add_option("--text", options->text, "A text instead of files")->excludes(files);
+    const auto command = app.add("hash", "Hash values of files or of a text");
+    const auto files = command.option("FILE", options->files, "Files; - is standard input");
+    const auto text = command.option("--text", options->text, "A text instead of files").excludes(files);
     command
-        ->add_option(
-            "--algorithm", options->algorithm,
-            "md2, md4, md5, sha1, sha256 (the default), sha384 or sha512; the first four are broken: "
-            "for old data only")
-        ->check(CLI::IsMember(keysOf(kAlgorithms)).description(""))
-        ->type_name("NAME");
+        .option("--algorithm", options->algorithm,
+                "md2, md4, md5, sha1, sha256 (the default), sha384 or sha512; the first four are broken: "
+                "for old data only")
+        .oneOf(keysOf(kAlgorithms), InHelp::hidden)
+        .typeName("NAME");
     command
-        ->add_option("--form", options->form,
-                     "hex (the default), HEX in capitals, base64, or short: base64 without = at its end")
-        ->check(CLI::IsMember(keysOf(kForms)).description(""))
-        ->type_name("NAME");
-    addEncoding(*command, options->encoding, false);
-    command->get_option("--encoding")
-        ->needs(text)
-        ->description(
-            "Of the text: utf8 (the default), latin1, 1252 or 850; the library itself hashes a text as 1252");
-    addJson(*command, options->json);
-    command->footer(
+        .option("--form", options->form,
+                "hex (the default), HEX in capitals, base64, or short: base64 without = at its end")
+        .oneOf(keysOf(kForms), InHelp::hidden)
+        .typeName("NAME");
+    addEncoding(command, options->encoding, false);
+    command["--encoding"].needs(text).description(
+        "Of the text: utf8 (the default), latin1, 1252 or 850; the library itself hashes a text as 1252");
+    addJson(command, options->json);
+    command.footer(
         "A line a file: the hash, two blanks, the name, as sha256sum and its like write it.\n"
         "Examples:\n"
         "  tsrtm hash backup.zip\n"
         "  tsrtm hash --algorithm md5 --form HEX *.dat\n"
         "  tsrtm hash --text Müller --encoding 1252");
-    command->callback([options, text] {
-        options->hasText = text->count() > 0;
-        if (!options->hasText && options->files.empty()) throw CLI::RequiredError("FILE or --text");
+    command.onRun([options, text] {
+        options->hasText = text.count() > 0;
+        if (!options->hasText && options->files.empty()) failMissing("FILE or --text");
         hash(*options);
     });
 }

@@ -1,10 +1,10 @@
 // tsrtm msg: the texts of the library by their numbers.
-#include <CLI/CLI.hpp>
 #include <iostream>
 #include <optional>
 
 #include "cli/Commands.hpp"
 #include "cli/shared/CliError.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/Output.hpp"
 #include "cli/shared/SharedOptions.hpp"
 #include "cli/shared/Terminal.hpp"
@@ -83,26 +83,24 @@ void run(const Options& options) {
 
 }  // namespace
 
-void addMessages(CLI::App& app) {
+void addMessages(Command app) {
     auto options = std::make_shared<Options>();
-    auto* command = app.add_subcommand("msg", "The library's texts by number: one, or all of them");
-    command->add_option(
+    const auto command = app.add("msg", "The library's texts by number: one, or all of them");
+    command.option(
         "N", options->number,
         "Number 0 to 511, plus flags: 1024 a blank in front, 2048 a blank behind, 4096 dots behind, 8192 "
         "keys and marks not expanded");
-    command->add_option("TEXT", options->inserts, "Texts for the places %1, %2 ...")
-        ->expected(0, static_cast<int>(kMostInserts));
+    command.option("TEXT", options->inserts, "Texts for the places %1, %2 ...")
+        .expected(0, static_cast<int>(kMostInserts));
     std::vector<std::string> words;
     for (const auto& language : kLanguages) words.emplace_back(language.word);
-    command
-        ->add_option("--language", options->language,
-                     "de, en, es, fr, it or nl; the machine's own without it")
-        ->check(CLI::IsMember(words).description(""))
-        ->type_name("NAME");
-    command->add_flag("--captions", options->captions, "The captions of buttons instead");
-    addJson(*command, options->json);
-    command->footer("Messages are in German; of the English ones there are the names of days and months.");
-    command->callback([options] { run(*options); });
+    command.option("--language", options->language, "de, en, es, fr, it or nl; the machine's own without it")
+        .oneOf(words, InHelp::hidden)
+        .typeName("NAME");
+    command.flag("--captions", options->captions, "The captions of buttons instead");
+    addJson(command, options->json);
+    command.footer("Messages are in German; of the English ones there are the names of days and months.");
+    command.onRun([options] { run(*options); });
 }
 
 }  // namespace tsRtm::cli

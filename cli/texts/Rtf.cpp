@@ -1,8 +1,8 @@
 // tsrtm rtf: RTF to plain text, and stored markup to RTF.
-#include <CLI/CLI.hpp>
 
 #include "cli/Commands.hpp"
 #include "cli/shared/CliError.hpp"
+#include "cli/shared/Command.hpp"
 #include "cli/shared/SharedOptions.hpp"
 #include "tsRtm/frame/RtfTopic.hpp"
 #include "tsRtm/frame/rtf/FileForm.hpp"
@@ -56,22 +56,22 @@ void run(const Options& options) {
 
 }  // namespace
 
-void addRtf(CLI::App& app) {
+void addRtf(Command app) {
     auto options = std::make_shared<Options>();
-    auto* command = app.add_subcommand("rtf", "Turn RTF into plain text, or stored markup into RTF");
-    command->add_option("FILE", options->file, "The file to be read")->required();
-    command->add_option("TARGET", options->target, "Where to write; \"-\", the default, is standard output");
-    auto* toRtf = command->add_flag("--to-rtf", options->toRtf, "From plain text or markup to RTF");
+    const auto command = app.add("rtf", "Turn RTF into plain text, or stored markup into RTF");
+    command.option("FILE", options->file, "The file to be read").required();
+    command.option("TARGET", options->target, "Where to write; \"-\", the default, is standard output");
+    const auto toRtf = command.flag("--to-rtf", options->toRtf, "From plain text or markup to RTF");
     command
-        ->add_flag("--no-header", options->withoutHeader,
-                   "Without fonts and colours, as a piece of a larger RTF text")
-        ->needs(toRtf);
-    addEncoding(*command, options->encoding, true);
-    command->footer(
+        .flag("--no-header", options->withoutHeader,
+              "Without fonts and colours, as a piece of a larger RTF text")
+        .needs(toRtf);
+    addEncoding(command, options->encoding, true);
+    command.footer(
         "Plain text is written in UTF-8. RTF is written in ASCII, and a file that is RTF already unchanged.\n"
         "Markup: lines of commands (.ZE centred, .LR2 left margin ...) and ~F bold, ~U underlined, ~K italic "
         "in a line.");
-    command->callback([options] { run(*options); });
+    command.onRun([options] { run(*options); });
 }
 
 }  // namespace tsRtm::cli
