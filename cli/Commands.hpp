@@ -31,6 +31,9 @@ void addChecks(Command app);    // check iban, bic, blz, konto, date, email, egv
 void addPayments(Command app);  // dta write, dta show
 void addPlaces(Command app);    // places import, plz
 void addTermine(Command app);   // termine create, add, day, week, list, what, import, export
+void addPrint(Command app);     // print text, rtf, csv, db
+void addLetters(Command app);   // letters
+void addPrinters(Command app);  // printers
 void addCompletion(Command app);
 
 }  // namespace tsRtm::cli

@@ -50,6 +50,9 @@ void addCommands(tsRtm::cli::Command app) {
     addPayments(app);
     addPlaces(app);
     addTermine(app);
+    addPrint(app);
+    addLetters(app);
+    addPrinters(app);
     addCompletion(app);
 }
 

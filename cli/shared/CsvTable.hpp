@@ -18,6 +18,8 @@ class CsvTable {
     // The same, or by its number from 1. Throws a CliError that names the columns there are.
     std::size_t need(const std::string& word) const;
 
+    const std::vector<Text>& titles() const noexcept { return titles_; }
+
     // The next row; empty lines are passed over. False at the end.
     bool next();
     int64 line() const noexcept { return row_.line; }
