@@ -9,7 +9,7 @@ namespace tsRtm {
 // neither ahead nor back need at most as many as they have steps themselves for each character.
 class Regex {
  public:
-    static constexpr int64 kMostWork = 600000;  // some milliseconds
+    static constexpr int64 kMostWork = 400000;  // some milliseconds
 
     // A pattern that is none never matches.
     explicit Regex(TextView pattern, bool ignoreCase = false);
