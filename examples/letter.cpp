@@ -7,10 +7,9 @@
 
 using namespace tsRtm;
 
-namespace {
+using platform::mmToTwips;
 
-constexpr float64 kTwipsPerMM = 56.69291338582678;
-int32 twips(float64 mm) { return roundToInt32(mm * kTwipsPerMM); }
+namespace {
 
 Adresse receiver() {
     Adresse address;
@@ -43,8 +42,8 @@ void compose(Druck& job) {
         u"\\trowd\\clbrdrt\\brdrs\\cellx3000\\cellx5000\\pard\\intbl Februar\\cell\\qr 80,50 "
         u"\\u8364?\\cell\\row"
         u"\\pard\\sb240\\sa120 Mit freundlichen Grüßen\\par\\i Kanzlei Beispiel\\i0\\par}";
-    int32 height = twips(150);
-    job.PrintRTFTextNeu(body, twips(25), twips(110), twips(165), height);
+    int32 height = mmToTwips(150);
+    job.PrintRTFTextNeu(body, mmToTwips(25), mmToTwips(110), mmToTwips(165), height);
 }
 
 }  // namespace

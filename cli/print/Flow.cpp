@@ -5,12 +5,8 @@
 #include "cli/shared/CliError.hpp"
 
 namespace tsRtm::cli {
-namespace {
 
-constexpr float64 kTwipsPerMM = 56.69291338582678;
-int32 twips(float64 mm) { return roundToInt32(mm * kTwipsPerMM); }
-
-}  // namespace
+using platform::mmToTwips;
 
 Flow::Flow(PrintJob& job, std::function<void()> frame)
     : job_(job), area_(job.area()), frame_(std::move(frame)), row_(area_.top + job.lineHeight()) {
@@ -61,9 +57,9 @@ void flowRtf(PrintJob& job, TextView rtf, const Area& first, const Area& other,
     const Area* area = &first;
     frame();
     for (int32 from = 0; from >= 0;) {
-        int32 height = twips(area->height());
-        const int32 next = job.druck().PrintRTFTextNeu(rtf, twips(area->left), twips(area->top),
-                                                       twips(area->width()), height, from);
+        int32 height = mmToTwips(area->height());
+        const int32 next = job.druck().PrintRTFTextNeu(rtf, mmToTwips(area->left), mmToTwips(area->top),
+                                                       mmToTwips(area->width()), height, from);
         // A page that took nothing would take nothing again.
         if (next == from && area == &other) throw CliError("the text does not fit on the page");
         from = next;

@@ -9,7 +9,6 @@
 namespace tsRtm::cli {
 namespace {
 
-constexpr float64 kTwipsPerMM = 56.69291338582678;
 constexpr float64 kBold = 1.12;  // by how much bold letters are wider, at most
 constexpr float64 kGap = 2.5;    // millimetres between two columns
 constexpr float64 kLeast = 8;    // of a column that must give room to others
@@ -91,7 +90,7 @@ class List {
     }
 
  private:
-    float64 width(TextView text) { return job_.druck().TextWidth(text) / kTwipsPerMM; }
+    float64 width(TextView text) { return job_.druck().TextWidth(text) / platform::kTwipsPerMM; }
     void widen(std::size_t column, TextView text, float64 by = 1) {
         figures_.widths[column] = std::max(figures_.widths[column], by * width(text));
     }

@@ -9,7 +9,6 @@
 namespace tsRtm::cli {
 namespace {
 
-constexpr float64 kTwipsPerMM = 56.69291338582678;
 constexpr float64 kLeft = 25, kRight = 20, kTop = 20, kBottom = 22, kFoot = 12;
 constexpr int32 kDotsPerInch = 150;
 

@@ -17,7 +17,8 @@ class Document final : public platform::PdfDocument {
 
     SystemError finish(TextView name) override {
         try {
-            return storeFile(name, pages_.finish(), false);
+            if (content_.isEmpty()) content_ = pages_.finish();
+            return storeFile(name, content_, false);
         } catch (const std::exception& failure) {
             rtmMain::DebugLog(u"PDF: " + fromUtf8(failure.what()));
             return SystemError::writeFault;
@@ -26,6 +27,7 @@ class Document final : public platform::PdfDocument {
 
  private:
     PdfPages pages_;
+    QByteArray content_;  // once it is whole
 };
 
 }  // namespace

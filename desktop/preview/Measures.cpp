@@ -4,10 +4,13 @@
 #include <algorithm>
 #include <cmath>
 
+#include "tsRtm/platform/Drawing.hpp"
+
 namespace tsRtm::desktop {
 namespace {
 
-constexpr double kTwipsPerMM = 56.69291338582678;
+using platform::kTwipsPerMM;
+
 constexpr double kColumn = 144, kRow24 = 60, kRow6 = 240;
 
 QString number(double value, int decimals) {

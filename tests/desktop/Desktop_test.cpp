@@ -2,6 +2,8 @@
 #include "desktop/Desktop.hpp"
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <QApplication>
 #include <QBuffer>
@@ -10,6 +12,7 @@
 #include <array>
 #include <cstdio>
 #include <filesystem>
+#include <fstream>
 #include <map>
 #include <regex>
 #include <sstream>
@@ -17,6 +20,7 @@
 #include "desktop/paper/PainterDevice.hpp"
 #include "tests/support/TempFolder.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/printing/Druck.hpp"
 
 namespace tsRtm::test {
@@ -166,6 +170,40 @@ TEST_F(OnPaper, IsProtectedAgainstChanges) {
     EXPECT_NE(info.find("Encrypted:       yes (print:yes copy:no change:no addNotes:no algorithm:AES-256)"),
               std::string::npos)
         << info;
+}
+
+// Programs that write documents of one name at once: each gets a name of its own, and none is lost or torn.
+TEST_F(OnPaper, IsWrittenBesideOthers) {
+    constexpr int kPrograms = 3, kJobs = 12;
+    std::vector<pid_t> programs;
+    for (int program = 0; program < kPrograms; ++program) {
+        programs.push_back(fork());
+        ASSERT_GE(programs.back(), 0);
+        if (programs.back() > 0) continue;
+        alarm(60);  // a question nobody answers fails the test
+        bool good = true;
+        for (int i = 0; i < kJobs && good; ++i) {
+            start();
+            job.mm(30, 25, u"Brief", 14, 0);
+            job.Ende();
+            good =
+                !job.Abbruch() && !failed(rtmMain::system().files.status(folder.name(job.DocFile())).error());
+        }
+        _exit(good ? 0 : 1);
+    }
+    for (const pid_t program : programs) {
+        int status = -1;
+        waitpid(program, &status, 0);
+        EXPECT_EQ(status, 0);
+    }
+    int files = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(toUtf8(folder.name()))) {
+        std::ifstream in(entry.path(), std::ios::binary);
+        const std::string bytes((std::istreambuf_iterator<char>(in)), {});
+        EXPECT_TRUE(bytes.starts_with("%PDF") && bytes.find("%%EOF") != std::string::npos) << entry.path();
+        ++files;
+    }
+    EXPECT_EQ(files, kPrograms * kJobs);
 }
 
 // The same job on two devices: ink in the same places.

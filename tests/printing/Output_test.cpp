@@ -141,6 +141,15 @@ TEST_F(Output, MakesOneFileOfAJob) {
     EXPECT_TRUE(paper.pdfSettings.ownerPassword.empty());  // PDF/A cannot be protected
 
     anew();
+    paper.namesTaken = 2;
+    job->Device(u"PDF");
+    job->DocPath(u"/brief");
+    job->Init(72, 1, 1, u"A4");
+    compose(1);
+    EXPECT_FALSE(job->Abbruch());
+    EXPECT_EQ(std::count(paper.log.begin(), paper.log.end(), paper.log.back()), 3);
+
+    anew();
     paper.pdfFails = platform::SystemError::diskFull;
     library.ground.ui.defaultAnswer = 1;
     job->Device(u"PDF");

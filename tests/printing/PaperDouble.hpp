@@ -116,6 +116,7 @@ class PaperDouble final : platform::TextMeasure,
     std::shared_ptr<Laser> old = std::make_shared<Laser>(*this, false);
     platform::PdfSettings pdfSettings;
     platform::SystemError pdfFails = platform::SystemError::none;
+    int32 namesTaken = 0;  // so often somebody else's file has come first
     platform::PreviewedJob* previewed = nullptr;
     bool windowVisible = false;
     std::function<void()> onModal;
@@ -162,7 +163,7 @@ class PaperDouble final : platform::TextMeasure,
         }
         platform::SystemError finish(TextView name) override {
             owner_.log.push_back("as " + toUtf8(name));
-            return owner_.pdfFails;
+            return owner_.namesTaken-- > 0 ? platform::SystemError::alreadyExists : owner_.pdfFails;
         }
 
      private:

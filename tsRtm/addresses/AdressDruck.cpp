@@ -14,11 +14,10 @@ constexpr float64 kWidth = 85, kHeight = 40, kMargin = 3, kTextWidth = 82, kLast
 constexpr float64 kStroke = 3;
 constexpr int32 kThin = 10, kThick = 50;  // twips
 constexpr int32 kSmall = 7, kHint = 8, kSmallest = 10;
-constexpr float64 kTwipsPerMM = 56.69291338582678;
 
 float64 lineHeight(Druck& job, int32 size) {
     job.FontSize(size);
-    return job.TextHeight(u"A") / kTwipsPerMM;
+    return job.TextHeight(u"A") / platform::kTwipsPerMM;
 }
 
 void drawMarks(Druck& job, float64 top, float64 left, eEckTyp kind) {

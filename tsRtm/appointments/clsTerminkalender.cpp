@@ -104,8 +104,8 @@ void clsTerminkalender::letGo() {
     const auto held = weak_from_this().lock();
     cache_.clear();
     live_.clear();
-    seen_ = db_ ? db_->AnzahlDSaetze() : 0;
     stand_ = db_ ? db_->Stand() : Datenstand();
+    seen_ = db_ ? db_->AnzahlDSaetze() : 0;
     DBChange();
 }
 

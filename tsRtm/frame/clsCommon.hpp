@@ -2,6 +2,7 @@
 // The public, read-mostly face of the library's state.
 #include "tsRtm/frame/Bundeslaender.hpp"
 #include "tsRtm/frame/clsHostApp.hpp"
+#include "tsRtm/platform/Drawing.hpp"
 #include "tsRtm/types/Variant.hpp"
 
 namespace tsRtm {
@@ -97,9 +98,9 @@ class clsCommon {
     // The screen, in pixels, and millimetres in other units.
     int32 DisplayZeilen() const;
     int32 DisplaySpalten() const;
-    float64 FaktorZoll() const { return 25.4; }               // millimetres per inch
-    float64 FaktorMM() const { return 56.69291338582678; }    // twips per millimetre
-    float64 FaktorMM12() const { return 47.24409448818898; }  // dots of 1/1200 inch per millimetre
+    float64 FaktorZoll() const { return 25.4; }                 // millimetres per inch
+    float64 FaktorMM() const { return platform::kTwipsPerMM; }  // twips per millimetre
+    float64 FaktorMM12() const { return 47.24409448818898; }    // dots of 1/1200 inch per millimetre
 
     int32 NetWait() const;  // seconds
     int32 Expert() const;   // -1 or 0

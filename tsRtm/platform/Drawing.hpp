@@ -7,6 +7,10 @@
 
 namespace tsRtm::platform {
 
+// Sizes on paper are twips, 1440 an inch.
+inline constexpr float64 kTwipsPerMM = 56.69291338582678;
+inline int32 mmToTwips(float64 mm) noexcept { return roundToInt32(mm * kTwipsPerMM); }
+
 // A place on a page, Y downward.
 struct Place {
     int32 x = 0, y = 0;

@@ -19,7 +19,8 @@ class PdfDocument {
     virtual ~PdfDocument() = default;
     // The next page; sizes in twips. The device is good until the next call.
     virtual PageDevice& page(int32 width, int32 height) = 0;
-    // The file appears whole or not at all.
+    // The file appears whole or not at all. One of that name stays: alreadyExists, and another name may
+    // be tried.
     virtual SystemError finish(TextView name) = 0;
 };
 

@@ -54,9 +54,12 @@ SystemError renameOnto(const std::string& from, const std::string& to) noexcept 
 SystemError renameToNew(const std::string& from, const std::string& to) noexcept {
     if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
         return SystemError::none;
-    // Some file systems lack the flag; the name was free a moment ago.
-    if (errno == EINVAL || errno == ENOSYS) return renameOnto(from, to);
-    return lastError();
+    if (errno != EINVAL && errno != ENOSYS) return lastError();
+    // Some file systems lack the flag: there a second name, which replaces nothing either, comes first.
+    if (::link(from.c_str(), to.c_str()) == 0)
+        return ::unlink(from.c_str()) == 0 ? SystemError::none : lastError();
+    // Folders have no second name, nor have files everywhere; the name was free a moment ago.
+    return errno == EEXIST ? lastError() : renameOnto(from, to);
 }
 
 }  // namespace

@@ -19,6 +19,7 @@ using Feature = platform::PrinterFeature;
 constexpr int32 kOff = 1;           // of duplex
 constexpr int32 kAutomaticBin = 7;  // what a bin that the printer lacks becomes
 constexpr int32 kReferenceResolution = 1200;
+constexpr int32 kNames = 100;  // that others may take away before us
 constexpr TextView kOwnerPassword = u"tsVerwal";
 
 // Whether the printer has the value then.
@@ -166,11 +167,18 @@ void JobOutput::toPdf(int32 which, Range range) {
 }
 
 void JobOutput::finish(platform::PdfDocument& file) {
-    const auto place = pdfPlace(job_.docPath, job_.name);
-    if (!place) return tell(u"Der Ordner " + job_.docPath + u" kann nicht angelegt werden.");
-    job_.docFile = FilesTopic::FileName(*place);
-    if (const auto error = file.finish(*place); platform::failed(error))
-        tell(*place + u" kann nicht geschrieben werden: " + messages_.SystemMsg(static_cast<int32>(error)));
+    for (int32 tries = 1;; ++tries) {
+        const auto place = pdfPlace(job_.docPath, job_.name);
+        if (!place) return tell(u"Der Ordner " + job_.docPath + u" kann nicht angelegt werden.");
+        job_.docFile = FilesTopic::FileName(*place);
+        const auto error = file.finish(*place);
+        // The name was free a moment ago: somebody else's document has come first.
+        if (error == platform::SystemError::alreadyExists && tries < kNames) continue;
+        if (platform::failed(error))
+            tell(*place + u" kann nicht geschrieben werden: " +
+                 messages_.SystemMsg(static_cast<int32>(error)));
+        return;
+    }
 }
 
 void JobOutput::printFurtherCopies() {

@@ -2,11 +2,12 @@
 // The units of paper: twips (1440 an inch), dots (1200 an inch), millimetres.
 #include <algorithm>
 
-#include "tsRtm/types/Text.hpp"
+#include "tsRtm/platform/Drawing.hpp"
 
 namespace tsRtm {
 
-inline constexpr float64 kTwipsPerMM = 56.69291338582678;
+using platform::kTwipsPerMM, platform::mmToTwips;
+
 inline constexpr float64 kDotsPerMM = 47.24409448818898;
 
 // a * b / c, to the nearest number, halves away from zero; 0 for c 0 and what int32 cannot hold.
@@ -20,7 +21,6 @@ constexpr int32 mulDiv(int32 a, int32 b, int32 c) noexcept {
 
 constexpr int32 dotsToTwips(int32 dots) noexcept { return mulDiv(dots, 6, 5); }
 constexpr int32 twipsToDots(int32 twips) noexcept { return mulDiv(twips, 5, 6); }
-inline int32 mmToTwips(float64 mm) noexcept { return roundToInt32(mm * kTwipsPerMM); }
 inline int32 mmToDots(float64 mm) noexcept { return roundToInt32(mm * kDotsPerMM); }
 
 // By how much places are divided so that those of a page this large stay within 16 bits.
