@@ -139,6 +139,37 @@ TEST_F(OnPaper, LaysOutIndentsTablesAndPictures) {
     EXPECT_NE(text.find("Schluss"), std::string::npos);
 }
 
+// One paragraph over pages of two widths: each word once and in its place, whatever page is drawn first.
+TEST_F(OnPaper, DividesATextAmongPages) {
+    if (!has("pdftotext")) GTEST_SKIP() << "poppler-utils is not installed";
+    Text rtf = u"{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\f0\\fs20\\pard\\fi720\\sb200 ";
+    std::string expected;
+    for (int32 n = 1; n <= 4000; ++n) {
+        rtf += u"w" + toText(n) + u" ";
+        expected += "w" + std::to_string(n) + " ";
+    }
+    start();
+    int32 next = 0;
+    for (int32 page = 0; next >= 0 && page < 20; ++page) {
+        if (page > 0) job.Ausgabe();
+        int32 height = 10000;
+        next = job.PrintRTFTextNeu(rtf + u"}", 1440, 1440, page % 2 == 0 ? 8000 : 5000, height, next);
+    }
+    job.Duplex(true);
+    job.Ausgabe();
+    const int32 pages = job.PageCount() - 1;
+    EXPECT_GT(pages, 4);
+    for (int32 page = pages; page > 0; --page) {
+        QImage image(210, 297, QImage::Format_Grayscale8);
+        QPainter painter(&image);
+        desktop::PainterDevice device(painter, {96, 96, 0, 0});
+        job.Page(page)->draw(device, 210, 297);
+    }
+    job.Ende();
+    const auto text = run("pdftotext '" + file() + "' -").second;
+    EXPECT_EQ(std::regex_replace(text, std::regex("[ \n\f]+"), " "), expected);
+}
+
 TEST_F(OnPaper, IsAnArchiveThatPassesPreflight) {
     const std::string jars = "/usr/share/java/";
     std::string path;

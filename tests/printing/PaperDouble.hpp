@@ -45,7 +45,9 @@ class RecordingDevice final : public platform::PageDevice {
     platform::DeviceResolution resolution() override { return {600, 600, 100, 50}; }
     void map(const platform::PageMapping& mapping) override { mappings.push_back(mapping); }
     void draw(const platform::DrawingCommand& command) override { lines.push_back(lineOf(command)); }
-    void draw(const platform::PlacedText& text) override { lines.push_back("rtf " + toUtf8(text.rtf)); }
+    void draw(const platform::PlacedText& text) override {
+        lines.push_back("rtf " + toUtf8(text.text->rtf()));
+    }
 
     std::vector<platform::PageMapping> mappings;
     std::vector<std::string> lines;
@@ -130,7 +132,15 @@ class PaperDouble final : platform::TextMeasure,
         const auto letters = static_cast<int32>(text.size());
         return {letters * font.height * 600 / 240, font.height};
     }
-    int32 length(TextView rtf) override { return static_cast<int32>(rtf.size()); }
+    struct Formatted final : platform::FormattedText {
+        explicit Formatted(TextView text) : kept(text) {}
+        TextView rtf() const override { return kept; }
+        int32 length() const override { return static_cast<int32>(kept.size()); }
+        Text kept;
+    };
+    std::shared_ptr<const platform::FormattedText> read(TextView rtf) override {
+        return std::make_shared<Formatted>(rtf);
+    }
     platform::TextFit fit(const platform::PlacedText&, int32) override { return nextFit; }
     int32 windowText() override { return whiteText ? 0xFFFFFF : 0; }
     int32 window() override { return 0xFFFFFF; }

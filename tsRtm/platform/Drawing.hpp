@@ -1,5 +1,6 @@
 #pragma once
 // What stands on a page: drawing commands, and the surface that they are played on.
+#include <memory>
 #include <variant>
 #include <vector>
 
@@ -96,9 +97,18 @@ struct DeviceResolution {
     int32 offsetX = 0, offsetY = 0;  // of the printable area from the paper's corner, pixels
 };
 
+// Formatted text, read once for all the pages that it needs.
+class FormattedText {
+ public:
+    virtual ~FormattedText() = default;
+    virtual TextView rtf() const = 0;
+    // Its characters; 0 where it holds none or is no RTF.
+    virtual int32 length() const = 0;
+};
+
 // Formatted text in its rectangle, twips.
 struct PlacedText {
-    Text rtf;
+    std::shared_ptr<const FormattedText> text;
     int32 from = 0;  // its first character, 0-based
     int32 left = 0, top = 0, width = 0, height = 0;
     int32 backColour = 0xFFFFFF;

@@ -27,8 +27,7 @@ struct TextFit {
 class FormattedTexts {
  public:
     virtual ~FormattedTexts() = default;
-    // Characters of a text; 0 where it holds none or is no RTF.
-    virtual int32 length(TextView rtf) = 0;
+    virtual std::shared_ptr<const FormattedText> read(TextView rtf) = 0;
     // How far it goes in the text's rectangle of a page of that height. Where not even one line fits, `next`
     // is where it began; what not even the whole page could take counts as placed, cut off.
     virtual TextFit fit(const PlacedText& text, int32 pageHeight) = 0;

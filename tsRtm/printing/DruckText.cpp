@@ -204,12 +204,13 @@ int32 Druck::placeFormatted(TextView rtf, int32 left, int32 top, int32 width, in
     if (silent()) return -1;
     if (!s_->paper) raise(422, u"tsRtm (PrintRTFNeu)", u"RTF hat kein Handle");
     auto* page = s_->pages.current();
-    const int32 length = s_->paper->texts.length(rtf);
-    if (length < 1 || from >= length || !page) return -1;
+    // The pages of a text come one behind the other.
+    if (!s_->formatted || s_->formatted->rtf() != rtf) s_->formatted = s_->paper->texts.read(rtf);
+    if (from >= s_->formatted->length() || !page) return -1;
     const auto& traits = page->traits;
     const platform::PlacedText text{
-        Text(rtf), std::max(from, 0), left, top, width > 0 ? width : traits.width - left,
-        height,    s_->rtfBackColour};
+        s_->formatted, std::max(from, 0), left, top, width > 0 ? width : traits.width - left,
+        height,        s_->rtfBackColour};
     const auto fit = s_->paper->texts.fit(text, traits.height);
     if (!render && fit.next < 0) height = fit.used + kPixelTwips;
     // Not even one line: the next page has room for it.

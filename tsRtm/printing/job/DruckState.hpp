@@ -26,6 +26,7 @@ struct DruckState {
     bool used = false;  // the page has received something
     int32 backgroundMode = 1;
     int32 rtfBackColour = 0xFFFFFF;
+    std::shared_ptr<const platform::FormattedText> formatted;  // that was placed last
 
     bool preview = false;  // the job goes to the preview
     bool previewShown = false;
