@@ -46,4 +46,4 @@ build_packages="g++ cmake ninja-build pkg-config libicu-dev libsqlite3-dev nettl
     qt6-base-dev libqt6svg6-dev libqpdf-dev libcups2-dev fonts-liberation"
 # They look at what the desktop makes; its tests say what they skip without them.
 desktop_test_packages="poppler-utils default-jre-headless libpdfbox2-java libjaxb-api-java libactivation-java
-    cups-ipp-utils avahi-daemon"
+    cups-ipp-utils avahi-daemon xvfb xauth"

@@ -1,18 +1,25 @@
 #include "desktop/dialogs/TaskWindow.hpp"
 
-#include <QButtonGroup>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QCloseEvent>
 #include <QCommandLinkButton>
 #include <QFrame>
+#include <QGuiApplication>
 #include <QLabel>
-#include <QPushButton>
+#include <QPainter>
+#include <QPointer>
 #include <QRadioButton>
+#include <QScreen>
+#include <QScrollArea>
 #include <QStyle>
+#include <QSvgRenderer>
+#include <QTextDocumentFragment>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
 
+#include "desktop/dialogs/Captions.hpp"
 #include "desktop/paper/Qt.hpp"
 
 namespace tsRtm::desktop {
@@ -26,22 +33,38 @@ constexpr int kTextWidth = 420;
 constexpr int kTick = 200;  // milliseconds
 constexpr int32 kOk = 1, kCancel = 2;
 
-QPixmap iconOf(const platform::TaskDialog& dialog, const QStyle& style) {
-    if (dialog.icon == DialogIcon::picture) {
-        QPixmap picture;
-        picture.loadFromData(reinterpret_cast<const uchar*>(dialog.picture.data()),
-                             static_cast<uint>(dialog.picture.size()), "SVG");
-        return picture.scaled(kIconSize, kIconSize, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-    }
-    const std::pair<DialogIcon, QStyle::StandardPixmap> icons[] = {
-        {DialogIcon::information, QStyle::SP_MessageBoxInformation},
-        {DialogIcon::warning, QStyle::SP_MessageBoxWarning},
-        {DialogIcon::stop, QStyle::SP_MessageBoxCritical},
-        {DialogIcon::shield, QStyle::SP_VistaShield},
-    };
-    for (const auto& [icon, pixmap] : icons)
-        if (icon == dialog.icon) return style.standardIcon(pixmap).pixmap(kIconSize);
-    return {};
+// The dialog's own picture, sharp at any density of the screen.
+QPixmap drawn(BytesView svg, qreal density) {
+    QPixmap picture(QSize(kIconSize, kIconSize) * density);
+    picture.fill(Qt::transparent);
+    QSvgRenderer renderer(
+        QByteArray(reinterpret_cast<const char*>(svg.data()), static_cast<qsizetype>(svg.size())));
+    QPainter painter(&picture);
+    renderer.render(&painter, picture.rect());
+    picture.setDevicePixelRatio(density);
+    return picture;
+}
+
+QString answerName(int32 answer) { return QStringLiteral("answer%1").arg(answer); }
+
+struct IconRow {
+    DialogIcon icon;
+    QStyle::StandardPixmap pixmap;
+    const char* name;  // for those who do not see it
+};
+constexpr IconRow kIcons[] = {
+    {DialogIcon::information, QStyle::SP_MessageBoxInformation, "Hinweis"},
+    {DialogIcon::warning, QStyle::SP_MessageBoxWarning, "Warnung"},
+    {DialogIcon::stop, QStyle::SP_MessageBoxCritical, "Fehler"},
+    {DialogIcon::shield, QStyle::SP_VistaShield, "Sicherheit"},
+    {DialogIcon::picture, QStyle::SP_MessageBoxQuestion, "Frage"},
+};
+
+// Where the beginning of a tag stands, which may be written in capitals or not.
+std::size_t findTag(TextView text, TextView tag, std::size_t from = 0) {
+    const auto at = std::search(text.begin() + static_cast<std::ptrdiff_t>(from), text.end(), tag.begin(),
+                                tag.end(), [](char16_t a, char16_t b) { return upper(a) == b; });
+    return at == text.end() ? TextView::npos : static_cast<std::size_t>(at - text.begin());
 }
 
 }  // namespace
@@ -53,9 +76,9 @@ QString richText(TextView text) {
         return qt(lines).toHtmlEscaped().replace(QChar(u'\n'), QStringLiteral("<br>"));
     };
     QString rich;
-    for (auto at = text.find(kOpen); at != TextView::npos; at = text.find(kOpen)) {
-        const auto middle = text.find(kMiddle, at);
-        const auto close = middle == TextView::npos ? middle : text.find(kClose, middle);
+    for (auto at = findTag(text, kOpen); at != TextView::npos; at = findTag(text, kOpen)) {
+        const auto middle = text.find(kMiddle, at + kOpen.size());
+        const auto close = middle == TextView::npos ? middle : findTag(text, kClose, middle);
         if (close == TextView::npos) break;
         const TextView address = text.substr(at + kOpen.size(), middle - at - kOpen.size());
         rich += plain(text.substr(0, at)) + QStringLiteral("<a href=\"") + qt(address).toHtmlEscaped() +
@@ -69,19 +92,17 @@ QString richText(TextView text) {
 TaskWindow::TaskWindow(const platform::TaskDialog& dialog, const platform::DialogListener& tell,
                        QWidget* parent)
     : QDialog(parent), dialog_(dialog), tell_(tell) {
-    answer_.option = dialog.defaultOption;
-    answer_.checked = dialog.checked;
+    outcome_->answer.option = dialog.defaultOption;
+    outcome_->answer.checked = dialog.checked;
     setWindowTitle(qt(dialog.title));
     setModal(true);
     if (dialog.rightToLeft) setLayoutDirection(Qt::RightToLeft);
     auto* column = new QVBoxLayout(this);
+    // As large as its texts are, also when more of them shows.
+    column->setSizeConstraint(QLayout::SetFixedSize);
     auto* row = new QHBoxLayout;
     column->addLayout(row);
-    if (const auto icon = iconOf(dialog, *style()); !icon.isNull()) {
-        auto* label = new QLabel;
-        label->setPixmap(icon);
-        row->addWidget(label, 0, Qt::AlignTop);
-    }
+    makeIcon(*row);
     auto* texts = new QVBoxLayout;
     row->addLayout(texts, 1);
     makeTexts(*texts);
@@ -93,38 +114,64 @@ TaskWindow::TaskWindow(const platform::TaskDialog& dialog, const platform::Dialo
         column->addWidget(line);
         addText(*column, dialog.footer);
     }
+    // Else it would be with a text, since those can be selected.
+    if (auto* usual = findChild<QPushButton*>(answerName(dialog.defaultAnswer))) usual->setFocus();
+    // Read out when it opens.
+    setAccessibleDescription(qt(dialog.headline + u"\n" + dialog.body));
 }
 
-QLabel* TaskWindow::addText(QBoxLayout& column, TextView text) {
+void TaskWindow::makeIcon(QBoxLayout& row) {
+    for (const auto& [icon, pixmap, name] : kIcons) {
+        if (icon != dialog_.icon) continue;
+        auto* label = new QLabel;
+        label->setPixmap(icon == DialogIcon::picture ? drawn(dialog_.picture, devicePixelRatioF())
+                                                     : style()->standardIcon(pixmap).pixmap(kIconSize));
+        label->setAccessibleName(QString::fromUtf8(name));
+        row.addWidget(label, 0, Qt::AlignTop);
+    }
+}
+
+// Gives the label, or what it scrolls in where it is too high for the screen.
+QWidget* TaskWindow::addText(QBoxLayout& column, TextView text, double size) {
     auto* label = new QLabel(richText(text));
     label->setTextFormat(Qt::RichText);
-    label->setTextInteractionFlags(Qt::TextBrowserInteraction);
+    label->setTextInteractionFlags(Qt::TextBrowserInteraction | Qt::TextSelectableByKeyboard);
     label->setWordWrap(true);
     label->setMinimumWidth(kTextWidth);
+    QFont font = label->font();
+    font.setPointSizeF(font.pointSizeF() * size);
+    label->setFont(font);
     connect(label, &QLabel::linkActivated, this,
             [this](const QString& link) { tell(DialogNotice::hyperlink, 0, fromQt(link)); });
-    column.addWidget(label);
-    return label;
+    const int most = QGuiApplication::primaryScreen()->availableSize().height() / 2;
+    if (label->heightForWidth(kTextWidth) <= most) {
+        column.addWidget(label);
+        return label;
+    }
+    auto* area = new QScrollArea;
+    area->setWidget(label);
+    area->setWidgetResizable(true);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area->setMinimumSize(kTextWidth + style()->pixelMetric(QStyle::PM_ScrollBarExtent), most);
+    column.addWidget(area);
+    return area;
 }
 
 void TaskWindow::makeTexts(QBoxLayout& column) {
-    if (!dialog_.headline.empty()) {
-        auto* headline = addText(column, dialog_.headline);
-        QFont font = headline->font();
-        font.setPointSizeF(font.pointSizeF() * 1.3);
-        headline->setFont(font);
-    }
+    constexpr double kHeadline = 1.3;
+    if (!dialog_.headline.empty()) addText(column, dialog_.headline, kHeadline);
     if (!dialog_.body.empty()) addText(column, dialog_.body);
     if (dialog_.expanded.empty()) return;
     auto* more = addText(column, dialog_.expanded);
     more->hide();
-    auto* button = new QPushButton(QString::fromUtf8("Mehr zeigen"));
+    auto* button = new QPushButton(QStringLiteral("&Mehr zeigen"));
     button->setCheckable(true);
     button->setFlat(true);
     button->setAutoDefault(false);
     connect(button, &QPushButton::toggled, this, [this, more, button](bool open) {
         more->setVisible(open);
-        button->setText(QString::fromUtf8(open ? "Weniger zeigen" : "Mehr zeigen"));
+        button->setText(QString::fromUtf8(open ? "&Weniger zeigen" : "&Mehr zeigen"));
         tell(DialogNotice::expand, open ? 1 : 0);
     });
     column.addWidget(button, 0, Qt::AlignLeft);
@@ -135,17 +182,17 @@ void TaskWindow::makeOptions(QBoxLayout& column) {
         auto* button = new QRadioButton(qt(option.caption));
         button->setChecked(option.number == dialog_.defaultOption);
         connect(button, &QRadioButton::clicked, this, [this, number = option.number] {
-            answer_.option = number;
+            outcome_->answer.option = number;
             tell(DialogNotice::optionClick, number);
         });
         column.addWidget(button);
     }
 }
 
-Text TaskWindow::captionOf(int32 button) const {
+QString TaskWindow::captionOf(int32 button) const {
     for (const auto& own : dialog_.ownButtons)
-        if (own.number == button) return own.caption;
-    return Text(platform::usualCaption(button));
+        if (own.number == button) return qt(own.caption);
+    return captionOfAnswer(button);
 }
 
 void TaskWindow::makeButtons(QBoxLayout& column) {
@@ -154,7 +201,7 @@ void TaskWindow::makeButtons(QBoxLayout& column) {
         auto* box = new QCheckBox(qt(dialog_.checkBox));
         box->setChecked(dialog_.checked);
         connect(box, &QCheckBox::toggled, this, [this](bool on) {
-            answer_.checked = on;
+            outcome_->answer.checked = on;
             tell(DialogNotice::verify, on ? 1 : 0);
         });
         row->addWidget(box);
@@ -165,12 +212,12 @@ void TaskWindow::makeButtons(QBoxLayout& column) {
                            [&](const auto& own) { return own.number == number; });
     };
     for (const int32 number : dialog_.answers) {
-        const QString caption = qt(captionOf(number));
+        const QString caption = captionOf(number);
         const bool link = dialog_.commandLinks && isOwn(number);
         QPushButton* button = link ? new QCommandLinkButton(caption) : new QPushButton(caption);
-        button->setObjectName(QStringLiteral("answer%1").arg(number));
-        button->setDefault(number == dialog_.defaultAnswer);
+        button->setObjectName(answerName(number));
         button->setAutoDefault(number == dialog_.defaultAnswer);
+        button->setDefault(number == dialog_.defaultAnswer);
         connect(button, &QPushButton::clicked, this, [this, number] { click(number); });
         if (link)
             column.addWidget(button);
@@ -178,7 +225,7 @@ void TaskWindow::makeButtons(QBoxLayout& column) {
             row->addWidget(button);
     }
     if (!dialog_.helpFile.empty()) {
-        auto* help = new QPushButton(QStringLiteral("Hilfe"));
+        auto* help = new QPushButton(caption(sidHelp));
         help->setShortcut(QKeySequence::HelpContents);
         help->setAutoDefault(false);
         connect(help, &QPushButton::clicked, this, [this] { tell(DialogNotice::help); });
@@ -187,24 +234,58 @@ void TaskWindow::makeButtons(QBoxLayout& column) {
     column.addLayout(row);
 }
 
-platform::DialogAnswer TaskWindow::hold() {
+platform::DialogAnswer TaskWindow::ask(const platform::TaskDialog& dialog,
+                                       const platform::DialogListener& tell, QWidget* parent) {
+    const QPointer<TaskWindow> window(new TaskWindow(dialog, tell, parent));
+    const auto outcome = window->outcome_;
+    window->hold();
+    delete window;
+    if (outcome->thrown) std::rethrow_exception(outcome->thrown);
+    if (outcome->answer.button == 0) outcome->answer.button = platform::safeAnswer(dialog);
+    tell(DialogNotice::destroyed, 0, {});
+    return outcome->answer;
+}
+
+void TaskWindow::hold() {
+    const QPointer<TaskWindow> self(this);
+    const auto open = [self] {
+        return self && self->outcome_->answer.button == 0 && !self->outcome_->thrown;
+    };
     age_.start();
     if (dialog_.timer) startTimer(kTick);
     tell(DialogNotice::constructed, static_cast<int32>(winId()));
-    if (answer_.button == 0) tell(DialogNotice::created);
-    if (answer_.button == 0) exec();
-    tell_(DialogNotice::destroyed, 0, {});
-    return answer_;
+    if (open()) tell(DialogNotice::created);
+    if (open()) exec();
+}
+
+// What the listener throws must not go through the toolkit: it waits for the end of the dialog.
+int32 TaskWindow::heard(DialogNotice notice, int32 value, TextView link) {
+    const auto outcome = outcome_;
+    try {
+        return tell_(notice, value, link);
+    } catch (...) {
+        if (!outcome->thrown) outcome->thrown = std::current_exception();
+        return 0;
+    }
 }
 
 void TaskWindow::tell(DialogNotice notice, int32 value, TextView link) {
-    if (const int32 button = tell_(notice, value, link); button != 0) click(button);
+    const QPointer<TaskWindow> self(this);
+    const bool outer = std::exchange(telling_, true);
+    const int32 button = heard(notice, value, link);
+    if (!self) return;
+    telling_ = outer;
+    if (outcome_->thrown)
+        done(QDialog::Rejected);
+    else if (button != 0)
+        click(button);
 }
 
 void TaskWindow::click(int32 button) {
-    if (std::exchange(answer_.button, button) != 0) return;
-    tell_(DialogNotice::buttonClick, button, {});
-    done(QDialog::Accepted);
+    if (std::exchange(outcome_->answer.button, button) != 0) return;
+    const QPointer<TaskWindow> self(this);
+    heard(DialogNotice::buttonClick, button, {});
+    if (self) done(QDialog::Accepted);
 }
 
 void TaskWindow::reject() {
@@ -214,10 +295,30 @@ void TaskWindow::reject() {
 }
 
 void TaskWindow::closeEvent(QCloseEvent* event) {
-    if (answer_.button == 0) reject();
-    event->setAccepted(answer_.button != 0);
+    if (outcome_->answer.button == 0) reject();
+    event->setAccepted(outcome_->answer.button != 0);
 }
 
-void TaskWindow::timerEvent(QTimerEvent*) { tell(DialogNotice::timer, static_cast<int32>(age_.elapsed())); }
+// Not while the listener is still busy with an earlier notice: its own dialog lets time pass, too.
+void TaskWindow::timerEvent(QTimerEvent*) {
+    if (!telling_) tell(DialogNotice::timer, static_cast<int32>(age_.elapsed()));
+}
+
+void TaskWindow::keyPressEvent(QKeyEvent* event) {
+    if (event->matches(QKeySequence::Copy)) {
+        QString all;
+        for (const auto* label : findChildren<QLabel*>())
+            if (label->isVisible() && !label->text().isEmpty())
+                all += QTextDocumentFragment::fromHtml(label->text()).toPlainText() + u'\n';
+        return QGuiApplication::clipboard()->setText(all);
+    }
+    if (event->modifiers() == Qt::NoModifier && !event->text().isEmpty())
+        for (auto* button : findChildren<QAbstractButton*>()) {
+            const QKeySequence mnemonic = button->shortcut();
+            if (mnemonic.isEmpty() || mnemonic[0].key() != event->key() || !button->isEnabled()) continue;
+            return button->click();
+        }
+    QDialog::keyPressEvent(event);
+}
 
 }  // namespace tsRtm::desktop

@@ -1,19 +1,32 @@
 // Questions and notices as windows: what they say, and what each way out of them answers.
+#include "tsRtm/frame/messages/Dialogs.hpp"
+
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QCheckBox>
-#include <QKeyEvent>
+#include <QClipboard>
+#include <QCommandLinkButton>
+#include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
+#include <QPointer>
+#include <QRadioButton>
+#include <QScrollArea>
+#include <QTableView>
 #include <QTimer>
+#include <QtTest/QTest>
 
 #include "desktop/Desktop.hpp"
 #include "desktop/dialogs/TaskWindow.hpp"
+#include "tests/desktop/Seen.hpp"
+#include "tests/support/Raised.hpp"
+#include "tests/support/TestGround.hpp"
+#include "tests/support/Told.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
-#include "tsRtm/frame/ground/Ground.hpp"
-#include "tsRtm/frame/state/State.hpp"
+#include "tsRtm/frame/clsTaskDialog.hpp"
+#include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm::test {
 namespace {
@@ -23,98 +36,322 @@ using namespace desktop;
 class Windows : public ::testing::Test {
  protected:
     // What the user does with the next dialog, once it is open.
-    void next(std::function<void(TaskWindow&)> user) {
+    template <class Window = TaskWindow, class User>
+    static void next(User user) {
         QTimer::singleShot(0, [user] {
-            auto* window = qobject_cast<TaskWindow*>(QApplication::activeModalWidget());
-            ASSERT_TRUE(window);
+            auto* window = qobject_cast<Window*>(QApplication::activeModalWidget());
+            ASSERT_TRUE(window && QTest::qWaitForWindowActive(window));
             user(*window);
         });
     }
-    static void press(TaskWindow& window, int32 answer) {
-        auto* button = window.findChild<QPushButton*>(QStringLiteral("answer%1").arg(answer));
+    static QAbstractButton* button(QWidget& window, const char* caption) {
+        for (auto* found : window.findChildren<QAbstractButton*>())
+            if (found->text().remove(u'&') == QString::fromUtf8(caption)) return found;
+        ADD_FAILURE() << caption;
+        return nullptr;
+    }
+    static QPushButton* answer(QWidget& window, int32 number) {
+        return window.findChild<QPushButton*>(QStringLiteral("answer%1").arg(number));
+    }
+    static void click(QAbstractButton* button) {
         ASSERT_TRUE(button);
-        button->click();
+        QTest::mouseClick(button, Qt::LeftButton);
     }
-    static void key(TaskWindow& window, Qt::Key key) {
-        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
-        QApplication::sendEvent(&window, &event);
+    static void key(QWidget& window, Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier) {
+        QTest::keyClick(window.focusWidget() ? window.focusWidget() : &window, key, with);
     }
-    static std::string texts(const TaskWindow& window) {
+    static std::string texts(const QWidget& window) {
         QString all;
-        for (auto* label : window.findChildren<QLabel*>()) all += label->text() + u'|';
+        for (auto* label : window.findChildren<QLabel*>())
+            if (label->isVisible()) all += label->text() + u'|';
         return all.toStdString();
     }
+    int32 box(bool rich, int32 buttons) {
+        constexpr TextView kPrompt = u"Speichern?@Die Datei wurde geändert.";
+        return rich ? messages.TSMsgBox(kPrompt, buttons)
+                    : rtmMain::system().dialogs.show(plainBox(kPrompt, buttons));
+    }
 
+    StartedLibrary library;
     Desktop desk;
     MessagesTopic messages;
 };
 
-TEST_F(Windows, AnswerByButtonAndByKey) {
+TEST_F(Windows, AnswerInEachWay) {
+    // 0 is no answer: the dialog stays.
     const struct {
-        int32 buttons;
-        Qt::Key key;
-        int32 answer;
+        bool rich;
+        int32 set;
+        std::vector<int32> offered;
+        int32 escape;
+        std::vector<int32> usual;  // by the flags dlgDefault1 to dlgDefault4
     } cases[] = {
-        {dlgOKCancel, Qt::Key_Escape, 2},
-        {dlgOKOnly, Qt::Key_Escape, 1},
-        {dlgYesNo, Qt::Key_Return, 6},
-        {dlgYesNo + dlgDefault2, Qt::Key_Return, 7},
-        {dlgYesNoCancel, Qt::Key_Escape, 2},
-        {dlgRetryCancel, Qt::Key_Return, 4},
-        {dlgOKCancel + dlgDefault2, Qt::Key_Return, 2},
+        {true, dlgOKOnly, {1}, 1, {1, 1, 1, 1}},
+        {true, dlgOKCancel, {1, 2}, 2, {1, 2, 1, 1}},
+        {true, dlgAbortRetryIgnore, {4, 2, 5}, 2, {4, 2, 5, 4}},
+        {true, dlgYesNoCancel, {6, 7, 2}, 2, {6, 7, 2, 6}},
+        {true, dlgYesNo, {6, 7}, 0, {6, 7, 6, 6}},
+        {true, dlgRetryCancel, {4, 2}, 2, {4, 2, 4, 4}},
+        {true, dlgCancelTryContinue, {2, 10, 11}, 2, {2, 2, 2, 2}},
+        {true, 7, {1}, 1, {1, 1, 1, 1}},
+        {false, dlgOKOnly, {1}, 1, {1, 1, 1, 1}},
+        {false, dlgOKCancel, {1, 2}, 2, {1, 2, 1, 1}},
+        {false, dlgAbortRetryIgnore, {3, 4, 5}, 0, {3, 4, 5, 3}},
+        {false, dlgYesNoCancel, {6, 7, 2}, 2, {6, 7, 2, 6}},
+        {false, dlgYesNo, {6, 7}, 0, {6, 7, 6, 6}},
+        {false, dlgRetryCancel, {4, 2}, 2, {4, 2, 4, 4}},
+        {false, dlgCancelTryContinue, {2, 10, 11}, 2, {2, 10, 11, 2}},
+        {false, 7, {1}, 1, {1, 1, 1, 1}},
     };
     for (const auto& c : cases) {
-        next([&](TaskWindow& window) { key(window, c.key); });
-        EXPECT_EQ(messages.TSMsgBox(u"Speichern?@Die Datei wurde geändert.", c.buttons), c.answer)
-            << c.buttons;
+        SCOPED_TRACE(Told(c.rich ? "rich" : "plain", c.set).out);
+        const std::function<void(TaskWindow&)> ways[] = {
+            [](TaskWindow& window) { key(window, Qt::Key_Escape); },
+            [](TaskWindow& window) { window.close(); },
+        };
+        for (const auto& way : ways) {
+            next([&](TaskWindow& window) {
+                way(window);
+                EXPECT_EQ(window.isVisible(), c.escape == 0);
+                if (c.escape == 0) click(answer(window, c.offered.back()));
+            });
+            EXPECT_EQ(box(c.rich, c.set), c.escape == 0 ? c.offered.back() : c.escape);
+        }
+        for (int32 flag = 0; flag < 4; ++flag) {
+            next([&](TaskWindow& window) { key(window, Qt::Key_Return); });
+            EXPECT_EQ(box(c.rich, c.set + flag * dlgDefault2), c.usual[static_cast<std::size_t>(flag)])
+                << flag;
+        }
+        std::vector<int32> seen;
+        next([&](TaskWindow& window) {
+            keepPicture(window, (std::string(c.rich ? "task" : "plain") + char('0' + c.set)).c_str());
+            for (auto* found : window.findChildren<QPushButton*>())
+                seen.push_back(found->objectName().mid(6).toInt());
+            click(answer(window, c.offered.front()));
+        });
+        EXPECT_EQ(box(c.rich, c.set), c.offered.front());
+        EXPECT_EQ(seen, c.offered);
+        for (const int32 number : c.offered) {
+            next([&](TaskWindow& window) {
+                const auto mnemonic = answer(window, number)->shortcut();
+                ASSERT_FALSE(mnemonic.isEmpty());
+                key(window, mnemonic[0].key());
+            });
+            EXPECT_EQ(box(c.rich, c.set), number);
+        }
     }
-    // Neither Escape nor the close button answers a question that has no Cancel.
-    next([&](TaskWindow& window) {
-        key(window, Qt::Key_Escape);
-        window.close();
-        EXPECT_TRUE(window.isVisible());
-        press(window, 7);
-    });
-    EXPECT_EQ(messages.TSMsgBox(u"Speichern?", dlgYesNo + dlgQuestion), 7);
 }
 
-TEST_F(Windows, ShowHeadlineBodyLinksAndBox) {
+TEST_F(Windows, ShowWhatTheyAreGiven) {
     next([&](TaskWindow& window) {
         const auto shown = texts(window);
         EXPECT_NE(shown.find("Speichern?|"), std::string::npos) << shown;
         EXPECT_NE(shown.find("a&lt;b siehe <a href=\"http://x.y/z\">http://x.y/z</a> dort<br>zwei|"),
                   std::string::npos)
             << shown;
-        if (const char* pictures = std::getenv("TSRTM_PICTURES")) {
-            EXPECT_TRUE(window.grab().save(QString::fromUtf8(pictures) + QStringLiteral("/dialog.png")));
-        }
+        EXPECT_EQ(window.windowTitle(), QStringLiteral("Titel"));
+        EXPECT_EQ(window.accessibleDescription().left(10), QStringLiteral("Speichern?"));
+        key(window, Qt::Key_C, Qt::ControlModifier);
+        EXPECT_EQ(QApplication::clipboard()->text().toStdString(),
+                  "Speichern?\na<b siehe http://x.y/z dort\nzwei\n");
+        keepPicture(window, "question");
         window.findChild<QCheckBox*>()->click();
-        press(window, 6);
+        click(answer(window, 6));
     });
     EXPECT_EQ(messages.TSMsgBox(u"Speichern?@a<b siehe http://x.y/z dort\rzwei",
                                 dlgYesNo + dlgQuestion + dlgDontShowAgain, u"Titel"),
               6 + 2048);
+    // A text higher than the screen scrolls, and the buttons can be reached.
+    Text text = u"Kopf@";
+    for (int32 i = 0; i < 500; ++i) text += u"Zeile " + toText(i) + u"\r";
+    next([&](TaskWindow& window) {
+        EXPECT_LE(window.height(), window.screen()->availableGeometry().height());
+        EXPECT_TRUE(window.findChild<QScrollArea*>());
+        keepPicture(window, "long");
+        key(window, Qt::Key_Return);
+    });
+    EXPECT_EQ(messages.TSMsgBox(text, dlgOKOnly | dlgInformation), 1);
+}
+
+TEST_F(Windows, TellAllThatHappens) {
+    clsTaskDialog dialog(messages);
+    dialog.Prompt(u"Wie soll gedruckt werden?@Der Drucker http://drucker ist langsam.",
+                  dlgOKCancel | dlgCommandLinks | dlgExclamation | dlgDontShowAgain);
+    auto& set = dialog.Configuration();
+    set.ownButtons = {{100, u"&Sofort drucken"}, {101, u"&In der Nacht"}};
+    set.answers = {100, 101, 2};
+    set.defaultAnswer = 100;
+    set.options = {{7, u"&einseitig"}, {8, u"&beidseitig"}};
+    set.defaultOption = 7;
+    set.expanded = u"Es warten 12 Aufträge.";
+    set.footer = u"Angemeldet als <A HREF=\"x:wer\">tester</A>";
+    set.helpFile = u"hilfe";
+    set.timer = true;
+    std::string told;
+    const auto tell = [&](const char* what, auto... value) {
+        told += std::string(what) + Told(value...).out + ", ";
+    };
+    std::vector<Subscription> heard;
+    heard.push_back(dialog.Constructed.connect([&] { tell("Constructed"); }));
+    heard.push_back(dialog.Created.connect([&] { tell("Created"); }));
+    heard.push_back(dialog.Destroyed.connect([&] { tell("Destroyed"); }));
+    heard.push_back(dialog.Help.connect([&] { tell("Help"); }));
+    heard.push_back(dialog.Timer.connect([&](int32 ms) {
+        if (told.find("Timer") == std::string::npos) tell("Timer ", ms >= 0);
+    }));
+    heard.push_back(dialog.ButtonClick.connect([&](int32 number) { tell("ButtonClick ", number); }));
+    heard.push_back(dialog.OptionClick.connect([&](int32 number) { tell("OptionClick ", number); }));
+    heard.push_back(dialog.Expand.connect([&](bool open) { tell("Expand ", open); }));
+    heard.push_back(dialog.Verify.connect([&](bool on) { tell("Verify ", on); }));
+    heard.push_back(dialog.Hyperlink.connect([&](const Text& link) { tell("Hyperlink ", link); }));
+    next([&](TaskWindow& window) {
+        EXPECT_EQ(window.findChildren<QCommandLinkButton*>().size(), 2);
+        EXPECT_EQ(window.focusWidget(), answer(window, 100));
+        keepPicture(window, "links");
+        QTimerEvent tick(1);
+        QApplication::sendEvent(&window, &tick);
+        key(window, Qt::Key_M);
+        EXPECT_NE(texts(window).find("12 Auftr"), std::string::npos) << texts(window);
+        keepPicture(window, "links-expanded");
+        click(button(window, "Weniger zeigen"));
+        EXPECT_EQ(texts(window).find("12 Auftr"), std::string::npos);
+        button(window, "beidseitig")->click();
+        key(window, Qt::Key_F1);  // which the toolkit shows as a click that lasts
+        EXPECT_TRUE(QTest::qWaitFor([&] { return told.ends_with("Help, "); }));
+        click(button(window, "Diesen Dialog nicht wieder anzeigen"));
+        for (auto* label : window.findChildren<QLabel*>())
+            if (label->text().contains(QStringLiteral("x:wer")))
+                emit label->linkActivated(QStringLiteral("x:wer"));
+        key(window, Qt::Key_I);
+    });
+    EXPECT_EQ(dialog.Show(), 101 + 2048);
+    EXPECT_TOLD("8|yes|0", dialog.Option(), dialog.Checked(), dialog.hWnd());
+    EXPECT_EQ(told,
+              "Constructed, Created, Timer yes, Expand yes, Expand no, OptionClick 8, Help, Verify yes, "
+              "Hyperlink x:wer, ButtonClick 101, Destroyed, ");
+    // A listener may close it, and what it throws comes out of Show.
+    heard.push_back(dialog.Expand.connect([&](bool) { dialog.ClickButton(2); }));
+    next([&](TaskWindow& window) { click(button(window, "Mehr zeigen")); });
+    EXPECT_EQ(dialog.Show(), 2);
+    heard.push_back(dialog.Help.connect([&] { raise(5, u"Hilfe", u""); }));
+    next([&](TaskWindow& window) { key(window, Qt::Key_F1); });
+    EXPECT_EQ(raisedNumber([&] { dialog.Show(); }), 5);
+    EXPECT_FALSE(QApplication::activeModalWidget());
+}
+
+// A listener asks something itself: time goes on behind its dialog, but is not told.
+TEST_F(Windows, OpenFromOneAnother) {
+    clsTaskDialog dialog(messages);
+    dialog.Prompt(u"Warten?", dlgOKCancel);
+    dialog.Configuration().timer = true;
+    int32 ticks = 0;
+    const auto timer = dialog.Timer.connect([&](int32) {
+        ++ticks;
+        auto* outer = QApplication::activeModalWidget();
+        next([&, outer](TaskWindow& inner) {
+            EXPECT_NE(&inner, outer);
+            QTimerEvent tick(1);
+            QApplication::sendEvent(outer, &tick);
+            key(inner, Qt::Key_Escape);
+        });
+        EXPECT_EQ(messages.TSMsgBox(u"Abbrechen?", dlgYesNoCancel), 2);
+        dialog.ClickButton(2);
+    });
+    next([](TaskWindow& window) {
+        QTimerEvent tick(1);
+        QApplication::sendEvent(&window, &tick);
+    });
+    EXPECT_TOLD("2|1", dialog.Show(), ticks);
+}
+
+// The window before which they stand goes: nothing is lost, and nothing is touched that is gone.
+TEST_F(Windows, OutliveTheirHost) {
+    platform::ChoiceList list;
+    list.count = 3;
+    list.cells = [](int32 line) { return std::vector<Text>{toText(line)}; };
+    const auto goes = [](auto ask) {
+        auto* host = new QWidget;
+        host->show();
+        host->activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(host));
+        QTimer::singleShot(0, [host] {
+            EXPECT_EQ(QApplication::activeModalWidget()->parentWidget(), host);
+            delete host;
+        });
+        return ask();
+    };
+    EXPECT_EQ(goes([&] { return messages.TSMsgBox(u"Speichern?", dlgYesNoCancel | dlgQuestion); }), 7);
+    EXPECT_EQ(goes([&] { return messages.TSMsgBox(u"Fertig", dlgOKOnly | dlgDontShowAgain); }), 1);
+    EXPECT_EQ(goes([&] { return rtmMain::system().choices.choose(list); }), 0);
+    EXPECT_FALSE(goes([&] { return rtmMain::system().dialogs.ask(u"Name", u"Eingabe", u"x"); }));
+    EXPECT_FALSE(QApplication::activeModalWidget());
+}
+
+TEST_F(Windows, AskForALine) {
+    const auto ask = [](std::function<void(QInputDialog&)> user) {
+        next<QInputDialog>(user);
+        return rtmMain::system().dialogs.ask(u"Name der Datei", u"Speichern", u"alt");
+    };
+    const auto typed = ask([](QInputDialog& window) {
+        keepPicture(window, "input");
+        EXPECT_TRUE(button(window, "Abbrechen") && button(window, "OK"));
+        QTest::keyClicks(window.focusWidget(), QStringLiteral("neu"));
+        key(window, Qt::Key_Return);
+    });
+    EXPECT_EQ(typed, u"neu");
+    EXPECT_EQ(ask([](QInputDialog& window) { click(button(window, "OK")); }), u"alt");
+    EXPECT_FALSE(ask([](QInputDialog& window) { key(window, Qt::Key_Escape); }));
 }
 
 TEST_F(Windows, LetALineBeChosen) {
     platform::ChoiceList list;
     list.caption = u"Banken";
     list.titles = {u"BLZ", u"Name"};
-    list.count = 1000;
-    list.cells = [](int32 line) { return std::vector<Text>{toText(line), u"Bank " + toText(line)}; };
-    list.start = 1001;  // behind the last
+    list.count = 100'000;
+    int32 asked = 0;
+    list.cells = [&](int32 line) {
+        ++asked;
+        return std::vector<Text>{toText(line), u"Bank " + toText(line)};
+    };
+    list.start = 100'001;  // behind the last
     list.find = [](TextView typed) { return roundToInt32(Val(typed)); };
     const auto choose = [&](std::function<void(QDialog&)> user) {
-        QTimer::singleShot(0, [user] { user(*qobject_cast<QDialog*>(QApplication::activeModalWidget())); });
+        next<QDialog>(user);
         return rtmMain::system().choices.choose(list);
     };
-    EXPECT_EQ(choose([](QDialog& window) { window.accept(); }), 1000);
-    EXPECT_EQ(choose([](QDialog& window) {
-                  window.findChild<QLineEdit*>()->setText(QStringLiteral("77"));
-                  window.accept();
+    const auto type = [](QDialog& window, const char* text) {
+        QTest::keyClicks(window.focusWidget(), QString::fromUtf8(text));
+    };
+    EXPECT_EQ(choose([](QDialog& window) { key(window, Qt::Key_Return); }), 100'000);
+    EXPECT_EQ(choose([&](QDialog& window) {
+                  type(window, "77");
+                  keepPicture(window, "list");
+                  key(window, Qt::Key_Return);
               }),
               77);
-    EXPECT_EQ(choose([](QDialog& window) { window.reject(); }), 0);
+    EXPECT_EQ(choose([&](QDialog& window) {
+                  type(window, "77");
+                  key(window, Qt::Key_Down);  // in the list, though the focus is in the text
+                  window.findChild<QTableView*>()->setFocus();
+                  key(window, Qt::Key_Down);
+                  click(button(window, "Auswahl"));
+              }),
+              79);
+    EXPECT_EQ(choose([&](QDialog& window) {
+                  window.findChild<QTableView*>()->setFocus();
+                  type(window, "5");
+                  key(window, Qt::Key_Return);
+              }),
+              5);
+    EXPECT_EQ(choose([](QDialog& window) { key(window, Qt::Key_Escape); }), 0);
+    EXPECT_LT(asked, 5000) << "only what is seen";
+    list.cells = [](int32 line) {
+        if (line == 5) raise(61, u"Liste", u"");
+        return std::vector<Text>{toText(line)};
+    };
+    EXPECT_EQ(raisedNumber([&] { choose([&](QDialog& window) { type(window, "5"); }); }), 61);
+    list.count = 0;
+    EXPECT_EQ(choose([](QDialog& window) { window.accept(); }), 0);
 }
 
 TEST_F(Windows, TellTheWindowOfALongWork) {
@@ -123,12 +360,16 @@ TEST_F(Windows, TellTheWindowOfALongWork) {
     for (auto* widget : QApplication::topLevelWidgets())
         if (widget->isVisible() && widget->findChild<QPushButton*>()) shown = widget;
     ASSERT_TRUE(shown);
-    EXPECT_EQ(shown->findChild<QLabel*>()->text().toStdString(), "Es wird sortiert");
+    EXPECT_EQ(texts(*shown), "Es wird sortiert|");
+    keepPicture(*shown, "abort");
     rtmMain::state().stoppedEnabled = true;
-    shown->findChild<QPushButton*>()->click();
+    click(button(*shown, "Abbrechen"));
     EXPECT_FALSE(shown->isVisible());
     EXPECT_TRUE(rtmMain::state().stopped);
-    rtmMain::state().stopped = false;
+    messages.HaltNachricht(u"noch einmal");
+    EXPECT_TRUE(shown->isVisible());
+    messages.ClearHaltNachricht();
+    EXPECT_FALSE(shown->isVisible());
 }
 
 }  // namespace

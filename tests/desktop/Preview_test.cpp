@@ -13,6 +13,7 @@
 #include "desktop/preview/Measures.hpp"
 #include "desktop/preview/PageView.hpp"
 #include "desktop/preview/PreviewWindow.hpp"
+#include "tests/desktop/Seen.hpp"
 #include "tests/support/TempFolder.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
 #include "tsRtm/printing/Druck.hpp"
@@ -123,9 +124,7 @@ TEST_F(Previewing, ShowsInkWhereThePageHasIt) {
     QApplication::processEvents();
     const auto shown = view->grab().toImage();
     EXPECT_EQ(qGray(shown.pixel(shown.width() / 2, shown.height() - 20)), 255);
-    if (const char* pictures = std::getenv("TSRTM_PICTURES")) {
-        EXPECT_TRUE(window()->grab().save(QString::fromUtf8(pictures) + QStringLiteral("/preview.png")));
-    }
+    keepPicture(*window(), "preview");
 }
 
 TEST(PreviewMeasures, AreToldAsGermansWriteThem) {

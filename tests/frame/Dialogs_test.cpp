@@ -27,12 +27,13 @@ TEST(Prompt, HeadlineAndBody) {
         const auto parts = splitPrompt(prompt);
         EXPECT_TOLD(headlineAndBody, parts.headline, parts.body);
     }
-    EXPECT_TOLD("siehe <A HREF=\"http://x.y/z\">http://x.y/z</A> dort",
-                withLinks(u"siehe http://x.y/z dort"));
-    EXPECT_TOLD("<A HREF=\"https://a\">https://a</A> und <A HREF=\"http://b\">http://b</A>",
-                withLinks(u"https://a und http://b"));
-    const Text linked = u"<A HREF=\"http://x\">hier</A> http://y";
-    EXPECT_EQ(withLinks(linked), linked);
+    for (const auto& [body, linked] :
+         {Row{u"siehe http://x.y/z dort", "siehe <A HREF=\"http://x.y/z\">http://x.y/z</A> dort"},
+          Row{u"https://a\rhttp://b",
+              "<A HREF=\"https://a\">https://a</A>\r<A HREF=\"http://b\">http://b</A>"},
+          Row{u"http://a?u=https://b", "<A HREF=\"http://a?u=https://b\">http://a?u=https://b</A>"},
+          Row{u"<a href=\"http://x\">hier</a> http://y", "<a href=\"http://x\">hier</a> http://y"}})
+        EXPECT_TOLD(linked, withLinks(body));
 }
 
 class Dialogs : public ::testing::Test {

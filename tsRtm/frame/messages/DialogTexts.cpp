@@ -1,5 +1,7 @@
 #include "tsRtm/frame/messages/DialogTexts.hpp"
 
+#include <algorithm>
+
 #include "tsRtm/frame/messages/Dialogs.hpp"
 
 namespace tsRtm {
@@ -13,17 +15,8 @@ PromptParts splitAtLine(const Text& prompt) {
     return {prompt.substr(0, end), prompt.substr(end + (lineFeed ? 2 : 1))};
 }
 
-Text wrapAddresses(TextView body, TextView scheme) {
-    Text linked;
-    for (auto at = body.find(scheme); at != TextView::npos; at = body.find(scheme)) {
-        linked += body.substr(0, at);
-        body.remove_prefix(at);
-        const TextView address = body.substr(0, body.find(u' '));
-        linked.append(u"<A HREF=\"").append(address).append(u"\">").append(address).append(u"</A>");
-        body.remove_prefix(address.size());
-    }
-    return linked.append(body);
-}
+// Where the next address begins; npos for none.
+std::size_t addressIn(TextView body) noexcept { return std::min(body.find(u"http:"), body.find(u"https:")); }
 
 }  // namespace
 
@@ -41,8 +34,17 @@ PromptParts splitPrompt(TextView prompt) {
 }
 
 Text withLinks(TextView body) {
-    if (body.find(u"<A HREF") != TextView::npos) return Text(body);
-    return wrapAddresses(wrapAddresses(body, u"http:"), u"https:");
+    if (upper(body).find(u"<A HREF") != Text::npos) return Text(body);
+    Text linked;
+    for (auto at = addressIn(body); at != TextView::npos; at = addressIn(body)) {
+        linked += body.substr(0, at);
+        body.remove_prefix(at);
+        // To the next blank or line end: an address within it is part of it.
+        const TextView address = body.substr(0, body.find_first_of(u" \t\r\n\u00A0"));
+        linked.append(u"<A HREF=\"").append(address).append(u"\">").append(address).append(u"</A>");
+        body.remove_prefix(address.size());
+    }
+    return linked.append(body);
 }
 
 TextView dontShowAgainText(int32 buttonSet) noexcept {

@@ -12,8 +12,8 @@ struct PromptParts {
 // Without one the first CR ends it.
 PromptParts splitPrompt(TextView prompt);
 
-// Wraps each address "http:..." and "https:..." up to the next blank as a link, in a text that holds none
-// yet.
+// Wraps each address "http:..." and "https:..." up to the next white space as a link, in a text that holds
+// none yet.
 Text withLinks(TextView body);
 
 // What stands beside the box to tick, by the button set of the dialog.
