@@ -37,6 +37,7 @@
 #include "tsRtm/tables/DatenVarTab.hpp"
 #include "tsRtm/tables/clsQuickSort.hpp"
 #include "tsRtm/types/Currency.hpp"
+#include "tsRtm/types/Digits.hpp"
 #include "tsRtm/validation/clsValidBanking.hpp"
 #include "tsRtm/validation/clsValidDate.hpp"
 #include "tsRtm/validation/clsValidEAdr.hpp"

@@ -22,7 +22,7 @@ namespace {
 constexpr const char* kDefaultRegister = "Banken";
 constexpr int32 kDefaultLimit = 20;
 
-struct Options {
+struct BanksOptions {
     std::string file;
     std::string name = kDefaultRegister;
     std::string key;
@@ -64,7 +64,7 @@ Text controlFile(const std::string& name) {
     return FilesTopic::MakePath({Variant(databaseFolder(name)), Variant(u"Control.tsd")});
 }
 
-void makeRegister(const Options& options) {
+void makeRegister(const BanksOptions& options) {
     const Text folder = databaseFolder(options.name);
     if (FilesTopic::Exist(controlFile(options.name))) {
         if (!options.replace)
@@ -78,7 +78,7 @@ void makeRegister(const Options& options) {
 }
 
 // A file of which no row is a bank must not take the place of a register.
-void needBanks(InputFile& file, std::optional<BankFileEncoding> encoding, const Options& options) {
+void needBanks(InputFile& file, std::optional<BankFileEncoding> encoding, const BanksOptions& options) {
     BankFileReader reader(file.file(), encoding);
     BankRow row;
     while (reader.next(row))
@@ -90,7 +90,7 @@ void needBanks(InputFile& file, std::optional<BankFileEncoding> encoding, const 
 
 class Rejects {
  public:
-    explicit Rejects(const Options& options)
+    explicit Rejects(const BanksOptions& options)
         : name_(options.rejects.empty() ? options.file + ".rejects.csv" : options.rejects) {}
     void add(int64 line, BankRowFault fault) {
         if (!file_) {
@@ -121,7 +121,7 @@ BankImportResult load(Session& session, BankFileReader& reader, Rejects& rejects
     return importBanks(reader, session.db(), listener);
 }
 
-void import(const Options& options) {
+void import(const BanksOptions& options) {
     InputFile file(options.file);
     std::optional<BankFileEncoding> encoding;
     if (options.encoding == FileEncoding::cp850) throw CliError("a bank code file is in utf8 or latin1");
@@ -168,7 +168,7 @@ std::vector<int32> banksWith(Session& session, const std::string& key, int32 ind
     return found;
 }
 
-void find(const Options& options) {
+void find(const BanksOptions& options) {
     if (!FilesTopic::Exist(controlFile(options.name)))
         throw CliError("no bank register '" + options.name + "'; make one with: tsrtm banks import FILE " +
                        options.name);
@@ -194,7 +194,7 @@ void find(const Options& options) {
 }
 
 void addBankImport(Command banks) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<BanksOptions>();
     const auto command =
         banks.add("import", "Make a register from the bank code file of the Deutsche Bundesbank");
     command.option("FILE", options->file, "Rows of 168 characters").required();
@@ -208,7 +208,7 @@ void addBankImport(Command banks) {
 }
 
 void addBankFind(Command banks) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<BanksOptions>();
     const auto command = banks.add("find", "Find banks by code, BIC or place");
     command
         .option("KEY", options->key,
@@ -238,7 +238,7 @@ void warnOfAccount(const Text& account) {
         std::cerr << "Zeros in front count as digits: without them the IBAN may be another one.\n";
 }
 
-void iban(const Options& options) {
+void iban(const BanksOptions& options) {
     if (!FilesTopic::Exist(controlFile(options.name)))
         throw CliError("no bank register '" + options.name + "'; make one with: tsrtm banks import FILE " +
                        options.name);
@@ -261,7 +261,7 @@ void iban(const Options& options) {
 }
 
 void addBankIban(Command banks) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<BanksOptions>();
     const auto command = banks.add("iban", "Check an IBAN and tell its bank, or make one");
     command.option("IBAN", options->key, "The IBAN, or a bank code of eight digits").required();
     command.option("ACCOUNT", options->account, "With a bank code: the account whose IBAN is wanted");

@@ -14,7 +14,7 @@
 namespace tsRtm::cli {
 namespace {
 
-struct Options {
+struct ChecksOptions {
     CheckOptions check;
     std::string value;
     bool hasValue = false;
@@ -37,30 +37,29 @@ Json jsonOf(const Graded& graded) {
     return json;
 }
 
-void line(const char* title, const std::string& text) {
-    if (!text.empty())
-        std::cout << title << std::string(12 - std::string_view(title).size(), ' ') << text << '\n';
+void textLine(const char* title, const std::string& text) {
+    if (!text.empty()) titledLine(title, 12, text);
 }
 
-int one(const Options& options) {
+int one(const ChecksOptions& options) {
     const Graded graded = Grader(options.check).grade(fromUtf8(options.value));
     if (options.json) {
         std::cout << jsonText(jsonOf(graded)) << '\n';
         return graded.grade;
     }
-    line("value", printable(graded.value));
-    line("grade", gradeName(graded.grade));
+    textLine("value", printable(graded.value));
+    textLine("grade", gradeName(graded.grade));
     if (graded.grade != validOK) {
-        line("message", printable(graded.message));
-        line("explanation", printable(replaceAll(graded.explanation, u"\r", u" ")));
+        textLine("message", printable(graded.message));
+        textLine("explanation", printable(replaceAll(graded.explanation, u"\r", u" ")));
     }
-    line("bank", printable(graded.bank));
-    line("note", graded.note);
+    textLine("bank", printable(graded.bank));
+    textLine("note", graded.note);
     return graded.grade;
 }
 
 // Each row that does not pass goes into the report.
-int file(const Options& options) {
+int file(const ChecksOptions& options) {
     CsvTable table(options.file, options.encoding, options.separator);
     const std::size_t column = table.need(options.column.empty() ? "1" : options.column);
     const std::string name = options.report.empty() ? options.file + ".report.csv" : options.report;
@@ -99,7 +98,7 @@ int file(const Options& options) {
 }
 
 void addKind(Command check, const CheckKind& kind) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<ChecksOptions>();
     options->check.kind = &kind;
     const auto command = check.add(kind.name, kind.help);
     const auto value = command.option("VALUE", options->value, "What to check");

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "cli/dates/Calendar.hpp"
 #include "cli/shared/CliError.hpp"
 #include "tsRtm/calendar/clsDatum.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
@@ -12,12 +13,7 @@
 namespace tsRtm::cli {
 namespace {
 
-constexpr int32 kFirstYear = 101;  // below, the library's dates have two digits for the year
-constexpr int32 kLastYear = 9999;
 constexpr int32 kReformYear = 1582;
-constexpr int32 kFirstGregorianDay = 2299161;
-
-const clsDatum kCalendar;
 
 enum class Unit { day, week, month, year, bankDay };
 

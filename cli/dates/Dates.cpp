@@ -2,6 +2,7 @@
 #include <iostream>
 
 #include "cli/Commands.hpp"
+#include "cli/dates/Calendar.hpp"
 #include "cli/dates/DateExpression.hpp"
 #include "cli/shared/Command.hpp"
 #include "cli/shared/Output.hpp"
@@ -12,14 +13,10 @@
 namespace tsRtm::cli {
 namespace {
 
-constexpr int32 kFirstGregorianDay = 2299161;  // before, a date has no serial number
-
-struct Options {
+struct DatesOptions {
     std::vector<std::string> words;
     bool json = false;
 };
-
-const clsDatum kCalendar;
 
 // By its true number: clsDatum counts names from the first day of the user's week.
 std::string weekdayName(TextView date) {
@@ -46,26 +43,22 @@ Json formsOf(TextView date, const DayFirst& form) {
             {"julianCalendar", toUtf8(kCalendar.DateTo8(kCalendar.KalenderDayJulian(number)))}};
 }
 
-void line(const char* title, const std::string& text) {
-    std::cout << title << std::string(17 - std::string_view(title).size(), ' ') << text << '\n';
-}
-
 void printForms(const Json& forms) {
     const auto text = [&](const char* name) { return forms.at(name).text(); };
     const auto number = [&](const char* name) { return std::to_string(forms.at(name).whole()); };
-    line("local", text("local"));
-    line("words", text("words"));
-    line("TTMMJJJJ", text("digits"));
-    line("JJJJMMTT", text("sort"));
-    line("ISO 8601", text("iso"));
-    line("weekday", text("weekdayName"));
-    line("week", number("week"));
-    line("day of the year", number("dayOfYear"));
-    line("days in month", number("daysInMonth"));
-    line("day number", "J" + number("dayNumber"));
-    line("bank day", number("bankDay") + " (30/360)");
-    if (!forms.at("serial").isNull()) line("serial", number("serial"));
-    line("Julian calendar", text("julianCalendar"));
+    titledLine("local", 17, text("local"));
+    titledLine("words", 17, text("words"));
+    titledLine("TTMMJJJJ", 17, text("digits"));
+    titledLine("JJJJMMTT", 17, text("sort"));
+    titledLine("ISO 8601", 17, text("iso"));
+    titledLine("weekday", 17, text("weekdayName"));
+    titledLine("week", 17, number("week"));
+    titledLine("day of the year", 17, number("dayOfYear"));
+    titledLine("days in month", 17, number("daysInMonth"));
+    titledLine("day number", 17, "J" + number("dayNumber"));
+    titledLine("bank day", 17, number("bankDay") + " (30/360)");
+    if (!forms.at("serial").isNull()) titledLine("serial", 17, number("serial"));
+    titledLine("Julian calendar", 17, text("julianCalendar"));
 }
 
 void printSpan(const DateExpression& dates, const DayFirst& form, bool json) {
@@ -80,13 +73,13 @@ void printSpan(const DateExpression& dates, const DayFirst& form, bool json) {
                   << '\n';
         return;
     }
-    line("from", toUtf8(form.local(from)) + " " + weekdayName(from));
-    line("to", toUtf8(form.local(to)) + " " + weekdayName(to));
-    line("days", std::to_string(days));
-    line("bank days", std::to_string(bankDays) + " (30/360)");
+    titledLine("from", 17, toUtf8(form.local(from)) + " " + weekdayName(from));
+    titledLine("to", 17, toUtf8(form.local(to)) + " " + weekdayName(to));
+    titledLine("days", 17, std::to_string(days));
+    titledLine("bank days", 17, std::to_string(bankDays) + " (30/360)");
 }
 
-void date(const Options& options) {
+void date(const DatesOptions& options) {
     std::string expression;
     for (const auto& word : options.words) expression += (expression.empty() ? "" : " ") + word;
     const DayFirst form;
@@ -102,7 +95,7 @@ void date(const Options& options) {
 }  // namespace
 
 void addDates(Command app) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<DatesOptions>();
     const auto command = app.add("date", "A date in all its forms; reckoning with dates");
     command.option("EXPR", options->words, "A date or a reckoning, see below; today without it");
     addJson(command, options->json);

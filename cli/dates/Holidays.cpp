@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "cli/Commands.hpp"
+#include "cli/dates/Calendar.hpp"
 #include "cli/dates/DateExpression.hpp"
 #include "cli/dates/HolidayOptions.hpp"
 #include "cli/dates/IcsFile.hpp"
@@ -16,9 +17,8 @@ namespace tsRtm::cli {
 namespace {
 
 // Below 101, the library's dates have two digits for the year.
-constexpr int32 kFirstYear = 101, kLastYear = 9999;
 
-struct Options : HolidayOptions {
+struct HolidaysOptions : HolidayOptions {
     int32 year = 0;
     bool all = false;
     bool ics = false;
@@ -32,13 +32,7 @@ struct NamedDay {
     std::string remark;  // what the law says otherwise
 };
 
-const clsDatum kCalendar;
-
 Text fourDigits(int32 year) { return toText(int64{year} + 10000).substr(1); }
-
-std::string weekdayName(TextView date) {
-    return toUtf8(rtmMain::system().locale.weekdayName(kCalendar.DayOfWeek(date)));
-}
 
 std::vector<NamedDay> daysOf(int32 year, clsFeierTage& days) {
     std::vector<NamedDay> found;
@@ -61,7 +55,7 @@ std::string remarks(const NamedDay& day) {
     return day.remark + (day.remark.empty() || day.law.empty() ? "" : "; ") + day.law;
 }
 
-void printIcs(const Options& options, const std::vector<NamedDay>& found) {
+void printIcs(const HolidaysOptions& options, const std::vector<NamedDay>& found) {
     const auto now = rtmMain::system().clock.now().parts();
     const std::string land = chosenLand();
     IcsFile file("Feiertage " + std::to_string(options.year) + (land.empty() ? "" : " " + land),
@@ -74,7 +68,7 @@ void printIcs(const Options& options, const std::vector<NamedDay>& found) {
             day.name, day.holiday ? "Feiertag" : "Gedenktag", remarks(day));
 }
 
-void printJson(const Options& options, const std::vector<NamedDay>& found) {
+void printJson(const HolidaysOptions& options, const std::vector<NamedDay>& found) {
     Json list = Json::array();
     for (const auto& day : found)
         list.push_back({{"date", toUtf8(kCalendar.DateIso8601(day.date))},
@@ -90,7 +84,7 @@ void printJson(const Options& options, const std::vector<NamedDay>& found) {
               << '\n';
 }
 
-void holidays(const Options& options) {
+void holidays(const HolidaysOptions& options) {
     const DayFirst form;
     auto days = openHolidays(options);
     auto found = daysOf(options.year, days);
@@ -147,7 +141,7 @@ void addYear(Command command, int32& year) {
 }  // namespace
 
 void addHolidays(Command app) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<HolidaysOptions>();
     const auto command = app.add("holidays", "The holidays of a year in a federal state");
     addYear(command, options->year);
     addHolidayOptions(command, *options);

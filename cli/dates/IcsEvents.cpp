@@ -39,9 +39,9 @@ std::optional<int32> durationOf(const std::string& value) {
     return static_cast<int32>(std::min<int64>(minutes, 1000000));
 }
 
-class Reader {
+class EventReader {
  public:
-    Reader(IcsContent& content) : events_(content.events), zones_(content.zones) {}
+    EventReader(IcsContent& content) : events_(content.events), zones_(content.zones) {}
 
     void take(const IcsProperty& property) {
         if (property.name == "BEGIN")
@@ -187,7 +187,7 @@ std::string timeOf(int32 minute) {
 IcsContent readIcs(InputFile& file) {
     const auto properties = icsProperties(file);
     IcsContent content{{}, IcsZones(properties)};
-    Reader reader(content);
+    EventReader reader(content);
     for (const auto& property : properties) reader.take(property);
     if (!reader.calendar()) throw CliError("no iCalendar file: BEGIN:VCALENDAR is missing");
     return content;

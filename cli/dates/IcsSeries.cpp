@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "cli/dates/Calendar.hpp"
 #include "tsRtm/appointments/keys/DueRule.hpp"
 #include "tsRtm/appointments/keys/Weekdays.hpp"
 #include "tsRtm/calendar/clsDatum.hpp"
@@ -15,8 +16,6 @@ namespace {
 // How far ahead the clocks of two zones are compared for a series without an end.
 constexpr int32 kCompared = 5 * 366;
 constexpr std::size_t kMostParts = 100;
-
-const clsDatum kCalendar;
 
 // Days of a series that have the same time here.
 struct Part {

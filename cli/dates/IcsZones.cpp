@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "cli/dates/Calendar.hpp"
 #include "tsRtm/appointments/ical/Recurrence.hpp"
 #include "tsRtm/appointments/keys/DueRule.hpp"
 #include "tsRtm/calendar/clsDatum.hpp"
@@ -16,11 +17,9 @@ namespace {
 
 constexpr int32 kDayMinutes = 24 * 60;
 // The years for which changes are reckoned in advance.
-constexpr int32 kFirstYear = 1970, kLastYear = 2100;
+constexpr int32 kFirstZoneYear = 1970, kLastZoneYear = 2100;
 constexpr int32 kForward = 2 * 60, kBack = 3 * 60;
 constexpr std::string_view kDays[] = {"MO", "TU", "WE", "TH", "FR", "SA", "SU"};
-
-const clsDatum kCalendar;
 
 int64 minuteOf(IcsMoment moment) { return int64{moment.day} * kDayMinutes + std::max(moment.minute, 0); }
 IcsMoment momentOf(int64 minute) {
@@ -120,7 +119,7 @@ class IcsZones::Description {
         const std::string until = part("UNTIL");
         const int64 end =
             until.empty() ? 0 : minuteOf(needMoment(until)) + (until.ends_with('Z') ? before_ : 0);
-        for (int32 year = std::max(begin.year, kFirstYear); year <= kLastYear; ++year) {
+        for (int32 year = std::max(begin.year, kFirstZoneYear); year <= kLastZoneYear; ++year) {
             const int32 day = which.empty() ? kCalendar.JulianDay(kCalendar.DtoC(begin.day, month, year))
                                             : dayOfMonth(year, month, which);
             const int64 at = minuteOf({day, first_.minute});
@@ -170,11 +169,11 @@ std::optional<IcsZones::Zone> IcsZones::known(const std::string& name) {
     auto& zones = rtmMain::system().zones;
     const Text wanted = fromUtf8(name);
     Zone out;
-    for (int32 year = kFirstYear; year <= kLastYear; ++year) {
+    for (int32 year = kFirstZoneYear; year <= kLastZoneYear; ++year) {
         const auto rules = zones.year(wanted, year);
         if (!rules) return std::nullopt;
         const int32 standard = -(rules->bias + rules->standardBias);
-        if (year == kFirstYear) out.aheadAtFirst = standard;
+        if (year == kFirstZoneYear) out.aheadAtFirst = standard;
         const auto put = [&](const platform::ClockChange& change, int32 minute, int32 ahead) {
             if (change.month == 0) return;
             const auto weekday = static_cast<Wochentage>((change.dayOfWeek + 6) % 7);

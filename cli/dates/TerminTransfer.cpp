@@ -3,6 +3,7 @@
 #include <iostream>
 #include <stdexcept>
 
+#include "cli/dates/Calendar.hpp"
 #include "cli/dates/DateExpression.hpp"
 #include "cli/dates/IcsSeries.hpp"
 #include "cli/shared/CliError.hpp"
@@ -14,8 +15,6 @@ namespace tsRtm::cli {
 namespace {
 
 constexpr std::size_t kSubject = 40;  // characters of the standard store
-
-const clsDatum kCalendar;
 
 Text clock(int32 minutes) { return minutes < 0 ? Text() : kCalendar.ToTime(minutes); }
 Text date(int32 day) { return day == 0 ? Text() : kCalendar.KalenderDay(day); }

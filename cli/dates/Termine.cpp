@@ -2,6 +2,7 @@
 #include <iostream>
 
 #include "cli/Commands.hpp"
+#include "cli/dates/Calendar.hpp"
 #include "cli/dates/DateExpression.hpp"
 #include "cli/dates/TerminTransfer.hpp"
 #include "cli/shared/CliError.hpp"
@@ -25,9 +26,7 @@ constexpr int32 kMostDays = 3660;
 constexpr int32 kNext = 5;            // days that `what` tells
 constexpr int32 kFarAhead = 9 * 366;  // and how far it looks for them
 
-const clsDatum kCalendar;
-
-struct Options {
+struct TermineOptions {
     std::string name, file = "-", key, date, until, time, duration, text, from, to, memo;
     std::vector<std::string> words;
     bool json = false;
@@ -39,10 +38,6 @@ Text dateOf(const std::string& expression) {
     return dates.date;
 }
 Text optionalDate(const std::string& expression) { return expression.empty() ? Text() : dateOf(expression); }
-
-std::string weekdayName(TextView date) {
-    return toUtf8(rtmMain::system().locale.weekdayName(kCalendar.DayOfWeek(date)));
-}
 
 std::string timesOf(const clsTermin& termin) {
     std::string out = toUtf8(termin.Uhrzeitvon());
@@ -104,7 +99,7 @@ class Days {
     Json days_ = Json::array();
 };
 
-void create(const Options& options) {
+void create(const TermineOptions& options) {
     const Text folder = databaseFolder(options.name);
     if (FilesTopic::Exist(FilesTopic::MakePath({Variant(folder), Variant(u"Control.tsd")})))
         throw CliError("there is a database '" + options.name + "' already");
@@ -113,7 +108,7 @@ void create(const Options& options) {
     std::cout << "made " << toUtf8(folder) << '\n';
 }
 
-void add(const Options& options) {
+void add(const TermineOptions& options) {
     const DayFirst form;
     const auto calendar = openCalendar(options.name, true);
     const Text typed = fromUtf8(options.key);
@@ -134,7 +129,7 @@ void add(const Options& options) {
               << toUtf8(trimLeft((single ? form.local(date) : Text()) + termin->What())) << '\n';
 }
 
-void show(const Options& options, int32 before, int32 days, bool empty) {
+void show(const TermineOptions& options, int32 before, int32 days, bool empty) {
     const DayFirst form;
     const auto calendar = openCalendar(options.name, false);
     const int32 first = kCalendar.JulianDay(dateOf(options.date)) - before;
@@ -144,13 +139,13 @@ void show(const Options& options, int32 before, int32 days, bool empty) {
     Days(*calendar, form, options.json, empty).show(first, last);
 }
 
-void week(const Options& options) {
+void week(const TermineOptions& options) {
     const DayFirst form;
     const int32 weekday = kCalendar.DayOfWeek(dateOf(options.date));
     show(options, weekday, kWeek, true);
 }
 
-void what(const Options& options) {
+void what(const TermineOptions& options) {
     const DayFirst form;
     const Text key = appointments::createKey(fromUtf8(options.key));
     if (key.empty()) throw CliError("'" + options.key + "' is no date and no series");
@@ -185,7 +180,7 @@ void addTermine(Command app) {
         "  tsrtm termine add Termine MO2 --time 10:00 --duration 01:00 --text Besprechung\n"
         "  tsrtm termine week Termine\n"
         "  tsrtm termine export Termine termine.ics");
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<TermineOptions>();
     const auto command = [&](const char* name, const char* help, auto work) {
         const auto made = termine.add(name, help);
         made.onRun([options, work] { work(*options); });
@@ -210,11 +205,11 @@ void addTermine(Command app) {
     adding.option("--to", options->to, "Not after this date").typeName("DATE");
     adding.footer(kKeys);
 
-    dated(command("day", "What is due on a day", [](const Options& o) { show(o, 0, 1, true); }),
+    dated(command("day", "What is due on a day", [](const TermineOptions& o) { show(o, 0, 1, true); }),
           "The day; today without it");
     dated(command("week", "What is due in a week", week), "A day of it; today without it");
     dated(command("list", "What is due from one day to another",
-                  [](const Options& o) { show(o, 0, kMonth, false); }),
+                  [](const TermineOptions& o) { show(o, 0, kMonth, false); }),
           "The first day; today without it")
         .option("UNTIL", options->until, "The last day; a month on without it");
 
@@ -224,7 +219,7 @@ void addTermine(Command app) {
     asking.footer(kKeys);
 
     const auto importing = command("import", "Take appointments from an iCalendar file",
-                                   [](const Options& o) { importTermine(o.name, o.file); });
+                                   [](const TermineOptions& o) { importTermine(o.name, o.file); });
     addDatabase(importing, options->name);
     importing.option("ICS", options->file, "The file").required();
     importing.footer(
@@ -233,7 +228,7 @@ void addTermine(Command app) {
         "left out, and named with its reason.");
 
     const auto exporting =
-        command("export", "Write all appointments into an iCalendar file", [](const Options& o) {
+        command("export", "Write all appointments into an iCalendar file", [](const TermineOptions& o) {
             const DayFirst form;
             exportTermine(o.name, o.file, kCalendar.JulianDay(dateOf(o.from.empty() ? "today" : o.from)),
                           kCalendar.JulianDay(dateOf("today")));

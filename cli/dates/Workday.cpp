@@ -2,6 +2,7 @@
 #include <iostream>
 
 #include "cli/Commands.hpp"
+#include "cli/dates/Calendar.hpp"
 #include "cli/dates/DateExpression.hpp"
 #include "cli/dates/HolidayOptions.hpp"
 #include "cli/shared/CliError.hpp"
@@ -13,7 +14,7 @@
 namespace tsRtm::cli {
 namespace {
 
-struct Options : HolidayOptions {
+struct WorkdayOptions : HolidayOptions {
     std::vector<std::string> words;
     bool working = false;
 };
@@ -22,8 +23,6 @@ struct Question {
     Text date;
     int32 distance = 0;
 };
-
-const clsDatum kCalendar;
 
 bool isDistance(const std::string& word) {
     constexpr std::size_t kMostDigits = 7;
@@ -49,10 +48,6 @@ Question read(const std::vector<std::string>& words) {
     return question;
 }
 
-std::string weekdayName(TextView date) {
-    return toUtf8(rtmMain::system().locale.weekdayName(kCalendar.DayOfWeek(date)));
-}
-
 std::string namesOf(clsFeierTage& days, TextView date) {
     std::string names;
     for (const auto& name : days.TagNamen(date)) {
@@ -76,7 +71,7 @@ std::vector<Text> passed(clsFeierTage& days, const Question& question, TextView 
     return found;
 }
 
-void workday(const Options& options) {
+void workday(const WorkdayOptions& options) {
     const DayFirst form;
     const auto question = read(options.words);
     if (options.working && question.distance < 1)
@@ -108,7 +103,7 @@ void workday(const Options& options) {
 }  // namespace
 
 void addWorkday(Command app) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<WorkdayOptions>();
     const auto command = app.add("workday", "The next working day, Monday to Friday and no holiday");
     command.option("DATE [+N|-N]", options->words,
                    "A date, today without it; the working day at least N days on, or back");

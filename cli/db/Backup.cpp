@@ -22,7 +22,7 @@ namespace {
 constexpr TextView kManifest = u"backup.json";
 constexpr std::size_t kPiece = std::size_t{1} << 20;
 
-struct Options {
+struct BackupOptions {
     std::string name;
     std::string copy;
     bool json = false;
@@ -104,7 +104,7 @@ class Copy {
     bool finished_ = false;
 };
 
-void backup(const Options& options) {
+void backup(const BackupOptions& options) {
     Session session(options.name, Use::change);
     Copy copy(databaseFolder(options.copy));
     bool done = false;
@@ -176,7 +176,7 @@ std::vector<std::string> differences(const Text& folder, const std::vector<Entry
     return out;
 }
 
-void verify(const Options& options) {
+void verify(const BackupOptions& options) {
     const auto files = manifestOf(databaseFolder(options.name));
     auto found = differences(databaseFolder(options.name), files);
     bool sound = false;
@@ -200,7 +200,7 @@ void verify(const Options& options) {
 }  // namespace
 
 void addBackup(Command db) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<BackupOptions>();
     const auto copied = db.add("backup", "Copy a database as it is at one moment, while others work");
     addDatabase(copied, options->name);
     copied.option("DEST", options->copy, "The copy: a directory that is not there yet, with or without .DBD")
@@ -210,7 +210,7 @@ void addBackup(Command db) {
         "any other. It bears a list of its files with check sums, backup.json, which verify reads.");
     copied.onRun([options] { backup(*options); });
 
-    options = std::make_shared<Options>();
+    options = std::make_shared<BackupOptions>();
     const auto verified =
         db.add("verify", "Whether a copy that backup made is as it was, and a sound database");
     verified.option("COPY", options->name, "The copy").required();

@@ -11,7 +11,7 @@
 namespace tsRtm::cli {
 namespace {
 
-struct Options {
+struct BulkOptions {
     std::string name;
     std::vector<std::string> fields;
     bool memos = false;
@@ -39,7 +39,7 @@ void refuseNumberedPlaces(Session& session) {
                        "' has an Index.tsd that names its records by number; it is not packed");
 }
 
-void pack(const Options& options) {
+void pack(const BulkOptions& options) {
     Session session(options.name, Use::alone);
     refuseNumberedPlaces(session);
     const int32 before = session.count();
@@ -50,14 +50,14 @@ void pack(const Options& options) {
               << " kept\n";
 }
 
-void rebuild(const Options& options) {
+void rebuild(const BulkOptions& options) {
     Session session(options.name, Use::alone);
     refuseNumberedPlaces(session);
     withProgress(session, "Rebuilding", [](clsTSDB& db) { db.Rebuild(); });
     std::cout << "rebuilt: " << session.count() << " records\n";
 }
 
-void zap(const Options& options) {
+void zap(const BulkOptions& options) {
     if (!options.yes) throw CliError("this takes all records away for good; say --yes");
     Session session(options.name, Use::alone);
     const int32 before = session.count();
@@ -65,7 +65,7 @@ void zap(const Options& options) {
     std::cout << "emptied: " << before << " records gone\n";
 }
 
-void convert(const Options& options) {
+void convert(const BulkOptions& options) {
     Session session(options.name, Use::alone);
     bool done = false;
     withProgress(session, "Converting", [&](clsTSDB& db) {
@@ -78,7 +78,7 @@ void convert(const Options& options) {
     std::cout << "converted: " << session.count() << " records in " << options.form << " form\n";
 }
 
-void addIndexTo(const Options& options) {
+void addIndexTo(const BulkOptions& options) {
     Session session(options.name, Use::alone);
     const auto fields = FieldMap(session.control()).select(options.fields);
     if (fields.size() > 3) throw CliError("an index has at most three fields");
@@ -86,7 +86,7 @@ void addIndexTo(const Options& options) {
     withProgress(session, "Building", [&](clsTSDB& db) { db.CreateIndex(item(0), item(1), item(2)); });
 }
 
-void dropIndex(const Options& options) {
+void dropIndex(const BulkOptions& options) {
     Session session(options.name, Use::alone);
     const FieldMap map(session.control());
     const int32 field = map.need(options.fields.front());
@@ -95,8 +95,8 @@ void dropIndex(const Options& options) {
     withProgress(session, "Dropping", [&](clsTSDB& db) { db.DelIndex(field); });
 }
 
-Command command(Command into, const char* name, const char* help, const std::shared_ptr<Options>& options,
-                void (*run)(const Options&)) {
+Command command(Command into, const char* name, const char* help, const std::shared_ptr<BulkOptions>& options,
+                void (*run)(const BulkOptions&)) {
     const auto added = into.add(name, help);
     addDatabase(added, options->name);
     added.onRun([options, run] { run(*options); });
@@ -106,15 +106,15 @@ Command command(Command into, const char* name, const char* help, const std::sha
 }  // namespace
 
 void addBulk(Command db) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<BulkOptions>();
     command(db, "pack", "Take deleted records out; the others get new numbers", options, pack)
         .flag("--memos", options->memos, "And the room of memos and chains that nobody points to");
     command(db, "rebuild", "Pack records, memos and chains, and build all indexes anew",
-            std::make_shared<Options>(), rebuild);
-    options = std::make_shared<Options>();
+            std::make_shared<BulkOptions>(), rebuild);
+    options = std::make_shared<BulkOptions>();
     command(db, "zap", "Take all records out", options, zap).flag("--yes", options->yes, "Really");
 
-    options = std::make_shared<Options>();
+    options = std::make_shared<BulkOptions>();
     const auto converted = command(
         db, "convert", "Bring records, rows and structure into another character form", options, convert);
     converted
@@ -124,12 +124,12 @@ void addBulk(Command db) {
 
     const auto index = db.add("index", "Add an index, or take one away");
     index.needsCommand();
-    options = std::make_shared<Options>();
+    options = std::make_shared<BulkOptions>();
     command(index, "add", "Build a further index", options, addIndexTo)
         .option("FIELD", options->fields,
                 "One to three fields, the first of which no other index begins with")
         .required();
-    options = std::make_shared<Options>();
+    options = std::make_shared<BulkOptions>();
     command(index, "drop", "Take the index away that begins with this field", options, dropIndex)
         .option("FIELD", options->fields, "The field")
         .required();

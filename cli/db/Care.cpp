@@ -12,7 +12,7 @@
 namespace tsRtm::cli {
 namespace {
 
-struct Options {
+struct CareOptions {
     std::string name;
     std::optional<std::string> index;
     bool repair = false;
@@ -25,7 +25,7 @@ Subscription watch(Session& session, Progress& progress) {
     });
 }
 
-void print(const std::vector<Text>& findings, bool sound, const Options& options) {
+void print(const std::vector<Text>& findings, bool sound, const CareOptions& options) {
     if (options.json) {
         Json lines = Json::array();
         for (const auto& finding : findings) lines.push_back(toUtf8(finding));
@@ -36,7 +36,7 @@ void print(const std::vector<Text>& findings, bool sound, const Options& options
     if (sound) std::cout << "sound\n";
 }
 
-void check(const Options& options) {
+void check(const CareOptions& options) {
     Session session(options.name, options.repair ? Use::change : Use::read);
     auto& db = session.db();
     bool sound = false;
@@ -57,7 +57,7 @@ void check(const Options& options) {
     throw CliError("'" + options.name + "' had faults; its indexes are rebuilt");
 }
 
-void sort(const Options& options) {
+void sort(const CareOptions& options) {
     Session session(options.name, Use::alone);
     const FieldMap map(session.control());
     const int32 index = options.index ? map.index(*options.index) : -1;
@@ -72,7 +72,7 @@ void sort(const Options& options) {
 }  // namespace
 
 void addCare(Command db) {
-    auto checked = std::make_shared<Options>();
+    auto checked = std::make_shared<CareOptions>();
     const auto check_ =
         db.add("check", "Hold every index against the records; exit status 1 where one is wrong");
     addDatabase(check_, checked->name);
@@ -80,7 +80,7 @@ void addCare(Command db) {
     addJson(check_, checked->json);
     check_.onRun([checked] { check(*checked); });
 
-    auto sorted = std::make_shared<Options>();
+    auto sorted = std::make_shared<CareOptions>();
     const auto sort_ = db.add("sort", "Build the indexes anew");
     addDatabase(sort_, sorted->name);
     sort_.option("--index", sorted->index, "Only the index that begins with this field").typeName("FIELD");

@@ -20,6 +20,7 @@ std::vector<Text> ChainTexts::row(const std::vector<Json>& texts) {
         throw CliError("a row has " + std::to_string(texts.size()) + " texts, its fields are " +
                        std::to_string(map_.count()));
     std::vector<Text> cells;
+    cells.reserve(texts.size());
     for (const auto& text : texts)
         cells.push_back(accepted(static_cast<int32>(cells.size()) + 1, text.text()));
     return cells;

@@ -17,7 +17,7 @@ namespace {
 constexpr int32 kAddAtTail = 5;
 constexpr int32 kAddAtHead = 7;
 
-struct Options {
+struct ChainsOptions {
     std::string name;
     int32 number = 0;
     std::string field;
@@ -30,7 +30,7 @@ struct Options {
 
 // The chain that a command means, with the record as the current one.
 struct Chain {
-    Chain(Session& session, const Options& options) : session_(session), field(fieldOf(options.field)) {
+    Chain(Session& session, const ChainsOptions& options) : session_(session), field(fieldOf(options.field)) {
         control = session.db().Control()->Kette(field);
         if (!control) throw CliError("'" + options.field + "' has no structure file for its rows");
         session.needRecord(options.number);
@@ -53,7 +53,7 @@ struct Chain {
     std::shared_ptr<clsControl> control;
 };
 
-void list(const Options& options) {
+void list(const ChainsOptions& options) {
     Session session(options.name, Use::read);
     Chain chain(session, options);
     const TextTable rows = chainOf(session, options.number, chain.field);
@@ -69,12 +69,13 @@ void list(const Options& options) {
     Table table(columns);
     for (const auto& row : rows) {
         std::vector<std::string> cells;
+        cells.reserve(row.size());
         for (const auto& cell : row) cells.push_back(toUtf8(cell));
         table.row(cells);
     }
 }
 
-void add(const Options& options) {
+void add(const ChainsOptions& options) {
     Session session(options.name, Use::change);
     Chain chain(session, options);
     TextTable table{{}, ChainTexts(*chain.control).row(options.words)};
@@ -100,7 +101,7 @@ TextTable rowsOf(const std::string& name, ChainTexts reader) {
     return rows;
 }
 
-void write(const Options& options) {
+void write(const ChainsOptions& options) {
     Session session(options.name, Use::change);
     Chain chain(session, options);
     const TextTable rows = rowsOf(options.file, ChainTexts(*chain.control));
@@ -110,13 +111,11 @@ void write(const Options& options) {
     session.check("the rows of record " + std::to_string(options.number) + " were not stored");
 }
 
-Command command(Command chain, const char* name, const char* help, const std::shared_ptr<Options>& options,
-                void (*run)(const Options&)) {
-    const auto added = chain.add(name, help);
-    addDatabase(added, options->name);
+Command chainCommand(Command chain, const char* name, const char* help,
+                     const std::shared_ptr<ChainsOptions>& options, void (*run)(const ChainsOptions&)) {
+    const auto added = databaseCommand(chain, name, help, options, run);
     added.option("NR", options->number, "Record number").required();
     added.option("FIELD", options->field, "The field that has the rows").required();
-    added.onRun([options, run] { run(*options); });
     return added;
 }
 
@@ -126,18 +125,18 @@ void addChains(Command db) {
     const auto chain = db.add("chain", "Rows that belong to a record");
     chain.needsCommand();
 
-    auto options = std::make_shared<Options>();
-    addJson(command(chain, "list", "Show the rows of a record", options, list), options->json);
+    auto options = std::make_shared<ChainsOptions>();
+    addJson(chainCommand(chain, "list", "Show the rows of a record", options, list), options->json);
 
-    options = std::make_shared<Options>();
-    const auto added = command(chain, "add", "Add a row behind the others", options, add);
+    options = std::make_shared<ChainsOptions>();
+    const auto added = chainCommand(chain, "add", "Add a row behind the others", options, add);
     added.option("NAME=VALUE", options->words, "Field of the row and text").required();
     added.flag("--head", options->head, "In front of the others");
     added.footer("Example:\n  tsrtm db chain add Kunden 17 POSTEN TEXT=Papier PREIS=12,50");
 
-    options = std::make_shared<Options>();
+    options = std::make_shared<ChainsOptions>();
     const auto written =
-        command(chain, "write", "Put rows in the place of all that there are", options, write);
+        chainCommand(chain, "write", "Put rows in the place of all that there are", options, write);
     written
         .option("FILE", options->file,
                 "The rows as JSON, a list of lists of texts, as list --json and dump write them")

@@ -15,9 +15,8 @@ namespace tsRtm::cli {
 namespace {
 
 constexpr int32 kFull = 7;
-constexpr int32 kLocked = 70;
 
-struct Options {
+struct ChangesOptions {
     std::string name;
     int32 number = 0;
     std::vector<int32> numbers;
@@ -26,7 +25,7 @@ struct Options {
     bool json = false;
 };
 
-void set(const Options& options) {
+void set(const ChangesOptions& options) {
     Session session(options.name, Use::change);
     auto& db = session.db();
     const int32 number = options.number;
@@ -45,7 +44,7 @@ void set(const Options& options) {
         session.fail("record " + std::to_string(number) + " was not stored", record->Error());
 }
 
-void add(const Options& options) {
+void add(const ChangesOptions& options) {
     Session session(options.name, Use::change);
     auto& db = session.db();
     const auto values = assignments(session, FieldMap(session.control()), options.words);
@@ -62,7 +61,7 @@ void add(const Options& options) {
         std::cout << "record " << record->Satznummer() << '\n';
 }
 
-void mark(const Options& options, bool deleted) {
+void mark(const ChangesOptions& options, bool deleted) {
     Session session(options.name, Use::change);
     for (const int32 number : options.numbers) session.needRecord(number);
     for (const int32 number : options.numbers) {
@@ -75,7 +74,7 @@ void mark(const Options& options, bool deleted) {
     }
 }
 
-void hold(const Options& options) {
+void hold(const ChangesOptions& options) {
     Session session(options.name, Use::change);
     const RecordLock lock(session, options.number, options.wait);
     std::cout << "locked" << std::endl;
@@ -83,15 +82,7 @@ void hold(const Options& options) {
     std::getline(std::cin, line);
 }
 
-Command command(Command db, const char* name, const char* help, const std::shared_ptr<Options>& options,
-                std::function<void(const Options&)> run) {
-    const auto added = db.add(name, help);
-    addDatabase(added, options->name);
-    added.onRun([options, run = std::move(run)] { run(*options); });
-    return added;
-}
-
-void addNumber(Command command, Options& options) {
+void addNumber(Command command, ChangesOptions& options) {
     command.option("NR", options.number, "Record number").required();
 }
 
@@ -99,8 +90,8 @@ constexpr const char* kValuesHelp =
     "Field and text; numbers as 12.5 or 12,5, dates as 31.12.2024 or 2024-12-31";
 
 void addSet(Command db) {
-    auto options = std::make_shared<Options>();
-    const auto added = command(db, "set", "Change fields of a record", options, set);
+    auto options = std::make_shared<ChangesOptions>();
+    const auto added = databaseCommand(db, "set", "Change fields of a record", options, set);
     addNumber(added, *options);
     added.option("NAME=VALUE", options->words, kValuesHelp).required();
     addWait(added, options->wait);
@@ -110,28 +101,30 @@ void addSet(Command db) {
 }
 
 void addAdd(Command db) {
-    auto options = std::make_shared<Options>();
-    const auto added = command(db, "add", "Add a record and print its number", options, add);
+    auto options = std::make_shared<ChangesOptions>();
+    const auto added = databaseCommand(db, "add", "Add a record and print its number", options, add);
     added.option("NAME=VALUE", options->words, kValuesHelp).required();
     addJson(added, options->json);
 }
 
+void addMark(Command db, const char* name, const char* help, void (*run)(const ChangesOptions&)) {
+    auto options = std::make_shared<ChangesOptions>();
+    const auto added = databaseCommand(db, name, help, options, run);
+    added.option("NR", options->numbers, "Record numbers").required();
+    addWait(added, options->wait);
+}
+
 void addMarks(Command db) {
-    for (const bool deleted : {true, false}) {
-        auto options = std::make_shared<Options>();
-        const auto added =
-            command(db, deleted ? "delete" : "undelete",
-                    deleted ? "Mark records as deleted; they stay in the file" : "Take the deleted mark away",
-                    options, [deleted](const Options& given) { mark(given, deleted); });
-        added.option("NR", options->numbers, "Record numbers").required();
-        addWait(added, options->wait);
-    }
+    addMark(db, "delete", "Mark records as deleted; they stay in the file",
+            [](const ChangesOptions& given) { mark(given, true); });
+    addMark(db, "undelete", "Take the deleted mark away",
+            [](const ChangesOptions& given) { mark(given, false); });
 }
 
 void addLock(Command db) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<ChangesOptions>();
     const auto added =
-        command(db, "lock", "Hold a record locked until Enter, to try two users", options, hold);
+        databaseCommand(db, "lock", "Hold a record locked until Enter, to try two users", options, hold);
     addNumber(added, *options);
     addWait(added, options->wait);
 }

@@ -21,7 +21,7 @@ constexpr int32 kMaxDecimals = 7;
 constexpr std::size_t kNameForbidden = 4;
 constexpr char16_t kNameForbiddenSigns[kNameForbidden] = {u'@', u'"', u',', u'='};
 
-struct Options {
+struct CreateOptions {
     std::string name;
     std::vector<std::string> fields;
     std::vector<std::string> indexes;
@@ -59,7 +59,7 @@ int32 wholeNumber(const std::string& text, int32 least, int32 most, const std::s
 }
 
 Text fieldName(const std::string& text, const std::string& word) {
-    const Text name(trim(fromUtf8(text)));
+    Text name(trim(fromUtf8(text)));
     if (name.empty()) throw CliError("--field '" + word + "': the name is missing");
     for (const char16_t c : name)
         if (c < u' ' || std::find(kNameForbiddenSigns, kNameForbiddenSigns + kNameForbidden, c) !=
@@ -93,7 +93,7 @@ std::shared_ptr<TSIO> fieldOf(const std::string& word, int32 row) {
     return field;
 }
 
-void fieldsFromWords(const Options& options, Structure& into) {
+void fieldsFromWords(const CreateOptions& options, Structure& into) {
     std::set<Text> names;
     for (const auto& word : options.fields) {
         into.fields.push_back(fieldOf(word, static_cast<int32>(into.fields.size()) + 1));
@@ -180,7 +180,7 @@ void checkNames(const Structure& structure) {
                                "' has characters that only --form unicode can hold");
 }
 
-Structure structureOf(clsRtm& rtm, const Options& options) {
+Structure structureOf(clsRtm& rtm, const CreateOptions& options) {
     Structure structure;
     if (options.structure)
         readStructure(rtm, *options.structure, structure);
@@ -214,7 +214,7 @@ void openOnce(const std::string& name) {
     session.check("cannot make the files of '" + name + "'");
 }
 
-void create(const Options& options) {
+void create(const CreateOptions& options) {
     const Text folder = databaseFolder(options.name);
     if (FilesTopic::Exist(FilesTopic::MakePath({Variant(folder), Variant(u"Control.tsd")})))
         throw CliError("there is a database '" + options.name + "' already");
@@ -233,7 +233,7 @@ void create(const Options& options) {
 }  // namespace
 
 void addCreate(Command db) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<CreateOptions>();
     const auto command = db.add("create", "Make an empty database");
     addDatabase(command, options->name);
     const auto fields = command.option("--field", options->fields, "A field; several in their order")

@@ -14,7 +14,7 @@
 namespace tsRtm::cli {
 namespace {
 
-struct Options {
+struct ExportOptions {
     std::string name;
     std::string file = "-";
     std::vector<std::string> fields;
@@ -24,14 +24,14 @@ struct Options {
     bool json = false;
 };
 
-[[noreturn]] void refuse(const std::string& where, const Text& text, const Options& options) {
+[[noreturn]] void refuse(const std::string& where, const Text& text, const ExportOptions& options) {
     throw CliError(where + ": '" + toUtf8(text) + "' cannot be written in " + encodingName(options.encoding) +
                    "; nothing was exported, try --encoding utf8");
 }
 
 // A table has no room for blobs and chains.
 std::vector<int32> csvColumns(const clsControl& control, const FieldMap& map, std::vector<int32> fields,
-                              const Options& options) {
+                              const ExportOptions& options) {
     std::erase_if(fields, [&](int32 field) {
         const bool none = control.field(field).IsBlob() || control.field(field).IsKette();
         if (none && !options.fields.empty())
@@ -42,7 +42,7 @@ std::vector<int32> csvColumns(const clsControl& control, const FieldMap& map, st
 }
 
 void writeHeader(CsvWriter& writer, const FieldMap& map, const std::vector<int32>& fields,
-                 const Options& options) {
+                 const ExportOptions& options) {
     std::vector<Text> row;
     for (const int32 field : fields) row.push_back(fromUtf8(map.label(field)));
     if (!writer.row(row)) refuse("the header line", row[writer.badField()], options);
@@ -50,14 +50,14 @@ void writeHeader(CsvWriter& writer, const FieldMap& map, const std::vector<int32
 
 // The records that are asked for, in their order.
 template <class Write>
-void eachRecord(Session& session, const FieldMap& map, const Options& options, Write write) {
+void eachRecord(Session& session, const FieldMap& map, const ExportOptions& options, Write write) {
     RecordReader record(session);
     int32 taken = 0;
     uint64 seen = 0;
     const Range range = rangeOf(session, map, options.walk);
     Progress progress("Exporting", "records");
     walk(session, range, options.walk.descending, [&](int32 number) {
-        progress.update(++seen, static_cast<uint64>(range.last - range.first + 1));
+        progress.update(++seen, static_cast<uint64>(int64{range.last} - range.first + 1));
         if (!record.read(number) || (record.deleted() && !options.walk.deleted)) return true;
         write(record);
         return options.walk.limit == 0 || ++taken < options.walk.limit;
@@ -65,7 +65,7 @@ void eachRecord(Session& session, const FieldMap& map, const Options& options, W
 }
 
 void writeRecords(Session& session, CsvWriter& writer, const FieldMap& map, const std::vector<int32>& fields,
-                  const Options& options) {
+                  const ExportOptions& options) {
     std::vector<Text> row;
     eachRecord(session, map, options, [&](const RecordReader& record) {
         row.clear();
@@ -81,7 +81,7 @@ void writeRecords(Session& session, CsvWriter& writer, const FieldMap& map, cons
 
 // A record a line, with what lies beside it.
 void writeJsonLines(Session& session, OutputFile& file, const FieldMap& map, const std::vector<int32>& fields,
-                    const Options& options) {
+                    const ExportOptions& options) {
     eachRecord(session, map, options, [&](const RecordReader& record) {
         Json json = recordJson(record, map, fields);
         addSideFields(json, session, map, record.number());
@@ -89,7 +89,7 @@ void writeJsonLines(Session& session, OutputFile& file, const FieldMap& map, con
     });
 }
 
-void run(const Options& options) {
+void run(const ExportOptions& options) {
     Session session(options.name, Use::read);
     const FieldMap map(session.control());
     const auto fields = map.select(options.fields);
@@ -109,7 +109,7 @@ void run(const Options& options) {
 }  // namespace
 
 void addExport(Command db) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<ExportOptions>();
     const auto command = db.add("export", "Write records as CSV or JSON lines, in the order of an index");
     addDatabase(command, options->name);
     command.option("FILE", options->file, "The file; \"-\", the default, is standard output");

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int64 kRowsPerUpdate = 64;
 
-struct Options {
+struct ImportOptions {
     std::string name;
     RowOptions rows;
     std::string rejects;
@@ -75,13 +75,13 @@ int64 load(RowSource& source, uint64 size, RowTarget& target, Rejects& rejects) 
 }
 
 // Beside the database.
-std::string rejectsOf(const Options& options) {
+std::string rejectsOf(const ImportOptions& options) {
     if (!options.rejects.empty()) return options.rejects;
     const Text folder = databaseFolder(options.name);
     return toUtf8(folder.substr(0, folder.size() - 4)) + ".rejects.csv";
 }
 
-void import(const Options& options) {
+void import(const ImportOptions& options) {
     Session session(options.name, options.bulk ? Use::alone : Use::change);
     const FieldMap map(session.control());
     InputFile file(options.rows.file);
@@ -110,7 +110,7 @@ void import(const Options& options) {
 }  // namespace
 
 void addImport(Command db) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<ImportOptions>();
     const auto command = db.add("import", "Add the rows of a file, CSV or JSON lines");
     addDatabase(command, options->name);
     command

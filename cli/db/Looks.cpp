@@ -11,7 +11,7 @@
 namespace tsRtm::cli {
 namespace {
 
-struct Options {
+struct LooksOptions {
     std::string name;
     bool json = false;
 };
@@ -48,7 +48,7 @@ Json infoJson(Session& session, const FieldMap& map) {
             {"indexes", std::move(indexes)}};
 }
 
-void info(const Options& options) {
+void info(const LooksOptions& options) {
     Session session(options.name, Use::read);
     const auto& control = session.control();
     const FieldMap map(control);
@@ -79,7 +79,7 @@ Json fieldJson(const clsControl& control, const FieldMap& map, int32 number) {
             {"help", toUtf8(field.Hilfe())}};
 }
 
-void fields(const Options& options) {
+void fields(const LooksOptions& options) {
     Session session(options.name, Use::read);
     const auto& control = session.control();
     const FieldMap map(control);
@@ -149,7 +149,7 @@ void dumpText(Session& session, RecordReader& record, const FieldMap& map, const
     }
 }
 
-void dump(const Options& options) {
+void dump(const LooksOptions& options) {
     Session session(options.name, Use::read);
     const FieldMap map(session.control());
     RecordReader record(session);
@@ -160,8 +160,8 @@ void dump(const Options& options) {
         dumpText(session, record, map, all);
 }
 
-void addLook(Command db, const char* name, const char* help, void (*run)(const Options&)) {
-    auto options = std::make_shared<Options>();
+void addLook(Command db, const char* name, const char* help, void (*run)(const LooksOptions&)) {
+    auto options = std::make_shared<LooksOptions>();
     const auto command = db.add(name, help);
     addDatabase(command, options->name);
     addJson(command, options->json);

@@ -14,7 +14,7 @@
 namespace tsRtm::cli {
 namespace {
 
-struct Options {
+struct MemosOptions {
     std::string name;
     int32 number = 0;
     std::string field;
@@ -38,7 +38,7 @@ Bytes contentOf(Session& session, int32 number, int32 field) {
     return session.control().field(field).IsBlob() ? toAnsi(text) : toUtf8(text);
 }
 
-void get(const Options& options) {
+void get(const MemosOptions& options) {
     Session session(options.name, Use::read);
     session.needRecord(options.number);
     const int32 field = needSideField(session.control(), FieldMap(session.control()), options.field);
@@ -55,7 +55,7 @@ Bytes wholeFile(const std::string& name) {
     return bytes;
 }
 
-void set(const Options& options) {
+void set(const MemosOptions& options) {
     Session session(options.name, Use::change);
     const FieldMap map(session.control());
     const int32 field = needSideField(session.control(), map, options.field);
@@ -72,7 +72,7 @@ void set(const Options& options) {
         session.fail("record " + std::to_string(options.number) + " was not stored", record->Error());
 }
 
-void exportAll(const Options& options) {
+void exportAll(const MemosOptions& options) {
     Session session(options.name, Use::read);
     const FieldMap map(session.control());
     const int32 field = needSideField(session.control(), map, options.field);
@@ -98,8 +98,8 @@ void exportAll(const Options& options) {
               << '\n';
 }
 
-Command command(Command memo, const char* name, const char* help, const std::shared_ptr<Options>& options,
-                void (*run)(const Options&)) {
+Command command(Command memo, const char* name, const char* help,
+                const std::shared_ptr<MemosOptions>& options, void (*run)(const MemosOptions&)) {
     const auto added = memo.add(name, help);
     addDatabase(added, options->name);
     if (run != exportAll) added.option("NR", options->number, "Record number").required();
@@ -114,19 +114,19 @@ void addMemos(Command db) {
     const auto memo = db.add("memo", "Texts and bytes beside the records");
     memo.needsCommand();
 
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<MemosOptions>();
     command(memo, "get", "Print a memo in UTF-8, or write a blob", options, get)
         .option("--file", options->file, "Where to write it; standard output")
         .typeName("FILE");
 
-    options = std::make_shared<Options>();
+    options = std::make_shared<MemosOptions>();
     const auto stored = command(memo, "set", "Store a memo or a blob", options, set);
     stored.option("TEXT", options->text, "The text; an empty one takes it away");
     stored.option("--file", options->file, "Store what this file has; a text in UTF-8").typeName("FILE");
     addWait(stored, options->wait);
     stored.footer("Example:\n  tsrtm db memo set Kunden 17 NOTIZ --file brief.txt");
 
-    options = std::make_shared<Options>();
+    options = std::make_shared<MemosOptions>();
     command(memo, "export", "Write all memos or blobs of a field, a file each, named by the record", options,
             exportAll)
         .option("FOLDER", options->file, "Where to")

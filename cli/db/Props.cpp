@@ -13,7 +13,7 @@
 namespace tsRtm::cli {
 namespace {
 
-struct Options {
+struct PropsOptions {
     std::string name;
     int32 number = 0;
     std::string key;
@@ -35,7 +35,7 @@ std::shared_ptr<clsTSRecord> recordOf(Session& session, int32 number) {
     return record;
 }
 
-void list(const Options& options) {
+void list(const PropsOptions& options) {
     Session session(options.name, Use::read);
     const auto table = recordOf(session, options.number)->Properties();
     session.check("cannot read the properties of record " + std::to_string(options.number));
@@ -50,13 +50,13 @@ void list(const Options& options) {
     if (options.json) std::cout << jsonText(json) << '\n';
 }
 
-void get(const Options& options) {
+void get(const PropsOptions& options) {
     Session session(options.name, Use::read);
     std::cout << toUtf8(recordOf(session, options.number)->Property(fromUtf8(options.key))) << '\n';
     session.check("cannot read the properties of record " + std::to_string(options.number));
 }
 
-void set(const Options& options) {
+void set(const PropsOptions& options) {
     Session session(options.name, Use::change);
     needProperties(session);
     const RecordLock lock(session, options.number, options.wait);
@@ -70,7 +70,7 @@ void set(const Options& options) {
         session.fail("record " + std::to_string(options.number) + " was not stored", record->Error());
 }
 
-void names(const Options& options) {
+void names(const PropsOptions& options) {
     Session session(options.name, Use::read);
     needProperties(session);
     session.db().FindPropertyNames();
@@ -87,12 +87,10 @@ void names(const Options& options) {
     if (options.json) std::cout << jsonText(json) << '\n';
 }
 
-Command command(Command props, const char* name, const char* help, const std::shared_ptr<Options>& options,
-                void (*run)(const Options&)) {
-    const auto added = props.add(name, help);
-    addDatabase(added, options->name);
+Command propertyCommand(Command props, const char* name, const char* help,
+                        const std::shared_ptr<PropsOptions>& options, void (*run)(const PropsOptions&)) {
+    const auto added = databaseCommand(props, name, help, options, run);
     if (run != names) added.option("NR", options->number, "Record number").required();
-    added.onRun([options, run] { run(*options); });
     return added;
 }
 
@@ -102,23 +100,23 @@ void addProps(Command db) {
     const auto props = db.add("props", "Named properties of records");
     props.needsCommand();
 
-    auto options = std::make_shared<Options>();
-    addJson(command(props, "list", "Show all properties of a record", options, list), options->json);
+    auto options = std::make_shared<PropsOptions>();
+    addJson(propertyCommand(props, "list", "Show all properties of a record", options, list), options->json);
 
-    options = std::make_shared<Options>();
-    command(props, "get", "Print one property of a record", options, get)
+    options = std::make_shared<PropsOptions>();
+    propertyCommand(props, "get", "Print one property of a record", options, get)
         .option("KEY", options->key, "Its name, without regard to case")
         .required();
 
-    options = std::make_shared<Options>();
-    const auto stored = command(props, "set", "Set properties of a record", options, set);
+    options = std::make_shared<PropsOptions>();
+    const auto stored = propertyCommand(props, "set", "Set properties of a record", options, set);
     stored.option("KEY=VALUE", options->words, "Name and text").required();
     addWait(stored, options->wait);
     stored.footer("Example:\n  tsrtm db props set Kunden 17 Farbe=rot Stufe=3");
 
-    options = std::make_shared<Options>();
-    addJson(command(props, "names", "Show which properties there are, and how many records have them",
-                    options, names),
+    options = std::make_shared<PropsOptions>();
+    addJson(propertyCommand(props, "names", "Show which properties there are, and how many records have them",
+                            options, names),
             options->json);
 }
 

@@ -5,11 +5,7 @@
 #include "cli/shared/Terminal.hpp"
 
 namespace tsRtm::cli {
-namespace {
-
-constexpr int32 kLocked = 70;
-
-}  // namespace
+namespace {}  // namespace
 
 RecordLock::RecordLock(Session& session, int32 number, std::optional<int32> wait)
     : session_(session), number_(number) {

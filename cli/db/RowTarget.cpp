@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "cli/db/RecordLock.hpp"
 #include "cli/shared/CliError.hpp"
 #include "cli/shared/ErrorText.hpp"
 #include "tsRtm/database/BulkLoader.hpp"
@@ -13,7 +14,6 @@ namespace {
 
 constexpr int32 kFull = 7;
 constexpr int32 kNoRoom = 61;
-constexpr int32 kLocked = 70;
 
 class SharedTarget final : public RowTarget {
  public:

@@ -12,7 +12,7 @@
 namespace tsRtm::cli {
 namespace {
 
-struct Options {
+struct SearchesOptions {
     std::string name;
     std::string key;
     int32 number = 0;
@@ -24,7 +24,7 @@ struct Options {
 // What a listing takes, told to stop at the limit.
 class Taker {
  public:
-    Taker(Session& session, const FieldMap& map, const Options& options)
+    Taker(Session& session, const FieldMap& map, const SearchesOptions& options)
         : options_(options),
           record_(session),
           list_(session, map, map.select(options.fields), options.json) {}
@@ -37,13 +37,13 @@ class Taker {
     int32 taken() const noexcept { return taken_; }
 
  private:
-    const Options& options_;
+    const SearchesOptions& options_;
     RecordReader record_;
     RecordList list_;
     int32 taken_ = 0;
 };
 
-void list(const Options& options) {
+void list(const SearchesOptions& options) {
     Session session(options.name, Use::read);
     const FieldMap map(session.control());
     const Range range = rangeOf(session, map, options.walk);
@@ -51,7 +51,7 @@ void list(const Options& options) {
     walk(session, range, options.walk.descending, [&](int32 number) { return taker(number); });
 }
 
-void find(const Options& options) {
+void find(const SearchesOptions& options) {
     Session session(options.name, Use::read);
     auto& db = session.db();
     const FieldMap map(session.control());
@@ -71,7 +71,7 @@ void find(const Options& options) {
     if (taker.taken() == 0) std::cerr << "nothing in '" << session.name() << "' contains the text\n";
 }
 
-void goTo(const Options& options) {
+void goTo(const SearchesOptions& options) {
     Session session(options.name, Use::read);
     auto& db = session.db();
     const FieldMap map(session.control());
@@ -104,7 +104,7 @@ void goTo(const Options& options) {
     if (there) printRecord(record, map, fields);
 }
 
-void get(const Options& options) {
+void get(const SearchesOptions& options) {
     Session session(options.name, Use::read);
     session.needRecord(options.number);
     const FieldMap map(session.control());
@@ -118,17 +118,9 @@ void get(const Options& options) {
         printRecord(record, map, fields);
 }
 
-Command command(Command db, const char* name, const char* help, const std::shared_ptr<Options>& options,
-                void (*run)(const Options&)) {
-    const auto added = db.add(name, help);
-    addDatabase(added, options->name);
-    added.onRun([options, run] { run(*options); });
-    return added;
-}
-
 void addList(Command db) {
-    auto options = std::make_shared<Options>();
-    const auto added = command(db, "list", "List records in the order of an index", options, list);
+    auto options = std::make_shared<SearchesOptions>();
+    const auto added = databaseCommand(db, "list", "List records in the order of an index", options, list);
     addWalkOptions(added, options->walk);
     addFields(added, options->fields);
     addJson(added, options->json);
@@ -136,9 +128,9 @@ void addList(Command db) {
 }
 
 void addFind(Command db) {
-    auto options = std::make_shared<Options>();
-    const auto added =
-        command(db, "find", "List records that contain a text, without regard to case", options, find);
+    auto options = std::make_shared<SearchesOptions>();
+    const auto added = databaseCommand(db, "find", "List records that contain a text, without regard to case",
+                                       options, find);
     added.option("TEXT", options->key, "What to search").required();
     addIndex(added, options->walk);
     addLimit(added, options->walk.limit);
@@ -148,9 +140,9 @@ void addFind(Command db) {
 }
 
 void addGoto(Command db) {
-    auto options = std::make_shared<Options>();
-    const auto added =
-        command(db, "goto", "Show the first record whose key is not below, and its position", options, goTo);
+    auto options = std::make_shared<SearchesOptions>();
+    const auto added = databaseCommand(
+        db, "goto", "Show the first record whose key is not below, and its position", options, goTo);
     added.option("KEY", options->key, "A key of the index; \"#5\" is its fifth position").required();
     addIndex(added, options->walk);
     addFields(added, options->fields);
@@ -158,8 +150,8 @@ void addGoto(Command db) {
 }
 
 void addGet(Command db) {
-    auto options = std::make_shared<Options>();
-    const auto added = command(db, "get", "Show a record by its number", options, get);
+    auto options = std::make_shared<SearchesOptions>();
+    const auto added = databaseCommand(db, "get", "Show a record by its number", options, get);
     added.option("NR", options->number, "Record number, from 1").required();
     addFields(added, options->fields);
     addJson(added, options->json);

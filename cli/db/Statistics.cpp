@@ -1,4 +1,5 @@
 // tsrtm db stats: what the files of a database hold, and what a reorganisation would gain.
+#include <cmath>
 #include <iomanip>
 #include <iostream>
 #include <sstream>
@@ -13,12 +14,12 @@
 namespace tsRtm::cli {
 namespace {
 
-struct Options {
+struct StatisticsOptions {
     std::string name;
     bool json = false;
 };
 
-std::string percent(float64 share) { return std::to_string(static_cast<int32>(share * 100 + 0.5)) + "%"; }
+std::string percent(float64 share) { return std::to_string(std::lround(share * 100)) + "%"; }
 
 // "412", "12.3 K", "1.5 M".
 std::string size(uint64 bytes) {
@@ -31,7 +32,7 @@ std::string size(uint64 bytes) {
     return out.str();
 }
 
-Json indexJson(const IndexStatistics& index) {
+Json statisticsJson(const IndexStatistics& index) {
     return {{"file", toUtf8(index.file)}, {"bytes", index.bytes},         {"levels", index.levels},
             {"nodes", index.nodes},       {"freeNodes", index.freeNodes}, {"keys", index.keys},
             {"fill", index.fill()},       {"afterSort", index.afterSort}};
@@ -56,7 +57,7 @@ void printJson(const DatabaseStatistics& stats) {
                     {"deleted", stats.deleted},
                     {"recordBytes", stats.recordBytes}};
     std::cout << jsonText({{"data", data},
-                           {"indexes", listJson(stats.indexes, indexJson)},
+                           {"indexes", listJson(stats.indexes, statisticsJson)},
                            {"memos", listJson(stats.memos, storeJson)},
                            {"chains", listJson(stats.chains, storeJson)},
                            {"gain", stats.gain()}})
@@ -89,7 +90,7 @@ void print(const DatabaseStatistics& stats) {
               << '\n';
 }
 
-void run(const Options& options) {
+void run(const StatisticsOptions& options) {
     Session session(options.name, Use::read);
     DatabaseStatistics stats;
     {
@@ -104,7 +105,7 @@ void run(const Options& options) {
 }  // namespace
 
 void addStatistics(Command db) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<StatisticsOptions>();
     const auto command = db.add(
         "stats",
         "Sizes, room that is free or lost, depth and fill of indexes, and what a reorganisation gains");

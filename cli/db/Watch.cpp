@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::chrono::milliseconds kBetweenLooks{200};
 
-struct Options {
+struct WatchOptions {
     std::string name;
     std::vector<std::string> fields;
     int32 count = 0;
@@ -25,7 +25,7 @@ struct Options {
 // Every record as it was at the last look, by a number that changes with it.
 class Watcher {
  public:
-    Watcher(Session& session, const Options& options)
+    Watcher(Session& session, const WatchOptions& options)
         : session_(session),
           options_(options),
           map_(session.control()),
@@ -87,7 +87,7 @@ class Watcher {
     static void tell(const std::string& text) { std::cerr << text << std::endl; }
 
     Session& session_;
-    const Options& options_;
+    const WatchOptions& options_;
     FieldMap map_;
     std::vector<int32> fields_;
     RecordReader record_;
@@ -98,7 +98,7 @@ class Watcher {
 }  // namespace
 
 void addWatch(Command db) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<WatchOptions>();
     const auto command = db.add("watch", "Show what others change, as it happens, until interrupted");
     addDatabase(command, options->name);
     addFields(command, options->fields);

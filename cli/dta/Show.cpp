@@ -13,7 +13,7 @@ namespace {
 
 using namespace payments;  // the layout
 
-struct Options {
+struct DtaShowOptions {
     std::string file;
     bool json = false;
 };
@@ -68,31 +68,28 @@ std::string joined(std::initializer_list<std::string> parts) {
     return out;
 }
 
-void line(const char* title, const std::string& text) {
-    std::cout << title << std::string(12 - std::string_view(title).size(), ' ') << text << '\n';
-}
-
 void printWords(const PaymentRecords& records) {
     const auto head = [&](HeaderField field) { return fieldOf(records.header, kHeaderRows[field]); };
-    line("orderer", joined({head(hName1), head(hName2), head(hStrasse), head(hPLZOrt)}));
-    line("account", head(hKontonummer) + " at bank " + head(hBLZ));
-    line("made", dateOf(head(hErstellungsdatum)) + ", number " + head(hNummer) + " of the day");
-    line("for", dateOf(head(hExecutionDate)));
+    titledLine("orderer", 12, joined({head(hName1), head(hName2), head(hStrasse), head(hPLZOrt)}));
+    titledLine("account", 12, head(hKontonummer) + " at bank " + head(hBLZ));
+    titledLine("made", 12, dateOf(head(hErstellungsdatum)) + ", number " + head(hNummer) + " of the day");
+    titledLine("for", 12, dateOf(head(hExecutionDate)));
     int64 number = 0;
     for (const auto& order : records.orders) {
         const auto of = [&](OrderField field) { return fieldOf(order, kOrderRows[field]); };
         std::cout << '\n';
-        line("transfer", std::to_string(++number));
-        line("amount", amountOf(order) + " " + of(oAuftragswaehrung) + " as it stands");
-        line("payee", joined({of(oName1), of(oName2), of(oStrasse), of(oPLZOrt)}));
-        line("IBAN", of(oIBAN).substr(std::min<std::size_t>(1, of(oIBAN).size())));
-        line("BIC", of(oBIC));
-        line("purpose", joined({of(oVerwendungszweck1), of(oVerwendungszweck2), of(oVerwendungszweck3),
-                                of(oVerwendungszweck4)}));
+        titledLine("transfer", 12, std::to_string(++number));
+        titledLine("amount", 12, amountOf(order) + " " + of(oAuftragswaehrung) + " as it stands");
+        titledLine("payee", 12, joined({of(oName1), of(oName2), of(oStrasse), of(oPLZOrt)}));
+        titledLine("IBAN", 12, of(oIBAN).substr(std::min<std::size_t>(1, of(oIBAN).size())));
+        titledLine("BIC", 12, of(oBIC));
+        titledLine("purpose", 12,
+                   joined({of(oVerwendungszweck1), of(oVerwendungszweck2), of(oVerwendungszweck3),
+                           of(oVerwendungszweck4)}));
     }
 }
 
-void show(const Options& options) {
+void show(const DtaShowOptions& options) {
     const PaymentRecords records = readPayments(options.file);
     const Totals there = counted(records), written = told(records);
     if (options.json) {
@@ -100,9 +97,10 @@ void show(const Options& options) {
     } else {
         printWords(records);
         std::cout << '\n';
-        line("totals",
-             std::to_string(written.transfers) + (written.transfers == 1 ? " transfer, " : " transfers, ") +
-                 std::to_string(written.euros) + " whole euros: " + (there == written ? "right" : "wrong"));
+        titledLine(
+            "totals", 12,
+            std::to_string(written.transfers) + (written.transfers == 1 ? " transfer, " : " transfers, ") +
+                std::to_string(written.euros) + " whole euros: " + (there == written ? "right" : "wrong"));
     }
     if (there != written)
         throw CliError("the totals do not fit: there are " + std::to_string(there.transfers) +
@@ -112,7 +110,7 @@ void show(const Options& options) {
 }  // namespace
 
 void addPaymentShow(Command dta) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<DtaShowOptions>();
     const auto command = dta.add("show", "Show a payment file in words, and whether its totals are right");
     command.option("FILE", options->file, "A DTAZV file").required();
     addJson(command, options->json);

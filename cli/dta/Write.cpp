@@ -14,7 +14,7 @@
 namespace tsRtm::cli {
 namespace {
 
-struct Options {
+struct DtaWriteOptions {
     std::string orders, header, folder;
     std::string name = "DTAZV";
     std::string separator = ",";
@@ -52,7 +52,7 @@ class Report {
     int32 refusals_ = 0, faults_ = 0;
 };
 
-void addOrders(const Options& options, DtADatei& file, Report& report) {
+void addOrders(const DtaWriteOptions& options, DtADatei& file, Report& report) {
     CsvTable table(options.orders, options.encoding, options.separator);
     OrderTable orders(table);
     std::shared_ptr<DtaAuftrag> order;
@@ -65,7 +65,7 @@ void addOrders(const Options& options, DtADatei& file, Report& report) {
 }
 
 // Each file of a day has number 01, so that a bank may take a second one for the first sent again.
-void lookAround(const Options& options, Report& report) {
+void lookAround(const DtaWriteOptions& options, Report& report) {
     std::vector<Text> names;
     const int32 count = FilesTopic::GetAllFiles(fromUtf8(options.folder), {}, names, true);
     const auto& row = payments::kHeaderRows[payments::hErstellungsdatum];
@@ -79,7 +79,8 @@ void lookAround(const Options& options, Report& report) {
     }
 }
 
-void print(const Options& options, const DtADatei& file, const Report& report, const std::string& written) {
+void print(const DtaWriteOptions& options, const DtADatei& file, const Report& report,
+           const std::string& written) {
     if (options.json) {
         std::cout << jsonText({{"file", written.empty() ? Json() : Json(written)},
                                {"transfers", file.Count()},
@@ -95,7 +96,7 @@ void print(const Options& options, const DtADatei& file, const Report& report, c
                   << written << '\n';
 }
 
-void write(const Options& options) {
+void write(const DtaWriteOptions& options) {
     DtADatei file;
     file.Pfad(fromUtf8(options.folder));
     file.DateiName(fromUtf8(options.name));
@@ -117,7 +118,7 @@ void write(const Options& options) {
     if (report.faults() > 0) throw CliError("the file is written, but see the report");
 }
 
-void addPaymentCommand(Command command, const std::shared_ptr<Options>& options) {
+void addPaymentCommand(Command command, const std::shared_ptr<DtaWriteOptions>& options) {
     command.option("ORDERS", options->orders, "CSV, a transfer a row").required();
     command.option("--header", options->header, "CSV with a row for who pays").required().typeName("CSV");
     command.option("--out", options->folder, "Folder of the file").required().typeName("DIR");
@@ -132,7 +133,7 @@ void addPaymentCommand(Command command, const std::shared_ptr<Options>& options)
 }  // namespace
 
 void addPaymentWrite(Command dta) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<DtaWriteOptions>();
     const auto command = dta.add("write", "Write a DTAZV file of EU transfers from a table");
     addPaymentCommand(command, options);
     command.footer(

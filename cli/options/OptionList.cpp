@@ -48,10 +48,6 @@ constexpr std::array kLimits{
 constexpr std::array kTrueWords{u"TRUE", u"YES", u"ON", u"WAHR", u"JA", u"AN", u"1", u"-1"};
 constexpr std::array kFalseWords{u"FALSE", u"NO", u"OFF", u"FALSCH", u"NEIN", u"AUS", u"0"};
 
-platform::Settings& store() { return rtmMain::system().settings; }
-platform::HKeys storesHive(HKeys hive) noexcept {
-    return static_cast<platform::HKeys>(static_cast<uint32>(hive));
-}
 Text raw(HKeys hive, TextView path, TextView name) { return rtmMain::RegRaw(storesHive(hive), path, name); }
 
 template <class Words>

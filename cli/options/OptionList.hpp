@@ -5,9 +5,15 @@
 #include <vector>
 
 #include "tsRtm/frame/clsTSOptions.hpp"
+#include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/frame/options/OptionRules.hpp"
 
 namespace tsRtm::cli {
+
+inline platform::Settings& store() { return rtmMain::system().settings; }
+inline platform::HKeys storesHive(HKeys hive) noexcept {
+    return static_cast<platform::HKeys>(static_cast<uint32>(hive));
+}
 
 // Which settings are meant.
 struct OptionScope {

@@ -14,7 +14,7 @@
 namespace tsRtm::cli {
 namespace {
 
-struct Options {
+struct OptionsChoice {
     OptionScope scope;
     std::string name;
     std::string value;
@@ -22,11 +22,7 @@ struct Options {
     bool json = false;
 };
 
-platform::Settings& store() { return rtmMain::system().settings; }
 platform::SettingsCare& care() { return rtmMain::system().settingsCare; }
-platform::HKeys storesHive(HKeys hive) noexcept {
-    return static_cast<platform::HKeys>(static_cast<uint32>(hive));
-}
 
 [[noreturn]] void complain(const char* what, HKeys hive, platform::SystemError error) {
     const bool damaged = error == platform::SystemError::readFault;
@@ -72,7 +68,7 @@ Json optionJson(const OptionList& list, const Option& option) {
             {"hive", option.hive == HKEY_LOCAL_MACHINE ? "machine" : "user"}};
 }
 
-void list(const Options& options) {
+void list(const OptionsChoice& options) {
     const OptionList list(options.scope);
     needReadable(list.hive());
     if (options.json) {
@@ -89,7 +85,7 @@ void list(const Options& options) {
         std::cout << "see also: tsrtm options list --app '" << printable(key) << "'\n";
 }
 
-void get(const Options& options) {
+void get(const OptionsChoice& options) {
     const OptionList list(options.scope);
     const Option option = list.find(options.name);
     needReadable(option.hive);
@@ -102,14 +98,14 @@ void get(const Options& options) {
         std::cout << valueText(option, list.value(option)) << '\n';
 }
 
-void set(const Options& options) {
+void set(const OptionsChoice& options) {
     const OptionList list(options.scope);
     const Option option = list.find(options.name);
     const Text value = OptionList::storable(option, options.value);
     change(option.hive, store().set(storesHive(option.hive), option.path, option.name, value));
 }
 
-void removeAll(const Options& options, const OptionList& list) {
+void removeAll(const OptionsChoice& options, const OptionList& list) {
     if (!options.name.empty()) throw CliError("give a name or --all, not both");
     // An id of delimiters alone is the root, too.
     if (options.scope.app.value_or("").find_first_not_of('\\') == std::string::npos)
@@ -117,7 +113,7 @@ void removeAll(const Options& options, const OptionList& list) {
     change(list.hive(), store().removeKey(storesHive(list.hive()), list.path()));
 }
 
-void remove(const Options& options) {
+void remove(const OptionsChoice& options) {
     const OptionList list(options.scope);
     if (options.all) return removeAll(options, list);
     const Option option = list.find(options.name);
@@ -127,8 +123,8 @@ void remove(const Options& options) {
     change(option.hive, store().remove(storesHive(option.hive), option.path, option.name));
 }
 
-Command addOne(Command group, const std::shared_ptr<Options>& options, const char* name, const char* help,
-               void (*run)(const Options&)) {
+Command addOne(Command group, const std::shared_ptr<OptionsChoice>& options, const char* name,
+               const char* help, void (*run)(const OptionsChoice&)) {
     const auto command = group.add(name, help);
     command
         .option("--app", options->scope.app,
@@ -156,20 +152,20 @@ void addOptions(Command app) {
         "  tsrtm options set Schriftart Arial                    (for all applications without their own)\n"
         "  tsrtm options set ShowEndeDialog false --app Kanzlei\n"
         "  tsrtm options set RunTimeDir /srv/programm/ --machine");
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<OptionsChoice>();
     addJson(addOne(group, options, "list", "Show all options with their values", list), options->json);
 
-    options = std::make_shared<Options>();
+    options = std::make_shared<OptionsChoice>();
     auto command = addOne(group, options, "get", "Show what holds, the default too", get);
     command.option("NAME", options->name, kNameHelp).required();
     addJson(command, options->json);
 
-    options = std::make_shared<Options>();
+    options = std::make_shared<OptionsChoice>();
     command = addOne(group, options, "set", "Store a value", set);
     command.option("NAME", options->name, kNameHelp).required();
     command.option("VALUE", options->value, "true or false, a number, or a text").required();
 
-    options = std::make_shared<Options>();
+    options = std::make_shared<OptionsChoice>();
     command =
         addOne(group, options, "delete", "Delete a stored value, so that the default holds again", remove);
     const auto name = command.option("NAME", options->name, kNameHelp);

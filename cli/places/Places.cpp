@@ -20,7 +20,7 @@ namespace {
 
 constexpr int32 kLocked = 70;
 
-struct Options {
+struct PlacesOptions {
     std::string file, streets;
     std::string folder = ".";
     std::string country = "DE";
@@ -47,7 +47,7 @@ const char* faultText(PlaceFault fault) noexcept {
     return "";
 }
 
-std::string databaseName(const Options& options, TextView name) {
+std::string databaseName(const PlacesOptions& options, TextView name) {
     return toUtf8(FilesTopic::MakePath({Variant(fromUtf8(options.folder)), Variant(Text(name))}));
 }
 
@@ -107,7 +107,7 @@ std::optional<std::size_t> findAny(const CsvTable& table, std::initializer_list<
     return std::nullopt;
 }
 
-std::vector<PlaceRow> readPlaces(const Options& options, Rejects& rejects) {
+std::vector<PlaceRow> readPlaces(const PlacesOptions& options, Rejects& rejects) {
     CsvTable table(options.file, options.encoding, options.separator);
     const auto code = needAny(table, {u"zipcode", u"zip", u"plz"}),
                place = needAny(table, {u"place", u"ort"});
@@ -122,7 +122,7 @@ std::vector<PlaceRow> readPlaces(const Options& options, Rejects& rejects) {
     });
 }
 
-std::vector<StreetRow> readStreets(const Options& options, Rejects& rejects) {
+std::vector<StreetRow> readStreets(const PlacesOptions& options, Rejects& rejects) {
     CsvTable table(options.streets, options.encoding, options.separator);
     const auto code = needAny(table, {u"zipcode", u"zip", u"plz"}),
                place = needAny(table, {u"place", u"ort"});
@@ -155,7 +155,7 @@ void needDone(const PlaceImportResult& result, const std::string& name) {
     if (result.error != 0) throw CliError("cannot fill '" + name + "': " + databaseErrorText(result.error));
 }
 
-void import(const Options& options) {
+void import(const PlacesOptions& options) {
     Rejects rejects(options.file + ".rejects.csv");
     auto rows = readPlaces(options, rejects);
     if (rows.empty()) throw CliError("'" + options.file + "' has no place of " + options.country);
@@ -215,7 +215,7 @@ std::vector<Shown> listed(Session& session, int32 field, const std::string& key,
     return found;
 }
 
-void plz(const Options& options) {
+void plz(const PlacesOptions& options) {
     const std::string name = databaseName(options, placeRegister::kPlaces);
     if (!FilesTopic::Exist(FilesTopic::MakePath({Variant(databaseFolder(name)), Variant(u"Control.tsd")})))
         throw CliError("no places in '" + options.folder +
@@ -242,7 +242,7 @@ void plz(const Options& options) {
 }
 
 void addPlaceImport(Command places) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<PlacesOptions>();
     const auto command = places.add("import", "Make the databases of places from a CSV file");
     command
         .option("CSV", options->file,
@@ -268,7 +268,7 @@ void addPlaces(Command app) {
     places.footer("Example:\n  tsrtm places import places.csv --to data");
     addPlaceImport(places);
 
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<PlacesOptions>();
     const auto command = app.add("plz", "Places by postal code or name");
     command.option("WORD", options->word, "A code, or a name or its beginning").required();
     command.option("--street", options->street, "A street, where the street list is to be asked");

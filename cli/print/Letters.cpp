@@ -13,7 +13,7 @@
 namespace tsRtm::cli {
 namespace {
 
-struct Options {
+struct LettersOptions {
     std::string name, file, sender;
     FileEncoding encoding = FileEncoding::automatic;
     std::vector<std::string> address;
@@ -86,7 +86,7 @@ bool isName(TextView text) {
     });
 }
 
-void run(const Options& options) {
+void run(const LettersOptions& options) {
     Session session(options.name, Use::read);
     const FieldMap map(session.control());
     const AddressFields fields(map, options.address);
@@ -119,7 +119,7 @@ void run(const Options& options) {
 }  // namespace
 
 void addLetters(Command app) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<LettersOptions>();
     const auto command = app.add("letters", "Write a letter to every record of a range");
     addDatabase(command, options->name);
     command.option("--template", options->file, "The letter: RTF, with fields of the record as {NAME}")

@@ -10,7 +10,7 @@
 namespace tsRtm::cli {
 namespace {
 
-struct Options {
+struct TextsOptions {
     std::string file;
     FileEncoding encoding = FileEncoding::automatic;
     PrintOptions print;
@@ -39,7 +39,7 @@ std::vector<Text> linesOf(TextView text) {
     return lines;
 }
 
-void printText(const Options& options) {
+void printText(const TextsOptions& options) {
     const auto lines = linesOf(textOfFile(options.file, options.encoding));
     PrintJob job(options.print);
     const Text title = fromUtf8(baseName(options.file));
@@ -57,7 +57,7 @@ void printText(const Options& options) {
     });
 }
 
-void printRtf(const Options& options) {
+void printRtf(const TextsOptions& options) {
     const Text rtf = textOfFile(options.file, options.encoding);
     if (!rtf.starts_with(u"{\\rtf")) throw CliError("'" + options.file + "' is no RTF");
     PrintJob job(options.print);
@@ -66,8 +66,9 @@ void printRtf(const Options& options) {
     });
 }
 
-void addText(Command print, const char* name, const char* help, bool fonts, void (*run)(const Options&)) {
-    auto options = std::make_shared<Options>();
+void addText(Command print, const char* name, const char* help, bool fonts,
+             void (*run)(const TextsOptions&)) {
+    auto options = std::make_shared<TextsOptions>();
     const auto command = print.add(name, help);
     command.option("FILE", options->file, "The file to be printed").required();
     addEncoding(command, options->encoding, true);

@@ -17,7 +17,7 @@ namespace {
 
 using Feature = platform::PrinterFeature;
 
-struct Options {
+struct PrintersOptions {
     std::string name;
     bool json = false;
 };
@@ -60,7 +60,7 @@ void show(const std::string& name, platform::Printer& printer) {
                        millimetres(form.width) + " x " + millimetres(form.height)});
 }
 
-void run(const Options& options) {
+void run(const PrintersOptions& options) {
     const auto paper = attachPaper(false);
     auto* printers = rtmMain::plugged().paper->printers;
     if (options.name.empty()) {
@@ -84,7 +84,7 @@ void run(const Options& options) {
 }  // namespace
 
 void addPrinters(Command app) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<PrintersOptions>();
     const auto command = app.add("printers", "List the printers, or what one of them has");
     command.option("NAME", options->name, "A printer, or its address: ipp://host:port/path");
     addJson(command, options->json);

@@ -5,14 +5,13 @@
 #include "tsRtm/calendar/days/DateText.hpp"
 #include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
+#include "tsRtm/types/Digits.hpp"
 
 namespace tsRtm::cli {
 namespace {
 
 constexpr int32 kDecimalsMask = 7;
 constexpr int32 kMonthFirst = 0, kYearFirst = 2;  // of the locale's date form, else the day is first
-
-bool isDigit(char16_t c) noexcept { return c >= u'0' && c <= u'9'; }
 
 // "1.234.567" without its marks, nothing where the groups are no groups of three.
 std::optional<Text> withoutGroups(TextView whole, char16_t mark) {

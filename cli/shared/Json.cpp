@@ -106,6 +106,19 @@ const Json& Json::at(std::string_view name) const& {
     throw JsonError("no member " + std::string(name));
 }
 
+Json::Json() noexcept = default;
+Json::Json(float64 number) : value_(number) {}
+Json::Json(const char* text) : value_(std::string(text)) {}
+Json::Json(std::string text) : value_(std::move(text)) {}
+Json::Json(const Json&) = default;
+Json::Json(Json&&) noexcept = default;
+Json& Json::operator=(const Json&) = default;
+Json& Json::operator=(Json&&) noexcept = default;
+Json::~Json() = default;
+
+bool Json::isObject() const noexcept { return std::holds_alternative<std::vector<Member>>(value_); }
+const std::vector<Json::Member>& Json::members() const& { return get<std::vector<Member>>(); }
+
 template <class T>
 const T& Json::get() const {
     if (const T* value = std::get_if<T>(&value_)) return *value;

@@ -24,16 +24,21 @@ class Json {
  public:
     struct Member;
 
-    Json() noexcept = default;  // null
+    Json() noexcept;  // null
     template <std::same_as<bool> T>
-    Json(T truth) : value_(truth) {}
+    Json(T truth);
     template <std::integral T>
-    requires(!std::same_as<T, bool>) Json(T number) : value_(static_cast<int64>(number)) {}
-    Json(float64 number) : value_(number) {}
-    Json(const char* text) : value_(std::string(text)) {}
-    Json(std::string text) : value_(std::move(text)) {}
+    requires(!std::same_as<T, bool>) Json(T number);
+    Json(float64 number);
+    Json(const char* text);
+    Json(std::string text);
     Json(const std::vector<std::string>& texts);
     Json(std::initializer_list<Member> members);
+    Json(const Json&);
+    Json(Json&&) noexcept;
+    Json& operator=(const Json&);
+    Json& operator=(Json&&) noexcept;
+    ~Json();
     static Json array();
     static Json object();
     // Throws a JsonError, also for values that lie too deep in each other.
@@ -44,13 +49,13 @@ class Json {
     Json& operator[](const std::string& name);
 
     bool isNull() const noexcept { return std::holds_alternative<std::monostate>(value_); }
-    bool isObject() const noexcept { return std::holds_alternative<std::vector<Member>>(value_); }
+    bool isObject() const noexcept;
     // Null where an object has no such member.
     const Json* find(std::string_view name) const;
     const Json& at(std::string_view name) const&;
     std::size_t size() const { return elements().size(); }
     const std::vector<Json>& elements() const& { return get<std::vector<Json>>(); }
-    const std::vector<Member>& members() const& { return get<std::vector<Member>>(); }
+    const std::vector<Member>& members() const&;
     const std::string& text() const& { return get<std::string>(); }
     // A loop would outlive a value that nobody holds.
     void at(std::string_view) && = delete;
@@ -74,6 +79,11 @@ struct Json::Member {
     std::string name;
     Json value;
 };
+
+template <std::same_as<bool> T>
+Json::Json(T truth) : value_(truth) {}
+template <std::integral T>
+requires(!std::same_as<T, bool>) Json::Json(T number) : value_(static_cast<int64>(number)) {}
 
 // On one line; malformed characters become U+FFFD.
 std::string jsonText(const Json& json);

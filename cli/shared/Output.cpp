@@ -37,6 +37,10 @@ void JsonList::add(const std::string& element) {
     first_ = false;
 }
 
+void titledLine(std::string_view title, std::size_t width, const std::string& text) {
+    std::cout << title << std::string(width - title.size(), ' ') << text << '\n';
+}
+
 Table::Table(std::vector<Column> columns) : columns_(std::move(columns)) {
     std::vector<std::string> titles;
     for (auto& column : columns_) {

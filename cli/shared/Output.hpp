@@ -35,6 +35,9 @@ class Table {
     std::vector<Column> columns_;
 };
 
+// A text behind its title, which fills so many columns.
+void titledLine(std::string_view title, std::size_t width, const std::string& text);
+
 // Records as a table or, with `json`, as {"records":[...]}.
 class RecordList {
  public:

@@ -1,6 +1,7 @@
 #include "cli/shared/Progress.hpp"
 
 #include <algorithm>
+#include <cmath>
 #include <iostream>
 
 #include "cli/shared/Terminal.hpp"
@@ -21,7 +22,7 @@ std::string grouped(uint64 number) {
 }
 
 std::string minutes(double seconds) {
-    const auto whole = static_cast<int64>(seconds + 0.5);
+    const auto whole = std::llround(seconds);
     const std::string rest = std::to_string(whole % 60);
     return std::to_string(whole / 60) + (rest.size() < 2 ? ":0" : ":") + rest;
 }

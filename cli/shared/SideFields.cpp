@@ -8,7 +8,7 @@ namespace tsRtm::cli {
 
 Text memoOf(Session& session, const FieldMap& map, int32 number, int32 field) {
     const auto record = session.db().Record(number);
-    const Text text = record ? record->Fields(field) : Text();
+    Text text = record ? record->Fields(field) : Text();
     session.check("cannot read the " + map.label(field) + " of record " + std::to_string(number));
     return text;
 }

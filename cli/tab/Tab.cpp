@@ -19,7 +19,7 @@ namespace {
 
 constexpr float64 kAllWholeBelow = 9007199254740992;  // 2^53, from where on not every whole number is there
 
-struct Options {
+struct TabOptions {
     std::string file;
     TabForm form;
     bool rows = false;
@@ -34,7 +34,7 @@ struct Options {
     bool json = false;
 };
 
-TabForm formOf(const Options& options) {
+TabForm formOf(const TabOptions& options) {
     TabForm form = options.form;
     const int32 letters = static_cast<int32>(form.types.size());
     if (form.columns == 0) form.columns = letters;
@@ -48,7 +48,7 @@ TabForm formOf(const Options& options) {
     return form;
 }
 
-std::unique_ptr<TabFile> openExisting(const Options& options) {
+std::unique_ptr<TabFile> openExisting(const TabOptions& options) {
     const auto status = rtmMain::system().files.status(fromUtf8(options.file));
     if (!status) throw CliError("cannot read '" + options.file + "': " + systemErrorText(status.error()));
     if (status->folder) throw CliError("'" + options.file + "' is a folder");
@@ -90,7 +90,7 @@ void writeTable(TabFile& file, int32 shown) {
     }
 }
 
-void list(const Options& options) {
+void list(const TabOptions& options) {
     const auto file = openExisting(options);
     const int32 count = file->count();
     const int32 shown = options.limit > 0 ? std::min(options.limit, count) : count;
@@ -107,7 +107,7 @@ void list(const Options& options) {
     if (!file->whole()) std::cerr << "tsrtm: note: there are lines that belong to no row\n";
 }
 
-void get(const Options& options) {
+void get(const TabOptions& options) {
     const auto file = openExisting(options);
     file->needRow(options.number);
     const auto cells = file->row(options.number);
@@ -127,11 +127,11 @@ void get(const Options& options) {
             std::cout << printable(cells[static_cast<std::size_t>(column) - 1]) << '\n';
 }
 
-void set(const Options& options) {
+void set(const TabOptions& options) {
     openExisting(options)->set(options.number, options.column.value_or(1), options.values[0]);
 }
 
-void add(const Options& options) {
+void add(const TabOptions& options) {
     const auto file =
         options.before > 0 ? openExisting(options) : TabFile::open(options.file, formOf(options));
     const bool single = formOf(options).kind == TabForm::lines;
@@ -145,9 +145,9 @@ void add(const Options& options) {
         std::cout << "entry " << number << '\n';
 }
 
-void remove(const Options& options) { openExisting(options)->remove(options.numbers); }
+void remove(const TabOptions& options) { openExisting(options)->remove(options.numbers); }
 
-void expand(const Options& options) {
+void expand(const TabOptions& options) {
     clsRtm rtm;
     if (!options.folder.empty()) rtm.TablePath(fromUtf8(options.folder));
     Text input = fromUtf8(options.values[0]);
@@ -162,7 +162,7 @@ void expand(const Options& options) {
     std::cout << printable(input) << '\n';
 }
 
-void addForm(Command command, Options& options) {
+void addForm(Command command, TabOptions& options) {
     command.option("FILE", options.file, "The text file").required();
     const auto columns = command.option("--columns", options.form.columns, "A table of so many columns")
                              .range(1, 1000)
@@ -183,32 +183,32 @@ void addForm(Command command, Options& options) {
     command.flag("--encrypted", options.form.encrypted, "Its lines are scrambled");
 }
 
-void addWipe(Command command, Options& options) {
+void addWipe(Command command, TabOptions& options) {
     command.flag("--wipe", options.form.wipe, "Overwrite the old version before it is deleted");
 }
 
-Command command(Command tab, const char* name, const char* help, const std::shared_ptr<Options>& options,
-                void (*run)(const Options&)) {
+Command command(Command tab, const char* name, const char* help, const std::shared_ptr<TabOptions>& options,
+                void (*run)(const TabOptions&)) {
     const auto added = tab.add(name, help);
     added.onRun([options, run] { run(*options); });
     return added;
 }
 
 void addReading(Command tab) {
-    auto listed = std::make_shared<Options>();
+    auto listed = std::make_shared<TabOptions>();
     const auto listing = command(tab, "list", "Show the entries", listed, list);
     addForm(listing, *listed);
     addLimit(listing, listed->limit, "At most so many entries");
     addJson(listing, listed->json);
 
-    auto got = std::make_shared<Options>();
+    auto got = std::make_shared<TabOptions>();
     const auto getting = command(tab, "get", "Show an entry, a cell a line, or one cell of it", got, get);
     addForm(getting, *got);
     getting.option("NR", got->number, "Number of the entry").required();
     getting.option("COLUMN", got->column, "Number of the cell");
     addJson(getting, got->json);
 
-    auto tried = std::make_shared<Options>();
+    auto tried = std::make_shared<TabOptions>();
     const auto trying = command(tab, "expand", "What an input becomes by the input shortcuts", tried, expand);
     trying.option("INPUT", tried->values, "What a user types: a key, #D+7, #Z ...").required().expected(1);
     trying.option("--folder", tried->folder, "Where Tabelle.iom lies; the user's own without it");
@@ -216,7 +216,7 @@ void addReading(Command tab) {
 }
 
 void addChanging(Command tab) {
-    auto changed = std::make_shared<Options>();
+    auto changed = std::make_shared<TabOptions>();
     const auto changing = command(tab, "set", "Change a cell of an entry", changed, set);
     addForm(changing, *changed);
     changing.option("NR", changed->number, "Number of the entry").required();
@@ -224,7 +224,7 @@ void addChanging(Command tab) {
     changing.option("--column", changed->column, "Number of the cell; 1 without it").typeName("N");
     addWipe(changing, *changed);
 
-    auto put = std::make_shared<Options>();
+    auto put = std::make_shared<TabOptions>();
     const auto adding = command(tab, "add", "Add an entry and print its number", put, add);
     addForm(adding, *put);
     adding.option("VALUE", put->values, "The cells of the entry; those left out are empty").required();
@@ -234,7 +234,7 @@ void addChanging(Command tab) {
     addWipe(adding, *put);
     addJson(adding, put->json);
 
-    auto removed = std::make_shared<Options>();
+    auto removed = std::make_shared<TabOptions>();
     const auto removing = command(tab, "delete", "Delete entries; the others move up", removed, remove);
     addForm(removing, *removed);
     removing.option("NR", removed->numbers, "Numbers of entries").required();

@@ -26,7 +26,7 @@ const std::map<std::string, HashType> kAlgorithms{
 const std::map<std::string, Form> kForms{
     {"hex", Form::hex}, {"HEX", Form::upper}, {"base64", Form::base64}, {"short", Form::shortBase64}};
 
-struct Options {
+struct HashOptions {
     std::vector<std::string> files;
     std::string text;
     bool hasText = false;
@@ -64,7 +64,7 @@ void addFile(Hasher& hasher, const std::string& name) {
     }
 }
 
-void addText(Hasher& hasher, const Options& options) {
+void addText(Hasher& hasher, const HashOptions& options) {
     const auto bytes = encodeText(fromUtf8(options.text), options.encoding);
     if (!bytes)
         throw CliError("the text has a character that " + std::string(encodingName(options.encoding)) +
@@ -72,7 +72,7 @@ void addText(Hasher& hasher, const Options& options) {
     hasher.add(*bytes);
 }
 
-void hash(const Options& options) {
+void hash(const HashOptions& options) {
     Hasher hasher(kAlgorithms.at(options.algorithm));
     const Form form = kForms.at(options.form);
     if (options.hasText) {
@@ -108,7 +108,7 @@ std::vector<std::string> keysOf(const Map& map) {
 }  // namespace
 
 void addHash(Command app) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<HashOptions>();
     const auto command = app.add("hash", "Hash values of files or of a text");
     const auto files = command.option("FILE", options->files, "Files; - is standard input");
     const auto text = command.option("--text", options->text, "A text instead of files").excludes(files);

@@ -24,7 +24,7 @@ struct Language {
 constexpr Language kLanguages[] = {{"de", 1031}, {"en", 1033}, {"es", 3082},
                                    {"fr", 1036}, {"it", 1040}, {"nl", 1043}};
 
-struct Options {
+struct MessagesOptions {
     std::optional<int32> number;
     std::vector<std::string> inserts;
     std::string language;
@@ -37,7 +37,7 @@ void speak(const std::string& word) {
         if (word == language.word) rtmMain::state().langId = language.id;
 }
 
-Text textOf(MessagesTopic& messages, int32 number, const Options& options) {
+Text textOf(MessagesTopic& messages, int32 number, const MessagesOptions& options) {
     if (options.captions) return messages.StandardText(number);
     Text text = messages.RtmMsg(number);
     for (std::size_t i = 0; i < options.inserts.size(); ++i)
@@ -47,7 +47,7 @@ Text textOf(MessagesTopic& messages, int32 number, const Options& options) {
 
 Json jsonOf(int32 number, const Text& text) { return {{"number", number}, {"text", toUtf8(text)}}; }
 
-void list(MessagesTopic& messages, const Options& options) {
+void list(MessagesTopic& messages, const MessagesOptions& options) {
     std::vector<std::pair<int32, Text>> rows;
     const int32 last = options.captions ? kLastCaption : kLastMessage;
     for (int32 number = 0; number <= last; ++number)
@@ -62,7 +62,7 @@ void list(MessagesTopic& messages, const Options& options) {
     for (const auto& [number, text] : rows) table.row({std::to_string(number), printable(text)});
 }
 
-void one(MessagesTopic& messages, int32 number, const Options& options) {
+void one(MessagesTopic& messages, int32 number, const MessagesOptions& options) {
     const int32 known = options.captions ? kLastCaption : kLastMessage | kFlags;
     const Text text = number < 0 || number > known ? Text() : textOf(messages, number, options);
     if (text.empty())
@@ -72,7 +72,7 @@ void one(MessagesTopic& messages, int32 number, const Options& options) {
     std::cout << (options.json ? jsonText(jsonOf(number, text)) : printable(text)) << '\n';
 }
 
-void run(const Options& options) {
+void run(const MessagesOptions& options) {
     MessagesTopic messages;
     speak(options.language);
     if (options.number)
@@ -84,7 +84,7 @@ void run(const Options& options) {
 }  // namespace
 
 void addMessages(Command app) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<MessagesOptions>();
     const auto command = app.add("msg", "The library's texts by number: one, or all of them");
     command.option(
         "N", options->number,

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
-struct Options {
+struct RtfOptions {
     std::string file;
     std::string target = "-";
     bool toRtf = false;
@@ -26,7 +26,7 @@ std::string contentOf(InputFile& file) {
     return bytes;
 }
 
-Text decoded(InputFile& file, std::string_view bytes, const Options& options) {
+Text decoded(InputFile& file, std::string_view bytes, const RtfOptions& options) {
     auto encoding = options.encoding;
     if (encoding == FileEncoding::automatic) encoding = detectEncoding(file);
     if (encoding == FileEncoding::utf8 && bytes.starts_with(kUtf8Mark)) bytes.remove_prefix(kUtf8Mark.size());
@@ -35,7 +35,7 @@ Text decoded(InputFile& file, std::string_view bytes, const Options& options) {
     return *text;
 }
 
-std::string converted(InputFile& file, const Options& options) {
+std::string converted(InputFile& file, const RtfOptions& options) {
     std::string bytes = contentOf(file);
     const Text text = decoded(file, bytes, options);
     const RtfTopic topic;
@@ -46,7 +46,7 @@ std::string converted(InputFile& file, const Options& options) {
                                             options.withoutHeader));
 }
 
-void run(const Options& options) {
+void run(const RtfOptions& options) {
     InputFile input(options.file);
     const std::string result = converted(input, options);
     OutputFile output(options.target);
@@ -57,7 +57,7 @@ void run(const Options& options) {
 }  // namespace
 
 void addRtf(Command app) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<RtfOptions>();
     const auto command = app.add("rtf", "Turn RTF into plain text, or stored markup into RTF");
     command.option("FILE", options->file, "The file to be read").required();
     command.option("TARGET", options->target, "Where to write; \"-\", the default, is standard output");

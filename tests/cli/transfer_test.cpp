@@ -144,7 +144,7 @@ TEST_F(Transfer, MemosAndBlobsComeAndGo) {
         ok("db import N m.jsonl" + how);
         const auto records = json("db dump N")["records"];
         for (const auto* part : {"memos", "blobs", "chains"})
-            for (const int32 n : {0, 1}) EXPECT_EQ(records[n][part], dump[n][part]) << part << how;
+            for (const std::size_t n : {0U, 1U}) EXPECT_EQ(records[n][part], dump[n][part]) << part << how;
         refused("db import N schlecht.jsonl" + how, 1, "rejected 4 rows: see N.rejects.csv");
         ok("db import N m.csv" + how);
         EXPECT_EQ(ok("db memo get N 5 NOTIZ").out, ok("db memo get M 2 NOTIZ").out);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "tsRtm/frame/text/CodePages.hpp"
+#include "tsRtm/types/Digits.hpp"
 
 namespace tsRtm {
 namespace {
@@ -12,7 +13,6 @@ using namespace bankFormat;
 constexpr BytesView kMarkBytes = "\xEF\xBB\xBF";
 constexpr char16_t kReplacement = 0xFFFD;
 
-bool isDigit(char16_t c) noexcept { return c >= u'0' && c <= u'9'; }
 bool isLetterOrDigit(char16_t c) noexcept {
     return isDigit(c) || (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z');
 }

@@ -7,17 +7,16 @@
 #include "tsRtm/frame/MessagesTopic.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/frame/state/State.hpp"
+#include "tsRtm/types/Digits.hpp"
 
 namespace tsRtm {
 namespace {
 
-constexpr TextView kName = u"Banken";
-constexpr std::size_t kCode = 8, kAccount = 10;
+constexpr TextView kDatabase = u"Banken";
+constexpr std::size_t kCodeLength = 8, kAccountLength = 10;
 constexpr std::size_t kShortBic = 8, kLongBic = 11;
 // How long a register may stand replaced before that is noticed.
 constexpr std::chrono::milliseconds kTrusted{500};
-
-bool isDigit(char16_t c) noexcept { return c >= u'0' && c <= u'9'; }
 
 // The digits of an account as they stand in an IBAN. Banks of these kinds carry a two-digit sub-account
 // behind the account, which people leave out.
@@ -25,9 +24,9 @@ Text accountDigits(TextView code, TextView account) {
     Text digits;
     std::copy_if(account.begin(), account.end(), std::back_inserter(digits), isDigit);
     const char16_t kind = code[3];
-    if ((kind == u'4' || kind == u'7' || kind == u'8') && digits.size() < kCode) digits += u"00";
-    digits.insert(0, kAccount, u'0');
-    return digits.substr(digits.size() - kAccount);
+    if ((kind == u'4' || kind == u'7' || kind == u'8') && digits.size() < kCodeLength) digits += u"00";
+    digits.insert(0, kAccountLength, u'0');
+    return digits.substr(digits.size() - kAccountLength);
 }
 
 Text inGroups(TextView text) {
@@ -65,8 +64,8 @@ std::shared_ptr<clsTSDB> clsBanken::DB() {
         names_.known = names_.known && names_.quiet;
         names_.stand = stand;
     } else if (name_.empty()) {
-        db_ = databases_.OpenReference(rtmMain::state().runtimeDataDir, kName);
-        if (!db_) db_ = databases_.OpenReference(DatabasesTopic::SupportDBPath(), kName);
+        db_ = databases_.OpenReference(rtmMain::state().runtimeDataDir, kDatabase);
+        if (!db_) db_ = databases_.OpenReference(DatabasesTopic::SupportDBPath(), kDatabase);
     } else {
         const Text folder = FilesTopic::PathName(name_);
         db_ = databases_.OpenReference(folder.empty() ? u"." : folder, FilesTopic::FileName(name_));
@@ -97,13 +96,13 @@ Text clsBanken::field(TextView key, int32 number) {
 
 Text clsBanken::BIC(TextView BLZ) {
     // An IBAN, or what looks like one.
-    if (BLZ.starts_with(u"DE")) BLZ = BLZ.substr(std::min<std::size_t>(4, BLZ.size()), kCode);
+    if (BLZ.starts_with(u"DE")) BLZ = BLZ.substr(std::min<std::size_t>(4, BLZ.size()), kCodeLength);
     return field(BLZ, fBANKEN_BIC);
 }
 
 Text clsBanken::Name(TextView BLZorBIC) {
     const auto db = DB();
-    if (!db || !IstZiffern(BLZorBIC) || BLZorBIC.size() > kCode) return field(BLZorBIC, fBANKEN_NAME);
+    if (!db || !IstZiffern(BLZorBIC) || BLZorBIC.size() > kCodeLength) return field(BLZorBIC, fBANKEN_NAME);
     if (!names_.known && names_.quiet) learnNames();
     if (!names_.known || names_.at != db->ChangeNumber()) return field(BLZorBIC, fBANKEN_NAME);
     const Text* name = knownName(BLZorBIC);
@@ -114,7 +113,7 @@ Text clsBanken::Name(TextView BLZorBIC) {
 const Text* clsBanken::knownName(TextView code) {
     uint32 from = 0, count = 1;
     for (const char16_t digit : code) from = from * 10 + (digit - u'0');
-    for (std::size_t missing = code.size(); missing < kCode; ++missing) {
+    for (std::size_t missing = code.size(); missing < kCodeLength; ++missing) {
         from *= 10;
         count *= 10;
     }
@@ -132,7 +131,7 @@ void clsBanken::learnNames() {
     for (int32 number = 1, count = db_->AnzahlDSaetze(); number <= count; ++number) {
         if (db_->GetField(number, 0) == u"*") continue;
         const Text code = db_->GetField(number, fBANKEN_BLZ);
-        if (code.size() != kCode || !IstZiffern(code)) return;
+        if (code.size() != kCodeLength || !IstZiffern(code)) return;
         names_.entries.push_back({static_cast<uint32>(Val(code)), db_->GetField(number, fBANKEN_NAME)});
     }
     std::stable_sort(names_.entries.begin(), names_.entries.end(),
@@ -147,7 +146,7 @@ Text clsBanken::PLZOrt(TextView BLZorBIC) {
 }
 
 Text clsBanken::IBAN(TextView BLZ, TextView Konto, bool PrintFormat) {
-    if (BLZ.size() != kCode || Konto.empty()) return {};
+    if (BLZ.size() != kCodeLength || Konto.empty()) return {};
     Text iban = u"DE00" + Text(BLZ) + accountDigits(BLZ, Konto);
     iban.replace(2, 2, checkDigits::twoDigits(checkDigits::of(iban).number));
     return PrintFormat ? inGroups(iban) : iban;

@@ -80,7 +80,7 @@ Text clsDatum::DateIso8601(TextView Datum) const {
 }
 
 Text clsDatum::DateTimeIso8601(TextView Datum, TextView Zeit) const {
-    const auto date = DateIso8601(Datum);
+    auto date = DateIso8601(Datum);
     if (!Zeit.empty()) {
         const auto time = readTime(replaceAll(Zeit, u".", locale().sepTime), locale().sepTime);
         return time ? date + u"T" + isoTime(*time) : date;

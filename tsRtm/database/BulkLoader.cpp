@@ -14,7 +14,7 @@ namespace tsRtm {
 namespace {
 
 // Larger blocks would make later small writes into the file slow.
-constexpr std::size_t kBlock = std::size_t{64} * 1024;
+constexpr std::size_t kLoadBlock = std::size_t{64} * 1024;
 
 bool plainAscii(std::string_view text) noexcept {
     return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
@@ -34,7 +34,7 @@ BulkLoader::BulkLoader(clsTSDB& database)
     else
         usable_ = true;
     if (usable_) engine_.writer.occupy(true);
-    block_.reserve(kBlock + row_.size());
+    block_.reserve(kLoadBlock + row_.size());
 }
 
 BulkLoader::~BulkLoader() {
@@ -153,7 +153,7 @@ bool BulkLoader::add() {
     block_.append(row_);
     row_ = blank_;
     ++rows_;
-    return block_.size() < kBlock || flush();
+    return block_.size() < kLoadBlock || flush();
 }
 
 bool BulkLoader::finish() {

@@ -24,10 +24,6 @@ struct Source {
     uint64 size = 0;
 };
 
-void must(platform::SystemError error, TextView name) {
-    if (failed(error)) raiseFileFailure(error, name);
-}
-
 std::vector<Source> sources(const DatabaseFolder& folder) {
     std::vector<Source> out;
     for (const Text& name : folder.fileNames()) {

@@ -8,7 +8,7 @@
 namespace tsRtm {
 namespace {
 
-constexpr uint64 kBlock = memoFormat::kBlock;
+using memoFormat::kBlock;
 
 uint64 sizeOf(const Text& path) {
     const auto status = rtmMain::system().files.status(path);

@@ -177,6 +177,7 @@ WriteOutcome clsTSDB::stored(clsTSRecord& record, Store store) {
         for (const auto& [field, rows] : record.chains_)
             if (rows.waiting && rows.waiting->changed())
                 chains.push_back(std::make_unique<MergeChain>(*engine_->d.chains.find(field), *rows.waiting));
+        sides.reserve(sides.size() + writes.size() + chains.size());
         for (const auto& write : writes) sides.push_back(write.get());
         for (const auto& write : chains) sides.push_back(write.get());
         const WriteOutcome out = store(sides);

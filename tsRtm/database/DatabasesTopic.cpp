@@ -1,6 +1,7 @@
 #include "tsRtm/database/DatabasesTopic.hpp"
 
 #include "tsRtm/database/files/CountFile.hpp"
+#include "tsRtm/database/files/DatabaseFolder.hpp"
 #include "tsRtm/database/files/LockWait.hpp"
 #include "tsRtm/frame/clsStreamWriter.hpp"
 #include "tsRtm/frame/files/Waiting.hpp"
@@ -113,7 +114,7 @@ bool DatabasesTopic::DBCreateExt(eDBTyp Typ, TextView DB, TextView Maske, const 
         return false;
     }
     if (FilesTopic::Exist(inFolder(u"Data.tsd"))) return false;
-    return makeCount(folder) && placeControl(files_, folder, inFolder(u"Control.tsd"), encoding, text);
+    return makeCount(folder) && placeControl(files_, folder, inFolder(Text(kControlFile)), encoding, text);
 }
 
 std::shared_ptr<clsTSDB> DatabasesTopic::OpenTSDB(TextView DBName, bool ReadOnly, bool SingleUse) {

@@ -10,7 +10,7 @@ std::shared_ptr<clsTSRecordSet> clsTSRecordSet::chain(const std::shared_ptr<clsT
                                                       std::shared_ptr<ChainRowSet> waiting) {
     const auto database = parent->DB();
     ChainStore& store = *database->engine_->d.chains.find(field);
-    const std::shared_ptr<clsTSRecordSet> set(new clsTSRecordSet(database));
+    std::shared_ptr<clsTSRecordSet> set(new clsTSRecordSet(database));
     set->control_ = database->Control()->Kette(field);
     set->parent_ = parent;
     set->chainField_ = field;

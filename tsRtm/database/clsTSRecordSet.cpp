@@ -19,14 +19,14 @@ clsTSRecordSet::clsTSRecordSet(std::shared_ptr<clsTSDB> database)
 clsTSRecordSet::~clsTSRecordSet() = default;
 
 std::shared_ptr<clsTSRecordSet> clsTSRecordSet::all(const std::shared_ptr<clsTSDB>& database) {
-    const std::shared_ptr<clsTSRecordSet> set(new clsTSRecordSet(database));
+    std::shared_ptr<clsTSRecordSet> set(new clsTSRecordSet(database));
     set->content_ = std::make_unique<AllRecords>(*database->engine_);
     database->enter(set);
     return set;
 }
 
 std::shared_ptr<clsTSRecordSet> clsTSRecordSet::selected(const std::vector<int32>& numbers) {
-    const std::shared_ptr<clsTSRecordSet> set(new clsTSRecordSet(database_));
+    std::shared_ptr<clsTSRecordSet> set(new clsTSRecordSet(database_));
     set->selection_ = true;
     set->caption_ = Caption();
     if (rows_) {
@@ -94,7 +94,7 @@ std::shared_ptr<clsTSRecord> clsTSRecordSet::AutoRecord(TextView Autowert) {
     const int32 field = database_ && !rows_ ? control_->AutowertFeld() : 0;
     const auto cursor = field == 0 ? nullptr : Index(field);
     if (!cursor) return nullptr;
-    if (const auto found = cursor->FindRecord(Autowert, {}, {}, false, true)) return found;
+    if (auto found = cursor->FindRecord(Autowert, {}, {}, false, true)) return found;
     // As it stands in the file, with its zeros.
     const auto length = static_cast<std::size_t>(std::max(control_->field(field).Laenge(), 0));
     const Text digits(trim(Autowert));
@@ -194,7 +194,7 @@ int32 clsTSRecordSet::addAll(const Variant& records) {
 
 bool clsTSRecordSet::Update() { return database_ && !source_ && (!rows_ || storeRows(nullptr)); }
 
-std::shared_ptr<clsTSIndex> clsTSRecordSet::cursor(std::vector<int32> fields) {
+std::shared_ptr<clsTSIndex> clsTSRecordSet::cursor(const std::vector<int32>& fields) {
     const bool shared = !rows_ && !numbers_ && fields.size() == 1;
     std::shared_ptr<clsTSIndex> cursor(new clsTSIndex(shared_from_this(), fields, shared));
     cursors_.push_back(cursor);

@@ -121,7 +121,7 @@ class clsTSRecordSet : public Object, public std::enable_shared_from_this<clsTSR
     static std::shared_ptr<clsTSRecordSet> chain(const std::shared_ptr<clsTSRecord>& parent, int32 field,
                                                  std::shared_ptr<ChainRowSet> waiting);
     std::shared_ptr<clsTSRecordSet> selected(const std::vector<int32>& numbers);
-    std::shared_ptr<clsTSIndex> cursor(std::vector<int32> fields);
+    std::shared_ptr<clsTSIndex> cursor(const std::vector<int32>& fields);
     SetContent& content();
     std::vector<int32> inRange(int32 field, TextView from, TextView to);
     std::shared_ptr<clsTSRecordSet> taken(std::vector<int32> numbers, iRecordChecker* condition);

@@ -8,6 +8,7 @@
 #include "tsRtm/frame/runtime/LocaleForms.hpp"
 #include "tsRtm/frame/runtime/OSName.hpp"
 #include "tsRtm/frame/state/State.hpp"
+#include "tsRtm/frame/state/SystemKinds.hpp"
 
 namespace tsRtm {
 
@@ -15,9 +16,8 @@ using rtmMain::state;
 
 namespace {
 
-constexpr int32 ntFamily = 2;
 constexpr int32 lastBundesland = 16;
-constexpr TextView version = u"3.01.0526";
+constexpr TextView libraryVersion = u"3.01.0526";
 
 platform::SystemInfo& ground() { return rtmMain::system().system; }
 
@@ -62,12 +62,12 @@ Text clsCommon::OSName() const { return osName(state().os); }
 bool clsCommon::IsWin64() const { return ground().is64Bit(); }
 
 bool clsCommon::IsUserAdmin() const {
-    if (OSTyp() != ntFamily) return true;
+    if (OSTyp() != systemKind::ntFamily) return true;
     return state().os.major >= 5 && rtmMain::system().user.isUserAdmin();
 }
 
 TOKEN_ELEVATION_TYPE clsCommon::ElevationType() const {
-    if (OSTyp() != ntFamily || state().os.major < 6) return TokenElevationTypeDefault;
+    if (OSTyp() != systemKind::ntFamily || state().os.major < 6) return TokenElevationTypeDefault;
     return static_cast<TOKEN_ELEVATION_TYPE>(rtmMain::system().user.elevationType());
 }
 
@@ -88,7 +88,7 @@ Text clsCommon::TempDir() const {
 }
 
 bool clsCommon::OldTS() const { return state().oldTS; }
-Text clsCommon::RTMVersion() const { return Text(version); }
+Text clsCommon::RTMVersion() const { return Text(libraryVersion); }
 Text clsCommon::LastChar() const { return Text(1, state().locale.lastChar); }
 Text clsCommon::TI_() const { return rtmMain::TI_(); }
 Text clsCommon::DA8() const { return rtmMain::DA8(); }

@@ -8,6 +8,7 @@
 #include "tsRtm/frame/runtime/Folders.hpp"
 #include "tsRtm/frame/runtime/Lifetime.hpp"
 #include "tsRtm/frame/state/State.hpp"
+#include "tsRtm/frame/state/SystemKinds.hpp"
 
 namespace tsRtm {
 
@@ -17,7 +18,6 @@ using optionTable::of;
 
 constexpr TextView internetKey = u"Internet";
 
-constexpr int32 win9x = 1, ntFamily = 2;
 constexpr int32 lastOf9x = 490;  // major * 100 + minor
 constexpr int32 windows2000 = 500;
 
@@ -31,8 +31,8 @@ constexpr int32 maximised = 2;
 bool modernSystem() noexcept {
     const auto& os = rtmMain::state().os;
     const int32 version = os.major * 100 + os.minor;
-    return (os.platformId == ntFamily && version >= windows2000) ||
-           (os.platformId == win9x && version > lastOf9x);
+    return (os.platformId == systemKind::ntFamily && version >= windows2000) ||
+           (os.platformId == systemKind::win9x && version > lastOf9x);
 }
 
 bool whenUnset(UnsetFlag rule) noexcept {

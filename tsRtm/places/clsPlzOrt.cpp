@@ -7,13 +7,12 @@
 #include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/places/codes/CodeIndex.hpp"
+#include "tsRtm/types/Digits.hpp"
 
 namespace tsRtm {
 namespace {
 
 constexpr std::size_t kCode = 5;
-
-bool isDigit(char16_t c) noexcept { return c >= u'0' && c <= u'9'; }
 
 bool isWithin(TextView shorter, TextView longer) { return upper(longer).find(upper(shorter)) != Text::npos; }
 
@@ -108,7 +107,7 @@ Text clsPlzOrt::Bundesland(TextView PLZ) {
     if (!places_) return {};
     if (placeOf(PLZ.substr(0, kCode), found) && found.shared) {
         const auto places = sharing(PLZ.substr(0, kCode), found.place);
-        const Text state = StateOf(places.front().municipality);
+        Text state = StateOf(places.front().municipality);
         if (!state.empty() && std::all_of(places.begin(), places.end(), [&](const Place& place) {
                 return StateOf(place.municipality) == state;
             }))

@@ -77,7 +77,8 @@ void Druck::MMExt(float64 Zeile, float64 Spalte, Text& Inhalt, int32 Breit, int3
                   float64 MaxBreite) {
     if (MaxBreite > 0) {
         Setzen(-1, -1, Breit, Attr, -1, {}, Winkel);
-        while (!Inhalt.empty() && TextWidth(Inhalt) / kTwipsPerWholeMM > MaxBreite) Inhalt.pop_back();
+        while (!Inhalt.empty() && static_cast<float64>(TextWidth(Inhalt) / kTwipsPerWholeMM) > MaxBreite)
+            Inhalt.pop_back();
     }
     mm(Zeile, Spalte, Inhalt, Breit, Attr, Winkel);
 }

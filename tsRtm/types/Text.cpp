@@ -5,12 +5,12 @@
 #include <cstring>
 #include <limits>
 
+#include "tsRtm/types/Digits.hpp"
+
 namespace tsRtm {
 namespace {
 
 constexpr char16_t kReplacement = 0xFFFD;
-
-bool isDigit(char16_t c) noexcept { return c >= u'0' && c <= u'9'; }
 
 // Gives the place behind it.
 char16_t* putScalar(char16_t* to, char32_t c) noexcept {

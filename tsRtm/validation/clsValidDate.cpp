@@ -6,12 +6,12 @@
 namespace tsRtm {
 namespace {
 
-constexpr std::size_t kShort = 6, kLong = 8;
+constexpr std::size_t kShortDate = 6, kLongDate = 8;
 constexpr std::size_t kMostOffset = 8;  // characters behind the "D" of a day from today
 
 // Holidays are asked with the year in four digits.
 Text withWholeYear(const clsDatum& calendar, TextView date) {
-    if (date.size() == kLong && IstZiffern(date)) return Text(date);
+    if (date.size() == kLongDate && IstZiffern(date)) return Text(date);
     return calendar.KalenderDay(calendar.JulianDay(date));
 }
 
@@ -70,7 +70,7 @@ eValidResult clsValidDate::Check(const std::shared_ptr<iValidControl>&, TextView
         return result;
     };
     if (Wert.empty()) return has(voRequired) ? refuse(Fault::missing, validError) : validOK;
-    if (Wert.size() != kShort && Wert.size() != kLong) return refuse(Fault::length, validError);
+    if (Wert.size() != kShortDate && Wert.size() != kLongDate) return refuse(Fault::length, validError);
     if (!calendar_.DateOK(Wert)) return refuse(Fault::noDate, validError);
     if (!onRightWeekday(Wert)) return refuse(Fault::weekday, grade(false, datDayCritical));
     if (!withinLimits(Wert)) return refuse(Fault::range, grade(false));

@@ -23,14 +23,14 @@ constexpr TextView kPatterns[] = {
     u"^(" TSRTM_SAFE u")|(" TSRTM_DE u")|(" TSRTM_MAIL u")$",
 };
 
-constexpr TextView kShort[] = {u"Keine gültige eMail-Adresse", u"Keine gültige EGVP-Adresse",
-                               u"Keine gültige E-Mail- oder EGVP-Adresse"};
+constexpr TextView kShortTexts[] = {u"Keine gültige eMail-Adresse", u"Keine gültige EGVP-Adresse",
+                                    u"Keine gültige E-Mail- oder EGVP-Adresse"};
 
 #define TSRTM_MAIL_FORM u"\"name@server.xxx\""
 #define TSRTM_EGVP_FORMS                                                                     \
     u"\"safe-sp1-1234567890123-123456789\" oder \"safe-prod-1234567890123-123456789\" oder " \
     u"\"govello-1234567890123-123456789\" oder \"DE.Domain.01234567-89ab-cdef-0123-456889abcdef.0123\"."
-constexpr TextView kLong[] = {
+constexpr TextView kLongTexts[] = {
     u"Sie müssen eine gültige eMail-Adresse eingeben nach dem Muster " TSRTM_MAIL_FORM u".",
     u"Sie müssen eine gültige EGVP-Adresse eingeben nach dem Muster " TSRTM_EGVP_FORMS,
     u"Sie müssen entweder eine gültige eMail-Adresse eingeben nach dem "
@@ -82,7 +82,7 @@ bool clsValidEAdr::hasRightDigits(TextView address) {
 
 Text clsValidEAdr::ShortText() const {
     if (!errorMsg_.empty()) return errorMsg_;
-    return Text(wrongDigits_ ? u"Prüfziffer ist nicht korrekt" : kShort[kind()]);
+    return Text(wrongDigits_ ? u"Prüfziffer ist nicht korrekt" : kShortTexts[kind()]);
 }
 
 Text clsValidEAdr::Msg() const {
@@ -91,7 +91,7 @@ Text clsValidEAdr::Msg() const {
         return u"Die Prüfziffer (die letzten 4 Stellen) passen nicht zu der davorstehenden EGVP-Adresse. "
                u"Bitte "
                u"kontrollieren Sie Ihre Eingabe noch einmal genau.";
-    return Text(kLong[kind()]);
+    return Text(kLongTexts[kind()]);
 }
 
 }  // namespace tsRtm

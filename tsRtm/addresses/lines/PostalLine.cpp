@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "tsRtm/types/Digits.hpp"
+
 namespace tsRtm::postalLine {
 namespace {
 
@@ -71,13 +73,11 @@ constexpr Country kCountries[] = {
     {u"V", u"Vatikanstadt"},
 };
 
-constexpr bool isDigit(char16_t c) noexcept { return c >= u'0' && c <= u'9'; }
-
 }  // namespace
 
 Parts split(TextView line) {
     line = trim(line);
-    const Parts whole{Text(), Text(line)};
+    Parts whole{Text(), Text(line)};
     if (line.size() < kShortest || isDigit(line.front())) return whole;
     const auto at = line.find_first_of(u" -");
     if (at > kLongestSign) return whole;

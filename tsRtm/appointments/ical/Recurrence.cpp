@@ -4,6 +4,7 @@
 #include <map>
 #include <stdexcept>
 
+#include "tsRtm/appointments/keys/Calendar.hpp"
 #include "tsRtm/appointments/keys/DueRule.hpp"
 #include "tsRtm/appointments/keys/Weekdays.hpp"
 #include "tsRtm/calendar/clsDatum.hpp"
@@ -16,8 +17,6 @@ constexpr std::string_view kDays[] = {"MO", "TU", "WE", "TH", "FR", "SA", "SU"};
 constexpr int32 kLongestGap = 8 * 366 + 1;
 // How far ahead the last one of a counted series is looked for.
 constexpr int32 kFurthest = 100 * 366;
-
-const clsDatum kCalendar;
 
 // --- From a key to a rule
 

@@ -1,13 +1,12 @@
 #include "tsRtm/appointments/keys/DueRule.hpp"
 
+#include "tsRtm/appointments/keys/Calendar.hpp"
 #include "tsRtm/appointments/keys/Weekdays.hpp"
 #include "tsRtm/calendar/clsDatum.hpp"
 #include "tsRtm/calendar/days/DayNumbers.hpp"
 
 namespace tsRtm::appointments {
 namespace {
-
-const clsDatum kCalendar;
 
 bool isAny(TextView part) noexcept { return part.find_first_not_of(u'+') == TextView::npos; }
 

@@ -1,5 +1,6 @@
 #include "tsRtm/appointments/keys/TerminKeys.hpp"
 
+#include "tsRtm/appointments/keys/Calendar.hpp"
 #include "tsRtm/appointments/keys/Weekdays.hpp"
 #include "tsRtm/calendar/clsDatum.hpp"
 #include "tsRtm/calendar/days/DayNumbers.hpp"
@@ -10,8 +11,6 @@ namespace {
 
 constexpr TextView kAny = u"++++++++";
 constexpr int32 kGreatestInterval = 999999;
-
-const clsDatum kCalendar;
 
 // Digits or codes put into the places from `first` on, 0-based; all others stand for anything.
 Text withAt(std::size_t first, TextView part) { return Text(kAny).replace(first, part.size(), part); }

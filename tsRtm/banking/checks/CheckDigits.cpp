@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "tsRtm/types/Digits.hpp"
+
 namespace tsRtm::checkDigits {
 namespace {
 
@@ -9,8 +11,6 @@ constexpr uint64 kModulus = 97;
 constexpr int32 kLetterOffset = 55;      // code of "A" minus its value 10
 constexpr std::size_t kHead = 4;         // country and check digits
 constexpr uint64 kReduceFrom = 1 << 30;  // leaves room for the five digits of any code
-
-bool isDigit(char16_t c) noexcept { return c >= u'0' && c <= u'9'; }
 
 // The remainder of a number that comes digit by digit; divided as seldom as its room allows.
 class Remainder {

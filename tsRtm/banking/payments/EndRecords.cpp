@@ -16,7 +16,7 @@ constexpr int32 kCentury = 2000;
 constexpr int32 kMostDaysAhead = 15;
 constexpr int32 kLastNumber = 99;
 constexpr int32 kWrongType = 13;
-constexpr std::size_t kAddress[] = {hName1, hName2, hStrasse, hPLZOrt};
+constexpr std::size_t kHeadAddress[] = {hName1, hName2, hStrasse, hPLZOrt};
 
 // Day serial of "241231", always of this century; nothing for what is no date.
 std::optional<int32> dayOf(BytesView date) {
@@ -100,7 +100,7 @@ Text HeaderRecord::errors() const {
 
 void HeaderRecord::append(Bytes& file) {
     appendOrReport(file, u"FEHLER: Generierung von DtaHeader ist fehlgeschlagen!", [&] {
-        fillAddress(values, kAddress);
+        fillAddress(values, kHeadAddress);
         values.append(file);
     });
 }

@@ -12,7 +12,7 @@ namespace {
 
 constexpr float64 kCent = 0.01;
 constexpr float64 kCents = 100;
-constexpr std::size_t kAddress[] = {oName1, oName2, oStrasse, oPLZOrt};
+constexpr std::size_t kOrderAddress[] = {oName1, oName2, oStrasse, oPLZOrt};
 
 int32 numberOf(BytesView text) noexcept {
     int32 value = 0;
@@ -68,7 +68,7 @@ void OrderRecord::takeFrom(const HeaderRecord& header) {
 void OrderRecord::append(Bytes& file) {
     const std::size_t size = file.size();
     try {
-        fillAddress(values, kAddress);
+        fillAddress(values, kOrderAddress);
         values.append(file);
     } catch (const Failure& failure) {
         file.resize(size);

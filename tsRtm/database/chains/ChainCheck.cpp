@@ -146,7 +146,7 @@ class FieldCheck {
         const ChainContent shared = store_.walk(columns);
         Bytes rows = shared.bytes;
         settleBlocks(store_.rows(), store_.memos(), shared.bytes, {}, rows);
-        const auto numbers = store_.supply().take(static_cast<int32>(shared.rows.size())).rows;
+        auto numbers = store_.supply().take(static_cast<int32>(shared.rows.size())).rows;
         const std::size_t length = format_.rowBytes();
         for (std::size_t i = 0; i < numbers.size(); ++i)
             format_.pointers(i == 0 ? at.before : numbers[i - 1],

@@ -25,9 +25,7 @@ void ChainWrite::prepare(BytesView /*stored*/, std::span<char> image) {
 
 void ChainWrite::flush() {
     if (taken_.rows.empty()) return;
-    const auto toDevice = [](platform::File& file) {
-        if (const auto error = file.flush(); platform::failed(error)) raiseFileFailure(error, file.name());
-    };
+    const auto toDevice = [](platform::File& file) { must(file.flush(), file); };
     if (store_.memos()) store_.memos()->eachFile(toDevice);
     toDevice(store_.file().file());
 }

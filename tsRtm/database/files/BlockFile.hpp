@@ -12,6 +12,12 @@ namespace tsRtm {
 // description names the file.
 inline constexpr TextView kFileFailureSource = u"clsTSDB";
 [[noreturn]] void raiseFileFailure(platform::SystemError error, TextView fileName);
+inline void must(platform::SystemError error, TextView fileName) {
+    if (platform::failed(error)) raiseFileFailure(error, fileName);
+}
+inline void must(platform::SystemError error, const platform::File& file) {
+    if (platform::failed(error)) raiseFileFailure(error, file.name());
+}
 
 // Not thread-safe. Does not own the file. Reading and writing raise as raiseFileFailure tells, also when
 // somebody cut the file short under the window.

@@ -21,7 +21,7 @@ struct KeptHead {
 };
 static_assert(sizeof(KeptHead) == 32);
 constexpr uint64 kKeptOffset = 8;
-constexpr uint32 kLongest = uint32{1} << 24;  // whatever a damaged file asks for
+constexpr uint32 kLongestKept = uint32{1} << 24;  // whatever a damaged file asks for
 
 uint64 sumOf(const KeptHead& head, BytesView bytes) noexcept {
     uint64 sum = 0x9E3779B97F4A7C15;
@@ -125,7 +125,7 @@ ChangeCount::Kept ChangeCount::kept() {
     KeptHead head;
     bytes_.refreshSize();
     const bool there = bytes_.read(kKeptOffset, {reinterpret_cast<char*>(&head), sizeof head}) == sizeof head;
-    if (!there || isQuiet(now) || head.number != now || head.length > kLongest) return {};
+    if (!there || isQuiet(now) || head.number != now || head.length > kLongestKept) return {};
     if (head.before != 0 && head.before != head.length) return {};
     Bytes both(std::size_t{head.length} + head.before, '\0');
     const bool whole = bytes_.read(kKeptOffset + sizeof head, both) == both.size();

@@ -6,6 +6,8 @@
 
 namespace tsRtm {
 
+inline constexpr TextView kControlFile = u"Control.tsd";
+
 // Of the numbered file family.
 inline constexpr int32 kModusReadWrite = 4;
 inline constexpr int32 kModusReadOnly = 5;

@@ -22,10 +22,6 @@ constexpr TextView kCutOff =
 constexpr TextView kStale =
     u"Das Netzlaufwerk liefert veraltete Daten.@Damit nichts verloren geht, wird nicht geschrieben.";
 
-void must(SystemError error, const platform::File& file) {
-    if (platform::failed(error)) raiseFileFailure(error, file.name());
-}
-
 // False where the client cannot be made to forget for want of the right to write.
 bool renew(platform::File& file, RefreshAs standing) {
     const auto error = file.refresh(standing);

@@ -25,11 +25,7 @@ static_assert(sizeof(Head) == 40);
 constexpr uint64 kFull = uint64{1} << 20;
 // The file grows before it is needed: a flush that finds the length as it was is the quicker one.
 constexpr uint64 kGrain = uint64{64} << 10;
-constexpr uint32 kLongest = uint32{1} << 24;  // whatever a damaged file asks for
-
-void must(platform::SystemError error, const platform::File& file) {
-    if (platform::failed(error)) raiseFileFailure(error, file.name());
-}
+constexpr uint32 kLongestChange = uint32{1} << 24;  // whatever a damaged file asks for
 
 uint64 sumOf(Head head, uint64 offset, BytesView bytes) noexcept {
     head.sum = offset;
@@ -65,7 +61,7 @@ std::optional<UpdateLog::Entry> UpdateLog::at(uint64 offset, uint64& run) const 
     Head head;
     const bool there = bytes_.read(offset, {reinterpret_cast<char*>(&head), sizeof head}) == sizeof head;
     if (!there || head.run == 0 || (run != 0 && head.run != run)) return {};
-    if (head.now > kLongest || (head.before != 0 && head.before != head.now)) return {};
+    if (head.now > kLongestChange || (head.before != 0 && head.before != head.now)) return {};
     Bytes bytes(std::size_t{head.now} + head.before, '\0');
     if (bytes_.read(offset + sizeof head, bytes) != bytes.size()) return {};
     if (head.sum != sumOf(head, offset, bytes)) return {};

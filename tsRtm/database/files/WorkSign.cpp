@@ -12,7 +12,7 @@ namespace {
 
 constexpr uint64 kAlive = 1;
 constexpr int32 kAttemptsToLeave = 20;
-constexpr std::chrono::milliseconds kPause{1};
+constexpr std::chrono::milliseconds kPauseToLeave{1};
 
 }  // namespace
 
@@ -47,7 +47,7 @@ void WorkSign::leave(const std::function<void()>& flush, const std::function<voi
         // Two who leave at once each see the other gone, in the end. Who holds the lock for long is at work,
         // and takes the sign back himself.
         for (int32 attempt = 0; attempt < kAttemptsToLeave; ++attempt) {
-            if (attempt > 0) rtmMain::system().clock.sleep(kPause);
+            if (attempt > 0) rtmMain::system().clock.sleep(kPauseToLeave);
             const DatabaseHold hold(locks_, DatabaseLocks::Wait::never);
             if (!hold) continue;
             if (!count_.marked() && !othersLive()) {

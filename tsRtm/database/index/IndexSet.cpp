@@ -11,7 +11,7 @@
 namespace tsRtm {
 namespace {
 
-constexpr TextView kSource = u"clsTSDB_IndexOpen";
+constexpr TextView kOpenSource = u"clsTSDB_IndexOpen";
 constexpr int16 kUnknownVersion = 2;
 
 // A notice to the user for the length of a work.
@@ -56,7 +56,7 @@ void IndexSet::openFile(int32 number) {
     const bool there = !p_.folder.readOnly || FilesTopic::Exist(filePath(number));
     if (p_.count.inPlace() && there) at.file = p_.folder.open(fileName(number), true);
     // No blank before "kann": the text stands so in logs.
-    if (at.file == 0) raise(70, kSource, quotedName(number) + u"kann nicht geöffnet werden");
+    if (at.file == 0) raise(70, kOpenSource, quotedName(number) + u"kann nicht geöffnet werden");
     auto& file = p_.folder.files.file(at.file);
     p_.guard.opened(file);
     if (!big()) {
@@ -76,7 +76,7 @@ void IndexSet::checkVersion(int32 number) {
     if (!big()) return;
     const auto header = static_cast<TreeIndex&>(*slot(number).form).header();
     if (header.version < kUnknownVersion) return;
-    raise(461, kSource, quotedName(number) + u" hat die falsche Version " + toText(header.version));
+    raise(461, kOpenSource, quotedName(number) + u" hat die falsche Version " + toText(header.version));
 }
 
 bool IndexSet::isEmptyTree(int32 number) {
@@ -120,14 +120,14 @@ IndexForm& IndexSet::open(int32 number) {
 void IndexSet::heal(int32 number) {
     // A root of 0 is not healed, only a wrong total is; but for an index that nobody has built yet.
     const bool isNew = keys(number).primary() == serialField;
-    if (isEmptyTree(number) && !isNew) raise(6, kSource, quotedName(number) + u" ist leer");
+    if (isEmptyTree(number) && !isNew) raise(6, kOpenSource, quotedName(number) + u" ist leer");
     // A reader bears an array that is too short: it is opened without a check.
     if (!big() && p_.folder.readOnly) return;
     const Text text = quotedName(number) + u" hat die falsche Anzahl von Einträgen";
     rtmMain::DebugLog(u"clsTSDB_IndexOpen: " + text);
-    if (p_.folder.readOnly) raise(6, kSource, text);
+    if (p_.folder.readOnly) raise(6, kOpenSource, text);
     const DatabaseHold hold(p_.locks, DatabaseLocks::Wait::silently);
-    if (!hold) raise(70, kSource, quotedName(number) + u"kann nicht geöffnet werden");
+    if (!hold) raise(70, kOpenSource, quotedName(number) + u"kann nicht geöffnet werden");
     // Somebody else may have been quicker.
     if (!p_.marks.leftBehind() && fits(number)) return;
     try {
@@ -137,7 +137,7 @@ void IndexSet::heal(int32 number) {
             rebuild({number});
     } catch (const Failure& failure) {
         rtmMain::DebugLog(failure.Source() + u": " + failure.Description());
-        raise(6, kSource, text);
+        raise(6, kOpenSource, text);
     }
 }
 

@@ -9,7 +9,7 @@
 namespace tsRtm {
 namespace {
 
-constexpr TextView kSource = u"clsTSDB Locate";
+constexpr TextView kLocateSource = u"clsTSDB Locate";
 constexpr int32 kReadAhead = 6;
 // A node that is met so often has all its keys looked at in one go.
 constexpr uint8 kVisitsToLearnAll = 4;
@@ -33,7 +33,7 @@ TreeIndex::Step& TreeIndex::push(int32 address, const SearchKey* key) {
             u"\" in index on field #" + toText(keys_.primary());
         rtmMain::system().ui.beep();
         rtmMain::DebugLog(text);
-        raise(28, kSource, text);
+        raise(28, kLocateSource, text);
     }
     Step& next = step(depth_);
     if (!reaches(address)) raiseCorrupt(address);
@@ -52,7 +52,7 @@ void TreeIndex::raiseCorrupt(int32 address) {
     const Text text = u"Node at &h " + toHexadecimal(static_cast<uint32>(address)) +
                       u" corrupt in Locating record in index on field #" + toText(keys_.primary());
     rtmMain::DebugLog(text);
-    raise(9, kSource, text);
+    raise(9, kLocateSource, text);
 }
 
 BytesView TreeIndex::recordOf(const Step& at, int32 record) {

@@ -17,10 +17,6 @@ constexpr int32 kMostLooks = 100;
 constexpr int32 kBusyLooks = 20;
 constexpr std::chrono::milliseconds kPause{2};
 
-void must(platform::SystemError error, const platform::File& file) {
-    if (failed(error)) raiseFileFailure(error, file.name());
-}
-
 }  // namespace
 
 MemoStores::MemoStores(Parts parts) : p_(parts), scrambler_(parts.folder.messages()) {}

@@ -31,7 +31,7 @@ void MemoWrite::prepare(BytesView stored, std::span<char> image) {
 void MemoWrite::flush() {
     if (!appended_) return;
     auto& file = stores_.open(field_).file();
-    if (const auto error = file.flush(); platform::failed(error)) raiseFileFailure(error, file.name());
+    must(file.flush(), file);
 }
 
 void MemoWrite::finish() noexcept {

@@ -4,13 +4,12 @@
 
 #include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/frame/text/NumberText.hpp"
+#include "tsRtm/types/Digits.hpp"
 
 namespace tsRtm {
 namespace {
 
 constexpr std::size_t kExactDigits = 15;
-
-bool isDigit(char16_t c) noexcept { return c >= u'0' && c <= u'9'; }
 
 // Whether a stored number has its final form already, but for the decimal mark: most have. A zero has not.
 bool isFinal(TextView stored, std::size_t decimals) noexcept {

@@ -140,7 +140,7 @@ void RecordLayout::fill(std::span<char> into, TextView text, bool right, bool wi
     }
     if (!dos_) return;
     const Bytes oem = ansiToOem({to, text.size()});
-    std::memcpy(to, oem.data(), oem.size());
+    std::copy(oem.begin(), oem.end(), to);
 }
 
 void RecordLayout::encode(const FieldLayout& field, TextView text, std::span<char> into) const {

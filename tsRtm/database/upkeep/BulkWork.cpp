@@ -10,7 +10,6 @@ namespace {
 
 constexpr std::size_t kBlock = std::size_t{64} * 1024;
 constexpr int32 kPhaseRecords = 1;
-constexpr int32 kStopped = 70;
 
 // The files of the database closed for the exchange, and opened on what is there then.
 void takePlaces(OpenDatabase& d, FileExchange& exchange, const BulkFace& face, const BulkWork& work) {

@@ -21,6 +21,8 @@ struct BulkOutcome {
     bool changed = false;  // files were exchanged: all numbers and places are new
 };
 
+inline constexpr int32 kStopped = 70;  // the failure of a work that the user ended
+
 // Where a failure is the caller's to hear, not an outcome.
 inline constexpr TextView kRaisedSource = u"DB PackMemoKette";
 

@@ -159,7 +159,7 @@ ConversionOutcome convertDatabase(OpenDatabase& d, const BulkFace& face, Convers
     };
     work.committed = [&] {
         if (!d.readStructure())
-            raise(numberOf(DatabaseError::noControl), kFileFailureSource, d.folder.path(u"Control.tsd"));
+            raise(numberOf(DatabaseError::noControl), kFileFailureSource, d.folder.path(kControlFile));
     };
     static_cast<BulkOutcome&>(out) = exchangeFiles(d, face, work);
     return out;

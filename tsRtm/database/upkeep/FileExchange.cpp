@@ -15,7 +15,6 @@ namespace {
 
 using platform::SystemError;
 
-constexpr TextView kControl = u"Control.tsd";
 constexpr TextView kLock = u"Lock.tsd";
 constexpr TextView kNew = u".tmp";
 constexpr TextView kOld = u".old";
@@ -27,10 +26,6 @@ constexpr std::string_view kRemove = "remove,";
 constexpr std::chrono::milliseconds kPause{5};
 
 platform::FileSystem& files() { return rtmMain::system().files; }
-
-void must(SystemError error, TextView name) {
-    if (platform::failed(error)) raiseFileFailure(error, name);
-}
 
 // A name of which nobody can tell is a failure: a step passed over would mix old files with new ones.
 bool exists(const Text& name) {
@@ -84,7 +79,7 @@ void carryOut(const DatabaseFolder& folder, BytesView text) {
         if (line.starts_with(kRemove)) step(folder, fromUtf8(line.substr(kRemove.size())), false);
     }
     flushFolder(folder);
-    const Text control = folder.path(kControl);
+    const Text control = folder.path(kControlFile);
     must(files().rename(control + Text(kNew), control, true), control);
     flushFolder(folder);
 }
@@ -126,7 +121,7 @@ class LockFile {
 bool isCommit(BytesView text) noexcept { return text.starts_with(kHead); }
 
 Bytes controlNow(const DatabaseFolder& folder) {
-    const Text name = folder.path(kControl);
+    const Text name = folder.path(kControlFile);
     return exists(name) ? contentOf(name) : Bytes();
 }
 
@@ -162,7 +157,7 @@ void FileExchange::commit() {
         step.file.reset();
         text.append(step.replaces ? kReplace : kRemove).append(toUtf8(step.name)).append("\r\n");
     }
-    const Text control = folder_.path(kControl);
+    const Text control = folder_.path(kControlFile);
     try {
         writeWhole(control + Text(kNew), control_.empty() ? contentOf(control) : control_);
         writeWhole(folder_.path(kCommit), text);

@@ -10,10 +10,6 @@ using platform::SystemError;
 
 constexpr TextView kNewEnd = u".tmp";
 
-void must(SystemError error, TextView name) {
-    if (platform::failed(error)) raiseFileFailure(error, name);
-}
-
 // The index under a name to come, whole on the device.
 void buildBeside(OpenDatabase& d, int32 number, const Text& fresh, const WorkProgress& progress) {
     auto& files = rtmMain::system().files;

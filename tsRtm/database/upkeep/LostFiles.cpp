@@ -10,12 +10,11 @@
 namespace tsRtm {
 namespace {
 
-constexpr TextView kControl = u"Control.tsd";
 constexpr TextView kData = u"Data.tsd";
 constexpr TextView kDataBeside = u"Data.tmp";
 
 // The whole of a small file, as far as it can be read.
-Bytes contentOf(const Text& name) {
+Bytes readable(const Text& name) {
     auto file = rtmMain::system().files.open(name, {});
     if (!file) return {};
     const auto size = (*file)->size();
@@ -47,10 +46,10 @@ bool hasFilledStores(const DatabaseFolder& folder) {
 }  // namespace
 
 void recoverControl(const DatabaseFolder& folder) {
-    const Text control = folder.path(kControl);
+    const Text control = folder.path(kControlFile);
     const Text beside = folder.path(u"Control.tmp");
     if (folder.readOnly || FilesTopic::Exist(control) || !FilesTopic::Exist(beside)) return;
-    if (!isWholeControl(contentOf(beside))) return;
+    if (!isWholeControl(readable(beside))) return;
     rtmMain::DebugLog(folder.name + u": Control.tsd fehlte, Control.tmp tritt an die Stelle");
     static_cast<void>(rtmMain::system().files.rename(beside, control, false));
 }
@@ -76,7 +75,7 @@ DataFile recoverData(OpenDatabase& d) {
         rtmMain::DebugLog(d.folder.name + u": Data.tmp blieb zurück, die Indizes werden neu aufgebaut");
         return platform::failed(rtmMain::system().files.remove(left)) ? DataFile::there : DataFile::recovered;
     }
-    const int32 count = roundToInt32(Val(fromAnsi(contentOf(d.folder.path(u"Count.tsd")))));
+    const int32 count = roundToInt32(Val(fromAnsi(readable(d.folder.path(u"Count.tsd")))));
     const Text beside = d.folder.path(kDataBeside);
     const uint64 size = sizeOf(beside);
     if (count > 0 && !d.folder.readOnly && size == uint64{d.layout.bytes()} * static_cast<uint64>(count) &&

@@ -9,8 +9,6 @@
 namespace tsRtm {
 namespace {
 
-constexpr int32 kStopped = 70;
-
 void dropSideFiles(OpenDatabase& d, FileExchange& exchange) {
     for (const Text& name : d.folder.fileNames()) {
         const Text capitals = upper(name);

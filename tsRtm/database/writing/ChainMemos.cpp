@@ -11,7 +11,7 @@ MemoStores::Parts of(ChainStore& chain, MemoStores::Parts parts) {
     parts.flushOwner = [&chain] {
         if (!chain.isOpen()) return;
         auto& file = chain.file().file();
-        if (const auto error = file.flush(); failed(error)) raiseFileFailure(error, file.name());
+        must(file.flush(), file);
     };
     return parts;
 }

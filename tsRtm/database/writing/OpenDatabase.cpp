@@ -40,7 +40,7 @@ MemoStores* OpenDatabase::rowMemos(const ChainStore& chain) {
 bool OpenDatabase::readStructure() {
     control = std::make_shared<clsControl>(folder.files);
     bool dos = true;
-    if (!control->Oeffne(folder.path(u"Control.tsd"), dos)) return false;
+    if (!control->Oeffne(folder.path(kControlFile), dos)) return false;
     layout = RecordLayout(*control, control->IstUnicode(), dos);
     // Nothing on disk says so: a change of MaxRecords across this number needs new index files.
     indexes.define(*control, layout, control->MaxRecords() >= kBigFrom);

@@ -14,7 +14,7 @@ namespace {
 
 using platform::failed;
 
-constexpr std::size_t blockSize = 64 * 1024;
+constexpr std::size_t copyBlock = 64 * 1024;
 
 // A new file beside another one, open to the same users as `like`, where there is such a file; deleted again
 // unless it takes a place of its own.
@@ -68,7 +68,7 @@ bool copyInto(TextView from, TextView to) {
     auto source = rtmMain::system().files.open(from, {});
     if (!source) return false;
     FileBeside copy(to, from);
-    std::vector<std::byte> block(blockSize);
+    std::vector<std::byte> block(copyBlock);
     for (uint64 offset = 0;;) {
         auto read = (*source)->readAt(offset, block);
         if (!read) return false;

@@ -18,10 +18,10 @@ namespace {
 
 using platform::SystemError;
 
-constexpr std::size_t blockSize = 64 * 1024;
+constexpr std::size_t wipeBlock = 64 * 1024;
 
 std::vector<std::byte> alternatingBlock() {
-    std::vector<std::byte> block(blockSize);
+    std::vector<std::byte> block(wipeBlock);
     for (std::size_t i = 0; i < block.size(); ++i) block[i] = std::byte(i % 2 == 0 ? 0x55 : 0xAA);
     return block;
 }
@@ -48,7 +48,7 @@ bool killThis(NumberedFiles& numbered, TextView name) {
     auto opened = files.open(name, {Access::readWrite, Sharing::none, Disposition::openExisting});
     SystemError error = SystemError::none;
     if (opened) {
-        error = overwrite(**opened, std::vector<std::byte>(blockSize));
+        error = overwrite(**opened, std::vector<std::byte>(wipeBlock));
         opened->reset();
     } else if (!fileExists(name)) {
         return false;

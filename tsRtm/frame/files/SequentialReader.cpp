@@ -3,14 +3,14 @@
 namespace tsRtm {
 
 namespace {
-constexpr std::size_t blockSize = 16 * 1024;
+constexpr std::size_t readBlock = 16 * 1024;
 constexpr int32 end = -1;
-constexpr char oldEndOfFile = 26;
+constexpr char endOfTextByte = 26;
 }  // namespace
 
 int32 SequentialReader::byteAt(platform::File& file, uint64 position) {
     if (position < begin_ || position - begin_ >= block_.size()) {
-        block_.resize(blockSize);
+        block_.resize(readBlock);
         begin_ = position;
         const auto read = file.readAt(position, std::as_writable_bytes(std::span(block_)));
         if (!read) error_ = read.error();
@@ -18,7 +18,7 @@ int32 SequentialReader::byteAt(platform::File& file, uint64 position) {
         if (block_.empty()) return end;
     }
     const char byte = block_[static_cast<std::size_t>(position - begin_)];
-    return byte == oldEndOfFile ? end : static_cast<unsigned char>(byte);
+    return byte == endOfTextByte ? end : static_cast<unsigned char>(byte);
 }
 
 void SequentialReader::skipLineEnd(platform::File& file, uint64& position) {

@@ -10,6 +10,8 @@
 #include "tsRtm/frame/runtime/Folders.hpp"
 #include "tsRtm/frame/runtime/LocaleForms.hpp"
 #include "tsRtm/frame/state/State.hpp"
+#include "tsRtm/frame/state/SystemKinds.hpp"
+#include "tsRtm/types/Digits.hpp"
 
 namespace tsRtm {
 
@@ -24,7 +26,6 @@ constexpr int32 asItStands = 8192;
 constexpr int32 german = 7;
 constexpr int32 english = 9;
 
-constexpr int32 ntFamily = 2;
 constexpr int32 vista = 600;
 constexpr int32 systemCaptions = 11;  // 0 .. 10
 constexpr int32 lastCaption = 133;
@@ -35,8 +36,6 @@ constexpr TextView captionOption = u"NoMBString";
 int32 language() noexcept { return rtmMain::state().langId & 0xFF; }
 
 int32 osVersion() noexcept { return rtmMain::state().os.major * 100 + rtmMain::state().os.minor; }
-
-constexpr bool isDigit(char16_t c) noexcept { return c >= u'0' && c <= u'9'; }
 
 // First letter of each word in upper case, the others in lower case.
 Text properCase(TextView name) {
@@ -158,7 +157,8 @@ bool Messages::systemCaptionsAllowed() {
     if (!rtmMain::system().texts.hasSystemCaptions()) return allowed;
     const Text option = rtmMain::RegRaw(platform::HKeys::currentUser, rootKey, captionOption);
     allowed = rtmMain::SwitchValue(option) == 0;
-    if (allowed && option.empty() && rtmMain::state().os.platformId == ntFamily && osVersion() >= vista) {
+    if (allowed && option.empty() && rtmMain::state().os.platformId == systemKind::ntFamily &&
+        osVersion() >= vista) {
         writeCaptionOption(true);
         if (!systemCaption(sidCancel).empty()) writeCaptionOption(false);
     }
@@ -169,7 +169,8 @@ Text Messages::StandardText(int32 Nr) {
     const bool allowed = systemCaptionsAllowed();
     if (Nr < 0 || Nr > lastCaption) return {};
     // Caption 0 of the system is right only on its older versions.
-    const bool fromSystem = allowed && Nr < systemCaptions && rtmMain::state().os.platformId == ntFamily &&
+    const bool fromSystem = allowed && Nr < systemCaptions &&
+                            rtmMain::state().os.platformId == systemKind::ntFamily &&
                             (osVersion() < vista || Nr >= 1);
     if (fromSystem)
         if (Text caption = systemCaption(Nr); !caption.empty()) return caption;

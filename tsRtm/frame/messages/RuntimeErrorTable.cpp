@@ -7,13 +7,8 @@ namespace tsRtm {
 
 namespace {
 
-struct ErrorRow {
-    int32 number;
-    TextView text;
-};
-
 // clang-format off
-constexpr ErrorRow errors[] = {
+constexpr ErrorRow runtimeErrors[] = {
     {3, u"Rücksprung ohne Aufruf"},
     {5, u"Unzulässiger Aufruf oder unzulässiges Argument"},
     {6, u"Überlauf"},
@@ -75,8 +70,9 @@ constexpr ErrorRow errors[] = {
 
 TextView runtimeErrorText(int32 number) noexcept {
     if (number == 0) return {};
-    const auto* row = std::ranges::find(errors, number, &ErrorRow::number);
-    return row == std::end(errors) ? TextView(u"Fehler der Anwendung oder eines ihrer Objekte") : row->text;
+    const auto* row = std::ranges::find(runtimeErrors, number, &ErrorRow::number);
+    return row == std::end(runtimeErrors) ? TextView(u"Fehler der Anwendung oder eines ihrer Objekte")
+                                          : row->text;
 }
 
 }  // namespace tsRtm

@@ -7,13 +7,8 @@ namespace tsRtm {
 
 namespace {
 
-struct ErrorRow {
-    int32 number;
-    TextView text;
-};
-
 // clang-format off
-constexpr ErrorRow errors[] = {
+constexpr ErrorRow systemErrors[] = {
     {1, u"Unzulässige Funktion"},
     {2, u"Die Datei wurde nicht gefunden"},
     {3, u"Der Pfad wurde nicht gefunden"},
@@ -54,8 +49,8 @@ constexpr ErrorRow errors[] = {
 }  // namespace
 
 TextView systemErrorText(int32 number) noexcept {
-    const auto* row = std::ranges::find(errors, number, &ErrorRow::number);
-    return row == std::end(errors) ? TextView{} : row->text;
+    const auto* row = std::ranges::find(systemErrors, number, &ErrorRow::number);
+    return row == std::end(systemErrors) ? TextView{} : row->text;
 }
 
 }  // namespace tsRtm

@@ -20,6 +20,11 @@ struct KeyRow {
 };
 const std::array<KeyRow, 20>& keyTable() noexcept;
 
+struct ErrorRow {
+    int32 number;
+    TextView text;
+};
+
 // Description of a run-time error number; a general one where there is no row. Empty for 0.
 TextView runtimeErrorText(int32 number) noexcept;
 

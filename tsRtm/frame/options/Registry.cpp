@@ -7,12 +7,11 @@
 #include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/frame/runtime/Folders.hpp"
 #include "tsRtm/frame/state/State.hpp"
+#include "tsRtm/frame/state/SystemKinds.hpp"
 
 namespace tsRtm::registry {
 
 namespace {
-
-constexpr int32 ntFamily = 2;
 
 constexpr std::array hives{HKEY_CLASSES_ROOT, HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE, HKEY_USERS,
                            HKEY_PERFORMANCE_DATA};
@@ -65,7 +64,7 @@ Text pathOf(TextView subkey) {
 
 Text storedForm(TextView value) {
     if (const auto flag = flagOf(value); !flag.empty()) return Text(flag);
-    if (value.empty() && rtmMain::state().os.platformId == ntFamily) return Text(1, u'\0');
+    if (value.empty() && rtmMain::state().os.platformId == systemKind::ntFamily) return Text(1, u'\0');
     return Text(value);
 }
 
@@ -93,7 +92,7 @@ void erase(HKeys hive, TextView path, TextView name) {
 }
 
 bool mayAccess(HKeys hive, TextView path, int32 mask) {
-    if (rtmMain::state().os.platformId != ntFamily) return true;
+    if (rtmMain::state().os.platformId != systemKind::ntFamily) return true;
     const auto known = hiveOf(hive);
     const auto bits = static_cast<uint32>(mask);
     const bool writes = (bits & writeBits) != 0;

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <limits>
 
+#include "tsRtm/types/Digits.hpp"
+
 namespace tsRtm::rtf {
 namespace {
 
 bool isLetter(char16_t c) noexcept { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); }
-bool isDigit(char16_t c) noexcept { return c >= u'0' && c <= u'9'; }
-
 int32 hexDigit(char16_t c) noexcept {
     if (isDigit(c)) return c - u'0';
     const char16_t small = lower(c);

@@ -2,12 +2,12 @@
 
 #include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/frame/state/State.hpp"
+#include "tsRtm/frame/state/SystemKinds.hpp"
 
 namespace tsRtm::rtmMain {
 
 namespace {
 
-constexpr int32 ntFamily = 2;
 constexpr int32 addSubfolder = 4;
 
 bool folderExists(TextView path) {
@@ -74,7 +74,7 @@ bool EnsureFolder(TextView path) {
 
 // The type of the object tells a file from other things of a system; all that is asked for here are files.
 bool CheckAccess(TextView path, int32, int32 mask) {
-    return state().os.platformId != ntFamily || system().user.checkAccess(path, mask);
+    return state().os.platformId != systemKind::ntFamily || system().user.checkAccess(path, mask);
 }
 
 }  // namespace tsRtm::rtmMain

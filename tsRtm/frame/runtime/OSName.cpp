@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "tsRtm/frame/state/SystemKinds.hpp"
+
 namespace tsRtm {
 
 namespace {
@@ -22,7 +24,6 @@ constexpr NameRow names[] = {
     {604, u"10", u"10 Server"},
 };
 
-constexpr int32 ntFamily = 2;
 constexpr int32 firstNamed = 500;
 
 }  // namespace
@@ -30,7 +31,8 @@ constexpr int32 firstNamed = 500;
 Text osName(const platform::OsVersion& os) {
     const Text system = u"Windows ";
     const Text number = toText(os.major) + u"." + toText(os.minor);
-    if (os.platformId != ntFamily) return system + u"Typ " + toText(os.platformId) + u" - Version " + number;
+    if (os.platformId != systemKind::ntFamily)
+        return system + u"Typ " + toText(os.platformId) + u" - Version " + number;
 
     const bool workstation = os.productType == 1;
     const int32 version = os.major * 100 + os.minor;

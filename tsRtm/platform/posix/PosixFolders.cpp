@@ -1,5 +1,6 @@
 #include "tsRtm/platform/posix/PosixFolders.hpp"
 
+#include <fcntl.h>
 #include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -96,6 +97,10 @@ std::string tempFolderPath() {
 bool isFolder(const std::string& path) {
     struct stat status {};
     return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+bool allowed(const std::string& path, int rights) noexcept {
+    return ::faccessat(AT_FDCWD, path.c_str(), rights, AT_EACCESS) == 0;
 }
 
 bool makeFolders(const std::string& path, unsigned mode) {

@@ -17,6 +17,9 @@ std::string documentsFolder();  // XDG_DOCUMENTS_DIR of user-dirs.dirs where it 
 std::string tempFolderPath();   // $TMPDIR or /tmp
 
 bool isFolder(const std::string& path);
+// Whether the user may do that, in the manner of access(2); what the program may, where it runs with other
+// rights.
+bool allowed(const std::string& path, int rights) noexcept;
 // Makes a folder and those above it that are missing, as a rule for the owner alone; whatever the user's mask
 // takes away, they get this mode. True where it is there now.
 bool makeFolders(const std::string& path, unsigned mode = 0700);

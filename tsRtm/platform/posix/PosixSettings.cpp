@@ -41,8 +41,6 @@ std::string nearestFolder(std::string path) {
     return path;
 }
 
-bool allowed(const std::string& path, int rights) { return ::access(path.c_str(), rights) == 0; }
-
 }  // namespace
 
 PosixSettings::PosixSettings(std::string userFolder, std::string machineFolder,

@@ -33,10 +33,6 @@ std::string machineName() {
     return ::uname(&system) == 0 ? system.machine : std::string();
 }
 
-bool allowed(const std::string& path, int mode) noexcept {
-    return ::faccessat(AT_FDCWD, path.c_str(), mode, AT_EACCESS) == 0;
-}
-
 std::string pathOf(FolderId id) {
     switch (id) {
         case FolderId::documents:

@@ -17,7 +17,7 @@ using Widths = std::array<int16, 224>;
 
 // Widths of code page 1252 from the blank on, in 2048ths of the size: those that "Arial" and the fonts made
 // to its measures have.
-constexpr Widths kRegular = {
+constexpr Widths kRegularWidths = {
     569,  569,  727,  1139, 1139, 1821, 1366, 391,  682,  682,  797,  1196, 569,  682,  569,  569,
     1139, 1139, 1139, 1139, 1139, 1139, 1139, 1139, 1139, 1139, 569,  569,  1196, 1196, 1196, 1139,
     2079, 1366, 1366, 1479, 1479, 1366, 1251, 1593, 1479, 569,  1024, 1366, 1139, 1706, 1479, 1593,
@@ -33,7 +33,7 @@ constexpr Widths kRegular = {
     1139, 1139, 1139, 1139, 1139, 1139, 1821, 1024, 1139, 1139, 1139, 1139, 569,  569,  569,  569,
     1139, 1139, 1139, 1139, 1139, 1139, 1139, 1124, 1251, 1139, 1139, 1139, 1139, 1024, 1139, 1024,
 };
-constexpr Widths kBold = {
+constexpr Widths kBoldWidths = {
     569,  682,  971,  1139, 1139, 1821, 1479, 487,  682,  682,  797,  1196, 569,  682,  569,  569,
     1139, 1139, 1139, 1139, 1139, 1139, 1139, 1139, 1139, 1139, 682,  682,  1196, 1196, 1196, 1251,
     1997, 1479, 1479, 1479, 1479, 1366, 1251, 1593, 1479, 569,  1139, 1479, 1251, 1706, 1479, 1593,
@@ -54,7 +54,7 @@ constexpr Widths kBold = {
 
 platform::TextExtent PlainMeasure::measure(const platform::Font& font, TextView text) {
     const bool monospaced = font.name.find(u"Courier") != Text::npos || font.name.find(u"Mono") != Text::npos;
-    const auto& widths = font.bold ? kBold : kRegular;
+    const auto& widths = font.bold ? kBoldWidths : kRegularWidths;
     int64 sum = 0;
     for (const char c : toAnsi(text)) {
         const int32 place = static_cast<uint8>(c) - kFirst;

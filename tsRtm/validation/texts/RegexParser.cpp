@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "tsRtm/types/Digits.hpp"
 #include "tsRtm/validation/texts/RegexProgram.hpp"
 
 namespace tsRtm::regex {
@@ -34,8 +35,6 @@ struct Node {
     std::vector<std::vector<Node>> parts;  // alternatives of a group; the one node of a repetition
 };
 using Sequence = std::vector<Node>;
-
-bool isDigit(char16_t c) noexcept { return c >= u'0' && c <= u'9'; }
 
 int32 hexValue(char16_t c) noexcept {
     if (isDigit(c)) return c - u'0';
