@@ -47,34 +47,61 @@ class Output : public ::testing::Test {
     std::unique_ptr<Druck> job = std::make_unique<Druck>(messages);
 };
 
+// What the printer knows of copies and sides; what it is told to repeat; the sides of jobs of one to four
+// pages.
 TEST_F(Output, BringsPagesToThePrinter) {
+    constexpr int32 copiesKnown = 1, duplexKnown = 2, all = 3;
+    using Feature = platform::PrinterFeature;
     const struct {
-        const char* name;
-        int32 anzahl;
-        bool collate, clever;
-        int32 pages;
-        const char* played;
+        bool collate, duplex;
+        int32 copies, knows, told;
+        const char* played[4];
     } cases[] = {
-        {"one copy", 1, true, true, 3, "123"},
-        {"collated", 2, true, true, 3, "123123"},
-        {"the printer repeats", 2, false, true, 3, "123"},
-        {"pages are repeated", 2, false, false, 3, "112233"},
-        {"a free back between", 512 + 2, true, true, 3, "123-123"},
-        {"none needed", 512 + 2, true, true, 4, "12341234"},
-        {"no duplex there", 512 + 2, true, false, 3, "123123"},
-        {"no copies asked", 0, true, true, 2, "12"},
+        {true, false, 0, all, 1, {"1", "12", "123", "1234"}},
+        {true, false, 1, all, 1, {"1", "12", "123", "1234"}},
+        {true, false, 2, all, 1, {"11", "1212", "123123", "12341234"}},
+        {true, false, 3, 0, 0, {"111", "121212", "123123123", "123412341234"}},
+        // The printer repeats each page, or it is played again.
+        {false, false, 2, all, 2, {"1", "12", "123", "1234"}},
+        {false, false, 2, duplexKnown, 0, {"11", "1122", "112233", "11223344"}},
+        {false, false, 3, 0, 0, {"111", "111222", "111222333", "111222333444"}},
+        // The next copy begins on the front of a sheet.
+        {true, true, 1, all, 1, {"1", "12", "123", "1234"}},
+        {true, true, 2, all, 1, {"11", "1212", "123-123", "12341234"}},
+        {true, true, 3, duplexKnown, 0, {"111", "121212", "123-123-123", "123412341234"}},
+        {true, true, 2, copiesKnown, 1, {"11", "1212", "123123", "12341234"}},
+        // A page played twice stands on both sides of a sheet.
+        {false, true, 2, duplexKnown, 0, {"11", "1122", "112233", "11223344"}},
+        {false, true, 2, all, 2, {"1", "12", "123", "1234"}},
+        {false, true, 2, 0, 0, {"11", "1122", "112233", "11223344"}},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        anew();
-        job->Device(c.clever ? u"Laser" : u"Alt");
-        job->Collate(c.collate);
-        job->Init(72, c.anzahl, 1, u"A4");
-        compose(c.pages);
-        EXPECT_EQ(played(), c.played);
-        EXPECT_EQ(count("end"), 1);
-        EXPECT_EQ(job->PageCount(), c.pages);
-    }
+    paper.onModal = [&] { paper.previewed->leave(true); };
+    for (const auto& c : cases)
+        for (const bool preview : {false, true})
+            for (int32 pages = 1; pages <= 4; ++pages) {
+                SCOPED_TRACE(std::to_string(&c - cases) + (preview ? " preview " : " ") +
+                             std::to_string(pages));
+                anew();
+                auto& values = paper.laser->values;
+                values.erase(Feature::copies);
+                values.erase(Feature::duplex);
+                if (c.knows & copiesKnown) values[Feature::copies] = 1;
+                if (c.knows & duplexKnown) values[Feature::duplex] = 1;
+                job->Modal(true);
+                job->Collate(c.collate);
+                job->Init(72, c.copies + (c.duplex ? tsDuplexVertikal : 0), 1, u"A4", preview);
+                compose(pages);
+                EXPECT_EQ(played(), c.played[pages - 1]);
+                EXPECT_EQ(count("end"), 1);
+                EXPECT_EQ(std::pair(job->PageCount(), job->Copies()), std::pair(int16(pages), c.copies));
+                if (c.knows & copiesKnown) {
+                    EXPECT_EQ(values[Feature::copies], c.told);
+                }
+                // One page has no other side.
+                if (c.knows & duplexKnown) {
+                    EXPECT_EQ(values[Feature::duplex] != 1, c.duplex && pages > 1);
+                }
+            }
     anew();
     job->Init(72, 1, 1, u"A4");
     job->Ende();  // one empty page is a page
