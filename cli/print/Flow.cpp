@@ -8,6 +8,8 @@ namespace tsRtm::cli {
 
 using platform::mmToTwips;
 
+constexpr std::size_t kLook = 1000;  // characters
+
 Flow::Flow(PrintJob& job, std::function<void()> frame)
     : job_(job), area_(job.area()), frame_(std::move(frame)), row_(area_.top + job.lineHeight()) {
     frame_();
@@ -17,6 +19,26 @@ void Flow::newPage() {
     job_.nextPage();
     row_ = area_.top + job_.lineHeight();
     frame_();
+}
+
+// With a line's end where a word is wider than any line: a job lets it run over the edge.
+Text Flow::cut(TextView paragraph) {
+    constexpr TextView breaksBehind = u" /,.-:;+)\r\n";
+    const int32 room = mmToTwips(area_.width());
+    Text text;
+    int32 width = 0;
+    for (std::size_t i = 0; i < paragraph.size(); ++i) {
+        const auto letter = paragraph.substr(i, 1);
+        const int32 more = job_.druck().TextWidth(letter);
+        const bool second = letter[0] >= 0xDC00 && letter[0] <= 0xDFFF;  // half of a character
+        if (width + more > room && !second) {
+            text += u'\n';
+            width = 0;
+        }
+        width = breaksBehind.find(letter[0]) == TextView::npos ? width + more : 0;
+        text += letter;
+    }
+    return text;
 }
 
 float64 Flow::heightOf(TextView text) {
@@ -33,15 +55,19 @@ void Flow::write(TextView text) {
 void Flow::add(Text paragraph) {
     // The row is that of a line's foot, so the last line may stand on the bottom.
     const auto fits = [&](TextView text) { return heightOf(text) <= room() + job_.lineHeight(); };
-    while (!fits(paragraph)) {
-        // As many characters as the page takes.
-        std::size_t least = 0, most = paragraph.size();
+    paragraph = cut(paragraph);
+    for (;;) {
+        // As many characters as the page takes; a page takes only so many of a long text.
+        std::size_t least = 0, most = kLook;
+        while (most < paragraph.size() && fits(TextView(paragraph).substr(0, most))) most *= 2;
+        most = std::min(most, paragraph.size());
+        if (most == paragraph.size() && fits(paragraph)) break;
         while (most - least > 1) {
             const auto middle = (least + most) / 2;
             (fits(TextView(paragraph).substr(0, middle)) ? least : most) = middle;
         }
         // Not within a word, if there is another place.
-        const auto blank = TextView(paragraph).substr(0, least).rfind(u' ');
+        const auto blank = TextView(paragraph).substr(0, least).find_last_of(u" \n");
         if (blank != TextView::npos && blank > 0) least = blank + 1;
         if (room() < 0) least = 0;
         if (least > 0) write(TextView(paragraph).substr(0, least));

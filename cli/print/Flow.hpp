@@ -19,6 +19,7 @@ class Flow {
     void skip(float64 height) noexcept { row_ += height; }
 
  private:
+    Text cut(TextView paragraph);
     float64 heightOf(TextView text);
     void write(TextView text);
 

@@ -100,7 +100,7 @@ void run(const LettersOptions& options) {
     sender.Name1(fromUtf8(options.sender));
     PrintJob job(options.print);
     bool any = false;
-    job.compose(baseName(options.file), [&](int32) {
+    job.compose(baseName(options.file), [&] {
         eachOf(session, map, options.range, record, [&] {
             if (std::exchange(any, true)) job.nextPage();
             const Text text = letter.filled(
@@ -112,7 +112,7 @@ void run(const LettersOptions& options) {
             const Area next{kTextLeft, kNextTop, kTextRight, kTextBottom};
             flowRtf(job, text, first, next, [&] { job.druck().FaltMarken(); });
         });
-        if (!std::exchange(any, false)) throw CliError("there is no record in this range");
+        if (!any) throw CliError("there is no record in this range");
     });
 }
 

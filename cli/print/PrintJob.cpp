@@ -72,8 +72,9 @@ void PrintJob::start(const std::string& name, bool forGood) {
     druck_.DocPath(folder_);
     druck_.JobName(pdf_ ? file_.substr(0, file_.size() - 4) : fromUtf8(name));
     druck_.Modal(true);
+    // What a preview would show at its end goes nowhere until then: for counting and for pictures.
     druck_.Init(72, options_.copies + (options_.landscape ? tsQuer : 0), 1, u"A4",
-                forGood && options_.preview);
+                !forGood || png_ || options_.preview);
     if (options_.duplex) druck_.DuplexTyp(options_.landscape ? tsDuplexHorizontal : tsDuplexVertikal);
     druck_.PaperBin(options_.bin.value_or(0));
     druck_.PDFA(options_.archive);
@@ -86,18 +87,27 @@ void PrintJob::compose(const std::string& name, const std::function<void(int32 p
     start(name, false);
     write(0);
     const int32 pages = druck_.PageCount();
-    druck_.KillDoc();
+    giveUp();
+    compose(name, [&] { write(pages); });
+}
+
+void PrintJob::compose(const std::string& name, const std::function<void()>& write) {
     start(name, true);
-    write(pages);
+    write();
     if (png_) {
         druck_.Ausgabe();  // the last page can be played then
         savePictures();
-        druck_.KillDoc();
+        giveUp();
         return;
     }
     druck_.Ende();
     if (druck_.Abbruch()) throw CliError("broken off: nothing reached '" + options_.target + "'");
     deliver();
+}
+
+void PrintJob::giveUp() {
+    druck_.KillDoc();
+    druck_.Vorschau(false);
 }
 
 void PrintJob::deliver() {

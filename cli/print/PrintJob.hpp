@@ -41,6 +41,8 @@ class PrintJob {
     // Composes: once to learn how many pages there are, and once more with that number known, which is 0
     // before. Then the pages go where they are to go. `name` is that of the job.
     void compose(const std::string& name, const std::function<void(int32 pages)>& write);
+    // Once, where no page tells how many there are.
+    void compose(const std::string& name, const std::function<void()>& write);
 
     Druck& druck() noexcept { return druck_; }
     Area area() const noexcept;
@@ -56,6 +58,7 @@ class PrintJob {
 
  private:
     void start(const std::string& name, bool forGood);
+    void giveUp();
     void deliver();
     void savePictures();
 

@@ -29,11 +29,13 @@ class Printing : public Tool {
 TEST_F(Printing, TextsAndTables) {
     std::string lines;
     for (int i = 1; i <= 150; ++i) lines += "Zeile " + std::to_string(i) + "\n";
-    write("a.txt", lines + "\fSchluss Grüße €\n" + std::string(400, 'x') + "\n");
+    write("a.txt", lines + "\fSchluss Grüße €\n" + std::string(400, 'q') + "\n");
     ok("print text a.txt --to a.pdf");
     const auto all = text("a.pdf");
     for (const char* piece : {"Zeile 1\n", "Zeile 150\n", "Schluss Grüße €", "Seite 1/4", "Seite 4/4"})
         EXPECT_NE(all.find(piece), std::string::npos) << piece;
+    // A word that is wider than the page is cut, and nothing of it is lost.
+    EXPECT_EQ(std::count(all.begin(), all.end(), 'q'), 400);
     // Whoever names a file means it, and nothing else is left.
     ok("print text a.txt --to a.pdf --landscape");
     EXPECT_FALSE(exists("a[2].pdf"));

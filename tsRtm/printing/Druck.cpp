@@ -87,7 +87,6 @@ void Druck::Init(int32 SeitenLaenge, int32 Anzahl, int32 PapierTyp, TextView For
     if (s_->windowOpen) VorschauEnde(false);
     endPreview();
     s_->pages.clear();
-    s_->formatted.reset();
     job.brokenOff = job.closing = s_->previewShown = job.isProtected = false;
     s_->preview = Vorschau;
     job.formName = Formular;

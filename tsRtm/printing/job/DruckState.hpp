@@ -26,7 +26,7 @@ struct DruckState {
     bool used = false;  // the page has received something
     int32 backgroundMode = 1;
     int32 rtfBackColour = 0xFFFFFF;
-    std::shared_ptr<const platform::FormattedText> formatted;  // that was placed last
+    std::shared_ptr<const platform::FormattedText> formatted;  // that was placed last, maybe to count pages
 
     bool preview = false;  // the job goes to the preview
     bool previewShown = false;

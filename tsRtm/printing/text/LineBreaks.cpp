@@ -5,11 +5,11 @@
 namespace tsRtm {
 namespace {
 
-constexpr TextView kBreaksBehind = u"/,.-:;+)";
+constexpr TextView kBreaksBehind = u" /,.-:;+)";
 
 // Up to and including the first character that a line may break behind.
 TextView nextWord(TextView rest) noexcept {
-    const auto end = std::min(rest.find(u' '), rest.find_first_of(kBreaksBehind));
+    const auto end = rest.find_first_of(kBreaksBehind);
     return rest.substr(0, end == TextView::npos ? end : end + 1);
 }
 
