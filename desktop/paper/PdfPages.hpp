@@ -3,17 +3,23 @@
 #include <QPainter>
 #include <QPdfWriter>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "desktop/paper/PainterDevice.hpp"
+#include "desktop/paper/PdfContent.hpp"
+#include "desktop/paper/PdfProperties.hpp"
 #include "tsRtm/platform/PdfFiles.hpp"
 
 namespace tsRtm::desktop {
 
-// The pages of a PDF in the making, in memory.
+// The pages of a PDF in the making, in memory: those of text and lines in words of our own, the others, and
+// all of an archive, painted by Qt.
 class PdfPages {
  public:
-    explicit PdfPages(const platform::PdfSettings& settings);
+    explicit PdfPages(const platform::PdfSettings& settings,
+                      std::shared_ptr<PdfFonts> fonts = std::make_shared<PdfFonts>());
+    ~PdfPages();
 
     // The next page; sizes in twips. Good until the next call.
     platform::PageDevice& page(int32 width, int32 height);
@@ -21,12 +27,18 @@ class PdfPages {
     QByteArray finish();
 
  private:
+    class Device;
+
+    PainterDevice paint(int32 width, int32 height);
+    void keepPage();
+
     platform::PdfSettings settings_;
+    PdfFontUses fonts_;
     QBuffer buffer_;
-    QPdfWriter writer_;
+    std::optional<QPdfWriter> writer_;  // from the first page on that is painted
     QPainter painter_;
-    std::unique_ptr<PainterDevice> device_;
-    std::vector<std::pair<int32, int32>> sizes_;
+    std::unique_ptr<Device> device_;
+    std::vector<PdfPage> pages_;
 };
 
 }  // namespace tsRtm::desktop

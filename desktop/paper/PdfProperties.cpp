@@ -2,11 +2,13 @@
 
 #include <QDateTime>
 #include <memory>
+#include <optional>
 #include <qpdf/Buffer.hh>
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFPageDocumentHelper.hh>
 #include <qpdf/QPDFWriter.hh>
 
+#include "desktop/paper/PdfEmbedding.hpp"
 #include "desktop/paper/Qt.hpp"
 
 namespace tsRtm::desktop {
@@ -72,40 +74,85 @@ std::string points(int32 twips) {
     return std::to_string(twips / 20) + "." + std::to_string(twips % 20 / 2) + std::to_string(twips % 2 * 5);
 }
 
+QPDFObjectHandle boxOf(const PdfPage& page) {
+    auto box = QPDFObjectHandle::newArray();
+    for (const auto& number : {std::string("0"), std::string("0"), points(page.width), points(page.height)})
+        box.appendItem(QPDFObjectHandle::newReal(number));
+    return box;
+}
+
 // The upper left corner stays in its place.
-void setSizes(QPDF& file, const std::vector<std::pair<int32, int32>>& sizes) {
+void setSize(QPDF& file, QPDFObjectHandle painted, const PdfPage& page) {
     constexpr double twipsPerPoint = 20;
-    const auto pages = QPDFPageDocumentHelper(file).getAllPages();
-    for (std::size_t i = 0; i < std::min(pages.size(), sizes.size()); ++i) {
-        auto page = pages[i].getObjectHandle();
-        const auto [width, height] = sizes[i];
-        const double shift =
-            height / twipsPerPoint - page.getKey("/MediaBox").getArrayItem(3).getNumericValue();
-        auto box = QPDFObjectHandle::newArray();
-        for (const auto& number : {std::string("0"), std::string("0"), points(width), points(height)})
-            box.appendItem(QPDFObjectHandle::newReal(number));
-        page.replaceKey("/MediaBox", box);
-        if (shift == 0) continue;
-        auto content = QPDFObjectHandle::newStream(
-            &file, "1 0 0 1 0 " + QByteArray::number(shift).toStdString() + " cm\n");
-        page.addPageContents(content, true);
+    const double shift =
+        page.height / twipsPerPoint - painted.getKey("/MediaBox").getArrayItem(3).getNumericValue();
+    painted.replaceKey("/MediaBox", boxOf(page));
+    if (shift == 0) return;
+    auto content =
+        QPDFObjectHandle::newStream(&file, "1 0 0 1 0 " + QByteArray::number(shift).toStdString() + " cm\n");
+    painted.addPageContents(content, true);
+}
+
+QPDFObjectHandle toldPage(QPDF& file, const PdfPage& page, const QPDFObjectHandle& resources) {
+    auto content = QPDFObjectHandle::newStream(&file);
+    content.replaceStreamData(page.content, QPDFObjectHandle::newName("/FlateDecode"),
+                              QPDFObjectHandle::newNull());
+    auto told = QPDFObjectHandle::newDictionary();
+    told.replaceKey("/Type", QPDFObjectHandle::newName("/Page"));
+    told.replaceKey("/MediaBox", boxOf(page));
+    told.replaceKey("/Resources", resources);
+    told.replaceKey("/Contents", content);
+    return file.makeIndirectObject(told);
+}
+
+QPDFObjectHandle resourcesOf(QPDF& file, const std::vector<PdfFontUses::Use>& fonts) {
+    auto named = QPDFObjectHandle::newDictionary();
+    for (std::size_t place = 0; place < fonts.size(); ++place)
+        if (fonts[place].letters.any())
+            named.replaceKey("/F" + std::to_string(place),
+                             embedded(file, *fonts[place].font, fonts[place].letters));
+    auto resources = QPDFObjectHandle::newDictionary();
+    resources.replaceKey("/Font", named);
+    return file.makeIndirectObject(resources);
+}
+
+void setPages(QPDF& file, const std::vector<PdfPage>& pages, const std::vector<PdfFontUses::Use>& fonts) {
+    QPDFPageDocumentHelper all(file);
+    const auto painted = all.getAllPages();
+    std::optional<QPDFObjectHandle> resources;
+    std::size_t next = 0;
+    for (const auto& page : pages) {
+        if (page.painted) {
+            setSize(file, painted.at(next++).getObjectHandle(), page);
+            continue;
+        }
+        if (!resources) resources = resourcesOf(file, fonts);
+        const QPDFPageObjectHelper told(toldPage(file, page, *resources));
+        if (next < painted.size())
+            all.addPageAt(told, true, painted[next]);
+        else
+            all.addPage(told, false);
     }
 }
 
 }  // namespace
 
-QByteArray completed(const QByteArray& pdf, const platform::PdfSettings& settings,
-                     const std::vector<std::pair<int32, int32>>& sizes) {
+QByteArray completed(const QByteArray& painted, const platform::PdfSettings& settings,
+                     const std::vector<PdfPage>& pages, const std::vector<PdfFontUses::Use>& fonts) {
     // In UTC: PDF and XMP write other offsets in ways that do not compare.
     const auto now = QDateTime::currentDateTimeUtc();
     QPDF file;
-    file.processMemoryFile("page", pdf.constData(), static_cast<std::size_t>(pdf.size()));
+    if (painted.isEmpty())
+        file.emptyPDF();
+    else
+        file.processMemoryFile("page", painted.constData(), static_cast<std::size_t>(painted.size()));
     setInformation(file, settings, now.toString(QStringLiteral("'D:'yyyyMMddHHmmss'Z'")).toStdString());
     if (settings.archive)
         setMetadata(file, xmpOf(settings, now.toString(QStringLiteral("yyyy-MM-dd'T'HH:mm:ss'Z'"))));
-    setSizes(file, sizes);
+    setPages(file, pages, fonts);
     QPDFWriter writer(file);
     writer.setOutputMemory();
+    writer.setMinimumPDFVersion("1.4");
     if (settings.archive) {
         writer.setObjectStreamMode(qpdf_o_disable);
         writer.setNewlineBeforeEndstream(true);

@@ -11,7 +11,8 @@ using platform::SystemError;
 
 class Document final : public platform::PdfDocument {
  public:
-    explicit Document(const platform::PdfSettings& settings) : pages_(settings) {}
+    Document(const platform::PdfSettings& settings, std::shared_ptr<PdfFonts> fonts)
+        : pages_(settings, std::move(fonts)) {}
 
     platform::PageDevice& page(int32 width, int32 height) override { return pages_.page(width, height); }
 
@@ -32,8 +33,10 @@ class Document final : public platform::PdfDocument {
 
 }  // namespace
 
+PdfWriting::PdfWriting() : fonts_(std::make_shared<PdfFonts>()) {}
+
 std::unique_ptr<platform::PdfDocument> PdfWriting::begin(const platform::PdfSettings& settings) {
-    return std::make_unique<Document>(settings);
+    return std::make_unique<Document>(settings, fonts_);
 }
 
 }  // namespace tsRtm::desktop
