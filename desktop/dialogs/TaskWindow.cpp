@@ -153,7 +153,7 @@ QWidget* TaskWindow::addText(QBoxLayout& column, TextView text, double size) {
     area->setWidgetResizable(true);
     area->setFrameShape(QFrame::NoFrame);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    area->setMinimumSize(kTextWidth + style()->pixelMetric(QStyle::PM_ScrollBarExtent), most);
+    area->setFixedSize(kTextWidth + style()->pixelMetric(QStyle::PM_ScrollBarExtent), most);
     column.addWidget(area);
     return area;
 }

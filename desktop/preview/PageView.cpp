@@ -9,20 +9,25 @@
 
 namespace tsRtm::desktop {
 
-QImage imageOf(const platform::PageSource* page, QSize pixels) {
-    QImage image(pixels.expandedTo({1, 1}), QImage::Format_RGB32);
+QImage imageOf(const platform::PageSource* page, QSize pixels, QRect part) {
+    if (part.isEmpty()) part = QRect(QPoint(), pixels);
+    QImage image(part.size().expandedTo({1, 1}), QImage::Format_RGB32);
     image.fill(Qt::white);
     if (page && page->page().closed) {
         QPainter painter(&image);
+        // Beside the page's own transformations.
+        painter.setWindow(QRect(QPoint(), part.size()));
+        painter.setViewport(QRect(-part.topLeft(), part.size()));
         PainterDevice device(painter, {96, 96, 0, 0});
-        page->draw(device, image.width(), image.height());
+        page->draw(device, pixels.width(), pixels.height());
     }
     return image;
 }
 
 PageView::PageView(const platform::PreviewedJob& job, QWidget* parent)
-    : QAbstractScrollArea(parent), job_(job) {
+    : QAbstractScrollArea(parent), job_(&job) {
     viewport()->setMouseTracking(true);
+    setAccessibleName(QStringLiteral("Seite 1"));
     setFocusPolicy(Qt::StrongFocus);
     layOut();
 }
@@ -30,6 +35,7 @@ PageView::PageView(const platform::PreviewedJob& job, QWidget* parent)
 void PageView::show(int page) {
     page_ = page;
     image_ = {};
+    setAccessibleName(QStringLiteral("Seite %1").arg(page));
     layOut();
     verticalScrollBar()->setValue(0);
     viewport()->update();
@@ -48,9 +54,13 @@ void PageView::setCrosshair(bool on) {
 
 void PageView::stepUp() { verticalScrollBar()->triggerAction(QAbstractSlider::SliderSingleStepSub); }
 
+std::unique_ptr<platform::PageSource> PageView::source() const {
+    return job_ ? job_->source(page_) : nullptr;
+}
+
 void PageView::layOut() {
-    const auto source = job_.source(page_);
-    const auto facts = source ? source->page() : platform::PreviewedPage();
+    const auto shown = source();
+    const auto facts = shown ? shown->page() : platform::PreviewedPage();
     paper_ = {facts.width, facts.height};
     setVerticalScrollBarPolicy(view_ == 1 ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAlwaysOn);
     setHorizontalScrollBarPolicy(view_ == 3 ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
@@ -75,17 +85,25 @@ QRect PageView::sheet() const {
             size_};
 }
 
+void PageView::draw(QRect part) {
+    const qreal density = devicePixelRatioF();
+    const auto scaled = [&](QPoint point) { return (QPointF(point) * density).toPoint(); };
+    const QSize whole = size_ * density;
+    const QRect pixels(scaled(part.topLeft()), part.size() * density);
+    if (!job_ || (!image_.isNull() && part_ == pixels && whole_ == whole)) return;
+    image_ = imageOf(source().get(), whole, pixels);
+    part_ = pixels;
+    whole_ = whole;
+}
+
 void PageView::paintEvent(QPaintEvent*) {
     QPainter painter(viewport());
     painter.fillRect(viewport()->rect(), palette().color(QPalette::Dark));
-    // In the pixels of the screen, of which there may be several to one of the window.
-    const QSize pixels = size_ * devicePixelRatioF();
-    if (image_.size() != pixels) {
-        const auto source = job_.source(page_);
-        image_ = imageOf(source.get(), pixels);
-    }
     const QRect place = sheet();
-    painter.drawImage(place, image_);
+    const QRect seen = place & viewport()->rect();
+    if (seen.isEmpty()) return;
+    draw(seen.translated(-place.topLeft()));
+    painter.drawImage(seen, image_);
     if (!crosshair_ || !place.contains(mouse_)) return;
     painter.setPen(Qt::red);
     painter.drawLine(place.left(), mouse_.y(), place.right(), mouse_.y());

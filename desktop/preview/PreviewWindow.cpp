@@ -5,13 +5,16 @@
 #include <QDockWidget>
 #include <QGuiApplication>
 #include <QLabel>
-#include <QListWidget>
+#include <QListView>
 #include <QPushButton>
 #include <QScreen>
+#include <QShortcut>
 #include <QStatusBar>
 #include <QToolBar>
+#include <QWindow>
 
 #include "desktop/paper/Qt.hpp"
+#include "desktop/preview/PageList.hpp"
 #include "desktop/preview/PageView.hpp"
 
 namespace tsRtm::desktop {
@@ -19,7 +22,7 @@ namespace {
 
 constexpr int kPrintAll = 1, kClipboard = 2, kPrintPage = 4;  // of what is not offered
 constexpr int kMaximised = 2;
-constexpr int kThumbnail = 110;
+constexpr int kListWidth = 150;
 constexpr int kFrameTwips = 288;
 constexpr double kTwipsPerInch = 1440;
 
@@ -29,22 +32,27 @@ QString text(const char* utf8) { return QString::fromUtf8(utf8); }
 
 PreviewWindow::PreviewWindow(platform::PreviewedJob& job) : job_(&job), view_(new PageView(job, this)) {
     setCentralWidget(view_);
-    pages_ = new QListWidget;
-    pages_->setIconSize({kThumbnail, kThumbnail});
+    list_ = new PageList(job, this);
+    pages_ = new QListView;
+    pages_->setModel(list_);
     pages_->setViewMode(QListView::IconMode);
     pages_->setFlow(QListView::TopToBottom);
     pages_->setWrapping(false);
     pages_->setMovement(QListView::Static);
-    pages_->setFixedWidth(kThumbnail + 40);
+    // Else every page would be drawn to be measured.
+    pages_->setUniformItemSizes(true);
+    pages_->setFixedWidth(kListWidth);
+    pages_->setAccessibleName(text("Seiten"));
     auto* dock = new QDockWidget(text("Seiten"), this);
     dock->setWidget(pages_);
     dock->setFeatures(QDockWidget::NoDockWidgetFeatures);
     addDockWidget(Qt::LeftDockWidgetArea, dock);
     makeActions();
     makeStatus();
-    connect(pages_, &QListWidget::currentRowChanged, this, [this](int row) {
-        if (row >= 0 && row + 1 != view_->page()) go(row + 1);
-    });
+    connect(pages_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            [this](const QModelIndex& to) {
+                if (to.isValid() && to.row() + 1 != view_->page()) go(to.row() + 1);
+            });
     connect(view_, &PageView::moved, this, &PreviewWindow::tell);
     refresh();
 }
@@ -52,46 +60,54 @@ PreviewWindow::PreviewWindow(platform::PreviewedJob& job) : job_(&job), view_(ne
 void PreviewWindow::makeActions() {
     auto* bar = addToolBar(text("Vorschau"));
     bar->setMovable(false);
-    const auto add = [&](const char* name, const QKeySequence& key, auto slot) {
+    const auto add = [&](const char* name, const QKeySequence& key, const char* keyName, auto slot) {
         auto* action = bar->addAction(text(name));
         action->setShortcut(key);
+        action->setToolTip(QStringLiteral("%1 (%2)").arg(text(name), text(keyName)));
         connect(action, &QAction::triggered, this, slot);
         return action;
     };
     auto* views = new QActionGroup(this);
     const char* const names[] = {"Ganze Seite", "Fensterbreite", "Vergrößert"};
+    const char* const keys[] = {"Strg+1", "Strg+2", "Strg+3"};
     for (int view = 1; view <= 3; ++view) {
         auto* action = add(names[view - 1], QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_0 + view)),
-                           [this, view] { setView(view); });
+                           keys[view - 1], [this, view] { setView(view); });
         action->setCheckable(true);
         action->setData(view);
         views->addAction(action);
     }
     bar->addSeparator();
-    crosshair_ = add("Fadenkreuz", QKeySequence(Qt::Key_F), [this](bool on) {
+    crosshair_ = add("Fadenkreuz", QKeySequence(Qt::Key_F), "F", [this](bool on) {
         view_->setCrosshair(on);
         crosshair_->setToolTip(text(on ? "Fadenkreuz ausschalten" : "Fadenkreuz einschalten"));
     });
     crosshair_->setCheckable(true);
     crosshair_->setToolTip(text("Fadenkreuz einschalten"));
-    copy_ = add("Kopieren", QKeySequence::Copy, [this] {
+    copy_ = add("Kopieren", QKeySequence::Copy, "Strg+C", [this] {
         if (job_) job_->copyPage(view_->page());
     });
-    printPage_ = add("Seite drucken", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_P), [this] {
-        if (job_) job_->printPage(view_->page());
-    });
+    printPage_ =
+        add("Seite drucken", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_P), "Strg+Umschalt+P", [this] {
+            if (job_) job_->printPage(view_->page());
+        });
     bar->addSeparator();
-    add("Erste", QKeySequence(Qt::Key_Home), [this] { move(Move::first); });
-    add("Zurück", QKeySequence(Qt::Key_PageUp), [this] { move(Move::previous); });
-    add("Weiter", QKeySequence(Qt::Key_PageDown), [this] { move(Move::next); });
-    add("Letzte", QKeySequence(Qt::Key_End), [this] { move(Move::last); });
+    add("Erste", QKeySequence(Qt::Key_Home), "Pos1", [this] { move(Move::first); });
+    add("Zurück", QKeySequence(Qt::Key_PageUp), "Bild auf", [this] { move(Move::previous); });
+    add("Weiter", QKeySequence(Qt::Key_PageDown), "Bild ab", [this] { move(Move::next); });
+    add("Letzte", QKeySequence(Qt::Key_End), "Ende", [this] { move(Move::last); });
     bar->addSeparator();
     printAll_ = new QPushButton;
-    printAll_->setShortcut(QKeySequence::Print);
     printAll_->setDefault(true);
-    bar->addWidget(printAll_);
+    printAll_->setToolTip(text("Alles drucken (Strg+P)"));
+    // The bar shows and hides what stands on it by its action; the key works also where there is no room.
+    printAllAction_ = bar->addWidget(printAll_);
     connect(printAll_, &QPushButton::clicked, this, [this] { leave(true); });
-    add("Schließen", QKeySequence(Qt::Key_Escape), [this] { close(); });
+    auto* printKey = new QShortcut(QKeySequence::Print, this);
+    connect(printKey, &QShortcut::activated, this, [this] {
+        if (job_ && !(job_->facts().buttonsOff & kPrintAll)) leave(true);
+    });
+    add("Schließen", QKeySequence(Qt::Key_Escape), "Esc", [this] { close(); });
 }
 
 void PreviewWindow::makeStatus() {
@@ -125,11 +141,16 @@ void PreviewWindow::open(const platform::PreviewWish& wish) {
         const auto page = first->page();
         const QSize pixels(static_cast<int>(page.width * dots / kTwipsPerInch),
                            static_cast<int>(page.height * dots / kTwipsPerInch));
+        // All buttons are to be seen.
+        const int barWidth = findChild<QToolBar*>()->sizeHint().width();
         const QSize around = (sizeHint() - centralWidget()->sizeHint()).expandedTo({0, 0});
-        resize(within(pixels, roomForPages()) + around);
+        resize((within(pixels, roomForPages()) + around).expandedTo({barWidth, 0}));
     }
     setView(wish.view);
     if (wish.modal) setWindowModality(Qt::ApplicationModal);
+    // Before its owner, without going with it: the job closes it.
+    auto* owner = wish.owner == 0 ? nullptr : QWidget::find(static_cast<WId>(wish.owner));
+    if (owner && winId()) windowHandle()->setTransientParent(owner->window()->windowHandle());
     if (wish.windowState == kMaximised)
         showMaximized();
     else
@@ -150,18 +171,13 @@ void PreviewWindow::refresh() {
     printPage_->setToolTip(
         QStringLiteral("Drucken Seite %1 auf %2").arg(view_->page()).arg(qt(facts.device)));
     copy_->setToolTip(QStringLiteral("Seite %1 in die Zwischenablage").arg(view_->page()));
-    printAll_->setVisible(!(facts.buttonsOff & kPrintAll));
+    printAllAction_->setVisible(!(facts.buttonsOff & kPrintAll));
     copy_->setVisible(!(facts.buttonsOff & kClipboard));
     printPage_->setVisible(!(facts.buttonsOff & kPrintPage));
-    for (int number = pages_->count() + 1; number <= count; ++number) {
-        const auto source = job_->source(number);
-        if (!source || !source->page().closed) break;
-        const auto page = source->page();
-        const QSize size = QSize(page.width, page.height).scaled(kThumbnail, kThumbnail, Qt::KeepAspectRatio);
-        pages_->addItem(
-            new QListWidgetItem(QPixmap::fromImage(imageOf(source.get(), size)), QString::number(number)));
-    }
-    pages_->setCurrentRow(view_->page() - 1);
+    list_->grow();
+    const QModelIndex current = list_->index(view_->page() - 1);
+    pages_->selectionModel()->setCurrentIndex(current, QItemSelectionModel::ClearAndSelect);
+    pages_->scrollTo(current);
 }
 
 void PreviewWindow::go(int page) {
@@ -207,6 +223,8 @@ void PreviewWindow::tell(double x, double y) {
 
 void PreviewWindow::leave(bool print) {
     auto* job = std::exchange(job_, nullptr);
+    list_->letGo();
+    view_->letGo();
     hide();
     emit closed();
     if (job) job->leave(print);
@@ -214,6 +232,8 @@ void PreviewWindow::leave(bool print) {
 
 void PreviewWindow::letGo() {
     job_ = nullptr;
+    list_->letGo();
+    view_->letGo();
     hide();
     emit closed();
     deleteLater();

@@ -5,11 +5,12 @@
 #include "tsRtm/platform/Previews.hpp"
 
 class QLabel;
-class QListWidget;
+class QListView;
 class QPushButton;
 
 namespace tsRtm::desktop {
 
+class PageList;
 class PageView;
 
 // Shows a job's pages and lets the user print them, one of them, or none.
@@ -45,10 +46,11 @@ class PreviewWindow final : public QMainWindow {
 
     platform::PreviewedJob* job_;
     PageView* view_;
-    QListWidget* pages_;
+    QListView* pages_;
+    PageList* list_;
     QLabel *number_, *duplex_, *copies_;
     QPushButton *measureButton_, *printAll_;
-    QAction *crosshair_, *copy_, *printPage_;
+    QAction *crosshair_, *copy_, *printPage_, *printAllAction_;
     Measure measure_ = Measure::millimetres;
 };
 

@@ -32,6 +32,7 @@ class Opened final : public platform::Preview {
         if (!wish.modal) return;
         QEventLoop loop;
         QObject::connect(window_, &PreviewWindow::closed, &loop, &QEventLoop::quit);
+        QObject::connect(window_, &QObject::destroyed, &loop, &QEventLoop::quit);
         loop.exec();
     }
     void update() override { window_->refresh(); }

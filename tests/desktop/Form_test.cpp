@@ -39,8 +39,7 @@ class Form : public ::testing::Test {
     }
     void show() {
         window->show();
-        window->activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+        ASSERT_TRUE(inFront(*window));
     }
     // What the user types into a field before leaving it.
     static void type(QWidget& into, const char* text) {

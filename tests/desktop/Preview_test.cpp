@@ -4,10 +4,15 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QLabel>
-#include <QListWidget>
+#include <QListView>
+#include <QLocale>
 #include <QMimeData>
+#include <QMouseEvent>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTimer>
+#include <QToolBar>
+#include <QtTest/QTest>
 
 #include "desktop/Desktop.hpp"
 #include "desktop/preview/Measures.hpp"
@@ -15,6 +20,7 @@
 #include "desktop/preview/PreviewWindow.hpp"
 #include "tests/desktop/Seen.hpp"
 #include "tests/support/TempFolder.hpp"
+#include "tests/support/Told.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
 #include "tsRtm/printing/Druck.hpp"
 
@@ -40,21 +46,39 @@ class Previewing : public ::testing::Test {
             if (auto* found = qobject_cast<PreviewWindow*>(widget); found && found->isVisible()) return found;
         return nullptr;
     }
+    // As the user clicks on it.
+    static QWidget* toolButton(const char* name) {
+        auto* bar = window()->findChild<QToolBar*>();
+        for (auto* action : bar->actions())
+            if (action->text() == QString::fromUtf8(name)) return bar->widgetForAction(action);
+        return nullptr;
+    }
+    // As the user clicks on it.
     static void press(const char* name) {
-        for (auto* action : window()->findChildren<QAction*>())
-            if (action->text() == QString::fromUtf8(name)) return action->trigger();
-        FAIL() << name;
+        auto* button = toolButton(name);
+        ASSERT_TRUE(button && button->isVisible()) << name;
+        QTest::mouseClick(button, Qt::LeftButton);
+    }
+    static void key(Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier) {
+        ASSERT_TRUE(window() && inFront(*window()));
+        QTest::keyClick(window()->findChild<PageView*>(), key, with);
     }
     static std::string labels() {
         QString all;
         for (auto* label : window()->findChildren<QLabel*>()) all += label->text() + u'|';
         return all.toStdString();
     }
-    static std::string printAll() {
-        for (auto* button : window()->findChildren<QPushButton*>())
-            if (button->text().contains(QStringLiteral(" auf "))) return button->text().toStdString();
-        return {};
+    static std::string buttons() {
+        QString all;
+        for (auto* button : window()->findChildren<QPushButton*>()) all += button->text() + u'|';
+        return all.toStdString();
     }
+    static QPushButton* printButton() {
+        for (auto* button : window()->findChildren<QPushButton*>())
+            if (button->text().contains(QStringLiteral(" auf "))) return button;
+        return nullptr;
+    }
+    static std::string printAll() { return printButton() ? printButton()->text().toStdString() : ""; }
 
     TempFolder folder;
     MessagesTopic messages;
@@ -75,24 +99,39 @@ TEST_F(Previewing, GrowsWithTheJob) {
     EXPECT_EQ(view->page(), 2);
     EXPECT_NE(labels().find("2/3|"), std::string::npos) << labels();
     EXPECT_NE(labels().find("2 Drucke|"), std::string::npos) << labels();
-    EXPECT_EQ(window()->findChild<QListWidget*>()->count(), 2);
-    press("Erste");
-    press("Zurück");
+    EXPECT_EQ(window()->findChild<QListView*>()->model()->rowCount(), 2);
+    key(Qt::Key_Home);
+    key(Qt::Key_PageUp);
     EXPECT_EQ(view->page(), 1);
     job.Ende();
     job.PreviewButtonsOFF(static_cast<tsButtons>(tsAllesdrucken + tsSeitedrucken));
-    press("Weiter");
+    key(Qt::Key_P, Qt::ControlModifier);
+    ASSERT_TRUE(window());
+    key(Qt::Key_PageDown);
     EXPECT_EQ(printAll(), "2 Seiten auf PDF");
+    QApplication::processEvents();
+    EXPECT_FALSE(printButton()->isVisible() || toolButton("Seite drucken")->isVisible());
+    EXPECT_TRUE(toolButton("Kopieren")->isVisible());
     press("Kopieren");
     const auto* copied = QApplication::clipboard()->mimeData();
-    EXPECT_TRUE(copied->hasImage() && copied->hasFormat("application/pdf") &&
-                copied->hasFormat("image/svg+xml"));
-    press("Vergrößert");
-    EXPECT_GT(view->grab().toImage().size().width(), 100);
+    EXPECT_TRUE(copied->data("application/pdf").startsWith("%PDF"));
+    EXPECT_TRUE(copied->data("image/svg+xml").contains("<svg"));
+    const auto image = qvariant_cast<QImage>(copied->imageData());
+    EXPECT_TOLD("2480|3507", image.width(), image.height());
+    // The list of pages by the arrow keys, the views by theirs.
+    auto* list = window()->findChild<QListView*>();
+    list->setFocus();
+    QTest::keyClick(list, Qt::Key_Up);
+    EXPECT_EQ(view->page(), 1);
+    for (const auto& [pressed, shown] : {std::pair(Qt::Key_3, 3), {Qt::Key_2, 2}, {Qt::Key_1, 1}}) {
+        key(pressed, Qt::ControlModifier);
+        EXPECT_EQ(view->view(), shown);
+    }
     EXPECT_FALSE(job.Abbruch());
     int32 cancelled = 0;
     const auto c = job.Cancel.connect([&] { ++cancelled; });
-    window()->close();
+    key(Qt::Key_Escape);
+    EXPECT_FALSE(window());
     EXPECT_EQ(std::pair(cancelled, job.Abbruch()), std::pair(1, true));
 }
 
@@ -102,10 +141,7 @@ TEST_F(Previewing, PrintsAllWhenItIsModal) {
     const auto p = job.Printed.connect([&] { ++printed; });
     page(u"eins");
     EXPECT_FALSE(window());
-    QTimer::singleShot(0, [] {
-        for (auto* button : window()->findChildren<QPushButton*>())
-            if (button->text().contains(QStringLiteral("1 Seite auf PDF"))) button->click();
-    });
+    QTimer::singleShot(0, [] { key(Qt::Key_P, Qt::ControlModifier); });
     job.Ende();
     EXPECT_EQ(printed, 1);
     EXPECT_EQ(job.DocFile(), u"Vorschau.pdf");
@@ -114,17 +150,94 @@ TEST_F(Previewing, PrintsAllWhenItIsModal) {
 
 TEST_F(Previewing, ShowsInkWhereThePageHasIt) {
     page(u"Tinte");
-    auto* view = window()->findChild<PageView*>();
     const auto image = imageOf(job.Page(1).get(), {400, 566});
     int dark = 0;
     for (int y = 60; y < 110; ++y)
         for (int x = 50; x < 250; ++x) dark += qGray(image.pixel(x, y)) < 128;
     EXPECT_GT(dark, 300);
+}
+
+// Each pixel of the screen is drawn for itself, and of a large sheet only what is seen.
+TEST_F(Previewing, IsSharpInEachView) {
+    for (int32 row = 80; row < 290; row += 10) job.mm(row, 20, u"scharf " + toText(row), 10, 0);
+    page(u"Tinte");
     window()->resize(900, 700);
+    auto* view = window()->findChild<PageView*>();
+    const auto facts = job.Page(1)->page();
+    const struct {
+        const char *name, *picture;
+        int number;
+    } views[] = {{"Ganze Seite", "preview-page", 1},
+                 {"Fensterbreite", "preview-width", 2},
+                 {"Vergrößert", "preview-large", 3}};
+    for (const auto& c : views) {
+        SCOPED_TRACE(c.picture);
+        press(c.name);
+        QApplication::processEvents();
+        auto& down = *view->verticalScrollBar();
+        EXPECT_EQ(down.maximum() > 0, c.number > 1);
+        EXPECT_EQ(view->horizontalScrollBar()->maximum() > 0, c.number == 3);
+        keepPicture(*window(), c.picture);
+        down.triggerAction(QAbstractSlider::SliderPageStepAdd);
+        const QImage seen = view->viewport()->grab().toImage().convertToFormat(QImage::Format_RGB32);
+        const qreal density = view->devicePixelRatioF();
+        const QSize sheet = sheetSize(c.number, {facts.width, facts.height}, view->viewport()->size());
+        const QPoint corner(std::max((view->viewport()->width() - sheet.width()) / 2, 0), 0);
+        const QPoint from(0, c.number > 1 ? down.value() : 0);
+        const QRect place(corner * density, (sheet.boundedTo(view->viewport()->size())) * density);
+        const QImage whole = imageOf(job.Page(1).get(), sheet * density);
+        EXPECT_EQ(seen.copy(place), whole.copy({from * density, place.size()}));
+    }
+    press("Fadenkreuz");
+    QMouseEvent moved(QEvent::MouseMove, QPointF(200, 150), QPointF(200, 150), Qt::NoButton, {}, {});
+    QApplication::sendEvent(view->viewport(), &moved);
+    const QString place =
+        QStringLiteral("X: %1 mm")
+            .arg(QLocale(QLocale::German)
+                     .toString((200 + view->horizontalScrollBar()->value()) * 210.0 /
+                                   (view->viewport()->width() + view->horizontalScrollBar()->maximum()),
+                               'f', 1));
+    EXPECT_NE(buttons().find(place.toStdString()), std::string::npos) << buttons() << place.toStdString();
+    keepPicture(*window(), "preview-crosshair");
+}
+
+// A job of so many pages that hold nothing, which counts how often one is drawn.
+struct LongJob final : platform::PreviewedJob {
+    struct Page final : platform::PageSource {
+        explicit Page(int& counter) : drawn(counter) {}
+        platform::PreviewedPage page() const override { return {11906, 16838, true}; }
+        void draw(platform::PageDevice&, int32, int32) const override { ++drawn; }
+        int& drawn;
+    };
+    platform::PreviewedFacts facts() const override { return {}; }
+    int32 pages() const override { return 10'000; }
+    std::unique_ptr<platform::PageSource> source(int32 page) const override {
+        return page <= pages() ? std::make_unique<Page>(drawn) : nullptr;
+    }
+    void printPage(int32) override {}
+    void copyPage(int32) override {}
+    void leave(bool) override { ++left; }
+    mutable int drawn = 0;
+    int left = 0;
+};
+
+TEST_F(Previewing, DrawsOnlyPagesInSight) {
+    LongJob many;
+    auto* shown = new PreviewWindow(many);
+    shown->open({});
     QApplication::processEvents();
-    const auto shown = view->grab().toImage();
-    EXPECT_EQ(qGray(shown.pixel(shown.width() / 2, shown.height() - 20)), 255);
-    keepPicture(*window(), "preview");
+    key(Qt::Key_End);
+    QApplication::processEvents();
+    EXPECT_EQ(shown->findChild<PageView*>()->page(), 10'000);
+    EXPECT_LT(many.drawn, 60);
+    shown->close();
+    EXPECT_EQ(many.left, 1);
+    const int before = many.drawn;
+    shown->resize(500, 500);
+    shown->show();
+    QApplication::processEvents();
+    EXPECT_EQ(many.drawn, before) << "the job is gone";
+    delete shown;
 }
 
 TEST(PreviewMeasures, AreToldAsGermansWriteThem) {

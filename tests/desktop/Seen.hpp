@@ -1,10 +1,20 @@
 #pragma once
-// What tests of windows share: pictures of them, and how they are told apart.
+// What tests of windows share: they stand in front, and pictures of them are kept.
 #include <QApplication>
 #include <QDir>
 #include <QWidget>
+#include <QtTest/QTest>
 
 namespace tsRtm::test {
+
+// Waits until keys reach the window. On a screen without window manager it has to ask for that itself, and
+// again where it was not there yet.
+inline bool inFront(QWidget& window) {
+    return QTest::qWaitFor([&] {
+        if (!window.isActiveWindow()) window.activateWindow();
+        return window.isActiveWindow();
+    });
+}
 
 // Leaves a picture of the window in the folder that TSRTM_PICTURES names, if it names one.
 inline void keepPicture(QWidget& window, const char* name) {
