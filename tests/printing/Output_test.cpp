@@ -266,13 +266,67 @@ TEST_F(Output, StopsWhereItIsBrokenOff) {
     job->mm(10, 10, u"2");
     job->Ende();
     EXPECT_EQ(played(), "11");
-    // A printer that goes away.
     library.ground.ui.defaultAnswer = 1;
-    job->Init(72, 1, 1, u"A4");
-    paper.laser->gone = true;
-    compose(2);
-    EXPECT_TRUE(job->Abbruch());
-    EXPECT_EQ(library.ground.ui.boxes.size(), 1u);
+    disk.put(u"/datei", "x");
+    const struct {
+        const char* told;
+        std::function<void()> happens;  // behind the first page
+        const char* played;
+        const char* last;
+    } troubles[] = {
+        {"antwortet nicht", [&] { paper.laser->gone = true; }, "1", "kill"},
+        {"nimmt das Dokument nicht an",
+         [&] { paper.laser->queueRefuses = platform::SystemError::accessDenied; }, "123", "end"},
+        {"kann nicht angelegt werden",
+         [&] {
+             job->Device(u"PDF");
+             job->DocPath(u"/datei/neu");
+         },
+         "123", "sheet 11906x16838"},
+        {"kann nicht geschrieben werden",
+         [&] {
+             disk.putFolder(u"/brief");
+             job->Device(u"PDF");
+             job->DocPath(u"/brief");
+             paper.pdfFails = platform::SystemError::diskFull;
+         },
+         "123", "as /brief/Tessarol Runtime.pdf"},
+    };
+    for (const auto& trouble : troubles) {
+        SCOPED_TRACE(trouble.told);
+        anew();
+        library.ground.ui.boxes.clear();
+        paper.laser->gone = false;
+        paper.laser->queueRefuses = platform::SystemError::none;
+        job->Init(72, 1, 1, u"A4");
+        job->mm(10, 10, u"1");
+        job->Ausgabe();
+        trouble.happens();
+        job->mm(10, 10, u"2");
+        job->Ausgabe();
+        job->mm(10, 10, u"3");
+        job->Ende();
+        EXPECT_TRUE(job->Abbruch());
+        EXPECT_EQ(played(), trouble.played);
+        EXPECT_EQ(paper.log.back(), trouble.last);
+        ASSERT_EQ(library.ground.ui.boxes.size(), 1u);  // told once
+        const auto said = toUtf8(library.ground.ui.boxes[0].headline);
+        EXPECT_NE(said.find(trouble.told), std::string::npos) << said;
+    }
+}
+
+// A text without a place to break: in a time that grows with its length alone.
+TEST_F(Output, TakesTextsOfAnyLength) {
+    const Text letters(1000000, u'a');
+    Text signs;
+    while (signs.size() < letters.size()) signs += u"a.b-";
+    job->Init(72, 1, 1, u"A4", true);
+    int32 row = 0;
+    EXPECT_EQ(job->SetzText(letters, row, 0, 10, 10, 4, true), 4);
+    EXPECT_EQ(job->SetzText(signs, row, 0, 10, 10, 4, true), 4 * 500000);
+    Text cut = letters;
+    job->MMExt(10, 10, cut, 12, 0, 0, 100.0);
+    EXPECT_EQ(cut.size(), 7u);
 }
 
 TEST_F(Output, AnnouncesAFax) {

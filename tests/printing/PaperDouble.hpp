@@ -129,8 +129,8 @@ class PaperDouble final : platform::TextMeasure,
  private:
     // 600 pixels a letter at 12 points: 720 twips.
     platform::TextExtent measure(const platform::Font& font, TextView text) override {
-        const auto letters = static_cast<int32>(text.size());
-        return {letters * font.height * 600 / 240, font.height};
+        const auto letters = static_cast<int64>(text.size());
+        return {static_cast<int32>(letters * font.height * 600 / 240), font.height};
     }
     struct Formatted final : platform::FormattedText {
         explicit Formatted(TextView text) : kept(text) {}

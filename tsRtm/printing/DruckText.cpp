@@ -77,8 +77,17 @@ void Druck::MMExt(float64 Zeile, float64 Spalte, Text& Inhalt, int32 Breit, int3
                   float64 MaxBreite) {
     if (MaxBreite > 0) {
         Setzen(-1, -1, Breit, Attr, -1, {}, Winkel);
-        while (!Inhalt.empty() && static_cast<float64>(TextWidth(Inhalt) / kTwipsPerWholeMM) > MaxBreite)
-            Inhalt.pop_back();
+        const auto fits = [&](std::size_t letters) {
+            const int32 twips = TextWidth(TextView(Inhalt).substr(0, letters));
+            return static_cast<float64>(twips / kTwipsPerWholeMM) <= MaxBreite;
+        };
+        std::size_t least = 0, most = Inhalt.size();
+        if (fits(most)) least = most;
+        while (most - least > 1) {
+            const auto middle = (least + most) / 2;
+            (fits(middle) ? least : most) = middle;
+        }
+        Inhalt.resize(least);
     }
     mm(Zeile, Spalte, Inhalt, Breit, Attr, Winkel);
 }
