@@ -141,6 +141,12 @@ class Filler final : public rtf::Visitor {
 
     void add(const Paragraph& paragraph) {
         if (!fresh_) cursor_.insertBlock(QTextBlockFormat());
+        // Behind a table Qt leaves no space above a paragraph, only below the table.
+        if (fresh_ && table_ && paragraph.format.topMargin() > 0) {
+            auto format = table_->format();
+            format.setBottomMargin(paragraph.format.topMargin());
+            table_->setFormat(format);
+        }
         write(cursor_, paragraph);
         fresh_ = false;
         table_ = nullptr;
