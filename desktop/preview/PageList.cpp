@@ -46,7 +46,7 @@ QPixmap PageList::picture(int page) const {
     painter.end();
     auto* made = new QPixmap(QPixmap::fromImage(image));
     made->setDevicePixelRatio(density);
-    const QPixmap given = *made;
+    QPixmap given = *made;
     drawn_.insert(page, made);
     return given;
 }

@@ -287,7 +287,7 @@ TEST_F(Windows, OutliveTheirHost) {
 }
 
 TEST_F(Windows, AskForALine) {
-    const auto ask = [](std::function<void(QInputDialog&)> user) {
+    const auto ask = [](const std::function<void(QInputDialog&)>& user) {
         next<QInputDialog>(user);
         return rtmMain::system().dialogs.ask(u"Name der Datei", u"Speichern", u"alt");
     };
@@ -314,7 +314,7 @@ TEST_F(Windows, LetALineBeChosen) {
     };
     list.start = 100'001;  // behind the last
     list.find = [](TextView typed) { return roundToInt32(Val(typed)); };
-    const auto choose = [&](std::function<void(QDialog&)> user) {
+    const auto choose = [&](const std::function<void(QDialog&)>& user) {
         next<QDialog>(user);
         return rtmMain::system().choices.choose(list);
     };

@@ -159,9 +159,12 @@ TEST_F(Previewing, ShowsInkWhereThePageHasIt) {
 
 // Each pixel of the screen is drawn for itself, and of a large sheet only what is seen.
 TEST_F(Previewing, IsSharpInEachView) {
-    for (int32 row = 80; row < 290; row += 10) job.mm(row, 20, u"scharf " + toText(row), 10, 0);
-    page(u"Tinte");
-    window()->resize(900, 700);
+    for (int32 row = 80; row < 290; row += 10) {
+        job.mm(row, 30, u"Posten " + toText(row / 10 - 7), 10, 0);
+        job.mm(row, 180, toText(row) + u",00 €", 10, tsRechtbuendig);
+    }
+    page(u"Rechnung");
+    window()->resize(1000, 700);
     auto* view = window()->findChild<PageView*>();
     const auto facts = job.Page(1)->page();
     const struct {
