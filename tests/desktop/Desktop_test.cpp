@@ -66,10 +66,19 @@ TEST_F(OnPaper, CanBeReadAgain) {
     job.Ausgabe();
     job.Orientation(poLandscape);
     job.mm(20, 20, u"quer", 12, 0);
+    job.Ausgabe();
+    job.mm(20, 20, u"Łódź", 12, 0);  // letters beyond code page 1252
+    job.Ausgabe();
+    job.FontName(u"Gibt es nicht");
+    job.mm(20, 20, u"ersetzt (\\)", 12, tsKursiv);
     job.Ende();
     const auto text = run("pdftotext -layout '" + file() + "' -").second;
-    for (const char* piece : {"Grüße aus Köln – Straße 7 €", "rechts", "Erster Absatz", "Zweiter", "quer"})
-        EXPECT_NE(text.find(piece), std::string::npos) << piece << "\n" << text;
+    std::size_t at = 0;  // in the order of the pages
+    for (const char* piece : {"Grüße aus Köln – Straße 7 €", "rechts", "Erster Absatz", "Zweiter", "quer",
+                              "Łódź", "ersetzt (\\)"}) {
+        EXPECT_NE(text.find(piece, at), std::string::npos) << piece << "\n" << text;
+        at = std::min(text.find(piece, at), text.size());
+    }
     const auto info = run("pdfinfo -f 1 -l 2 '" + file() + "'").second;
     EXPECT_NE(info.find("Title:           Ladung & Größe"), std::string::npos) << info;
     EXPECT_NE(info.find("Page    1 size:  595.3 x 841.9"), std::string::npos) << info;
