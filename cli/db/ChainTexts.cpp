@@ -1,6 +1,8 @@
 #include "cli/db/ChainTexts.hpp"
 
 #include "cli/shared/CliError.hpp"
+#include "cli/shared/SideFields.hpp"
+#include "tsRtm/frame/text/CodePages.hpp"
 
 namespace tsRtm::cli {
 
@@ -28,19 +30,17 @@ std::vector<Text> ChainTexts::row(const std::vector<Json>& texts) {
 
 TextTable ChainTexts::rows(const Json& rows) {
     TextTable out;
-    for (const auto& row : rows.elements()) {
-        auto texts = row.elements();
-        for (std::size_t i = 0; i < texts.size() && i < static_cast<std::size_t>(map_.count()); ++i)
-            if (liesBeside(static_cast<int32>(i) + 1)) texts[i] = "";
-        out.push_back(this->row(texts));
-    }
+    for (const auto& row : rows.elements()) out.push_back(this->row(row.elements()));
     return out;
 }
 
 Text ChainTexts::accepted(int32 field, const std::string& text) {
     if (text.empty()) return {};
-    if (liesBeside(field))
-        throw CliError(map_.label(field) + " lies beside the rows and cannot be written here");
+    if (control_.field(field).IsBlob()) {
+        const auto bytes = bytesOfDigits(text);
+        if (!bytes) throw CliError(map_.label(field) + ": no hexadecimal digits");
+        return fromAnsi(*bytes);
+    }
     auto out = rules_.accept(field, fromUtf8(text), map_.label(field));
     if (!out) throw CliError(rules_.reason());
     return std::move(*out);

@@ -1,5 +1,5 @@
 #pragma once
-// Texts for the rows of a chain, each checked against its field.
+// Texts for the rows of a chain, each checked against its field; a blob comes as hexadecimal digits.
 #include "cli/shared/Records.hpp"
 
 namespace tsRtm::cli {
@@ -13,14 +13,10 @@ class ChainTexts {
     std::vector<Text> row(const std::vector<std::string>& words);
     // From texts by the order of the fields.
     std::vector<Text> row(const std::vector<Json>& texts);
-    // The same for whole chains; a cell that leads to a memo or blob stays empty: its place is another one
-    // here.
+    // The same for whole chains.
     TextTable rows(const Json& rows);
 
  private:
-    bool liesBeside(int32 field) const {
-        return control_.field(field).IsMemo() || control_.field(field).IsBlob();
-    }
     Text accepted(int32 field, const std::string& text);
 
     FieldMap map_;

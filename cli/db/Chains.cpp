@@ -10,12 +10,10 @@
 #include "cli/shared/SharedOptions.hpp"
 #include "cli/shared/SideFields.hpp"
 #include "cli/shared/TextFiles.hpp"
+#include "tsRtm/database/clsTSRecordSet.hpp"
 
 namespace tsRtm::cli {
 namespace {
-
-constexpr int32 kAddAtTail = 5;
-constexpr int32 kAddAtHead = 7;
 
 struct ChainsOptions {
     std::string name;
@@ -36,9 +34,10 @@ struct Chain {
         session.needRecord(options.number);
     }
     // After the lock is won: what it shows is of now.
-    void stand(int32 number) {
-        session_.db().AktSatzNr(number);
+    std::shared_ptr<clsTSRecordSet> rows(int32 number) {
+        const auto record = session_.db().Record(number);
         session_.check("cannot read record " + std::to_string(number));
+        return record->Kette(field);
     }
     int32 fieldOf(const std::string& word) const {
         const FieldMap map(session_.control());
@@ -46,7 +45,6 @@ struct Chain {
         if (session_.db().KetteNr(found) == 0) throw CliError(map.label(found) + " is no chain");
         return found;
     }
-    int32 number() const { return session_.db().KetteNr(field); }
 
     Session& session_;
     int32 field;
@@ -78,11 +76,11 @@ void list(const ChainsOptions& options) {
 void add(const ChainsOptions& options) {
     Session session(options.name, Use::change);
     Chain chain(session, options);
-    TextTable table{{}, ChainTexts(*chain.control).row(options.words)};
-    int32 count = 1;
+    const auto cells = ChainTexts(*chain.control).row(options.words);
     // A row is added beside others: no lock of the record is needed.
-    chain.stand(options.number);
-    session.db().KetteAction(options.head ? kAddAtHead : kAddAtTail, chain.field, table, count);
+    const auto row = chain.rows(options.number)->Add(options.head);
+    for (std::size_t i = 0; row && i < cells.size(); ++i) row->Fields(static_cast<int32>(i) + 1, cells[i]);
+    if (row) row->Update();
     session.check("no row was added to record " + std::to_string(options.number));
 }
 
@@ -106,8 +104,9 @@ void write(const ChainsOptions& options) {
     Chain chain(session, options);
     const TextTable rows = rowsOf(options.file, ChainTexts(*chain.control));
     const RecordLock lock(session, options.number, options.wait);
-    chain.stand(options.number);
-    session.db().KetteSchreiben(chain.number(), rows);
+    const auto set = chain.rows(options.number);
+    set->Inhalt(rows, MemoCells::texts);
+    set->Update();
     session.check("the rows of record " + std::to_string(options.number) + " were not stored");
 }
 

@@ -7,6 +7,7 @@
 #include "cli/shared/ErrorText.hpp"
 #include "tsRtm/database/BulkLoader.hpp"
 #include "tsRtm/database/clsTSRecord.hpp"
+#include "tsRtm/database/clsTSRecordSet.hpp"
 #include "tsRtm/frame/state/State.hpp"
 
 namespace tsRtm::cli {
@@ -24,16 +25,13 @@ class SharedTarget final : public RowTarget {
         const auto record = db.Add();
         if (!record) return refuse(db.Error(), reason);
         for (const auto& value : row.values) record->Fields(value.field, value.text);
-        if (!record->Update()) return refuse(record->Error(), reason);
         for (const auto& [field, rows] : row.chains) {
-            db.AktSatzNr(record->Satznummer());
-            db.KetteSchreiben(db.KetteNr(field), rows);
-            if (const int32 error = db.Error(); error != 0) {
-                // Half of it is worth nothing.
-                db.Delete(record->Satznummer());
-                return refuse(error, reason);
-            }
+            const auto set = record->Kette(field);
+            if (!set) return refuse(db.Error(), reason);
+            set->Inhalt(rows, MemoCells::texts);
+            if (!set->Update()) return refuse(db.Error(), reason);
         }
+        if (!record->Update()) return refuse(record->Error(), reason);
         ++kept_;
         return Stored::yes;
     }

@@ -1,10 +1,19 @@
 #include "cli/shared/SideFields.hpp"
 
 #include "tsRtm/database/clsTSRecord.hpp"
+#include "tsRtm/database/clsTSRecordSet.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
 #include "tsRtm/services/bytes/ByteForms.hpp"
 
 namespace tsRtm::cli {
+
+namespace {
+
+std::string hexadecimal(const Text& bytes) {
+    return byteForms::hexDigits(toAnsi(bytes), byteForms::Case::lower);
+}
+
+}  // namespace
 
 Text memoOf(Session& session, const FieldMap& map, int32 number, int32 field) {
     const auto record = session.db().Record(number);
@@ -14,10 +23,16 @@ Text memoOf(Session& session, const FieldMap& map, int32 number, int32 field) {
 }
 
 TextTable chainOf(Session& session, int32 number, int32 field) {
-    auto& db = session.db();
-    if (db.AktSatzNr() != number) db.AktSatzNr(number);
-    TextTable rows;
-    db.KetteLesen(db.KetteNr(field), rows);
+    const auto record = session.db().Record(number);
+    const auto set = record ? record->Kette(field) : nullptr;
+    TextTable rows = set ? set->Inhalt(MemoCells::texts) : TextTable();
+    for (int32 i = 1; set && i <= set->Control()->Felder(); ++i) {
+        if (!set->Control()->field(i).IsBlob()) continue;
+        for (auto& row : rows) {
+            Text& cell = row[static_cast<std::size_t>(i - 1)];
+            cell = fromUtf8(hexadecimal(cell));
+        }
+    }
     session.check("cannot read the chain of record " + std::to_string(number));
     return rows;
 }
@@ -41,7 +56,7 @@ void addSideFields(Json& record, Session& session, const FieldMap& map, int32 nu
         if (field.IsMemo())
             record["memos"][map.label(i)] = toUtf8(text);
         else
-            record["blobs"][map.label(i)] = byteForms::hexDigits(toAnsi(text), byteForms::Case::lower);
+            record["blobs"][map.label(i)] = hexadecimal(text);
     }
 }
 

@@ -9,7 +9,7 @@ namespace tsRtm::cli {
 // has; nothing where it has none.
 void addSideFields(Json& record, Session& session, const FieldMap& map, int32 number);
 Text memoOf(Session& session, const FieldMap& map, int32 number, int32 field);
-// The rows of a chain; stands on the record.
+// The rows of a chain; cells of memos as their texts, of blobs as hexadecimal digits.
 TextTable chainOf(Session& session, int32 number, int32 field);
 Json rowJson(const std::vector<Text>& cells);
 // The bytes of such digits; nothing where they are none.

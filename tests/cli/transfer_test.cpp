@@ -109,7 +109,8 @@ TEST_F(Transfer, MemosAndBlobsComeAndGo) {
           "0,1,1,60,102,\"Bild@@7BILD\"\r\n0,1,1,8,38,\"Posten@@7POS\"\r\n0,1,1,60,86,\"E@@7EIGEN\"\r\n"
           "1,1000,1\r\n1,0,0\r\n0\r\n");
     write("M.DBD/KetteCtl.004",
-          "TS1,2\r\n0,1,1,6,1,\"Text@@7TEXT\"\r\n2,2,1,8,5,\"Preis@@7PREIS\"\r\n15,100,0\r\n0\r\n");
+          "TS1,4\r\n0,1,1,6,1,\"Text@@7TEXT\"\r\n2,2,1,8,5,\"Preis@@7PREIS\"\r\n"
+          "0,3,1,60,22,\"Grund@@7GRUND\"\r\n0,4,1,60,102,\"Siegel@@7SIEGEL\"\r\n25,100,0\r\n0\r\n");
     write("brief.txt", "Grüße\naus Łódź\n");
     write("bild.bin", std::string("\0\xFF\x81\n", 4));
     ok("db add M NAME=Anna NOTIZ=kurz");
@@ -117,7 +118,7 @@ TEST_F(Transfer, MemosAndBlobsComeAndGo) {
     ok("db memo set M 2 NOTIZ --file brief.txt");
     ok("db memo set M 1 BILD --file bild.bin");
     ok("db memo set M 1 EIGEN 'Farbe=grün\nGröße=5'");
-    for (const auto* row : {"TEXT=Müll PREIS=12,50", "TEXT=b"})
+    for (const auto* row : {"TEXT=Müll PREIS=12,50 GRUND='Abfuhr im Hof'", "TEXT=b SIEGEL=00ff81"})
         ok(std::string("db chain add M 2 POS ") + row);
     prints("db memo get M 2 NOTIZ", "Grüße\naus Łódź\n\n");
     ok("db memo get M 1 BILD --file zurueck.bin");
@@ -131,7 +132,8 @@ TEST_F(Transfer, MemosAndBlobsComeAndGo) {
     EXPECT_EQ(dump[0]["blobs"]["BILD"], "00ff810a");
     EXPECT_EQ(dump[1]["memos"]["NOTIZ"], read("brief.txt"));
 
-    EXPECT_EQ(dump[1]["chains"]["POS"], nlohmann::json::parse(R"([["Müll","12.50"],["b",""]])"));
+    EXPECT_EQ(dump[1]["chains"]["POS"],
+              nlohmann::json::parse(R"([["Müll","12.50","Abfuhr im Hof",""],["b","","","00ff81"]])"));
 
     // Whole, as JSON lines; the texts without the blobs as CSV.
     ok("db export M m.jsonl");

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <utility>
 
-#include "tsRtm/database/chains/ChainWrite.hpp"
+#include "tsRtm/database/chains/ChainMerge.hpp"
 #include "tsRtm/database/engine/DatabaseEngine.hpp"
 #include "tsRtm/database/records/FieldValue.hpp"
 #include "tsRtm/database/upkeep/IndexSort.hpp"
@@ -98,7 +98,9 @@ void BulkLoader::setChain(int32 field, const TextTable& rows) {
         return;
     }
     beside([&] {
-        ReplaceChain write(*chain, chain->rows().encode(rows));
+        ChainRowSet set(chain->rows());
+        for (const auto& cells : rows) set.assign(*set.add(false), cells);
+        MergeChain write(*chain, set);
         write.prepare({}, row_);
         write.finish();
     });

@@ -33,7 +33,7 @@ class BulkLoader {
 
     // A field of the row to come, 1..; numbers as Fields takes them. Fields that are not set stay empty.
     void set(int32 field, TextView text);
-    // The rows of a chain field.
+    // The rows of a chain field; cells of memos and blobs are their texts.
     void setChain(int32 field, const TextTable& rows);
     void setUtf8(int32 field, std::string_view utf8);
     // Ends the row. False where it could not be added; what was added before stays.

@@ -96,7 +96,7 @@ const Text& clsTSRecord::Fields(int32 Index) {
     const Text& stored = (*felder_)[Index];
     if (Index == 0) return stored;
     const auto& field = layout_->field(Index);
-    if (field.pointer && !row_) return memo(Index);
+    if (field.pointer) return memo(Index);
     if (field.typ == kAutowert && stored.empty() && number_ > 0) {
         shown_ = padded(number_, field.length);
         if (const auto database = DB(); database && database->storeSerial(number_, shown_))
@@ -111,7 +111,7 @@ const Text& clsTSRecord::Fields(int32 Index) {
 void clsTSRecord::Fields(int32 Index, TextView Inhalt) {
     if (readOnly_ || Index < 0 || Index > control_->Felder() || !layout_ || !load()) return;
     if (Index > 0 && layout_->field(Index).pointer) {
-        if (row_) return;  // a cell of a row shows the place of its text
+        if (row_ && !parent_->hasText(Index)) return;
         memos_[Index] = {Text(Inhalt), true};
         if (Index == control_->PropFeld()) properties_.clear();
     } else if (Index > 0 && (layout_->field(Index).typ & 7) == 5) {
@@ -128,6 +128,7 @@ const Text& clsTSRecord::memo(int32 field) {
     if (known != memos_.end()) return known->second.text;
     const auto database = number_ > 0 ? DB() : nullptr;
     Text& text = memos_[field].text;
+    if (row_) return text = parent_->rowText(*row_, field);
     if (database) text = database->memoText(number_, field);
     if (field == control_->PropFeld()) propertyText::set(text, properties_);
     return text;
@@ -206,6 +207,8 @@ bool clsTSRecord::storeRow(clsTSDB& database) {
     Bytes bytes;
     felder_->compose(row_->bytes, RecordBuffer::Extent::assigned, bytes);
     row_->bytes = bytes;
+    for (const auto& [field, memo] : memos_)
+        if (memo.assigned) row_->texts[field] = memo.text;
     const bool stored = parent_->storeRows(row_.get());
     error_ = database.Error();
     if (!stored || Satznummer() < 1) return false;

@@ -10,10 +10,16 @@
 namespace tsRtm {
 
 class ChainRowSet;
+class MemoStores;
+struct ChainRow;
 class clsTSIndex;
 class SelectedRecords;
 class SetContent;
 struct ChainRow;
+
+// What a cell of a memo or blob is in a table of rows: the place of its text, as KetteLesen tells it, or the
+// text.
+enum class MemoCells { places, texts };
 
 // Records have places from 1 in the set (FolgeNummer), and numbers: that of the record in the database, or,
 // for a row of a chain, its place.
@@ -50,8 +56,8 @@ class clsTSRecordSet : public Object, public std::enable_shared_from_this<clsTSR
     // Of a chain alone, else they raise 5: all cells of all rows, both from 0 (assigned ones are stored by
     // Update; rows beyond those that there are come behind them, those that are missing go from the end), and
     // whether something is not stored.
-    TextTable Inhalt();
-    void Inhalt(const TextTable& value);
+    TextTable Inhalt(MemoCells memos = MemoCells::places);
+    void Inhalt(const TextTable& value, MemoCells memos = MemoCells::places);
     bool Changed();
     // Raises 445: the fields of a row are those of Control.
     TSIOArray KetteTSIO() const;
@@ -129,6 +135,9 @@ class clsTSRecordSet : public Object, public std::enable_shared_from_this<clsTSR
     std::shared_ptr<clsTSRecord> rowRecord(const std::shared_ptr<ChainRow>& row);
     int32 placeOfRow(const ChainRow& row);
     bool storeRows(const ChainRow* only);
+    bool hasText(int32 field) const;
+    Text rowText(const ChainRow& row, int32 field);
+    MemoStores* memosOfRows() const;
     void needRows(TextView operation) const;
     bool loadRows();
     void rowsChanged();

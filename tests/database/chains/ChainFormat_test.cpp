@@ -168,6 +168,7 @@ TEST_F(ChainRoom, NumbersStandRightAndAllElseLeft) {
 
 class Blocks : public RowMemos {
  public:
+    void write(int32, TextView, std::span<char>) override {}
     bool isFresh(int32, int32 block) const override { return block >= 100; }
     int32 copy(int32, int32 block) override { return block * 10; }
     void drop(int32, int32) noexcept override {}

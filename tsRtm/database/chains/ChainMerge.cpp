@@ -1,6 +1,7 @@
 #include "tsRtm/database/chains/ChainMerge.hpp"
 
 #include <algorithm>
+#include <utility>
 
 #include "tsRtm/database/files/RecordedFailure.hpp"
 
@@ -74,6 +75,7 @@ void ChainRowSet::load(const ChainContent& content) {
     for (std::size_t i = 0; i < list.size(); ++i) {
         if (!list[i]) list[i] = std::make_shared<ChainRow>(Bytes(stored[i]));
         list[i]->bytes = list[i]->base;
+        list[i]->texts.clear();
     }
     base_ = list_ = std::move(list);
 }
@@ -83,6 +85,16 @@ std::shared_ptr<ChainRow> ChainRowSet::add(bool inFront) {
         rows_.layout().blank(), inFront ? ChainRow::From::addedInFront : ChainRow::From::addedBehind);
     list_.insert(inFront ? list_.begin() : list_.end(), row);
     return row;
+}
+
+void ChainRowSet::assign(ChainRow& row, std::vector<Text> cells) const {
+    row.texts.clear();
+    for (int32 field = 1; field <= rows_.fields(); ++field) {
+        const auto cell = static_cast<std::size_t>(field - 1);
+        if (!rows_.layout().field(field).pointer) continue;
+        row.texts[field] = cell < cells.size() ? std::exchange(cells[cell], {}) : Text();
+    }
+    row.bytes = rows_.encode(cells);
 }
 
 void ChainRowSet::remove(int32 place) { list_.erase(list_.begin() + (place - 1)); }
@@ -136,11 +148,34 @@ std::optional<ChainRowSet::Merged> ChainRowSet::merge(BytesView stored, const Ch
     return out;
 }
 
+std::optional<std::size_t> ChainRowSet::placeIn(BytesView stored, const ChainRow& row) const {
+    const RowViews theirs = split(stored);
+    const auto found = [&](auto isIt) -> std::optional<std::size_t> {
+        const auto at = std::find_if(theirs.begin(), theirs.end(), isIt);
+        if (at == theirs.end()) return std::nullopt;
+        return static_cast<std::size_t>(at - theirs.begin());
+    };
+    if (const auto same = found([&](BytesView each) { return each == row.base; })) return same;
+    const auto& layout = rows_.layout();
+    return found([&](BytesView each) {
+        for (int32 field = 1; field <= layout.fields(); ++field) {
+            const auto& columns = layout.field(field);
+            if (!columns.pointer && layout.bytesOf(columns, each) != layout.bytesOf(columns, row.base))
+                return false;
+        }
+        return true;
+    });
+}
+
 void ChainRowSet::settle(Merged merged) {
     const RowViews stored = split(merged.stored);
     for (std::size_t i = 0; i < stored.size(); ++i) {
         merged.base[i]->base = stored[i];
         merged.base[i]->from = ChainRow::From::file;
+    }
+    for (const std::size_t i : merged.written) {
+        merged.base[i]->bytes = stored[i];
+        merged.base[i]->texts.clear();
     }
     base_ = std::move(merged.base);
     list_ = std::move(merged.list);
@@ -152,7 +187,19 @@ void MergeChain::change(BytesView stored, std::span<char> columns) {
     if (!merged_)
         raise(numberOf(DatabaseError::locked), kFileFailureSource,
               u"Eine Zeile der Kette \"" + store_.path() + u"\" wurde von jemand anderem geändert");
+    writeTexts();
     exchange(old, merged_->stored, columns);
+}
+
+void MergeChain::writeTexts() {
+    const std::size_t length = rows_.rows().layout().bytes();
+    for (std::size_t i = 0; i < merged_->base.size(); ++i) {
+        const ChainRow& row = *merged_->base[i];
+        if (row.texts.empty() || (only_ && &row != only_)) continue;
+        for (const auto& [field, text] : row.texts)
+            store_.memos()->write(field, text, std::span(merged_->stored).subspan(i * length, length));
+        merged_->written.push_back(i);
+    }
 }
 
 }  // namespace tsRtm

@@ -1,6 +1,7 @@
 #pragma once
 // The rows of one chain in memory, changed apart from the file, and their way into what others have made of
 // the chain meanwhile.
+#include <map>
 #include <optional>
 
 #include "tsRtm/database/chains/ChainWrite.hpp"
@@ -13,12 +14,13 @@ struct ChainRow {
 
     explicit ChainRow(Bytes content, From where = From::file)
         : bytes(std::move(content)), base(bytes), from(where) {}
-    bool changed() const noexcept { return from != From::file || bytes != base; }
+    bool changed() const noexcept { return from != From::file || bytes != base || !texts.empty(); }
 
     Bytes bytes;
     Bytes base;  // as it was read
     From from;
-    std::weak_ptr<void> object;  // that stands for it
+    std::map<int32, Text> texts;  // by field: what waits to be written for its memo cells
+    std::weak_ptr<void> object;   // that stands for it
 };
 
 using ChainRowList = std::vector<std::shared_ptr<ChainRow>>;
@@ -36,6 +38,8 @@ class ChainRowSet {
     void load(const ChainContent& content);
 
     std::shared_ptr<ChainRow> add(bool inFront);
+    // The cells of a row; those of memos and blobs are their texts.
+    void assign(ChainRow& row, std::vector<Text> cells) const;
     void remove(int32 place);
     void clear() { list_.clear(); }
 
@@ -45,8 +49,12 @@ class ChainRowSet {
     struct Merged {
         Bytes stored;
         ChainRowList base, list;
+        std::vector<std::size_t> written;  // of `base`: those whose texts are in the file then
     };
     std::optional<Merged> merge(BytesView stored, const ChainRow* only) const;
+    // Which of the rows of the file this one is: the same, or one that differs in the places of its texts
+    // alone, as packing moves them. Nothing where it is none of them.
+    std::optional<std::size_t> placeIn(BytesView stored, const ChainRow& row) const;
     // That is in the file now.
     void settle(Merged merged);
 
@@ -73,6 +81,7 @@ class MergeChain final : public ChainWrite {
 
  private:
     void change(BytesView stored, std::span<char> columns) override;
+    void writeTexts();
 
     ChainRowSet& rows_;
     const ChainRow* only_;

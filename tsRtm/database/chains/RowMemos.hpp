@@ -11,6 +11,8 @@ namespace tsRtm {
 class RowMemos {
  public:
     virtual ~RowMemos() = default;
+    // A text for a row of this very write; its place is put into the row, none for an empty text.
+    virtual void write(int32 field, TextView text, std::span<char> row) = 0;
     // Written for a row of this very write: nobody points to it yet.
     virtual bool isFresh(int32 field, int32 block) const = 0;
     // The content of a block once more, for a second row; 0 where it has none.

@@ -22,20 +22,16 @@ ChainMemos::ChainMemos(ChainStore& chain, MemoStores::Parts parts) : stores_(of(
     stores_.define(chain.control());
 }
 
-int32 ChainMemos::write(int32 field, TextView text) {
-    return text.empty() ? 0 : append(field, stores_.texts(field).encode(text));
-}
-
-int32 ChainMemos::write(int32 field, BytesView bytes) {
-    return bytes.empty() ? 0 : append(field, stores_.texts(field).encodeBytes(bytes));
-}
-
-int32 ChainMemos::append(int32 field, const std::pair<memoFormat::Head, Bytes>& entry) {
-    auto& file = stores_.open(field);
-    const int32 block = file.append(entry.first, entry.second);
-    added(field, file);
-    fresh_.insert({field, block});
-    return block;
+void ChainMemos::write(int32 field, TextView text, std::span<char> row) {
+    int32 block = 0;
+    if (!text.empty()) {
+        auto& file = stores_.open(field);
+        const auto [head, content] = stores_.texts(field).encode(text);
+        block = file.append(head, content);
+        added(field, file);
+        fresh_.insert({field, block});
+    }
+    stores_.setPointer(row, field, block);
 }
 
 int32 ChainMemos::copy(int32 field, int32 block) {

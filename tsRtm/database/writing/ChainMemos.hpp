@@ -15,10 +15,8 @@ class ChainMemos final : public RowMemos {
     explicit ChainMemos(ChainStore& chain, MemoStores::Parts parts);
 
     MemoStores& stores() noexcept { return stores_; }
-    // For a row that is about to be written, within that write: a new entry, its block; 0 for an empty text.
-    int32 write(int32 field, TextView text);
-    int32 write(int32 field, BytesView bytes);
 
+    void write(int32 field, TextView text, std::span<char> row) override;
     bool isFresh(int32 field, int32 block) const override { return fresh_.contains({field, block}); }
     int32 copy(int32 field, int32 block) override;
     void drop(int32 field, int32 block) noexcept override;
@@ -27,7 +25,6 @@ class ChainMemos final : public RowMemos {
     void close() noexcept override { stores_.close(); }
 
  private:
-    int32 append(int32 field, const std::pair<memoFormat::Head, Bytes>& entry);
     void added(int32 field, const MemoFile& file);
 
     MemoStores stores_;

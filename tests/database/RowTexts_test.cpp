@@ -1,0 +1,166 @@
+// Texts of the memo cells of a chain's rows, through the records that stand for the rows.
+#include "tests/database/ChainDatabase.hpp"
+#include "tests/database/Deaths.hpp"
+
+namespace tsRtm::test {
+namespace {
+
+using LastWrite = CrashingFiles::LastWrite;
+enum : int32 { kSurvivor, kVictim };
+
+enum RowFields : int32 { rNAME = 1, rTEXT = 2 };
+
+// Two records; the chain POS of the first has the rows "a" and "b". A row has a name and a memo.
+std::shared_ptr<clsTSDB> makeRows(MemoryFiles& disk, clsRtm& rtm) {
+    const TSIOArray fields = fieldsOf({{u"KEY", tsAlphanumerisch, 8}, {u"POS", tsKette, 8}});
+    if (!rtm.DBCreateExt(DBAnsi, kChainFolder, {}, fields, kNormal, u"  1  0  0")) return nullptr;
+    disk.put(Text(kChainFolder) + u".DBD/KetteCtl.002",
+             "TS1,2\r\n0,1,1,4,1,\"Name@@7NAME\"\r\n0,2,1,60,22,\"Text@@7TEXT\"\r\n7,100,0\r\n0\r\n");
+    auto db = rtm.OpenTSDB(kChainFolder);
+    for (int32 n = 1; db && n <= 2; ++n) {
+        const auto record = db->Add();
+        record->Fields(fKEY, toText(n));
+        if (!record->Update()) return nullptr;
+    }
+    if (db && writeChain(*db, 1, {{u"a", {}}, {u"b", {}}}) != 0) return nullptr;
+    return db;
+}
+
+// Name and text of each row, "a=text b= ".
+Text shownIn(clsTSDB& db, int32 record) {
+    const auto set = db.Record(record)->Kette(fPOS);
+    Text out;
+    for (int32 n = 1; n <= set->Count(); ++n) {
+        const auto row = set->Record(n);
+        out += row->Fields(rNAME) + u"=" + row->Fields(rTEXT) + u" ";
+    }
+    return out;
+}
+
+class RowTexts : public testing::Test {
+ protected:
+    MemoryFiles disk;
+    TestGround ground;
+    StartedLibrary library{ground, disk};
+    clsRtm rtm;
+    std::shared_ptr<clsTSDB> db = makeRows(disk, rtm);
+    std::shared_ptr<clsTSDB> other = rtm.OpenTSDB(kChainFolder);
+
+    static bool write(const std::shared_ptr<clsTSRecord>& row, TextView text) {
+        row->Fields(rTEXT, text);
+        return row->Update();
+    }
+    std::size_t storeSize() { return disk.dump(Text(kChainFolder) + u".DBD/Memo-002.002").size(); }
+};
+
+TEST_F(RowTexts, AreReadAndStoredWithTheirRows) {
+    ASSERT_TRUE(db && other);
+    const auto parent = db->Record(1);
+    const auto set = parent->Kette(fPOS);
+    const auto a = set->Record(1), b = set->Record(2);
+    EXPECT_EQ(a->Fields(rTEXT), u"");
+    a->Fields(rTEXT, u"Übergabe an der Tür");
+    EXPECT_EQ(a->Fields(rTEXT), u"Übergabe an der Tür");
+    EXPECT_EQ(shownIn(*other, 1), u"a= b= ");
+    ASSERT_TRUE(a->Update());
+    EXPECT_EQ(shownIn(*other, 1), u"a=Übergabe an der Tür b= ");
+    // Longer than a block, beside a field of the same row; then none.
+    const Text longer(3000, u'x');
+    b->Fields(rNAME, u"B");
+    ASSERT_TRUE(write(b, longer));
+    ASSERT_TRUE(write(a, u""));
+    EXPECT_EQ(shownIn(*other, 1), u"a= B=" + longer + u" ");
+    // Rows that are new, those of a record that is new, and a text that is given up again.
+    const auto front = set->Add(true);
+    front->Fields(rNAME, u"v");
+    ASSERT_TRUE(write(front, u"vorn"));
+    const auto record = db->Add();
+    record->Fields(fKEY, u"3");
+    const auto row = record->Kette(fPOS)->Add();
+    row->Fields(rNAME, u"n");
+    ASSERT_TRUE(write(row, u"neu"));
+    EXPECT_EQ(row->Fields(rTEXT), u"neu");
+    ASSERT_TRUE(record->Update());
+    EXPECT_EQ(row->Fields(rTEXT), u"neu");
+    row->Fields(rTEXT, u"nie gespeichert");
+    row->Reset();
+    EXPECT_EQ(row->Fields(rTEXT), u"neu");
+    EXPECT_EQ(shownIn(*other, 1) + shownIn(*other, 3), u"v=vorn a= B=" + longer + u" n=neu ");
+    EXPECT_TRUE(consistent(*db));
+    // Packed by the other: the texts have moved.
+    db->Schliesse();
+    other->AktSatzNr(1);
+    ASSERT_TRUE(other->PackMemoKette());
+    EXPECT_EQ(shownIn(*other, 1) + shownIn(*other, 3), u"v=vorn a= B=" + longer + u" n=neu ");
+    EXPECT_TRUE(consistent(*other));
+}
+
+TEST_F(RowTexts, OfTwoUsersAreBothKeptOrOneIsTold) {
+    ASSERT_TRUE(db && other);
+    const auto mine = db->Record(1)->Kette(fPOS), theirs = other->Record(1)->Kette(fPOS);
+    const auto a = mine->Record(1), theirA = theirs->Record(1), theirB = theirs->Record(2);
+    ASSERT_TRUE(write(a, u"eins"));
+    // The same row: nothing is written, and nothing stays behind in the store.
+    const std::size_t size = storeSize();
+    theirA->Fields(rTEXT, u"mein Wort");
+    EXPECT_FALSE(theirA->Update());
+    EXPECT_EQ(theirA->Error(), 70);
+    EXPECT_EQ(storeSize(), size);
+    EXPECT_EQ(theirA->Fields(rTEXT), u"mein Wort");
+    ASSERT_TRUE(write(theirB, u"zwei"));
+    EXPECT_EQ(shownIn(*db, 1), u"a=eins b=zwei ");
+    EXPECT_TRUE(consistent(*db));
+}
+
+// Dies at each change of the disk: the others see the old text or the new one, and work on.
+TEST(RowTextDeaths, LeaveTheOldTextOrTheNewOne) {
+    MemoryFiles::Snapshot before;
+    {
+        MemoryFiles disk;
+        Process process(disk);
+        const auto db = makeRows(disk, process.rtm);
+        ASSERT_TRUE(db);
+        const auto row = db->Record(1)->Kette(fPOS)->Record(2);
+        row->Fields(rTEXT, u"alt");
+        ASSERT_TRUE(row->Update());
+        db->Schliesse();
+        before = disk.snapshot();
+    }
+    int32 points = 0;
+    for (const bool windows : {false, true})
+        for (int64 n = 1;; ++n) {
+            MemoryFiles disk;
+            disk.offerWindows(windows);
+            disk.restore(before);
+            CrashingFiles files(disk);
+            Process process(files);
+            clsRtm& rtm = process.rtm;
+            files.as(kSurvivor);
+            const auto other = rtm.OpenTSDB(kChainFolder);
+            files.as(kVictim);
+            auto victim = rtm.OpenTSDB(kChainFolder);
+            ASSERT_TRUE(other && victim);
+            SCOPED_TRACE(testing::Message() << "killed at change " << n);
+            files.dieAt(n, LastWrite::none, CrashingFiles::Manner::silently);
+            const auto row = victim->Record(1)->Kette(fPOS)->Record(2);
+            row->Fields(rTEXT, u"neu");
+            const bool told = row->Update() && !files.died();
+            const bool died = files.died();
+            victim.reset();
+            files.as(kSurvivor);
+            const Text now = shownIn(*other, 1);
+            EXPECT_TRUE(now == u"a= b=neu " || (!told && now == u"a= b=alt ")) << toUtf8(now);
+            const auto first = other->Record(1)->Kette(fPOS)->Record(1);
+            first->Fields(rTEXT, u"weiter");
+            EXPECT_TRUE(first->Update());
+            EXPECT_TRUE(shownIn(*other, 1).starts_with(u"a=weiter b="));
+            EXPECT_TRUE(consistent(*other));
+            if (HasFailure()) return;
+            if (!died) break;
+            ++points;
+        }
+    EXPECT_GT(points, 10);
+}
+
+}  // namespace
+}  // namespace tsRtm::test
