@@ -8,6 +8,7 @@
 #include "cli/shared/ErrorText.hpp"
 #include "cli/shared/Output.hpp"
 #include "cli/shared/Progress.hpp"
+#include "cli/shared/Rejects.hpp"
 #include "cli/shared/SharedOptions.hpp"
 #include "cli/shared/Terminal.hpp"
 #include "tsRtm/banking/BankImport.hpp"
@@ -88,33 +89,10 @@ void needBanks(InputFile& file, std::optional<BankFileEncoding> encoding, const 
     throw CliError("'" + options.file + "' is no bank code file: no line has the 168 characters of a bank");
 }
 
-class Rejects {
- public:
-    explicit Rejects(const BanksOptions& options)
-        : name_(options.rejects.empty() ? options.file + ".rejects.csv" : options.rejects) {}
-    void add(int64 line, BankRowFault fault) {
-        if (!file_) {
-            file_.emplace(name_);
-            writer_.emplace(*file_, ',', FileEncoding::utf8);
-            writer_->row({u"line", u"reason"});
-        }
-        writer_->row({toText(line), fromUtf8(faultText(fault))});
-    }
-    void finish() {
-        if (file_) file_->finish();
-    }
-    const std::string& name() const noexcept { return name_; }
-
- private:
-    std::string name_;
-    std::optional<OutputFile> file_;
-    std::optional<CsvWriter> writer_;
-};
-
 BankImportResult load(Session& session, BankFileReader& reader, Rejects& rejects) {
     Progress progress("Importing", "rows");
     BankImportListener listener;
-    listener.rejected = [&](int64 line, BankRowFault fault) { rejects.add(line, fault); };
+    listener.rejected = [&](int64 line, BankRowFault fault) { rejects.add(line, faultText(fault)); };
     listener.progress = [&](uint64 done, uint64 of) {
         progress.update(done, of, static_cast<uint64>(reader.line()));
     };
@@ -133,7 +111,7 @@ void import(const BanksOptions& options) {
     if (!bankRegister::fits(session.control()))
         throw CliError("'" + options.name + "' is another database, not a bank register");
     BankFileReader reader(file.file(), encoding);
-    Rejects rejects(options);
+    Rejects rejects(options.rejects.empty() ? options.file + ".rejects.csv" : options.rejects);
     const auto result = load(session, reader, rejects);
     if (failed(result.readError))
         throw CliError("cannot read '" + options.file + "': " + systemErrorText(result.readError));

@@ -44,14 +44,14 @@ constexpr std::array kStates{
     State{THUERINGEN,     u"THUERINGEN",     u"TH", u"Thüringen"},
 };
 
-struct Remark {
+struct HolidayRemark {
     TextView name;
     int32 state;
     const char* text;
 };
 constexpr std::array kRemarks{
-    Remark{u"Friedensfest",        BAYERN, "by law only in Augsburg"},
-    Remark{u"Mariä Himmelfahrt",   BAYERN, "by law only where most people are Catholics"},
+    HolidayRemark{u"Friedensfest",        BAYERN, "by law only in Augsburg"},
+    HolidayRemark{u"Mariä Himmelfahrt",   BAYERN, "by law only where most people are Catholics"},
 };
 // clang-format on
 

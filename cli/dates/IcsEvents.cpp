@@ -12,8 +12,6 @@ using appointments::icalDate;
 
 namespace {
 
-constexpr int32 kDayMinutes = 24 * 60;
-
 // "P1DT2H30M" in minutes; nothing for another form.
 std::optional<int32> durationOf(const std::string& value) {
     if (value.size() < 3 || value[0] != 'P') return std::nullopt;

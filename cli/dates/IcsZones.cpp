@@ -15,11 +15,10 @@ using appointments::dayOfIcalDate;
 
 namespace {
 
-constexpr int32 kDayMinutes = 24 * 60;
 // The years for which changes are reckoned in advance.
 constexpr int32 kFirstZoneYear = 1970, kLastZoneYear = 2100;
 constexpr int32 kForward = 2 * 60, kBack = 3 * 60;
-constexpr std::string_view kDays[] = {"MO", "TU", "WE", "TH", "FR", "SA", "SU"};
+constexpr std::string_view kWeekdays[] = {"MO", "TU", "WE", "TH", "FR", "SA", "SU"};
 
 int64 minuteOf(IcsMoment moment) { return int64{moment.day} * kDayMinutes + std::max(moment.minute, 0); }
 IcsMoment momentOf(int64 minute) {
@@ -42,14 +41,14 @@ int32 offsetOf(const std::string& text) {
 
 // The day of a month that "-1SU" names, 0 where it has no such.
 int32 dayOfMonth(int32 year, int32 month, const std::string& which) {
-    const auto* day = which.size() < 2
-                          ? std::end(kDays)
-                          : std::find(std::begin(kDays), std::end(kDays), which.substr(which.size() - 2));
-    if (day == std::end(kDays)) throw std::invalid_argument("BYDAY=" + which);
+    const auto* day = which.size() < 2 ? std::end(kWeekdays)
+                                       : std::find(std::begin(kWeekdays), std::end(kWeekdays),
+                                                   which.substr(which.size() - 2));
+    if (day == std::end(kWeekdays)) throw std::invalid_argument("BYDAY=" + which);
     const int32 place = wholeNumber(which.substr(0, which.size() - 2));
     const int32 length = kCalendar.DaysInMonth(month, year);
     const int32 begin = kCalendar.JulianDay(kCalendar.DtoC(1, month, year));
-    const int32 first = (static_cast<int32>(day - std::begin(kDays)) - begin % 7 + 7) % 7;
+    const int32 first = (static_cast<int32>(day - std::begin(kWeekdays)) - begin % 7 + 7) % 7;
     const int32 last = first + (length - 1 - first) / 7 * 7;
     const int32 at = place > 0 ? first + 7 * (place - 1) : last + 7 * (place + 1);
     return place != 0 && at >= 0 && at < length ? begin + at : 0;

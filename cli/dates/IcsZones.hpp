@@ -9,6 +9,8 @@
 
 namespace tsRtm::cli {
 
+inline constexpr int32 kDayMinutes = 24 * 60;
+
 // A day by its Julian number, with minutes since midnight; -1 for the whole day.
 struct IcsMoment {
     int32 day = 0;

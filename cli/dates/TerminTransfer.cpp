@@ -36,7 +36,7 @@ bool isThere(clsTerminkalender& calendar, const IcsSeries& series, const IcsEven
     return false;
 }
 
-bool store(clsTerminkalender& calendar, const IcsSeries& series, const IcsEvent& event) {
+bool storeSeries(clsTerminkalender& calendar, const IcsSeries& series, const IcsEvent& event) {
     const auto& [key, from, to] = series.keyed;
     const int32 only = appointments::dayOfIcalDate(toUtf8(key));  // 0 for a series
     const auto termin =
@@ -87,7 +87,7 @@ void importTermine(const std::string& name, const std::string& file) {
             for (const auto& series : icsSeries(event, zones)) {
                 if (isThere(*calendar, series, event))
                     ++there;
-                else if (store(*calendar, series, event))
+                else if (storeSeries(*calendar, series, event))
                     ++added;
                 else
                     throw CliError("cannot store what stands in line " + std::to_string(event.line));

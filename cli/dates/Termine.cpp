@@ -32,12 +32,14 @@ struct TermineOptions {
     bool json = false;
 };
 
-Text dateOf(const std::string& expression) {
+Text digitsOfDate(const std::string& expression) {
     const auto dates = readDates(expression.empty() ? "today" : expression);
     if (dates.until) throw CliError("one date is enough");
     return dates.date;
 }
-Text optionalDate(const std::string& expression) { return expression.empty() ? Text() : dateOf(expression); }
+Text optionalDate(const std::string& expression) {
+    return expression.empty() ? Text() : digitsOfDate(expression);
+}
 
 std::string timesOf(const clsTermin& termin) {
     std::string out = toUtf8(termin.Uhrzeitvon());
@@ -132,16 +134,16 @@ void add(const TermineOptions& options) {
 void show(const TermineOptions& options, int32 before, int32 days, bool empty) {
     const DayFirst form;
     const auto calendar = openCalendar(options.name, false);
-    const int32 first = kCalendar.JulianDay(dateOf(options.date)) - before;
+    const int32 first = kCalendar.JulianDay(digitsOfDate(options.date)) - before;
     int32 last = first + days - 1;
-    if (!options.until.empty()) last = kCalendar.JulianDay(dateOf(options.until));
+    if (!options.until.empty()) last = kCalendar.JulianDay(digitsOfDate(options.until));
     if (last < first || last - first >= kMostDays) throw CliError("at most ten years, the first day first");
     Days(*calendar, form, options.json, empty).show(first, last);
 }
 
 void week(const TermineOptions& options) {
     const DayFirst form;
-    const int32 weekday = kCalendar.DayOfWeek(dateOf(options.date));
+    const int32 weekday = kCalendar.DayOfWeek(digitsOfDate(options.date));
     show(options, weekday, kWeek, true);
 }
 
@@ -149,7 +151,7 @@ void what(const TermineOptions& options) {
     const DayFirst form;
     const Text key = appointments::createKey(fromUtf8(options.key));
     if (key.empty()) throw CliError("'" + options.key + "' is no date and no series");
-    const Text from = options.from.empty() ? dateOf("today") : dateOf(options.from);
+    const Text from = options.from.empty() ? digitsOfDate("today") : digitsOfDate(options.from);
     const Text words = appointments::wordsOf(key);
     std::cout << toUtf8(key) << "  " << (words.empty() ? "one day" : toUtf8(words)) << '\n';
     const appointments::DueRule rule(key, key.starts_with(u'*') ? from : Text(), {});
@@ -230,8 +232,9 @@ void addTermine(Command app) {
     const auto exporting =
         command("export", "Write all appointments into an iCalendar file", [](const TermineOptions& o) {
             const DayFirst form;
-            exportTermine(o.name, o.file, kCalendar.JulianDay(dateOf(o.from.empty() ? "today" : o.from)),
-                          kCalendar.JulianDay(dateOf("today")));
+            exportTermine(o.name, o.file,
+                          kCalendar.JulianDay(digitsOfDate(o.from.empty() ? "today" : o.from)),
+                          kCalendar.JulianDay(digitsOfDate("today")));
         });
     addDatabase(exporting, options->name);
     exporting.option("ICS", options->file, "The file; standard output without it");

@@ -20,7 +20,7 @@ namespace {
 
 // Written last: without it a copy was not finished.
 constexpr TextView kManifest = u"backup.json";
-constexpr std::size_t kPiece = std::size_t{1} << 20;
+constexpr std::size_t kCopied = std::size_t{1} << 20;
 
 struct BackupOptions {
     std::string name;
@@ -154,7 +154,7 @@ std::vector<std::string> differences(const Text& folder, const std::vector<Entry
     uint64 all = 0, done = 0;
     for (const Entry& entry : files) all += static_cast<uint64>(entry.bytes);
     Progress progress("Verifying", "bytes");
-    std::string piece(kPiece, '\0');
+    std::string piece(kCopied, '\0');
     for (const auto& [name, bytes, sha256] : files) {
         const Text path = inside(folder, fromUtf8(name));
         if (!FilesTopic::Exist(path)) {

@@ -14,8 +14,6 @@
 namespace tsRtm::cli {
 namespace {
 
-constexpr int32 kFull = 7;
-
 struct ChangesOptions {
     std::string name;
     int32 number = 0;

@@ -70,7 +70,7 @@ Text fieldName(const std::string& text, const std::string& word) {
     return name;
 }
 
-std::shared_ptr<TSIO> fieldOf(const std::string& word, int32 row) {
+std::shared_ptr<TSIO> newField(const std::string& word, int32 row) {
     const auto parts = split(word, ':');
     if (parts.size() < 2 || parts.size() > 4)
         throw CliError("--field '" + word + "' is not of the form NAME:TYPE:LENGTH[:DECIMALS]");
@@ -96,7 +96,7 @@ std::shared_ptr<TSIO> fieldOf(const std::string& word, int32 row) {
 void fieldsFromWords(const CreateOptions& options, Structure& into) {
     std::set<Text> names;
     for (const auto& word : options.fields) {
-        into.fields.push_back(fieldOf(word, static_cast<int32>(into.fields.size()) + 1));
+        into.fields.push_back(newField(word, static_cast<int32>(into.fields.size()) + 1));
         if (!names.insert(into.fields.back()->Name()).second)
             throw CliError("--field '" + word + "': there is a field of this name already");
     }

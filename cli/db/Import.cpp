@@ -8,6 +8,7 @@
 #include "cli/shared/Command.hpp"
 #include "cli/shared/CsvWriter.hpp"
 #include "cli/shared/Progress.hpp"
+#include "cli/shared/Rejects.hpp"
 #include "cli/shared/SharedOptions.hpp"
 
 namespace tsRtm::cli {
@@ -22,39 +23,6 @@ struct ImportOptions {
     bool bulk = false;
 };
 
-// Made with the first row that goes there: line, reason, and the row as it came, in UTF-8.
-class Rejects {
- public:
-    explicit Rejects(std::string name) : name_(std::move(name)) {}
-
-    void add(const RowSource& row, const std::string& reason) {
-        if (!file_) {
-            file_.emplace(name_);
-            writer_.emplace(*file_, ',', FileEncoding::utf8);
-            write({u"line", u"reason"}, row.titles());
-        }
-        write({toText(row.line()), fromUtf8(reason)}, row.cells());
-        ++count_;
-    }
-    int64 count() const noexcept { return count_; }
-    const std::string& name() const noexcept { return name_; }
-    void finish() {
-        if (file_) file_->finish();
-        file_.reset();
-    }
-
- private:
-    void write(std::vector<Text> cells, const std::vector<Text>& more) {
-        cells.insert(cells.end(), more.begin(), more.end());
-        writer_->row(cells);
-    }
-
-    std::string name_;
-    std::optional<OutputFile> file_;
-    std::optional<CsvWriter> writer_;
-    int64 count_ = 0;
-};
-
 int64 load(RowSource& source, uint64 size, RowTarget& target, Rejects& rejects) {
     ImportRow row;
     std::string reason;
@@ -65,7 +33,8 @@ int64 load(RowSource& source, uint64 size, RowTarget& target, Rejects& rejects) 
             progress.update(source.position(), size, static_cast<uint64>(loaded + rejects.count()));
         const auto stored = reason.empty() ? target.add(row, reason) : RowTarget::Stored::no;
         if (stored == RowTarget::Stored::yes) ++loaded;
-        if (stored == RowTarget::Stored::no) rejects.add(source, reason);
+        if (stored == RowTarget::Stored::no)
+            rejects.add(source.line(), reason, source.titles(), source.cells());
         if (stored != RowTarget::Stored::never) continue;
         rejects.finish();
         throw CliError("stopped at line " + std::to_string(source.line()) + ", " + reason + "; " +
@@ -102,9 +71,7 @@ void import(const ImportOptions& options) {
         target->finish();
     }
     std::cout << "imported " << loaded << (loaded == 1 ? " row" : " rows") << '\n';
-    if (rejects.count() > 0)
-        throw CliError("rejected " + std::to_string(rejects.count()) +
-                       (rejects.count() == 1 ? " row: see " : " rows: see ") + rejects.name());
+    if (rejects.count() > 0) throw CliError(rejects.told());
 }
 
 }  // namespace

@@ -8,7 +8,7 @@
 namespace tsRtm::cli {
 namespace {
 
-constexpr std::size_t kPiece = std::size_t{64} * 1024;
+constexpr std::size_t kLinesRead = std::size_t{64} * 1024;
 constexpr std::size_t kLongestLine = std::size_t{1} << 30;
 
 // Lines of a file by its position, without their ends.
@@ -32,7 +32,7 @@ class Lines {
 
  private:
     bool fill() {
-        piece_.resize(kPiece);
+        piece_.resize(kLinesRead);
         piece_.resize(file_.read(read_, piece_));
         read_ += piece_.size();
         at_ = 0;

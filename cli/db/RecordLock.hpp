@@ -8,7 +8,7 @@ namespace tsRtm::cli {
 
 class Command;
 
-inline constexpr int32 kLocked = 70;
+inline constexpr int32 kFull = 7, kLocked = 70;
 
 // Throws a CliError where somebody else has it; gives it back at its end.
 class RecordLock {

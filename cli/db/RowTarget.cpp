@@ -13,7 +13,6 @@
 namespace tsRtm::cli {
 namespace {
 
-constexpr int32 kFull = 7;
 constexpr int32 kNoRoom = 61;
 
 class SharedTarget final : public RowTarget {

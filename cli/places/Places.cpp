@@ -8,6 +8,7 @@
 #include "cli/shared/CsvWriter.hpp"
 #include "cli/shared/ErrorText.hpp"
 #include "cli/shared/Output.hpp"
+#include "cli/shared/Rejects.hpp"
 #include "cli/shared/SharedOptions.hpp"
 #include "cli/shared/Terminal.hpp"
 #include "tsRtm/database/clsTSRecord.hpp"
@@ -51,31 +52,6 @@ std::string databaseName(const PlacesOptions& options, TextView name) {
     return toUtf8(FilesTopic::MakePath({Variant(fromUtf8(options.folder)), Variant(Text(name))}));
 }
 
-class Rejects {
- public:
-    explicit Rejects(std::string name) : name_(std::move(name)) {}
-    void add(int64 line, const std::string& reason) {
-        ++count_;
-        if (!file_) {
-            file_.emplace(name_);
-            writer_.emplace(*file_, ',', FileEncoding::utf8);
-            writer_->row({u"line", u"reason"});
-        }
-        writer_->row({toText(line), fromUtf8(reason)});
-    }
-    void finish() {
-        if (!file_) return;
-        file_->finish();
-        std::cout << "rejected " << count_ << " rows: see " << name_ << '\n';
-    }
-
- private:
-    std::string name_;
-    int64 count_ = 0;
-    std::optional<OutputFile> file_;
-    std::optional<CsvWriter> writer_;
-};
-
 // The rows of a file; those that are none go to the rejects. Gives `read(table)` for each row of the country.
 template <class Row, class Read>
 std::vector<Row> rowsOf(CsvTable& table, Rejects& rejects, Read read) {
@@ -105,6 +81,11 @@ std::optional<std::size_t> findAny(const CsvTable& table, std::initializer_list<
     for (const auto* name : names)
         if (const auto column = table.find(name)) return column;
     return std::nullopt;
+}
+
+void finish(Rejects& rejects) {
+    rejects.finish();
+    if (rejects.count() > 0) std::cout << rejects.told() << '\n';
 }
 
 std::vector<PlaceRow> readPlaces(const PlacesOptions& options, Rejects& rejects) {
@@ -165,7 +146,7 @@ void import(const PlacesOptions& options) {
     needDone(result, name);
     std::cout << "imported " << result.codes << " codes, " << result.sharedCodes << " of them shared, of "
               << result.places << " places\n";
-    rejects.finish();
+    finish(rejects);
     if (options.streets.empty()) return;
     Rejects streetRejects(options.streets + ".rejects.csv");
     const auto streetRows = readStreets(options, streetRejects);
@@ -176,7 +157,7 @@ void import(const PlacesOptions& options) {
     std::cout << "imported " << streetResult.stored << " streets";
     if (streetResult.unknown > 0) std::cout << "; left out " << streetResult.unknown << " of unknown places";
     std::cout << '\n';
-    streetRejects.finish();
+    finish(streetRejects);
 }
 
 struct Shown {

@@ -27,11 +27,11 @@ constexpr float64 kWindowTop = 47, kWindowLeft = 20;
 constexpr float64 kTextTop = 100, kTextLeft = 25, kTextRight = 190, kTextBottom = 272, kNextTop = 27;
 
 // Parts of an address, each from a field of this name or of one that the user names.
-struct Part {
+struct AddressPart {
     const char* name;
     void (Adresse::*set)(TextView);
 };
-constexpr Part kParts[] = {
+constexpr AddressPart kParts[] = {
     {"ANREDE", &Adresse::AdrAnrede}, {"TITEL", &Adresse::Titel},     {"VORNAME", &Adresse::Vorname},
     {"NAME1", &Adresse::Name1},      {"NAME2", &Adresse::Name2},     {"ZUSATZ", &Adresse::Zusatz},
     {"ZUSATZ2", &Adresse::Zusatz2},  {"STRASSE", &Adresse::Strasse}, {"PLZORT", &Adresse::PLZOrt},

@@ -3,7 +3,7 @@
 namespace tsRtm::cli {
 namespace {
 
-constexpr std::size_t kBlock = std::size_t{64} * 1024;
+constexpr std::size_t kRead = std::size_t{64} * 1024;
 constexpr std::string_view kMark = "\xEF\xBB\xBF";
 
 }  // namespace
@@ -28,7 +28,7 @@ void CsvReader::seek(uint64 position) {
     }
     begin_ = position;
     used_ = 0;
-    block_.resize(kBlock);
+    block_.resize(kRead);
     block_.resize(source_.read(begin_, block_));
 }
 

@@ -17,7 +17,7 @@ using platform::Disposition;
 using platform::OpenRequest;
 using platform::Sharing;
 
-constexpr std::size_t kBlock = std::size_t{64} * 1024;
+constexpr std::size_t kFileBlock = std::size_t{64} * 1024;
 constexpr const char* kStandardOutput = "-";
 
 // Length of the well-formed UTF-8 sequence at the start, 0 where there is none.
@@ -132,7 +132,7 @@ uint64 InputFile::size() {
 }
 
 FileEncoding detectEncoding(ByteSource& source) {
-    std::string block(kBlock, '\0');
+    std::string block(kFileBlock, '\0');
     uint64 offset = 0;
     for (;;) {
         const std::size_t count = source.read(offset, block);
@@ -168,7 +168,7 @@ void OutputFile::check(platform::SystemError error) {
 
 void OutputFile::write(std::string_view bytes) {
     buffer_ += bytes;
-    if (buffer_.size() >= kBlock) flush();
+    if (buffer_.size() >= kFileBlock) flush();
 }
 
 void OutputFile::flush() {

@@ -119,9 +119,9 @@ Text numberText(const std::string& value, char type) {
     const bool plain = IstNumerisch(text, u".", u"") || IstNumerisch(text, u",", u"");
     if (type == 'D' && plain) return replaceAll(text, u",", u".");
     const float64 number = plain ? Val(text) : 0.5;
-    using Limits = std::numeric_limits<int32>;
+    using Whole = std::numeric_limits<int32>;
     if (type == 'L' && text.find_first_of(u".,") == Text::npos && number == std::floor(number) &&
-        number >= Limits::min() && number <= Limits::max())
+        number >= Whole::min() && number <= Whole::max())
         return text;
     throw CliError("'" + printable(fromUtf8(value)) + "' is no " +
                    (type == 'L' ? "whole number of 32 bits" : "number"));

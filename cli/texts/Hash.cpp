@@ -16,7 +16,7 @@ namespace tsRtm::cli {
 namespace {
 
 constexpr const char* kStandardInput = "-";
-constexpr std::size_t kBlock = 65536;
+constexpr std::size_t kHashed = 65536;
 
 enum class Form { hex, upper, base64, shortBase64 };
 
@@ -46,7 +46,7 @@ std::string written(BytesView hash, Form form) {
 }
 
 void addInput(Hasher& hasher) {
-    std::array<char, kBlock> block;
+    std::array<char, kHashed> block;
     while (std::cin.read(block.data(), block.size()) || std::cin.gcount() > 0)
         hasher.add({block.data(), static_cast<std::size_t>(std::cin.gcount())});
     if (std::cin.bad()) throw CliError("cannot read standard input");
@@ -55,7 +55,7 @@ void addInput(Hasher& hasher) {
 void addFile(Hasher& hasher, const std::string& name) {
     if (name == kStandardInput) return addInput(hasher);
     InputFile file(name);
-    std::array<char, kBlock> block;
+    std::array<char, kHashed> block;
     for (uint64 at = 0;;) {
         const std::size_t count = file.read(at, block);
         if (count == 0) return;

@@ -34,7 +34,7 @@ TEST_F(Places, PlacesFromATable) {
           "DE,1234,Kurz,05\nDE,12345,Neustadt,09373\nDE,12345,Altstadt,09373\n");
     EXPECT_EQ(
         ok("places import places.csv").out,
-        "imported 4 codes, 1 of them shared, of 4 places\nrejected 1 rows: see places.csv.rejects.csv\n");
+        "imported 4 codes, 1 of them shared, of 4 places\nrejected 1 row: see places.csv.rejects.csv\n");
     EXPECT_EQ(ok("plz 52062").out, "52062  Aachen  Nordrhein-Westfalen\n");
     EXPECT_EQ(ok("plz aach --json").json()["places"].size(), 2u);
     EXPECT_EQ(ok("plz 12345 --json").json()["places"].size(), 2u);

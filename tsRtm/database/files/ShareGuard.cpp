@@ -12,7 +12,7 @@ namespace {
 using platform::RefreshAs;
 using platform::SystemError;
 
-constexpr std::chrono::milliseconds kPause{20};
+constexpr std::chrono::milliseconds kPauseToForget{20};
 // Clients believe for a second or two what they keep of files and names, if nothing else is set.
 constexpr std::chrono::milliseconds kBelieved{2500};
 
@@ -84,7 +84,7 @@ bool ShareGuard::entered() {
                 changes_.alone(false);
                 return refused(kStale);
             }
-            clock.sleep(kPause);
+            clock.sleep(kPauseToForget);
         }
         passed_ = known_ = entry_;
         return true;

@@ -11,7 +11,7 @@ constexpr int32 kMostCrossings = 400;  // then the lock is quicker
 constexpr int32 kMostOnShare = 8;      // where each costs the way to the server and back
 constexpr int32 kAskForOwner = 128;    // somebody must hold the lock, or the mark was left behind
 constexpr int32 kPatience = 6;         // times NetWait: whole indexes may be built
-constexpr std::chrono::microseconds kPause{100};
+constexpr std::chrono::microseconds kPauseOfSearch{100};
 constexpr std::chrono::microseconds kPauseOnShare{2000};
 
 }  // namespace
@@ -61,7 +61,7 @@ bool UpdateWatch::waits(Patience& patience) {
         return false;
     clock.sleep(guard_.needed()           ? kPauseOnShare
                 : attempt < kBusyAttempts ? std::chrono::microseconds(0)
-                                          : kPause);
+                                          : kPauseOfSearch);
     return true;
 }
 

@@ -11,7 +11,7 @@ struct KnownError {
 };
 
 // clang-format off
-constexpr KnownError kKnown[] = {
+constexpr KnownError kErrors[] = {
     {ENOENT,       SystemError::fileNotFound},
     {ENOTDIR,      SystemError::pathNotFound},
     {EMFILE,       SystemError::tooManyOpenFiles},
@@ -51,7 +51,7 @@ constexpr KnownError kKnown[] = {
 
 SystemError fromErrno(int number) noexcept {
     if (number == 0) return SystemError::none;
-    for (const auto& row : kKnown)
+    for (const auto& row : kErrors)
         if (row.number == number) return row.error;
     return SystemError::deviceError;
 }

@@ -24,7 +24,7 @@ constexpr uint32 kUserSpace = 0x65735546;
 
 // The numbers of statfs(2). A user-space file system may stand for anything, so it counts as remote.
 // clang-format off
-constexpr KnownVolume kKnown[] = {
+constexpr KnownVolume kVolumes[] = {
     {0x0000EF53, u"ext4",     DriveKind::fixed},
     {0x58465342, u"xfs",      DriveKind::fixed},
     {0x9123683E, u"btrfs",    DriveKind::fixed},
@@ -73,9 +73,9 @@ bool removableDisk(dev_t device) {
 
 const KnownVolume* knownVolume(const struct statfs& system) noexcept {
     const auto magic = static_cast<uint32>(system.f_type);
-    const auto* known = std::find_if(std::begin(kKnown), std::end(kKnown),
+    const auto* known = std::find_if(std::begin(kVolumes), std::end(kVolumes),
                                      [magic](const KnownVolume& row) { return row.magic == magic; });
-    return known == std::end(kKnown) ? nullptr : known;
+    return known == std::end(kVolumes) ? nullptr : known;
 }
 
 Volume describe(const struct statfs& system, const struct stat* status) {
