@@ -31,7 +31,7 @@ struct RecordProperty;
 // assigned here over the record that stands in the file by then.
 //
 // As a row of a chain it has a set as its Parent, and its place there as its number; it cannot be locked or
-// marked as deleted, and Update stores it into the chain.
+// marked as deleted, and Update stores it into the chain, the texts of its memos with it.
 class clsTSRecord : public Object, public std::enable_shared_from_this<clsTSRecord> {
  public:
     // Made by clsTSDB (Record, Add, Append, Finde) and by sets and cursors.
