@@ -1,6 +1,9 @@
 // Texts of the memo cells of a chain's rows, through the records that stand for the rows.
+#include <fstream>
+
 #include "tests/database/ChainDatabase.hpp"
 #include "tests/database/Deaths.hpp"
+#include "tests/support/ChildProcess.hpp"
 
 namespace tsRtm::test {
 namespace {
@@ -10,13 +13,15 @@ enum : int32 { kSurvivor, kVictim };
 
 enum RowFields : int32 { rNAME = 1, rTEXT = 2 };
 
-// Two records; the chain POS of the first has the rows "a" and "b". A row has a name and a memo.
-std::shared_ptr<clsTSDB> makeRows(MemoryFiles& disk, clsRtm& rtm) {
+// Two records; the chain POS of the first has the rows "a" and "b". A row has a name and a memo. `put` writes
+// a file.
+template <class Put>
+std::shared_ptr<clsTSDB> makeRows(clsRtm& rtm, TextView folder, Put put) {
     const TSIOArray fields = fieldsOf({{u"KEY", tsAlphanumerisch, 8}, {u"POS", tsKette, 8}});
-    if (!rtm.DBCreateExt(DBAnsi, kChainFolder, {}, fields, kNormal, u"  1  0  0")) return nullptr;
-    disk.put(Text(kChainFolder) + u".DBD/KetteCtl.002",
-             "TS1,2\r\n0,1,1,4,1,\"Name@@7NAME\"\r\n0,2,1,60,22,\"Text@@7TEXT\"\r\n7,100,0\r\n0\r\n");
-    auto db = rtm.OpenTSDB(kChainFolder);
+    if (!rtm.DBCreateExt(DBAnsi, folder, {}, fields, kNormal, u"  1  0  0")) return nullptr;
+    put(Text(folder) + u".DBD/KetteCtl.002",
+        "TS1,2\r\n0,1,1,4,1,\"Name@@7NAME\"\r\n0,2,1,60,22,\"Text@@7TEXT\"\r\n7,100,0\r\n0\r\n");
+    auto db = rtm.OpenTSDB(Text(folder));
     for (int32 n = 1; db && n <= 2; ++n) {
         const auto record = db->Add();
         record->Fields(fKEY, toText(n));
@@ -24,6 +29,10 @@ std::shared_ptr<clsTSDB> makeRows(MemoryFiles& disk, clsRtm& rtm) {
     }
     if (db && writeChain(*db, 1, {{u"a", {}}, {u"b", {}}}) != 0) return nullptr;
     return db;
+}
+
+std::shared_ptr<clsTSDB> makeRows(MemoryFiles& disk, clsRtm& rtm) {
+    return makeRows(rtm, kChainFolder, [&](TextView name, const char* content) { disk.put(name, content); });
 }
 
 // Name and text of each row, "a=text b= ".
@@ -98,7 +107,8 @@ TEST_F(RowTexts, AreReadAndStoredWithTheirRows) {
 TEST_F(RowTexts, OfTwoUsersAreBothKeptOrOneIsTold) {
     ASSERT_TRUE(db && other);
     const auto mine = db->Record(1)->Kette(fPOS), theirs = other->Record(1)->Kette(fPOS);
-    const auto a = mine->Record(1), theirA = theirs->Record(1), theirB = theirs->Record(2);
+    const auto a = mine->Record(1), b = mine->Record(2), theirA = theirs->Record(1),
+               theirB = theirs->Record(2);
     ASSERT_TRUE(write(a, u"eins"));
     // The same row: nothing is written, and nothing stays behind in the store.
     const std::size_t size = storeSize();
@@ -108,6 +118,12 @@ TEST_F(RowTexts, OfTwoUsersAreBothKeptOrOneIsTold) {
     EXPECT_EQ(storeSize(), size);
     EXPECT_EQ(theirA->Fields(rTEXT), u"mein Wort");
     ASSERT_TRUE(write(theirB, u"zwei"));
+    // So does a row that has gone from its set since another one was stored.
+    const auto late = db->Record(1)->Kette(fPOS)->Record(2);
+    EXPECT_EQ(b->Fields(rNAME) + late->Fields(rTEXT), u"bzwei");
+    ASSERT_TRUE(write(a, u"eins"));
+    EXPECT_FALSE(write(b, u"drei"));
+    EXPECT_EQ(b->Error(), 70);
     EXPECT_EQ(shownIn(*db, 1), u"a=eins b=zwei ");
     EXPECT_TRUE(consistent(*db));
 }
@@ -160,6 +176,70 @@ TEST(RowTextDeaths, LeaveTheOldTextOrTheNewOne) {
             ++points;
         }
     EXPECT_GT(points, 10);
+}
+
+// Three programs add rows with texts to one record, and one of them is killed: what was told is there, each
+// row with its own text.
+TEST(RowTextUsers, AreKeptBesideADeath) {
+    constexpr int32 kUsers = 3, kRows = 20, kRounds = 5;
+    const TempFolder temp;
+    TestGround ground;
+    const StartedLibrary library(ground, platform::posixPlatform().files, platform::posixPlatform().clock);
+    const auto textOf = [](const Text& name) {
+        Text text;
+        for (int32 i = 0; i < 60; ++i) text += name;
+        return text;
+    };
+    for (int32 round = 0; round < kRounds; ++round) {
+        const Text folder = temp.name(u"Akten" + toText(round));
+        {
+            clsRtm rtm;
+            ASSERT_TRUE(makeRows(rtm, folder, [](TextView name, const char* content) {
+                std::ofstream(toUtf8(name), std::ios::binary) << content;
+            }));
+        }
+        std::vector<std::unique_ptr<ChildProcess>> users;
+        for (int32 user = 0; user < kUsers; ++user)
+            users.push_back(std::make_unique<ChildProcess>([&, user](ChildProcess::Line& line) {
+                clsRtm rtm;
+                const auto db = rtm.OpenTSDB(folder);
+                if (!db) return 1;
+                line.hear();
+                for (int32 i = 0; i < kRows; ++i) {
+                    const auto row = db->Record(1)->Kette(fPOS)->Add(i % 3 == 0);
+                    const Text name = Text(1, static_cast<char16_t>(u'A' + user)) + toText(10 + i);
+                    row->Fields(rNAME, name);
+                    row->Fields(rTEXT, textOf(name));
+                    if (!row->Update()) return 2;
+                    line.say('S');
+                }
+                return 0;
+            }));
+        for (const auto& user : users) user->line().say('G');
+        std::map<char16_t, int32> told;
+        for (int32 i = 0; i <= round * 3; ++i, ++told[u'A']) ASSERT_EQ(users[0]->line().hear(), 'S');
+        users[0]->kill();
+        for (int32 user = 1; user < kUsers; ++user) {
+            EXPECT_EQ(users[static_cast<std::size_t>(user)]->wait(), 0);
+            told[static_cast<char16_t>(u'A' + user)] = kRows;
+        }
+        clsRtm rtm;
+        const auto db = rtm.OpenTSDB(folder);
+        ASSERT_TRUE(db);
+        std::map<Text, int32> found;
+        const auto set = db->Record(1)->Kette(fPOS);
+        for (int32 n = 1; n <= set->Count(); ++n) {
+            const auto row = set->Record(n);
+            const Text name = row->Fields(rNAME);
+            EXPECT_EQ(++found[name], 1) << toUtf8(name);
+            if (name.size() > 1) {
+                EXPECT_EQ(row->Fields(rTEXT), textOf(name)) << toUtf8(name);
+            }
+        }
+        for (const auto& [user, rows] : told)
+            for (int32 i = 0; i < rows; ++i) EXPECT_TRUE(found.contains(Text(1, user) + toText(10 + i)));
+        EXPECT_TRUE(consistent(*db));
+    }
 }
 
 }  // namespace

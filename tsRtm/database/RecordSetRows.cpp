@@ -68,7 +68,7 @@ Text clsTSRecordSet::rowText(const ChainRow& row, int32 field) {
     ChainStore& store = *e.d.chains.find(chainField_);
     const ChainRows& cells = rows_->rows();
     MemoStores& memos = *memosOfRows();
-    // By the place that the row has at this moment: somebody may have packed the texts.
+    // As the row is at this moment: somebody may have given it another text, and the one before is zeros.
     const auto pointer = [&] {
         const Bytes stored = cells.withoutPointers(store.read(parent_->Satznummer()).bytes);
         const auto place = rows_->placeIn(stored, row);

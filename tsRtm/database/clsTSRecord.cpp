@@ -204,6 +204,11 @@ void clsTSRecord::forgetChanges() {
 
 bool clsTSRecord::storeRow(clsTSDB& database) {
     database.Error();
+    // Somebody else has put another row in its place, or it was removed here.
+    if (Satznummer() < 1) {
+        error_ = numberOf(DatabaseError::locked);
+        return false;
+    }
     Bytes bytes;
     felder_->compose(row_->bytes, RecordBuffer::Extent::assigned, bytes);
     row_->bytes = bytes;
@@ -211,7 +216,7 @@ bool clsTSRecord::storeRow(clsTSDB& database) {
         if (memo.assigned) row_->texts[field] = memo.text;
     const bool stored = parent_->storeRows(row_.get());
     error_ = database.Error();
-    if (!stored || Satznummer() < 1) return false;
+    if (!stored) return false;
     forgetChanges();
     loaded_ = false;
     return true;

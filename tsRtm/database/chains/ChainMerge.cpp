@@ -150,21 +150,21 @@ std::optional<ChainRowSet::Merged> ChainRowSet::merge(BytesView stored, const Ch
 
 std::optional<std::size_t> ChainRowSet::placeIn(BytesView stored, const ChainRow& row) const {
     const RowViews theirs = split(stored);
-    const auto found = [&](auto isIt) -> std::optional<std::size_t> {
-        const auto at = std::find_if(theirs.begin(), theirs.end(), isIt);
-        if (at == theirs.end()) return std::nullopt;
-        return static_cast<std::size_t>(at - theirs.begin());
-    };
-    if (const auto same = found([&](BytesView each) { return each == row.base; })) return same;
+    const auto same = std::find(theirs.begin(), theirs.end(), BytesView(row.base));
+    if (same != theirs.end()) return static_cast<std::size_t>(same - theirs.begin());
     const auto& layout = rows_.layout();
-    return found([&](BytesView each) {
+    const auto isAlike = [&](BytesView each) {
         for (int32 field = 1; field <= layout.fields(); ++field) {
             const auto& columns = layout.field(field);
             if (!columns.pointer && layout.bytesOf(columns, each) != layout.bytesOf(columns, row.base))
                 return false;
         }
         return true;
-    });
+    };
+    const auto alike = std::find_if(theirs.begin(), theirs.end(), isAlike);
+    if (alike == theirs.end() || std::find_if(alike + 1, theirs.end(), isAlike) != theirs.end())
+        return std::nullopt;
+    return static_cast<std::size_t>(alike - theirs.begin());
 }
 
 void ChainRowSet::settle(Merged merged) {

@@ -52,8 +52,8 @@ class ChainRowSet {
         std::vector<std::size_t> written;  // of `base`: those whose texts are in the file then
     };
     std::optional<Merged> merge(BytesView stored, const ChainRow* only) const;
-    // Which of the rows of the file this one is: the same, or one that differs in the places of its texts
-    // alone, as packing moves them. Nothing where it is none of them.
+    // Which of the rows of the file this one is: the same, or the only one that differs in the places of its
+    // texts alone, since somebody has given it another. Nothing where it is none of them.
     std::optional<std::size_t> placeIn(BytesView stored, const ChainRow& row) const;
     // That is in the file now.
     void settle(Merged merged);
