@@ -218,7 +218,8 @@ TEST_F(Output, ShowsThePreviewAsItGrows) {
     job->Init(72, 1, 1, u"A4");
     EXPECT_EQ(library.ground.ui.boxes.back().headline, u"Der letzte Druckjob ist noch nicht beendet.");
     job->Ende();
-    EXPECT_EQ(paper.windowLog, (Lines{"show 1", "update"}));
+    job->PreviewButtonsOFF(tsClipboard);
+    EXPECT_EQ(paper.windowLog, (Lines{"show 1", "update", "update"}));
     EXPECT_EQ(played(), "1");
     paper.previewed->copyPage(2);
     EXPECT_EQ(paper.windowLog.back(), "copy of 5");

@@ -42,7 +42,10 @@ void Druck::PreviewSize(int32 value) { s_->previewView = value; }
 int32 Druck::PreviewState() const noexcept { return s_->previewState; }
 void Druck::PreviewState(int32 value) { s_->previewState = value; }
 tsButtons Druck::PreviewButtonsOFF() const noexcept { return static_cast<tsButtons>(s_->previewButtonsOff); }
-void Druck::PreviewButtonsOFF(tsButtons value) { s_->previewButtonsOff = value; }
+void Druck::PreviewButtonsOFF(tsButtons value) {
+    s_->previewButtonsOff = value;
+    if (s_->windowOpen) s_->window->update();
+}
 Text Druck::DocPath() const { return s_->job.docPath; }
 void Druck::DocPath(TextView value) { s_->job.docPath = value; }
 Text Druck::DocFile() const { return s_->job.docFile; }
