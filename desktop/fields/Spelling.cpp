@@ -7,6 +7,7 @@
 #include "tsRtm/calendar/clsDatum.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/frame/state/State.hpp"
+#include "tsRtm/types/Digits.hpp"
 
 namespace tsRtm::desktop {
 namespace {
@@ -14,7 +15,6 @@ namespace {
 constexpr std::size_t kShortestIban = 15;
 constexpr std::size_t kGroup = 4;
 
-bool isDigit(char16_t c) noexcept { return c >= u'0' && c <= u'9'; }
 bool isLetter(char16_t c) noexcept { return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z'); }
 
 bool separates(char16_t c) {

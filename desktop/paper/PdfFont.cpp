@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 
 #include "desktop/paper/Qt.hpp"
 #include "desktop/paper/TrueType.hpp"
@@ -13,6 +14,7 @@ namespace {
 constexpr int32 kSize = 2000;  // pixels
 static_assert(kSize * PdfFont::kPerPixel == 1000);
 constexpr std::size_t kLetters = 256, kMostFonts = 16;
+constexpr std::size_t kNoBreak = 0xA0;
 constexpr float kUnknown = -1e9F;
 
 QFont measured(const platform::Font& font) {
@@ -72,6 +74,8 @@ QByteArray PdfFont::subset(const PdfLetters& letters) const {
     std::map<uint16, uint32> glyphs;
     for (std::size_t letter = kFirst; letter <= kLast; ++letter)
         if (letters[letter]) glyphs[letterOf(letter)[0]] = glyphs_[letter];
+    // A PDF calls the blank that does not break a blank.
+    if (letters[kNoBreak]) glyphs.try_emplace(u' ', glyphs_[kNoBreak]);
     return subsetOf(raw_, glyphs);
 }
 
