@@ -4,8 +4,12 @@
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextTable>
+#include <algorithm>
+#include <span>
 
 #include "desktop/paper/Qt.hpp"
+#include "desktop/paper/RichParagraph.hpp"
+#include "desktop/paper/RichRows.hpp"
 #include "tsRtm/frame/rtf/Reader.hpp"
 
 namespace tsRtm::desktop {
@@ -39,30 +43,33 @@ QTextCharFormat formatOf(const rtf::Run& run) {
     return to;
 }
 
-QTextBlockFormat formatOf(const rtf::ParagraphFormat& from) {
-    constexpr Qt::Alignment alignments[] = {Qt::AlignLeft, Qt::AlignRight, Qt::AlignHCenter,
-                                            Qt::AlignJustify};
-    constexpr QTextOption::TabType kinds[] = {QTextOption::LeftTab, QTextOption::RightTab,
-                                              QTextOption::CenterTab, QTextOption::DelimiterTab};
-    QTextBlockFormat to;
-    to.setAlignment(alignments[static_cast<std::size_t>(from.alignment)]);
-    to.setLeftMargin(from.left);
-    to.setRightMargin(from.right);
-    to.setTextIndent(from.first);
-    to.setTopMargin(from.before);
-    to.setBottomMargin(from.after);
-    if (from.lineSpacing != 0 && from.lineMultiple)
-        to.setLineHeight(from.lineSpacing * 100.0 / 240, QTextBlockFormat::ProportionalHeight);
-    else if (from.lineSpacing != 0)
-        to.setLineHeight(std::abs(from.lineSpacing), from.lineSpacing < 0 ? QTextBlockFormat::FixedHeight
-                                                                          : QTextBlockFormat::MinimumHeight);
-    QList<QTextOption::Tab> tabs;
-    for (const auto& tab : from.tabs)
-        tabs.append(
-            {static_cast<qreal>(tab.position), kinds[static_cast<std::size_t>(tab.kind)], QChar(u',')});
-    to.setTabPositions(tabs);
-    return to;
+// Letters of fonts of symbols that every machine has elsewhere: mostly what lists are marked with.
+QString lettersOf(const rtf::Run& run) {
+    constexpr int32 kSymbols = 2;
+    struct Row {
+        char16_t letter, shown;
+    };
+    static constexpr Row kWingdings[] = {
+        {u'l', u'●'},      {u'n', u'■'},      {u'q', u'❑'},      {u'u', u'◆'},      {u'v', u'❖'},
+        {u'\u00A7', u'▪'}, {u'\u00A8', u'◻'}, {u'\u00D8', u'➢'}, {u'\u00E0', u'→'}, {u'\u00FC', u'✓'}};
+    static constexpr Row kSymbol[] = {{u'\u00B7', u'•'}, {u'-', u'−'}};
+    QString text = qt(run.text);
+    if (run.font.charset != kSymbols) return text;
+    const bool wingdings = run.font.name == u"Wingdings";
+    if (!wingdings && run.font.name != u"Symbol") return text;
+    const auto rows = wingdings ? std::span<const Row>(kWingdings) : std::span<const Row>(kSymbol);
+    for (auto& letter : text) {
+        // They stand as the code page has them, or in the area for private use.
+        const char16_t code = letter.unicode() >= 0xF000 && letter.unicode() <= 0xF0FF
+                                  ? static_cast<char16_t>(letter.unicode() & 0xFF)
+                                  : letter.unicode();
+        const auto row = std::ranges::find(rows, code, &Row::letter);
+        if (row != rows.end()) letter = row->shown;
+    }
+    return text;
 }
+
+bool hasLineBelow(const rtf::CellFormat& cell) { return cell.borders[rtf::kBottom] > 0; }
 
 // The line that Qt keeps before a table at the beginning and behind one at the end takes no room.
 void makeTiny(QTextCursor cursor) {
@@ -83,7 +90,7 @@ class Filler final : public rtf::Visitor {
     explicit Filler(QTextDocument& document) : document_(document), cursor_(&document) {}
 
     void onRun(const rtf::Run& run) override {
-        if (!run.format.hidden) paragraph_.pieces.push_back({qt(run.text), formatOf(run)});
+        if (!run.format.hidden) paragraph_.pieces.push_back({lettersOf(run), formatOf(run)});
     }
     void onPicture(const rtf::Picture& picture) override {
         if (picture.kind == rtf::PictureKind::other) return;
@@ -99,120 +106,112 @@ class Filler final : public rtf::Visitor {
         format.setHeight(picture.height > 0 ? picture.height : image.height() * twipsPerPixel);
         paragraph_.pieces.push_back({QString(), format});
     }
+    void onMark(const rtf::Run& run) override {
+        if (paragraph_.pieces.empty()) paragraph_.mark = formatOf(run);
+    }
     void onBreak(rtf::Break kind, const rtf::ParagraphFormat& format) override {
         if (kind == rtf::Break::line) {
             paragraph_.pieces.push_back({QString(QChar::LineSeparator), {}});
             return;
         }
         if (kind == rtf::Break::row) return endRow();
-        paragraph_.format = formatOf(format);
-        if (kind == rtf::Break::cell || (kind == rtf::Break::paragraph && format.inTable)) {
+        defaultTab_ = format.defaultTab;
+        if (kind == rtf::Break::cell || (kind != rtf::Break::end && format.inTable)) {
+            paragraph_.format = format;
             cell_.push_back(std::exchange(paragraph_, {}));
             if (kind == rtf::Break::cell) cells_.push_back(std::exchange(cell_, {}));
             return;
         }
+        const bool empty = paragraph_.pieces.empty();
         // What ends with the text has no paragraph behind it.
-        if (kind == rtf::Break::end && paragraph_.pieces.empty()) return finish();
+        if (kind == rtf::Break::end && empty) return finish();
         if (!cells_.empty() || !cell_.empty()) endRow();
-        add(std::exchange(paragraph_, {}));
+        // Nor has a page whose last paragraph has ended.
+        if (kind != rtf::Break::page || !empty || format.pageBreakBefore) {
+            paragraph_.format = format;
+            add(paragraph_);
+        }
+        paragraph_ = {};
         if (kind == rtf::Break::end) finish();
     }
     void onRow(const rtf::RowFormat& row) override { row_ = row; }
 
  private:
-    struct Piece {
-        QString text;  // empty: a picture
-        QTextCharFormat format;
-    };
-    struct Paragraph {
-        std::vector<Piece> pieces;
-        QTextBlockFormat format;
-    };
-
-    static void write(QTextCursor& cursor, const Paragraph& paragraph) {
-        cursor.setBlockFormat(paragraph.format);
-        for (const auto& piece : paragraph.pieces) {
-            if (piece.text.isEmpty())
-                cursor.insertImage(piece.format.toImageFormat());
-            else
-                cursor.insertText(piece.text, piece.format);
-        }
-    }
-
-    void add(const Paragraph& paragraph) {
+    void add(const RichParagraph& paragraph) {
         if (!fresh_) cursor_.insertBlock(QTextBlockFormat());
+        const bool besideTable = fresh_ && table_;
         // Behind a table Qt leaves no space above a paragraph, only below the table.
-        if (fresh_ && table_ && paragraph.format.topMargin() > 0) {
+        if (besideTable && paragraph.format.before > 0) {
             auto format = table_->format();
-            format.setBottomMargin(paragraph.format.topMargin());
+            format.setBottomMargin(paragraph.format.before);
             table_->setFormat(format);
         }
-        write(cursor_, paragraph);
+        paragraph.write(cursor_, gap_);
+        if (besideTable) keepHeight();
+        gap_ = paragraph.format.after;
         fresh_ = false;
         table_ = nullptr;
     }
 
+    // An empty paragraph beside a table has no height for Qt.
+    void keepHeight() {
+        if (cursor_.block().length() == 1)
+            cursor_.insertText(QString(QChar::Nbsp), cursor_.blockCharFormat());
+    }
+
     void endRow() {
         if (!cell_.empty()) cells_.push_back(std::exchange(cell_, {}));
-        const auto cells = std::exchange(cells_, {});
-        auto row = std::exchange(row_, {});
+        auto cells = std::exchange(cells_, {});
+        auto row = wholeRow(std::exchange(row_, {}), cells);
         if (cells.empty()) return;
-        // What is no whole table are paragraphs.
-        if (row.edges.size() < cells.size()) {
+        // What is no table are paragraphs.
+        if (row.cells.empty()) {
             for (const auto& cell : cells)
                 for (const auto& paragraph : cell) add(paragraph);
             return;
         }
-        if (table_ && row == tableRow_)
+        const bool beginsPage = !cells.front().empty() && cells.front().front().format.pageBreakBefore;
+        if (table_ && !beginsPage && standAlike(row, tableRow_))
             table_->appendRows(1);
         else
-            startTable(row);
-        for (std::size_t i = 0; i < cells.size(); ++i) {
-            auto cursor = table_->cellAt(table_->rows() - 1, static_cast<int>(i)).firstCursorPosition();
-            for (std::size_t j = 0; j < cells[i].size(); ++j) {
-                if (j > 0) cursor.insertBlock(QTextBlockFormat());
-                write(cursor, cells[i][j]);
-            }
-        }
+            startTable(row, beginsPage);
+        tableRow_ = row;
+        for (std::size_t i = 0; i < cells.size(); ++i)
+            fillCell(table_->cellAt(table_->rows() - 1, static_cast<int>(i)), row.cells[i], cells[i]);
         cursor_ = table_->lastCursorPosition();
         cursor_.movePosition(QTextCursor::NextBlock);
+        gap_ = 0;
         fresh_ = true;
     }
 
-    void startTable(const rtf::RowFormat& row) {
-        constexpr int padding = 70, line = 10;
+    void startTable(rtf::RowFormat& row, bool newPage) {
         if (cursor_.position() == 0) makeTiny(cursor_);
-        QList<QTextLength> widths;
-        int32 edge = row.left;
-        for (const int32 next : row.edges) {
-            widths.append(QTextLength(QTextLength::FixedLength, std::max(next - edge, 2 * padding + 1)));
-            edge = std::max(edge, next);
-        }
-        QTextTableFormat format;
-        format.setColumnWidthConstraints(widths);
-        format.setCellPadding(padding);
-        format.setCellSpacing(0);
-        format.setLeftMargin(row.left);
-        format.setBorder(row.borders ? line : 0);
-        format.setBorderStyle(QTextFrameFormat::BorderStyle_Solid);
-        format.setBorderCollapse(true);
-        table_ = cursor_.insertTable(1, static_cast<int>(row.edges.size()), format);
-        tableRow_ = row;
+        if (!fresh_) keepHeight();
+        // Between two tables one line is enough.
+        if (fresh_ && table_ && std::ranges::any_of(tableRow_.cells, hasLineBelow))
+            for (auto& cell : row.cells) cell.borders[rtf::kTop] = 0;
+        table_ =
+            cursor_.insertTable(1, static_cast<int>(row.cells.size()), tableFormatOf(row, gap_, newPage));
     }
 
     void finish() {
         if (!cells_.empty() || !cell_.empty()) endRow();
         if (fresh_ && cursor_.position() > 0) makeTiny(cursor_);
+        auto option = document_.defaultTextOption();
+        option.setTabStopDistance(defaultTab_);
+        document_.setDefaultTextOption(option);
     }
 
     QTextDocument& document_;
     QTextCursor cursor_;
-    Paragraph paragraph_;
-    std::vector<Paragraph> cell_;
-    std::vector<std::vector<Paragraph>> cells_;
+    RichParagraph paragraph_;
+    RichCell cell_;
+    std::vector<RichCell> cells_;
     rtf::RowFormat row_, tableRow_;
     QTextTable* table_ = nullptr;  // the one that ends where the cursor is
     bool fresh_ = true;            // the block of the cursor is still nobody's
+    int32 gap_ = 0;                // that the paragraph before wants below it
+    int32 defaultTab_ = 720;
     int pictures_ = 0;
 };
 

@@ -9,6 +9,7 @@
 
 #include "desktop/paper/Qt.hpp"
 #include "desktop/paper/RichDocument.hpp"
+#include "desktop/paper/RichParagraph.hpp"
 
 namespace tsRtm::desktop {
 
@@ -21,7 +22,6 @@ RichLayout::RichLayout(TextView rtf, int32 from, int32 width) {
     const int32 dropped = tables_ ? 0 : std::clamp(from, 0, std::max(document_.characterCount() - 1, 0));
     if (dropped > 0) drop(dropped);
     QTextOption option = document_.defaultTextOption();
-    option.setTabStopDistance(720);
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     document_.setDefaultTextOption(option);
     document_.setTextWidth(std::max(width, 1));
@@ -47,6 +47,7 @@ void RichLayout::drop(int32 to) {
     if (!within) return;
     format.setTextIndent(0);
     format.setTopMargin(0);
+    format.setProperty(kOwnSpace, 0);
     cursor.setBlockFormat(format);
 }
 
@@ -57,24 +58,36 @@ void RichLayout::readBlock(const QTextBlock& block) {
         const auto line = layout->lineAt(i);
         const int32 start = block.position() + line.textStart();
         const bool last = i + 1 == layout->lineCount();
-        const qreal space = i == 0 ? std::min(block.blockFormat().topMargin(), top) : 0;
+        const auto format = block.blockFormat();
+        const qreal space = i == 0 ? std::min(format.property(kOwnSpace).toReal(), top) : 0;
         lines_.push_back({start, start + line.textLength() + (last ? 1 : 0), i == 0 ? top : top + line.y(),
-                          top + line.y() + line.height(), space, block, i, false});
+                          top + line.y() + line.height(), space, block, i, false,
+                          i == 0 && format.pageBreakPolicy() != QTextFormat::PageBreak_Auto});
     }
 }
 
 void RichLayout::readRows(const QTextTable& table) {
-    const qreal padding = table.format().cellPadding();
     const auto boxOf = [&](const QTextCursor& place) {
         return document_.documentLayout()->blockBoundingRect(place.block());
     };
     for (int row = 0; row < table.rows(); ++row) {
-        Line line{table.cellAt(row, 0).firstPosition(), 0, 0, 0, 0, {}, 0, true};
+        Line line{table.cellAt(row, 0).firstPosition(),
+                  0,
+                  0,
+                  0,
+                  0,
+                  {},
+                  0,
+                  true,
+                  row == 0 && table.format().pageBreakPolicy() != QTextFormat::PageBreak_Auto};
         for (int column = 0; column < table.columns(); ++column) {
             const auto cell = table.cellAt(row, column);
-            const qreal top = boxOf(cell.firstCursorPosition()).top() - padding;
+            const auto format = cell.format().toTableCellFormat();
+            const qreal top =
+                boxOf(cell.firstCursorPosition()).top() - format.topPadding() - format.topBorder();
             line.top = column == 0 ? top : std::min(line.top, top);
-            line.bottom = std::max(line.bottom, boxOf(cell.lastCursorPosition()).bottom() + padding);
+            line.bottom = std::max(line.bottom, boxOf(cell.lastCursorPosition()).bottom() +
+                                                    format.bottomPadding() + format.bottomBorder());
             line.end = cell.lastPosition() + 1;
         }
         lines_.push_back(line);
@@ -101,6 +114,10 @@ RichLayout::Range RichLayout::range(int32 from, int32 height, int32 wholeHeight)
     const qreal top = found.first == 0 ? 0 : first.top - first.space;
     for (; found.last < lines_.size(); ++found.last) {
         const auto& line = lines_[found.last];
+        if (line.newPage && found.last > found.first) {
+            found.fit.next = lines_[found.last - 1].end;
+            return found;
+        }
         const qreal bottom = line.bottom - top;
         // What no page could take is cut off.
         if (bottom > height && !(found.last == found.first && bottom > wholeHeight)) {

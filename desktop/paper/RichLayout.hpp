@@ -35,6 +35,7 @@ class RichLayout {
         QTextBlock block;  // of a line
         int number = 0;    // of the line in it
         bool inTable = false;
+        bool newPage = false;
     };
     struct Range {
         std::size_t first, last;  // behind the last one

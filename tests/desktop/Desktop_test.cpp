@@ -18,6 +18,7 @@
 #include <sstream>
 
 #include "desktop/paper/PainterDevice.hpp"
+#include "tests/desktop/Commands.hpp"
 #include "tests/support/TempFolder.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
@@ -25,17 +26,6 @@
 
 namespace tsRtm::test {
 namespace {
-
-// What a command prints, and how it ends.
-std::pair<int, std::string> run(const std::string& command) {
-    std::string text;
-    FILE* pipe = popen((command + " 2>&1").c_str(), "r");
-    std::array<char, 4096> room;
-    for (std::size_t got; (got = fread(room.data(), 1, room.size(), pipe)) > 0;)
-        text.append(room.data(), got);
-    return {pclose(pipe), text};
-}
-bool has(const std::string& program) { return run("command -v " + program).first == 0; }
 
 class OnPaper : public ::testing::Test {
  protected:
@@ -87,18 +77,6 @@ TEST_F(OnPaper, CanBeReadAgain) {
     EXPECT_LT(std::filesystem::file_size(file()), 40000u);          // as far as they are used
 }
 
-// Where each word of the first page begins, in points from the left and the top edge.
-std::map<std::string, std::pair<double, double>> words(const std::string& file) {
-    std::map<std::string, std::pair<double, double>> found;
-    std::istringstream lines(run("pdftotext -bbox -f 1 -l 1 '" + file + "' -").second);
-    const std::regex word(R"rx(xMin="([0-9.]+)" yMin="([0-9.]+)".*>([^<]+)</word>)rx");
-    std::smatch match;
-    for (std::string line; std::getline(lines, line);)
-        if (std::regex_search(line, match, word))
-            found[match[3]] = {std::stod(match[1]), std::stod(match[2])};
-    return found;
-}
-
 TEST_F(OnPaper, LaysOutIndentsTablesAndPictures) {
     if (!has("pdftotext")) GTEST_SKIP() << "poppler-utils is not installed";
     QImage red(20, 10, QImage::Format_RGB32);
@@ -124,10 +102,10 @@ TEST_F(OnPaper, LaysOutIndentsTablesAndPictures) {
     }
     job.Ende();
     EXPECT_EQ(pages, 3);
-    const auto at = words(file());
+    const auto at = wordsOf(file());
     const auto expectLeft = [&](const char* word, double points) {
         ASSERT_TRUE(at.contains(word)) << word;
-        EXPECT_NEAR(at.at(word).first, points, 1.5) << word;
+        EXPECT_NEAR(at.at(word).left, points, 1.5) << word;
     };
     expectLeft("Rand", 72);
     expectLeft("Einzug", 144);
@@ -135,8 +113,8 @@ TEST_F(OnPaper, LaysOutIndentsTablesAndPictures) {
     expectLeft("Bild", 144);
     expectLeft("L1", 75.5);
     expectLeft("R1", 219.5);
-    EXPECT_NEAR(at.at("L1").second, at.at("R1").second, 0.5);
-    EXPECT_GT(at.at("Bild").second - at.at("Tabulator").second, 30);  // below 36 points of picture
+    EXPECT_NEAR(at.at("L1").top, at.at("R1").top, 0.5);
+    EXPECT_GT(at.at("Bild").top - at.at("Tabulator").top, 30);  // below 36 points of picture
     // Each row on one page, and none twice.
     const auto text = run("pdftotext -layout '" + file() + "' -").second;
     for (int row = 1; row <= 40; ++row) {

@@ -51,6 +51,12 @@ TEST(RtfReader, PlainText) {
          u"{\\rtf1\\ansicpg1250{\\fonttbl{\\f0\\fcharset0 A;}{\\f1\\fcharset1 B;}{\\f2\\fcharset2 "
          u"C;}}\\'f1\\f1\\'f1\\f2\\'f1\\f9\\'f1}",
          u"ñńñń"},
+        {"labels of a list", u"{\\rtf1{\\listtext\\pard\\plain \\tab}a{\\listtext  1.\\tab}b}", u"a1.\tb"},
+        {"shapes for new and old readers",
+         u"{\\rtf1 a{\\shp{\\*\\shpinst\\shpleft0{\\sp{\\sn wzName}{\\sv x}}{\\shptxt b}}{\\shprslt "
+         u"c}}d{\\shp"
+         u"{\\*\\shpinst}{\\shprslt e}}}",
+         u"abde"},
         {"binary data", u"{\\rtf1 a\\bin3 }{\\b}", u"ab"},
         {"tables", u"{\\rtf1\\trowd a\\cell b\\cell\\row}", u"a\tb\t\r\n"},
         {"inner tables",
@@ -156,7 +162,7 @@ TEST(RtfReader, RunsAndParagraphs) {
         {"lengths have bounds", u"{\\rtf1\\li99999999\\ri-99999999\\deftab-1 a}",
          "[]a<end li31680 ri-31680>"},
         {"other breaks", u"{\\rtf1 a\\line b\\page c\\cell d\\row e\\\ne}",
-         "[]a<line>[]b<page>[]c<cell>[]d<row>[]e<par>[]e"},
+         "[]a<line>[]b<page>[]c<cell pagebb1>[]d<row>[]e<par>[]e"},
         {"the library's own head", markupToRtf(u".LR1.ZE\r~Ffett~F ~C5rot~B\r"),
          "[b 20 Arial 0,0,0]fett[20 Arial 0,0,0] [20 Arial 255,0,0]rot<par q2 li144><end q2 li144>"}};
     for (const auto& one : cases) EXPECT_EQ(Told(one.rtf).out, one.told) << one.what;

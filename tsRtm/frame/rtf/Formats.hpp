@@ -1,6 +1,7 @@
 #pragma once
 // What an RTF text says about its characters and paragraphs. Lengths are twips (1/1440 inch) unless said
 // otherwise.
+#include <array>
 #include <vector>
 
 #include "tsRtm/types/Text.hpp"
@@ -58,7 +59,7 @@ struct ParagraphFormat {
     int32 before = 0, after = 0;           // space above and below
     int32 lineSpacing = 0;                 // 0 by the font, over 0 at least, below 0 exactly so much
     bool lineMultiple = false;             // lineSpacing is a multiple of one line: 240 single, 480 double
-    bool pageBreakBefore = false;
+    bool pageBreakBefore = false;  // by its own word, or that of a page or section that ended before it
     bool inTable = false;
     std::vector<Tab> tabs;   // ascending by position
     int32 defaultTab = 720;  // distance of the tabulators behind the last of these
@@ -68,11 +69,24 @@ struct ParagraphFormat {
 // A row of a table has no more cells; those beyond are left out.
 constexpr std::size_t kMostCells = 64;
 
+// A table may be wider than any page: writers that do not know the width of theirs count in shares of this.
+constexpr int32 kWidestTable = 65535;
+
+enum Side : uint8 { kTop, kLeft, kBottom, kRight, kSides };
+
+struct CellFormat {
+    int32 edge = 0;                       // the right one, from the left margin
+    std::array<int32, kSides> borders{};  // how thick; 0: none
+    std::array<int32, kSides> padding{};
+    Colour borderColour, background;
+    enum class Place { top, middle, bottom } place = Place::top;
+    bool merged = false;  // part of the cell before it
+};
+
 struct RowFormat {
-    int32 left = 0;            // of the first cell, from the left margin
-    std::vector<int32> edges;  // right ones of the cells, ascending
-    bool borders = false;
-    bool operator==(const RowFormat&) const = default;
+    int32 left = 0;  // of the first cell, from the left margin
+    Alignment alignment = Alignment::left;
+    std::vector<CellFormat> cells;  // their edges ascend
 };
 
 enum class PictureKind { other, png, jpeg };

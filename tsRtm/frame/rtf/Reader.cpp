@@ -7,6 +7,7 @@
 #include "tsRtm/frame/rtf/FormatWords.hpp"
 #include "tsRtm/frame/rtf/HeadTables.hpp"
 #include "tsRtm/frame/rtf/PictureText.hpp"
+#include "tsRtm/frame/rtf/RowWords.hpp"
 #include "tsRtm/frame/rtf/Tokens.hpp"
 
 namespace tsRtm::rtf {
@@ -29,8 +30,7 @@ struct BreakRow {
     Break kind;
 };
 constexpr BreakRow kBreaks[] = {
-    {u"cell", Break::cell},     {u"column", Break::page}, {u"line", Break::line},
-    {u"nestcell", Break::cell}, {u"nestrow", Break::row}, {u"page", Break::page},
+    {u"cell", Break::cell},     {u"column", Break::page}, {u"line", Break::line}, {u"page", Break::page},
     {u"par", Break::paragraph}, {u"row", Break::row},     {u"sect", Break::page},
 };
 
@@ -52,7 +52,7 @@ static_assert(std::ranges::is_sorted(kCharacters, {}, &CharacterRow::name));
 static_assert(std::ranges::is_sorted(kBreaks, {}, &BreakRow::name));
 static_assert(std::ranges::is_sorted(kSkipped));
 
-enum class Content { text, fonts, colours, picture, nothing };
+enum class Content { text, fonts, colours, picture, shape, shapeName, shapePicture, nothing };
 
 // What a group inherits and its end takes back.
 struct Group {
@@ -61,6 +61,24 @@ struct Group {
     CharacterFormat character;
     ParagraphState paragraph;
     int32 standIns = 1;  // characters behind \u that stand for it in old readers
+    bool label = false;  // of a list
+};
+
+// A shape: a picture, or a frame with a text of its own.
+struct Shape {
+    void word(const Token& word) {
+        const int32 number = std::clamp(word.number, -kLargestLength, kLargestLength);
+        if (word.name == u"shpleft") left = number;
+        if (word.name == u"shptop") top = number;
+        if (word.name == u"shpright") right = number;
+        if (word.name == u"shpbottom") bottom = number;
+    }
+    int32 width() const noexcept { return std::clamp(right - left, 0, kLargestLength); }
+    int32 height() const noexcept { return std::clamp(bottom - top, 0, kLargestLength); }
+
+    int32 left = 0, top = 0, right = 0, bottom = 0;
+    Text name;           // of the pair that is read
+    bool shown = false;  // its stand-in is not wanted
 };
 
 class Reader {
@@ -130,10 +148,29 @@ class Reader {
 
     void leaveGroup() {
         const auto content = group().content;
+        const bool label = group().label;
         groups_.pop_back();
-        if (content != Content::picture || !shows()) return;
+        if (label && !group().label) endLabel();
+        if (content == Content::picture && (shows() || group().content == Content::shapePicture))
+            givePicture();
+    }
+
+    // What writers set before a number is no part of it; one of nothing but a tabulator is none.
+    void endLabel() {
+        if (labelGiven_) return;
+        run_.erase(0, run_.find_first_not_of(u' '));
+        if (run_.find_first_not_of(u" \t") == Text::npos) run_.clear();
+    }
+
+    void givePicture() {
+        auto picture = pictures_.picture();
+        if (group().content == Content::shapePicture) {
+            if (picture.width == 0) picture.width = shape_.width();
+            if (picture.height == 0) picture.height = shape_.height();
+            shape_.shown = true;
+        }
         flushRun();
-        visitor_.onPicture(pictures_.picture());
+        visitor_.onPicture(picture);
     }
 
     bool isStandIn() noexcept {
@@ -197,28 +234,13 @@ class Reader {
         if (content == Content::fonts) fonts_.word(word);
         if (content == Content::colours) colours_.word(word);
         if (content == Content::picture) pictures_.word(word);
-        if (content != Content::text || takeRowWord(word)) return;
+        if (content == Content::shape) shape_.word(word);
+        if (content != Content::text || row_.take(word, colours_)) return;
         if (applyCharacterWord(group().character, word) || applyParagraphWord(group().paragraph, word))
             return;
         if (const auto* row = rowOf(kCharacters, word.name)) give({&row->character, 1});
+        if (word.name == u"nestcell") give(u"\t");
         if (const auto* row = rowOf(kBreaks, word.name)) giveBreak(row->kind);
-    }
-
-    bool takeRowWord(const Token& word) {
-        if (word.name == u"trowd") {
-            row_ = {};
-        } else if (word.name == u"trleft") {
-            row_.left = std::clamp(word.number, -kLargestLength, kLargestLength);
-        } else if (word.name == u"cellx") {
-            const int32 edge = std::clamp(word.number, 0, kLargestLength);
-            if (row_.edges.size() < kMostCells && (row_.edges.empty() || edge > row_.edges.back()))
-                row_.edges.push_back(edge);
-        } else if (word.name.starts_with(u"clbrdr")) {
-            row_.borders = true;
-        } else {
-            return false;
-        }
-        return true;
     }
 
     // Codes from 8000 on, in hexadecimal, come as negative numbers.
@@ -236,14 +258,21 @@ class Reader {
         } else if (name == u"ud" && starred) {
             group().content = group().aroundFaces;  // the Unicode face; the other one is skipped
         } else if (name == u"pict") {
-            if (shows()) {
+            if (shows() || group().content == Content::shapePicture) {
                 group().content = Content::picture;
                 pictures_ = {};
             }
         } else if (name == u"shppict") {
             return true;  // the picture as newer readers know it
         } else if (name == u"nesttableprops") {
-            return true;  // the rows of inner tables end in it
+            if (shows()) giveBreak(Break::paragraph);  // a row of an inner table ends
+            group().content = Content::nothing;
+        } else if (name == u"listtext" || name == u"pntext") {
+            flushRun();
+            labelGiven_ = false;
+            group().label = true;
+        } else if (takeShape(name)) {
+            return true;
         } else if (starred || std::ranges::binary_search(kSkipped, name)) {
             group().content = Content::nothing;
         } else {
@@ -252,8 +281,33 @@ class Reader {
         return true;
     }
 
+    // A shape tells what it is in pairs of name and value; old readers find a stand-in for it behind.
+    bool takeShape(TextView name) {
+        auto& content = group().content;
+        const bool within = content == Content::shape;
+        if (name == u"shpinst" && (shows() || within)) {
+            content = Content::shape;
+            shape_ = {};
+        } else if (name == u"shptxt" && within) {
+            content = Content::text;
+            shape_.shown = true;
+        } else if (name == u"sn" && within) {
+            content = Content::shapeName;
+            shape_.name.clear();
+        } else if (name == u"sv" && within) {
+            content = shape_.name == u"pib" ? Content::shapePicture : Content::nothing;
+        } else if (name == u"shprslt" && shape_.shown) {
+            content = Content::nothing;
+        } else {
+            return false;
+        }
+        return true;
+    }
+
     bool takeDocumentWord(const Token& word) {
-        if (word.name == u"deff")
+        if (word.name == u"sbknone")
+            newPage_ = false;
+        else if (word.name == u"deff")
             defaultFont_ = word.number;
         else if (word.name == u"deftab")
             defaultTab_ = word.number > 0 ? std::min(word.number, kLargestLength) : defaultTab_;
@@ -296,6 +350,7 @@ class Reader {
         if (group().content == Content::fonts) fonts_.text(text);
         if (group().content == Content::colours) colours_.text(text);
         if (group().content == Content::picture) pictures_.text(text);
+        if (group().content == Content::shapeName) shape_.name += text;
         if (shows()) show(text);
     }
 
@@ -320,17 +375,31 @@ class Reader {
 
     void flushRun() {
         if (run_.empty()) return;
-        visitor_.onRun({run_, runFormat_, fonts_.font(fontNumber(runFormat_)),
-                        colours_.colour(runFormat_.colour), colours_.colour(runFormat_.background)});
+        visitor_.onRun(runOf(run_, runFormat_));
         run_.clear();
+        labelGiven_ = true;
+    }
+
+    Run runOf(TextView text, const CharacterFormat& format) {
+        return {text, format, fonts_.font(fontNumber(format)), colours_.colour(format.colour),
+                colours_.colour(format.background)};
     }
 
     void giveBreak(Break kind) {
         flushRun();
         auto& format = group().paragraph.format;
         format.defaultTab = defaultTab_;
-        if (kind == Break::row && !row_.edges.empty()) visitor_.onRow(row_);
+        if (kind == Break::row && !row_.row().cells.empty()) visitor_.onRow(row_.row());
+        if (kind == Break::line || kind == Break::row) {
+            visitor_.onBreak(kind, format);
+            return;
+        }
+        visitor_.onMark(runOf({}, group().character));
+        const bool own = format.pageBreakBefore;
+        format.pageBreakBefore |= newPage_;
         visitor_.onBreak(kind, format);
+        format.pageBreakBefore = own;
+        newPage_ = kind == Break::page;
     }
 
     Tokens tokens_;
@@ -339,7 +408,8 @@ class Reader {
     FontTable fonts_;
     ColourTable colours_;
     PictureText pictures_;
-    RowFormat row_;
+    RowWords row_;
+    Shape shape_;
     std::vector<Group> groups_{Group{}};
     std::size_t tooDeep_ = 0;
     Bytes bytes_;
@@ -350,6 +420,8 @@ class Reader {
     int32 documentPage_ = 1252;
     int32 standIns_ = 0;
     bool starred_ = false;
+    bool labelGiven_ = false;  // of the label that is read something is with the visitor
+    bool newPage_ = false;     // the next paragraph begins one
     bool ended_ = false;
 };
 
