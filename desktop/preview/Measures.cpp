@@ -1,10 +1,10 @@
 #include "desktop/preview/Measures.hpp"
 
-#include <QLocale>
 #include <algorithm>
 #include <cmath>
 
-#include "tsRtm/platform/Drawing.hpp"
+#include "desktop/paper/Qt.hpp"
+#include "tsRtm/frame/text/Format.hpp"
 
 namespace tsRtm::desktop {
 namespace {
@@ -12,10 +12,6 @@ namespace {
 using platform::kTwipsPerMM;
 
 constexpr double kColumn = 144, kRow24 = 60, kRow6 = 240;
-
-QString number(double value, int decimals) {
-    return QLocale(QLocale::German, QLocale::Germany).toString(value, 'f', decimals);
-}
 
 // Rows of 1/6 inch, their fraction in eighths.
 double inEighths(double rows) noexcept {
@@ -43,22 +39,20 @@ double rowOf(Measure measure, double y) noexcept {
 }
 
 QString placeText(Measure measure, double x, double y) {
-    const double row = rowOf(measure, y);
-    const auto text = [](const QString& column, const QString& line) {
-        return QStringLiteral("X: %1  Y: %2").arg(column, line);
+    const auto text = [&](double column, TextView columns, TextView rows) {
+        return qt(u"X: " + Format(column, columns) + u"  Y: " + Format(rowOf(measure, y), rows));
     };
+    constexpr TextView millimetres = u"#,##0.0 \\m\\m", twips = u"#,##0 \\T\\w\\i\\p\\s";
     switch (measure) {
         case Measure::millimetres:
-            return text(number(x / kTwipsPerMM, 1) + QStringLiteral(" mm"),
-                        number(row, 1) + QStringLiteral(" mm"));
+            return text(x / kTwipsPerMM, millimetres, millimetres);
         case Measure::rows24:
-            return text(number(x / kColumn, 0) + QStringLiteral(" Spalten"),
-                        number(row, 0) + QStringLiteral(" Zeilen BV90"));
+            return text(x / kColumn, u"#,##0 \\S\\p\\a\\l\\t\\e\\n",
+                        u"#,##0 \\Z\\e\\i\\l\\e\\n \\B\\V\\9\\0");
         case Measure::rows6:
-            return text(number(x / kColumn, 1) + QStringLiteral(" Spalten"),
-                        number(row, 3) + QStringLiteral(" Zeilen"));
+            return text(x / kColumn, u"#,##0.0 \\S\\p\\a\\l\\t\\e\\n", u"#,##0.000 \\Z\\e\\i\\l\\e\\n");
         default:
-            return text(number(x, 0) + QStringLiteral(" Twips"), number(row, 0) + QStringLiteral(" Twips"));
+            return text(x, twips, twips);
     }
 }
 

@@ -9,7 +9,7 @@ enum class Measure { millimetres = 1, rows24 = 2, rows6 = 3, twips = 4 };
 
 Measure nextMeasure(Measure measure) noexcept;
 
-// A place in twips, as the status bar shows it.
+// A place in twips, as the status bar shows it: under the separators of the locale.
 QString placeText(Measure measure, double x, double y);
 
 // The vertical place as a number of that unit.

@@ -22,12 +22,32 @@
 #include "tests/support/TempFolder.hpp"
 #include "tests/support/Told.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
+#include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/printing/Druck.hpp"
 
 namespace tsRtm::test {
 namespace {
 
 using namespace desktop;
+
+// The separators of a locale.
+class Marks {
+ public:
+    Marks(TextView decimal, TextView thousands) {
+        locale().sepDec = decimal;
+        locale().sep1000 = thousands;
+    }
+    ~Marks() {
+        locale().sepDec = decimal_;
+        locale().sep1000 = thousands_;
+    }
+    Marks(const Marks&) = delete;
+    Marks& operator=(const Marks&) = delete;
+
+ private:
+    static decltype(rtmMain::state().locale)& locale() { return rtmMain::state().locale; }
+    Text decimal_ = locale().sepDec, thousands_ = locale().sep1000;
+};
 
 class Previewing : public ::testing::Test {
  protected:
@@ -84,6 +104,7 @@ class Previewing : public ::testing::Test {
     MessagesTopic messages;
     Desktop paper;
     Druck job{messages};
+    Marks german{u",", u"."};
 };
 
 TEST_F(Previewing, GrowsWithTheJob) {
@@ -243,7 +264,8 @@ TEST_F(Previewing, DrawsOnlyPagesInSight) {
     delete shown;
 }
 
-TEST(PreviewMeasures, AreToldAsGermansWriteThem) {
+TEST(PreviewMeasures, AreToldAsTheLocaleWritesThem) {
+    const Marks german(u",", u".");
     const struct {
         Measure measure;
         double x, y;
@@ -256,6 +278,11 @@ TEST(PreviewMeasures, AreToldAsGermansWriteThem) {
         {Measure::twips, 11906, 5, "X: 11.906 Twips  Y: 5 Twips"},
     };
     for (const auto& c : cases) EXPECT_EQ(placeText(c.measure, c.x, c.y).toStdString(), c.text);
+    {
+        const Marks other(u".", u"'");
+        EXPECT_EQ(placeText(Measure::rows6, 1.44e6, 270).toStdString(),
+                  "X: 10'000.0 Spalten  Y: 1.125 Zeilen");
+    }
     EXPECT_EQ(nextMeasure(Measure::twips), Measure::millimetres);
     EXPECT_EQ(sheetSize(1, {100, 200}, {300, 300}), QSize(150, 300));
     EXPECT_EQ(sheetSize(2, {100, 200}, {300, 300}), QSize(300, 600));
