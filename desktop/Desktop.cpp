@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "desktop/dialogs/DeskInterface.hpp"
+#include "desktop/dialogs/GermanTexts.hpp"
 #include "desktop/paper/FontMeasure.hpp"
 #include "desktop/paper/PdfWriting.hpp"
 #include "desktop/paper/RichText.hpp"
@@ -44,6 +45,7 @@ class Desk {
     Desk& operator=(const Desk&) = delete;
 
  private:
+    GermanTexts texts_;
     platform::Platform& former_;
     DeskInterface interface_;
     platform::Platform platform_;

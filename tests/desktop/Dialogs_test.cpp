@@ -11,6 +11,7 @@
 #include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPointer>
 #include <QRadioButton>
 #include <QScrollArea>
@@ -19,6 +20,7 @@
 #include <QtTest/QTest>
 
 #include "desktop/Desktop.hpp"
+#include "desktop/dialogs/GermanTexts.hpp"
 #include "desktop/dialogs/TaskWindow.hpp"
 #include "tests/desktop/Seen.hpp"
 #include "tests/support/Raised.hpp"
@@ -374,6 +376,27 @@ TEST_F(Windows, TellTheWindowOfALongWork) {
     EXPECT_TRUE(shown->isVisible());
     messages.ClearHaltNachricht();
     EXPECT_FALSE(shown->isVisible());
+}
+
+// Whether Qt's translation is installed or not; one that the application has brought stays.
+TEST(GermanMenus, OfFieldsAndOfTextsThatCanBeSelected) {
+    const auto menuOf = [](auto& field) {
+        const std::unique_ptr<QMenu> menu(field.createStandardContextMenu());
+        std::string all;
+        for (const auto* action : menu->actions())
+            all += action->text().section(u'\t', 0, 0).remove(u'&').toStdString() + "|";
+        return all;
+    };
+    for (const QString& folder :
+         {QLibraryInfo::path(QLibraryInfo::TranslationsPath), QStringLiteral("/nowhere")}) {
+        const GermanTexts german(folder);
+        QLineEdit field;
+        EXPECT_EQ(menuOf(field),
+                  "Rückgängig|Wiederherstellen||Ausschneiden|Kopieren|Einfügen|Löschen||Alles auswählen|");
+        const GermanTexts second(QStringLiteral("/nowhere"));
+    }
+    QLineEdit field;
+    EXPECT_EQ(menuOf(field).substr(0, 4), "Undo");
 }
 
 }  // namespace
