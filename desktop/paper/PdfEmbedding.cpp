@@ -3,6 +3,8 @@
 #include <QtEndian>
 #include <qpdf/QPDF.hh>
 
+#include "tsRtm/frame/text/CodePages.hpp"
+
 namespace tsRtm::desktop {
 namespace {
 
@@ -29,15 +31,42 @@ int wordOf(const QByteArray& table, qsizetype at) {
     return at + 2 <= table.size() ? qFromBigEndian<qint16>(table.constData() + at) : 0;
 }
 
-QPDFObjectHandle programOf(QPDF& file, const QByteArray& bytes) {
+QPDFObjectHandle programOf(QPDF& file, const PdfFont::Program& from) {
     auto program = QPDFObjectHandle::newStream(&file);
-    program.replaceStreamData(deflated(bytes), name("FlateDecode"), QPDFObjectHandle::newNull());
-    program.getDict().replaceKey("/Length1", number(bytes.size()));
+    program.replaceStreamData(from.deflated, name("FlateDecode"), QPDFObjectHandle::newNull());
+    program.getDict().replaceKey("/Length1", number(static_cast<int64>(from.length)));
     return program;
 }
 
+// Which characters the letters are, for those who copy and search.
+QPDFObjectHandle unicodesOf(QPDF& file, const PdfLetters& letters) {
+    constexpr std::size_t most = 100;  // rows of a block
+    QByteArray rows,
+        map =
+            "/CIDInit /ProcSet findresource begin 12 dict begin begincmap /CMapType 2 def /CMapName /L def\n"
+            "1 begincodespacerange <00> <FF> endcodespacerange\n";
+    std::size_t count = 0;
+    const auto endBlock = [&] {
+        if (count > 0) map += QByteArray::number(qulonglong{count}) + " beginbfchar\n" + rows + "endbfchar\n";
+        rows.clear();
+        count = 0;
+    };
+    for (std::size_t letter = PdfFont::kFirst; letter <= PdfFont::kLast; ++letter) {
+        if (!letters[letter]) continue;
+        const Text text = fromAnsi(Bytes(1, static_cast<char>(letter)));
+        rows += '<' + QByteArray::number(qulonglong{letter}, 16) + "> <" +
+                QByteArray::number(uint{text[0]}, 16).rightJustified(4, '0') + ">\n";
+        if (++count == most) endBlock();
+    }
+    endBlock();
+    map += "endcmap CMapName currentdict /CMap defineresource pop end end";
+    auto stream = QPDFObjectHandle::newStream(&file);
+    stream.replaceStreamData(deflated(map), name("FlateDecode"), QPDFObjectHandle::newNull());
+    return stream;
+}
+
 QPDFObjectHandle descriptorOf(QPDF& file, const PdfFont& font, const QPDFObjectHandle& fontName,
-                              const PdfLetters& letters) {
+                              const PdfFont::Program& program) {
     constexpr int nonsymbolic = 32, italic = 64;
     const auto& raw = font.raw();
     const auto head = raw.fontTable("head");
@@ -57,13 +86,15 @@ QPDFObjectHandle descriptorOf(QPDF& file, const PdfFont& font, const QPDFObjectH
     tell("/Descent", decimal(-raw.descent() * PdfFont::kPerPixel));
     tell("/CapHeight", decimal(raw.capHeight() * PdfFont::kPerPixel));
     tell("/StemV", number(font.bold() ? 140 : 80));
-    tell("/FontFile2", programOf(file, font.subset(letters)));
+    tell("/FontFile2", programOf(file, program));
     return file.makeIndirectObject(descriptor);
 }
 
 }  // namespace
 
-QPDFObjectHandle embedded(QPDF& file, const PdfFont& font, const PdfLetters& letters) {
+QPDFObjectHandle embedded(QPDF& file, PdfFont& font, const PdfLetters& used) {
+    const auto& program = font.program(used);
+    const auto& letters = program.letters;
     const auto fontName =
         name(tagOf(letters) + "+" + plain(font.raw().familyName()) + "-" + plain(font.raw().styleName()));
     auto widths = QPDFObjectHandle::newArray();
@@ -78,7 +109,8 @@ QPDFObjectHandle embedded(QPDF& file, const PdfFont& font, const PdfLetters& let
     tell("/LastChar", number(PdfFont::kLast));
     tell("/Widths", widths);
     tell("/Encoding", name("WinAnsiEncoding"));
-    tell("/FontDescriptor", descriptorOf(file, font, fontName, letters));
+    tell("/ToUnicode", unicodesOf(file, letters));
+    tell("/FontDescriptor", descriptorOf(file, font, fontName, program));
     return file.makeIndirectObject(object);
 }
 

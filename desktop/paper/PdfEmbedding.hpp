@@ -6,7 +6,7 @@ class QPDFObjectHandle;
 
 namespace tsRtm::desktop {
 
-// A font with these letters, as an object of a file.
-QPDFObjectHandle embedded(QPDF& file, const PdfFont& font, const PdfLetters& letters);
+// A font with these letters at least, as an object of a file.
+QPDFObjectHandle embedded(QPDF& file, PdfFont& font, const PdfLetters& letters);
 
 }  // namespace tsRtm::desktop

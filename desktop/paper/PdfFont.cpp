@@ -70,6 +70,15 @@ float64 PdfFont::kerning(uint8 before, uint8 letter) {
     return known;
 }
 
+const PdfFont::Program& PdfFont::program(const PdfLetters& letters) {
+    if ((letters & ~program_.letters).any()) {
+        const auto all = program_.letters | letters;
+        const auto bytes = subset(all);
+        program_ = {all, deflated(bytes), static_cast<std::size_t>(bytes.size())};
+    }
+    return program_;
+}
+
 QByteArray PdfFont::subset(const PdfLetters& letters) const {
     std::map<uint16, uint32> glyphs;
     for (std::size_t letter = kFirst; letter <= kLast; ++letter)

@@ -43,14 +43,24 @@ class PdfFont {
     const QRawFont& raw() const noexcept { return raw_; }
     // Half a thousandth of the size is a pixel of raw().
     static constexpr float64 kPerPixel = 0.5;
-    // A TrueType file of these letters.
-    QByteArray subset(const PdfLetters& letters) const;
+    // A TrueType file of letters, as a stream has it.
+    struct Program {
+        PdfLetters letters;
+        std::string deflated;
+        std::size_t length = 0;  // of the file itself
+    };
+    // With these letters and those of earlier documents: most documents of a house need the same ones, so
+    // that their program is there already. Good until the next call.
+    const Program& program(const PdfLetters& letters);
     // First and last letter that a font can have.
     static constexpr std::size_t kFirst = 32, kLast = 255;
 
  private:
+    QByteArray subset(const PdfLetters& letters) const;
+
     Text name_;
     bool bold_, italic_;
+    Program program_;
     bool usable_ = false;
     QRawFont raw_;
     QFontMetricsF metrics_;

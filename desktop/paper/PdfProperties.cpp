@@ -153,6 +153,7 @@ QByteArray completed(const QByteArray& painted, const platform::PdfSettings& set
     QPDFWriter writer(file);
     writer.setOutputMemory();
     writer.setMinimumPDFVersion("1.4");
+    writer.setStreamDataMode(qpdf_s_preserve);  // they are packed
     if (settings.archive) {
         writer.setObjectStreamMode(qpdf_o_disable);
         writer.setNewlineBeforeEndstream(true);

@@ -47,6 +47,7 @@ TEST_F(OnPaper, CanBeReadAgain) {
     if (!has("pdftotext")) GTEST_SKIP() << "poppler-utils is not installed";
     start();
     job.mm(30, 25, u"Grüße aus Köln – Straße 7 €", 14, tsFett);
+    job.mm(35, 25, u"„Ähren“ ‚ö‘ — 5\u00A0% …", 12, 0);
     job.mm(40, 190, u"rechts", 12, tsRechtbuendig);
     int32 height = 4000;
     EXPECT_EQ(job.PrintRTFTextNeu(
@@ -64,8 +65,8 @@ TEST_F(OnPaper, CanBeReadAgain) {
     job.Ende();
     const auto text = run("pdftotext -layout '" + file() + "' -").second;
     std::size_t at = 0;  // in the order of the pages
-    for (const char* piece : {"Grüße aus Köln – Straße 7 €", "rechts", "Erster Absatz", "Zweiter", "quer",
-                              "Łódź", "ersetzt (\\)"}) {
+    for (const char* piece : {"Grüße aus Köln – Straße 7 €", "„Ähren“ ‚ö‘ — 5 % …", "rechts",
+                              "Erster Absatz", "Zweiter", "quer", "Łódź", "ersetzt (\\)"}) {
         EXPECT_NE(text.find(piece, at), std::string::npos) << piece << "\n" << text;
         at = std::min(text.find(piece, at), text.size());
     }
@@ -73,8 +74,14 @@ TEST_F(OnPaper, CanBeReadAgain) {
     EXPECT_NE(info.find("Title:           Ladung & Größe"), std::string::npos) << info;
     EXPECT_NE(info.find("Page    1 size:  595.3 x 841.9"), std::string::npos) << info;
     const auto fonts = run("pdffonts '" + file() + "'").second;
-    EXPECT_EQ(fonts.find(" no  no "), std::string::npos) << fonts;  // all are embedded
-    EXPECT_LT(std::filesystem::file_size(file()), 40000u);          // as far as they are used
+    EXPECT_EQ(fonts.find(" no  no "), std::string::npos) << fonts;     // all are embedded
+    EXPECT_EQ(fonts.find("yes yes no "), std::string::npos) << fonts;  // and tell their characters
+    EXPECT_LT(std::filesystem::file_size(file()), 40000u);             // as far as they are used
+    // Letters that no document had before this one.
+    start();
+    job.mm(30, 25, u"Zwölf Boxkämpfer, ½ quer", 14, 0);
+    job.Ende();
+    EXPECT_NE(run("pdftotext '" + file() + "' -").second.find("Zwölf Boxkämpfer, ½ quer"), std::string::npos);
 }
 
 TEST_F(OnPaper, LaysOutIndentsTablesAndPictures) {
