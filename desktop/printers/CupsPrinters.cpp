@@ -27,10 +27,12 @@ std::vector<Text> CupsPrinters::names() {
 }
 
 std::shared_ptr<platform::Printer> CupsPrinters::printer(TextView name) {
-    if (const auto known = known_.find(Text(name)); known != known_.end()) return known->second;
+    if (const auto known = known_.find(Text(name)); known != known_.end())
+        for (const auto& one : known->second)
+            if (one.use_count() == 1) return one;
     auto queue = Queue::open(toUtf8(name));
     if (!queue) return nullptr;
-    return known_[Text(name)] = std::make_shared<CupsPrinter>(std::move(queue));
+    return known_[Text(name)].emplace_back(std::make_shared<CupsPrinter>(std::move(queue)));
 }
 
 }  // namespace tsRtm::desktop

@@ -16,7 +16,8 @@ class CupsPrinters final : public platform::Printers {
  private:
     std::vector<Text> names_;
     QElapsedTimer asked_;
-    std::map<Text, std::shared_ptr<platform::Printer>> known_;
+    // Of each name as many as there are documents at once: one that nobody holds takes the next one.
+    std::map<Text, std::vector<std::shared_ptr<platform::Printer>>> known_;
 };
 
 }  // namespace tsRtm::desktop

@@ -20,6 +20,7 @@
 #include <sstream>
 
 #include "desktop/Desktop.hpp"
+#include "tests/desktop/Commands.hpp"
 #include "tests/support/TempFolder.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
 #include "tsRtm/printing/Druck.hpp"
@@ -210,6 +211,25 @@ TEST(Printers, GetWhatTheJobAsksFor) {
     EXPECT_NE(head["IPP_MEDIA_COL"].find("media-source=manual"), std::string::npos);
     EXPECT_NE(next["IPP_MEDIA_COL"].find("media-source=auto"), std::string::npos);
     EXPECT_EQ(next["IPP_COPIES"] + next["IPP_SIDES"], "1one-sided");
+
+    // Two jobs at once, page by page: each is a document of its own.
+    {
+        Druck other(messages);
+        other.Device(real.address());
+        for (auto* one : {&job, &other}) one->Init(72, 1, 1, u"A4");
+        for (int page = 1; page <= 2; ++page)
+            for (auto* one : {&job, &other}) {
+                one->mm(30, 25, u"Seite");
+                if (page == 1 || one == &job) one->Ausgabe();
+            }
+        job.Ende();
+        other.Ende();
+        for (const int number : {4, 5}) {
+            real.asked(number);
+            const auto info = run("pdfinfo '" + real.document(number) + "'").second;
+            EXPECT_NE(info.find("Pages:           2"), std::string::npos) << info;
+        }
+    }
 
     // A printer that has gone when the document is to reach it.
     job.Init(72, 1, 1, u"A4");

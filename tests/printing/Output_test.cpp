@@ -316,6 +316,45 @@ TEST_F(Output, StopsWhereItIsBrokenOff) {
     }
 }
 
+// What a user or the application does between two pages.
+TEST_F(Output, TakesWhatComesBetweenTwoPages) {
+    // The preview is closed while a page is printed from it: nothing of that waits for the next document.
+    job->Init(72, 1, 1, u"A4", true);
+    job->mm(10, 10, u"1");
+    job->Ende();
+    library.ground.ui.onEvents = [&] { paper.previewed->leave(false); };
+    paper.previewed->printPage(1);
+    library.ground.ui.onEvents = nullptr;
+    EXPECT_EQ(paper.log.back(), "kill");
+
+    // The same job once more before it is through.
+    anew();
+    library.ground.ui.defaultAnswer = 1;
+    library.ground.ui.boxes.clear();
+    job->Init(72, 512, 1, u"A4");
+    for (const TextView text : {u"1", u"2", u"3"}) {
+        job->mm(10, 10, text);
+        if (text != u"3") job->Ausgabe();
+    }
+    library.ground.ui.onEvents = [&] {
+        if (library.ground.ui.boxes.empty()) job->Init(72, 1, 1, u"A4");
+    };
+    job->Ende();
+    library.ground.ui.onEvents = nullptr;
+    EXPECT_EQ(played(), "123");
+    EXPECT_EQ(library.ground.ui.boxes.size(), 1u);
+
+    // On from another printer: what the first one has is a document of its own.
+    anew();
+    job->Init(72, 1, 1, u"A4");
+    job->mm(10, 10, u"1");
+    job->Ausgabe();
+    job->Device(u"Alt");
+    job->mm(10, 10, u"2");
+    job->Ende();
+    EXPECT_EQ(std::ranges::count(paper.log, "end"), 2);
+}
+
 // A text without a place to break: in a time that grows with its length alone.
 TEST_F(Output, TakesTextsOfAnyLength) {
     const Text letters(1000000, u'a');

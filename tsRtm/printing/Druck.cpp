@@ -79,7 +79,8 @@ void Druck::Init(int32 SeitenLaenge, int32 Anzahl, int32 PapierTyp, TextView For
                  const std::shared_ptr<Object>&) {
     auto& job = s_->job;
     auto& paper = job.paper;
-    if (s_->preview) {
+    // Nor does a job begin while the pages of the one before are on their way.
+    if (s_->preview || s_->output.playing()) {
         s_->messages.TSMsgBox(u"Der letzte Druckjob ist noch nicht beendet.", dlgCritical,
                               Variant(u"Druck.Init"));
         return;

@@ -1,6 +1,7 @@
 #include "tsRtm/printing/output/JobOutput.hpp"
 
 #include <algorithm>
+#include <utility>
 
 #include "tsRtm/frame/FilesTopic.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
@@ -41,8 +42,10 @@ void JobOutput::tell(TextView text) {
     messages_.TSMsgBox(text, dlgExclamation, Variant(u"Druck"));
 }
 
+// A printer serves one document at a time: while the job has one there, it is this object.
 std::shared_ptr<Printer> JobOutput::printer() const {
-    return printers() && !toFile() ? printers()->printer(job_.device) : nullptr;
+    if (!printers() || toFile()) return nullptr;
+    return started_ && startedOn_ == job_.device ? started_ : printers()->printer(job_.device);
 }
 
 void JobOutput::print(int32 which) {
@@ -52,13 +55,16 @@ void JobOutput::print(int32 which) {
     if (job_.brokenOff || range.count() < 1 || range.first < 1 || range.last > last) return;
     // The page that the application is writing on stays open, unless it is to be printed.
     if (range.last == last) pages_.close();
+    const bool outermost = !std::exchange(playing_, true);
     if (toFile())
         toPdf(which, range);
     else
         toPrinter(which, range);
+    if (outermost) playing_ = false;
 }
 
 void JobOutput::toPrinter(int32 which, Range range) {
+    if (started_ && startedOn_ != job_.device) endPaper();
     const auto printer = this->printer();
     if (!printer) return tell(u"Der Drucker " + job_.device + u" ist nicht vorhanden.");
     if (job_.quality != 0) put(*printer, Feature::quality, job_.quality);
@@ -73,9 +79,9 @@ void JobOutput::toPrinter(int32 which, Range range) {
     for (int32 round = 1; round <= outer; ++round) {
         for (int32 number = range.first; number <= range.last; ++number)
             for (int32 copy = 0; copy < inner; ++copy) {
-                if (!playOn(*printer, *pages_.page(number))) return;
+                if (!playOn(printer, *pages_.page(number))) return;
                 rtmMain::system().ui.processEvents();
-                if (job_.brokenOff) return;
+                if (job_.brokenOff) return abandon();
             }
         // The next copy begins on the front of a sheet.
         if (round < outer && duplex && range.count() % 2 != 0) printer->page(document());
@@ -107,21 +113,26 @@ void JobOutput::setPaper(Printer& printer) {
         put(printer, Feature::paperSize, form);
 }
 
-bool JobOutput::playOn(Printer& printer, const Page& page) {
-    put(printer, Feature::orientation, page.traits.orientation);
-    auto* device = printer.page(document());
+bool JobOutput::playOn(const std::shared_ptr<Printer>& printer, const Page& page) {
+    put(*printer, Feature::orientation, page.traits.orientation);
+    auto* device = printer->page(document());
     if (!device) {
         tell(u"Der Drucker " + job_.device + u" antwortet nicht.");
         kill();
         return false;
     }
-    if (!started_) started_ = printers()->printer(job_.device);
+    started_ = printer;
+    startedOn_ = job_.device;
     play(page, *device, mappingOnPaper(page, device->resolution(), job_.offsetX, job_.offsetY));
     return true;
 }
 
 void JobOutput::endDocument() {
     if (const auto file = std::move(pdf_)) finish(*file);
+    endPaper();
+}
+
+void JobOutput::endPaper() {
     if (!started_) return;
     const auto printer = std::move(started_);
     announceFax(job_, document());
@@ -133,6 +144,11 @@ void JobOutput::endDocument() {
 
 void JobOutput::kill() {
     job_.brokenOff = job_.closing = true;
+    abandon();
+}
+
+// Nothing of it reaches paper with the next document.
+void JobOutput::abandon() {
     if (const auto printer = std::move(started_)) printer->killDocument();
     pdf_.reset();
 }

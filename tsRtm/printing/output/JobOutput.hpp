@@ -24,6 +24,8 @@ class JobOutput {
     void endDocument();
     // Gives up what is under way.
     void kill();
+    // Pages are played at this moment, and the caller is an event between two of them.
+    bool playing() const noexcept { return playing_; }
 
     // The job's printer; nullptr without one.
     std::shared_ptr<platform::Printer> printer() const;
@@ -41,7 +43,9 @@ class JobOutput {
     int32 setCopies(platform::Printer& printer, int32 which);
     bool setDuplex(platform::Printer& printer, int32 which, Range range);
     void setPaper(platform::Printer& printer);
-    bool playOn(platform::Printer& printer, const Page& page);
+    bool playOn(const std::shared_ptr<platform::Printer>& printer, const Page& page);
+    void endPaper();
+    void abandon();
     void finish(platform::PdfDocument& file);
     void tell(TextView text);
     Text document() const;
@@ -52,7 +56,9 @@ class JobOutput {
     MessagesTopic& messages_;
     // What is under way.
     std::shared_ptr<platform::Printer> started_;
+    Text startedOn_;  // its name
     std::unique_ptr<platform::PdfDocument> pdf_;
+    bool playing_ = false;
 };
 
 }  // namespace tsRtm
