@@ -37,7 +37,7 @@ class Interleaved : public testing::TestWithParam<Case> {
     clsRtm rtm;
     std::shared_ptr<clsTSDB> us, them;
     std::map<std::pair<int32, int32>, Text> told;
-    MemoryFiles::Snapshot before_;
+    MemoryFiles::Snapshot new_, before_;
     int32 dead_ = kDead;
     bool theyWrote_ = false;  // their first write, which takes the lock, lies behind them
 
@@ -51,6 +51,7 @@ class Interleaved : public testing::TestWithParam<Case> {
                                       {u"THEIRS", tsAlphanumerisch, 8},
                                       {u"LAST", tsAlphanumerisch, 8}});
         ASSERT_TRUE(rtm.DBCreateExt(DBAnsi, kFolder, {}, fields, GetParam().max, u"  1  0  0  2  0  0"));
+        new_ = disk.snapshot();
         const auto db = rtm.OpenTSDB(kFolder);
         for (int32 n = 1; n <= kRecords; ++n) {
             const auto record = db->Add();
@@ -136,14 +137,7 @@ class Interleaved : public testing::TestWithParam<Case> {
             open(readOnly);
             if (death > 0) dieInAnUpdate(death);
             users.as(kUs);
-            calls.beforeCall(n, [&] {
-                // To the library it is another program.
-                const auto own = std::exchange(rtmMain::state().updatesUnderWay, {});
-                users.as(kThem);
-                theirs(*them);
-                users.as(kUs);
-                rtmMain::state().updatesUnderWay = own;
-            });
+            calls.beforeCall(n, [&] { asThem([&] { theirs(*them); }); });
             ours(*us);
             const bool all = !calls.othersWorked();
             calls.disarm();
@@ -153,6 +147,15 @@ class Interleaved : public testing::TestWithParam<Case> {
             if (all || HasFailure()) return;
         }
         FAIL() << "no end";
+    }
+    // To the library it is another program.
+    template <class Theirs>
+    void asThem(Theirs work) {
+        const auto own = std::exchange(rtmMain::state().updatesUnderWay, {});
+        users.as(kThem);
+        work();
+        users.as(kUs);
+        rtmMain::state().updatesUnderWay = own;
     }
     void open(bool readOnly) {
         users.as(kUs);
@@ -167,10 +170,13 @@ class Interleaved : public testing::TestWithParam<Case> {
     void expectTruth() {
         users.as(kThem);
         look(*them);
+        expectTold(*them);
+    }
+    void expectTold(clsTSDB& db) {
         for (const auto& [place, text] : told)
-            EXPECT_EQ(them->GetField(place.first, place.second), text)
+            EXPECT_EQ(db.GetField(place.first, place.second), text)
                 << "field " << place.second << " of record " << place.first;
-        EXPECT_TRUE(consistent(*them));
+        EXPECT_TRUE(consistent(db));
     }
 };
 
@@ -179,6 +185,45 @@ TEST_P(Interleaved, ReadersAreToldTheTruth) {
     for (const auto& reading : readings())
         for (const auto& writing : writings(kTheirs, fTHEIRS))
             for (const bool readOnly : {false, true}) sweep(reading, writing, readOnly);
+}
+
+// In a new database, which has no file of records yet, somebody else stores the first one; in one with
+// records somebody changes, packs or sorts them.
+TEST_P(Interleaved, AnOpeningFindsWhatOthersMade) {
+    before_ = disk.snapshot();
+    const Work adds = [this](clsTSDB& db) { add(db, u"Theirs"); };
+    const std::pair<MemoryFiles::Snapshot*, Work> others[] = {{&new_, adds},
+                                                              {&before_, adds},
+                                                              {&before_,
+                                                               [this](clsTSDB& db) {
+                                                                   store(db, kTheirs, {{fKEY, u"Z"}});
+                                                               }},
+                                                              {&before_, [](clsTSDB& db) { db.Pack(); }},
+                                                              {&before_, [](clsTSDB& db) { db.Sort(); }}};
+    for (std::size_t i = 0; i < std::size(others); ++i)
+        for (int64 n = 1; n < 1000; ++n) {
+            SCOPED_TRACE(testing::Message() << "work " << i << " before call " << n);
+            disk.restore(*others[i].first);
+            told.clear();
+            users.as(kUs);
+            calls.beforeCall(n, [&] {
+                asThem([&] {
+                    them = rtm.OpenTSDB(kFolder);
+                    ASSERT_TRUE(them);
+                    others[i].second(*them);
+                });
+            });
+            us = rtm.OpenTSDB(kFolder);
+            const bool all = !calls.othersWorked();
+            calls.disarm();
+            ASSERT_TRUE(us);
+            add(*us, u"Ours");
+            EXPECT_EQ(us->Error(), 0);
+            them.reset();
+            expectTold(*us);
+            us.reset();
+            if (all || HasFailure()) break;
+        }
 }
 
 TEST_P(Interleaved, WritersLoseNothing) {

@@ -84,6 +84,8 @@ DataFile recoverData(OpenDatabase& d) {
         return DataFile::recovered;
     }
     if (count < 1 && !hasFilledStores(d.folder)) return DataFile::there;
+    // In a new database another program has made it since, and what was counted are its first records.
+    if (FilesTopic::Exist(data)) return DataFile::there;
     d.folder.messages().TSMsgBox(u"Die Datei \"" + data +
                                      u"\" fehlt.@Die Datenbank enthielt Daten und wird nicht geöffnet, damit "
                                      u"nichts überschrieben wird.",
