@@ -35,7 +35,7 @@ Session::Session(const std::string& name, Use use)
     // The object of the open database lets the look of the data overrule what this file says. A plain count
     // in its head means the DOS code page.
     bool dos = true;
-    if (!control_.Oeffne(control, dos))
+    if (!control_.Oeffne(control, dos) || control_.Felder() < 1)
         throw CliError("cannot read the structure of '" + name +
                        "': Control.tsd is damaged or of a newer form");
     open(use);

@@ -46,6 +46,10 @@ TEST_F(HostileFiles, OpeningTellsWhy) {
     EXPECT_EQ(db.AnzahlDSaetze(), 0);
     EXPECT_EQ(rtm.OpenTSDB(u"/daten/Fehlt"), nullptr);
     EXPECT_EQ(rtmMain::state().F, 52);
+    const Bytes control = file(u"Control.tsd");
+    put(u"Control.tsd", control.substr(0, 3));
+    EXPECT_EQ(db.Oeffne(kFolder), 52);
+    put(u"Control.tsd", control);
     // The object stayed closed: it opens another one.
     EXPECT_EQ(db.Oeffne(kFolder), 0);
     EXPECT_EQ(db.AnzahlDSaetze(), kRecords);

@@ -90,7 +90,8 @@ void clsTSDB::openInner() {
         return;
     }
     recoverControl(d.folder);
-    if (!d.readStructure()) {
+    // Cut within its head a control names no field, and any write would be of a wrong length.
+    if (!d.readStructure() || d.control->Felder() < 1) {
         e.fail(DatabaseError::noControl);
         return;
     }
