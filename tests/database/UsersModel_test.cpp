@@ -1,11 +1,18 @@
-// Random steps by several users with all that an application can do to records, against a plain table. The
-// seed and the number of steps can be given: TSRTM_MODEL_SEED, TSRTM_MODEL_STEPS.
+// Random steps by several users with all that an application can do to records, against a plain table: users
+// within one program, and users each of whom is a process. The seed and the number of steps can be given:
+// TSRTM_MODEL_SEED, TSRTM_MODEL_STEPS.
+#include <sys/mman.h>
+
 #include <algorithm>
+#include <atomic>
 #include <cstdlib>
+#include <fstream>
 #include <map>
 #include <random>
+#include <thread>
 
 #include "tests/database/MemoryDatabase.hpp"
+#include "tests/support/ChildProcess.hpp"
 #include "tsRtm/frame/text/TextOrder.hpp"
 
 namespace tsRtm::test {
@@ -26,18 +33,80 @@ int32 given(const char* name, int32 otherwise) {
     return text ? std::atoi(text) : otherwise;
 }
 
-class UsersModel : public testing::TestWithParam<Form> {
- protected:
-    MemoryFiles disk;
-    TestGround ground;
-    StartedLibrary library{ground, disk};
+// Where processes wait for each other: all of them draw the same steps and keep the same table, and each acts
+// where it is its turn.
+class Meeting {
+ public:
+    Meeting()
+        : arrived_(*static_cast<std::atomic<int32>*>(::mmap(nullptr, sizeof(std::atomic<int32>),
+                                                            PROT_READ | PROT_WRITE,
+                                                            MAP_SHARED | MAP_ANONYMOUS, -1, 0))) {}
+    ~Meeting() { ::munmap(&arrived_, sizeof arrived_); }
+    Meeting(const Meeting&) = delete;
+    Meeting& operator=(const Meeting&) = delete;
+
+    // False where one of them has given up or does not come.
+    bool arrive() {
+        ++arrived_;
+        expected_ += kUsers;
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+        while (arrived_ >= 0 && arrived_ < expected_ && std::chrono::steady_clock::now() < end)
+            std::this_thread::sleep_for(std::chrono::microseconds(50));
+        return arrived_ >= expected_;
+    }
+    void giveUp() { arrived_ = -1'000'000'000; }
+
+ private:
+    std::atomic<int32>& arrived_;
+    int32 expected_ = 0;  // of this process
+};
+
+class Model {
+ public:
+    // One of the users, who meets the others, or all of them.
+    explicit Model(Text folder, int32 me = -1, Meeting* others = nullptr)
+        : folder_(std::move(folder)), me_(me), others_(others) {}
+
+    void openAll() {
+        for (int32 i = 0; i < (others_ ? 1 : kUsers); ++i) {
+            users.push_back(rtm.OpenTSDB(folder_));
+            ASSERT_TRUE(users.back()) << rtmMain::state().F;
+        }
+    }
+    void run() {
+        openAll();
+        const int32 steps = given("TSRTM_MODEL_STEPS", 1200);
+        for (int32 i = 0; i < steps && !testing::Test::HasFatalFailure(); ++i) {
+            const int32 action = below(100);
+            SCOPED_TRACE(testing::Message() << "step " << i << " action " << action);
+            step(action);
+            meet();
+            if (!testing::Test::HasFatalFailure() && i % 1000 == 999) compareAll();
+            meet();
+            // Waiting for nobody: what was left open is given back.
+            if (rows.size() > 600) pack();
+        }
+        if (!testing::Test::HasFatalFailure()) compareAll();
+        if (testing::Test::HasFatalFailure() && others_) others_->giveUp();
+    }
+
+ private:
+    Text folder_;
+    int32 me_;
+    Meeting* others_;
     clsRtm rtm;
     std::mt19937 random{static_cast<uint32>(given("TSRTM_MODEL_SEED", 20261122))};
     std::vector<std::shared_ptr<clsTSDB>> users;
     std::vector<Row> rows;  // record n at n - 1
 
     int32 below(int32 n) { return static_cast<int32>(random() % static_cast<uint32>(n)); }
-    clsTSDB& anybody() { return *users[static_cast<std::size_t>(below(kUsers))]; }
+    // Who is drawn for what comes next; nobody where that is another process.
+    clsTSDB* anybody() {
+        const int32 user = below(kUsers);
+        if (!others_) return users[static_cast<std::size_t>(user)].get();
+        return user == me_ ? users.front().get() : nullptr;
+    }
+    void meet() { ASSERT_TRUE(!others_ || testing::Test::HasFatalFailure() || others_->arrive()); }
     int32 anyNumber() { return 1 + below(static_cast<int32>(rows.size())); }
     Row& at(int32 number) { return rows[static_cast<std::size_t>(number - 1)]; }
 
@@ -65,114 +134,138 @@ class UsersModel : public testing::TestWithParam<Form> {
         return numbers;
     }
 
-    void SetUp() override {
-        disk.offerWindows(GetParam().windows);
-        const auto fields = fieldsOf({{u"NAME", tsAlphanumerisch, 12},
-                                      {u"ORT", tsAlphanumerisch, 6},
-                                      {u"NOTIZ", tsMemo, 60},
-                                      {u"PROPS", tsProperties, 60},
-                                      {u"POS", tsKette, 8}});
-        ground.ui.defaultAnswer = 1;
-        ASSERT_TRUE(
-            rtm.DBCreateExt(DBAnsi, u"/daten/Modell", {}, fields, GetParam().max, u"  1  2  0  2  0  0"));
-        disk.put(u"/daten/Modell.DBD/KetteCtl.005",
-                 "TS1,2\r\n0,1,1,6,1,\"Text@@7TEXT\"\r\n0,2,1,4,5,\"Zahl@@7ZAHL\"\r\n11,100,0\r\n0\r\n");
-        openAll();
+    void step(int32 action) {
+        if (action < 20 || rows.size() < 5)
+            add();
+        else if (action < 50)
+            update();
+        else if (action < 60)
+            mark();
+        else if (action < 85)
+            changeChain();
+        else if (action < 96)
+            navigate();
+        else if (action < 99)
+            ranges();
+        else if (below(4) == 0 || rows.size() > 400)
+            pack();
     }
-    void openAll() {
-        for (int32 i = 0; i < kUsers; ++i) {
-            users.push_back(rtm.OpenTSDB(u"/daten/Modell"));
-            ASSERT_TRUE(users.back());
-        }
-    }
-
     void add() {
-        const auto record = anybody().Add();
         Row row;
-        record->Fields(dNAME, row.name = anyName());
-        record->Fields(dORT, row.ort = below(2) == 0 ? u"Bonn" : u"Ulm");
-        if (below(2) == 0) record->Fields(dNOTIZ, row.memo = anyText());
-        for (int32 i = below(3); i > 0; --i) {
-            row.chain.push_back(anyCells());
-            const auto cells = record->Kette(dPOS)->Add();
-            cells->Fields(1, row.chain.back()[0]);
-            cells->Fields(2, row.chain.back()[1]);
-            ASSERT_TRUE(cells->Update());
+        row.name = anyName();
+        row.ort = below(2) == 0 ? u"Bonn" : u"Ulm";
+        if (below(2) == 0) row.memo = anyText();
+        for (int32 i = below(3); i > 0; --i) row.chain.push_back(anyCells());
+        rows.push_back(row);
+        clsTSDB* const db = anybody();
+        if (!db) return;
+        const auto record = db->Add();
+        record->Fields(dNAME, row.name);
+        record->Fields(dORT, row.ort);
+        if (!row.memo.empty()) record->Fields(dNOTIZ, row.memo);
+        for (const auto& cells : row.chain) {
+            const auto added = record->Kette(dPOS)->Add();
+            added->Fields(1, cells[0]);
+            added->Fields(2, cells[1]);
+            ASSERT_TRUE(added->Update());
         }
         ASSERT_TRUE(record->Update());
-        ASSERT_EQ(record->Satznummer(), static_cast<int32>(rows.size()) + 1);
-        rows.push_back(row);
+        ASSERT_EQ(record->Satznummer(), static_cast<int32>(rows.size()));
     }
     // Through two objects that were loaded before: each stores what it was given.
     void update() {
         const int32 number = anyNumber();
-        const auto mine = anybody().Record(number), theirs = anybody().Record(number)->WorkCopy();
-        ASSERT_EQ(mine->Fields(dNAME) + theirs->Fields(dNAME), at(number).name + at(number).name);
-        if (below(2) == 0) mine->Fields(dNAME, at(number).name = anyName());
-        if (below(3) == 0) mine->Fields(dNOTIZ, at(number).memo = anyText());
-        theirs->Fields(dORT, at(number).ort = below(2) == 0 ? u"Köln" : u"");
+        clsTSDB* const one = anybody();
+        clsTSDB* const other = anybody();
+        const auto mine = one ? one->Record(number) : nullptr;
+        const auto theirs = other ? other->Record(number)->WorkCopy() : nullptr;
+        for (const auto& record : {mine, theirs})
+            ASSERT_EQ(record ? record->Fields(dNAME) : at(number).name, at(number).name);
+        meet();
+        auto& row = at(number);
+        row.ort = below(2) == 0 ? u"Köln" : u"";
         const Text key(1, static_cast<char16_t>(u'A' + below(5)));
-        theirs->Property(key, at(number).props[key] = toText(below(100)));
-        ASSERT_TRUE(theirs->Update());
+        row.props[key] = toText(below(100));
+        if (theirs) {
+            theirs->Fields(dORT, row.ort);
+            theirs->Property(key, row.props[key]);
+            ASSERT_TRUE(theirs->Update());
+        }
+        meet();
+        const bool name = below(2) == 0, memo = below(3) == 0;
+        if (name) row.name = anyName();
+        if (memo) row.memo = anyText();
+        if (!mine) return;
+        if (name) mine->Fields(dNAME, row.name);
+        if (memo) mine->Fields(dNOTIZ, row.memo);
         ASSERT_TRUE(mine->Update());
     }
     void mark() {
         const int32 number = anyNumber();
         at(number).deleted = below(3) != 0;
-        anybody().Record(number)->Deleted(at(number).deleted);
+        if (clsTSDB* const db = anybody()) db->Record(number)->Deleted(at(number).deleted);
     }
     void changeChain() {
         const int32 number = anyNumber();
         auto& chain = at(number).chain;
-        auto& db = anybody();
+        const TextTable before = chain;
+        clsTSDB* const db = anybody();
         if (below(3) == 0) {
-            db.AktSatzNr(number);
-            TextTable table{{}, anyCells()};
+            chain.push_back(anyCells());
+            if (!db) return;
+            db->AktSatzNr(number);
+            TextTable table{{}, chain.back()};
             int32 count = 1;
-            db.KetteAction(5, dPOS, table, count);
-            ASSERT_EQ(db.Error(), 0);
-            chain.push_back(table[1]);
+            db->KetteAction(5, dPOS, table, count);
+            ASSERT_EQ(db->Error(), 0);
             return;
         }
-        const auto set = db.Record(number)->Kette(dPOS);
-        ASSERT_EQ(set->Inhalt(), chain);
+        const auto set = db ? db->Record(number)->Kette(dPOS) : nullptr;
+        ASSERT_EQ(set ? set->Inhalt() : before, before);
         if (!chain.empty() && below(2) == 0) {
             const int32 place = 1 + below(static_cast<int32>(chain.size()));
             const auto which = chain.begin() + (place - 1);
             if (below(2) == 0) {
-                ASSERT_TRUE(set->Remove(place) && set->Update());
+                ASSERT_TRUE(!set || (set->Remove(place) && set->Update()));
                 chain.erase(which);
                 return;
             }
+            (*which)[0] = u"x";
+            if (!set) return;
             const auto row = set->Record(place);
-            row->Fields(1, (*which)[0] = u"x");
+            row->Fields(1, u"x");
             ASSERT_TRUE(row->Update());
             return;
         }
         const bool front = below(2) == 0;
         const auto cells = anyCells();
+        chain.insert(front ? chain.begin() : chain.end(), cells);
+        if (!set) return;
         const auto row = set->Add(front);
         row->Fields(1, cells[0]);
         row->Fields(2, cells[1]);
         ASSERT_TRUE(row->Update());
-        chain.insert(front ? chain.begin() : chain.end(), cells);
     }
     void navigate() {
-        const auto order = ordered();
-        const auto cursor = anybody().Records()->Index(dNAME);
-        cursor->Descending(below(2) == 0);
+        clsTSDB* const db = anybody();
+        const auto order = db ? ordered() : std::vector<int32>(rows.size());
+        const auto cursor = db ? db->Records()->Index(dNAME) : nullptr;
+        const bool down = below(2) == 0;
         const int32 start = below(static_cast<int32>(order.size()));
+        const auto ways = random();  // on or back, a bit each
+        const Text wanted = anyName();
+        if (!cursor) return;
+        cursor->Descending(down);
         cursor->AktSatzNr(order[static_cast<std::size_t>(start)]);
         int32 place = start;
         for (int32 i = 0; i < 5; ++i) {
-            const bool on = below(2) == 0;
+            const bool on = (ways >> i & 1) != 0;
             const auto record = on ? cursor->MoveNext() : cursor->MovePrevious();
-            place += on == cursor->Descending() ? -1 : 1;
+            place += on == down ? -1 : 1;
             place = std::clamp(place, -1, static_cast<int32>(order.size()));
             const bool there = place >= 0 && place < static_cast<int32>(order.size());
             ASSERT_EQ(record ? record->Satznummer() : 0, there ? order[static_cast<std::size_t>(place)] : 0);
         }
-        const Text wanted = anyName();
         const auto found = std::find_if(order.begin(), order.end(),
                                         [&](int32 n) { return compareText(wanted, keyOf(at(n))) <= 0; });
         const auto record = cursor->MoveTo(wanted);
@@ -180,7 +273,9 @@ class UsersModel : public testing::TestWithParam<Form> {
     }
     void ranges() {
         const Text from = anyName(), to = anyName();
-        const auto set = anybody().Records()->GetRange(dNAME, from, to);
+        clsTSDB* const db = anybody();
+        if (!db) return;
+        const auto set = db->Records()->GetRange(dNAME, from, to);
         std::vector<int32> expected, got;
         for (const int32 n : ordered()) {
             const bool above = from.empty() || compareText(from, keyOf(at(n))) <= 0;
@@ -189,11 +284,10 @@ class UsersModel : public testing::TestWithParam<Form> {
         }
         for (int32 i = 1; i <= set->Count(); ++i) got.push_back(set->Record(i)->Satznummer());
         ASSERT_EQ(got, expected) << toUtf8(from) << " to " << toUtf8(to);
-        auto& db = anybody();
         got.clear();
         Variant none;
-        const auto heard = db.Action.connect([&](int32 number, bool&, Variant&) { got.push_back(number); });
-        db.ActionLoop(dNAME, u"", u"", false, none);
+        const auto heard = db->Action.connect([&](int32 number, bool&, Variant&) { got.push_back(number); });
+        db->ActionLoop(dNAME, u"", u"", false, none);
         expected = ordered();
         std::erase_if(expected,
                       [&](int32 n) { return at(n).deleted || compareText(keyOf(at(n)), u"ŽŽ") > 0; });
@@ -201,16 +295,21 @@ class UsersModel : public testing::TestWithParam<Form> {
     }
     // Nobody else may have it open.
     void pack() {
-        const auto alone = users.front();
         users.clear();
-        ASSERT_TRUE(alone->Pack());
-        ASSERT_TRUE(alone->PackMemoKette());
+        meet();
+        if (me_ <= 0) {
+            const auto alone = rtm.OpenTSDB(folder_);
+            ASSERT_TRUE(alone && alone->Pack() && alone->PackMemoKette());
+        }
         std::erase_if(rows, [](const Row& row) { return row.deleted; });
-        alone->Schliesse();
+        meet();
         openAll();
     }
     void compareAll() {
-        auto& db = anybody();
+        clsTSDB* const who = anybody();
+        if (!who) return;
+        auto& db = *who;
+        db.Stand();  // the number of records may be half a minute old
         ASSERT_EQ(db.AnzahlDSaetze(), static_cast<int32>(rows.size()));
         for (int32 n = 1; n <= db.AnzahlDSaetze(); ++n) {
             const auto record = db.Record(n)->WorkCopy();
@@ -228,33 +327,56 @@ class UsersModel : public testing::TestWithParam<Form> {
     }
 };
 
-TEST_P(UsersModel, AgreesWithATable) {
-    const int32 steps = given("TSRTM_MODEL_STEPS", 1200);
-    for (int32 step = 0; step < steps && !HasFatalFailure(); ++step) {
-        const int32 action = below(100);
-        SCOPED_TRACE(testing::Message() << "step " << step << " action " << action);
-        if (action < 20 || rows.size() < 5)
-            add();
-        else if (action < 50)
-            update();
-        else if (action < 60)
-            mark();
-        else if (action < 85)
-            changeChain();
-        else if (action < 96)
-            navigate();
-        else if (action < 99)
-            ranges();
-        else if (below(4) == 0 || rows.size() > 400)
-            pack();
-        if (!HasFatalFailure() && step % 1000 == 999) compareAll();
-        // Waiting for nobody: what was left open is given back.
-        if (rows.size() > 600) pack();
-    }
-    if (!HasFatalFailure()) compareAll();
+template <class Put>
+void makeModel(const Text& folder, int32 max, Put put) {
+    clsRtm rtm;
+    const auto fields = fieldsOf({{u"NAME", tsAlphanumerisch, 12},
+                                  {u"ORT", tsAlphanumerisch, 6},
+                                  {u"NOTIZ", tsMemo, 60},
+                                  {u"PROPS", tsProperties, 60},
+                                  {u"POS", tsKette, 8}});
+    ASSERT_TRUE(rtm.DBCreateExt(DBAnsi, folder, {}, fields, max, u"  1  2  0  2  0  0"));
+    put(folder + u".DBD/KetteCtl.005",
+        "TS1,2\r\n0,1,1,6,1,\"Text@@7TEXT\"\r\n0,2,1,4,5,\"Zahl@@7ZAHL\"\r\n11,100,0\r\n0\r\n");
 }
 
+class UsersModel : public testing::TestWithParam<Form> {};
+
+TEST_P(UsersModel, AgreesWithATable) {
+    MemoryFiles disk;
+    disk.offerWindows(GetParam().windows);
+    TestGround ground;
+    ground.ui.defaultAnswer = 1;
+    const StartedLibrary library(ground, disk);
+    const Text folder = u"/daten/Modell";
+    ASSERT_NO_FATAL_FAILURE(makeModel(
+        folder, GetParam().max, [&](const Text& name, const char* content) { disk.put(name, content); }));
+    Model(folder).run();
+}
 INSTANTIATE_TEST_SUITE_P(Forms, UsersModel, kAllForms, nameOfForm);
+
+TEST(UsersModelProcesses, AgreeWithATable) {
+    for (const int32 max : {kNormal, kBig}) {
+        const TempFolder temp;
+        TestGround ground;
+        ground.ui.defaultAnswer = 1;
+        const StartedLibrary library(ground, platform::posixPlatform().files,
+                                     platform::posixPlatform().clock);
+        const Text folder = temp.name(u"Modell");
+        ASSERT_NO_FATAL_FAILURE(makeModel(folder, max, [](const Text& name, const char* content) {
+            std::ofstream(toUtf8(name), std::ios::binary) << content;
+        }));
+        Meeting meeting;
+        std::vector<std::unique_ptr<ChildProcess>> processes;
+        for (int32 me = 0; me < kUsers; ++me)
+            processes.push_back(std::make_unique<ChildProcess>([&, me](ChildProcess::Line&) {
+                Model(folder, me, &meeting).run();
+                std::fflush(stdout);
+                return testing::Test::HasFatalFailure() ? 1 : 0;
+            }));
+        for (const auto& process : processes) EXPECT_EQ(process->wait(), 0);
+    }
+}
 
 }  // namespace
 }  // namespace tsRtm::test
