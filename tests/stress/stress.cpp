@@ -4,9 +4,10 @@
 //     stress [seconds] [seed]
 //
 // Each user dies at a change of a file that was drawn for him. Both forms of an index, with windows on the
-// files and without, long records among them. Each user changes keys under record locks, fields of his own in
-// everybody's records, adds records and searches for what is always there. Whatever was told to be stored has
-// to be there, from the first to the last. Ends with 1 where it is not.
+// files and without, long records among them. Each user changes keys and memos under record locks, fields of
+// his own in everybody's records and rows of his own in their chains, adds records and searches for what is
+// always there; now and then all close and one of them reorganises. Whatever was told to be stored has to be
+// there, from the first to the last. Ends with 1 where it is not.
 #include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -17,6 +18,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <random>
 
 #include "tests/support/GuardedFiles.hpp"
@@ -32,11 +34,12 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using namespace std::chrono_literals;
 
-constexpr int32 kUsers = 4;
+constexpr int32 kUsers = 8;
 constexpr int32 kRecords = 300;  // at first
 constexpr int32 kFixed = 40;     // whose keys nobody changes
 constexpr int32 kMost = 2000;
-enum Field : int32 { fKEY = 1, fVERSION = 2, fTEXT = 3, fOWN = 4 };  // fOWN + user
+constexpr int32 kMostRows = 5;  // of one user in one chain
+enum Field : int32 { fKEY = 1, fVERSION, fTEXT, fMEMO, fCHAIN, fOWN };  // fOWN + user
 
 struct Round {
     const char* name;
@@ -62,11 +65,12 @@ struct Told {
 struct Board {
     std::atomic<bool> stop;
     std::atomic<int32> faults, version, records;
-    std::atomic<int64> works, refusals, longest;  // microseconds
+    std::atomic<int64> works, refusals, reorganised, longest;  // microseconds
     std::atomic<bool> dying[kUsers];
+    std::atomic<int32> alone;  // user + 1, for whom the others close
     struct Record {
         Told version;
-        Told own[kUsers];
+        Told own[kUsers], rows[kUsers];
         std::atomic<int32> holder;  // user + 1
     };
     Record at[kMost + 1];
@@ -119,6 +123,8 @@ Text textOf(int32 version, int32 length) {
     return Text(static_cast<std::size_t>(length), static_cast<char16_t>(u'a' + version % 26));
 }
 
+Text memoOf(int32 version) { return textOf(version, 1 + version * 131 % 700); }
+
 class User {
  public:
     User(const Round& round, const Text& folder, int32 me, uint32 seed)
@@ -126,6 +132,11 @@ class User {
 
     void work() {
         while (!board->stop) {
+            if (board->alone != 0 && board->alone != me_ + 1) {
+                db_.reset();
+                ::usleep(1000);
+                continue;
+            }
             if (!db_ && !(db_ = rtm_.OpenTSDB(folder_))) {
                 ++board->refusals;
                 continue;
@@ -161,6 +172,7 @@ class User {
             board->at[record].holder = 0;
             if (!look(record)) continue;
             for (int32 user = 0; user < kUsers; ++user) own(user, record);
+            for (int32 user = 0; user < kUsers; ++user) rows(user, record);
         }
         for (int32 record = 1; record <= kFixed; ++record) search(record);
         board->records = count;
@@ -174,7 +186,7 @@ class User {
     }
 
     void step(int32 record) {
-        switch (below(9)) {
+        switch (below(11)) {
             case 0:
             case 1:
                 return change(record);
@@ -190,6 +202,11 @@ class User {
                 return;
             case 6:
                 return walk();
+            case 7:
+                return rowOf(record);
+            case 8:
+                if (below(200) == 0) reorganise();
+                return;
             default:
                 return search(1 + below(kFixed));
         }
@@ -198,6 +215,7 @@ class User {
         record.Fields(fKEY, keyOf(number, version));
         record.Fields(fVERSION, toText(version));
         record.Fields(fTEXT, textOf(version, round_.text));
+        record.Fields(fMEMO, memoOf(version));
     }
     // Reads a record; false where it was never filled. Under its lock, and where nobody works, its version is
     // what was told.
@@ -218,6 +236,10 @@ class User {
             fault("missed under its lock", record, version);
         if (told.stored != 0 && !told.admits(version)) fault("lost version", record, version, told.stored);
         told.settle(version);
+        const auto object = db_->Record(record);
+        const Text memo = object ? object->Fields(fMEMO) : Text();
+        if (memo != memoOf(version) && !(object && refused(object->Error())))
+            fault("lost memo", record, static_cast<int32>(memo.size()), version);
         return true;
     }
     void own(int32 user, int32 record) {
@@ -277,6 +299,59 @@ class User {
         }
         if (!refused(error)) told.stored = value;
     }
+    // The rows of a user in a chain are numbered from 1; gives how many there are, less than none where it
+    // can't be read.
+    int32 rows(int32 user, int32 record) {
+        const auto object = db_->Record(record);
+        const auto set = object ? object->Kette(fCHAIN) : nullptr;
+        if (!set) return refused(db_->Error()), -1;
+        const auto cells = set->Inhalt();
+        if (refused(db_->Error())) return -1;
+        int32 have = 0;
+        for (const auto& row : cells)
+            if (number(row[0]) == user + 1 && number(row[1]) != ++have)
+                fault("row of a chain", record, number(row[1]), have);
+        auto& told = board->at[record].rows[user];
+        if (!told.admits(have)) fault("lost row", record, have, told.stored);
+        told.settle(have);
+        return have;
+    }
+    void rowOf(int32 record) {
+        const int32 have = rows(me_, record);
+        if (have < 0) return;
+        auto& told = board->at[record].rows[me_];
+        const auto set = db_->Record(record)->Kette(fCHAIN);
+        bool stored = false;
+        if (have < kMostRows) {
+            told.tried = have + 1;
+            const auto row = set->Add(false);
+            row->Fields(1, toText(me_ + 1));
+            row->Fields(2, toText(have + 1));
+            stored = row->Update();
+        } else {
+            told.tried = have - 1;
+            const auto cells = set->Inhalt();
+            for (int32 i = 1; i <= static_cast<int32>(cells.size()); ++i) {
+                const auto& row = cells[static_cast<std::size_t>(i - 1)];
+                if (number(row[0]) != me_ + 1 || number(row[1]) != have) continue;
+                stored = set->Remove(i) && set->Update();
+                break;
+            }
+        }
+        if (stored) return told.settle(told.tried);
+        refused(db_->Error());
+    }
+    void reorganise() {
+        int32 nobody = 0;
+        if (!board->alone.compare_exchange_strong(nobody, me_ + 1)) return;
+        ::usleep(20000);
+        const int32 which = below(3);
+        if (!(which == 0 ? db_->Pack() : which == 1 ? db_->PackMemoKette() : db_->Sort()))
+            refused(db_->Error());
+        else
+            ++board->reorganised;
+        board->alone = 0;
+    }
     void search(int32 record) {
         if (!db_->Exist(fixedKey(record), 1) && !refused(db_->Error())) fault("missed", record);
         db_->SetIndex(1);
@@ -307,11 +382,13 @@ class Office {
     void run(std::chrono::milliseconds duration) {
         board->stop = false;
         board->records = 0;
-        board->works = board->refusals = board->longest = 0;
+        board->alone = 0;
+        board->works = board->refusals = board->reorganised = board->longest = 0;
         for (auto& record : board->at) {
             record.version.settle(0);
             record.holder = 0;
             for (auto& own : record.own) own.settle(0);
+            for (auto& rows : record.rows) rows.settle(0);
         }
         asOne([this] { prepare(); });
         for (int32 user = 0; user < kUsers; ++user) start(user);
@@ -335,9 +412,11 @@ class Office {
         for (const pid_t pid : users_) ::waitpid(pid, nullptr, 0);
         asOne([this] { User(round_, folder_, kUsers, 1).verify(); });
         std::printf(
-            "%-28s %8lld works, %5lld refused, %4d died, %2d times all, longest %.0f ms, %d records\n",
+            "%-28s %8lld works, %5lld refused, %3lld reorganised, %4d died, %2d times all, longest %.0f ms, %d "
+            "records\n",
             round_.name, static_cast<long long>(board->works), static_cast<long long>(board->refusals),
-            deaths, all, static_cast<float64>(board->longest) / 1000, board->records.load());
+            static_cast<long long>(board->reorganised), deaths, all,
+            static_cast<float64>(board->longest) / 1000, board->records.load());
         std::fflush(stdout);
     }
 
@@ -345,20 +424,23 @@ class Office {
     void prepare() {
         clsRtm rtm;
         TSIOArray fields;
-        const auto field = [&](const Text& name, int32 length) {
+        const auto field = [&](const Text& name, int32 length, eTyp typ = tsAlphanumerisch) {
             fields.push_back(std::make_shared<TSIO>());
-            fields.back()->Typ(tsAlphanumerisch);
+            fields.back()->Typ(typ);
             fields.back()->Laenge(length);
             fields.back()->Titel(name + u"@@7" + name);
         };
         field(u"KEY", 10);
         field(u"VERSION", 9);
         field(u"TEXT", round_.text);
+        field(u"MEMO", 60, tsMemo);
+        field(u"CHAIN", 8, tsKette);
         for (int32 user = 0; user < kUsers; ++user) field(u"OWN" + toText(user), 6);
-        if (rtm.DBCreateExt(round_.typ, folder_, {}, fields, round_.max, u"  1  0  0  2  0  0"))
-            User(round_, folder_, kUsers, 1).begin();
-        else
-            fault("creation", 0);
+        if (!rtm.DBCreateExt(round_.typ, folder_, {}, fields, round_.max, u"  1  0  0  2  0  0"))
+            return fault("creation", 0);
+        std::ofstream(toUtf8(folder_ + u".DBD/KetteCtl.005"), std::ios::binary)
+            << "TS1,2\r\n0,1,1,4,1,\"User@@7USER\"\r\n0,2,1,6,1,\"Zahl@@7ZAHL\"\r\n11,100,0\r\n0\r\n";
+        User(round_, folder_, kUsers, 1).begin();
     }
     // In a process of its own: the library of this one holds no files.
     template <class Work>
@@ -397,6 +479,7 @@ class Office {
         if (!WIFSIGNALED(status) || WTERMSIG(status) != SIGKILL) fault("end of a user", status);
         for (auto& record : board->at)
             if (record.holder == user + 1) record.holder = 0;
+        if (board->alone == user + 1) board->alone = 0;
         return true;
     }
     bool startAgain(int32 user) {
