@@ -38,7 +38,7 @@ constexpr int32 kUsers = 8;
 constexpr int32 kRecords = 300;  // at first
 constexpr int32 kFixed = 40;     // whose keys nobody changes
 constexpr int32 kMost = 2000;
-constexpr int32 kMostRows = 5;  // of one user in one chain
+constexpr int32 kMostRows = 5;                                          // of one user in one chain
 enum Field : int32 { fKEY = 1, fVERSION, fTEXT, fMEMO, fCHAIN, fOWN };  // fOWN + user
 
 struct Round {
@@ -57,7 +57,7 @@ constexpr Round kRounds[] = {{"flat", 30000, true, 60, DBAnsi},
 
 // What was told to be stored, and what was tried since without an answer: either may be there.
 struct Told {
-    std::atomic<int32> stored, tried;
+    std::atomic<int32> stored = 0, tried = 0;
     bool admits(int32 value) const { return value == stored || value == tried; }
     void settle(int32 value) { stored = tried = value; }
 };
@@ -66,12 +66,24 @@ struct Board {
     std::atomic<bool> stop;
     std::atomic<int32> faults, version, records;
     std::atomic<int64> works, refusals, reorganised, longest;  // microseconds
-    std::atomic<bool> dying[kUsers];
+    std::atomic<bool> dying[kUsers], open[kUsers];
     std::atomic<int32> alone;  // user + 1, for whom the others close
     struct Record {
         Told version;
         Told own[kUsers], rows[kUsers];
-        std::atomic<int32> holder;  // user + 1
+        std::atomic<int32> holder = 0;  // user + 1
+
+        void take(const Record& other) {
+            version.settle(other.version.stored);
+            for (int32 user = 0; user < kUsers; ++user) {
+                own[user].settle(other.own[user].stored);
+                rows[user].settle(other.rows[user].stored);
+            }
+        }
+        void clear() {
+            take(Record());
+            holder = 0;
+        }
     };
     Record at[kMost + 1];
 };
@@ -133,10 +145,11 @@ class User {
     void work() {
         while (!board->stop) {
             if (board->alone != 0 && board->alone != me_ + 1) {
-                db_.reset();
+                close();
                 ::usleep(1000);
                 continue;
             }
+            board->open[me_] = true;
             if (!db_ && !(db_ = rtm_.OpenTSDB(folder_))) {
                 ++board->refusals;
                 continue;
@@ -151,7 +164,7 @@ class User {
             const auto took = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - start);
             if (took.count() > board->longest) board->longest = took.count();
             ++board->works;
-            if (below(500) == 0) db_.reset();
+            if (below(50) == 0) close();
         }
     }
     // The first records, by one who is alone.
@@ -175,16 +188,32 @@ class User {
             for (int32 user = 0; user < kUsers; ++user) rows(user, record);
         }
         for (int32 record = 1; record <= kFixed; ++record) search(record);
-        board->records = count;
+        board->records = pack(count);
     }
 
  private:
+    void close() {
+        db_.reset();
+        board->open[me_] = false;
+    }
     int32 below(int32 limit) { return static_cast<int32>(random_() % static_cast<uint32>(limit)); }
     bool refused(int32 error) {
         if (error != 0) ++board->refusals;
         return error != 0;
     }
 
+    // Takes out what deaths in adding left, from the board, too; how many records there are then.
+    int32 pack(int32 count) {
+        int32 left = 0;
+        for (int32 record = 1; record <= count; ++record) {
+            db_->AktSatzNr(record);
+            if (!db_->IsDeleted() && ++left != record) board->at[left].take(board->at[record]);
+        }
+        if (!db_->Pack()) fault("packing", 0, db_->Error());
+        if (db_->AnzahlDSaetze() != left) fault("packed", left, db_->AnzahlDSaetze());
+        for (int32 record = left + 1; record <= count; ++record) board->at[record].clear();
+        return left;
+    }
     void step(int32 record) {
         switch (below(11)) {
             case 0:
@@ -344,12 +373,16 @@ class User {
     void reorganise() {
         int32 nobody = 0;
         if (!board->alone.compare_exchange_strong(nobody, me_ + 1)) return;
-        ::usleep(20000);
-        const int32 which = below(3);
-        if (!(which == 0 ? db_->Pack() : which == 1 ? db_->PackMemoKette() : db_->Sort()))
-            refused(db_->Error());
-        else
+        const auto othersWork = [this] {
+            for (int32 user = 0; user < kUsers; ++user)
+                if (user != me_ && board->open[user]) return true;
+            return false;
+        };
+        for (int32 i = 0; i < 1000 && othersWork(); ++i) ::usleep(1000);
+        if (below(2) == 0 ? db_->PackMemoKette() : db_->Sort())
             ++board->reorganised;
+        else
+            refused(db_->Error());
         board->alone = 0;
     }
     void search(int32 record) {
@@ -384,12 +417,7 @@ class Office {
         board->records = 0;
         board->alone = 0;
         board->works = board->refusals = board->reorganised = board->longest = 0;
-        for (auto& record : board->at) {
-            record.version.settle(0);
-            record.holder = 0;
-            for (auto& own : record.own) own.settle(0);
-            for (auto& rows : record.rows) rows.settle(0);
-        }
+        for (auto& record : board->at) record.clear();
         asOne([this] { prepare(); });
         for (int32 user = 0; user < kUsers; ++user) start(user);
         int32 deaths = 0, all = 0;
@@ -412,7 +440,8 @@ class Office {
         for (const pid_t pid : users_) ::waitpid(pid, nullptr, 0);
         asOne([this] { User(round_, folder_, kUsers, 1).verify(); });
         std::printf(
-            "%-28s %8lld works, %5lld refused, %3lld reorganised, %4d died, %2d times all, longest %.0f ms, %d "
+            "%-28s %8lld works, %5lld refused, %3lld reorganised, %4d died, %2d times all, longest %.0f ms, "
+            "%d "
             "records\n",
             round_.name, static_cast<long long>(board->works), static_cast<long long>(board->refusals),
             static_cast<long long>(board->reorganised), deaths, all,
@@ -480,6 +509,7 @@ class Office {
         for (auto& record : board->at)
             if (record.holder == user + 1) record.holder = 0;
         if (board->alone == user + 1) board->alone = 0;
+        board->open[user] = false;
         return true;
     }
     bool startAgain(int32 user) {
