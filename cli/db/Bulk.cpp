@@ -6,6 +6,7 @@
 #include "cli/shared/Command.hpp"
 #include "cli/shared/Progress.hpp"
 #include "cli/shared/SharedOptions.hpp"
+#include "cli/shared/Terminal.hpp"
 #include "tsRtm/frame/FilesTopic.hpp"
 
 namespace tsRtm::cli {
@@ -16,6 +17,7 @@ struct BulkOptions {
     std::vector<std::string> fields;
     bool memos = false;
     bool yes = false;
+    bool lossy = false;
     std::string form;
 };
 
@@ -67,14 +69,15 @@ void zap(const BulkOptions& options) {
 
 void convert(const BulkOptions& options) {
     Session session(options.name, Use::alone);
+    if (options.lossy) agreeToAll();
     bool done = false;
     withProgress(session, "Converting", [&](clsTSDB& db) {
         done = options.form == "unicode" ? db.ConvertToUnicode() : db.ConvertToAnsi();
     });
     if (!done)
-        throw CliError("'" + session.name() +
-                       "' has characters that code page 1252 lacks; nothing is changed, convert it at a "
-                       "terminal to be asked");
+        throw CliError(
+            "'" + session.name() +
+            "' has characters that code page 1252 lacks; nothing is changed, --lossy makes them \"?\"");
     std::cout << "converted: " << session.count() << " records in " << options.form << " form\n";
 }
 
@@ -121,6 +124,8 @@ void addBulk(Command db) {
         .option("--to", options->form, "ansi (code page 1252, also from the DOS form) or unicode (UTF-16)")
         .oneOf({"ansi", "unicode"}, InHelp::shown)
         .required();
+    converted.flag("--lossy", options->lossy,
+                   "Where code page 1252 lacks a character, a \"?\" takes its place");
 
     const auto index = db.add("index", "Add an index, or take one away");
     index.needsCommand();

@@ -15,22 +15,34 @@
 namespace tsRtm::cli {
 namespace {
 
-// Messages of the library with nobody to ask.
-class Notes final : public platform::Dialogs {
+constexpr int32 kYes = 6;
+
+// Messages of the library to the person at the terminal, or with nobody to ask: then each is a note.
+class Messages final : public platform::Dialogs {
  public:
+    explicit Messages(platform::Dialogs* person) : person_(person) {}
+
     int32 show(const platform::MessageBox& box) override {
+        if (attended()) return person_->show(box);
         const std::string text = oneLine(box.body);
         if (told_.insert(text).second) std::cerr << "tsrtm: note: " << text << '\n';
-        return platform::safeAnswer(box);
+        const bool agreed = agreed_ && std::count(box.answers.begin(), box.answers.end(), kYes) > 0;
+        return agreed ? kYes : platform::safeAnswer(box);
     }
     std::optional<platform::DialogAnswer> showTaskDialog(const platform::TaskDialog& dialog,
                                                          const platform::DialogListener& tell) override {
-        return showPlainly(*this, dialog, tell);
+        return attended() ? person_->showTaskDialog(dialog, tell) : showPlainly(*this, dialog, tell);
     }
-    bool attended() override { return false; }
-    std::optional<Text> ask(TextView, TextView, TextView preset) override { return Text(preset); }
-    void openLink(TextView) override {}
-    int32 comCtlVersion() override { return 580; }
+    bool attended() override { return person_ && !agreed_; }
+    std::optional<Text> ask(TextView prompt, TextView title, TextView preset) override {
+        return attended() ? person_->ask(prompt, title, preset) : Text(preset);
+    }
+    void openLink(TextView address) override {
+        if (attended()) person_->openLink(address);
+    }
+    int32 comCtlVersion() override { return attended() ? person_->comCtlVersion() : 580; }
+
+    void agree() { agreed_ = true; }
 
  private:
     static std::string oneLine(TextView text) {
@@ -41,8 +53,15 @@ class Notes final : public platform::Dialogs {
         return printable(trim(line));
     }
 
+    platform::Dialogs* person_;  // nobody: none
+    bool agreed_ = false;
     std::set<std::string> told_;
 };
+
+Messages& messages() {
+    static Messages only(canAsk() ? &rtmMain::defaultGround().dialogs : nullptr);
+    return only;
+}
 
 // The line of a wait that goes on for ever.
 class StatusLine final : public iStatusControl {
@@ -78,7 +97,6 @@ std::size_t displayWidth(std::string_view utf8) noexcept {
 
 void startLibrary() {
     auto& machine = rtmMain::defaultGround();
-    static Notes notes;
     static platform::Platform ground{.files = machine.files,
                                      .clock = machine.clock,
                                      .locale = machine.locale,
@@ -88,7 +106,7 @@ void startLibrary() {
                                      .user = machine.user,
                                      .screen = machine.screen,
                                      .ui = machine.ui,
-                                     .dialogs = canAsk() ? machine.dialogs : notes,
+                                     .dialogs = messages(),
                                      .choices = machine.choices,
                                      .texts = machine.texts,
                                      .random = machine.random,
@@ -96,5 +114,7 @@ void startLibrary() {
     rtmMain::Main(ground);
     if (errorIsTerminal()) rtmMain::state().messageLine = std::make_shared<StatusLine>();
 }
+
+void agreeToAll() { messages().agree(); }
 
 }  // namespace tsRtm::cli

@@ -18,5 +18,7 @@ std::size_t displayWidth(std::string_view utf8) noexcept;
 // Starts the library on this machine with messages as the tool wants them: asked at a terminal; else each is
 // a line "tsrtm: note: ..." on standard error, once, and gets the answer that loses nothing.
 void startLibrary();
+// Questions with yes and no are answered with yes from now on, and nobody is asked.
+void agreeToAll();
 
 }  // namespace tsRtm::cli
