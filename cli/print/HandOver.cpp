@@ -19,6 +19,7 @@ std::unique_ptr<Paper> attachPaper(bool) {
     std::vector<std::string> words;
     for (std::string word; std::getline(file, word, '\0');) words.push_back(word);
     std::vector<char*> list;
+    list.reserve(words.size() + 1);
     for (auto& word : words) list.push_back(word.data());
     list.push_back(nullptr);
     ::execv(program.c_str(), list.data());
