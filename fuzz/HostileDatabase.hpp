@@ -14,6 +14,7 @@ struct Form {
     int32 most = 50000;  // records: trees from 32768 on
     bool serial = false;
     bool chain = false;
+    bool memo = false;
 };
 
 // The sound files of the form, made once per program.
@@ -43,6 +44,7 @@ inline const test::MemoryFiles::Snapshot& soundFiles(const Form& form) {
             disk.put(u"/d/X.DBD/KetteCtl.006",
                      "TS1,2\r\n0,1,1,6,1,\"T\"\r\n0,1,1,4,5,\"Z\"\r\n11,9,0\r\n0\r\n");
         }
+        if (form.memo) add(tsMemo, 20, 0);
         rtm.DB_Create(u"/d/X", fields, form.most, u"  1  5  0  2  0  0  3  4  0");
         const auto db = rtm.OpenTSDB(u"/d/X");
         for (int32 n = 0; n < 70; ++n) {
@@ -51,6 +53,7 @@ inline const test::MemoryFiles::Snapshot& soundFiles(const Form& form) {
             record->Fields(2, toText(n));
             record->Fields(3, u"010120" + toText(10 + n % 60));
             record->Fields(5, n % 3 == 0 ? u"Ωß" : u"b");
+            if (form.memo && n % 5 != 0) record->Fields(6, Text(static_cast<std::size_t>(n * 7 % 100), u'm'));
             record->Update();
             if (!form.chain || n % 7 != 0) continue;
             db->AktSatzNr(n + 1);
@@ -88,6 +91,12 @@ inline void use(clsTSDB& db) {
         int32 count = 1;
         db.KetteAction(record % 2 == 0 ? 5 : 7, 6, rows, count);
         if (record % 3 == 0) db.KetteSchreiben(1, rows);
+    }
+    for (int32 number = 1; db.AnzahlMemos() > 0 && number < 70; number += 6) {
+        const auto record = db.Record(number);
+        if (!record || record->Fields(6).size() % 2 == 0) continue;
+        record->Fields(6, Text(static_cast<std::size_t>(number), u'n'));
+        record->Update();
     }
     if (const auto record = db.Add()) {
         record->Fields(1, u"neu");
