@@ -82,8 +82,7 @@ void putInRecord(OpenDatabase& d, int32 record, int32 field, BytesView bytes, in
 class ChainMemoCheck {
  public:
     ChainMemoCheck(OpenDatabase& d, ChainStore& chain, Mend mend, std::vector<Text>& lines)
-        : d_(d),
-          chain_(chain),
+        : chain_(chain),
           stores_(*d.rowMemos(chain)),
           checks_(checksOf(stores_, chain.rows().fields(), mend, lines)) {}
 
@@ -118,7 +117,6 @@ class ChainMemoCheck {
         chain_.file().writePart(row, columns.offset, BytesView(image).substr(columns.offset, columns.bytes));
     }
 
-    OpenDatabase& d_;
     ChainStore& chain_;
     MemoStores& stores_;
     std::vector<FieldCheck> checks_;
