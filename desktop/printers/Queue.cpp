@@ -137,6 +137,7 @@ bool Queue::supports(const char* option, const char* value) const {
 std::vector<std::string> Queue::values(const char* option) const {
     auto* attribute = supported(option);
     std::vector<std::string> all;
+    all.reserve(static_cast<std::size_t>(ippGetCount(attribute)));
     for (int i = 0; i < ippGetCount(attribute); ++i) all.push_back(textOf(attribute, i));
     return all;
 }

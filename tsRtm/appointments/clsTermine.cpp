@@ -52,7 +52,7 @@ std::shared_ptr<clsTermin> clsTermine::ItemByID(TextView ID) const {
 
 std::shared_ptr<clsTSRecordSet> clsTermine::Records() const {
     const auto database = calendar_->DB();
-    const auto set = database ? database->Records()->GetSelection({}) : nullptr;
+    auto set = database ? database->Records()->GetSelection({}) : nullptr;
     for (const auto& entry : entries_)
         if (set) set->AddRecords(Variant(entry->number_));
     return set;

@@ -19,7 +19,7 @@ constexpr std::chrono::milliseconds kPause{2};
 
 }  // namespace
 
-MemoStores::MemoStores(Parts parts) : p_(parts), scrambler_(parts.folder.messages()) {}
+MemoStores::MemoStores(const Parts& parts) : p_(parts), scrambler_(parts.folder.messages()) {}
 
 void MemoStores::define(const clsControl& control) {
     close();

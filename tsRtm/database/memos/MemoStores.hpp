@@ -29,7 +29,7 @@ class MemoStores {
         // Brings what points to the texts to the device, beside Data.tsd; may be empty.
         std::function<void()> flushOwner = {};
     };
-    explicit MemoStores(Parts parts);
+    explicit MemoStores(const Parts& parts);
     ~MemoStores() { close(); }
     MemoStores(const MemoStores&) = delete;
     MemoStores& operator=(const MemoStores&) = delete;
