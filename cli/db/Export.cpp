@@ -44,6 +44,7 @@ std::vector<int32> csvColumns(const clsControl& control, const FieldMap& map, st
 void writeHeader(CsvWriter& writer, const FieldMap& map, const std::vector<int32>& fields,
                  const ExportOptions& options) {
     std::vector<Text> row;
+    row.reserve(fields.size());
     for (const int32 field : fields) row.push_back(fromUtf8(map.label(field)));
     if (!writer.row(row)) refuse("the header line", row[writer.badField()], options);
 }

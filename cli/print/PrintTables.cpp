@@ -33,9 +33,10 @@ void printCsv(const CsvOptions& options) {
     const auto open = [&] { return CsvTable(options.file, options.encoding, options.separator); };
     CsvTable table = open();
     std::vector<std::size_t> places;
-    std::vector<ListColumn> columns;
     for (std::size_t i = 0; options.fields.empty() && i < table.titles().size(); ++i) places.push_back(i);
     for (const auto& word : options.fields) places.push_back(table.need(word));
+    std::vector<ListColumn> columns;
+    columns.reserve(places.size());
     for (const auto place : places) columns.push_back({table.titles()[place], false, std::nullopt});
     std::vector<std::size_t> sums;
     for (const auto& word : options.sums) sums.push_back(table.need(word));
@@ -48,6 +49,7 @@ void printCsv(const CsvOptions& options) {
             if (!rows.fault().empty())
                 throw CliError(options.file + ", line " + std::to_string(rows.line()) + ": " + rows.fault());
             std::vector<Text> cells;
+            cells.reserve(places.size());
             for (const auto place : places) cells.push_back(rows.cell(place));
             take(cells);
         }
@@ -106,6 +108,7 @@ void printDb(const DbOptions& options) {
     printList(options.print, title, columns, [&](const std::function<void(const std::vector<Text>&)>& take) {
         eachOf(session, map, options.range, record, [&] {
             std::vector<Text> cells;
+            cells.reserve(fields.size());
             for (const int32 field : fields)
                 cells.push_back(shownAs(session.control().field(field), record.field(field)));
             take(cells);

@@ -29,7 +29,7 @@ CommandOption CommandOption::needs(CommandOption other) const {
 }
 
 CommandOption CommandOption::check(std::function<std::string(const std::string&)> refusal) const {
-    return CommandOption(*option_->check(refusal));
+    return CommandOption(*option_->check(std::move(refusal)));
 }
 CommandOption CommandOption::range(int32 first, int32 last) const {
     return CommandOption(*option_->check(CLI::Range(first, last)));

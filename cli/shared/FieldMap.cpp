@@ -47,6 +47,7 @@ int32 FieldMap::index(const std::string& word) const {
 
 std::vector<int32> FieldMap::select(const std::vector<std::string>& words) const {
     std::vector<int32> fields;
+    fields.reserve(words.size());
     for (const auto& word : words) fields.push_back(need(word));
     if (fields.empty()) {
         fields.resize(static_cast<std::size_t>(count()));

@@ -65,8 +65,8 @@ TEST_F(OnPaper, CanBeReadAgain) {
     job.Ende();
     const auto text = run("pdftotext -layout '" + file() + "' -").second;
     std::size_t at = 0;  // in the order of the pages
-    for (const char* piece : {"Grüße aus Köln – Straße 7 €", "„Ähren“ ‚ö‘ — 5 % …", "rechts",
-                              "Erster Absatz", "Zweiter", "quer", "Łódź", "ersetzt (\\)"}) {
+    for (const char* piece : {"Grüße aus Köln – Straße 7 €", "„Ähren“ ‚ö‘ — 5 % …", "rechts", "Erster Absatz",
+                              "Zweiter", "quer", "Łódź", "ersetzt (\\)"}) {
         EXPECT_NE(text.find(piece, at), std::string::npos) << piece << "\n" << text;
         at = std::min(text.find(piece, at), text.size());
     }

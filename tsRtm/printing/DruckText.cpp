@@ -78,8 +78,8 @@ void Druck::MMExt(float64 Zeile, float64 Spalte, Text& Inhalt, int32 Breit, int3
     if (MaxBreite > 0) {
         Setzen(-1, -1, Breit, Attr, -1, {}, Winkel);
         const auto fits = [&](std::size_t letters) {
-            const int32 twips = TextWidth(TextView(Inhalt).substr(0, letters));
-            return static_cast<float64>(twips / kTwipsPerWholeMM) <= MaxBreite;
+            const int32 whole = TextWidth(TextView(Inhalt).substr(0, letters)) / kTwipsPerWholeMM;
+            return whole <= MaxBreite;
         };
         std::size_t least = 0, most = Inhalt.size();
         if (fits(most)) least = most;
