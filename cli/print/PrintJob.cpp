@@ -68,7 +68,10 @@ Area PrintJob::area() const noexcept {
 
 void PrintJob::start(const std::string& name, bool forGood) {
     const bool printer = !pdf_ && !png_;
-    druck_.Device(printer && forGood ? fromUtf8(options_.target) : u"PDF");
+    const Text device = printer && forGood ? fromUtf8(options_.target) : u"PDF";
+    druck_.Device(device);
+    // Else the pages would lie somewhere as a file.
+    if (druck_.Device() != device) throw CliError("the printer '" + options_.target + "' does not answer");
     druck_.DocPath(folder_);
     druck_.JobName(pdf_ ? file_.substr(0, file_.size() - 4) : fromUtf8(name));
     druck_.Modal(true);
