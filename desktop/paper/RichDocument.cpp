@@ -44,7 +44,8 @@ QTextCharFormat formatOf(const rtf::Run& run) {
 }
 
 // Letters of fonts of symbols that every machine has elsewhere: mostly what lists are marked with.
-QString lettersOf(const rtf::Run& run) {
+// In a font of letters then: fonts of symbols may have other places for them.
+RichParagraph::Piece pieceOf(const rtf::Run& run) {
     constexpr int32 kSymbols = 2;
     struct Row {
         char16_t letter, shown;
@@ -53,20 +54,22 @@ QString lettersOf(const rtf::Run& run) {
         {u'l', u'●'},      {u'n', u'■'},      {u'q', u'❑'},      {u'u', u'◆'},      {u'v', u'❖'},
         {u'\u00A7', u'▪'}, {u'\u00A8', u'◻'}, {u'\u00D8', u'➢'}, {u'\u00E0', u'→'}, {u'\u00FC', u'✓'}};
     static constexpr Row kSymbol[] = {{u'\u00B7', u'•'}, {u'-', u'−'}};
-    QString text = qt(run.text);
-    if (run.font.charset != kSymbols) return text;
+    RichParagraph::Piece piece{qt(run.text), formatOf(run)};
     const bool wingdings = run.font.name == u"Wingdings";
-    if (!wingdings && run.font.name != u"Symbol") return text;
+    if (run.font.charset != kSymbols || (!wingdings && run.font.name != u"Symbol")) return piece;
     const auto rows = wingdings ? std::span<const Row>(kWingdings) : std::span<const Row>(kSymbol);
-    for (auto& letter : text) {
+    bool all = true;
+    for (auto& letter : piece.text) {
         // They stand as the code page has them, or in the area for private use.
         const char16_t code = letter.unicode() >= 0xF000 && letter.unicode() <= 0xF0FF
                                   ? static_cast<char16_t>(letter.unicode() & 0xFF)
                                   : letter.unicode();
         const auto row = std::ranges::find(rows, code, &Row::letter);
         if (row != rows.end()) letter = row->shown;
+        all = all && (row != rows.end() || letter.isSpace());
     }
-    return text;
+    if (all) piece.format.setFontFamilies({qt(kDefaultFont)});
+    return piece;
 }
 
 bool hasLineBelow(const rtf::CellFormat& cell) { return cell.borders[rtf::kBottom] > 0; }
@@ -90,7 +93,7 @@ class Filler final : public rtf::Visitor {
     explicit Filler(QTextDocument& document) : document_(document), cursor_(&document) {}
 
     void onRun(const rtf::Run& run) override {
-        if (!run.format.hidden) paragraph_.pieces.push_back({lettersOf(run), formatOf(run)});
+        if (!run.format.hidden) paragraph_.pieces.push_back(pieceOf(run));
     }
     void onPicture(const rtf::Picture& picture) override {
         if (picture.kind == rtf::PictureKind::other) return;
