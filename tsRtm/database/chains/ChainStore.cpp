@@ -33,7 +33,7 @@ ChainStore::ChainStore(const ChainParts& parts, const FieldLayout& field, std::s
 Text ChainStore::fileName() const { return u"KetteDat." + threeDigits(control_->Anker()); }
 
 bool ChainStore::open(bool toWrite) {
-    if (handle_ != 0) return true;
+    if (isOpen()) return true;
     const Text name = path();
     const auto quoted = [&] { return u"Datei \"" + name + u"\" "; };
     if (!format_.usable()) {
@@ -42,7 +42,8 @@ bool ChainStore::open(bool toWrite) {
         raise(numberOf(DatabaseError::badField), kSource, text);
     }
     if (!toWrite && !FilesTopic::Exist(name)) return false;
-    if (p_.count && p_.count.inPlace())
+    // There already where a fault came between it and its length.
+    if (handle_ == 0 && p_.count && p_.count.inPlace())
         handle_ = p_.folder.files.OpenBinaryAPI(name, !p_.folder.filesWritable, p_.folder.shared);
     if (handle_ == 0)
         raise(numberOf(DatabaseError::locked), kSource, quoted() + u"kann nicht geöffnet werden");

@@ -64,7 +64,7 @@ class ChainStore {
     // Makes it where it is missing. Under the database lock.
     void openToWrite();
     void close() noexcept;
-    bool isOpen() const noexcept { return handle_ != 0; }
+    bool isOpen() const noexcept { return static_cast<bool>(file_); }
     Text fileName() const;
     Text path() const { return p_.folder.path(fileName()); }
     // A file of a reorganisation by an older program that died lies beside it: records may lead into that
