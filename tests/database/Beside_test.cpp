@@ -1,119 +1,87 @@
 // What others see and keep while one writes: in the middle of his writes, in his waits, and when he dies.
+#include "tests/database/Deaths.hpp"
 #include "tests/database/MemoryDatabase.hpp"
-#include "tests/support/CrashingFiles.hpp"
 #include "tsRtm/database/BulkLoader.hpp"
 
 namespace tsRtm::test {
 namespace {
 
-constexpr TextView kFolder = u"/daten/Adressen";
-constexpr int32 kOther = 1;
-
-class Beside : public testing::TestWithParam<int32> {
+class Beside : public DyingUsers, public testing::TestWithParam<int32> {
  protected:
-    MemoryFiles disk;
-    CrashingFiles files{disk};
-    TestGround ground;
-    StartedLibrary library{ground, files};
-    clsRtm rtm;
+    std::shared_ptr<clsTSDB> db, other;
 
-    void SetUp() override { ground.ui.defaultAnswer = 7; }
-    std::shared_ptr<clsTSDB> openAs(int32 user) {
-        files.as(user);
-        return rtm.OpenTSDB(kFolder);
+    // The five addresses; opened by the one who writes, then by the other.
+    void openBoth() {
+        db = makeAddresses(rtm, Text(kFolder), GetParam());
+        ASSERT_TRUE(db);
+        addFive(*db);
+        other = openAs(kOther);
+        ASSERT_TRUE(other);
+        files.as(0);
     }
-    // Who has died stays dead: the next victim is another one.
-    int32 victim_ = 1;
-    std::shared_ptr<clsTSDB> openAsVictim() { return openAs(++victim_); }
+    // Nobody has them open.
+    void makeFive() {
+        openBoth();
+        db.reset();
+        other.reset();
+    }
+    std::shared_ptr<clsTSDB> makeFields(const TSIOArray& fields, TextView indexes = u"  1  0  0") {
+        return rtm.DBCreateExt(DBAnsi, kFolder, {}, fields, GetParam(), indexes) ? rtm.OpenTSDB(kFolder)
+                                                                                 : nullptr;
+    }
 };
 
-// --- Records in more than one page of the system
-
+// A record in more than one page of the system, told apart by one letter.
 constexpr int32 kLong = 5000;
 enum LongField : int32 { lKEY = 1, lTEXT = 2, lEND = 3 };
 
-TSIOArray longFields() {
-    return fieldsOf({{u"KEY", tsAlphanumerisch, 8}, {u"TEXT", tsAlphanumerisch, kLong}, {u"END", 1, 8}});
-}
-
 void setLong(clsTSRecord& record, char16_t letter) {
-    record.Fields(lKEY, Text(8, letter));
-    record.Fields(lTEXT, Text(kLong, letter));
-    record.Fields(lEND, Text(8, letter));
+    for (const auto& [field, length] : {std::pair{lKEY, 8}, {lTEXT, kLong}, {lEND, 8}})
+        record.Fields(field, Text(static_cast<std::size_t>(length), letter));
 }
-
-// Whether a record has one letter from end to end.
-::testing::AssertionResult whole(clsTSDB& db, int32 number) {
+bool whole(clsTSDB& db, int32 number) {
     db.AktSatzNr(number);
-    const Text text = db.Fields(lTEXT);
-    const auto is = [&](char16_t letter) {
-        return db.Fields(lKEY) == Text(8, letter) && text == Text(kLong, letter) &&
-               db.Fields(lEND) == Text(8, letter);
-    };
-    if (is(u'A') || is(u'B')) return ::testing::AssertionSuccess();
-    return ::testing::AssertionFailure() << "record " << number << " has " << toUtf8(text.substr(0, 2))
-                                         << ".." << toUtf8(text.substr(kLong - 2));
+    const Text all = db.Fields(lKEY) + db.Fields(lTEXT) + db.Fields(lEND);
+    return all == Text(kLong + 16, u'A') || all == Text(kLong + 16, u'B');
 }
 
 TEST_P(Beside, ADeathInTheMiddleOfAWriteTearsNoRecord) {
-    ASSERT_TRUE(rtm.DBCreateExt(DBAnsi, kFolder, {}, longFields(), GetParam(), u"  1  0  0"));
-    {
-        const auto db = rtm.OpenTSDB(kFolder);
-        for (int32 n = 1; n <= 3; ++n) {
-            const auto record = db->Add();
-            setLong(*record, u'A');
-            ASSERT_TRUE(record->Update());
-        }
+    db = makeFields(fieldsOf({{u"KEY", 1, 8}, {u"TEXT", 1, kLong}, {u"END", 1, 8}}));
+    for (int32 n = 1; n <= 3; ++n) {
+        const auto record = db->Add();
+        setLong(*record, u'A');
+        ASSERT_TRUE(record->Update());
     }
-    const auto before = disk.snapshot();
-    // 0 a key and the text, 1 the text alone, 2 one field, 3 a new record.
-    for (int32 work = 0; work < 4; ++work) {
-        int64 n = 1;
-        for (bool died = true; died; ++n) {
-            disk.restore(before);
-            const auto other = openAs(kOther);
-            auto victim = openAsVictim();
-            files.dieAt(n, CrashingFiles::LastWrite::firstHalf);
-            try {
-                auto record = work == 3 ? victim->Add() : victim->Record(2);
-                if (work == 2) {
-                    victim->PutField(2, lTEXT, Text(kLong, u'B'));
-                } else {
-                    setLong(*record, u'B');
-                    if (work == 1) record->Fields(lKEY, Text(8, u'A'));
-                    if (work == 1) record->Fields(lEND, Text(8, u'A'));
-                    record->Update();
-                }
-            } catch (const ProcessDied&) {
-            }
-            died = files.died();
-            files.as(kOther);
-            SCOPED_TRACE(testing::Message() << "work " << work << " killed at change " << n);
+    db.reset();
+    enum : int32 { kAll, kText, kOneField, kNewRecord };
+    for (const int32 work : {kAll, kText, kOneField, kNewRecord}) {
+        SCOPED_TRACE(testing::Message() << "work " << work);
+        const auto die = [&](clsTSDB& victim) {
+            if (work == kOneField) return victim.PutField(2, lTEXT, Text(kLong, u'B'));
+            const auto record = work == kNewRecord ? victim.Add() : victim.Record(2);
+            setLong(*record, u'B');
+            for (const auto field : {lKEY, lEND})
+                if (work == kText) record->Fields(field, Text(8, u'A'));
+            record->Update();
+        };
+        dieAtEachChange({true, false, LastWrite::firstHalf}, die, [&](clsTSDB& others, bool) {
             // By its number, without an index, before anybody has written again.
-            other->AktSatzNr(2);
-            const Text text = other->Fields(lTEXT);
+            others.AktSatzNr(2);
+            const Text text = others.Fields(lTEXT);
             EXPECT_TRUE(text == Text(kLong, u'A') || text == Text(kLong, u'B'));
-            EXPECT_EQ(change(*other, 1, lEND, u"A"), 0);
-            EXPECT_EQ(change(*other, 1, lEND, Text(8, u'A')), 0);
-            EXPECT_TRUE(work != 0 || whole(*other, 2));
-            if (work == 3 && other->AnzahlDSaetze() > 3) {
-                other->AktSatzNr(4);
-                EXPECT_TRUE(other->IsDeleted() || whole(*other, 4));
-            }
-            EXPECT_TRUE(consistent(*other));
-            victim.reset();
-        }
-        EXPECT_GT(n, 3);
+            for (const Text& end : {Text(u"A"), Text(8, u'A')}) EXPECT_EQ(change(others, 1, lEND, end), 0);
+            EXPECT_TRUE(work != kAll || whole(others, 2));
+            const bool added = work == kNewRecord && others.AnzahlDSaetze() > 3;
+            EXPECT_TRUE(!added || whole(others, 4) || others.IsDeleted());
+            EXPECT_TRUE(consistent(others));
+        });
     }
 }
 
 // --- In the middle of a write
 
 TEST_P(Beside, AFieldIsNotStoredInTheMiddleOfAMove) {
-    const auto writer = makeAddresses(rtm, Text(kFolder), GetParam());
-    ASSERT_TRUE(writer);
-    addFive(*writer);
-    const auto other = openAs(kOther);
+    openBoth();
     other->PutField(2, fBETRAG, u"1.00");
     ASSERT_EQ(other->Error(), 0);
     files.as(0);
@@ -125,7 +93,7 @@ TEST_P(Beside, AFieldIsNotStoredInTheMiddleOfAMove) {
         other->Delete(2);
         EXPECT_EQ(other->Error(), 70);
     });
-    const auto record = writer->Record(2);
+    const auto record = db->Record(2);
     record->Fields(fNAME, u"Zander");
     EXPECT_TRUE(record->Update());
     files.interrupt(nullptr);
@@ -137,11 +105,7 @@ TEST_P(Beside, AFieldIsNotStoredInTheMiddleOfAMove) {
 
 // The lock that a handler asks for is that of the write: what he does with it leaves it as it was.
 TEST_P(Beside, ACheckInTheMiddleOfAWriteKeepsNoLock) {
-    const auto db = makeAddresses(rtm, Text(kFolder), GetParam());
-    ASSERT_TRUE(db);
-    addFive(*db);
-    const auto other = openAs(kOther);
-    files.as(0);
+    openBoth();
     int32 turns = 0;
     const auto subscription = db->IndexChange.connect([&](int32) {
         ++turns;
@@ -155,19 +119,16 @@ TEST_P(Beside, ACheckInTheMiddleOfAWriteKeepsNoLock) {
 
 // Columns that no key has are written without the lock: they stay, though the record is on its way meanwhile.
 TEST_P(Beside, AColumnStoredBesideAMoveStays) {
-    const auto fields = fieldsOf({{u"KEY", tsAlphanumerisch, 8}, {u"A", 1, 4}, {u"B", 1, 4}, {u"C", 1, 4}});
-    ASSERT_TRUE(rtm.DBCreateExt(DBAnsi, kFolder, {}, fields, GetParam(), u"  1  0  0"));
-    const auto writer = rtm.OpenTSDB(kFolder);
-    ASSERT_TRUE(writer && writer->Append());
-    const auto other = openAs(kOther);
+    db = makeFields(fieldsOf({{u"KEY", 1, 8}, {u"A", 1, 4}, {u"B", 1, 4}, {u"C", 1, 4}}));
+    ASSERT_TRUE(db && db->Append());
+    other = openAs(kOther);
     ASSERT_EQ(change(*other, 1, 3, u"x"), 0);
-    files.as(0);
-    const auto record = writer->Record(1);
+    const auto record = db->Record(1);
     record->Fields(1, u"Zander");
     record->Fields(2, u"a");
     record->Fields(4, u"c");
     Text told;
-    const auto subscription = writer->IndexChange.connect([&](int32) {
+    const auto subscription = db->IndexChange.connect([&](int32) {
         other->AktSatzNr(1);
         other->Fields(3, u"b");
         other->Update();
@@ -176,18 +137,16 @@ TEST_P(Beside, AColumnStoredBesideAMoveStays) {
     EXPECT_TRUE(record->Update());
     EXPECT_EQ(told, u"b");
     for (const auto& [field, text] : {std::pair{1, u"Zander"}, {2, u"a"}, {3, u"b"}, {4, u"c"}})
-        EXPECT_EQ(writer->GetField(1, field), text);
-    EXPECT_TRUE(consistent(*writer));
+        EXPECT_EQ(db->GetField(1, field), text);
+    EXPECT_TRUE(consistent(*db));
 }
 
 // --- In a wait
 
 // A program's handlers run while it waits for the lock, and may stand on another record.
 TEST_P(Beside, AHandlerInAWaitDoesNotChangeWhatIsWritten) {
-    const auto db = makeAddresses(rtm, Text(kFolder), GetParam());
-    ASSERT_TRUE(db);
-    addFive(*db);
-    const auto other = openAs(kOther);
+    openBoth();
+    files.as(kOther);
     const Address before = addressAt(*other, 3);
     ASSERT_TRUE(other->LockDB(true));
     db->SetIndex(1);
@@ -212,10 +171,8 @@ TEST_P(Beside, AHandlerInAWaitDoesNotChangeWhatIsWritten) {
 
 // The record that the program waits for becomes its own by a handler: waiting on would have no end.
 TEST_P(Beside, AHandlerMayLockTheRecordThatIsWaitedFor) {
-    const auto db = makeAddresses(rtm, Text(kFolder), GetParam());
-    ASSERT_TRUE(db);
-    addFive(*db);
-    const auto other = openAs(kOther);
+    openBoth();
+    files.as(kOther);
     ASSERT_TRUE(other->Sperren(2));
     files.as(0);
     int32 rounds = 0;
@@ -235,10 +192,8 @@ TEST_P(Beside, AHandlerMayLockTheRecordThatIsWaitedFor) {
 
 // What a handler closes is closed when the operation is over, and its wait ends at once.
 TEST_P(Beside, AHandlerInAWaitMayCloseTheDatabase) {
-    const auto db = makeAddresses(rtm, Text(kFolder), GetParam());
-    ASSERT_TRUE(db);
-    addFive(*db);
-    const auto other = openAs(kOther);
+    openBoth();
+    files.as(kOther);
     ASSERT_TRUE(other->LockDB(true) && other->Sperren(2));
     files.as(0);
     const std::function<void()> waits[] = {
@@ -265,12 +220,11 @@ TEST_P(Beside, AHandlerInAWaitMayCloseTheDatabase) {
 
 // A program in the middle of an update waits for nobody on the same database, but does on another.
 TEST_P(Beside, AHandlerWaitsForWhoeverUpdatesAnotherDatabase) {
-    const auto db = makeAddresses(rtm, Text(kFolder), GetParam());
+    openBoth();
     const auto reader = makeAddresses(rtm, u"/daten/Akten", GetParam());
-    ASSERT_TRUE(db && reader);
-    addFive(*db);
+    ASSERT_TRUE(reader);
     addFive(*reader);
-    const auto other = rtm.OpenTSDB(u"/daten/Akten");
+    const auto holder = rtm.OpenTSDB(u"/daten/Akten");
     const auto number = disk.open(u"/daten/Akten.DBD/Stand.tsd", {platform::Access::readWrite});
     const auto change = [&](char value) {
         EXPECT_FALSE(platform::failed((*number)->writeAt(0, std::as_bytes(std::span(&value, 1)))));
@@ -278,11 +232,11 @@ TEST_P(Beside, AHandlerWaitsForWhoeverUpdatesAnotherDatabase) {
     int32 rounds = 0;
     const auto subscription = db->IndexChange.connect([&](int32) {
         if (++rounds > 1) return;
-        ASSERT_TRUE(other->LockDB(true));
+        ASSERT_TRUE(holder->LockDB(true));
         change(41);
         ground.clock.onSleep = [&] {
             change(42);
-            other->LockDB(false);
+            holder->LockDB(false);
         };
         reader->SetIndex(1);
         reader->Gehezu(u"Cohn");
@@ -316,11 +270,7 @@ TEST_P(Beside, ASearchShowsTheRecordThatItFound) {
     CallingClock clock(ground.clock);
     platform::Platform platform = ground.on(files, clock);
     rtmMain::TEST_restart(platform);
-    const auto db = makeAddresses(rtm, Text(kFolder), GetParam());
-    ASSERT_TRUE(db);
-    addFive(*db);
-    const auto other = openAs(kOther);
-    files.as(0);
+    openBoth();
     db->SetIndex(1);
     using Search = std::function<void()>;
     const Search searches[] = {[&] { db->Gehezu(u"Abel"); }, [&] { db->Gehezu(u"#1"); },
@@ -345,159 +295,94 @@ TEST_P(Beside, ASearchShowsTheRecordThatItFound) {
 
 // A repair that has begun is brought to its end by whoever comes next, were it between two indexes.
 TEST_P(Beside, ARepairIsOneUpdate) {
-    const auto fileOf = [](TextView name) { return Text(kFolder).append(u".DBD/").append(name); };
-    const Text faulty[] = {fileOf(u"I001"), fileOf(u"I004")};
-    {
-        const auto db = makeAddresses(rtm, Text(kFolder), GetParam());
-        ASSERT_TRUE(db);
-        addFive(*db);
-    }
+    makeFive();
+    const Text faulty[] = {path(u"I001"), path(u"I004")};
     const Bytes older[] = {disk.dump(faulty[0]), disk.dump(faulty[1])};
-    {
-        const auto db = rtm.OpenTSDB(kFolder);
-        for (const auto field : {fNAME, fTAG}) EXPECT_EQ(change(*db, 2, field, u"01011970"), 0);
-    }
+    for (const auto field : {fNAME, fTAG})
+        EXPECT_EQ(change(*rtm.OpenTSDB(kFolder), 2, field, u"01011970"), 0);
     for (const int32 i : {0, 1}) disk.put(faulty[i], older[i]);
-    const auto before = disk.snapshot();
-    int64 n = 1;
-    for (bool died = true; died; ++n) {
-        SCOPED_TRACE(testing::Message() << "killed at change " << n);
-        disk.restore(before);
-        const auto other = openAs(kOther);
-        auto victim = openAsVictim();
-        files.dieAt(n);
-        try {
-            EXPECT_FALSE(victim->Check(true, {}));
-        } catch (const ProcessDied&) {
-        }
-        died = files.died();
-        victim.reset();
-        files.as(kOther);
-        const bool begun = disk.dump(faulty[0]) != older[0];
-        EXPECT_EQ(change(*other, 1, fORT, u"Ulm"), 0);
-        EXPECT_TRUE(!begun || consistent(*other));
-    }
-    EXPECT_GT(n, 3);
+    dieAtEachChange([](clsTSDB& victim) { EXPECT_FALSE(victim.Check(true, {})); },
+                    [&](clsTSDB& others, bool) {
+                        const bool begun = disk.dump(faulty[0]) != older[0];
+                        EXPECT_EQ(change(others, 1, fORT, u"Ulm"), 0);
+                        EXPECT_TRUE(!begun || consistent(others));
+                    });
 }
 
 // Who holds the lock reads without asking for others, but not in indexes that a death left and that cannot be
 // built anew.
 TEST_P(Beside, WhatCannotBeMendedIsNotSearchedUnderTheLock) {
-    {
-        const auto db = makeAddresses(rtm, Text(kFolder), GetParam());
-        ASSERT_TRUE(db);
-        addFive(*db);
-    }
-    const auto before = disk.snapshot();
-    const Text unused = Text(kFolder) + u".DBD/I001";
-    int64 n = 1;
-    for (bool died = true; died; ++n) {
-        SCOPED_TRACE(testing::Message() << "killed at change " << n);
-        disk.restore(before);
-        const auto other = openAs(kOther);
-        auto victim = openAsVictim();
-        files.dieAt(n);
-        try {
-            change(*victim, 2, fTAG, u"01011970");
-        } catch (const ProcessDied&) {
-        }
-        died = files.died();
-        victim.reset();
-        files.as(kOther);
-        disk.failOpening(unused, platform::SystemError::accessDenied);
-        ASSERT_TRUE(other->LockDB(true));
+    makeFive();
+    const auto look = [&](clsTSDB& others, bool may) {
+        disk.failOpening(path(u"I001"),
+                         may ? platform::SystemError::none : platform::SystemError::accessDenied);
         for (const TextView day : {u"28021999", u"01022003", u"31122003"})
-            EXPECT_TRUE(other->Exist(day, 3) || other->Error() == 70) << toUtf8(day);
-        disk.failOpening(unused, platform::SystemError::none);
-        for (const TextView day : {u"28021999", u"01022003", u"31122003"})
-            EXPECT_TRUE(other->Exist(day, 3)) << toUtf8(day);
-        EXPECT_EQ(other->Error(), 0);
-        EXPECT_TRUE(other->LockDB(false));
-        EXPECT_TRUE(consistent(*other));
-    }
-    EXPECT_GT(n, 3);
+            EXPECT_TRUE(others.Exist(day, 3) || (!may && others.Error() == 70)) << toUtf8(day);
+    };
+    dieAtEachChange([](clsTSDB& victim) { change(victim, 2, fTAG, u"01011970"); },
+                    [&](clsTSDB& others, bool) {
+                        ASSERT_TRUE(others.LockDB(true));
+                        look(others, false);
+                        look(others, true);
+                        EXPECT_EQ(others.Error(), 0);
+                        EXPECT_TRUE(others.LockDB(false));
+                        EXPECT_TRUE(consistent(others));
+                    });
 }
 
 // The machine went down, and the counter of serial numbers with it: whoever dies while he settles that leaves
 // it for the next one.
 TEST_P(Beside, ACounterThatWasLostIsRaisedBeforeTheSignGoes) {
-    const TSIOArray fields = fieldsOf({{u"NAME", tsAlphanumerisch, 12}, {u"NR", tsAutowert, 8}});
-    ASSERT_TRUE(rtm.DBCreateExt(DBAnsi, kFolder, {}, fields, GetParam(), u"  1  0  0  2  0  0"));
-    const auto add = [](clsTSDB& db) {
-        const auto record = db.Add();
+    db = makeFields(fieldsOf({{u"NAME", tsAlphanumerisch, 12}, {u"NR", tsAutowert, 8}}),
+                    u"  1  0  0  2  0  0");
+    const auto add = [](clsTSDB& to) {
+        const auto record = to.Add();
         return record && record->Update() ? record->Satznummer() : 0;
     };
-    const auto counter = Text(kFolder) + u".DBD/Autowert.tsd";
-    MemoryFiles::Snapshot before;
-    {
-        const auto db = rtm.OpenTSDB(kFolder);
-        ASSERT_EQ(add(*db), 1);
-        const Bytes old = disk.dump(counter);
-        for (int32 n = 2; n <= 5; ++n) ASSERT_EQ(add(*db), n);
-        disk.put(counter, old);
-        before = disk.snapshot();
-    }
+    ASSERT_EQ(add(*db), 1);
+    const Bytes old = disk.dump(path(u"Autowert.tsd"));
+    for (int32 n = 2; n <= 5; ++n) ASSERT_EQ(add(*db), n);
+    disk.put(path(u"Autowert.tsd"), old);
+    const auto before = disk.snapshot();
     int64 n = 1;
     for (bool died = true; died; ++n) {
         SCOPED_TRACE(testing::Message() << "killed at change " << n);
         disk.restore(before);
-        files.as(++victim_);
-        files.dieAt(n);
-        try {
-            clsTSDB(rtm).Oeffne(kFolder);
-        } catch (const ProcessDied&) {
-        }
+        files.as(static_cast<int32>(n) + 1);
+        files.dieAt(n, LastWrite::none, CrashingFiles::Manner::silently);
+        clsTSDB(rtm).Oeffne(kFolder);
         died = files.died();
-        const auto db = openAs(kOther);
-        ASSERT_TRUE(db);
-        ASSERT_EQ(add(*db), 6);
-        EXPECT_EQ(db->GetField(6, 2), u"00000006");
+        const auto next = openAs(0);
+        ASSERT_TRUE(next);
+        ASSERT_EQ(add(*next), 6);
+        EXPECT_EQ(next->GetField(6, 2), u"00000006");
     }
-    EXPECT_GT(n, 1);
+    EXPECT_GT(n, 2);
 }
 
 // --- Older programs, that know no marks
 
 TEST_P(Beside, AMarkThatAnOlderProgramWroteOverIsNotForgotten) {
-    {
-        const auto db = makeAddresses(rtm, Text(kFolder), GetParam());
-        ASSERT_TRUE(db);
-        addFive(*db);
-    }
-    const auto before = disk.snapshot();
-    int64 n = 1;
-    for (bool died = true; died; ++n) {
-        disk.restore(before);
-        const auto other = openAs(kOther);
-        auto victim = openAsVictim();
-        files.dieAt(n);
-        try {
-            const auto record = victim->Record(3);
+    makeFive();
+    dieAtEachChange(
+        [](clsTSDB& victim) {
+            const auto record = victim.Record(3);
             record->Fields(fNAME, u"Zander");
             record->Update();
-        } catch (const ProcessDied&) {
-        }
-        died = files.died();
-        files.as(kOther);
-        SCOPED_TRACE(testing::Message() << "killed at change " << n);
-        auto older = disk.open(Text(kFolder) + u".DBD/Count.tsd", {platform::Access::readWrite});
-        ASSERT_TRUE(older);
-        const Bytes text("5\r        ");
-        ASSERT_FALSE(platform::failed((*older)->writeAt(0, std::as_bytes(std::span(text)))));
-        EXPECT_EQ(addAddress(*other, {u"Neu", u"Ulm", u"1.00", u""}), 6);
-        EXPECT_TRUE(consistent(*other));
-        victim.reset();
-    }
-    EXPECT_GT(n, 3);
+        },
+        [&](clsTSDB& others, bool) {
+            auto older = disk.open(path(u"Count.tsd"), {platform::Access::readWrite});
+            const Bytes text("5\r        ");
+            ASSERT_FALSE(platform::failed((*older)->writeAt(0, std::as_bytes(std::span(text)))));
+            EXPECT_EQ(addAddress(others, {u"Neu", u"Ulm", u"1.00", u""}), 6);
+            EXPECT_TRUE(consistent(others));
+        });
 }
 
 // An older program died when the new record was in the trees and not yet in the file.
 TEST_P(Beside, EntriesWithoutARecordAreFoundByWhoAddsNext) {
-    const auto db = makeAddresses(rtm, Text(kFolder), GetParam());
-    ASSERT_TRUE(db);
-    addFive(*db);
-    const auto data = disk.open(Text(kFolder) + u".DBD/Data.tsd", {platform::Access::readWrite});
-    ASSERT_TRUE(data);
+    openBoth();
+    const auto data = disk.open(path(u"Data.tsd"), {platform::Access::readWrite});
     ASSERT_FALSE(platform::failed((*data)->resize((*data)->size().value() / 5 * 4)));
     EXPECT_EQ(addAddress(*db, {u"Neu", u"Ulm", u"1.00", u""}), 5);
     EXPECT_TRUE(consistent(*db));
@@ -506,10 +391,8 @@ TEST_P(Beside, EntriesWithoutARecordAreFoundByWhoAddsNext) {
 // --- The count of changes
 
 TEST_P(Beside, WhoReadsFindsTheCountOfChangesThatCameLater) {
-    const auto file = Text(kFolder) + u".DBD/Stand.tsd";
-    ASSERT_TRUE(makeAddresses(rtm, Text(kFolder), GetParam()));
-    addFive(*rtm.OpenTSDB(kFolder));
-    ASSERT_FALSE(platform::failed(disk.remove(file)));
+    makeFive();
+    ASSERT_FALSE(platform::failed(disk.remove(path(u"Stand.tsd"))));
     const auto reader = rtm.OpenTSDB(kFolder, true);
     ASSERT_TRUE(reader);
     reader->SetIndex(1);
@@ -523,21 +406,17 @@ TEST_P(Beside, WhoReadsFindsTheCountOfChangesThatCameLater) {
 }
 
 TEST_P(Beside, WhoCannotCountHisChangesIsRefused) {
-    const auto file = Text(kFolder) + u".DBD/Stand.tsd";
-    ASSERT_TRUE(makeAddresses(rtm, Text(kFolder), GetParam()));
-    disk.failOpening(file, platform::SystemError::accessDenied);
+    makeFive();
+    disk.failOpening(path(u"Stand.tsd"), platform::SystemError::accessDenied);
     for (const bool readOnly : {false, true})
-        for (const bool alone : {false, true}) {
-            const bool refused = !readOnly && !alone;
-            EXPECT_EQ(clsTSDB(rtm).Oeffne(kFolder, readOnly, alone), refused ? 70 : 0);
-        }
+        for (const bool alone : {false, true})
+            EXPECT_EQ(clsTSDB(rtm).Oeffne(kFolder, readOnly, alone), readOnly || alone ? 0 : 70);
 }
 
 // Rows that are loaded have no entries yet: nobody else writes meanwhile.
 TEST_P(Beside, NothingIsWrittenWhileRowsAreLoaded) {
-    ASSERT_TRUE(makeAddresses(rtm, Text(kFolder), GetParam()));
-    addFive(*rtm.OpenTSDB(kFolder));
-    const auto db = rtm.OpenTSDB(kFolder, false, true);
+    makeFive();
+    db = rtm.OpenTSDB(kFolder, false, true);
     ASSERT_TRUE(db && db->LockDB(true));
     db->AktSatzNr(1);
     {

@@ -1,7 +1,5 @@
-// Memos and blobs: their bytes in the store, their way into a record, and what others and a death leave of
-// them.
+// Memos and blobs: their bytes in the store, and their way into a record.
 #include "tests/database/MemoryDatabase.hpp"
-#include "tests/support/CrashingFiles.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
 
 namespace tsRtm::test {
@@ -258,110 +256,6 @@ TEST_F(Memos, WrongPlacesAreFoundAndMended) {
     EXPECT_TRUE(consistent(*next));
     EXPECT_EQ(next->Record(2)->Fields(mNOTIZ), u"");
 }
-
-// --- Others at work, and a death
-
-class MemoDeath : public testing::TestWithParam<int32> {
- protected:
-    MemoryFiles disk;
-    CrashingFiles files{disk};
-    TestGround ground;
-    StartedLibrary library{ground, files};
-    clsRtm rtm;
-
-    static constexpr TextView kName = u"/daten/Notizen";
-    void SetUp() override {
-        ground.ui.defaultAnswer = 7;
-        ASSERT_TRUE(rtm.DBCreateExt(DBAnsi, kName, {}, memoFields(), GetParam(), u"  1  0  0"));
-        const auto db = rtm.OpenTSDB(kName);
-        for (const auto* name : {u"Anna", u"Berta"}) {
-            const auto record = db->Add();
-            record->Fields(mNAME, name);
-            record->Fields(mNOTIZ, u"alt von " + Text(name));
-            ASSERT_TRUE(record->Update());
-        }
-    }
-    // 0 a memo, 1 a record with two, 2 a new record.
-    static void write(clsTSDB& db, int32 work) {
-        db.AktSatzNr(1);
-        if (work == 0) return db.Memo(1, Text(200, u'n'));
-        const auto record = work == 1 ? db.Record(1) : db.Add();
-        record->Fields(mNAME, u"Neu");
-        record->Fields(mNOTIZ, Text(200, u'n'));
-        record->Fields(mWEIT, kOther);
-        record->Update();
-    }
-    // The old content or the new one, whole.
-    static void expectWhole(clsTSDB& db, bool told, int32 work) {
-        const auto first = db.Record(1), second = db.Record(2);
-        EXPECT_EQ(second->Fields(mNOTIZ), u"alt von Berta");
-        const auto isNew = [](clsTSRecord& r, bool all) {
-            return r.Fields(mNOTIZ) == Text(200, u'n') &&
-                   (!all || (r.Fields(mWEIT) == kOther && r.Fields(mNAME) == u"Neu"));
-        };
-        const bool old = first->Fields(mNOTIZ) == u"alt von Anna" && first->Fields(mNAME) == u"Anna" &&
-                         first->Fields(mWEIT).empty();
-        EXPECT_TRUE(work == 2 ? old : isNew(*first, work == 1) || (old && !told));
-        if (work == 2 && told) {
-            ASSERT_EQ(db.AnzahlDSaetze(), 3);
-            EXPECT_TRUE(isNew(*db.Record(3), true));
-        }
-        EXPECT_TRUE(consistent(db));
-    }
-};
-
-TEST_P(MemoDeath, LeavesTheOldTextOrTheNewOne) {
-    const auto before = disk.snapshot();
-    int32 victim = 1, points = 0;
-    for (int32 work = 0; work < 3; ++work) {
-        int64 n = 1;
-        for (bool died = true; died; ++n, ++points) {
-            SCOPED_TRACE(testing::Message() << "work " << work << " killed at change " << n);
-            disk.restore(before);
-            files.as(++victim);
-            auto db = rtm.OpenTSDB(kName);
-            files.dieAt(n, CrashingFiles::LastWrite::none, CrashingFiles::Manner::silently);
-            write(*db, work);
-            db->Schliesse();
-            const bool told = !files.died();
-            died = files.died();
-            db.reset();
-            files.as(0);
-            const auto next = rtm.OpenTSDB(kName);
-            ASSERT_TRUE(next);
-            expectWhole(*next, told, work);
-            next->AktSatzNr(2);
-            next->Memo(1, u"weiter");
-            EXPECT_EQ(next->Memo(1), u"weiter");
-        }
-        EXPECT_GT(n, 4);
-    }
-    EXPECT_GT(points, 20);
-}
-
-TEST_P(MemoDeath, AReaderSeesTheOldTextOrTheNewOne) {
-    files.as(1);
-    const auto reader = rtm.OpenTSDB(kName, true);
-    files.as(0);
-    const auto writer = rtm.OpenTSDB(kName);
-    int32 looks = 0, news = 0;
-    files.interrupt([&] {
-        const auto others = std::exchange(rtmMain::state().updatesUnderWay, {});
-        reader->AktSatzNr(1);
-        const Text text = reader->Memo(1);
-        EXPECT_TRUE(text == u"alt von Anna" || text == Text(200, u'n')) << toUtf8(text);
-        rtmMain::state().updatesUnderWay = others;
-        ++looks;
-        news += text.size() == 200;
-    });
-    for (const int32 work : {0, 1}) write(*writer, work);
-    writer->Schliesse();
-    files.interrupt(nullptr);
-    EXPECT_GT(looks, 8);
-    EXPECT_GT(news, 2);
-}
-
-INSTANTIATE_TEST_SUITE_P(Database, MemoDeath, kBothForms, formName);
 
 }  // namespace
 }  // namespace tsRtm::test

@@ -5,25 +5,19 @@
 #include <cstdlib>
 #include <set>
 
-#include "tests/database/DatabaseFixture.hpp"
+#include "tests/database/Deaths.hpp"
+#include "tests/database/FullDatabase.hpp"
 #include "tests/support/PowerCutFiles.hpp"
 
 namespace tsRtm::test {
 namespace {
 
-constexpr TextView kFolder = u"/daten/Akten";
-enum Field : int32 { fKEY = 1, fLONG = 2, fDAY = 3, fNOTE = 4, fPOS = 5 };
+const Text kFolder = u"/daten/Akten";
 constexpr int32 kRecords = 9;
 constexpr int32 kLength = 300;  // a record lies in more than one sector
 constexpr int32 kSteps = 9;     // works in a row
 
-struct Row {
-    Text key, text, day, memo;
-    TextTable chain;
-    bool deleted = false;
-    bool operator==(const Row&) const = default;
-};
-using Model = std::map<int32, Row>;
+using Model = std::map<int32, FullRow>;
 
 struct Case {
     bool durable;
@@ -39,34 +33,6 @@ Text letters(std::size_t count, uint32 seed) {
     Text out;
     for (std::size_t i = 0; i < count; ++i) out += static_cast<char16_t>(u'a' + (seed + i * i) % 26);
     return out;
-}
-
-Row rowAt(clsTSDB& db, int32 number) {
-    Row row;
-    db.AktSatzNr(number);
-    row = {db.Fields(fKEY), db.Fields(fLONG), db.Fields(fDAY), db.Memo(1), {}, db.IsDeleted()};
-    db.KetteLesen(1, row.chain);
-    return row;
-}
-
-// The library on one file system, as a program of its own has it.
-struct Program {
-    explicit Program(platform::FileSystem& files) : library(ground, files) { ground.ui.defaultAnswer = 7; }
-    TestGround ground;
-    StartedLibrary library;
-    clsRtm rtm;
-};
-
-std::shared_ptr<clsTSDB> make(clsRtm& rtm, MemoryFiles& disk, int32 max) {
-    const auto fields = fieldsOf({{u"KEY", tsAlphanumerisch, 8},
-                                  {u"LONG", tsAlphanumerisch, kLength},
-                                  {u"DAY", tsDate, 8},
-                                  {u"NOTE", tsMemo, 60},
-                                  {u"POS", tsKette, 8}});
-    if (!rtm.DBCreateExt(DBAnsi, kFolder, {}, fields, max, u"  1  0  0  3  0  0")) return nullptr;
-    disk.put(Text(kFolder) + u".DBD/KetteCtl.005",
-             "TS1,1\r\n0,1,1,30,1,\"Text@@7TEXT\"\r\n31,100,0\r\n0\r\n");
-    return rtm.OpenTSDB(kFolder);
 }
 
 // What has to be there, and which records were written since they were surely on the medium.
@@ -125,7 +91,7 @@ class Session {
         acknowledged();
     }
     template <class Store>
-    void perform(const char* name, int32 number, const Row& row, Store store) {
+    void perform(const char* name, int32 number, const FullRow& row, Store store) {
         State next = now_;
         next.rows[number] = row;
         next.fresh.insert(number);
@@ -137,51 +103,41 @@ class Session {
     void work() {
         const auto count = static_cast<int32>(now_.rows.size());
         const int32 number = 1 + random(count);
-        Row row = now_.rows.at(number);
+        FullRow row = now_.rows.at(number);
         clsTSDB& at = db();
         switch (random(12)) {
             case 0:
             case 1:
                 row.text = some(kLength);
                 row.deleted = false;
-                return perform("a field", number, row, [&] { return changed(at, number, fLONG, row.text); });
+                return perform("a field", number, row, [&] { return changed(at, number, uTEXT, row.text); });
             case 2:
-                row.key = some(8);
+                row.name = some(8);
                 row.deleted = false;
-                return perform("a key", number, row, [&] { return changed(at, number, fKEY, row.key); });
+                return perform("a key", number, row, [&] { return changed(at, number, uNAME, row.name); });
             case 3:
-                row.key = some(8);
+                row.name = some(8);
                 row.text = some(kLength);
-                row.memo = some(900);
-                return perform("a record object", number, row,
-                               [&] { return stored(at.Record(number), row); });
+                row.notiz = some(900);
+                return perform("a record object", number, row, [&] { return store(at.Record(number), row); });
             case 4:
-                row = {some(8), some(kLength), u"01022003", some(50), {}, false};
-                return perform("a new record", count + 1, row, [&] { return stored(at.Add(), row); });
+                row = {some(8), u"", u"01022003", some(kLength), some(50)};
+                return perform("a new record", count + 1, row, [&] { return store(at.Add(), row); });
             case 5:
-                row.memo = random(3) == 0 ? Text() : some(400);
+                row.notiz = random(3) == 0 ? Text() : some(400);
                 return perform("a memo", number, row, [&] {
                     at.AktSatzNr(number);
-                    at.Memo(1, row.memo);
+                    at.Memo(1, row.notiz);
                     return at.Error() == 0;
                 });
             case 6:
             case 7:
-                row.chain.push_back({some(25)});
-                return perform("a row", number, row, [&] {
-                    at.AktSatzNr(number);
-                    TextTable added{{}, row.chain.back()};
-                    int32 rows = 1;
-                    at.KetteAction(5, fPOS, added, rows);
-                    return at.Error() == 0;
-                });
+                row.chain.push_back({some(25), u""});
+                return perform("a row", number, row,
+                               [&] { return putRow(at, number, End::tail, row.chain.back()); });
             case 8:
-                row.chain.assign(static_cast<std::size_t>(random(4)), {some(25)});
-                return perform("a chain", number, row, [&] {
-                    at.AktSatzNr(number);
-                    at.KetteSchreiben(1, row.chain);
-                    return at.Error() == 0;
-                });
+                row.chain.assign(static_cast<std::size_t>(random(4)), {some(25), u""});
+                return perform("a chain", number, row, [&] { return writeRows(at, number, row.chain); });
             case 9:
                 row.deleted = !row.deleted;
                 return perform("a mark", number, row, [&] {
@@ -214,22 +170,12 @@ class Session {
     bool changed(clsTSDB& at, int32 number, int32 field, const Text& text) {
         return change(at, number, field, text) == 0;
     }
-    static bool stored(const std::shared_ptr<clsTSRecord>& record, const Row& row) {
-        if (!record) return false;
-        record->Fields(fKEY, row.key);
-        record->Fields(fLONG, row.text);
-        record->Fields(fDAY, row.day);
-        record->Fields(fNOTE, row.memo);
-        const bool done = record->Update();
-        if (done) record->Entsperren();
-        return done;
-    }
 
     Case case_;
     PowerCutFiles files_;
     std::mt19937 random_;
     int32 each_;
-    Program program_;
+    Process program_;
     std::shared_ptr<clsTSDB> dbs_[2];
     State now_;
     std::shared_ptr<const State> told_, meant_;
@@ -244,12 +190,12 @@ class PowerCut : public testing::TestWithParam<Case> {
         for (const auto& [number, row] : state.rows) {
             if (!durable && state.fresh.contains(number)) continue;
             if (number > db.AnzahlDSaetze()) return u"record " + toText(number) + u" is gone";
-            const Row there = rowAt(db, number);
+            const FullRow there = rowAt(db, number);
             if (there == row) continue;
             return u"record " + toText(number) +
-                   (there.key != row.key     ? u" key " + there.key
-                    : there.text != row.text ? u" text"
-                    : there.memo != row.memo ? u" memo " + there.memo
+                   (there.name != row.name     ? u" key " + there.name
+                    : there.text != row.text   ? u" text"
+                    : there.notiz != row.notiz ? u" memo " + there.notiz
                     : there.chain != row.chain
                         ? u" chain of " + toText(static_cast<int64>(there.chain.size()))
                         : Text(u" mark"));
@@ -258,7 +204,7 @@ class PowerCut : public testing::TestWithParam<Case> {
     }
     static void expectWhole(MemoryFiles& disk, const Cut& cut, bool durable) {
         disk.restore(cut.medium);
-        Program program(disk);
+        Process program(disk);
         const auto db = program.rtm.OpenTSDB(kFolder);
         ASSERT_TRUE(db) << rtmMain::state().F;
         EXPECT_TRUE(consistent(*db));
@@ -273,21 +219,17 @@ TEST_P(PowerCut, LeavesWhatWasAcknowledged) {
     const char* const wanted = std::getenv("TSRTM_POWER_CUTS");
     const int64 most = wanted ? std::atoll(wanted) / 8 : 450;
     MemoryFiles disk;
-    disk.offerWindows(GetParam().windows);
     MemoryFiles::Snapshot before;
     {
-        Program program(disk);
-        const auto db = make(program.rtm, disk, GetParam().max);
+        Process program(disk);
+        const auto db =
+            makeFull(program.rtm, disk, kFolder, {GetParam().max, GetParam().windows, 8, kLength});
         ASSERT_TRUE(db);
         for (int32 n = 1; n <= kRecords; ++n) {
-            const auto record = db->Add();
-            record->Fields(fKEY, u"K" + toText(n));
-            record->Fields(fLONG, letters(kLength / 2, static_cast<uint32>(n)));
-            record->Fields(fNOTE, letters(60, static_cast<uint32>(n)));
-            ASSERT_TRUE(record->Update());
-            record->Entsperren();
-            db->AktSatzNr(record->Satznummer());
-            db->KetteSchreiben(1, {{u"a" + toText(n)}, {u"b" + toText(n)}});
+            const auto seed = static_cast<uint32>(n);
+            ASSERT_TRUE(store(db->Add(),
+                              {u"K" + toText(n), u"", u"", letters(kLength / 2, seed), letters(60, seed)}));
+            ASSERT_TRUE(writeRows(*db, n, {{u"a" + toText(n)}, {u"b" + toText(n)}}));
         }
     }
     before = disk.snapshot();
@@ -307,20 +249,20 @@ TEST_P(PowerCut, LeavesWhatWasAcknowledged) {
 // Somebody who keeps no list writes where a durable write was: his bytes stay, where they came to the medium.
 // What did not come there is mended.
 TEST(DurableWrites, GiveWayToWhatOthersWroteLater) {
-    const Text data = Text(kFolder) + u".DBD/Data.tsd";
+    const Text data = kFolder + u".DBD/Data.tsd";
     for (const bool others : {true, false}) {
         MemoryFiles disk;
         MemoryFiles::Snapshot cut;
         Bytes before;
         {
-            Program program(disk);
-            const auto db = make(program.rtm, disk, kBig);
+            Process program(disk);
+            const auto db = makeFull(program.rtm, disk, kFolder, {kBig, true, 8, kLength});
             db->Dauerhaft(true);
             const auto record = db->Add();
-            record->Fields(fLONG, u"alt");
+            record->Fields(uTEXT, u"alt");
             ASSERT_TRUE(record->Update());
             before = disk.dump(data);
-            ASSERT_EQ(change(*db, 1, fLONG, u"neu"), 0);
+            ASSERT_EQ(change(*db, 1, uTEXT, u"neu"), 0);
             cut = disk.snapshot();
         }
         auto& content = cut.at(upper(data)).content;
@@ -329,22 +271,22 @@ TEST(DurableWrites, GiveWayToWhatOthersWroteLater) {
         else
             content = before;
         disk.restore(cut);
-        Program program(disk);
+        Process program(disk);
         const auto db = program.rtm.OpenTSDB(kFolder);
         ASSERT_TRUE(db);
-        EXPECT_EQ(db->GetField(1, fLONG), others ? u"ihr" : u"neu");
+        EXPECT_EQ(db->GetField(1, uTEXT), others ? u"ihr" : u"neu");
         EXPECT_TRUE(consistent(*db));
     }
 }
 
 TEST(DurableWrites, KeepTheirListShort) {
     MemoryFiles disk;
-    Program program(disk);
-    const auto db = make(program.rtm, disk, kBig);
+    Process program(disk);
+    const auto db = makeFull(program.rtm, disk, kFolder, {kBig, true, 8, kLength});
     db->Dauerhaft(true);
     ASSERT_TRUE(db->Append());
-    const auto list = [&] { return disk.dump(Text(kFolder) + u".DBD/Update.tsd"); };
-    for (uint32 i = 1; i <= 3000; ++i) ASSERT_EQ(change(*db, 1, fLONG, letters(kLength, i)), 0);
+    const auto list = [&] { return disk.dump(kFolder + u".DBD/Update.tsd"); };
+    for (uint32 i = 1; i <= 3000; ++i) ASSERT_EQ(change(*db, 1, uTEXT, letters(kLength, i)), 0);
     EXPECT_LE(list().size(), 1u << 20);
     db->Schliesse();
     EXPECT_EQ(list().substr(0, 8), Bytes(8, '\0')) << "nothing counts behind a clean end";
