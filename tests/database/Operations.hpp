@@ -170,7 +170,8 @@ class Deaths : public DyingUsers, public testing::TestWithParam<Case> {
     std::vector<FullRows> states;  // before the work, and behind each step
 
     void SetUp() override {
-        auto db = makeFull(rtm, disk, Text(kFolder), std::get<1>(GetParam()));
+        disk.offerWindows(std::get<1>(GetParam()).windows);
+        auto db = makeFull(rtm, Text(kFolder), std::get<1>(GetParam()));
         ASSERT_TRUE(db);
         const bool keys = operation.kind == Kind::keys || operation.kind == Kind::alone;
         for (int32 n = 1; n <= (keys ? kTwoLeaves : kFew); ++n) {

@@ -14,7 +14,7 @@ class Packing : public DyingUsers, public testing::TestWithParam<int32> {
     std::shared_ptr<clsTSDB> db;
 
     void SetUp() override {
-        db = makeFull(rtm, disk, Text(kFolder), {GetParam()});
+        db = makeFull(rtm, Text(kFolder), {GetParam()});
         ASSERT_TRUE(db);
         for (int32 n = 1; n <= kCount; ++n) {
             ASSERT_TRUE(store(db->Add(), {u"N" + toText(100 + n * 37 % 97), u"O" + toText(n % 7), u"", u"",

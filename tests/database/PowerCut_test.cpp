@@ -219,11 +219,11 @@ TEST_P(PowerCut, LeavesWhatWasAcknowledged) {
     const char* const wanted = std::getenv("TSRTM_POWER_CUTS");
     const int64 most = wanted ? std::atoll(wanted) / 8 : 450;
     MemoryFiles disk;
+    disk.offerWindows(GetParam().windows);
     MemoryFiles::Snapshot before;
     {
         Process program(disk);
-        const auto db =
-            makeFull(program.rtm, disk, kFolder, {GetParam().max, GetParam().windows, 8, kLength});
+        const auto db = makeFull(program.rtm, kFolder, {GetParam().max, GetParam().windows, 8, kLength});
         ASSERT_TRUE(db);
         for (int32 n = 1; n <= kRecords; ++n) {
             const auto seed = static_cast<uint32>(n);
@@ -256,7 +256,7 @@ TEST(DurableWrites, GiveWayToWhatOthersWroteLater) {
         Bytes before;
         {
             Process program(disk);
-            const auto db = makeFull(program.rtm, disk, kFolder, {kBig, true, 8, kLength});
+            const auto db = makeFull(program.rtm, kFolder, {kBig, true, 8, kLength});
             db->Dauerhaft(true);
             const auto record = db->Add();
             record->Fields(uTEXT, u"alt");
@@ -282,7 +282,7 @@ TEST(DurableWrites, GiveWayToWhatOthersWroteLater) {
 TEST(DurableWrites, KeepTheirListShort) {
     MemoryFiles disk;
     Process program(disk);
-    const auto db = makeFull(program.rtm, disk, kFolder, {kBig, true, 8, kLength});
+    const auto db = makeFull(program.rtm, kFolder, {kBig, true, 8, kLength});
     db->Dauerhaft(true);
     ASSERT_TRUE(db->Append());
     const auto list = [&] { return disk.dump(kFolder + u".DBD/Update.tsd"); };
