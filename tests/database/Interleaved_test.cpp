@@ -113,9 +113,22 @@ class Interleaved : public testing::TestWithParam<Case> {
         EXPECT_EQ(db.Error(), 0);
     }
 
+    // Of one whom others move: either it was searched before that, or after it.
+    void lookForTheirs(clsTSDB& db) {
+        db.SetIndex(1);
+        const std::function<void()> searches[] = {[&] { db.Gehezu(keyOf(kTheirs)); },
+                                                  [&] { db.Gehezu(u"#" + toText(kTheirs)); },
+                                                  [&] { db.Gehezu(keyOf(kOurs)), db.MoveNext(); }};
+        for (const auto& search : searches) {
+            search();
+            EXPECT_TRUE(db.AktSatzNr() != kTheirs || db.Fields(fKEY) == keyOf(kTheirs));
+        }
+    }
+
     using Work = std::function<void(clsTSDB&)>;
     std::vector<Work> readings() {
-        return {[this](clsTSDB& db) { look(db); }, [this](clsTSDB& db) { read(db); }};
+        return {[this](clsTSDB& db) { look(db); }, [this](clsTSDB& db) { read(db); },
+                [this](clsTSDB& db) { lookForTheirs(db); }};
     }
     std::vector<Work> writings(int32 own, int32 field) {
         return {[=, this](clsTSDB& db) {
@@ -243,9 +256,16 @@ TEST_P(Interleaved, AnUpdateIsNotLaidOverByAStore) {
     theyWrote_ = true;
     if (GetParam().text == kLong) return;  // all of it is done under the lock
     before_ = disk.snapshot();
-    const Work ours = [this](clsTSDB& db) { store(db, kBoth, {{fOURS, u"stored"}, {fLAST, u"stored"}}); };
-    sweep(
-        ours, [this](clsTSDB& db) { whole(db, kBoth, fTHEIRS, u"whole"); }, false);
+    for (const Text& key : {keyOf(kBoth), Text(u"Z")}) {  // where it stands, and on its way elsewhere
+        const Work ours = [&](clsTSDB& db) {
+            store(db, kBoth, {{fKEY, key}, {fOURS, u"stored"}, {fLAST, u"stored"}});
+        };
+        sweep(
+            ours, [this](clsTSDB& db) { whole(db, kBoth, fTHEIRS, u"whole"); }, false);
+        for (const auto& [field, text] : {std::pair{fTHEIRS + 0, u"put"}, {0, u"*"}})
+            sweep(
+                ours, [&, field = field, text = text](clsTSDB& db) { put(db, kBoth, field, text); }, false);
+    }
 }
 
 // The mark of a dead update stands, and somebody comes to heal it while a reader, who may not, looks past it.
@@ -258,11 +278,11 @@ TEST_P(Interleaved, ReadersAreToldTheTruthBesideWhoHeals) {
     auto readings = this->readings();
     readings.push_back([](clsTSDB& db) { EXPECT_TRUE(consistent(db)); });
     for (int64 death = 2; death <= 10; death += 2)
-        for (std::size_t i = 0; i < 2; ++i) {
+        for (std::size_t i = 0; i + 1 < readings.size(); ++i) {
             SCOPED_TRACE(testing::Message() << "dead at change " << death << ", reading " << i);
             sweep(readings[i], theirs, true, death);
         }
-    sweep(readings[2], theirs, true);
+    sweep(readings.back(), theirs, true);
 }
 
 INSTANTIATE_TEST_SUITE_P(Database, Interleaved,
