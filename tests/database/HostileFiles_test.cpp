@@ -41,20 +41,21 @@ class HostileFiles : public MemoryDatabase {
 TEST_F(HostileFiles, OpeningTellsWhy) {
     prepare();
     clsTSDB db(rtm);
-    EXPECT_EQ(db.Oeffne(u"/daten/Fehlt"), 52);
-    EXPECT_EQ(db.Error(), 52);
-    EXPECT_EQ(db.AnzahlDSaetze(), 0);
+    EXPECT_TOLD("52|52|0", db.Oeffne(u"/daten/Fehlt"), db.Error(), db.AnzahlDSaetze());
     EXPECT_EQ(rtm.OpenTSDB(u"/daten/Fehlt"), nullptr);
     EXPECT_EQ(rtmMain::state().F, 52);
     const Bytes control = file(u"Control.tsd");
     put(u"Control.tsd", control.substr(0, 3));
     EXPECT_EQ(db.Oeffne(kFolder), 52);
     put(u"Control.tsd", control);
-    // The object stayed closed: it opens another one.
+    // The object stayed closed: it bears to be asked, and opens another one.
+    std::vector<Text> fields;
+    EXPECT_TOLD("||1|no", db.Satz(fields), db.Fields(1), db.Rang(u"Abel"), db.Exist(u"Abel", 1));
+    EXPECT_EQ(fields, std::vector<Text>{u""});
+    db.ClearRecord();
     EXPECT_EQ(db.Oeffne(kFolder), 0);
     EXPECT_EQ(db.AnzahlDSaetze(), kRecords);
-    EXPECT_EQ(db.Pfad(), u"/DATEN/ADRESSEN.DBD");
-    EXPECT_EQ(db.DBName(), u"Adressen");
+    EXPECT_TOLD("/DATEN/ADRESSEN.DBD|Adressen", db.Pfad(), db.DBName());
     EXPECT_EQ(raised([&] { db.Oeffne(kFolder); }), "55|TSDB|Datenbank ist schon initialisiert");
     EXPECT_EQ(db.Error(), 55);
     EXPECT_EQ(db.AnzahlDSaetze(), kRecords);
@@ -77,30 +78,6 @@ TEST_F(HostileFiles, TheFormFollowsTheLimit) {
     }
 }
 
-// Being reorganised, or on a medium that forbids it: a reader sees an empty database, and nothing fails hard.
-TEST_F(HostileFiles, WithoutCountThereIsAnEmptyView) {
-    for (const int32 max : {kNormal, kBig}) {
-        const auto bare = disk.snapshot();
-        prepare(max);
-        disk.failOpening(path(u"Count.tsd"), SystemError::sharingViolation);
-        for (const bool readOnly : {true, false}) {
-            const auto db = open(readOnly);
-            ASSERT_TRUE(db);
-            EXPECT_TRUE(db->IsReadOnly());
-            EXPECT_EQ(db->AnzahlDSaetze(), 0);
-            EXPECT_EQ(db->Caption(1), u"NAME");
-            EXPECT_FALSE(db->Finde(u"Name"));
-            EXPECT_EQ(db->GetSatz(1) + db->GetField(1, fNAME) + db->GetField(1, 0), u"");
-            EXPECT_FALSE(db->Record(1) || db->Add() || db->Sperren(1) || db->Gesperrt(0));
-            db->Update();
-            EXPECT_EQ(db->Error(), 5);
-        }
-        disk.failOpening(path(u"Count.tsd"), SystemError::none);
-        EXPECT_EQ(open()->AnzahlDSaetze(), kRecords);
-        disk.restore(bare);
-    }
-}
-
 TEST_F(HostileFiles, AMediumThatCannotBeWrittenMakesAReader) {
     prepare();
     disk.setReadOnly(path(u"Count.tsd"), true);
@@ -112,8 +89,7 @@ TEST_F(HostileFiles, AMediumThatCannotBeWrittenMakesAReader) {
         EXPECT_EQ(db->AnzahlDSaetze(), kRecords);
         db->SetIndex(1);
         db->Gehezu(u"Name1050");
-        EXPECT_EQ(db->AktSatzNr(), 50);
-        EXPECT_EQ(change(*db, 50, fNAME, u"x"), 5);
+        EXPECT_TOLD("50|5", db->AktSatzNr(), change(*db, 50, fNAME, u"x"));
         EXPECT_FALSE(db->Add());
         EXPECT_EQ(disk.snapshot(), before) << all;
         for (const auto& [name, entry] : before)
@@ -154,10 +130,14 @@ TEST_F(HostileFiles, ADamagedTreeIsTold) {
         const auto db = open();
         ASSERT_TRUE(db);
         EXPECT_EQ(raised([&] { db->Exist(u"Name1001 Ort", 1); }), tells);
+        if (tells.starts_with("28")) {  // by position it is recorded, and not raised
+            db->SetIndex(1);
+            EXPECT_NO_THROW(db->MoveFirst());
+            EXPECT_EQ(db->Error(), 28);
+        }
         // Records are untouched, the check finds it, and a rebuild heals it.
         EXPECT_EQ(db->GetField(1, fNAME), u"Name1001");
-        EXPECT_FALSE(db->Check(false, {}));
-        EXPECT_TRUE(bytes.empty() || file(u"I001") == bytes);
+        EXPECT_TOLD("no|yes", db->Check(false, {}), bytes.empty() || file(u"I001") == bytes);
         ASSERT_TRUE(db->Sort(1));
         EXPECT_TRUE(db->Exist(u"Name1001 Ort", 1));
         EXPECT_TRUE(consistent(*db));
@@ -181,8 +161,7 @@ TEST_F(HostileFiles, AWrongTotalIsHealed) {
         const auto two = open();
         ASSERT_TRUE(two->Sperren(9, -1));
         EXPECT_TRUE(two->Exist(u"Name1001 Ort", 1));
-        EXPECT_TRUE(one->Exist(u"Name1001 Ort", 1));
-        EXPECT_TRUE(one->Gesperrt(9));
+        EXPECT_TOLD("yes|yes", one->Exist(u"Name1001 Ort", 1), one->Gesperrt(9));
         EXPECT_TRUE(consistent(*two));
     }
     falsifyTotal();
@@ -229,10 +208,16 @@ TEST_F(HostileFiles, CheckTellsAndOnlyRepairsWhenAsked) {
         EXPECT_TRUE(std::any_of(found.begin(), found.end(), [&](const Text& line) {
             return line.find(row.finding) != Text::npos;
         })) << (found.empty() ? "" : toUtf8(found.front()));
-        EXPECT_TRUE(file(u"I001") == bytes);
-        EXPECT_FALSE(db->Check(true, {}));
+        EXPECT_TOLD("yes|no", file(u"I001") == bytes, db->Check(true, {}));
         EXPECT_TRUE(consistent(*db));
     }
+    // Who writes and misses the old entry builds it anew.
+    Bytes bytes = sound;
+    set(bytes, leaf + 12, 2);
+    put(u"I001", bytes);
+    const auto db = open();
+    EXPECT_EQ(change(*db, 1, fNAME, u"Zorn"), 0);
+    EXPECT_TRUE(consistent(*db));
 }
 
 // The flat array has no check at its opening: what it says wrong is told by the walk.
@@ -259,8 +244,7 @@ TEST_F(HostileFiles, AFlatArrayOfTheWrongLength) {
         EXPECT_EQ(db->Check(false, {}), !wrong);
         // Who writes and misses the old entry builds it anew.
         db->SetIndex(0);
-        EXPECT_EQ(change(*db, 90, fNAME, u"Zorn"), 0);
-        EXPECT_EQ(db->GetField(90, fNAME), u"Zorn");
+        EXPECT_TOLD("0|Zorn", change(*db, 90, fNAME, u"Zorn"), db->GetField(90, fNAME));
         EXPECT_TRUE(consistent(*db));
         EXPECT_EQ(change(*db, 90, fNAME, u"Name1090"), 0);
     }
@@ -316,9 +300,7 @@ TEST_F(HostileFiles, AClosedDatabaseAnswersWithErrors) {
     db->SetIndex(1);
     db->AktSatzNr(1);
     rtm.CloseRTMDBs();
-    EXPECT_EQ(db->ActiveIndex(), 0);
-    EXPECT_EQ(db->IndexName(), u"");
-    EXPECT_EQ(db->GetField(1, fNAME), u"");
+    EXPECT_TOLD("0||", db->ActiveIndex(), db->IndexName(), db->GetField(1, fNAME));
     const std::function<void()> works[] = {[&] { EXPECT_FALSE(db->LockDB(true)); },
                                            [&] { EXPECT_FALSE(db->Append()); }, [&] { db->Update(); },
                                            [&] { db->PutSatz(1); }};

@@ -47,8 +47,7 @@ TEST_P(Navigation, ExistTellsWholeKeysAndStaysWhereItIs) {
         SCOPED_TRACE(toUtf8(row.key));
         EXPECT_EQ(db->Exist(row.key, row.index), row.there);
         EXPECT_EQ(db->Error(), row.error);
-        EXPECT_EQ(db->LogSatz(), 4);
-        EXPECT_EQ(db->AktSatzNr(), 4);
+        EXPECT_TOLD("4|4", db->LogSatz(), db->AktSatzNr());
         EXPECT_EQ(db->ActiveIndex(), fNAME);
         EXPECT_EQ(db->Fields(fNAME), u"Cohn");
     }
@@ -60,19 +59,16 @@ TEST_P(Navigation, MovesThroughAnOrderAndStopsAtItsEnds) {
     db->MoveFirst();
     EXPECT_TRUE(db->BOFile());
     for (; !db->EOFile(); db->MoveNext()) seen.push_back(db->AktSatzNr());
-    EXPECT_EQ(seen, (std::vector<int32>{3, 5, 2, 4, 1}));
-    EXPECT_EQ(db->Error(), 62);
+    EXPECT_TOLD("3,5,2,4,1|62", seen, db->Error());
     EXPECT_EQ(db->Fields(fNAME), u"Dorn");  // nothing was read
     db->MovePrevious();
-    EXPECT_EQ(db->AktSatzNr(), 1);
-    EXPECT_FALSE(db->EOFile());
+    EXPECT_TOLD("1|no", db->AktSatzNr(), db->EOFile());
 
     seen.clear();
     db->MoveLast();
     for (; db->Error() == 0; db->MovePrevious()) seen.push_back(db->AktSatzNr());
     EXPECT_EQ(seen, (std::vector<int32>{1, 4, 2, 5, 3}));
-    EXPECT_TRUE(db->BOFile());
-    EXPECT_EQ(db->AktSatzNr(), 3);
+    EXPECT_TOLD("yes|3", db->BOFile(), db->AktSatzNr());
     db->MoveNext();
     EXPECT_EQ(db->AktSatzNr(), 3);
 }
@@ -101,10 +97,7 @@ TEST_P(Navigation, PositionsAndRecordNumbersFindEachOther) {
     for (const int32 wrong : {0, -1, 6, 2147483647}) {
         db->AktSatzNr(wrong);
         EXPECT_EQ(db->Error(), 63);
-        EXPECT_EQ(db->AktSatzNr(), 5);
-        EXPECT_EQ(db->Index(wrong), 0);
-        EXPECT_EQ(db->Error(), 63);
-        EXPECT_EQ(db->LogSatz(), 2);
+        EXPECT_TOLD("5|0|63|2", db->AktSatzNr(), db->Index(wrong), db->Error(), db->LogSatz());
     }
     db->SetIndex(0);
     EXPECT_EQ(db->Index(5), 5);
@@ -121,8 +114,7 @@ TEST_P(Navigation, FindeSearchesAroundAndStaysOnAMiss) {
     }
     EXPECT_EQ(db->Finde(u"Aachen")->Satznummer(), 5);  // the current one comes last
     EXPECT_FALSE(db->Finde(u"Zorn"));
-    EXPECT_EQ(db->LogSatz(), 2);
-    EXPECT_EQ(db->AktSatzNr(), 5);
+    EXPECT_TOLD("2|5", db->LogSatz(), db->AktSatzNr());
     ASSERT_GT(addAddress(*db, {u"Müller", u"Köln", u"", u""}), 0);
     EXPECT_EQ(db->Finde(u"MÜLLER")->Satznummer(), 6);
 }
@@ -142,35 +134,56 @@ TEST_P(Navigation, AReaderLearnsOfNewRecordsInTime) {
 
 INSTANTIATE_TEST_SUITE_P(Forms, Navigation, kAllForms, nameOfForm);
 
-class EmptyDatabase : public MemoryDatabase, public testing::WithParamInterface<int32> {};
-
-TEST_P(EmptyDatabase, HasNothingToStandOn) {
-    const auto db = make(GetParam());
-    for (int32 index = 0; index <= 3; ++index) {
-        db->SetIndex(index);
-        for (const auto move :
-             {&clsTSDB::MoveFirst, &clsTSDB::MoveLast, &clsTSDB::MoveNext, &clsTSDB::MovePrevious}) {
-            ((*db).*move)();
-            EXPECT_EQ(db->Error(), 62);
-            EXPECT_EQ(db->AktSatzNr(), 0);
+class WithoutRecords : public MemoryDatabase, public testing::WithParamInterface<int32> {
+ protected:
+    static void expectNothingToStandOn(clsTSDB& db) {
+        EXPECT_TOLD("0|NAME", db.AnzahlDSaetze(), db.Caption(1));
+        EXPECT_FALSE(db.Finde(u"a") || db.Record(1) || db.Record() || db.Sperren(1) || db.Gesperrt(0));
+        for (const int32 index : {0, 1, 2, 3}) {
+            SCOPED_TRACE(index);
+            db.SetIndex(index);
+            for (const auto move :
+                 {&clsTSDB::MoveFirst, &clsTSDB::MoveLast, &clsTSDB::MoveNext, &clsTSDB::MovePrevious}) {
+                (db.*move)();
+                EXPECT_TOLD("62|0", db.Error(), db.AktSatzNr());
+            }
+            for (const TextView key : {u"", u"#1", u"Abel"}) {
+                EXPECT_TOLD("no|1", db.Exist(key, index), db.Rang(key));
+                db.Gehezu(key);
+                EXPECT_TOLD("0|0|0", db.Error(), db.LogSatz(), db.AktSatzNr());
+            }
+            EXPECT_TOLD("0|63", db.Index(1), db.Error());
         }
-        for (const TextView key : {u"", u"#1", u"Abel"}) {
-            db->Gehezu(key);
-            EXPECT_EQ(db->LogSatz(), 0);
-            EXPECT_EQ(db->AktSatzNr(), 0);
-            EXPECT_EQ(db->Error(), 0);
-            EXPECT_FALSE(db->Exist(key, index));
-        }
-        EXPECT_EQ(db->Index(1), 0);
-        EXPECT_EQ(db->Error(), 63);
-        EXPECT_FALSE(db->Finde(u"a"));
-        EXPECT_FALSE(db->Record());
-        EXPECT_EQ(db->Error(), 63);
+        EXPECT_TRUE(consistent(db));
     }
-    EXPECT_TRUE(consistent(*db));
+};
+
+TEST_P(WithoutRecords, ThereIsNothingToStandOn) { expectNothingToStandOn(*make(GetParam())); }
+
+// While it is being reorganised, somebody has it alone, or the medium forbids it.
+TEST_P(WithoutRecords, AViewOfWhatCannotBeHadIsEmpty) {
+    addFive(*make(GetParam()));
+    for (const bool somebodyAlone : {true, false}) {
+        const auto alone = somebodyAlone ? open(false, true) : nullptr;
+        const auto refusal =
+            somebodyAlone ? platform::SystemError::none : platform::SystemError::sharingViolation;
+        disk.failOpening(path(u"Count.tsd"), refusal);
+        for (const bool readOnly : {true, false}) {
+            const auto view = open(readOnly);
+            ASSERT_TRUE(view && view->IsReadOnly());
+            expectNothingToStandOn(*view);
+            EXPECT_EQ(view->GetSatz(1) + view->GetField(1, fNAME) + view->GetField(1, 0) + view->Fields(0),
+                      u"");
+            EXPECT_FALSE(view->Add() || view->Sort());
+            view->Update();
+            EXPECT_EQ(view->Error(), 5);
+        }
+    }
+    disk.failOpening(path(u"Count.tsd"), platform::SystemError::none);
+    EXPECT_EQ(open()->AnzahlDSaetze(), 5);
 }
 
-INSTANTIATE_TEST_SUITE_P(Forms, EmptyDatabase, kBothForms, formName);
+INSTANTIATE_TEST_SUITE_P(Forms, WithoutRecords, kBothForms, formName);
 
 // The flat form compares the saved index number with a field number.
 TEST_F(MemoryDatabase, TheFlatUpdateMixesIndexAndFieldNumbers) {
