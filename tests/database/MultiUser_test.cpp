@@ -67,36 +67,31 @@ int countUp(
     return 0;
 }
 
-TEST_P(MultiUser, EightProcessesLoseNoUpdate) {
+// New records get numbers of their own.
+TEST_P(MultiUser, EightProcessesLoseNoUpdateAndNoRecord) {
     make();
-    atOnce(kProcesses, [&](int32 p) { return countUp(folder, static_cast<uint32>(p) + 1); });
-    clsRtm rtm;
-    const auto db = rtm.OpenTSDB(folder);
-    ASSERT_TRUE(db);
-    int64 sum = 0;
-    for (int32 n = 1; n <= kRecords; ++n) sum += roundToInt32(Val(db->GetField(n, fBETRAG)));
-    EXPECT_EQ(sum, kProcesses * kUpdates);
-    EXPECT_TRUE(consistent(*db));
-}
-
-// New records by several processes at once get numbers of their own.
-TEST_P(MultiUser, ProcessesAddAtOnce) {
-    make();
-    atOnce(4, [&](int32 p) {
+    constexpr int32 kAdds = 50;
+    const auto added = [](int32 p, int32 i) { return account(1000 * (p + 1) + i); };
+    atOnce(kProcesses, [&](int32 p) {
         clsRtm own;
         const auto db = own.OpenTSDB(folder);
-        if (!db) return 1;
-        for (int32 i = 0; i < 100; ++i)
-            if (addAddress(*db, account(1000 * (p + 1) + i)) < 1) return 2;
+        for (int32 i = 0; i < kAdds / 2; ++i)
+            if (!db || addAddress(*db, added(p, i)) < 1) return 10;
+        if (const int failed = countUp(folder, static_cast<uint32>(p) + 1)) return failed;
+        for (int32 i = kAdds / 2; i < kAdds; ++i)
+            if (addAddress(*db, added(p, i)) < 1) return 11;
         return 0;
     });
     clsRtm rtm;
     const auto db = rtm.OpenTSDB(folder);
-    ASSERT_EQ(db->AnzahlDSaetze(), kRecords + 400);
+    ASSERT_TRUE(db);
+    ASSERT_EQ(db->AnzahlDSaetze(), kRecords + kProcesses * kAdds);
+    int64 sum = 0;
+    for (int32 n = 1; n <= kRecords; ++n) sum += roundToInt32(Val(db->GetField(n, fBETRAG)));
+    EXPECT_EQ(sum, kProcesses * kUpdates);
+    for (int32 p = 0; p < kProcesses; ++p)
+        for (int32 i = 0; i < kAdds; ++i) EXPECT_TRUE(db->Exist(added(p, i).name + u" Bonn", 1));
     EXPECT_TRUE(consistent(*db));
-    for (int32 p = 0; p < 4; ++p)
-        for (int32 i = 0; i < 100; ++i)
-            EXPECT_TRUE(db->Exist(account(1000 * (p + 1) + i).name + u" Bonn", 1));
 }
 
 // A reader without a lock always finds a key that never changes, while others move records around it.
