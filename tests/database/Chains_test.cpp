@@ -82,8 +82,7 @@ TEST_F(Chains, TextsInTheCharactersOfTheDatabase) {
     disk.restore({});
     ASSERT_TRUE(make({.length = 9, .typ = DBUnicode}));
     const auto greek = rowsOf({{u"Łódź Ω", u"1"}, {u"b", u"2"}});
-    EXPECT_EQ(writeChain(*db, 1, greek), 0);
-    EXPECT_EQ(addRow(*db, 1, End::tail, {u"c", u"3"}), 0);
+    EXPECT_TOLD("0|0", writeChain(*db, 1, greek), addRow(*db, 1, End::tail, {u"c", u"3"}));
     EXPECT_EQ(rows().substr(0, 16), BytesView("\x20\0\x20\0\x20\0\x34\0\x20\0\x20\0\x20\0\x35\0", 16));
     EXPECT_EQ(rows().size(), 4u * 2 * 19);
     EXPECT_EQ(chainAt(*db, 1), rowsOf({{u"Łódź Ω", u"1"}, {u"b", u"2"}, {u"c", u"3"}}));
@@ -118,26 +117,19 @@ TEST_F(Chains, OnlyWhatChangedIsWritten) {
 TEST_F(Chains, ErrorsLeaveAllAsItWas) {
     ASSERT_TRUE(make({.length = 2}));
     TextTable rows_;
-    EXPECT_FALSE(db->KetteLesen(0, rows_));
-    EXPECT_EQ(db->Error(), 9);
-    EXPECT_FALSE(db->KetteLesen(2, rows_));
-    EXPECT_EQ(db->Error(), 9);
+    EXPECT_TOLD("no|9|no|9", db->KetteLesen(0, rows_), db->Error(), db->KetteLesen(2, rows_), db->Error());
     db->KetteSchreiben(2, rows_);
-    EXPECT_EQ(db->Error(), 53);
-    EXPECT_EQ(addRow(*db, 1, End::tail, {u"a", u"1"}), 0);
+    EXPECT_TOLD("53|0", db->Error(), addRow(*db, 1, End::tail, {u"a", u"1"}));
     // More rows than numbers of two digits.
     const auto before = disk.snapshot();
     EXPECT_EQ(writeChain(*db, 2, TextTable(98, {u"b", u"1"})), 61);
     EXPECT_EQ(disk.snapshot(), before);
     EXPECT_EQ(writeChain(*db, 2, TextTable(96, {u"b", u"1"})), 0);
-    EXPECT_EQ(addRow(*db, 1, End::tail, {u"c", u"1"}), 61);
-    EXPECT_EQ(chainAt(*db, 1).size(), 1u);
+    EXPECT_TOLD("61|1", addRow(*db, 1, End::tail, {u"c", u"1"}), chainAt(*db, 1).size());
     // A full disk takes nothing, and what was appended is cut off.
     // No row is given back before the new ones are had.
-    EXPECT_EQ(writeChain(*db, 2, rowsNamed(u"b")), 61);
-    EXPECT_EQ(chainAt(*db, 2).size(), 96u);
-    EXPECT_EQ(writeChain(*db, 2, {}), 0);
-    EXPECT_EQ(writeChain(*db, 2, rowsNamed(u"b")), 0);
+    EXPECT_TOLD("61|96", writeChain(*db, 2, rowsNamed(u"b")), chainAt(*db, 2).size());
+    EXPECT_TOLD("0|0", writeChain(*db, 2, {}), writeChain(*db, 2, rowsNamed(u"b")));
     disk.restore({});
     db.reset();
     ASSERT_TRUE(make());
@@ -145,8 +137,7 @@ TEST_F(Chains, ErrorsLeaveAllAsItWas) {
     const Bytes full = rows();
     disk.setFreeSpace(20);
     EXPECT_EQ(writeChain(*db, 1, rowsNamed(u"xy")), 61);
-    EXPECT_EQ(addRow(*db, 1, End::tail, {u"d", u"1"}), 0);
-    EXPECT_EQ(addRow(*db, 1, End::head, {u"e", u"1"}), 61);
+    EXPECT_TOLD("0|61", addRow(*db, 1, End::tail, {u"d", u"1"}), addRow(*db, 1, End::head, {u"e", u"1"}));
     disk.setFreeSpace(std::nullopt);
     EXPECT_EQ(rows().size(), full.size() + 18);
     EXPECT_EQ(chainAt(*db, 1), rowsOf({{u"a", u"1"}, {u"b", u"2"}, {u"c", u"3"}, {u"d", u"1"}}));
@@ -166,8 +157,7 @@ TEST_F(Chains, ErrorsLeaveAllAsItWas) {
     auto files = disk.snapshot();
     files.erase(upper(path(u"KetteDat.002")));
     disk.restore(files);
-    EXPECT_TRUE(chainAt(*open(true), 2).empty());
-    EXPECT_FALSE(disk.exists(path(u"KetteDat.002")));
+    EXPECT_TOLD("yes|no", chainAt(*open(true), 2).empty(), disk.exists(path(u"KetteDat.002")));
 }
 
 TEST_F(Chains, ARowOneTooShortForTheHeadIsRefused) {
@@ -176,8 +166,7 @@ TEST_F(Chains, ARowOneTooShortForTheHeadIsRefused) {
     put(u"KetteCtl.002", "TS1,1\r\n0,1,1,6,1,\"T\"\r\n7,9,0\r\n0\r\n");
     db = open();
     ASSERT_TRUE(db->Add()->Update());
-    EXPECT_EQ(addRow(*db, 1, End::tail, {u"a"}), 9);
-    EXPECT_EQ(writeChain(*db, 1, {{u"a"}}), 9);
+    EXPECT_TOLD("9|9", addRow(*db, 1, End::tail, {u"a"}), writeChain(*db, 1, {{u"a"}}));
 }
 
 TEST_F(Chains, ActionGivesAndTakesRows) {
@@ -219,8 +208,7 @@ TEST_F(Chains, ActionGivesAndTakesRows) {
     // By events, and the whole chain.
     std::tie(read, count) = action(1 + 32, {{u""}}, 0);
     EXPECT_EQ(read, (TextTable{{described}}));
-    EXPECT_EQ(count, 4);
-    EXPECT_EQ(asked, (std::vector<Text>{u"1:e1", u"2:a", u"3:b", u"4:p"}));
+    EXPECT_TOLD("4|1:e1,2:a,3:b,4:p", count, asked);
     action(2 + 32 + 16, {}, 3);
     EXPECT_EQ(chainAt(*db, 1), rowsOf({{u"e1", u""}, {u"e2", u""}, {u"e3", u"3"}}));
     // What does nothing, and what is refused.
@@ -310,11 +298,9 @@ TEST_F(Chains, DamageEndsAChainAndIsFoundAndMended) {
         db.reset();
         ASSERT_TRUE(make());
         EXPECT_EQ(writeChain(*db, 1, rowsNamed(u"abc")), 0);
-        EXPECT_EQ(writeChain(*db, 2, rowsNamed(u"de")), 0);
-        EXPECT_EQ(addRow(*db, 1, End::tail, {u"x", u"1"}), 0);
+        EXPECT_TOLD("0|0", writeChain(*db, 2, rowsNamed(u"de")), addRow(*db, 1, End::tail, {u"x", u"1"}));
         EXPECT_EQ(writeChain(*db, 1, rowsNamed(u"abc")), 0);  // rows 8 to 10; 2 to 4 and 7 are free
-        EXPECT_EQ(writeChain(*db, 1, rowsNamed(u"ab")), 0);
-        EXPECT_EQ(writeChain(*db, 1, {}), 0);
+        EXPECT_TOLD("0|0", writeChain(*db, 1, rowsNamed(u"ab")), writeChain(*db, 1, {}));
         db->Schliesse();
         // As told above.
         put(u"KetteDat.002", head(7, 7) + row(0, 3, "a", "1") + row(2, 4, "b", "2") + row(3, 0, "c", "3") +
@@ -335,8 +321,7 @@ TEST_F(Chains, DamageEndsAChainAndIsFoundAndMended) {
         EXPECT_EQ(named(chainAt(*db, 1)), row_.first);
         EXPECT_EQ(named(chainAt(*db, 2)), row_.repaired);
         // Each owns its rows now.
-        EXPECT_EQ(addRow(*db, 1, End::tail, {u"n", u"1"}), 0);
-        EXPECT_EQ(addRow(*db, 2, End::tail, {u"m", u"1"}), 0);
+        EXPECT_TOLD("0|0", addRow(*db, 1, End::tail, {u"n", u"1"}), addRow(*db, 2, End::tail, {u"m", u"1"}));
         EXPECT_EQ(named(chainAt(*db, 1)), row_.first + Text(u"n"));
         EXPECT_EQ(named(chainAt(*db, 2)), row_.repaired + Text(u"m"));
         EXPECT_TRUE(consistent(*db));

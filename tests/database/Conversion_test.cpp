@@ -104,8 +104,7 @@ TEST_P(Converting, KeepsAllThatAReaderSees) {
                  {&clsTSDB::ConvertToAnsi, false},
                  {&clsTSDB::ConvertToWin, false}};
     for (const auto& [convert, unicode] : steps) {
-        EXPECT_TRUE((*db.*convert)());
-        EXPECT_EQ(db->Error(), 0);
+        EXPECT_TOLD("yes|0", (*db.*convert)(), db->Error());
         EXPECT_EQ(content(*db), before);
         EXPECT_TRUE(consistent(*db));
         EXPECT_NE(file(u"Control.tsd").find(unicode ? "TS2,8" : "TS1,8"), Bytes::npos);
@@ -137,16 +136,14 @@ TEST_P(Narrowing, AsksBeforeItLosesCharacters) {
     const auto seen = content(*db);
     ground.ui.boxes.clear();
     ground.ui.defaultAnswer = 7;
-    EXPECT_FALSE(db->ConvertToAnsi());
-    EXPECT_EQ(db->Error(), 0);
+    EXPECT_TOLD("no|0", db->ConvertToAnsi(), db->Error());
     ASSERT_EQ(ground.ui.boxes.size(), 1u);
     EXPECT_NE(shown().find(u"enthält 4 Zeichen"), Text::npos) << toUtf8(shown());
     EXPECT_NE(shown().find(u"Satz 40, Feld 1"), Text::npos) << toUtf8(shown());
     EXPECT_EQ(content(*db), seen);
     EXPECT_EQ(file(u"Control.tsd").substr(3, 3), "TS2");
     ground.ui.defaultAnswer = 6;
-    EXPECT_TRUE(db->ConvertToAnsi());
-    EXPECT_EQ(db->GetField(40, cNAME), u"?ód?");
+    EXPECT_TOLD("yes|?ód?", db->ConvertToAnsi(), db->GetField(40, cNAME));
     EXPECT_EQ(db->GetField(40, cUTF8) + db->GetField(40, cWEIT), Text(kFar) + Text(kFar));
     db->AktSatzNr(40);
     EXPECT_EQ(db->Memo(1), Text(kFar) + u"40");

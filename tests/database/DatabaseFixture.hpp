@@ -5,6 +5,7 @@
 #include "tests/support/MemoryFiles.hpp"
 #include "tests/support/TempFolder.hpp"
 #include "tests/support/TestGround.hpp"
+#include "tests/support/Told.hpp"
 #include "tsRtm/platform/posix/PosixPlatform.hpp"
 #include "tsRtm/tsRtm.hpp"
 

@@ -120,14 +120,12 @@ TEST_F(Formats, ADosDatabaseByteForByte) {
     EXPECT_EQ(hex(file(u"Data.tsd")), hex(example("data-dos")));
     EXPECT_EQ(hex(file(u"I001")), hex(example("flat")));
     const auto db = open();
-    EXPECT_FALSE(db->IsAnsi());
-    EXPECT_EQ(db->GetField(1, 1), u"Müller");
+    EXPECT_TOLD("no|Müller", db->IsAnsi(), db->GetField(1, 1));
     db->SetIndex(1);
     EXPECT_TRUE(db->Exist(u"Straße", 1));
     EXPECT_FALSE(db->Exist(u"STRASSE", 1));  // the hit is to the byte, though the order ignores case
     db->Gehezu(u"müller");
-    EXPECT_EQ(db->Fields(1), u"Müller");
-    EXPECT_EQ(db->GetSatz(3), u" Straße     5");
+    EXPECT_TOLD("Müller| Straße     5", db->Fields(1), db->GetSatz(3));
 }
 
 TEST_F(Formats, AUnicodeDatabaseByteForByte) {
@@ -181,13 +179,10 @@ TEST_F(Formats, FieldsInTheirColumns) {
     const auto record = db->Append();
     ASSERT_TRUE(record) << db->Error();
     EXPECT_EQ(file(u"Data.tsd"), " J2451545~\xCE\xA9\xC3\x9F          1234.5 1234");
-    EXPECT_EQ(db->GetField(1, 1), u"01012000");
-    EXPECT_EQ(db->GetField(1, 2), u"Ωß");
-    EXPECT_EQ(db->Fields(4), u"1234,50");
+    EXPECT_TOLD("01012000|Ωß|1234,50", db->GetField(1, 1), db->GetField(1, 2), db->Fields(4));
     // Longer than the field: the first characters stay, and the neighbour is safe.
     db->PutField(1, 2, u"abcdefghijk");
-    EXPECT_EQ(db->GetField(1, 2), u"abcdefgh");
-    EXPECT_EQ(db->GetField(1, 1), u"01012000");
+    EXPECT_TOLD("abcdefgh|01012000", db->GetField(1, 2), db->GetField(1, 1));
 }
 
 }  // namespace

@@ -35,17 +35,13 @@ class RecordSets : public FiveAddresses {
 
 TEST_P(RecordSets, TheSetOfAllRecords) {
     EXPECT_EQ(db->Records(), all);
-    EXPECT_EQ(all->Count(), 5);
-    EXPECT_FALSE(all->IsSelection());
-    EXPECT_EQ(all->Caption(), u"Adressen");
+    EXPECT_TOLD("5|no|Adressen", all->Count(), all->IsSelection(), all->Caption());
     EXPECT_EQ(all->Record(2), db->Record(2));
-    EXPECT_EQ(all->FolgeNummer(*db->Record(4)), 4);
-    EXPECT_FALSE(all->Record(0) || all->Record(6));
+    EXPECT_TOLD("4|no", all->FolgeNummer(*db->Record(4)), all->Record(0) || all->Record(6));
     all->Deleted(3, true);
     EXPECT_TRUE(all->Deleted(3) && db->Record(3)->Deleted());
     all->Deleted(3, false);
-    EXPECT_EQ(all->Clear(), 0);
-    EXPECT_FALSE(all->Remove(1));
+    EXPECT_TOLD("0|no", all->Clear(), all->Remove(1));
     Numbers told;
     const auto heard = all->NewRecordNumber.connect([&](int32 before, int32 now) { told = {before, now}; });
     const auto added = all->Add();
@@ -89,14 +85,12 @@ TEST_P(RecordSets, Ranges) {
             << toUtf8(row.from) << " " << toUtf8(row.to);
     Checker live([](clsTSRecord& record) { return !record.Deleted(); });
     const auto some = all->GetRange(fNAME, u"", u"", &live);
-    EXPECT_EQ(numbersOf(*some), (Numbers{3, 5, 4, 1}));
-    EXPECT_TRUE(some->IsSelection());
+    EXPECT_TOLD("3,5,4,1|yes", numbersOf(*some), some->IsSelection());
     // A part of a part.
     EXPECT_EQ(numbersOf(*some->GetRange(fORT, u"Bonn", u"")), (Numbers{1, 3, 4}));
     EXPECT_EQ(numbersOf(*some->GetSelectedRecords(nullptr)), (Numbers{3, 5, 4, 1}));
     EXPECT_FALSE(all->GetRange(9, u"", u""));
-    EXPECT_EQ(db->Error(), 9);
-    EXPECT_EQ(all->GetSelection(u"NAME=\"Berg\"")->Count(), 0);
+    EXPECT_TOLD("9|0", db->Error(), all->GetSelection(u"NAME=\"Berg\"")->Count());
 }
 
 // Letters that sort behind all others belong to a range without an end.
@@ -115,10 +109,8 @@ TEST_P(RecordSets, ASelectionHasARecordOnce) {
                   VariantList{Variant(1), Variant(7), Variant(std::shared_ptr<Object>(db->Record(5)))}),
               0);
     EXPECT_EQ(numbersOf(*bonn), (Numbers{1, 2, 3, 4, 5}));
-    EXPECT_TRUE(bonn->Remove(2));
-    EXPECT_FALSE(bonn->Remove(2));
-    EXPECT_EQ(bonn->FolgeNummer(*db->Record(2)), 0);
-    EXPECT_EQ(bonn->FolgeNummer(*db->Record(3)), 2);
+    EXPECT_TOLD("yes|no", bonn->Remove(2), bonn->Remove(2));
+    EXPECT_TOLD("0|2", bonn->FolgeNummer(*db->Record(2)), bonn->FolgeNummer(*db->Record(3)));
     Numbers told;
     const auto heard = bonn->RecordChange.connect([&](int32 number) { told.push_back(number); });
     db->PutField(2, fBETRAG, u"1");
@@ -133,8 +125,7 @@ TEST_P(RecordSets, ASelectionHasARecordOnce) {
     EXPECT_EQ(orderOf(*cursor), (Numbers{3, 5, 4, 1, 6}));
     bonn->Remove(4);
     EXPECT_EQ(orderOf(*cursor), (Numbers{3, 5, 1, 6}));
-    EXPECT_EQ(orderOf(*bonn->CreateIndex(fORT, fNAME)), (Numbers{6, 5, 3, 1}));
-    EXPECT_EQ(cursor->MoveTo(u"b")->Satznummer(), 5);
+    EXPECT_TOLD("6,5,3,1|5", orderOf(*bonn->CreateIndex(fORT, fNAME)), cursor->MoveTo(u"b")->Satznummer());
     EXPECT_EQ(raised([&] { cursor->Satznummer(9); }),
               "9|clsTSIndex.RecNr|Falsche Indexfolgenummer 9 im Recordset");
     EXPECT_EQ(bonn->Clear(), 4);
@@ -144,30 +135,20 @@ TEST_P(RecordSets, ASelectionHasARecordOnce) {
 
 TEST_P(RecordSets, CursorsWalkBothWaysApartFromEachOther) {
     const auto cursor = all->Index(fNAME), other = all->Index(fNAME);
-    EXPECT_EQ(orderOf(*cursor), (Numbers{3, 5, 2, 4, 1}));
-    EXPECT_TRUE(cursor->EOFile());
-    EXPECT_EQ(cursor->MovePrevious()->Satznummer(), 1);
-    EXPECT_EQ(other->MoveNext()->Satznummer(), 3);
-    EXPECT_TRUE(other->BOFile() && !other->EOFile());
-    EXPECT_EQ(cursor->LogSatz(), 5);
-    EXPECT_EQ(cursor->Satznummer(2), 5);
+    EXPECT_TOLD("3,5,2,4,1|yes", orderOf(*cursor), cursor->EOFile());
+    EXPECT_TOLD("1|3", cursor->MovePrevious()->Satznummer(), other->MoveNext()->Satznummer());
+    EXPECT_TOLD("yes|5|5", other->BOFile() && !other->EOFile(), cursor->LogSatz(), cursor->Satznummer(2));
     EXPECT_FALSE(other->MovePrevious());
-    EXPECT_EQ(other->MoveNext()->Satznummer(), 3);
-    EXPECT_EQ(db->LogSatz(), 1);
+    EXPECT_TOLD("3|1", other->MoveNext()->Satznummer(), db->LogSatz());
     other->Descending(true);
-    EXPECT_EQ(orderOf(*other), (Numbers{1, 4, 2, 5, 3}));
-    EXPECT_EQ(other->MoveTo(u"Berg", u"Bonn")->Satznummer(), 2);
-    EXPECT_EQ(other->LogSatz(), 3);
-    EXPECT_EQ(other->MoveNext()->Satznummer(), 5);
-    EXPECT_EQ(other->MoveLast()->Satznummer(), 3);
+    EXPECT_TOLD("1,4,2,5,3|2", orderOf(*other), other->MoveTo(u"Berg", u"Bonn")->Satznummer());
+    EXPECT_TOLD("3|5|3", other->LogSatz(), other->MoveNext()->Satznummer(), other->MoveLast()->Satznummer());
     EXPECT_EQ(raised([&] { other->Satznummer(6); }),
               "9|clsTSIndex.RecNr|Fehler in der Indexdatei bei LogSatz 6");
     EXPECT_FALSE(all->Index(fORT));
     EXPECT_EQ(db->Error(), 53);
-    EXPECT_EQ(orderOf(*all->CreateIndex(fORT, fBETRAG)), (Numbers{5, 4, 3, 2, 1}));
-    EXPECT_EQ(orderOf(*all->Index(0)), (Numbers{1, 2, 3, 4, 5}));
-    EXPECT_EQ(cursor->Finde(u"AACH")->Satznummer(), 5);
-    EXPECT_EQ(cursor->LogSatz(), 2);
+    EXPECT_TOLD("5,4,3,2,1|1,2,3,4,5", orderOf(*all->CreateIndex(fORT, fBETRAG)), orderOf(*all->Index(0)));
+    EXPECT_TOLD("5|2", cursor->Finde(u"AACH")->Satznummer(), cursor->LogSatz());
     EXPECT_FALSE(cursor->Finde(u"gibt es nicht"));
     EXPECT_EQ(cursor->LogSatz(), 2);
 }
@@ -177,19 +158,13 @@ TEST_P(RecordSets, CursorsFindKeys) {
     const auto at = [&](const std::shared_ptr<clsTSRecord>& record) {
         return record ? record->Satznummer() : 0;
     };
-    EXPECT_EQ(at(cursor->MoveTo(u"Bf")), 4);
-    EXPECT_EQ(at(cursor->MoveTo(u"Zz")), 0);
-    EXPECT_TRUE(cursor->EOFile());
-    EXPECT_EQ(at(cursor->MoveTo(u"")), 3);
-    EXPECT_EQ(at(cursor->MoveTo(u"#4")), 4);
-    EXPECT_EQ(at(cursor->FindRecord(u"Berg")), 5);
-    EXPECT_EQ(at(cursor->FindRecord(u"Berg", u"Bonn")), 2);
-    EXPECT_EQ(at(cursor->FindRecord(u"Ber")), 0);
+    EXPECT_TOLD("4|0|yes", at(cursor->MoveTo(u"Bf")), at(cursor->MoveTo(u"Zz")), cursor->EOFile());
+    EXPECT_TOLD("3|4|5", at(cursor->MoveTo(u"")), at(cursor->MoveTo(u"#4")), at(cursor->FindRecord(u"Berg")));
+    EXPECT_TOLD("2|0", at(cursor->FindRecord(u"Berg", u"Bonn")), at(cursor->FindRecord(u"Ber")));
     EXPECT_EQ(at(cursor->FindRecord(u"berg")), 0);  // to the letter
     EXPECT_EQ(cursor->AktSatzNr(), 2);              // a miss leaves it there
     db->Delete(5);
-    EXPECT_EQ(at(cursor->FindRecord(u"Berg")), 2);
-    EXPECT_EQ(at(cursor->FindRecord(u"Berg", {}, {}, false, true)), 5);
+    EXPECT_TOLD("2|5", at(cursor->FindRecord(u"Berg")), at(cursor->FindRecord(u"Berg", {}, {}, false, true)));
     EXPECT_EQ(at(all->Index(fTAG)->FindRecord(u"28.02.1999")), 3);
     const auto held = cursor->FindRecord(u"Dorn", {}, {}, true);
     EXPECT_TRUE(held && open()->Gesperrt(1));
@@ -203,11 +178,8 @@ TEST_P(RecordSets, ACursorGoesOnFromWhereItsRecordIsNow) {
     ASSERT_EQ(addAddress(*other, {u"Aal", u"", u"", u""}), 6);
     ASSERT_EQ(addAddress(*other, {u"Aare", u"", u"", u""}), 7);
     EXPECT_EQ(cursor->MoveNext()->Satznummer(), 4);
-    EXPECT_EQ(cursor->LogSatz(), 6);
-    EXPECT_EQ(change(*other, 4, fNAME, u"Abt"), 0);
-    EXPECT_EQ(cursor->MoveNext()->Satznummer(), 5);
-    EXPECT_EQ(cursor->MovePrevious()->Satznummer(), 4);
-    EXPECT_EQ(cursor->Count(), 7);
+    EXPECT_TOLD("6|0|5|4|7", cursor->LogSatz(), change(*other, 4, fNAME, u"Abt"),
+                cursor->MoveNext()->Satznummer(), cursor->MovePrevious()->Satznummer(), cursor->Count());
 }
 
 TEST_P(RecordSets, WhatEndsThem) {
@@ -222,21 +194,18 @@ TEST_P(RecordSets, WhatEndsThem) {
     heard.push_back(byName->Changed.connect([&] { told += u"changed "; }));
     heard.push_back(all->ChangedIndex.connect([&] { told += u"index "; }));
     heard.push_back(all->IndexChange.connect([&](int32 field) { told += toText(field) + u" "; }));
-    EXPECT_EQ(change(*db, 1, fNAME, u"Born"), 0);
-    EXPECT_EQ(std::exchange(told, {}), u"1 changed ");
+    EXPECT_TOLD("0|1 changed ", change(*db, 1, fNAME, u"Born"), std::exchange(told, {}));
     ASSERT_TRUE(db->Sort(1));
     EXPECT_EQ(std::exchange(told, {}), u"1 changed index changed ");
     db->DelIndex(fBETRAG);
     EXPECT_EQ(std::exchange(told, {}), u"amount ");
-    EXPECT_EQ(byName->MoveFirst()->Satznummer(), 3);
-    EXPECT_EQ(listed->MoveFirst()->Satznummer(), 5);
+    EXPECT_TOLD("3|5", byName->MoveFirst()->Satznummer(), listed->MoveFirst()->Satznummer());
     EXPECT_FALSE(byAmount->MoveFirst());
     db->Delete(2);
     ASSERT_TRUE(db->Pack());
     EXPECT_EQ(std::exchange(told, {}), u"name some ");
-    EXPECT_FALSE(all->DB() || some->DB() || record->DB() || byName->RecordSet());
-    EXPECT_EQ(all->Count() + some->Count(), 0);
-    EXPECT_FALSE(all->Record(1) || some->GetRange(1, u"", u"") || all->Add());
+    EXPECT_TOLD("no|0|no", all->DB() || some->DB() || record->DB() || byName->RecordSet(),
+                all->Count() + some->Count(), all->Record(1) || some->GetRange(1, u"", u"") || all->Add());
     EXPECT_FALSE(byName->MoveFirst() || listed->MoveNext() || byName->FindRecord(u"Abel"));
     Variant zusatz;
     for (const auto& cursor : {byName, byAmount, listed})

@@ -107,8 +107,7 @@ TEST_P(Share, ASearchFindsWhatWasStoredElsewhere) {
     clsTSDB& reader = on(1);
     ASSERT_TRUE(reader.Exist(keyOf(person(7)), 1));
     auto before = files.questions();
-    EXPECT_TRUE(reader.Exist(keyOf(person(7)), 1));
-    EXPECT_EQ(files.questions() - before, 1);
+    EXPECT_TOLD("yes|1", reader.Exist(keyOf(person(7)), 1), files.questions() - before);
     before = files.questions();
     reader.Gehezu(keyOf(person(7)));
     EXPECT_EQ(files.questions() - before, 1);
@@ -177,8 +176,7 @@ TEST_P(Share, WhoReadsOldDataIsRefused) {
     // One that forgets in its own time is waited for.
     on(1);
     files.forgetsAfter(3);
-    EXPECT_EQ(change(on(1), 4, fNAME, u"Spaeter"), 0);
-    EXPECT_EQ(on(0).GetField(4, fNAME), u"Spaeter");
+    EXPECT_TOLD("0|Spaeter", change(on(1), 4, fNAME, u"Spaeter"), on(0).GetField(4, fNAME));
     EXPECT_TRUE(consistent(on(0)));
 }
 
@@ -195,8 +193,7 @@ TEST_P(Share, LocksThatTheServerForgotAreNotTrusted) {
     ASSERT_TRUE(opened(0));
     ASSERT_TRUE(on(0).Sperren(2));
     EXPECT_EQ(change(on(0), 2, fNAME, u"Meiner"), 0);
-    EXPECT_EQ(change(on(1), 2, fNAME, u"Seiner"), 70);
-    EXPECT_EQ(on(0).GetField(2, fNAME), u"Meiner");
+    EXPECT_TOLD("70|Meiner", change(on(1), 2, fNAME, u"Seiner"), on(0).GetField(2, fNAME));
     ASSERT_TRUE(opened(1));
     EXPECT_EQ(change(on(1), 3, fNAME, u"Geht"), 0);
 }
@@ -218,8 +215,7 @@ TEST_P(Share, LocalFilesAreKeptAsTheyWere) {
     const auto db = makeAddresses(own, Text(kFolder), GetParam());
     ASSERT_TRUE(db);
     ASSERT_GT(addAddress(*db, person(1)), 0);
-    EXPECT_TRUE(db->Exist(keyOf(person(1)), 1));
-    EXPECT_EQ(local.dump(path(u"Stand.tsd")).size(), 8u);
+    EXPECT_TOLD("yes|8", db->Exist(keyOf(person(1)), 1), local.dump(path(u"Stand.tsd")).size());
 }
 
 INSTANTIATE_TEST_SUITE_P(Forms, Share, kBothForms, formName);

@@ -60,9 +60,7 @@ TEST_F(RowsWithMemos, KeepTheirOwnersWhenRowsAreWritten) {
     rows.push_back({u"e", rows[0][1]});
     rows.push_back({u"f", u"3"});
     ASSERT_EQ(writeChain(*db, 1, rows), 0);
-    EXPECT_EQ(texts(*db, 1), "ABA-");
-    EXPECT_EQ(chainAt(*db, 1)[2][1], u"4");
-    EXPECT_EQ(texts(*db, 2), "C-");
+    EXPECT_TOLD("ABA-|4|C-", texts(*db, 1), chainAt(*db, 1)[2][1], texts(*db, 2));
     // The text of a row that goes becomes zeros when the chain stands.
     ground.clock.advance(5s);
     ASSERT_EQ(writeChain(*db, 1, {chainAt(*db, 1)[1]}), 0);
@@ -72,8 +70,7 @@ TEST_F(RowsWithMemos, KeepTheirOwnersWhenRowsAreWritten) {
 
     EXPECT_TRUE(db->PackMemoKette());
     EXPECT_EQ(file(kStore).size(), 2 * 128u);
-    EXPECT_EQ(file(kRows).substr(0, 8), "   4   5");
-    EXPECT_EQ(texts(*db, 1) + texts(*db, 2), "BC-");
+    EXPECT_TOLD("   4   5|BC-", file(kRows).substr(0, 8), texts(*db, 1) + texts(*db, 2));
     ASSERT_EQ(addRow(*db, 2, End::head, {u"g"}), 0);
     EXPECT_EQ(texts(*db, 2), "-C-");
     EXPECT_TRUE(consistent(*db));
@@ -135,8 +132,7 @@ TEST_F(RowsWithMemos, NothingIsGivenFreeBesideWhatOthersLeft) {
         EXPECT_FALSE(db->PackMemoKette());
         EXPECT_EQ(db->Error(), 70);
         ground.clock.advance(5s);
-        EXPECT_EQ(writeChain(*db, 1, {{u"x", {}}}), 0);
-        EXPECT_FALSE(db->Check(true, {}));
+        EXPECT_TOLD("0|no", writeChain(*db, 1, {{u"x", {}}}), db->Check(true, {}));
         db.reset();
         EXPECT_EQ(file(kStore), store);
         EXPECT_EQ(file(kRows).substr(kRow, 3 * kRow), rows.substr(kRow, 3 * kRow));
@@ -162,8 +158,7 @@ TEST_F(RowsWithMemos, AnOpeningMendsWhatAnUncleanEndLeft) {
                                  u"Data.tsd: Satz 3 war nicht geschrieben",
                                  u"Memo-002.002: Satz 2, Zeile 4 zeigt auf keinen Text an der Stelle 9"}));
     EXPECT_EQ(db->AnzahlDSaetze(), 4);
-    EXPECT_EQ(db->GetField(3, 0) + db->GetField(4, fKEY), u"*Torn");
-    EXPECT_EQ(texts(*db, 1) + texts(*db, 2), "AB--");
+    EXPECT_TOLD("*Torn|AB--", db->GetField(3, 0) + db->GetField(4, fKEY), texts(*db, 1) + texts(*db, 2));
     EXPECT_TRUE(consistent(*db));
     db.reset();
     EXPECT_TRUE(open()->Befunde().empty());
