@@ -54,10 +54,7 @@ TEST_F(Kalender, MakesItsStoreOrTakesOver) {
     int32 made = 0, bound = 0;
     const auto created = calendar->Created.connect([&] { ++made; });
     const auto changed = calendar->DBChange.connect([&] { ++bound; });
-    EXPECT_TRUE(calendar->Init(kStore));
-    EXPECT_TRUE(calendar->Init(kStore));
-    EXPECT_EQ(made, 1);
-    EXPECT_EQ(bound, 2);
+    EXPECT_TOLD("yes|yes|1|2", calendar->Init(kStore), calendar->Init(kStore), made, bound);
     EXPECT_EQ(calendar->FeldNummern().nummern,
               (std::array<int32, 13>{0, 2, 8, 9, 1, 4, 0, 6, 0, 0, 5, 3, 7}));
     EXPECT_EQ(calendar->DB()->MaxData(), 999999999);
@@ -152,8 +149,7 @@ TEST_F(Kalender, KeepsListsUpToDate) {
 
     late->Termin(u"20241112");
     EXPECT_EQ(subjects(monday), "a b") << "not stored";
-    EXPECT_TRUE(late->Update());
-    EXPECT_EQ(told(), "Mo2b Di1b 0 1 ");
+    EXPECT_TOLD("yes|Mo2b Di1b 0 1 ", late->Update(), told());
     EXPECT_EQ(subjects(monday) + "|" + subjects(tuesday), "a|b");
     EXPECT_EQ(subjects(calendar->Termine(u"12.11.2024")), "b") << "the cache, too";
     late->Betreff(u"c");
@@ -170,8 +166,7 @@ TEST_F(Kalender, KeepsListsUpToDate) {
     EXPECT_EQ(calendar->Termin(u"77"), nullptr);
     EXPECT_EQ(calendar->FindTermin(u"77"), nullptr);
     calendar->DB(nullptr);
-    EXPECT_EQ(monday->Count(), 0);
-    EXPECT_EQ(told(), "Mo3 Di3 ");
+    EXPECT_TOLD("0|Mo3 Di3 ", monday->Count(), told());
     EXPECT_EQ(late->Betreff(), u"") << "let go with its store";
 }
 
@@ -211,8 +206,7 @@ TEST_F(Kalender, IsExtended) {
     hall->Update();
     add(*calendar, u"+++++MO+", u"sonst");
     const auto inHall = calendar->Termine(u"11.11.2024", u"A"), all = calendar->Termine(u"11.11.2024");
-    EXPECT_EQ(subjects(inHall), "Saal");
-    EXPECT_EQ(all->Count(), 2);
+    EXPECT_TOLD("Saal|2", subjects(inHall), all->Count());
     hall->Field(12, u"B");
     hall->Update();
     EXPECT_EQ(inHall->Count(), 0) << "each list by its own extent";
@@ -260,8 +254,7 @@ TEST_F(Kalender, SeesWhatOthersDo) {
         list->Change.connect([&](eChangeAction action, const std::shared_ptr<clsTermin>& termin) {
             heard += std::to_string(action) + (termin ? toUtf8(termin->Betreff()) : "") + " ";
         });
-    EXPECT_EQ(subjects(calendar->Termine(u"11.11.2024")), "new");
-    EXPECT_EQ(subjects(list), "new");
+    EXPECT_TOLD("new|new", subjects(calendar->Termine(u"11.11.2024")), subjects(list));
     EXPECT_NE(heard.find("1new"), std::string::npos) << heard;
     EXPECT_NE(heard.find("2mine"), std::string::npos) << heard;
     EXPECT_NE(heard.find("2both"), std::string::npos) << heard;

@@ -59,8 +59,7 @@ class Banken : public ::testing::Test {
 
 TEST_F(Banken, AreFoundByCodeAndBic) {
     clsBanken banks;
-    EXPECT_FALSE(banks.IsOpen());
-    EXPECT_EQ(banks.Name(u"37040044"), u"");
+    EXPECT_TOLD("no|", banks.IsOpen(), banks.Name(u"37040044"));
     ASSERT_TRUE(import(kFirst).complete);
     struct Row {
         TextView key, name;
@@ -78,8 +77,7 @@ TEST_F(Banken, AreFoundByCodeAndBic) {
                                     {u"cobadeff", u""}})
         EXPECT_EQ(toUtf8(banks.Name(key)), toUtf8(name)) << toUtf8(key);
     EXPECT_EQ(banks.BIC(u"DE89370400440532013000"), u"COBADEFFXXX");
-    EXPECT_EQ(banks.BIC(u"DE"), u"");
-    EXPECT_EQ(banks.PLZOrt(u"37040044"), u"50667 Köln");
+    EXPECT_TOLD("|50667 Köln", banks.BIC(u"DE"), banks.PLZOrt(u"37040044"));
     ASSERT_TRUE(banks.Record(u"20000000"));
     EXPECT_EQ(banks.Record(u"20000000")->Fields(fBANKEN_ORT), u"Hamburg");
     const auto db = banks.DB();
@@ -139,8 +137,7 @@ TEST_F(Banken, AreChosenFromAList) {
     banks.DB()->SetIndex(bankRegister::kByBic);
     const auto chosen = banks.SelectRecord(fBANKEN_BLZ, u"3704");
     ASSERT_TRUE(chosen);
-    EXPECT_EQ(chosen->Fields(fBANKEN_NAME), u"Sparkasse");
-    EXPECT_EQ(firstLine.at(1), u"Commerzbank");
+    EXPECT_TOLD("Sparkasse|Commerzbank", chosen->Fields(fBANKEN_NAME), firstLine.at(1));
     EXPECT_EQ(ui.listsShown, std::vector<Text>{u"Auswahl Bank"});
     EXPECT_EQ(banks.DB()->ActiveIndex(), fBANKEN_BIC);
     EXPECT_FALSE(banks.SelectRecord(fBANKEN_ORT)) << "nothing chosen";
@@ -156,17 +153,14 @@ TEST_F(Banken, AreReplacedAtOnceOrOneByOne) {
     EXPECT_EQ(banks.Name(u"37040044"), u"Neue Bank");
     EXPECT_EQ(banks.Name(u"10000000"), u"Bundesbank") << "a record that this object has not met";
     EXPECT_EQ(banks.Name(u"37050198"), u"");
-    EXPECT_EQ(banks.Name(u"3705"), u"");
-    EXPECT_EQ(banks.Name(u"MARKDEF1"), u"Bundesbank");
-    EXPECT_EQ(banks.DB()->AnzahlDSaetze(), 4);
+    EXPECT_TOLD("|Bundesbank|4", banks.Name(u"3705"), banks.Name(u"MARKDEF1"), banks.DB()->AnzahlDSaetze());
     EXPECT_TRUE(consistent(*banks.DB()));
     const auto again = import(kSecond);
     EXPECT_EQ(again.changed + again.added + again.gone, 0);
 
     banks.CloseDB();
     const auto alone = import(kSecond);
-    EXPECT_TRUE(alone.complete && !alone.beside);
-    EXPECT_EQ(banks.DB()->AnzahlDSaetze(), 3);
+    EXPECT_TOLD("yes|3", alone.complete && !alone.beside, banks.DB()->AnzahlDSaetze());
     EXPECT_TRUE(consistent(*banks.DB()));
 }
 

@@ -4,6 +4,7 @@
 #include "tests/support/MemoryFiles.hpp"
 #include "tests/support/Raised.hpp"
 #include "tests/support/TestGround.hpp"
+#include "tests/support/Told.hpp"
 #include "tsRtm/banking/DtADatei.hpp"
 #include "tsRtm/banking/DtAField.hpp"
 #include "tsRtm/frame/FilesTopic.hpp"
@@ -34,13 +35,9 @@ class PaymentFile : public ::testing::Test {
 
 TEST_F(PaymentFile, IsWrittenByteByByte) {
     EXPECT_EQ(datei->Add(order(12.5)), u"");
-    EXPECT_EQ(datei->Add(order(100.99)), u"");
-    EXPECT_EQ(datei->Add(nullptr), u"");
-    EXPECT_EQ(datei->Count(), 2);
+    EXPECT_TOLD("||2", datei->Add(order(100.99)), datei->Add(nullptr), datei->Count());
     EXPECT_DOUBLE_EQ(datei->Summe(), 113.49);
-    EXPECT_EQ(datei->ZSumme(), 112);
-    EXPECT_EQ(datei->Generate(), u"");
-    EXPECT_EQ(datei->DateiName(), u"DTAZV");
+    EXPECT_TOLD("112||DTAZV", datei->ZSumme(), datei->Generate(), datei->DateiName());
     const Bytes bytes = files.dump(u"/bank/DTAZV");
     ASSERT_EQ(bytes.size(), 512U + 2 * 768);
     EXPECT_EQ(bytes.substr(0, 58), "0256Q370400440532013000BUERO MUELLER" + Bytes(22, ' '));
@@ -91,8 +88,7 @@ TEST_F(PaymentFile, StaysAsItWasWhereSomethingFails) {
 TEST_F(PaymentFile, OnlyTransfersInOneFormat) {
     EXPECT_EQ(raisedNumber([&] { datei->Typ(dtaLastschriften); }), 380);
     EXPECT_EQ(datei->Typ(), dtaUeberweisungen);
-    EXPECT_EQ(raisedNumber([&] { datei->Generate(SEPA); }), 321);
-    EXPECT_EQ(datei->DateiName(), u"SEPA.xml");
+    EXPECT_TOLD("321|SEPA.xml", raisedNumber([&] { datei->Generate(SEPA); }), datei->DateiName());
     EXPECT_EQ(raisedNumber([&] { datei->Generate(static_cast<eDTAFormat>(2)); }), 321);
     EXPECT_FALSE(FilesTopic::Exist(u"/bank/SEPA.xml"));
 }
@@ -100,17 +96,12 @@ TEST_F(PaymentFile, OnlyTransfersInOneFormat) {
 TEST_F(PaymentFile, OrdersAreMadeAddedAndFound) {
     const Text purpose = Text(35, u'a') + Text(35, u'b') + Text(35, u'c') + Text(50, u'ß');
     const auto made = datei->Create(u"deutdeff", u"de 1", 0.999, u"ä", u"", u"", u"", purpose);
-    EXPECT_EQ(made->BIC(), u"DEUTDEFF");
-    EXPECT_EQ(made->IBAN(), u"DE 1");
-    EXPECT_EQ(made->Betrag(), 1);
-    EXPECT_EQ(made->Name1(), u"AE");
+    EXPECT_TOLD("DEUTDEFF|DE 1|1|AE", made->BIC(), made->IBAN(), made->Betrag(), made->Name1());
     EXPECT_EQ(made->Verwendungszweck1() + made->Verwendungszweck3(), Text(35, u'A') + Text(35, u'C'));
     EXPECT_EQ(made->Verwendungszweck4(), Text(100, u'S'));
     EXPECT_NE(datei->Add(made), u"");
     EXPECT_EQ(datei->Count(), 0);
-    EXPECT_EQ(datei->Add(order(5)), u"");
-    EXPECT_EQ(datei->Item(1)->Betrag(), 5);
-    EXPECT_FALSE(datei->Item(0) || datei->Item(2));
+    EXPECT_TOLD("|5|no", datei->Add(order(5)), datei->Item(1)->Betrag(), datei->Item(0) || datei->Item(2));
 }
 
 TEST_F(PaymentFile, AFieldByItself) {
@@ -119,8 +110,7 @@ TEST_F(PaymentFile, AFieldByItself) {
     field.FieldLength(5);
     field.IsLeftAligned(true);
     field.FieldValue(u"Müller");
-    EXPECT_EQ(field.FieldValue(), u"MUELLER");
-    EXPECT_EQ(field.toFileString(), u"MUELL");
+    EXPECT_TOLD("MUELLER|MUELL", field.FieldValue(), field.toFileString());
     field.FieldValue(u"7");
     field.FieldCharCompletion(-1);
     EXPECT_EQ(field.toFileString(), u"70000");

@@ -69,63 +69,6 @@ TEST(CrashingFiles, LastWriteMayBeHalfDone) {
     }
 }
 
-// Three users have a file open; the second has a lock and a sign, and dies. His cleaning up changes nothing.
-TEST(CrashingFiles, DeathOfOneUserFreesWhatHeHeldAndTouchesNoOther) {
-    MemoryFiles disk;
-    disk.put(u"datei", "abc");
-    CrashingFiles files(disk);
-    std::unique_ptr<File> of[3];
-    for (int32 user = 0; user < 3; ++user) {
-        files.as(user);
-        of[user] = openFile(files, u"datei");
-        ASSERT_EQ(of[user]->tryLock({10 + static_cast<uint64>(user), 1}), none);
-        ASSERT_EQ(of[user]->show(9 - static_cast<uint64>(user)), none);
-    }
-    files.as(1);
-    auto* const window = of[1]->window();
-    files.dieAt(1, CrashingFiles::LastWrite::none, CrashingFiles::Manner::silently);
-    for (const auto error : {writeText(*of[1], 0, "xyz"), of[1]->unlock({12, 1}), files.remove(u"datei"),
-                             files.open(u"neu", kShared).error()})
-        EXPECT_EQ(error, deviceError);
-    EXPECT_EQ(stored(*of[1], "xyz"), none) << "nobody is told";
-    EXPECT_EQ(Bytes(reinterpret_cast<const char*>(window->data()), 3), "abc");
-    files.as(2);
-    EXPECT_FALSE(files.died());
-    EXPECT_EQ(of[2]->tryLock({12, 1}), lockViolation) << "a survivor lost his lock";
-    EXPECT_EQ(stored(*of[0], "A"), none);
-    EXPECT_TOLD("yes|no|7|Abc", of[2]->isLocked({10, 1}), of[2]->isLocked({11, 1}), of[0]->greatestShown(0),
-                disk.dump(u"datei"));
-}
-
-TEST(CrashingFiles, OthersWorkWithinEachChange) {
-    for (const auto part : {CrashingFiles::LastWrite::none, CrashingFiles::LastWrite::firstHalf}) {
-        MemoryFiles disk;
-        disk.put(u"datei", "----");
-        CrashingFiles files(disk);
-        files.as(1);
-        const auto reader = openFile(files, u"datei");
-        files.as(2);
-        const auto writer = openFile(files, u"datei");
-        std::vector<Bytes> seen;
-        const auto others = [&] {
-            files.as(1);
-            seen.push_back(readText(*reader));
-            static_cast<void>(writeText(*reader, 3, "!"));
-        };
-        files.interrupt(others, part);
-        EXPECT_EQ(writeText(*writer, 0, "ab"), none);
-        EXPECT_EQ(stored(*writer, "xy"), none);
-        EXPECT_EQ(writer->resize(6), none);
-        EXPECT_EQ(files.changes(), 3) << "the work of the others was counted for this user";
-        const bool half = part == CrashingFiles::LastWrite::firstHalf;
-        EXPECT_EQ(seen, (half ? std::vector<Bytes>{"a---", "xb-!", "xy-!"}
-                              : std::vector<Bytes>{"----", "ab-!", "xy-!"}));
-        files.interrupt(nullptr);
-        EXPECT_EQ(writeText(*writer, 0, "ab"), none);
-        EXPECT_EQ(seen.size(), 3u);
-    }
-}
-
 // A file whose locks are all granted, as in a network folder that is mounted without locks.
 class Lockless final : public GuardedFile {
  public:

@@ -95,8 +95,7 @@ TEST_P(FileSystemContract, ShareModeChangesInPlaceAndKeepsAllElse) {
     ASSERT_EQ(a->share(Sharing::all), none);
     b = open(u"datei");
     ASSERT_TRUE(b);
-    EXPECT_TRUE(b->isLocked({10, 1}).value());
-    EXPECT_EQ(b->greatestShown(0).value(), 7u);
+    EXPECT_TOLD("yes|7", b->isLocked({10, 1}).value(), b->greatestShown(0).value());
     a.reset();
     EXPECT_EQ(b->share(Sharing::none), none) << "a share mode outlived its opening";
 }
@@ -131,8 +130,7 @@ TEST_P(FileSystemContract, RefreshingKeepsContentAndLocks) {
         EXPECT_EQ(open(u"datei", kReader)->refresh(standing), none);
     }
     EXPECT_EQ(readText(*file), "abcdef");
-    EXPECT_TRUE(open(u"datei")->isLocked({10, 1}).value());
-    EXPECT_TRUE(file->stands().value());
+    EXPECT_TOLD("yes|yes", open(u"datei")->isLocked({10, 1}).value(), file->stands().value());
     EXPECT_FALSE(file->remote()) << "neither a folder for tests nor memory is a share";
 }
 
@@ -148,8 +146,7 @@ TEST_P(FileSystemContract, ServedBytesAreThoseOfTheFile) {
         into.resize(got.value());
         return into;
     };
-    EXPECT_EQ(served(4090, 16), "ueber die Grenze");
-    EXPECT_EQ(served(ServedFile::kKeptWhole + 4998, 100), "Ende");
+    EXPECT_TOLD("ueber die Grenze|Ende", served(4090, 16), served(ServedFile::kKeptWhole + 4998, 100));
     EXPECT_EQ(served(ServedFile::kKeptWhole + 9000, 10), "");
     EXPECT_EQ(served(0, 2), Bytes(2, '\0'));
 }

@@ -184,18 +184,15 @@ TEST_F(DatenTabTest, AddAppendsTheRowAlone) {
     Changes changes(table);
     EXPECT_EQ(table.Add({u"b", u"2,5"}), 2);
     EXPECT_EQ(changes.take(), 2);  // the reading, too
-    EXPECT_EQ(disk.dump(kFile), "a\r\n1.00\r\nb\r\n2.50\r\n");
-    EXPECT_FALSE(table.Changed());
+    EXPECT_TOLD("a\r\n1.00\r\nb\r\n2.50\r\n|no", disk.dump(kFile), table.Changed());
     // What another process added in between stays.
     otherWrites("a\r\n1.00\r\nb\r\n2.50\r\nc\r\n3\r\n");
-    EXPECT_EQ(table.Add({u"d"}), 4);
-    EXPECT_EQ(disk.dump(kFile), "a\r\n1.00\r\nb\r\n2.50\r\nc\r\n3\r\nd\r\n0.00\r\n");
+    EXPECT_TOLD("4|a\r\n1.00\r\nb\r\n2.50\r\nc\r\n3\r\nd\r\n0.00\r\n", table.Add({u"d"}), disk.dump(kFile));
     // Behind a part of a row, or a line without its end, the file is written anew.
     for (const char* torn : {"a\r\n1\r\nhalb\r\n", "a\r\n1"}) {
         otherWrites(torn);
         table.Add({u"b", u"2"});
-        EXPECT_EQ(disk.dump(kFile), "a\r\n1.00\r\nb\r\n2.00\r\n");
-        EXPECT_TRUE(table.Okay());
+        EXPECT_TOLD("a\r\n1.00\r\nb\r\n2.00\r\n|yes", disk.dump(kFile), table.Okay());
     }
     EXPECT_TOLD("3|yes|yes|no", table.Add({u"später"}, false), table.Dirty(), table.Changed(),
                 table.Changed());  // reading clears it
@@ -285,8 +282,7 @@ TEST_F(DatenVarTabTest, ADamagedFileIsToldAndNotWritten) {
         EXPECT_THROW(table.Add({u"x"}), Failure);
         EXPECT_EQ(disk.dump(kFile), bytes);
         table.Clear();
-        EXPECT_EQ(table.Add({u"x"}), 1);
-        EXPECT_EQ(disk.dump(kFile), "1#\r\nx\r\n");
+        EXPECT_TOLD("1|1#\r\nx\r\n", table.Add({u"x"}), disk.dump(kFile));
     }
 }
 
