@@ -8,7 +8,7 @@ namespace {
 
 constexpr int32 kThinnest = 10, kThickest = 75, kUsual = 15;
 
-int32 length(const Token& word) noexcept { return std::clamp(word.number, 0, kLargestLength); }
+int32 extent(const Token& word) noexcept { return std::clamp(word.number, 0, kLargestLength); }
 
 // The side of a word that ends in its letter.
 int sideOf(TextView letter) noexcept {
@@ -26,7 +26,7 @@ bool RowWords::take(const Token& word, const ColourTable& colours) {
     else if (name == u"trleft")
         row_.left = std::clamp(word.number, -kLargestLength, kLargestLength);
     else if (name == u"trgaph")
-        padding_ = {0, length(word), 0, length(word)};
+        padding_ = {0, extent(word), 0, extent(word)};
     else if (name == u"trqc")
         row_.alignment = Alignment::centred;
     else if (name == u"trqr")
@@ -76,9 +76,9 @@ bool RowWords::takePadding(const Token& word) {
     const auto side = static_cast<std::size_t>(sideOf(word.name.substr(ofRow ? 6 : 5)));
     if (side == kSides) return true;  // their units: all writers count in twips
     if (ofRow) {
-        padding_[side] = length(word);
+        padding_[side] = extent(word);
     } else {
-        cell_.padding[swapped[side]] = length(word);
+        cell_.padding[swapped[side]] = extent(word);
         padded_[swapped[side]] = true;
     }
     return true;
