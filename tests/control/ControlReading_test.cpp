@@ -7,6 +7,8 @@
 namespace tsRtm::test {
 namespace {
 
+using namespace std::string_literals;
+
 using ControlReading = FieldsTest;
 
 TEST_F(ControlReading, TheExampleGivesItsStructure) {
@@ -134,14 +136,13 @@ TEST_F(ControlReading, FaultsOfTheStructureAreShownAndReadingGoesOn) {
     const Text dir = u" von /daten/Kunden.DBD";
     const Text fault = u"Konfigurationsfehler|";
     const Text wrong = fault + u"Falscher Index in Control.tsd" + dir;
-    EXPECT_EQ(
-        shown(),
-        (std::vector<Text>{
-            u"clsControl.Oeffne|In der Datenbank \"/daten/Kunden.DBD\" fehlt die Datei "
-            u"\"KetteCtl.003\".\r\n\r\nBitte setzen Sie sich mit der Hotline in Verbindung, da Sie nicht "
-            u"auf alle Daten der Datenbank zugreifen können.",
-            fault + u"Doppelter Name in Control" + dir + u" bei Feld 2",
-            fault + u"Doppelte Indizes in Control.tsd" + dir, wrong, wrong, wrong}));
+    const Text missing =
+        u"clsControl.Oeffne|In der Datenbank \"/daten/Kunden.DBD\" fehlt die Datei "
+        u"\"KetteCtl.003\".\r\n\r\nBitte setzen Sie sich mit der Hotline in Verbindung, da Sie nicht "
+        u"auf alle Daten der Datenbank zugreifen können.";
+    EXPECT_EQ(shown(),
+              (std::vector<Text>{missing, fault + u"Doppelter Name in Control" + dir + u" bei Feld 2",
+                                 fault + u"Doppelte Indizes in Control.tsd" + dir, wrong, wrong, wrong}));
 }
 
 TEST_F(ControlReading, IndexesChangeInMemory) {
@@ -174,8 +175,8 @@ TEST_F(ControlReading, HostileFilesAreRefused) {
         {"endless continuation", "TS1,1\r\n0,1,1,8,1,\"A_\"\r\n" + repeated("\"_\"\r\n", 50000)},
         {"indexes that are not there", "TS1,1\r\n0,1,1,8,1,\"A\"\r\n9,1,2147483647\r\n1,0,0\r\n"},
         {"more indexes than fields can be", "TS1,1\r\n0,1,1,8,1,\"A\"\r\n9,1,10000\r\n"},
-        {"binary", Bytes("\0\xFF\x01,5\n\0\0\0\x80", 11)},
-        {"32-bit text", Bytes("\xFF\xFE\0\0T\0\0\0", 8)}};
+        {"binary", "\0\xFF\x01,5\n\0\0\0\x80"s},
+        {"32-bit text", "\xFF\xFE\0\0T\0\0\0"s}};
     for (const auto& [what, bytes] : rows) EXPECT_FALSE(openedText(bytes)) << what;
     EXPECT_FALSE(opened(u"Fehlt.tsd"));
     EXPECT_FALSE(std::make_shared<clsControl>(topic)->Oeffne(kDir)) << "a folder";

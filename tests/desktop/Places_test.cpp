@@ -41,7 +41,8 @@ std::vector<Thing> things() {
     std::vector<Thing> all;
     const auto cell = [&] {
         const auto number = static_cast<int>(all.size());
-        return QPointF(20 + kCell * (number % 6), 20 + kCell * (number / 6));
+        const int column = number % 6, row = number / 6;
+        return QPointF(20 + kCell * column, 20 + kCell * row);
     };
     for (const int32 angle : {0, 90, 180, 270, 45})
         for (const int32 attribute : {0, int32{tsZentriert}, int32{tsRechtbuendig}}) {
