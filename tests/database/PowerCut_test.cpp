@@ -74,7 +74,7 @@ class Session {
  private:
     int32 random(int32 count) { return static_cast<int32>(random_() % static_cast<uint32>(count)); }
     Text some(int32 most) {
-        return letters(static_cast<std::size_t>(1 + random(most)), static_cast<uint32>(random_()));
+        return letters(1 + static_cast<std::size_t>(random(most)), static_cast<uint32>(random_()));
     }
     clsTSDB& db() { return *dbs_[dbs_[1] ? random_() % 2 : 0]; }
     void cut() {

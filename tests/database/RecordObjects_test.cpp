@@ -92,8 +92,9 @@ TEST_F(Properties, AreLinesOfTheMemo) {
     const auto table = record->Properties();
     ASSERT_EQ(table->Count(), 4);
     EXPECT_EQ(table->Item(2, 1) + table->Item(2, 2), u"Größe5=6");
-    for (const auto& [key, value] : {std::pair{u"", u"x"}, {u"a=b", u"x"}, {u"a\rb", u"x"}, {u"a", u"x\ny"}})
-        EXPECT_EQ(raised([&] { record->Property(key, value); }).substr(0, 24), "380|clsTSRecord.Property");
+    for (const auto& wrong : {std::pair{u"", u"x"}, {u"a=b", u"x"}, {u"a\rb", u"x"}, {u"a", u"x\ny"}})
+        EXPECT_EQ(raised([&] { record->Property(wrong.first, wrong.second); }).substr(0, 24),
+                  "380|clsTSRecord.Property");
     db->Record(2)->Property(u"nie gespeichert", u"1");
     EXPECT_EQ(db->FindPropertyNames(), 3);
     EXPECT_EQ(db->PropertyNames()->Item(1, 1) + db->PropertyNames()->Item(1, 2), u"Farbe1");
