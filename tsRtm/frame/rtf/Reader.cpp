@@ -262,8 +262,6 @@ class Reader {
                 group().content = Content::picture;
                 pictures_ = {};
             }
-        } else if (name == u"shppict") {
-            return true;  // the picture as newer readers know it
         } else if (name == u"nesttableprops") {
             if (shows()) giveBreak(Break::paragraph);  // a row of an inner table ends
             group().content = Content::nothing;
@@ -271,8 +269,8 @@ class Reader {
             flushRun();
             labelGiven_ = false;
             group().label = true;
-        } else if (takeShape(name)) {
-            return true;
+        } else if (name == u"shppict" || takeShape(name)) {
+            return true;  // the picture as newer readers know it; a shape
         } else if (starred || std::ranges::binary_search(kSkipped, name)) {
             group().content = Content::nothing;
         } else {
