@@ -97,9 +97,10 @@ TEST_P(Deaths, HalfWayShowReadersOldOrNewCells) {
         bool seen = false;
         const auto look = [&] {
             ++looks;
-            for (const std::size_t at : {0, kBare - 1, kChanged - 1}) {
+            for (const int32 record : {1, kBare, kChanged}) {
+                const auto at = static_cast<std::size_t>(record - 1);
                 const auto &old = states[done][at], &next = states[done + 1][at];
-                const FullRow row = rowAt(*reader, static_cast<int32>(at) + 1);
+                const FullRow row = rowAt(*reader, record);
                 for (const auto cell : {&FullRow::name, &FullRow::tag, &FullRow::text, &FullRow::notiz})
                     EXPECT_TRUE(row.*cell == old.*cell || row.*cell == next.*cell) << row;
                 EXPECT_TRUE(row.chain == old.chain || row.chain == next.chain) << row;
