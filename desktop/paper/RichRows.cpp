@@ -2,6 +2,7 @@
 
 #include <QTextTableFormat>
 #include <algorithm>
+#include <iterator>
 
 namespace tsRtm::desktop {
 namespace {
@@ -9,6 +10,7 @@ namespace {
 constexpr int32 kNarrowest = 20;
 
 QColor colourOf(const rtf::Colour& colour) { return QColor(colour.red, colour.green, colour.blue); }
+bool isEmpty(const RichCell& cell) { return cell.size() == 1 && cell.front().pieces.empty(); }
 
 }  // namespace
 
@@ -17,8 +19,7 @@ rtf::RowFormat wholeRow(rtf::RowFormat row, std::vector<RichCell>& cells) {
         if (row.cells[i].merged) {
             row.cells[i - 1].edge = row.cells[i].edge;
             row.cells.erase(row.cells.begin() + static_cast<std::ptrdiff_t>(i));
-            if (cells[i].size() == 1 && cells[i].front().pieces.empty()) cells[i].clear();
-            std::ranges::move(cells[i], std::back_inserter(cells[i - 1]));
+            if (!isEmpty(cells[i])) std::ranges::move(cells[i], std::back_inserter(cells[i - 1]));
             cells.erase(cells.begin() + static_cast<std::ptrdiff_t>(i));
         } else {
             ++i;
@@ -26,16 +27,9 @@ rtf::RowFormat wholeRow(rtf::RowFormat row, std::vector<RichCell>& cells) {
     }
     if (row.cells.empty()) return row;
     // Texts without a cell of their own go into the last one.
-    while (cells.size() > row.cells.size()) {
-        auto extra = std::move(cells.back());
-        cells.pop_back();
-        const bool empty = extra.size() == 1 && extra.front().pieces.empty();
-        if (!empty && cells.size() >= row.cells.size()) {
-            auto& last = cells[row.cells.size() - 1];
-            last.insert(cells.size() == row.cells.size() ? last.end() : last.begin(), extra.begin(),
-                        extra.end());
-        }
-    }
+    for (std::size_t i = row.cells.size(); i < cells.size(); ++i)
+        if (!isEmpty(cells[i])) std::ranges::move(cells[i], std::back_inserter(cells[row.cells.size() - 1]));
+    cells.resize(std::min(cells.size(), row.cells.size()));
     return row;
 }
 

@@ -140,6 +140,14 @@ TEST_F(Letters, KeepTabulatorsAndListsInColumns) {
     EXPECT_NEAR(words.at("104").right, kMargin + 5669 / 20.0, 0.5);  // whole numbers end at the decimal place
     EXPECT_NEAR(words.at("Seite").right, words.at("12").right, 0.5);
 
+    // Texts beyond the last cell come one after the other in it.
+    const auto cells =
+        wordsOf(print(u"{\\rtf1\\trowd\\cellx2000\\cellx5000 one\\cell two\\cell three\\cell "
+                      u"four\\cell\\row}"));
+    EXPECT_NEAR(cells.at("three").left, cells.at("two").left, 0.5);
+    EXPECT_LT(cells.at("two").top, cells.at("three").top);
+    EXPECT_LT(cells.at("three").top, cells.at("four").top);
+
     // Symbols of lists; multiples of the usual distance count from the margin, whatever the indent.
     const auto marks = wordsOf(print(
         u"{\\rtf1{\\fonttbl{\\f0 Arial;}{\\f1\\fcharset2 Symbol;}{\\f2\\fcharset2 "
