@@ -344,6 +344,17 @@ TEST_F(Output, TakesWhatComesBetweenTwoPages) {
     EXPECT_EQ(played(), "123");
     EXPECT_EQ(library.ground.ui.boxes.size(), 1u);
 
+    // A handler that raises: the next job can begin.
+    anew();
+    job->Init(72, 1, 1, u"A4");
+    job->mm(10, 10, u"1");
+    library.ground.ui.onEvents = [] { raise(5, u"Test", u""); };
+    EXPECT_THROW(job->Ende(), Failure);
+    library.ground.ui.onEvents = nullptr;
+    library.ground.ui.boxes.clear();
+    job->Init(72, 1, 1, u"A4");
+    EXPECT_TRUE(library.ground.ui.boxes.empty());
+
     // On from another printer: what the first one has is a document of its own.
     anew();
     job->Init(72, 1, 1, u"A4");

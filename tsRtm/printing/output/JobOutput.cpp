@@ -28,6 +28,19 @@ bool put(Printer& printer, Feature feature, int32 value) {
     return printer.value(feature) == value || printer.set(feature, value);
 }
 
+// Also where a handler of an event raises between two pages.
+class Playing {
+ public:
+    explicit Playing(bool& flag) : flag_(flag), before_(std::exchange(flag, true)) {}
+    ~Playing() { flag_ = before_; }
+    Playing(const Playing&) = delete;
+    Playing& operator=(const Playing&) = delete;
+
+ private:
+    bool& flag_;
+    bool before_;
+};
+
 }  // namespace
 
 JobOutput::JobOutput(Job& job, Pages& pages, const platform::Paper* paper, MessagesTopic& messages)
@@ -55,12 +68,11 @@ void JobOutput::print(int32 which) {
     if (job_.brokenOff || range.count() < 1 || range.first < 1 || range.last > last) return;
     // The page that the application is writing on stays open, unless it is to be printed.
     if (range.last == last) pages_.close();
-    const bool outermost = !std::exchange(playing_, true);
+    const Playing playing(playing_);
     if (toFile())
         toPdf(which, range);
     else
         toPrinter(which, range);
-    if (outermost) playing_ = false;
 }
 
 void JobOutput::toPrinter(int32 which, Range range) {
