@@ -57,19 +57,5 @@ inline TextTable chainAt(clsTSDB& db, int32 record) {
     EXPECT_EQ(any, !rows.empty());
     return rows;
 }
-// `Error` of the write.
-inline int32 writeChain(clsTSDB& db, int32 record, const TextTable& rows) {
-    db.AktSatzNr(record);
-    db.KetteSchreiben(1, rows);
-    return db.Error();
-}
-enum class End : int32 { tail = 5, head = 7 };
-inline int32 addRow(clsTSDB& db, int32 record, End end, const std::vector<Text>& row) {
-    db.AktSatzNr(record);
-    TextTable table{{}, row};
-    int32 count = 1;
-    db.KetteAction(static_cast<int32>(end), fPOS, table, count);
-    return db.Error();
-}
 
 }  // namespace tsRtm::test

@@ -80,19 +80,5 @@ inline bool store(const std::shared_ptr<clsTSRecord>& record, const FullRow& row
     if (stored) record->Entsperren();
     return stored;
 }
-inline bool writeRows(clsTSDB& db, int32 number, const TextTable& rows) {
-    db.AktSatzNr(number);
-    db.KetteSchreiben(1, rows);
-    return db.Error() == 0;
-}
-// Codes of `KetteAction`.
-enum class End : int32 { tail = 5, head = 7 };
-inline bool putRow(clsTSDB& db, int32 number, End end, const std::vector<Text>& row) {
-    db.AktSatzNr(number);
-    TextTable table{{}, row};
-    int32 count = 1;
-    db.KetteAction(static_cast<int32>(end), uPOS, table, count);
-    return db.Error() == 0;
-}
 
 }  // namespace tsRtm::test

@@ -85,10 +85,10 @@ inline const std::vector<Operation>& operations() {
         return [work](clsTSDB& db) { return work(db), db.Error() == 0; };
     };
     const auto chain = [](TextView letters) -> Step {
-        return [letters](clsTSDB& db) { return writeRows(db, kChanged, named(letters)); };
+        return [letters](clsTSDB& db) { return writeChain(db, kChanged, named(letters)) == 0; };
     };
     const auto row = [](int32 number, End end) -> Step {
-        return [number, end](clsTSDB& db) { return putRow(db, number, end, {u"n", u"1"}); };
+        return [number, end](clsTSDB& db) { return addRow(db, number, end, {u"n", u"1"}) == 0; };
     };
     const auto told = [](auto member) -> Step { return [member](clsTSDB& db) { return (db.*member)(); }; };
     const Step add = [](clsTSDB& db) { return addNew(db) > 0; };
@@ -178,7 +178,7 @@ class Deaths : public DyingUsers, public testing::TestWithParam<Case> {
             ASSERT_TRUE(store(db->Add(), numbered(n)));
             // Rows of a longer chain stay behind as free ones.
             for (const TextView letters : {u"abc", n % 4 == 0 ? u"" : n == kChanged ? u"de" : u"f"})
-                ASSERT_TRUE(writeRows(*db, n, named(letters)));
+                ASSERT_EQ(writeChain(*db, n, named(letters)), 0);
             if (n % 3 == 0) db->Delete(n);
         }
         ASSERT_TRUE(!operation.first || operation.first(*db));
@@ -238,8 +238,8 @@ class Deaths : public DyingUsers, public testing::TestWithParam<Case> {
             now[kChanged - 1].deleted = false;
             for (const int32 number : {kChanged, kBare, 1}) {
                 auto& chain = now[static_cast<std::size_t>(number - 1)].chain;
-                EXPECT_TRUE(putRow(db, number, End::tail, {u"t", u"1"}));
-                EXPECT_TRUE(putRow(db, number, End::head, {u"h", u"1"}));
+                EXPECT_EQ(addRow(db, number, End::tail, {u"t", u"1"}), 0);
+                EXPECT_EQ(addRow(db, number, End::head, {u"h", u"1"}), 0);
                 chain.insert(chain.begin(), {u"h", u"1"});
                 chain.push_back({u"t", u"1"});
             }

@@ -20,7 +20,7 @@ class Packing : public DyingUsers, public testing::TestWithParam<int32> {
             ASSERT_TRUE(store(db->Add(), {u"N" + toText(100 + n * 37 % 97), u"O" + toText(n % 7), u"", u"",
                                           Text(static_cast<std::size_t>(n * 5 % 300), u'x') + toText(n)}));
             // Rows of an earlier chain stay behind as free ones.
-            for (int32 rows = 3; rows >= n % 4; --rows) ASSERT_TRUE(writeRows(*db, n, chainOf(rows)));
+            for (int32 rows = 3; rows >= n % 4; --rows) ASSERT_EQ(writeChain(*db, n, chainOf(rows)), 0);
         }
         all = rowsOf(*db);
         for (std::size_t i = 0; i < all.size(); ++i)

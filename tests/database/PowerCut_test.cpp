@@ -134,10 +134,11 @@ class Session {
             case 7:
                 row.chain.push_back({some(25), u""});
                 return perform("a row", number, row,
-                               [&] { return putRow(at, number, End::tail, row.chain.back()); });
+                               [&] { return addRow(at, number, End::tail, row.chain.back()) == 0; });
             case 8:
                 row.chain.assign(static_cast<std::size_t>(random(4)), {some(25), u""});
-                return perform("a chain", number, row, [&] { return writeRows(at, number, row.chain); });
+                return perform("a chain", number, row,
+                               [&] { return writeChain(at, number, row.chain) == 0; });
             case 9:
                 row.deleted = !row.deleted;
                 return perform("a mark", number, row, [&] {
@@ -229,7 +230,7 @@ TEST_P(PowerCut, LeavesWhatWasAcknowledged) {
             const auto seed = static_cast<uint32>(n);
             ASSERT_TRUE(store(db->Add(),
                               {u"K" + toText(n), u"", u"", letters(kLength / 2, seed), letters(60, seed)}));
-            ASSERT_TRUE(writeRows(*db, n, {{u"a" + toText(n)}, {u"b" + toText(n)}}));
+            ASSERT_EQ(writeChain(*db, n, {{u"a" + toText(n)}, {u"b" + toText(n)}}), 0);
         }
     }
     before = disk.snapshot();

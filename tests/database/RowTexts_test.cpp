@@ -1,6 +1,4 @@
 // Texts of the memo cells of a chain's rows, through the records that stand for the rows.
-#include <fstream>
-
 #include "tests/database/ChainDatabase.hpp"
 #include "tests/database/Deaths.hpp"
 #include "tests/support/ChildProcess.hpp"
@@ -13,15 +11,14 @@ enum : int32 { kSurvivor, kVictim };
 
 enum RowFields : int32 { rNAME = 1, rTEXT = 2 };
 
-// Two records; the chain POS of the first has the rows "a" and "b". A row has a name and a memo. `put` writes
-// a file.
-template <class Put>
-std::shared_ptr<clsTSDB> makeRows(clsRtm& rtm, TextView folder, Put put) {
+// Two records; the chain POS of the first has the rows "a" and "b". A row has a name and a memo.
+std::shared_ptr<clsTSDB> makeRows(clsRtm& rtm, const Text& folder = Text(kChainFolder)) {
     const TSIOArray fields = fieldsOf({{u"KEY", tsAlphanumerisch, 8}, {u"POS", tsKette, 8}});
     if (!rtm.DBCreateExt(DBAnsi, folder, {}, fields, kNormal, u"  1  0  0")) return nullptr;
-    put(Text(folder) + u".DBD/KetteCtl.002",
-        "TS1,2\r\n0,1,1,4,1,\"Name@@7NAME\"\r\n0,2,1,60,22,\"Text@@7TEXT\"\r\n7,100,0\r\n0\r\n");
-    auto db = rtm.OpenTSDB(Text(folder));
+    static_cast<void>(rtm.safeReplace(
+        folder + u".DBD/KetteCtl.002",
+        "TS1,2\r\n0,1,1,4,1,\"Name@@7NAME\"\r\n0,2,1,60,22,\"Text@@7TEXT\"\r\n7,100,0\r\n0\r\n"));
+    auto db = rtm.OpenTSDB(folder);
     for (int32 n = 1; db && n <= 2; ++n) {
         const auto record = db->Add();
         record->Fields(fKEY, toText(n));
@@ -29,10 +26,6 @@ std::shared_ptr<clsTSDB> makeRows(clsRtm& rtm, TextView folder, Put put) {
     }
     if (db && writeChain(*db, 1, {{u"a", {}}, {u"b", {}}}) != 0) return nullptr;
     return db;
-}
-
-std::shared_ptr<clsTSDB> makeRows(MemoryFiles& disk, clsRtm& rtm) {
-    return makeRows(rtm, kChainFolder, [&](TextView name, const char* content) { disk.put(name, content); });
 }
 
 // Name and text of each row, "a=text b= ".
@@ -52,7 +45,7 @@ class RowTexts : public testing::Test {
     TestGround ground;
     StartedLibrary library{ground, disk};
     clsRtm rtm;
-    std::shared_ptr<clsTSDB> db = makeRows(disk, rtm);
+    std::shared_ptr<clsTSDB> db = makeRows(rtm);
     std::shared_ptr<clsTSDB> other = rtm.OpenTSDB(kChainFolder);
 
     static bool write(const std::shared_ptr<clsTSRecord>& row, TextView text) {
@@ -134,7 +127,7 @@ TEST(RowTextDeaths, LeaveTheOldTextOrTheNewOne) {
     {
         MemoryFiles disk;
         Process process(disk);
-        const auto db = makeRows(disk, process.rtm);
+        const auto db = makeRows(process.rtm);
         ASSERT_TRUE(db);
         const auto row = db->Record(1)->Kette(fPOS)->Record(2);
         row->Fields(rTEXT, u"alt");
@@ -194,9 +187,7 @@ TEST(RowTextUsers, AreKeptBesideADeath) {
         const Text folder = temp.name(u"Akten" + toText(round));
         {
             clsRtm rtm;
-            ASSERT_TRUE(makeRows(rtm, folder, [](TextView name, const char* content) {
-                std::ofstream(toUtf8(name), std::ios::binary) << content;
-            }));
+            ASSERT_TRUE(makeRows(rtm, folder));
         }
         std::vector<std::unique_ptr<ChildProcess>> users;
         for (int32 user = 0; user < kUsers; ++user)

@@ -6,11 +6,11 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdlib>
-#include <fstream>
 #include <map>
 #include <random>
 #include <thread>
 
+#include "tests/database/FullDatabase.hpp"
 #include "tests/database/MemoryDatabase.hpp"
 #include "tests/support/ChildProcess.hpp"
 #include "tsRtm/frame/text/TextOrder.hpp"
@@ -18,7 +18,6 @@
 namespace tsRtm::test {
 namespace {
 
-enum ModelField : int32 { dNAME = 1, dORT, dNOTIZ, dPROPS, dPOS };
 constexpr int32 kUsers = 3;
 
 struct Row {
@@ -158,11 +157,11 @@ class Model {
         clsTSDB* const db = anybody();
         if (!db) return;
         const auto record = db->Add();
-        record->Fields(dNAME, row.name);
-        record->Fields(dORT, row.ort);
-        if (!row.memo.empty()) record->Fields(dNOTIZ, row.memo);
+        record->Fields(uNAME, row.name);
+        record->Fields(uORT, row.ort);
+        if (!row.memo.empty()) record->Fields(uNOTIZ, row.memo);
         for (const auto& cells : row.chain) {
-            const auto added = record->Kette(dPOS)->Add();
+            const auto added = record->Kette(uPOS)->Add();
             added->Fields(1, cells[0]);
             added->Fields(2, cells[1]);
             ASSERT_TRUE(added->Update());
@@ -178,14 +177,14 @@ class Model {
         const auto mine = one ? one->Record(number) : nullptr;
         const auto theirs = other ? other->Record(number)->WorkCopy() : nullptr;
         for (const auto& record : {mine, theirs})
-            ASSERT_EQ(record ? record->Fields(dNAME) : at(number).name, at(number).name);
+            ASSERT_EQ(record ? record->Fields(uNAME) : at(number).name, at(number).name);
         meet();
         auto& row = at(number);
         row.ort = below(2) == 0 ? u"Köln" : u"";
         const Text key(1, static_cast<char16_t>(u'A' + below(5)));
         row.props[key] = toText(below(100));
         if (theirs) {
-            theirs->Fields(dORT, row.ort);
+            theirs->Fields(uORT, row.ort);
             theirs->Property(key, row.props[key]);
             ASSERT_TRUE(theirs->Update());
         }
@@ -194,8 +193,8 @@ class Model {
         if (name) row.name = anyName();
         if (memo) row.memo = anyText();
         if (!mine) return;
-        if (name) mine->Fields(dNAME, row.name);
-        if (memo) mine->Fields(dNOTIZ, row.memo);
+        if (name) mine->Fields(uNAME, row.name);
+        if (memo) mine->Fields(uNOTIZ, row.memo);
         ASSERT_TRUE(mine->Update());
     }
     void mark() {
@@ -211,14 +210,10 @@ class Model {
         if (below(3) == 0) {
             chain.push_back(anyCells());
             if (!db) return;
-            db->AktSatzNr(number);
-            TextTable table{{}, chain.back()};
-            int32 count = 1;
-            db->KetteAction(5, dPOS, table, count);
-            ASSERT_EQ(db->Error(), 0);
+            ASSERT_EQ(addRow(*db, number, End::tail, chain.back()), 0);
             return;
         }
-        const auto set = db ? db->Record(number)->Kette(dPOS) : nullptr;
+        const auto set = db ? db->Record(number)->Kette(uPOS) : nullptr;
         ASSERT_EQ(set ? set->Inhalt() : before, before);
         if (!chain.empty() && below(2) == 0) {
             const int32 place = 1 + below(static_cast<int32>(chain.size()));
@@ -247,7 +242,7 @@ class Model {
     void navigate() {
         clsTSDB* const db = anybody();
         const auto order = db ? ordered() : std::vector<int32>(rows.size());
-        const auto cursor = db ? db->Records()->Index(dNAME) : nullptr;
+        const auto cursor = db ? db->Records()->Index(uNAME) : nullptr;
         const bool down = below(2) == 0;
         const int32 start = below(static_cast<int32>(order.size()));
         const auto ways = random();  // on or back, a bit each
@@ -273,7 +268,7 @@ class Model {
         const Text from = anyName(), to = anyName();
         clsTSDB* const db = anybody();
         if (!db) return;
-        const auto set = db->Records()->GetRange(dNAME, from, to);
+        const auto set = db->Records()->GetRange(uNAME, from, to);
         std::vector<int32> expected, got;
         for (const int32 n : ordered()) {
             const bool above = from.empty() || compareText(from, keyOf(at(n))) <= 0;
@@ -285,7 +280,7 @@ class Model {
         got.clear();
         Variant none;
         const auto heard = db->Action.connect([&](int32 number, bool&, Variant&) { got.push_back(number); });
-        db->ActionLoop(dNAME, u"", u"", false, none);
+        db->ActionLoop(uNAME, u"", u"", false, none);
         expected = ordered();
         std::erase_if(expected,
                       [&](int32 n) { return at(n).deleted || compareText(keyOf(at(n)), u"ŽŽ") > 0; });
@@ -311,32 +306,19 @@ class Model {
         ASSERT_EQ(db.AnzahlDSaetze(), static_cast<int32>(rows.size()));
         for (int32 n = 1; n <= db.AnzahlDSaetze(); ++n) {
             const auto record = db.Record(n)->WorkCopy();
-            ASSERT_EQ(record->Fields(dNAME) + u"|" + record->Fields(dORT), at(n).name + u"|" + at(n).ort);
-            ASSERT_EQ(record->Fields(dNOTIZ), at(n).memo);
+            ASSERT_EQ(record->Fields(uNAME) + u"|" + record->Fields(uORT), at(n).name + u"|" + at(n).ort);
+            ASSERT_EQ(record->Fields(uNOTIZ), at(n).memo);
             for (const auto& [key, value] : at(n).props) ASSERT_EQ(record->Property(lower(key)), value);
             ASSERT_EQ(record->Deleted(), at(n).deleted);
-            ASSERT_EQ(record->Kette(dPOS)->Inhalt(), at(n).chain);
+            ASSERT_EQ(record->Kette(uPOS)->Inhalt(), at(n).chain);
         }
         std::vector<int32> order;
-        const auto cursor = db.Records()->Index(dNAME);
+        const auto cursor = db.Records()->Index(uNAME);
         while (const auto record = cursor->MoveNext()) order.push_back(record->Satznummer());
         ASSERT_EQ(order, ordered());
         ASSERT_TRUE(consistent(db));
     }
 };
-
-template <class Put>
-void makeModel(const Text& folder, int32 max, Put put) {
-    clsRtm rtm;
-    const auto fields = fieldsOf({{u"NAME", tsAlphanumerisch, 12},
-                                  {u"ORT", tsAlphanumerisch, 6},
-                                  {u"NOTIZ", tsMemo, 60},
-                                  {u"PROPS", tsProperties, 60},
-                                  {u"POS", tsKette, 8}});
-    ASSERT_TRUE(rtm.DBCreateExt(DBAnsi, folder, {}, fields, max, u"  1  2  0  2  0  0"));
-    put(folder + u".DBD/KetteCtl.005",
-        "TS1,2\r\n0,1,1,6,1,\"Text@@7TEXT\"\r\n0,2,1,4,5,\"Zahl@@7ZAHL\"\r\n11,100,0\r\n0\r\n");
-}
 
 class UsersModel : public testing::TestWithParam<Form> {};
 
@@ -347,8 +329,8 @@ TEST_P(UsersModel, AgreesWithATable) {
     ground.ui.defaultAnswer = 1;
     const StartedLibrary library(ground, disk);
     const Text folder = u"/daten/Modell";
-    ASSERT_NO_FATAL_FAILURE(makeModel(
-        folder, GetParam().max, [&](const Text& name, const char* content) { disk.put(name, content); }));
+    clsRtm rtm;
+    ASSERT_TRUE(makeFull(rtm, folder, {.max = GetParam().max}));
     Model(folder).run();
 }
 INSTANTIATE_TEST_SUITE_P(Forms, UsersModel, kAllForms, nameOfForm);
@@ -361,9 +343,10 @@ TEST(UsersModelProcesses, AgreeWithATable) {
         const StartedLibrary library(ground, platform::posixPlatform().files,
                                      platform::posixPlatform().clock);
         const Text folder = temp.name(u"Modell");
-        ASSERT_NO_FATAL_FAILURE(makeModel(folder, max, [](const Text& name, const char* content) {
-            std::ofstream(toUtf8(name), std::ios::binary) << content;
-        }));
+        {
+            clsRtm rtm;
+            ASSERT_TRUE(makeFull(rtm, folder, {.max = max}));
+        }
         Meeting meeting;
         std::vector<std::unique_ptr<ChildProcess>> processes;
         for (int32 me = 0; me < kUsers; ++me)
