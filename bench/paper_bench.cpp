@@ -235,8 +235,10 @@ BENCHMARK(wrap100kB)->Unit(benchmark::kMillisecond);
 
 // --- Formatted text
 
+// Of so many pages, of one width or of another one for each page.
 void formatted(benchmark::State& state) {
     const auto pages = state.range(0);
+    const auto narrower = static_cast<int32>(state.range(1));
     Text rtf = u"{\\rtf1\\ansi{\\fonttbl{\\f0 Liberation Sans;}}\\f0\\fs20 ";
     for (int64 n = 0; n < pages * 8; ++n)
         rtf += textOf(500) + (n % 3 == 0 ? u"\\b  fett\\b0" : u"") + u"\\par ";
@@ -247,7 +249,8 @@ void formatted(benchmark::State& state) {
         desk.start();
         for (int32 next = 0; next >= 0;) {
             int32 height = 14000;
-            next = desk.job.PrintRTFTextNeu(rtf, 1417, 1417, 9354, height, next);
+            const int32 width = 9354 - narrower * (desk.job.PageCount() % 400);
+            next = desk.job.PrintRTFTextNeu(rtf, 1417, 1417, width, height, next);
             if (next >= 0) desk.job.Ausgabe();
         }
         made += desk.job.PageCount();
@@ -256,7 +259,10 @@ void formatted(benchmark::State& state) {
     }
     state.SetItemsProcessed(made);
 }
-BENCHMARK(formatted)->Arg(3)->Arg(30)->Arg(300)->Unit(benchmark::kMillisecond);
+BENCHMARK(formatted)
+    ->ArgsProduct({{3, 30, 300}, {0, 1}})
+    ->ArgNames({"pages", "narrower"})
+    ->Unit(benchmark::kMillisecond);
 
 // --- The preview
 

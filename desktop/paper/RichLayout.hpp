@@ -3,6 +3,7 @@
 #include <QTextDocument>
 #include <vector>
 
+#include "desktop/paper/RichDocument.hpp"
 #include "tsRtm/platform/Paper.hpp"
 
 class QPainter;
@@ -10,14 +11,15 @@ class QTextTable;
 
 namespace tsRtm::desktop {
 
-// A formatted text laid out in a width, to be divided among pages between its lines. One unit is a twip.
+// A part of a formatted text laid out in a width, to be divided among pages between its lines. One unit is a
+// twip.
 class RichLayout {
  public:
-    // From one of its characters on; what stands before it in the text is not laid out, but for tables.
-    RichLayout(TextView rtf, int32 from, int32 width);
+    // From one of its characters on, as far as `most` of them go.
+    RichLayout(const RichFlow& flow, int32 from, int32 most, int32 width);
 
-    // Whether a page can begin with that character.
-    bool begins(int32 from) const;
+    // Whether a page can begin with that character and end here.
+    bool covers(int32 from, int32 height) const;
     // Characters that it holds.
     int32 size() const { return document_.characterCount(); }
 
@@ -40,17 +42,18 @@ class RichLayout {
     struct Range {
         std::size_t first, last;  // behind the last one
         platform::TextFit fit;
+        bool whole = false;  // the page ends before this part does
     };
 
     std::size_t lineAt(int32 from) const;
+    qreal topOf(const Line& line) const;
     Range range(int32 from, int32 height, int32 wholeHeight) const;
-    void drop(int32 to);
-    void readBlock(const QTextBlock& block);
-    void readRows(const QTextTable& table);
+    void readBlock(const QTextBlock& block, const RichPart& part);
+    void readRow(const QTextTable& table, int row, const RichPart& part);
 
     QTextDocument document_;
     std::vector<Line> lines_;
-    bool tables_ = false;
+    bool last_;  // the text ends with it
 };
 
 }  // namespace tsRtm::desktop

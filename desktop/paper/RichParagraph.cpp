@@ -53,7 +53,7 @@ QTextBlockFormat formatOf(const rtf::ParagraphFormat& from, int32 gap) {
     to.setRightMargin(from.right);
     to.setTextIndent(from.first);
     to.setTopMargin(from.before + gap);
-    to.setProperty(kOwnSpace, from.before);
+    to.setProperty(kParagraph, true);
     if (from.pageBreakBefore) to.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
     if (from.lineSpacing != 0 && from.lineMultiple)
         to.setLineHeight(from.lineSpacing * 100.0 / 240, QTextBlockFormat::ProportionalHeight);
@@ -65,17 +65,33 @@ QTextBlockFormat formatOf(const rtf::ParagraphFormat& from, int32 gap) {
 
 }  // namespace
 
-void RichParagraph::write(QTextCursor& cursor, int32 gap) const {
-    auto block = formatOf(format, gap);
+int32 RichParagraph::length() const {
+    int32 sum = 1;
+    for (const auto& piece : pieces) sum += piece.length();
+    return sum;
+}
+
+void RichParagraph::write(QTextCursor& cursor, int32 gap, int32 from, int32 most) const {
+    auto look = format;
+    if (from > 0) look.before = look.first = 0;
+    auto block = formatOf(look, gap);
     const auto numbers = decimals(pieces);
-    if (numbers.size() > 1) block.setTabPositions(tabsOf(format, numbers));
+    if (numbers.size() > 1) block.setTabPositions(tabsOf(look, numbers));
     cursor.setBlockFormat(block);
     if (pieces.empty()) cursor.setBlockCharFormat(mark);
+    const int32 to = from + most;
+    int32 start = 0;
     for (const auto& piece : pieces) {
-        if (piece.text.isEmpty())
-            cursor.insertImage(piece.format.toImageFormat());
-        else
-            cursor.insertText(piece.text, piece.format);
+        const int32 first = std::max(from - start, 0), last = std::min(to - start, piece.length());
+        start += piece.length();
+        if (first >= last) continue;
+        if (piece.text.isEmpty()) {
+            const auto image = piece.format.toImageFormat();
+            cursor.document()->addResource(QTextDocument::ImageResource, QUrl(image.name()), piece.picture);
+            cursor.insertImage(image);
+        } else {
+            cursor.insertText(piece.text.mid(first, last - first), piece.format);
+        }
     }
 }
 

@@ -1,4 +1,5 @@
 #pragma once
+#include <QImage>
 #include <QTextCharFormat>
 #include <QTextCursor>
 #include <vector>
@@ -12,17 +13,23 @@ struct RichParagraph {
     struct Piece {
         QString text;  // empty: a picture
         QTextCharFormat format;
+        QImage picture;
+
+        int32 length() const { return text.isEmpty() ? 1 : static_cast<int32>(text.size()); }
     };
 
-    // Into the block of the cursor, which is empty. Spaces add up: `gap` is what the paragraph before wants.
-    void write(QTextCursor& cursor, int32 gap) const;
+    // Characters, with its end.
+    int32 length() const;
+    // So many characters from one of them on, into the block of the cursor, which is empty. Spaces add up:
+    // `gap` is what the paragraph before wants. The rest of a paragraph has no first line.
+    void write(QTextCursor& cursor, int32 gap, int32 from, int32 most) const;
 
     std::vector<Piece> pieces;
     QTextCharFormat mark;  // the look of its end, where it has no pieces
     rtf::ParagraphFormat format;
 };
 
-// How much of the space above a block is its own.
-constexpr int kOwnSpace = QTextFormat::UserProperty + 1;
+// A block that is one of a paragraph has this property.
+constexpr int kParagraph = QTextFormat::UserProperty + 1;
 
 }  // namespace tsRtm::desktop

@@ -94,7 +94,7 @@ void fillCell(QTextTableCell cell, const rtf::CellFormat& format, const RichCell
     int32 gap = 0;
     for (std::size_t i = 0; i < paragraphs.size(); ++i) {
         if (i > 0) cursor.insertBlock(QTextBlockFormat());
-        paragraphs[i].write(cursor, gap);
+        paragraphs[i].write(cursor, gap, 0, paragraphs[i].length());
         gap = paragraphs[i].format.after;
     }
 }

@@ -4,9 +4,10 @@
 #include <QPainter>
 #include <QPalette>
 #include <algorithm>
+#include <limits>
 #include <list>
 
-#include "desktop/paper/RichDocument.hpp"
+#include "desktop/paper/RichFlow.hpp"
 #include "desktop/paper/RichLayout.hpp"
 
 namespace tsRtm::desktop {
@@ -16,41 +17,51 @@ int32 bgr(const QColor& colour) { return colour.red() | colour.green() << 8 | co
 
 }  // namespace
 
-// Layouts of texts that pages still hold, the one used last in front.
+// Layouts of parts of texts that pages still hold, the one used last in front.
 class RichLayouts {
  public:
-    RichLayout& of(const platform::FormattedText& text, int32 from, int32 width) {
-        const auto found = std::ranges::find_if(kept_, [&](const Kept& one) {
-            return one.text == &text && one.width == width && (one.from == from || one.layout.begins(from));
-        });
-        if (found != kept_.end()) {
-            kept_.splice(kept_.begin(), kept_, found);
-            return kept_.front().layout;
+    // One that holds the page which begins there.
+    RichLayout& of(const RichFlow& flow, int32 from, int32 width, int32 height) {
+        constexpr int32 all = std::numeric_limits<int32>::max();
+        for (int32 most = kPart;; most = most < all / 4 ? 4 * most : all) {
+            const auto found = std::ranges::find_if(kept_, [&](const Kept& one) {
+                return one.flow == &flow && one.width == width && one.layout.covers(from, height);
+            });
+            if (found != kept_.end()) {
+                kept_.splice(kept_.begin(), kept_, found);
+                return kept_.front().layout;
+            }
+            keep(flow, from, width, most);
         }
-        kept_.emplace_front(text, from, width);
+    }
+    void forget(const RichFlow* flow) {
+        std::erase_if(kept_, [&](const Kept& one) { return one.flow == flow; });
+    }
+
+ private:
+    static constexpr std::size_t kMost = 8;
+    static constexpr int32 kMostCharacters = 4000000;
+    // Some pages of usual text: what is laid out twice is less than one of them.
+    static constexpr int32 kPart = 20000;
+
+    struct Kept {
+        Kept(const RichFlow& theFlow, int32 from, int32 most, int32 theWidth)
+            : flow(&theFlow), width(theWidth), layout(theFlow, from, most, theWidth) {}
+        const RichFlow* flow;
+        int32 width;
+        RichLayout layout;
+    };
+
+    void keep(const RichFlow& flow, int32 from, int32 width, int32 most) {
+        kept_.emplace_front(flow, from, most, width);
         int64 size = 0;
         std::size_t number = 0;
         std::erase_if(kept_, [&](const Kept& one) {
             size += one.layout.size();
             return ++number > 1 && (number > kMost || size > kMostCharacters);
         });
-        return kept_.front().layout;
-    }
-    void forget(const platform::FormattedText* text) {
-        std::erase_if(kept_, [&](const Kept& one) { return one.text == text; });
     }
 
- private:
-    static constexpr std::size_t kMost = 8;
-    static constexpr int64 kMostCharacters = 4000000;
-
-    struct Kept {
-        Kept(const platform::FormattedText& theText, int32 theFrom, int32 theWidth)
-            : text(&theText), from(theFrom), width(theWidth), layout(theText.rtf(), theFrom, theWidth) {}
-        const platform::FormattedText* text;
-        int32 from, width;
-        RichLayout layout;
-    };
     std::list<Kept> kept_;
 };
 
@@ -58,29 +69,25 @@ namespace {
 
 class KeptText final : public platform::FormattedText {
  public:
-    KeptText(TextView rtf, std::shared_ptr<RichLayouts> layouts) : rtf_(rtf), layouts_(std::move(layouts)) {
-        if (!rtf.starts_with(u'{')) return;
-        QTextDocument document;
-        document.setUndoRedoEnabled(false);
-        fillDocument(document, rtf);
-        length_ = std::max(document.characterCount() - 1, 0);
+    KeptText(TextView rtf, std::shared_ptr<RichLayouts> layouts) : layouts_(std::move(layouts)) {
+        if (rtf.starts_with(u'{')) flow_ = readFlow(rtf);
     }
-    ~KeptText() override { layouts_->forget(this); }
+    ~KeptText() override { layouts_->forget(&flow_); }
     KeptText(const KeptText&) = delete;
     KeptText& operator=(const KeptText&) = delete;
 
-    TextView rtf() const override { return rtf_; }
-    int32 length() const override { return length_; }
-    RichLayout& laidOut(int32 from, int32 width) const { return layouts_->of(*this, from, width); }
+    int32 length() const override { return flow_.length(); }
+    RichLayout& laidOut(const platform::PlacedText& text) const {
+        return layouts_->of(flow_, text.from, text.width, text.height);
+    }
 
  private:
-    Text rtf_;
-    int32 length_ = 0;
+    RichFlow flow_;
     std::shared_ptr<RichLayouts> layouts_;
 };
 
 RichLayout& layoutOf(const platform::PlacedText& text) {
-    return static_cast<const KeptText&>(*text.text).laidOut(text.from, text.width);
+    return static_cast<const KeptText&>(*text.text).laidOut(text);
 }
 
 }  // namespace

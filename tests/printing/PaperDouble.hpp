@@ -40,13 +40,19 @@ inline std::string lineOf(const platform::DrawingCommand& command) {
     return std::visit(Writer{at}, command);
 }
 
+struct FormattedDouble final : platform::FormattedText {
+    explicit FormattedDouble(TextView text) : kept(text) {}
+    int32 length() const override { return static_cast<int32>(kept.size()); }
+    Text kept;
+};
+
 class RecordingDevice final : public platform::PageDevice {
  public:
     platform::DeviceResolution resolution() override { return {600, 600, 100, 50}; }
     void map(const platform::PageMapping& mapping) override { mappings.push_back(mapping); }
     void draw(const platform::DrawingCommand& command) override { lines.push_back(lineOf(command)); }
     void draw(const platform::PlacedText& text) override {
-        lines.push_back("rtf " + toUtf8(text.text->rtf()));
+        lines.push_back("rtf " + toUtf8(static_cast<const FormattedDouble&>(*text.text).kept));
     }
 
     std::vector<platform::PageMapping> mappings;
@@ -132,14 +138,8 @@ class PaperDouble final : platform::TextMeasure,
         const auto letters = static_cast<int64>(text.size());
         return {static_cast<int32>(letters * font.height * 600 / 240), font.height};
     }
-    struct Formatted final : platform::FormattedText {
-        explicit Formatted(TextView text) : kept(text) {}
-        TextView rtf() const override { return kept; }
-        int32 length() const override { return static_cast<int32>(kept.size()); }
-        Text kept;
-    };
     std::shared_ptr<const platform::FormattedText> read(TextView rtf) override {
-        return std::make_shared<Formatted>(rtf);
+        return std::make_shared<FormattedDouble>(rtf);
     }
     platform::TextFit fit(const platform::PlacedText&, int32) override { return nextFit; }
     int32 windowText() override { return whiteText ? 0xFFFFFF : 0; }

@@ -101,7 +101,6 @@ struct DeviceResolution {
 class FormattedText {
  public:
     virtual ~FormattedText() = default;
-    virtual TextView rtf() const = 0;
     // Its characters; 0 where it holds none or is no RTF.
     virtual int32 length() const = 0;
 };

@@ -248,8 +248,7 @@ class Druck {
     void endPreview();
     int32 wrapped(TextView text, int32& row, int32 column, int32 width, int32 size, int32 attr,
                   int32 distance, bool measureOnly);
-    int32 placeFormatted(TextView rtf, int32 left, int32 top, int32 width, int32& height, int32 from,
-                         bool background, bool render);
+    const std::shared_ptr<const platform::FormattedText>& formatted(TextView rtf);
 
     std::unique_ptr<DruckState> s_;
 };

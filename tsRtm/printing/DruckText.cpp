@@ -1,4 +1,6 @@
 // What a job writes: texts on grids, paragraphs, formatted text.
+#include <cstring>
+
 #include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/printing/Druck.hpp"
 #include "tsRtm/printing/job/DruckState.hpp"
@@ -27,6 +29,12 @@ constexpr int32 attributeOf(int32 type) noexcept {
 constexpr int32 sizeOf(int32 type, int32 narrow) noexcept {
     const int32 sizes[] = {6, 12, 10, narrow};
     return sizes[type & 3] * (type & bvBreit ? 2 : 1);
+}
+
+// As bytes, which is several times faster: a long text is compared for each of its pages.
+bool same(TextView a, TextView b) noexcept {
+    return a.size() == b.size() &&
+           (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(char16_t)) == 0);
 }
 
 class KeptRichText final : public iRichText {
@@ -173,9 +181,32 @@ std::shared_ptr<iRichText> Druck::RTFObject(TextView RTFText) {
 
 int32 Druck::PrintRTFTextNeu(TextView RTFText, int32 Left, int32 Top, int32 Width, int32& Height,
                              int32 Anfang, bool background, bool Render) {
-    const bool black = !s_->paper || s_->paper->texts.windowText() == 0;
-    return placeFormatted(black ? Text(RTFText) : blackened(RTFText), Left, Top, Width, Height, Anfang,
-                          background, Render);
+    if (silent()) return -1;
+    if (!s_->paper) raise(422, u"tsRtm (PrintRTFNeu)", u"RTF hat kein Handle");
+    auto* page = s_->pages.current();
+    const auto& kept = formatted(RTFText);
+    if (Anfang >= kept->length() || !page) return -1;
+    const auto& traits = page->traits;
+    const platform::PlacedText text{
+        kept,   std::max(Anfang, 0), Left, Top, Width > 0 ? Width : traits.width - Left,
+        Height, s_->rtfBackColour};
+    const auto fit = s_->paper->texts.fit(text, traits.height);
+    if (!Render && fit.next < 0) Height = fit.used + kPixelTwips;
+    // Not even one line: the next page has room for it.
+    if (Render && fit.next != text.from) {
+        page->texts.push_back({text, background});
+        s_->used = true;
+    }
+    return fit.next;
+}
+
+// The pages of a text come one behind the other: it is read once.
+const std::shared_ptr<const platform::FormattedText>& Druck::formatted(TextView rtf) {
+    auto& source = s_->formatted;
+    const bool blacken = s_->paper->texts.windowText() != 0;
+    if (!source.text || source.blackened != blacken || !same(source.rtf, rtf))
+        source = {Text(rtf), blacken, s_->paper->texts.read(blacken ? blackened(rtf) : Text(rtf))};
+    return source.text;
 }
 
 int32 Druck::PrintRTFNeu(const std::shared_ptr<Object>& RTF, int32 Left, int32 Top, int32 Width,
@@ -207,28 +238,6 @@ int32 Druck::PrintRTF(const std::shared_ptr<Object>& RTF, int32 Left, int32 Top,
                               Variant(u"Druck.PrintRTFIntern"));
         return -1;
     }
-}
-
-int32 Druck::placeFormatted(TextView rtf, int32 left, int32 top, int32 width, int32& height, int32 from,
-                            bool background, bool render) {
-    if (silent()) return -1;
-    if (!s_->paper) raise(422, u"tsRtm (PrintRTFNeu)", u"RTF hat kein Handle");
-    auto* page = s_->pages.current();
-    // The pages of a text come one behind the other.
-    if (!s_->formatted || s_->formatted->rtf() != rtf) s_->formatted = s_->paper->texts.read(rtf);
-    if (from >= s_->formatted->length() || !page) return -1;
-    const auto& traits = page->traits;
-    const platform::PlacedText text{
-        s_->formatted, std::max(from, 0), left, top, width > 0 ? width : traits.width - left,
-        height,        s_->rtfBackColour};
-    const auto fit = s_->paper->texts.fit(text, traits.height);
-    if (!render && fit.next < 0) height = fit.used + kPixelTwips;
-    // Not even one line: the next page has room for it.
-    if (render && fit.next != text.from) {
-        page->texts.push_back({text, background});
-        s_->used = true;
-    }
-    return fit.next;
 }
 
 }  // namespace tsRtm

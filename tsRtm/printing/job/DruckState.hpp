@@ -7,6 +7,13 @@
 
 namespace tsRtm {
 
+// The formatted text that was placed last, maybe to count its pages.
+struct FormattedSource {
+    Text rtf;
+    bool blackened = false;
+    std::shared_ptr<const platform::FormattedText> text;  // what was read of it
+};
+
 struct DruckState {
     DruckState(MessagesTopic& theMessages, const platform::Paper* thePaper)
         : messages(theMessages),
@@ -26,7 +33,7 @@ struct DruckState {
     bool used = false;  // the page has received something
     int32 backgroundMode = 1;
     int32 rtfBackColour = 0xFFFFFF;
-    std::shared_ptr<const platform::FormattedText> formatted;  // that was placed last, maybe to count pages
+    FormattedSource formatted;
 
     bool preview = false;  // the job goes to the preview
     bool previewShown = false;
