@@ -24,22 +24,32 @@ void makeTiny(QTextCursor cursor) {
     cursor.setBlockCharFormat(characters);
 }
 
+// Whether neighbours stand in one box.
+bool shareBox(const RichItem& one, const RichItem& other) {
+    const auto& a = one.paragraph.format;
+    const auto& b = other.paragraph.format;
+    return !one.row && !other.row && a.box == b.box && edgesOf(a) == edgesOf(b);
+}
+
 class Filler {
  public:
     explicit Filler(QTextDocument& document) : cursor_(&document) {}
 
-    void add(const RichParagraph& paragraph, int32 from, int32 most) {
+    void add(const RichParagraph& paragraph, int32 from, int32 most, const RichPart& part) {
+        const auto& box = paragraph.format.box;
+        const int32 before = paragraph.format.before;
+        const int32 above = part.opens ? heightOf(box, rtf::kTop) : 0;
         if (!fresh_) cursor_.insertBlock(QTextBlockFormat());
         const bool besideTable = fresh_ && table_;
         // Behind a table Qt leaves no space above a paragraph, only below the table.
-        if (besideTable && paragraph.format.before > 0) {
+        if (besideTable && before + above > 0) {
             auto format = table_->format();
-            format.setBottomMargin(paragraph.format.before);
+            format.setBottomMargin(before + above);
             table_->setFormat(format);
         }
-        paragraph.write(cursor_, gap_, from, most);
+        paragraph.write(cursor_, gap_ + above, from, most);
         if (besideTable) keepHeight();
-        gap_ = paragraph.format.after;
+        gap_ = paragraph.format.after + (part.closes ? heightOf(box, rtf::kBottom) : 0);
         fresh_ = false;
         table_ = nullptr;
     }
@@ -94,22 +104,36 @@ class Filler {
 std::vector<RichPart> fillDocument(QTextDocument& document, const RichFlow& flow, int32 from, int32 most) {
     Filler filler(document);
     std::vector<RichPart> parts;
-    auto item = std::ranges::partition_point(flow.items, [&](const auto& one) { return one.end <= from; });
-    for (; item != flow.items.end() && most > 0; ++item) {
-        const int32 start = item->row ? item->start : std::max(item->start, from);
-        const int32 end = item->row || item->end - start <= most ? item->end : start + most;
-        parts.push_back({start, end, start > item->start || item->row ? 0 : item->paragraph.format.before});
-        if (item->row)
+    const auto& items = flow.items;
+    auto item = std::ranges::partition_point(items, [&](const auto& one) { return one.end <= from; });
+    for (; item != items.end() && most > 0; ++item) {
+        if (item->row) {
+            parts.push_back({item->start, item->end});
             filler.add(*item->row);
-        else
-            filler.add(item->paragraph, start - item->start, end - start);
-        most -= end - start;
+        } else {
+            const int32 start = std::max(item->start, from),
+                        end = item->end - start <= most ? item->end : start + most;
+            const auto& format = item->paragraph.format;
+            auto& part = parts.emplace_back(RichPart{start, end});
+            part.space = start == item->start ? format.before : 0;
+            if (format.box != rtf::Box()) {
+                part.boxed = &format;
+                part.opens = start == item->start && (item == items.begin() || !shareBox(item[-1], *item));
+                part.closes = end == item->end && (item + 1 == items.end() || !shareBox(*item, item[1]));
+            }
+            filler.add(item->paragraph, start - item->start, end - start, part);
+        }
+        most -= parts.back().end - parts.back().start;
     }
     filler.finish();
     auto option = document.defaultTextOption();
     option.setTabStopDistance(flow.defaultTab);
     document.setDefaultTextOption(option);
     return parts;
+}
+
+std::pair<int32, int32> edgesOf(const rtf::ParagraphFormat& format) {
+    return {format.left + std::min(format.first, 0), format.right};
 }
 
 bool isParagraph(const QTextBlock& block) { return block.blockFormat().hasProperty(kParagraph); }

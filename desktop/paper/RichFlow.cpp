@@ -12,10 +12,6 @@ namespace {
 constexpr qreal kTwipsPerPoint = 20;
 constexpr TextView kDefaultFont = u"Times New Roman";
 
-QColor colourOf(const rtf::Colour& colour, const QColor& automatic) {
-    return colour.automatic ? automatic : QColor(colour.red, colour.green, colour.blue);
-}
-
 QTextCharFormat formatOf(const rtf::Run& run) {
     const auto& from = run.format;
     QTextCharFormat to;
@@ -29,8 +25,8 @@ QTextCharFormat formatOf(const rtf::Run& run) {
     if (from.capitals) font.setCapitalization(QFont::AllUppercase);
     if (from.smallCapitals) font.setCapitalization(QFont::SmallCaps);
     to.setFont(font);
-    to.setForeground(colourOf(run.colour, Qt::black));
-    if (!run.background.automatic) to.setBackground(colourOf(run.background, Qt::white));
+    to.setForeground(colourOf(run.colour));
+    if (!run.background.automatic) to.setBackground(colourOf(run.background));
     if (from.script != rtf::Script::normal)
         to.setVerticalAlignment(from.script == rtf::Script::superscript ? QTextCharFormat::AlignSuperScript
                                                                         : QTextCharFormat::AlignSubScript);

@@ -11,7 +11,6 @@
 #include "desktop/paper/RichFlow.hpp"
 
 namespace tsRtm::desktop {
-
 RichLayout::RichLayout(const RichFlow& flow, int32 from, int32 most, int32 width) {
     document_.setDocumentMargin(0);
     document_.setUndoRedoEnabled(false);
@@ -35,12 +34,25 @@ void RichLayout::readBlock(const QTextBlock& block, const RichPart& part) {
     const qreal top = document_.documentLayout()->blockBoundingRect(block).top();
     const bool newPage = block.blockFormat().pageBreakPolicy() != QTextFormat::PageBreak_Auto;
     for (int i = 0; i < layout->lineCount(); ++i) {
-        const auto line = layout->lineAt(i);
-        const int32 start = part.start + line.textStart();
+        const auto at = layout->lineAt(i);
         const bool first = i == 0, last = i + 1 == layout->lineCount();
-        lines_.push_back({start, last ? part.end : start + line.textLength(), first ? top : top + line.y(),
-                          top + line.y() + line.height(), first ? std::max(part.space, 0) * 1.0 : 0, block, i,
-                          false, first && newPage});
+        Line line;
+        line.start = part.start + at.textStart();
+        line.end = last ? part.end : line.start + at.textLength();
+        line.top = first ? top : top + at.y();
+        line.bottom = top + at.y() + at.height();
+        line.space = first ? std::max(part.space, 0) : 0;
+        line.block = block;
+        line.number = i;
+        line.newPage = first && newPage;
+        if (part.boxed) {
+            line.boxed = part.boxed;
+            line.opens = first && part.opens;
+            line.closes = last && part.closes;
+            line.top -= line.opens ? heightOf(part.boxed->box, rtf::kTop) : 0;
+            line.bottom += line.closes ? heightOf(part.boxed->box, rtf::kBottom) : 0;
+        }
+        lines_.push_back(line);
     }
 }
 
@@ -48,7 +60,10 @@ void RichLayout::readRow(const QTextTable& table, int row, const RichPart& part)
     const auto boxOf = [&](const QTextCursor& place) {
         return document_.documentLayout()->blockBoundingRect(place.block());
     };
-    Line line{part.start, part.end, 0, 0, 0, {}, 0, true, false};
+    Line line;
+    line.start = part.start;
+    line.end = part.end;
+    line.inTable = true;
     line.newPage = row == 0 && table.format().pageBreakPolicy() != QTextFormat::PageBreak_Auto;
     for (int column = 0; column < table.columns(); ++column) {
         const auto cell = table.cellAt(row, column);
@@ -68,7 +83,9 @@ std::size_t RichLayout::lineAt(int32 from) const {
 }
 
 // The first line of a text stands where it begins, whatever the room above it.
-qreal RichLayout::topOf(const Line& line) const { return line.start == 0 ? 0 : line.top - line.space; }
+qreal RichLayout::topOf(const Line& line) const {
+    return line.start == 0 ? std::min(line.top, 0.0) : line.top - line.space;
+}
 
 bool RichLayout::covers(int32 from, int32 height) const {
     const auto line = lineAt(from);
@@ -110,6 +127,12 @@ void RichLayout::draw(QPainter& painter, const platform::PlacedText& text) {
         painter.fillRect(QRectF(0, 0, text.width, found.fit.used), colourOf(text.backColour));
     if (found.first == found.last) return;
     const qreal top = topOf(lines_[found.first]);
+    painter.save();
+    painter.setClipRect(QRectF(-rtf::kLargestLength, 0, text.width + 2 * rtf::kLargestLength, found.fit.used),
+                        Qt::IntersectClip);
+    painter.translate(0, -top);
+    drawBoxes(painter, found);
+    painter.restore();
     painter.setClipRect(QRectF(0, 0, text.width, found.fit.used), Qt::IntersectClip);
     painter.translate(0, -top);
     painter.setPen(Qt::black);
@@ -127,6 +150,34 @@ void RichLayout::draw(QPainter& painter, const platform::PlacedText& text) {
         document_.drawContents(&painter, QRectF(0, line.top, text.width, bottom - line.top));
         painter.restore();
         number = last;
+    }
+}
+
+// As far as they are on the page. Borders at the sides stand beside the text, where a word processor has
+// them.
+void RichLayout::drawBoxes(QPainter& painter, const Range& range) const {
+    for (auto number = range.first; number < range.last; ++number) {
+        const auto& first = lines_[number];
+        if (!first.boxed) continue;
+        while (number + 1 < range.last && lines_[number + 1].boxed && !lines_[number + 1].opens) ++number;
+        const auto& last = lines_[number];
+        const auto& box = first.boxed->box;
+        const auto [left, right] = edgesOf(*first.boxed);
+        QRectF area(QPointF(left, first.top), QPointF(document_.textWidth() - right, last.bottom));
+        area.adjust(-heightOf(box, rtf::kLeft), 0, heightOf(box, rtf::kRight), 0);
+        if (!box.background.automatic) painter.fillRect(area, colourOf(box.background));
+        for (const auto side : {rtf::kTop, rtf::kLeft, rtf::kBottom, rtf::kRight}) {
+            const int32 width = box.borders[side];
+            auto border = area;
+            if (side == rtf::kTop) border.setHeight(width);
+            if (side == rtf::kLeft) border.setWidth(width);
+            if (side == rtf::kBottom) border.setTop(area.bottom() - width);
+            if (side == rtf::kRight) border.setLeft(area.right() - width);
+            const bool elsewhere =
+                (side == rtf::kTop && !first.opens) || (side == rtf::kBottom && !last.closes);
+            // Without a width it would be a line as thin as the device can draw.
+            if (width > 0 && !elsewhere) painter.fillRect(border, colourOf(box.borderColour));
+        }
     }
 }
 

@@ -31,13 +31,16 @@ class RichLayout {
  private:
     // What stands between two places where a text may be divided: a line, or a row of a table.
     struct Line {
-        int32 start, end;  // of its characters, and behind them
-        qreal top, bottom;
-        qreal space;       // above it, at the beginning of a page
+        int32 start = 0, end = 0;  // of its characters, and behind them
+        qreal top = 0, bottom = 0;
+        qreal space = 0;   // above it, at the beginning of a page
         QTextBlock block;  // of a line
         int number = 0;    // of the line in it
         bool inTable = false;
         bool newPage = false;
+        // Of a paragraph with a box; whether it begins above this line and ends below it.
+        const rtf::ParagraphFormat* boxed = nullptr;
+        bool opens = false, closes = false;
     };
     struct Range {
         std::size_t first, last;  // behind the last one
@@ -49,6 +52,7 @@ class RichLayout {
     qreal topOf(const Line& line) const;
     Range range(int32 from, int32 height, int32 wholeHeight) const;
     void readBlock(const QTextBlock& block, const RichPart& part);
+    void drawBoxes(QPainter& painter, const Range& range) const;
     void readRow(const QTextTable& table, int row, const RichPart& part);
 
     QTextDocument document_;

@@ -54,6 +54,7 @@ QTextBlockFormat formatOf(const rtf::ParagraphFormat& from, int32 gap) {
     to.setTextIndent(from.first);
     to.setTopMargin(from.before + gap);
     to.setProperty(kParagraph, true);
+    if (!from.box.background.automatic) to.setBackground(colourOf(from.box.background));
     if (from.pageBreakBefore) to.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
     if (from.lineSpacing != 0 && from.lineMultiple)
         to.setLineHeight(from.lineSpacing * 100.0 / 240, QTextBlockFormat::ProportionalHeight);

@@ -1,4 +1,5 @@
 #pragma once
+#include <QColor>
 #include <QImage>
 #include <QTextCharFormat>
 #include <QTextCursor>
@@ -28,6 +29,14 @@ struct RichParagraph {
     QTextCharFormat mark;  // the look of its end, where it has no pieces
     rtf::ParagraphFormat format;
 };
+
+// Black where the text names none.
+inline QColor colourOf(const rtf::Colour& colour) { return QColor(colour.red, colour.green, colour.blue); }
+
+// What a paragraph's box takes above or below it.
+inline int32 heightOf(const rtf::Box& box, rtf::Side side) {
+    return box.borders[side] > 0 ? box.borders[side] + box.spaces[side] : 0;
+}
 
 // A block that is one of a paragraph has this property.
 constexpr int kParagraph = QTextFormat::UserProperty + 1;

@@ -9,7 +9,6 @@ namespace {
 
 constexpr int32 kNarrowest = 20;
 
-QColor colourOf(const rtf::Colour& colour) { return QColor(colour.red, colour.green, colour.blue); }
 bool isEmpty(const RichCell& cell) { return cell.size() == 1 && cell.front().pieces.empty(); }
 
 }  // namespace

@@ -10,8 +10,8 @@ namespace tsRtm::desktop {
 class RichLayouts;
 
 // Lays RTF out: paragraphs, tabulators, alignment, indents, spacing, fonts and colours. One unit of the
-// layout is a twip, so that lines break alike on every device. A text is read once for all its pages, and laid
-// out in parts of some pages each, of which those used last are kept.
+// layout is a twip, so that lines break alike on every device. A text is read once for all its pages, and
+// laid out in parts of some pages each, of which those used last are kept.
 class RichText final : public platform::FormattedTexts {
  public:
     RichText();

@@ -159,5 +159,31 @@ TEST_F(Letters, KeepTabulatorsAndListsInColumns) {
     EXPECT_NEAR(marks.at("d").left, kMargin + 72, 0.5);
 }
 
+TEST_F(Letters, HaveBoxesAroundParagraphs) {
+    const auto words =
+        wordsOf(print(u"{\\rtf1{\\fonttbl{\\f0 Arial;}}{\\colortbl "
+                      u";\\red0\\green0\\blue255;\\red255\\green255\\blue0;}\\f0\\fs20 oben\\par"
+                      u"\\pard\\sb200\\box\\brdrs\\brdrw40\\brdrcf1\\brsp100\\cbpat2 eins\\par zwei\\par"
+                      u"\\pard\\li2000\\brdrb\\brdrs\\brdrw40\\brdrcf1 Strich\\par\\pard unten\\par}"));
+    constexpr double frame = (40 + 100) / 20.0, line = 11.5;
+    // The two in one box have no border between them; it takes room above and below.
+    EXPECT_NEAR(words.at("eins").top - words.at("oben").top, line + 10 + frame, 0.6);
+    EXPECT_NEAR(words.at("zwei").top - words.at("eins").top, line + 10, 0.6);
+    EXPECT_NEAR(words.at("Strich").top - words.at("zwei").top, line + frame, 0.6);
+    EXPECT_NEAR(words.at("unten").top - words.at("Strich").top, line + 2, 0.6);
+    const auto ground = coloured([](QRgb c) { return qRed(c) > 240 && qBlue(c) < 20; });
+    EXPECT_NEAR(ground.left(), kMargin - 100 / 20.0, 0.6);
+    EXPECT_NEAR(ground.width(), kWidth / 20.0 + 200 / 20.0, 1.1);
+    EXPECT_NEAR(ground.height(), 2 * line + 10 + 200 / 20.0, 1.1);
+    const auto borders = coloured([](QRgb c) { return qBlue(c) > 240 && qRed(c) < 20; });
+    EXPECT_NEAR(borders.left(), kMargin - frame, 0.6);
+    EXPECT_NEAR(borders.right(), kRight + frame, 1.1);
+    EXPECT_NEAR(borders.bottom() - ground.bottom(), 2 + line + 2, 1.1);
+    const QImage page = desktop::imageOf(job.Page(1).get(), {1190, 1683});
+    const auto below = static_cast<int>(2 * borders.bottom()) - 1;
+    EXPECT_NE(page.pixel(static_cast<int>(2 * kMargin) + 190, below), qRgb(0, 0, 255));
+    EXPECT_EQ(page.pixel(static_cast<int>(2 * kMargin) + 210, below), qRgb(0, 0, 255));
+}
+
 }  // namespace
 }  // namespace tsRtm::test

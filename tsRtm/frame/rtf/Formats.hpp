@@ -53,6 +53,16 @@ struct Tab {
     bool operator==(const Tab&) const = default;
 };
 
+enum Side : uint8 { kTop, kLeft, kBottom, kRight, kSides };
+
+// Lines and colour around a paragraph. Neighbours with the same box, and the same indents, stand in one.
+struct Box {
+    std::array<int32, kSides> borders{};  // how thick; 0: none
+    std::array<int32, kSides> spaces{};   // between these and the text
+    Colour borderColour, background;
+    bool operator==(const Box&) const = default;
+};
+
 struct ParagraphFormat {
     Alignment alignment = Alignment::left;
     int32 left = 0, right = 0, first = 0;  // indents; that of the first line counts from the left one
@@ -61,6 +71,7 @@ struct ParagraphFormat {
     bool lineMultiple = false;             // lineSpacing is a multiple of one line: 240 single, 480 double
     bool pageBreakBefore = false;  // by its own word, or that of a page or section that ended before it
     bool inTable = false;
+    Box box;
     std::vector<Tab> tabs;   // ascending by position
     int32 defaultTab = 720;  // distance of the tabulators behind the last of these
     bool operator==(const ParagraphFormat&) const = default;
@@ -71,8 +82,6 @@ constexpr std::size_t kMostCells = 64;
 
 // A table may be wider than any page: writers that do not know the width of theirs count in shares of this.
 constexpr int32 kWidestTable = 65535;
-
-enum Side : uint8 { kTop, kLeft, kBottom, kRight, kSides };
 
 struct CellFormat {
     int32 edge = 0;                       // the right one, from the left margin

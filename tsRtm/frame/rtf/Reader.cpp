@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "tsRtm/frame/rtf/BorderWords.hpp"
 #include "tsRtm/frame/rtf/Charsets.hpp"
 #include "tsRtm/frame/rtf/FormatWords.hpp"
 #include "tsRtm/frame/rtf/HeadTables.hpp"
@@ -236,7 +237,9 @@ class Reader {
         if (content == Content::picture) pictures_.word(word);
         if (content == Content::shape) shape_.word(word);
         if (content != Content::text || row_.take(word, colours_)) return;
-        if (applyCharacterWord(group().character, word) || applyParagraphWord(group().paragraph, word))
+        auto& paragraph = group().paragraph;
+        if (applyCharacterWord(group().character, word) || applyParagraphWord(paragraph, word) ||
+            applyBoxWord(paragraph, word, colours_))
             return;
         if (const auto* row = rowOf(kCharacters, word.name)) give({&row->character, 1});
         if (word.name == u"nestcell") give(u"\t");

@@ -3,19 +3,12 @@
 #include <algorithm>
 #include <utility>
 
+#include "tsRtm/frame/rtf/BorderWords.hpp"
+
 namespace tsRtm::rtf {
 namespace {
 
-constexpr int32 kThinnest = 10, kThickest = 75, kUsual = 15;
-
 int32 extent(const Token& word) noexcept { return std::clamp(word.number, 0, kLargestLength); }
-
-// The side of a word that ends in its letter.
-int sideOf(TextView letter) noexcept {
-    constexpr TextView letters = u"tlbr";
-    const auto place = letter.size() == 1 ? letters.find(letter.front()) : TextView::npos;
-    return place == TextView::npos ? kSides : static_cast<int>(place);
-}
 
 }  // namespace
 
@@ -46,25 +39,19 @@ bool RowWords::take(const Token& word, const ColourTable& colours) {
     return true;
 }
 
-// First the side, then what its border is like. Those of paragraphs and of the row as a whole have other
-// words for the side.
+// A row as a whole has no borders here; those of paragraphs are not for this class.
 bool RowWords::takeBorder(const Token& word, const ColourTable& colours) {
     const auto name = word.name;
-    if (name.starts_with(u"clbrdr")) {
-        side_ = sideOf(name.substr(6));
+    if (name.starts_with(u"clbrdr") || name.starts_with(u"trbrdr")) {
+        side_ = name.starts_with(u"cl") ? sideOf(name.substr(6)) : kOfRow;
         return true;
     }
-    if (!name.starts_with(u"brdr") && !name.starts_with(u"trbrdr")) return false;
-    if (name.starts_with(u"tr") || sideOf(name.substr(4)) != kSides) side_ = kSides;
-    if (side_ == kSides) return true;
-    auto& width = cell_.borders[static_cast<std::size_t>(side_)];
-    if (name == u"brdrw")
-        width = width > 0 ? std::clamp(word.number, kThinnest, kThickest) : 0;
-    else if (name == u"brdrcf")
-        cell_.borderColour = colours.colour(word.number);
-    else
-        width = name == u"brdrnone" || name == u"brdrnil" ? 0 : std::max(width, kUsual);
-    return true;
+    if (!name.starts_with(u"brdr") && name != u"brsp" && name != u"box") return false;
+    if (name == u"box" || name == u"brdrbtw" || name == u"brdrbar" || sideOf(name.substr(4)) != kSides)
+        side_ = kSides;
+    if (side_ < kSides && name != u"brsp")
+        describeBorder(word, colours, cell_.borders[static_cast<std::size_t>(side_)], cell_.borderColour);
+    return side_ != kSides;
 }
 
 bool RowWords::takePadding(const Token& word) {

@@ -23,7 +23,8 @@ class RowWords {
                                        kUsualPadding};  // of a cell that has none of its own
     CellFormat cell_;                                   // the one that its \\cellx will end
     std::array<bool, kSides> padded_{};
-    int side_ = kSides;  // whose border the words tell of
+    static constexpr int kOfRow = kSides + 1;
+    int side_ = kSides;  // of whose border the words tell; kSides: of a paragraph's
 };
 
 }  // namespace tsRtm::rtf
