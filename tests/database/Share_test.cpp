@@ -208,6 +208,28 @@ TEST_P(Share, AnUpdateThatLostItsLockIsToldAndHealed) {
     EXPECT_TRUE(consistent(on(2)));
 }
 
+// The old text of a memo is given free under the lock; who closes beside somebody who holds it leaves it.
+TEST_P(Share, ClosesBesideAWriterWithATextToGiveFree) {
+    const Text name = u"/daten/Notizen";
+    const auto fields = fieldsOf({{u"NAME", tsAlphanumerisch, 12}, {u"NOTIZ", tsMemo, 60}});
+    ASSERT_TRUE(rtm.DBCreateExt(DBAnsi, name, {}, fields, GetParam(), u"  1  0  0"));
+    machine(1);
+    auto db = rtm.OpenTSDB(name);
+    for (const auto* text : {u"alt", u"neu", u"neuer"}) {  // the last but one waits to be given free
+        const auto record = db->AnzahlDSaetze() == 0 ? db->Add() : db->Record(1);
+        record->Fields(2, text);
+        ASSERT_TRUE(record->Update());
+    }
+    machine(0);
+    const auto other = rtm.OpenTSDB(name);
+    ASSERT_TRUE(other->LockDB(true));
+    machine(1);
+    db.reset();
+    machine(0);
+    EXPECT_EQ(other->Record(1)->Fields(2), u"neuer");
+    EXPECT_TRUE(consistent(*other));
+}
+
 TEST_P(Share, LocalFilesAreKeptAsTheyWere) {
     MemoryFiles local;
     StartedLibrary again(ground, local);

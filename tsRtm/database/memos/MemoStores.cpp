@@ -39,6 +39,7 @@ const MemoKind* MemoStores::kindOf(int32 field) const noexcept {
 
 void MemoStores::close() noexcept {
     releaseWaiting(When::now);
+    waiting_.clear();  // what could not be given free stays: no file is there any more
     for (auto& [field, store] : open_) {
         store.file.reset();
         p_.folder.close(store.fileNumber);
