@@ -3,26 +3,14 @@
 
 #include <random>
 
+#include "tests/banking/BankColumns.hpp"
 #include "tsRtm/banking/BankRow.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
 
 namespace tsRtm {
 namespace {
 
-std::string padded(std::string text, std::size_t size) {
-    text.resize(std::max(text.size(), size), ' ');
-    return text;
-}
-
-// A good row, some columns of it replaced.
-struct Columns {
-    std::string code = "12345678", mark = "1", name = "Bank", postalCode = "10115", place = "Berlin",
-                bic = "ABCDDE12XXX", method = "A7", rest = "000123U000000000";
-    std::string row() const {
-        return code + mark + padded(name, 58) + padded(postalCode, 5) + padded(place, 35) +
-               padded("Kurz", 27) + "90001" + padded(bic, 11) + padded(method, 2) + rest;
-    }
-};
+using Columns = test::BankColumns;
 
 TEST(BankRow, ColumnsComeWithoutTheirBlanks) {
     Columns columns;

@@ -1,6 +1,7 @@
 // Questions about banks, and a register that comes, changes and goes while they are asked.
 #include "tsRtm/banking/clsBanken.hpp"
 
+#include "tests/banking/BankColumns.hpp"
 #include "tests/database/DatabaseFixture.hpp"
 #include "tests/support/CrashingFiles.hpp"
 #include "tsRtm/frame/state/Plugged.hpp"
@@ -10,22 +11,16 @@ namespace {
 
 constexpr TextView kRegister = u"/daten/Banken";
 
-// A row of the bank code file.
-std::string bankRow(std::string code, std::string name, std::string bic, std::string place = "K\xF6ln") {
-    std::string out = code + "1" + name;
-    out.resize(67, ' ');
-    out += "50667" + place;
-    out.resize(139, ' ');
-    out += bic;
-    out.resize(150, ' ');
-    return out + "09000123U000000000\r\n";
+std::string bankRow(const char* code, const char* name, const char* bic, const char* place = "K\xF6ln") {
+    return BankColumns{
+               .code = code, .name = name, .postalCode = "50667", .place = place, .bic = bic, .method = "09"}
+               .row() +
+           "\r\n";
 }
-
+const std::string kHamburg = bankRow("20000000", "Bundesbank", "MARKDEF1200", "Hamburg");
 const std::string kFirst = bankRow("37040044", "Commerzbank", "COBADEFFXXX") +
-                           bankRow("37050198", "Sparkasse", "COLSDE33XXX") +
-                           bankRow("20000000", "Bundesbank", "MARKDEF1200", "Hamburg");
-const std::string kSecond = bankRow("37040044", "Neue Bank", "COBADEFFXXX") +
-                            bankRow("20000000", "Bundesbank", "MARKDEF1200", "Hamburg") +
+                           bankRow("37050198", "Sparkasse", "COLSDE33XXX") + kHamburg;
+const std::string kSecond = bankRow("37040044", "Neue Bank", "COBADEFFXXX") + kHamburg +
                             bankRow("10000000", "Bundesbank", "MARKDEF1100", "Berlin");
 
 struct Office {
@@ -41,17 +36,20 @@ struct Office {
 class Banken : public ::testing::Test {
  protected:
     BankImportResult import(const std::string& rows) {
-        auto& system = rtmMain::system().files;
-        auto file = system.open(u"/blz.txt", {platform::Access::readWrite, platform::Sharing::all,
-                                              platform::Disposition::createEmpty});
-        EXPECT_FALSE(failed((*file)->writeAt(0, std::as_bytes(std::span(rows.data(), rows.size())))));
+        disk.put(u"/blz.txt", rows);
+        const auto file = disk.open(u"/blz.txt", {});
         bankRegister::create(office.rtm, kRegister);
         const auto db = office.rtm.OpenTSDB(kRegister);
         if (!db) return {};
         BankFileReader reader(**file);
-        return importBanks(reader, *db);
+        BankImportListener listener;
+        listener.rejected = [&](int64 line, BankRowFault fault) {
+            rejected += toText(line) + u" " + toText(static_cast<int32>(fault)) + u",";
+        };
+        return importBanks(reader, *db, listener);
     }
 
+    Text rejected;
     MemoryFiles disk;
     CrashingFiles files{disk};
     Office office{files};
@@ -87,6 +85,22 @@ TEST_F(Banken, AreFoundByCodeAndBic) {
     EXPECT_EQ(db->Fields(fBANKEN_BLZ) + toText(db->ActiveIndex()), u"200000004") << "nobody moved it";
     banks.CloseDB();
     EXPECT_NE(banks.DB(), db);
+}
+
+TEST_F(Banken, AreLoadedAndEveryLineThatIsNoneIsTold) {
+    const BankColumns good, other{.code = "20000000", .mark = "2"};
+    const auto result = import(kHamburg + other.row() + "\r\n\r\n" + "kurz\r\n" + std::string(100000, 'x') +
+                               "\n" + good.row());
+    const auto length = std::to_string(static_cast<int32>(BankRowFault::length));
+    EXPECT_TOLD("yes|2|1|4 " + length + ",5 " + length + ",", result.complete, result.loaded,
+                result.otherRows, rejected);
+    const auto db = office.rtm.OpenTSDB(kRegister, true);
+    EXPECT_TRUE(consistent(*db));
+    EXPECT_TOLD("Hamburg|09", db->GetField(1, fBANKEN_ORT), db->GetField(1, fBANKEN_PZMETHODE));
+    for (const auto index : {bankRegister::kByCode, bankRegister::kByPlaceAndName, bankRegister::kByBic}) {
+        db->SetIndex(index);
+        EXPECT_EQ(db->Index(1), 2);
+    }
 }
 
 TEST_F(Banken, MakeIBANs) {
@@ -209,6 +223,8 @@ TEST_F(Banken, OfADatabaseThatIsNone) {
         ASSERT_TRUE(record->Update());
     }
     asked(true);
+    const auto result = import(kFirst);
+    EXPECT_TOLD("no|53", result.complete, result.databaseError) << "nothing goes in there";
     ASSERT_FALSE(failed(disk.remove(Text(kRegister) + u".DBD/Control.tsd")));
     asked(false);
 }
@@ -241,10 +257,8 @@ TEST_F(Banken, SurviveADeathAtEveryChangeOfAnImport) {
             Office dying(files);
             files.dieAt(n, CrashingFiles::LastWrite::none, CrashingFiles::Manner::silently);
             try {
-                auto file = disk.open(u"/neu.txt", {platform::Access::readWrite, platform::Sharing::all,
-                                                    platform::Disposition::createEmpty});
-                ASSERT_FALSE(
-                    failed((*file)->writeAt(0, std::as_bytes(std::span(kSecond.data(), kSecond.size())))));
+                disk.put(u"/neu.txt", kSecond);
+                const auto file = disk.open(u"/neu.txt", {});
                 const auto db = dying.rtm.OpenTSDB(kRegister);
                 BankFileReader rows(**file);
                 if (db) importBanks(rows, *db);
