@@ -10,133 +10,96 @@
 //     one
 //
 // The folders are mounts of one volume. The last line sums up; the exit code is 1 where something was wrong.
-#include <unistd.h>
-
-#include <algorithm>
-#include <chrono>
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <thread>
 
-#include "tests/share/ShareUser.hpp"
-#include "tests/support/ChildProcess.hpp"
+#include "tests/database/DatabaseFixture.hpp"
+#include "tests/stress/Users.hpp"
 
 namespace tsRtm::test {
 namespace {
 
 using namespace std::chrono_literals;
-using Clock = std::chrono::steady_clock;
-using Process = std::unique_ptr<ChildProcess>;
 
+constexpr Form kForm{100000, 60, DBAnsi};
 constexpr auto kMeasured = 4s;
 constexpr auto kLongestWait = 30s;
-constexpr int64 kWorkAfterwards = 5;  // adds by those who are left
+constexpr int64 kWorkAfterwards = 20;  // by those who are left
 
 void rest(std::chrono::milliseconds time) { std::this_thread::sleep_for(time); }
 
-bool makeDatabase(const std::string& folder, int32 records = 0) {
+Text officeIn(const std::string& folder) { return fromUtf8(folder + "/Office"); }
+
+bool makeOffice(const std::string& folder) {
     std::filesystem::create_directories(folder);
-    ChildProcess maker([&](ChildProcess::Line&) {
-        TestGround ground;
-        auto real = ground.on(platform::posixPlatform().files, platform::posixPlatform().clock);
-        rtmMain::TEST_restart(real);
-        clsRtm rtm;
-        const auto db = makeOffice(rtm, folder);
-        if (!db) return 1;
-        for (int32 n = 0; n < kFixed; ++n)
-            if (addAddress(*db, fixedRow(n)) < 1) return 1;
-        for (int32 n = 0; n < records; ++n)
-            if (addAddress(*db, {u"viel" + toText(10000 + (n * 7919) % 9973), u"Ort", u"", u""}) < 1)
-                return 1;
-        db->Schliesse();
-        return 0;
-    });
-    if (maker.wait() == 0) return true;
-    std::printf("  cannot make a database in %s\n", folder.c_str());
-    return false;
+    board->begin();
+    return asOne(kForm, [&] { prepare(kForm, officeIn(folder)); }) && board->faults == 0;
 }
 
-Process start(Board& board, const std::string& folder, int32 user, bool readOnly,
-              bool endsAtRefusal = false) {
-    return std::make_unique<ChildProcess>([&, user, readOnly, endsAtRefusal](ChildProcess::Line& line) {
-        ShareUser own(board, folder, user, readOnly);
-        line.say(own ? 'O' : 'X');
-        if (!own) return 1;
-        own.work(endsAtRefusal);
-        return 0;
-    });
-}
+// Users who begin together, each in the folder of his mount.
+class Day {
+ public:
+    void begins(const std::string& folder, User::Kind kind = User::worker) {
+        const auto user = static_cast<int32>(users_.size());
+        users_.push_back(apart(kForm.windows, [&] {
+            User(kForm, officeIn(folder), user, static_cast<uint32>(user) + 1, kind).work();
+        }));
+    }
+    void kill(std::size_t user) {
+        ::kill(users_[user], SIGKILL);
+        ::waitpid(std::exchange(users_[user], 0), nullptr, 0);
+        board->bury(static_cast<int32>(user));
+    }
+    // Whether each has worked, and all who live came to their end.
+    bool ends() {
+        board->stop = true;
+        bool well = true;
+        for (std::size_t user = 0; user < users_.size(); ++user) {
+            int status = 0;
+            if (users_[user] != 0) ::waitpid(users_[user], &status, 0);
+            if (status == 0 && board->works[user] > 0) continue;
+            std::printf("  user %zu did %lld works and ended with %d\n", user,
+                        static_cast<long long>(board->works[user]), status);
+            well = false;
+        }
+        return well;
+    }
 
-// Until the process is at work; false where it could not open the database.
-bool works(const Process& process) { return process->line().hear() == 'O'; }
+ private:
+    std::vector<pid_t> users_;
+};
 
-// What is left when all have ended.
-bool holds(Board& board, const std::string& folder) {
-    ChildProcess last([&](ChildProcess::Line&) {
-        ShareUser user(board, folder, 0, false);
-        return user && user.holdsAll() ? 0 : 1;
-    });
-    return last.wait() == 0;
-}
-
-int verdict(const Board& board, const char* what, bool whole, const std::string& more) {
-    if (board.said > 0) std::printf("  the last message: %s\n", board.message);
-    std::printf(
-        "%s: %lld adds, %lld changes, %lld marks, %lld memos with rows, %lld searches, %lld by who only "
-        "reads; %lld refused, "
-        "%lld wrong, %s%s\n",
-        what, static_cast<long long>(board.adds), static_cast<long long>(board.changes),
-        static_cast<long long>(board.marks), static_cast<long long>(board.noted),
-        static_cast<long long>(board.searches), static_cast<long long>(board.looks),
-        static_cast<long long>(board.refused), static_cast<long long>(board.wrong),
-        whole ? "nothing lost, no lock left, sound" : "NOT WHOLE", more.c_str());
-    return whole && board.wrong == 0 ? 0 : 1;
-}
-
-// Between two halves of a day, on another mount than the database was made on.
-bool packs(Board& board, const std::string& folder) {
-    ChildProcess packer([&](ChildProcess::Line&) {
-        ShareUser user(board, folder, 1, false);
-        return user && user.holdsAll() && user.settleAndPack() ? 0 : 1;
-    });
-    return packer.wait() == 0;
+int verdict(const char* what, bool worked, const char* more) {
+    std::printf("%s: %lld works, %lld refused, %lld reorganised, %d faults%s\n", what,
+                static_cast<long long>(board->worked()), static_cast<long long>(board->refusals),
+                static_cast<long long>(board->reorganised), board->faults.load(), more);
+    return worked && board->faults == 0 ? 0 : 1;
 }
 
 // Three users, one of whom is killed in the middle of it, and one who reads. Whether the others went on and
 // ended well.
-bool halfDay(Board& board, std::chrono::milliseconds time, const std::vector<std::string>& folders) {
-    board.stop = false;
-    std::vector<Process> users;
-    for (int32 user = 0; user < kUsers; ++user)
-        users.push_back(start(board, folders[static_cast<std::size_t>(user)], user, false));
-    users.push_back(start(board, folders.back(), 0, true));
-    bool opened = true;
-    for (const auto& user : users) opened = works(user) && opened;
+bool halfDay(std::chrono::milliseconds time, const std::vector<std::string>& folders) {
+    Day day;
+    board->stop = false;
+    for (const auto& folder : folders) day.begins(folder);
+    day.begins(folders.back(), User::reader);
     rest(time / 2);
-    users[1]->kill();
-    const auto then = board.adds.load();
+    day.kill(1);
+    const int64 then = board->worked();
     rest(time / 2);
-    const bool wentOn = board.adds > then;
-    board.stop = true;
-    bool ended = true;
-    for (std::size_t i = 0; i < users.size(); ++i)
-        if (i != 1) ended = users[i]->wait() == 0 && ended;
-    if (!opened || !wentOn || !ended) std::printf("  somebody did not work to the end\n");
-    return opened && wentOn && ended;
+    const bool wentOn = board->worked() > then + kWorkAfterwards;
+    if (!wentOn) std::printf("  the others did not go on\n");
+    return day.ends() && wentOn;
 }
 
 int office(const std::string& seconds, const std::vector<std::string>& folders) {
-    Board& board = Board::make();
-    if (!makeDatabase(folders[0])) return 1;
+    if (!makeOffice(folders[0])) return 1;
     const auto time = std::chrono::milliseconds(std::stoi(seconds) * 500);
-    const bool worked = halfDay(board, time, folders);
-    const bool packed = worked && packs(board, folders[1]);
-    if (worked && !packed) std::printf("  could not be packed\n");
-    const bool whole = packed && halfDay(board, time, folders) && holds(board, folders[0]);
-    return verdict(board, "office", whole, ", packed once, two killed");
+    // What is left is packed between the halves, on another mount than the database was made on.
+    const bool worked = halfDay(time, folders) && verify(kForm, officeIn(folders[1])) &&
+                        halfDay(time, folders) && verify(kForm, officeIn(folders[0]));
+    return verdict("office", worked, ", packed twice, two killed");
 }
 
 // The process that serves a mount, 0 where there is none.
@@ -154,32 +117,24 @@ pid_t clientOf(const std::string& mount) {
 }
 
 int cut(const std::vector<std::string>& folders, const std::string& mount, const std::string& command) {
-    Board& board = Board::make();
-    if (!makeDatabase(folders[0])) return 1;
-    if (std::system((command + " " + mount).c_str()) != 0) return 1;
+    if (!makeOffice(folders[0]) || std::system((command + " " + mount).c_str()) != 0) return 1;
+    Day day;
+    for (const auto& folder : folders) day.begins(folder);
     const std::string below = std::filesystem::path(folders[0]).filename();
-    std::vector<Process> users;
-    for (int32 user = 0; user < 2; ++user)
-        users.push_back(start(board, folders[static_cast<std::size_t>(user)], user, false));
-    users.push_back(start(board, mount + "/" + below, 2, false, true));
-    bool opened = true;
-    for (const auto& user : users) opened = works(user) && opened;
+    day.begins(mount + "/" + below, User::leavesAtRefusal);
     rest(3s);
     const pid_t client = clientOf(mount);
     if (client == 0 || std::system(("umount -l " + mount).c_str()) != 0) return 1;
     rest(3s);
-    const auto before = board.operations();
     ::kill(client, SIGKILL);
-    const auto then = board.adds.load();
+    const int64 then = board->worked();
     const auto start = Clock::now();
-    while (board.adds <= then + kWorkAfterwards && Clock::now() - start < kLongestWait) rest(100ms);
-    const bool wentOn = board.adds > then + kWorkAfterwards;
+    const auto wentOn = [&] { return board->worked() > then + kWorkAfterwards; };
+    while (!wentOn() && Clock::now() - start < kLongestWait) rest(100ms);
+    const bool others = wentOn();
     rest(1s);
-    board.stop = true;
-    bool ended = true;
-    for (const auto& user : users) ended = user->wait() == 0 && ended;
-    const bool whole = opened && wentOn && ended && before > 0 && holds(board, folders[0]);
-    return verdict(board, "cut", whole, wentOn ? ", one mount cut off" : ", the others did NOT go on");
+    const bool worked = day.ends() && others && verify(kForm, officeIn(folders[0]));
+    return verdict("cut", worked, others ? ", one mount cut off" : ", the others did NOT go on");
 }
 
 struct Pace {
@@ -201,51 +156,62 @@ Pace paceOf(Work work) {
     return {static_cast<double>(times.size()) / all, times[times.size() / 2], times[times.size() * 99 / 100]};
 }
 
+// Work on a database of addresses, in a process of its own, on files with nothing between.
+template <class Work>
+pid_t onAddresses(const std::string& folder, bool readOnly, Work work) {
+    return apart(true, [&] {
+        clsRtm rtm;
+        const auto db = rtm.OpenTSDB(fromUtf8(folder + "/Adressen"), readOnly);
+        if (!db) return fault("opening", 0);
+        db->SetIndex(1);
+        work(*db);
+    });
+}
+Address addressOf(int32 n) { return {u"n" + toText(100000 + n), u"Bonn", u"1.00", u"01022003"}; }
+bool addOne(clsTSDB& db, int32 n) {
+    const int32 record = addAddress(db, addressOf(n));
+    if (record < 1) fault("adding", n, db.Error());
+    db.Entsperren(record);
+    return record >= 1;
+}
+
 int cost(const std::vector<std::string>& folders) {
-    Board& board = Board::make();
-    if (!makeDatabase(folders[0], 100)) return 1;
+    board->begin();
+    std::filesystem::create_directories(folders[0]);
     const auto report = [](const char* what, const Pace& pace) {
         std::printf("  %-28s %9.1f a second, median %8.3f ms, 99%% below %8.3f ms\n", what, pace.a,
                     pace.median, pace.slowest);
     };
-    const auto search = [&](ShareUser& user) {
-        const Address row = fixedRow(static_cast<int32>(board.looks++ % kFixed));
-        user.db().Gehezu(keyOf(row));
-        if (user.db().Error() != 0 || user.db().Fields(fNAME) != row.name) ++board.wrong;
-        return true;
+    const auto searches = [](clsTSDB& db) {
+        return paceOf([&, n = 0]() mutable {
+            const Address row = addressOf(++n % kFixed);
+            db.Gehezu(row.name + u" " + row.ort);
+            if (db.Error() != 0 || db.Fields(fNAME) != row.name) fault("missed", n);
+            return true;
+        });
     };
-    {
-        ChildProcess alone([&](ChildProcess::Line&) {
-            ShareUser user(board, folders[0], 0, false);
-            if (!user) return 1;
-            report("adds", paceOf([&] { return !user.full() && user.add(); }));
-            report("searches", paceOf([&] { return search(user); }));
-            return 0;
-        });
-        if (alone.wait() != 0) return 1;
-    }
-    const auto writer = std::make_unique<ChildProcess>([&](ChildProcess::Line& line) {
-        ShareUser user(board, folders.back(), 1, false);
-        line.say('O');
-        while (user && !board.stop && !user.full() && user.add()) {
-        }
-        return 0;
+    asOne(kForm, [&] {
+        clsRtm rtm;
+        const auto db = makeAddresses(rtm, fromUtf8(folders[0] + "/Adressen"), kBig);
+        for (int32 n = 0; n < kFixed + 100; ++n) addOne(*db, n);
     });
-    if (!works(writer)) return 1;
-    {
-        ChildProcess reader([&](ChildProcess::Line&) {
-            ShareUser user(board, folders[0], 0, true);
-            if (!user) return 1;
-            report("searches beside a writer", paceOf([&] { return search(user); }));
-            return 0;
-        });
-        if (reader.wait() != 0) return 1;
-    }
-    board.stop = true;
-    writer->wait();
-    std::printf("cost: %lld wrong, %lld refused\n", static_cast<long long>(board.wrong),
-                static_cast<long long>(board.refused));
-    return board.wrong == 0 && board.refused == 0 ? 0 : 1;
+    ::waitpid(onAddresses(folders[0], false,
+                          [&](clsTSDB& db) {
+                              report("adds", paceOf([&, n = 1000]() mutable { return addOne(db, ++n); }));
+                              report("searches", searches(db));
+                          }),
+              nullptr, 0);
+    const pid_t writer = onAddresses(folders.back(), false, [&](clsTSDB& db) {
+        for (int32 n = 500000; !board->stop && addOne(db, n); ++n) ++board->works[0];
+    });
+    while (board->works[0] == 0 && board->faults == 0) rest(10ms);
+    ::waitpid(
+        onAddresses(folders[0], true, [&](clsTSDB& db) { report("searches beside a writer", searches(db)); }),
+        nullptr, 0);
+    board->stop = true;
+    ::waitpid(writer, nullptr, 0);
+    std::printf("cost: %d faults\n", board->faults.load());
+    return board->faults == 0 ? 0 : 1;
 }
 
 int run(const std::vector<std::string>& words) {

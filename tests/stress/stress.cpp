@@ -1,424 +1,33 @@
-// Users at work on one database who are killed and stopped at random, real processes on real files, and a
-// board beside it on which stands what each of them was told:
+// Users of one database who are killed and stopped at random:
 //
 //     stress [seconds] [seed]
 //
 // Each user dies at a change of a file that was drawn for him. Both forms of an index, with windows on the
-// files and without, long records among them. Each user changes keys and memos under record locks, fields of
-// his own in everybody's records and rows of his own in their chains, adds records and searches for what is
-// always there; now and then all close and one of them reorganises. Whatever was told to be stored has to be
-// there, from the first to the last. Ends with 1 where it is not.
-#include <sys/mman.h>
-#include <sys/prctl.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <atomic>
-#include <chrono>
-#include <csignal>
-#include <cstdio>
-#include <cstdlib>
-#include <fstream>
-#include <random>
-
-#include "tests/support/GuardedFiles.hpp"
+// files and without, long records among them. Ends with 1 where something was lost.
+#include "tests/stress/Users.hpp"
 #include "tests/support/TempFolder.hpp"
-#include "tsRtm/frame/runtime/Lifetime.hpp"
-#include "tsRtm/frame/state/State.hpp"
-#include "tsRtm/platform/posix/PosixPlatform.hpp"
-#include "tsRtm/tsRtm.hpp"
 
 namespace tsRtm::test {
 namespace {
 
-using Clock = std::chrono::steady_clock;
-using namespace std::chrono_literals;
-
-constexpr int32 kUsers = 8;
-constexpr int32 kRecords = 300;  // at first
-constexpr int32 kFixed = 40;     // whose keys nobody changes
-constexpr int32 kMost = 2000;
-constexpr int32 kMostRows = 5;                                          // of one user in one chain
-enum Field : int32 { fKEY = 1, fVERSION, fTEXT, fMEMO, fCHAIN, fOWN };  // fOWN + user
-
 struct Round {
     const char* name;
-    int32 max;
-    bool windows;
-    int32 text;
-    eDBTyp typ;
+    Form form;
 };
-constexpr Round kRounds[] = {{"flat", 30000, true, 60, DBAnsi},
-                             {"tree", 100000, true, 60, DBAnsi},
-                             {"tree, long", 100000, true, 5000, DBAnsi},
-                             {"flat without windows", 30000, false, 60, DBUnicode},
-                             {"tree without windows", 100000, false, 60, DBAnsi},
-                             {"tree, long, without windows", 100000, false, 3000, DBUnicode}};
-
-// What was told to be stored, and what was tried since without an answer: either may be there.
-struct Told {
-    std::atomic<int32> stored = 0, tried = 0;
-    bool admits(int32 value) const { return value == stored || value == tried; }
-    void settle(int32 value) { stored = tried = value; }
-};
-
-struct Board {
-    std::atomic<bool> stop;
-    std::atomic<int32> faults, version, records;
-    std::atomic<int64> works, refusals, reorganised, longest;  // microseconds
-    std::atomic<bool> dying[kUsers], open[kUsers];
-    std::atomic<int32> alone;  // user + 1, for whom the others close
-    struct Record {
-        Told version;
-        Told own[kUsers], rows[kUsers];
-        std::atomic<int32> holder = 0;  // user + 1
-
-        void take(const Record& other) {
-            version.settle(other.version.stored);
-            for (int32 user = 0; user < kUsers; ++user) {
-                own[user].settle(other.own[user].stored);
-                rows[user].settle(other.rows[user].stored);
-            }
-        }
-        void clear() {
-            take(Record());
-            holder = 0;
-        }
-    };
-    Record at[kMost + 1];
-};
-Board* board = nullptr;
-
-void fault(const char* what, int32 record, int32 have = 0, int32 told = 0) {
-    if (++board->faults <= 20) std::printf("FAULT %s: record %d has %d, told %d\n", what, record, have, told);
-    std::fflush(stdout);
-}
-
-// Real files, of which one change is the last that the process begins; with windows or without.
-class Mortal final : public GuardedFiles, public Gate {
-    class Windowless final : public GuardedFile {
-     public:
-        using GuardedFile::GuardedFile;
-        platform::FileWindow* window() override { return nullptr; }
-    };
-
- public:
-    // Dies at the n-th change, 0 never.
-    Mortal(platform::FileSystem& inner, bool windows, std::atomic<bool>* dying, int32 changes)
-        : GuardedFiles(inner), windows_(windows), dying_(dying), left_(changes) {}
-
- private:
-    Gate& gate() override { return *this; }
-    platform::SystemError pass(Gate::Step step, const Half&) override {
-        if (step != Gate::Step::change || left_ == 0 || --left_ > 0) return platform::SystemError::none;
-        *dying_ = true;
-        ::kill(::getpid(), SIGKILL);
-        return platform::SystemError::deviceError;
-    }
-    std::unique_ptr<platform::File> guarded(std::unique_ptr<platform::File> file) override {
-        if (windows_) return GuardedFiles::guarded(std::move(file));
-        return std::make_unique<Windowless>(std::move(file), *this);
-    }
-
-    bool windows_;
-    std::atomic<bool>* dying_;
-    int32 left_;
-};
-
-int32 number(TextView text) { return roundToInt32(Val(text)); }
-Text fixedKey(int32 record) { return u"Fest" + toText(1000 + record); }
-// Key and text of a version; a record that shows another pair is torn.
-Text keyOf(int32 record, int32 version) {
-    return record <= kFixed ? fixedKey(record) : u"Käse" + toText(version * 7919 % 997);
-}
-Text textOf(int32 version, int32 length) {
-    return Text(static_cast<std::size_t>(length), static_cast<char16_t>(u'a' + version % 26));
-}
-
-Text memoOf(int32 version) { return textOf(version, 1 + version * 131 % 700); }
-
-class User {
- public:
-    User(const Round& round, const Text& folder, int32 me, uint32 seed)
-        : round_(round), folder_(folder), me_(me), random_(seed) {}
-
-    void work() {
-        while (!board->stop) {
-            if (board->alone != 0 && board->alone != me_ + 1) {
-                close();
-                ::usleep(1000);
-                continue;
-            }
-            board->open[me_] = true;
-            if (!db_ && !(db_ = rtm_.OpenTSDB(folder_))) {
-                ++board->refusals;
-                continue;
-            }
-            const auto start = Clock::now();
-            try {
-                step(1 + below(board->records));
-            } catch (const Failure& failure) {
-                std::printf("raised %d: %s\n", failure.Number(), toUtf8(failure.Description()).c_str());
-                fault("failure", 0, failure.Number());
-            }
-            const auto took = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - start);
-            if (took.count() > board->longest) board->longest = took.count();
-            ++board->works;
-            if (below(50) == 0) close();
-        }
-    }
-    // The first records, by one who is alone.
-    void begin() {
-        db_ = rtm_.OpenTSDB(folder_);
-        while (board->records < kRecords && board->faults == 0) add(board->records + 1);
-    }
-    // By somebody who comes when nobody is at work.
-    void verify() {
-        if (!(db_ = rtm_.OpenTSDB(folder_))) return fault("opening", 0);
-        if (!db_->Check(false, {})) {
-            fault("check", 0);
-            for (const auto& line : db_->Befunde()) std::printf("  %s\n", toUtf8(line).c_str());
-        }
-        const int32 count = std::min(db_->AnzahlDSaetze(), kMost);
-        if (count < board->records) fault("count", board->records, count);
-        for (int32 record = 1; record <= count; ++record) {
-            board->at[record].holder = 0;
-            if (!look(record)) continue;
-            for (int32 user = 0; user < kUsers; ++user) own(user, record);
-            for (int32 user = 0; user < kUsers; ++user) rows(user, record);
-        }
-        for (int32 record = 1; record <= kFixed; ++record) search(record);
-        board->records = pack(count);
-    }
-
- private:
-    void close() {
-        db_.reset();
-        board->open[me_] = false;
-    }
-    int32 below(int32 limit) { return static_cast<int32>(random_() % static_cast<uint32>(limit)); }
-    bool refused(int32 error) {
-        if (error != 0) ++board->refusals;
-        return error != 0;
-    }
-
-    // Takes out what deaths in adding left, from the board, too; how many records there are then.
-    int32 pack(int32 count) {
-        int32 left = 0;
-        for (int32 record = 1; record <= count; ++record) {
-            db_->AktSatzNr(record);
-            if (!db_->IsDeleted() && ++left != record) board->at[left].take(board->at[record]);
-        }
-        if (!db_->Pack()) fault("packing", 0, db_->Error());
-        if (db_->AnzahlDSaetze() != left) fault("packed", left, db_->AnzahlDSaetze());
-        for (int32 record = left + 1; record <= count; ++record) board->at[record].clear();
-        return left;
-    }
-    void step(int32 record) {
-        switch (below(11)) {
-            case 0:
-            case 1:
-                return change(record);
-            case 2:
-                if (below(4) == 0 && board->records < kMost - kUsers) add(kFixed + 1);
-                return;
-            case 3:
-                return note(record, false);
-            case 4:
-                return note(record, true);
-            case 5:
-                static_cast<void>(look(record));
-                return;
-            case 6:
-                return walk();
-            case 7:
-                return rowOf(record);
-            case 8:
-                if (below(200) == 0) reorganise();
-                return;
-            default:
-                return search(1 + below(kFixed));
-        }
-    }
-    void fill(clsTSRecord& record, int32 version, int32 number) {
-        record.Fields(fKEY, keyOf(number, version));
-        record.Fields(fVERSION, toText(version));
-        record.Fields(fTEXT, textOf(version, round_.text));
-        record.Fields(fMEMO, memoOf(version));
-    }
-    // Reads a record; false where it was never filled. Under its lock, and where nobody works, its version is
-    // what was told.
-    bool look(int32 record) {
-        db_->AktSatzNr(record);
-        if (refused(db_->Error())) return false;
-        const int32 version = number(db_->Fields(fVERSION));
-        if (version == 0) {
-            if (!db_->IsDeleted() && board->at[record].version.stored != 0) fault("lost record", record);
-            return false;
-        }
-        if (db_->Fields(fKEY) != keyOf(record, version) || db_->Fields(fTEXT) != textOf(version, round_.text))
-            fault("torn record", record, version);
-        auto& told = board->at[record].version;
-        const bool mine = board->at[record].holder == me_ + 1 || me_ == kUsers;
-        if (!mine) return true;
-        if (!db_->Exist(keyOf(record, version), 1) && !refused(db_->Error()))
-            fault("missed under its lock", record, version);
-        if (told.stored != 0 && !told.admits(version)) fault("lost version", record, version, told.stored);
-        told.settle(version);
-        const auto object = db_->Record(record);
-        const Text memo = object ? object->Fields(fMEMO) : Text();
-        if (memo != memoOf(version) && !(object && refused(object->Error())))
-            fault("lost memo", record, static_cast<int32>(memo.size()), version);
-        return true;
-    }
-    void own(int32 user, int32 record) {
-        auto& told = board->at[record].own[user];
-        const int32 have = number(db_->GetField(record, fOWN + user));
-        if (refused(db_->Error())) return;
-        if (!told.admits(have)) fault("lost field", record, have, told.stored);
-        told.settle(have);
-    }
-    void change(int32 record) {
-        if (!db_->Sperren(record, -1)) return static_cast<void>(refused(db_->Error()));
-        auto& at = board->at[record];
-        const int32 before = at.holder.exchange(me_ + 1);
-        if (before != 0 && !board->dying[before - 1]) fault("lock of two", record, me_, before - 1);
-        const auto object = look(record) ? db_->Record(record) : nullptr;
-        if (object) {
-            const int32 version = ++board->version;
-            at.version.tried = version;
-            fill(*object, version, record);
-            if (object->Update())
-                at.version.stored = version;
-            else
-                refused(object->Error());
-        }
-        at.holder = 0;
-        db_->Entsperren(record);
-    }
-    void add(int32 expected) {
-        const auto object = db_->Add();
-        if (!object) return static_cast<void>(refused(db_->Error()));
-        const int32 version = ++board->version;
-        fill(*object, version, expected);
-        if (!object->Update()) return static_cast<void>(refused(object->Error()));
-        const int32 record = object->Satznummer();
-        if (record > kMost) return;
-        if (board->at[record].version.stored != 0) fault("number given twice", record);
-        board->at[record].version.settle(version);
-        for (int32 last = board->records;
-             record > last && !board->records.compare_exchange_weak(last, record);) {
-        }
-    }
-    // A field that only this user changes, in a record that anybody may be changing.
-    void note(int32 record, bool directly) {
-        auto& told = board->at[record].own[me_];
-        own(me_, record);
-        const int32 value = 1 + (++board->version) % 99999;
-        told.tried = value;
-        int32 error = 0;
-        if (directly) {
-            db_->PutField(record, fOWN + me_, toText(value));
-            error = db_->Error();
-        } else {
-            const auto object = db_->Record(record);
-            if (!object) return static_cast<void>(refused(db_->Error()));
-            object->Fields(fOWN + me_, toText(value));
-            if (!object->Update()) error = object->Error();
-        }
-        if (!refused(error)) told.stored = value;
-    }
-    // The rows of a user in a chain are numbered from 1; gives how many there are, less than none where it
-    // can't be read.
-    int32 rows(int32 user, int32 record) {
-        const auto object = db_->Record(record);
-        const auto set = object ? object->Kette(fCHAIN) : nullptr;
-        if (!set) return refused(db_->Error()), -1;
-        const auto cells = set->Inhalt();
-        if (refused(db_->Error())) return -1;
-        int32 have = 0;
-        for (const auto& row : cells)
-            if (number(row[0]) == user + 1 && number(row[1]) != ++have)
-                fault("row of a chain", record, number(row[1]), have);
-        auto& told = board->at[record].rows[user];
-        if (!told.admits(have)) fault("lost row", record, have, told.stored);
-        told.settle(have);
-        return have;
-    }
-    void rowOf(int32 record) {
-        const int32 have = rows(me_, record);
-        if (have < 0) return;
-        auto& told = board->at[record].rows[me_];
-        const auto set = db_->Record(record)->Kette(fCHAIN);
-        bool stored = false;
-        if (have < kMostRows) {
-            told.tried = have + 1;
-            const auto row = set->Add(false);
-            row->Fields(1, toText(me_ + 1));
-            row->Fields(2, toText(have + 1));
-            stored = row->Update();
-        } else {
-            told.tried = have - 1;
-            const auto cells = set->Inhalt();
-            for (int32 i = 1; i <= static_cast<int32>(cells.size()); ++i) {
-                const auto& row = cells[static_cast<std::size_t>(i - 1)];
-                if (number(row[0]) != me_ + 1 || number(row[1]) != have) continue;
-                stored = set->Remove(i) && set->Update();
-                break;
-            }
-        }
-        if (stored) return told.settle(told.tried);
-        refused(db_->Error());
-    }
-    void reorganise() {
-        int32 nobody = 0;
-        if (!board->alone.compare_exchange_strong(nobody, me_ + 1)) return;
-        const auto othersWork = [this] {
-            for (int32 user = 0; user < kUsers; ++user)
-                if (user != me_ && board->open[user]) return true;
-            return false;
-        };
-        for (int32 i = 0; i < 1000 && othersWork(); ++i) ::usleep(1000);
-        if (below(2) == 0 ? db_->PackMemoKette() : db_->Sort())
-            ++board->reorganised;
-        else
-            refused(db_->Error());
-        board->alone = 0;
-    }
-    void search(int32 record) {
-        if (!db_->Exist(fixedKey(record), 1) && !refused(db_->Error())) fault("missed", record);
-        db_->SetIndex(1);
-        db_->Gehezu(fixedKey(record));
-        if (refused(db_->Error())) return;
-        if (db_->AktSatzNr() != record || db_->Fields(fKEY) != fixedKey(record))
-            fault("found another", record, db_->AktSatzNr());
-    }
-    void walk() {
-        db_->SetIndex(1);
-        db_->Gehezu(u"#" + toText(1 + below(board->records)));
-        for (int32 i = 0; i < 20 && db_->Error() == 0; ++i) db_->MoveNext();
-        static_cast<void>(db_->Error());
-    }
-
-    const Round& round_;
-    Text folder_;
-    int32 me_;
-    std::mt19937 random_;
-    clsRtm rtm_;
-    std::shared_ptr<clsTSDB> db_;
-};
+constexpr Round kRounds[] = {{"flat", {30000, 60, DBAnsi}},
+                             {"tree", {100000, 60, DBAnsi}},
+                             {"tree, long", {100000, 5000, DBAnsi}},
+                             {"flat without windows", {30000, 60, DBUnicode, false}},
+                             {"tree without windows", {100000, 60, DBAnsi, false}},
+                             {"tree, long, without windows", {100000, 3000, DBUnicode, false}}};
 
 class Office {
  public:
     Office(const Round& round, uint32 seed) : round_(round), random_(seed) {}
 
     void run(std::chrono::milliseconds duration) {
-        board->stop = false;
-        board->records = 0;
-        board->alone = 0;
-        board->works = board->refusals = board->reorganised = board->longest = 0;
-        for (auto& record : board->at) record.clear();
-        asOne([this] { prepare(); });
+        board->begin();
+        asOne(form_, [this] { prepare(form_, folder_); });
         for (int32 user = 0; user < kUsers; ++user) start(user);
         int32 deaths = 0, all = 0;
         for (const auto end = Clock::now() + duration; Clock::now() < end;) {
@@ -433,83 +42,35 @@ class Office {
                 ::kill(users_[user], SIGKILL);
                 bury(user, 0);
             }
-            asOne([this] { User(round_, folder_, kUsers, 1).verify(); });
+            verify(form_, folder_);
             for (int32 user = 0; user < kUsers; ++user) start(user);
         }
         board->stop = true;
         for (const pid_t pid : users_) ::waitpid(pid, nullptr, 0);
-        asOne([this] { User(round_, folder_, kUsers, 1).verify(); });
+        verify(form_, folder_);
         std::printf(
             "%-28s %8lld works, %5lld refused, %3lld reorganised, %4d died, %2d times all, longest %.0f ms, "
-            "%d "
-            "records\n",
-            round_.name, static_cast<long long>(board->works), static_cast<long long>(board->refusals),
+            "%d records\n",
+            round_.name, static_cast<long long>(board->worked()), static_cast<long long>(board->refusals),
             static_cast<long long>(board->reorganised), deaths, all,
             static_cast<float64>(board->longest) / 1000, board->records.load());
         std::fflush(stdout);
     }
 
  private:
-    void prepare() {
-        clsRtm rtm;
-        TSIOArray fields;
-        const auto field = [&](const Text& name, int32 length, eTyp typ = tsAlphanumerisch) {
-            fields.push_back(std::make_shared<TSIO>());
-            fields.back()->Typ(typ);
-            fields.back()->Laenge(length);
-            fields.back()->Titel(name + u"@@7" + name);
-        };
-        field(u"KEY", 10);
-        field(u"VERSION", 9);
-        field(u"TEXT", round_.text);
-        field(u"MEMO", 60, tsMemo);
-        field(u"CHAIN", 8, tsKette);
-        for (int32 user = 0; user < kUsers; ++user) field(u"OWN" + toText(user), 6);
-        if (!rtm.DBCreateExt(round_.typ, folder_, {}, fields, round_.max, u"  1  0  0  2  0  0"))
-            return fault("creation", 0);
-        std::ofstream(toUtf8(folder_ + u".DBD/KetteCtl.005"), std::ios::binary)
-            << "TS1,2\r\n0,1,1,4,1,\"User@@7USER\"\r\n0,2,1,6,1,\"Zahl@@7ZAHL\"\r\n11,100,0\r\n0\r\n";
-        User(round_, folder_, kUsers, 1).begin();
-    }
-    // In a process of its own: the library of this one holds no files.
-    template <class Work>
-    pid_t apart(Work work, std::atomic<bool>* dying = nullptr, int32 changes = 0) {
-        const pid_t pid = ::fork();
-        if (pid != 0) return pid;
-        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-        const auto& ground = platform::posixPlatform();
-        Mortal files(ground.files, round_.windows, dying, changes);
-        platform::Platform own{
-            files,          ground.clock, ground.locale, ground.settings, ground.settingsCare,
-            ground.system,  ground.user,  ground.screen, ground.ui,       ground.dialogs,
-            ground.choices, ground.texts, ground.random, ground.zones};
-        rtmMain::TEST_restart(own);
-        rtmMain::state().netWait = 2;
-        work();
-        std::fflush(stdout);
-        ::_exit(0);
-    }
-    template <class Work>
-    void asOne(Work work) {
-        int status = 0;
-        ::waitpid(apart(work), &status, 0);
-        if (status != 0) fault("end of a process", status);
-    }
     void start(int32 user) {
         board->dying[user] = false;
         const auto seed = static_cast<uint32>(random_());
-        users_[user] = apart([&] { User(round_, folder_, user, seed).work(); }, &board->dying[user],
-                             1 + static_cast<int32>(random_() % 400));
+        users_[user] = apart(
+            form_.windows, [&] { User(form_, folder_, user, seed).work(); }, &board->dying[user],
+            1 + static_cast<int32>(random_() % 400));
     }
     // False where the user still lives.
     bool bury(int32 user, int options) {
         int status = 0;
         if (::waitpid(users_[user], &status, options) == 0) return false;
         if (!WIFSIGNALED(status) || WTERMSIG(status) != SIGKILL) fault("end of a user", status);
-        for (auto& record : board->at)
-            if (record.holder == user + 1) record.holder = 0;
-        if (board->alone == user + 1) board->alone = 0;
-        board->open[user] = false;
+        board->bury(user);
         return true;
     }
     bool startAgain(int32 user) {
@@ -525,6 +86,7 @@ class Office {
     }
 
     const Round& round_;
+    const Form& form_ = round_.form;
     std::mt19937 random_;
     TempFolder temp_;
     Text folder_ = temp_.name(u"stress");
@@ -538,9 +100,6 @@ int main(int argc, char** argv) {
     using namespace tsRtm::test;
     const int seconds = argc > 1 ? std::atoi(argv[1]) : 60;
     const auto seed = static_cast<unsigned>(argc > 2 ? std::atoi(argv[2]) : ::getpid());
-    board = static_cast<Board*>(
-        ::mmap(nullptr, sizeof(Board), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
-    if (board == MAP_FAILED) return 2;
     std::printf("seed %u\n", seed);
     std::fflush(stdout);
     for (const auto& round : kRounds) {
