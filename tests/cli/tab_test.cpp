@@ -1,5 +1,6 @@
 // Lists, tables and input shortcuts by the command line.
 #include "tests/cli/Tool.hpp"
+#include "tests/support/Table.hpp"
 
 namespace tsRtm::test {
 namespace {
@@ -7,44 +8,29 @@ namespace {
 using Tab = Tool;
 
 TEST_F(Tab, EachFormIsMadeChangedAndRead) {
-    for (const auto& [form, entries] :
-         {std::pair{"L.txt", R"(["neu","Müller"])"},
-          {"T.txt --types TLD", R"([["neu",8,0],["Müller",7,12.5]])"},
-          {"V.txt --rows", R"([["neu","a\rb"],["Müller"]])"},
-          {"Tabelle.iom --shortcuts", R"([["neu","^M"],["mfg","Mit freundlichen Grüßen"]])"}}) {
-        const std::string of = form;
-        const std::string file = of.substr(0, of.find(' '));
-        const bool rows = file == "V.txt", table = file == "T.txt", keys = file == "Tabelle.iom";
+    using Row = std::tuple<std::string, TextView, const char*>;
+    for (const auto& [form, commands, entries] :
+         {Row{"L.txt", u"add weg|add Müller|add neu --before 1|delete 2", R"(["neu","Müller"])"},
+          Row{"T.txt --types TLD", u"add weg 1 2,5|add Müller 7 12,50|add neu 8 --before 1|delete 2",
+              R"([["neu",8,0],["Müller",7,12.5]])"},
+          Row{"V.txt --rows", u"add weg|delete 1|add neu 'a\nb'|add Müller",
+              R"([["neu","a\rb"],["Müller"]])"},
+          Row{"Tabelle.iom --shortcuts",
+              u"add weg x|add mfg 'Mit freundlichen Grüßen'|add neu y --before 1|delete 2|"
+              u"set 1 '^M' --column 2",
+              R"([["neu","^M"],["mfg","Mit freundlichen Grüßen"]])"}})
         for (const std::string more : {"", " --encrypted", " --wipe"}) {
-            const std::string read = of + (more == " --wipe" ? "" : more);
-            ok("tab add " + of + more + (table ? " weg 1 2,5" : keys ? " weg x" : " weg"));
-            ok("tab add " + of + more +
-               (table  ? " Müller 7 12,50"
-                : keys ? " mfg 'Mit freundlichen Grüßen'"
-                       : " Müller"));
-            if (rows) {
-                ok("tab delete " + of + more + " 1");
-                ok("tab add " + of + more + " neu 'a\nb'");
-                ok("tab delete " + of + more + " 1");
-                ok("tab add " + of + more + " Müller");
-            } else {
-                EXPECT_EQ(ok("tab add " + of + more +
-                             (table  ? " neu 8"
-                              : keys ? " neu y"
-                                     : " neu") +
-                             " --before 1 --json")
-                              .json()["nr"],
-                          1);
-                ok("tab delete " + of + more + " 2");
-                if (keys) ok("tab set " + of + more + " 1 '^M' --column 2");
+            for (const auto& command : split(commands, u"|")) {
+                const auto blank = command.find(u' ');
+                ok("tab " + toUtf8(command.substr(0, blank)) + " " + form + more +
+                   toUtf8(command.substr(blank)));
             }
-            const auto listed = ok("tab list " + read + " --json").json();
-            EXPECT_EQ(listed["entries"], nlohmann::json::parse(entries)) << of << more;
-            EXPECT_EQ(listed["whole"], true);
-            EXPECT_EQ(listed["count"], 2);
-            std::filesystem::remove(path(file));
+            const auto listed = json("tab list " + form + (more == " --wipe" ? "" : more));
+            EXPECT_EQ(listed["entries"], parsed(entries)) << form << more;
+            EXPECT_TRUE(listed["whole"] == true && listed["count"] == 2) << form << more;
+            std::filesystem::remove(path(form.substr(0, form.find(' '))));
         }
-    }
+    EXPECT_EQ(json("tab add L.txt neu")["nr"], 1);
 }
 
 TEST_F(Tab, ReadingShowsOneCellOrAll) {
