@@ -8,6 +8,8 @@
 #include "tsRtm/tables/DatenTab.hpp"
 #include "tsRtm/tables/DatenVarTab.hpp"
 #include "tsRtm/tables/ShortcutsTopic.hpp"
+#include "tsRtm/types/Encodings.hpp"
+#include "tsRtm/types/Failure.hpp"
 
 namespace {
 
