@@ -299,9 +299,10 @@ void TaskWindow::closeEvent(QCloseEvent* event) {
     event->setAccepted(outcome_->answer.button != 0);
 }
 
-// Not while the listener is still busy with an earlier notice: its own dialog lets time pass, too.
+// Not while the listener is still busy with an earlier notice, or with the answer: its own dialog lets time pass,
+// too.
 void TaskWindow::timerEvent(QTimerEvent*) {
-    if (!telling_) tell(DialogNotice::timer, static_cast<int32>(age_.elapsed()));
+    if (!telling_ && outcome_->answer.button == 0) tell(DialogNotice::timer, static_cast<int32>(age_.elapsed()));
 }
 
 void TaskWindow::keyPressEvent(QKeyEvent* event) {

@@ -247,10 +247,11 @@ TEST_F(Windows, OpenFromOneAnother) {
     dialog.Prompt(u"Warten?", dlgOKCancel);
     dialog.Configuration().timer = true;
     int32 ticks = 0;
+    QWidget* outer = nullptr;
     const auto timer = dialog.Timer.connect([&](int32) {
         ++ticks;
-        auto* outer = QApplication::activeModalWidget();
-        next([&, outer](TaskWindow& inner) {
+        outer = QApplication::activeModalWidget();
+        next([&](TaskWindow& inner) {
             EXPECT_NE(&inner, outer);
             QTimerEvent tick(1);
             QApplication::sendEvent(outer, &tick);
@@ -258,6 +259,10 @@ TEST_F(Windows, OpenFromOneAnother) {
         });
         EXPECT_EQ(messages.TSMsgBox(u"Abbrechen?", dlgYesNoCancel), 2);
         dialog.ClickButton(2);
+    });
+    const auto answered = dialog.ButtonClick.connect([&](int32) {
+        QTimerEvent tick(1);
+        QApplication::sendEvent(outer, &tick);
     });
     next([](TaskWindow& window) {
         QTimerEvent tick(1);

@@ -8,11 +8,11 @@
 namespace tsRtm::test {
 
 // Waits until keys reach the window. On a screen without window manager it has to ask for that itself, and
-// again where it was not there yet.
+// again where it was not there yet; where the screen tells first that it is active, the keys come after that.
 inline bool inFront(QWidget& window) {
     return QTest::qWaitFor([&] {
         if (!window.isActiveWindow()) window.activateWindow();
-        return window.isActiveWindow();
+        return QApplication::activeWindow() == &window;
     });
 }
 
