@@ -4,6 +4,7 @@
 #include "tests/banking/BankColumns.hpp"
 #include "tests/database/DatabaseFixture.hpp"
 #include "tests/support/CrashingFiles.hpp"
+#include "tests/support/Table.hpp"
 #include "tsRtm/frame/state/Plugged.hpp"
 
 namespace tsRtm::test {
@@ -59,20 +60,9 @@ TEST_F(Banken, AreFoundByCodeAndBic) {
     clsBanken banks;
     EXPECT_TOLD("no|", banks.IsOpen(), banks.Name(u"37040044"));
     ASSERT_TRUE(import(kFirst).complete);
-    struct Row {
-        TextView key, name;
-    };
-    for (const auto& [key, name] : {Row{u"37040044", u"Commerzbank"},
-                                    {u"3704", u"Commerzbank"},
-                                    {u"COBADEFF", u"Commerzbank"},
-                                    {u"COLSDE33XXX", u"Sparkasse"},
-                                    {u"37040045", u""},
-                                    {u"99999999", u""},
-                                    {u"COBADEFFX", u""},
-                                    {u"COBADEFG", u""},
-                                    {u"", u""},
-                                    {u"COBA", u""},
-                                    {u"cobadeff", u""}})
+    for (const auto& [key, name] : table<2>(
+             u"37040044=Commerzbank 3704=Commerzbank COBADEFF=Commerzbank COLSDE33XXX=Sparkasse 37040045= "
+             u"99999999= COBADEFFX= COBADEFG= = COBA= cobadeff="))
         EXPECT_EQ(toUtf8(banks.Name(key)), toUtf8(name)) << toUtf8(key);
     EXPECT_EQ(banks.BIC(u"DE89370400440532013000"), u"COBADEFFXXX");
     EXPECT_TOLD("|50667 Köln", banks.BIC(u"DE"), banks.PLZOrt(u"37040044"));
@@ -104,16 +94,10 @@ TEST_F(Banken, AreLoadedAndEveryLineThatIsNoneIsTold) {
 }
 
 TEST_F(Banken, MakeIBANs) {
-    struct Row {
-        TextView code, account, iban;
-    };
-    for (const auto& [code, account, iban] : {Row{u"37040044", u"532013000", u"DE89370400440532013000"},
-                                              {u"37040044", u"5320130", u"DE34370400440532013000"},
-                                              {u"37050198", u"12-34", u"DE00370501980000001234"},
-                                              {u"37050198", u"-", u"DE00370501980000000000"},
-                                              {u"37040044", u"123456789012", u"DE00370400443456789012"},
-                                              {u"3704004", u"1", u""},
-                                              {u"37040044", u"", u""}}) {
+    for (const auto& [code, account, iban] :
+         table<3>(u"37040044=532013000=DE89370400440532013000 37040044=5320130=DE34370400440532013000 "
+                  u"37050198=12-34=DE00370501980000001234 37050198=-=DE00370501980000000000 "
+                  u"37040044=123456789012=DE00370400443456789012 3704004=1= 37040044==")) {
         const Text made = clsBanken::IBAN(code, account, false);
         EXPECT_EQ(toUtf8(made.substr(std::min<std::size_t>(4, made.size()))),
                   toUtf8(iban.substr(std::min<std::size_t>(4, iban.size()))));

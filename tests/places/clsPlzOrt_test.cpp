@@ -4,6 +4,7 @@
 #include "tests/database/DatabaseFixture.hpp"
 #include "tests/support/CrashingFiles.hpp"
 #include "tests/support/Raised.hpp"
+#include "tests/support/Table.hpp"
 #include "tsRtm/database/clsTSRecordSet.hpp"
 #include "tsRtm/places/PlaceImport.hpp"
 
@@ -77,20 +78,11 @@ TEST_F(PlzOrt, OfACode) {
     EXPECT_EQ(result.error, 0);
     EXPECT_EQ((std::vector{result.stored, result.places, result.codes, result.sharedCodes}),
               (std::vector{10, 8, 10, 3}));
-    struct Row {
-        TextView typed, found;
-    };
-    for (const auto& [typed, found] : {Row{u"52062", u"52062 Aachen 05334"},
-                                       {u"52003", u"52003 Aachen 05334"},
-                                       {u"1234", u"-"},
-                                       {u"52O62", u"-"},
-                                       {u"00000", u"-"},
-                                       {u"99999", u"-"},
-                                       {u"", u"-"},
-                                       {u"12345", u"-"},
-                                       {u"12345 Neust", u"12345 Neustadt 09373"},
-                                       {u"12345neudorf am Berg", u"12345 Neudorf 09374"},
-                                       {u"12345 dorf", u"-"}})
+    for (const auto& [typed, found] : table<2>(
+             u"52062=52062 Aachen 05334; 52003=52003 Aachen 05334; 1234=-; 52O62=-; 00000=-; 99999=-; =-; "
+             u"12345=-; 12345 Neust=12345 Neustadt 09373; 12345neudorf am Berg=12345 Neudorf 09374; "
+             u"12345 dorf=-",
+             u"; "))
         EXPECT_EQ(toUtf8(look(typed)), toUtf8(found)) << toUtf8(typed);
     EXPECT_EQ(look(u"12345", {}, true), u"12345 Altdorf 09375") << "the first one";
     EXPECT_EQ(look(u"Hamburg", {}, true), u"-");
