@@ -43,17 +43,6 @@ TEST_F(Crypt, HashesByTheirNumbers) {
                       " kann nicht erstellt werden! (CryptCreateHash API)");
 }
 
-TEST_F(Crypt, FilesAreReadInBlocks) {
-    for (const auto& [size, reads] : {std::pair{65536, 1}, {65537, 2}, {200000, 4}}) {
-        Bytes content(static_cast<std::size_t>(size), '\0');
-        for (std::size_t i = 0; i < content.size(); ++i) content[i] = static_cast<char>(i * 7 + i / 256);
-        files.put(u"datei", content);
-        failing.disarm();
-        EXPECT_EQ(crypt.GetHashFromFile(u"datei", CALG_SHA), crypt.GetHash(fromAnsi(content), CALG_SHA));
-        EXPECT_EQ(failing.calls(), 2 + reads) << "opened, asked for its size, read";
-    }
-}
-
 TEST_F(Crypt, AFileThatCannotBeReadHasNoHash) {
     EXPECT_EQ(crypt.GetHashFromFile(u"fehlt", CALG_MD5), u"");
     files.put(u"datei", Bytes(70000, 'x'));

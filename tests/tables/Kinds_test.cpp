@@ -97,19 +97,6 @@ TEST_F(DatenSeqTest, LinesAreInsertedAndMadeByTheirIndex) {
     EXPECT_EQ(linesIn(list), (Lines{u"null", u"", u"drei"}));
 }
 
-TEST_F(DatenSeqTest, ClearThatFailsLeavesTheList) {
-    for (const bool sensible : {false, true}) {
-        disk.put(kFile, "a\r\n");
-        DatenSeq list;
-        list.Init(kFile);
-        list.Sensible(sensible);
-        EXPECT_EQ(list.Count(), 1);
-        const auto reader = disk.open(kFile, {});
-        EXPECT_THROW(list.Clear(), Failure);
-        EXPECT_EQ(linesIn(list), Lines{u"a"});
-    }
-}
-
 TEST_F(DatenSeqTest, MigrateToAnsiTurnsADosFileOnce) {
     for (const auto& [before, after] :
          {std::pair<Bytes, Bytes>{"M\x81ller\r\n", "M\xFCller\r\n"}, {"plain\x9D\r\n", "plain\x9D\r\n"}}) {
