@@ -90,7 +90,9 @@ qreal RichLayout::topOf(const Line& line) const {
 bool RichLayout::covers(int32 from, int32 height) const {
     const auto line = lineAt(from);
     if (line == lines_.size()) return last_;
-    return (lines_[line].inTable || lines_[line].start == from) && range(from, height, 0).whole;
+    const auto& first = lines_[line];
+    // A row is shown from its beginning, wherever in it the page begins.
+    return (first.inTable ? first.start <= from : first.start == from) && range(from, height, 0).whole;
 }
 
 RichLayout::Range RichLayout::range(int32 from, int32 height, int32 wholeHeight) const {
