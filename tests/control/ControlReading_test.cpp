@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/control/ControlTest.hpp"
+#include "tsRtm/control/clsMasken.hpp"
 #include "tsRtm/types/Failure.hpp"
 
 namespace tsRtm::test {
@@ -30,6 +31,18 @@ TEST_F(ControlReading, TheExampleGivesItsStructure) {
                 control->MemoFeld(2));
     for (const int32 none : {0, 4}) EXPECT_THROW(control->Feld(none), Failure);
     EXPECT_TRUE(shown().empty());
+}
+
+TEST_F(ControlReading, OpenedAgainItKnowsTheOtherFileAlone) {
+    const auto control = openedText(kExample);
+    ASSERT_TRUE(control);
+    EXPECT_TOLD("1|0", control->FeldNummer(u"name"), control->Masken()->Count());
+    write(u"Kopf.MASKE", "TS1,0\r\n");
+    write(u"Andere.tsd", "TS1,1\r\n0,1,1,4,1,\"Ort@@7ORT\"\r\n9,7,0\r\n0\r\n");
+    ASSERT_TRUE(control->Oeffne(inDir(u"Andere.tsd")));
+    EXPECT_TOLD("1|0|0|7|-1|1|1", control->Felder(), control->Indizes(), control->AnzahlMemos(),
+                control->MaxRecords(), control->FeldNummer(u"name"), control->FeldNummer(u"ort"),
+                control->Masken()->Count());
 }
 
 // The same field in each form of head, encoding and line end.

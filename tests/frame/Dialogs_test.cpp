@@ -152,9 +152,10 @@ TEST_F(Dialogs, VersionOfTheControlsDecidesTheForm) {
                 ui.boxes[0].title, ui.boxes[0].helpContext);
 
     ui.controls = 580;
+    rtmMain::state().appHWnd = 4711;
     EXPECT_EQ(messages.TSMsgBox(prompt, dlgYesNo | dlgDontShowAgain, {}, u"hilfe.hlp", 12), 7);
-    EXPECT_TOLD("Speichern?\r\rDie Datei wurde geändert.\\@|4|hilfe.hlp", ui.boxes[1].body,
-                ui.boxes[1].buttons, ui.boxes[1].helpFile);
+    EXPECT_TOLD("Speichern?\r\rDie Datei wurde geändert.\\@|4|hilfe.hlp|12|4711", ui.boxes[1].body,
+                ui.boxes[1].buttons, ui.boxes[1].helpFile, ui.boxes[1].helpContext, ui.boxes[1].parent);
     EXPECT_EQ(messages.TSMsgBox(u"x", dlgCancelTryContinue, {}, u"hilfe.hlp", 12), 10);
     EXPECT_EQ(ui.boxes[2].helpFile, u"") << "a box of this style knows no help";
     for (const int32 version : {580, 610}) {

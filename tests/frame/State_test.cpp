@@ -59,6 +59,30 @@ TEST_F(Common, LocaleItemsEndAtTheirNul) {
     EXPECT_TOLD(",|255|Ž", common.Sep_Dec(), common.CountryName().size(), common.LastChar());
 }
 
+TEST_F(Common, EachItemOfLocaleAndScreenHasItsPlace) {
+    int32 value = 40;
+    for (const auto item : {LocaleItem::country, LocaleItem::currencyDigits, LocaleItem::dateForm,
+                            LocaleItem::calendarType, LocaleItem::firstDayOfWeek, LocaleItem::firstWeekOfYear,
+                            LocaleItem::currencyForm, LocaleItem::timeForm})
+        ground.locale.items[item] = toText(++value);
+    ground.locale.items[LocaleItem::thousandsMark] = u"'";
+    rtmMain::ReadLocaleInfos();
+    const auto& locale = state().locale;
+    EXPECT_TOLD("41|42|43|44|45|46|47|48|'", locale.country, locale.currDigits, locale.dateForm,
+                locale.calendarType, locale.firstDayOfWeek, locale.firstWeekOfYear, locale.currForm,
+                locale.timeForm, locale.sep1000);
+    auto& asked = ground.system.screen;
+    std::tie(asked.twipsPerPixelX, asked.twipsPerPixelY, asked.borderX, asked.borderY, asked.edgeX,
+             asked.edgeY) = std::tuple(10, 20, 1, 2, 3, 5);
+    std::tie(asked.virtualLeft, asked.virtualTop, asked.virtualWidth, asked.virtualHeight) =
+        std::tuple(-100, -7, 300, 400);
+    rtmMain::ReadSystemMetrics();
+    const auto& screen = state().screen;
+    EXPECT_TOLD("40|140|-1000|-140|2000|7860", screen.frameXTwips, screen.frameYTwips,
+                screen.virtualLeftTwips, screen.virtualTopTwips, screen.virtualRightTwips,
+                screen.virtualBottomTwips);
+}
+
 TEST_F(Common, WritingHasItsConditions) {
     common.Stopped(true);
     EXPECT_FALSE(common.Stopped()) << "not enabled";

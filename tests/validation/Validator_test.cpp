@@ -197,6 +197,8 @@ TEST_F(Validator, TypesBringTheirModesAndTexts) {
         {PLZundOrt, 0, u"", u"ABC 123 Ort", u"", u""},
         {Datum, 0, u"/Min:D-7 /Max:D+7", u"15062024", u"01062024",
          u"Das Datum liegt außerhalb des zugelassenen Bereichs"},
+        {Datum, 0, u"/Max:D+7", u"15062024", u"01072024",
+         u"Das Datum liegt außerhalb des zugelassenen Bereichs"},
         {BLZ, 0, u"", u"37040044", u"DEUTDEFF", u"Sie haben keine gültige Bankleitzahl eingegeben."},
         {BLZBIC, 0, u"", u"DEUTDEFF", u"DEUT", u"Sie haben keinen gültigen BIC eingegeben."},
         {IBAN, 0, u"", u"DE68210501700012345678", u"1", u"Sie haben keine gültige IBAN eingegeben."},

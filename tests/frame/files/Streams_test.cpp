@@ -94,6 +94,11 @@ TEST_F(Streams, ReaderOfAnUnreadableFileStandsAtItsEnd) {
     EXPECT_TOLD("no|yes|1", reader.Init(files, u""), reader.Init(files, write("a", "\xEF\xBB\xBFx")),
                 reader.FileLength());
     EXPECT_EQ(reader.Encoding(), UTF8);
+    EXPECT_EQ(reader.ReadLine(), u"x");
+    EXPECT_TRUE(reader.Init(files, write("b", "1;2"), u";"));
+    EXPECT_TOLD("1|1252|3|1|2", reader.FilePos(), reader.Encoding(), reader.FileLength(), reader.ReadItem(),
+                reader.ReadItem())
+        << "of the first file nothing is left";
 }
 
 TEST_F(Streams, WritersSetOrFindTheEncoding) {
