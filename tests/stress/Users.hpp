@@ -19,6 +19,7 @@
 #include <random>
 
 #include "tests/support/GuardedFiles.hpp"
+#include "tests/support/Table.hpp"
 #include "tsRtm/frame/runtime/Lifetime.hpp"
 #include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/platform/posix/PosixPlatform.hpp"
@@ -144,7 +145,6 @@ class Mortal final : public GuardedFiles, public Gate {
     int32 left_;
 };
 
-inline int32 number(TextView text) { return roundToInt32(Val(text)); }
 inline Text fixedKey(int32 record) { return u"Fest" + toText(1000 + record); }
 // Key and text of a version; a record that shows another pair is torn.
 inline Text keyOf(int32 record, int32 version) {

@@ -108,11 +108,15 @@ TEST_F(ContentTest, RefusedWritingLeavesTheFileAsItWas) {
 }
 
 // Nothing of it is read: it would not fit into memory.
-TEST_F(DiskTest, AFileBeyondFourGigabytesTakesATextToo) {
+TEST_F(DiskTest, AFileBeyondFourGigabytesTakesNumbersAndATextToo) {
     const Text name = folder.name(u"a");
     constexpr int64 kLength = 5'000'000'000;
     const int32 handle = files.OpenBinaryAPI(name, false, false);
     files.SetEndAPI(handle, kLength);
+    files.PutIntegerAPI(handle, kLength - 4, 4, -7);
+    int32 value = 0;
+    files.GetIntegerAPI(handle, kLength - 4, 4, value);
+    EXPECT_TOLD("-7|5000000000", value, files.LofAPI(handle));
     files.CloseAPI(handle);
     Date changed;
     EXPECT_EQ(files.PutContentAPI(name, u"ä", 1252, true, changed), kLength + 1);

@@ -158,16 +158,6 @@ TEST_F(Handles, ReadWriteSeekAndCut) {
     EXPECT_EQ(files.HandleFileName(h), u"");
 }
 
-TEST_F(DiskTest, HandlePositionsBeyondFourGigabytes) {
-    const int32 h = files.OpenBinaryAPI(folder.name(u"a"), false, false);
-    const int64 far = 5'000'000'000;
-    files.PutIntegerAPI(h, far, 4, -7);
-    int32 value = 0;
-    files.GetIntegerAPI(h, far, 4, value);
-    EXPECT_EQ(value, -7);
-    EXPECT_EQ(files.LofAPI(h), far + 4);
-}
-
 TEST_F(Handles, IntegersAreLittleEndianAndSmallOnesUnsigned) {
     const int32 h = files.OpenBinaryAPI(path("a"), false, false);
     files.PutIntegerAPI(h, 0, 1, -1);
