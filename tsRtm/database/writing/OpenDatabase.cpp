@@ -83,6 +83,7 @@ bool OpenDatabase::openChanges() {
 
 void OpenDatabase::refreshCount() {
     if (!store) return;
+    if (changes) guard.lookAnew();
     store.refresh();
     refreshed_ = rtmMain::system().clock.elapsed();
 }
