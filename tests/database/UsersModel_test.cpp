@@ -13,6 +13,7 @@
 #include "tests/database/FullDatabase.hpp"
 #include "tests/database/MemoryDatabase.hpp"
 #include "tests/support/ChildProcess.hpp"
+#include "tests/support/ShareClients.hpp"
 #include "tsRtm/frame/text/TextOrder.hpp"
 
 namespace tsRtm::test {
@@ -62,12 +63,15 @@ class Meeting {
 
 class Model {
  public:
-    // One of the users, who meets the others, or all of them.
-    explicit Model(Text folder, int32 me = -1, Meeting* others = nullptr)
-        : folder_(std::move(folder)), me_(me), others_(others) {}
+    // One of the users, who meets the others, or all of them: then at machines of their own, if there are
+    // such.
+    explicit Model(Text folder, ShareClients* machines = nullptr)
+        : folder_(std::move(folder)), machines_(machines) {}
+    Model(Text folder, int32 me, Meeting* others) : folder_(std::move(folder)), me_(me), others_(others) {}
 
     void openAll() {
         for (int32 i = 0; i < (others_ ? 1 : kUsers); ++i) {
+            sitDownAt(i);
             users.push_back(rtm.OpenTSDB(folder_));
             ASSERT_TRUE(users.back()) << rtmMain::state().F;
         }
@@ -89,8 +93,9 @@ class Model {
 
  private:
     Text folder_;
-    int32 me_;
-    Meeting* others_;
+    ShareClients* machines_ = nullptr;
+    int32 me_ = -1;
+    Meeting* others_ = nullptr;
     clsRtm rtm;
     std::mt19937 random{static_cast<uint32>(given("TSRTM_MODEL_SEED", 20261122))};
     std::vector<std::shared_ptr<clsTSDB>> users;
@@ -100,8 +105,12 @@ class Model {
     // Who is drawn for what comes next; nobody where that is another process.
     clsTSDB* anybody() {
         const int32 user = below(kUsers);
+        sitDownAt(user);
         if (!others_) return users[static_cast<std::size_t>(user)].get();
         return user == me_ ? users.front().get() : nullptr;
+    }
+    void sitDownAt(int32 user) {
+        if (machines_) machines_->as(user);
     }
     void meet() { ASSERT_TRUE(!others_ || testing::Test::HasFatalFailure() || others_->arrive()); }
     int32 anyNumber() { return 1 + below(static_cast<int32>(rows.size())); }
@@ -334,6 +343,23 @@ TEST_P(UsersModel, AgreesWithATable) {
     Model(folder).run();
 }
 INSTANTIATE_TEST_SUITE_P(Forms, UsersModel, kAllForms, nameOfForm);
+
+TEST(UsersModelOnAShare, AgreesWithATable) {
+    for (const int32 max : {kNormal, kBig}) {
+        MemoryFiles server;
+        server.setDriveKind(platform::DriveKind::remote);
+        ShareClients machines(server);
+        TestGround ground;
+        ground.ui.defaultAnswer = 1;
+        const StartedLibrary library(ground, machines);
+        const Text folder = u"/daten/Modell";
+        {
+            clsRtm rtm;
+            ASSERT_TRUE(makeFull(rtm, folder, {.max = max}));
+        }
+        Model(folder, &machines).run();
+    }
+}
 
 TEST(UsersModelProcesses, AgreeWithATable) {
     for (const int32 max : {kNormal, kBig}) {
