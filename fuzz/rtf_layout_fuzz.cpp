@@ -40,6 +40,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     placed.height = height;
     const int32 length = placed.text->length();
     hold(length >= 0 && static_cast<std::size_t>(length) <= 70 * rtf.size());
+    const auto begin = texts.fit(placed, height);
     QImage page(120, 90, QImage::Format_RGB32);
     for (int32 pages = 0; placed.from < length && pages < kMostPages; ++pages) {
         const auto fit = texts.fit(placed, height);
@@ -53,5 +54,8 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
         if (fit.next < 0) break;
         placed.from = fit.next;
     }
+    // Whatever was laid out since.
+    placed.from = 0;
+    hold(texts.fit(placed, height).next == begin.next);
     return 0;
 }

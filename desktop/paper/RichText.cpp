@@ -39,7 +39,7 @@ class RichLayouts {
     }
 
  private:
-    static constexpr std::size_t kMost = 8;
+    static constexpr std::size_t kMost = 100;
     static constexpr int32 kMostCharacters = 4000000;
     // Some pages of usual text: what is laid out twice is less than one of them.
     static constexpr int32 kPart = 20000;
