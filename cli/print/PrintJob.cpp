@@ -56,7 +56,8 @@ PrintJob::PrintJob(const PrintOptions& options)
     if (pdf_ || png_) return;
     druck_.Device(fromUtf8(options.target));
     if (druck_.Device() != fromUtf8(options.target))
-        throw CliError("'" + options.target + "' is no printer that answers, and no file that ends in .pdf or .png");
+        throw CliError("'" + options.target +
+                       "' is no printer that answers, and no file that ends in .pdf or .png");
 }
 
 PrintJob::~PrintJob() = default;
