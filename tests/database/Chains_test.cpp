@@ -280,6 +280,12 @@ TEST_F(Chains, DamageEndsAChainAndIsFoundAndMended) {
         {"a row that is not there", pointer(6, 99), u"abc", u"de", u"de", u"de"},
         {"row 1", pointer(6, 1), u"abc", u"de", u"de", u"de"},
         {"a row of another chain", pointer(5, 3), u"abc", u"dbc", u"d", u"dbc"},
+        {"and the number that its copy gets in a third record",
+         [&] {
+             pointer(5, 3)();
+             put(u"Data.tsd", file(u"Data.tsd").replace(2 * 17 + 9, 8, field(8, 8)));
+         },
+         u"abc", u"dbc", u"d", u"dbc"},
         {"the first row of another chain", leads(2, 4), u"abc", u"abc", u"", u"abc"},
         {"a field that leads too far", leads(77, 6), u"abc", u"", u"", u""},
         {"a last row that lags", leads(5, 5), u"abc", u"de", u"de", u"de", false},
@@ -297,6 +303,7 @@ TEST_F(Chains, DamageEndsAChainAndIsFoundAndMended) {
         disk.restore({});
         db.reset();
         ASSERT_TRUE(make());
+        ASSERT_TRUE(db->Add()->Update());
         EXPECT_EQ(writeChain(*db, 1, rowsNamed(u"abc")), 0);
         EXPECT_TOLD("0|0", writeChain(*db, 2, rowsNamed(u"de")), addRow(*db, 1, End::tail, {u"x", u"1"}));
         EXPECT_EQ(writeChain(*db, 1, rowsNamed(u"abc")), 0);  // rows 8 to 10; 2 to 4 and 7 are free
@@ -320,6 +327,7 @@ TEST_F(Chains, DamageEndsAChainAndIsFoundAndMended) {
         EXPECT_TRUE(consistent(*db));
         EXPECT_EQ(named(chainAt(*db, 1)), row_.first);
         EXPECT_EQ(named(chainAt(*db, 2)), row_.repaired);
+        EXPECT_EQ(named(chainAt(*db, 3)), u"");
         // Each owns its rows now.
         EXPECT_TOLD("0|0", addRow(*db, 1, End::tail, {u"n", u"1"}), addRow(*db, 2, End::tail, {u"m", u"1"}));
         EXPECT_EQ(named(chainAt(*db, 1)), row_.first + Text(u"n"));

@@ -39,6 +39,7 @@ class FieldCheck {
         int32 record;
         int32 before;  // 0: the field itself
         int32 to;
+        bool shared;  // another record has that row; what is mended may give rows to a number that had none
     };
 
     bool mends() const noexcept { return mending_ != ChainMending::none; }
@@ -83,7 +84,7 @@ class FieldCheck {
                          (!there                 ? Text(u", die es nicht gibt")
                           : owner(row) == record ? Text(u", die schon vorkam")
                                                  : u", die zu Satz " + toText(owner(row)) + u" gehört"));
-        breaks_.push_back({record, before, row});
+        breaks_.push_back({record, before, row, there && owner(row) != record});
         return true;
     }
 
@@ -128,9 +129,8 @@ class FieldCheck {
     }
 
     void mend(const Break& at) {
-        const bool shared = file_.holds(at.to) && owner(at.to) != at.record;
         std::vector<int32> rows;
-        if (mending_ == ChainMending::repair && shared) rows = copyFrom(at);
+        if (mending_ == ChainMending::repair && at.shared) rows = copyFrom(at);
         const int32 first = rows.empty() ? 0 : rows.front();
         if (at.before != 0) file_.writePointer(at.before, format_.nextOffset(), first);
         const ChainEnds ends = format_.ends(columnsOf(at.record));
