@@ -246,6 +246,20 @@ TEST_F(Chains, ActionGivesAndTakesRows) {
     EXPECT_EQ(handle.Cols(), 2);
 }
 
+TEST_F(Chains, ARepairThatFailsKeepsNoLock) {
+    ASSERT_TRUE(make());
+    EXPECT_TOLD("0|0", writeChain(*db, 1, rowsNamed(u"abc")), writeChain(*db, 2, rowsNamed(u"de")));
+    db->Schliesse();
+    put(u"Data.tsd", file(u"Data.tsd").replace(17 + 9, 8, field(2, 4)));
+    db = open();
+    const auto other = open();
+    disk.setFreeSpace(0);
+    EXPECT_FALSE(db->Check(true, {}));
+    EXPECT_EQ(db->Error(), 61);
+    disk.setFreeSpace({});
+    EXPECT_EQ(writeChain(*other, 1, rowsNamed(u"x")), 0);
+}
+
 // A chain ends before what is no row of it. What each damage is told as, and what is left when it is mended.
 TEST_F(Chains, DamageEndsAChainAndIsFoundAndMended) {
     struct Row {

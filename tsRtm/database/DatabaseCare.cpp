@@ -1,5 +1,7 @@
 #include "tsRtm/database/DatabaseCare.hpp"
 
+#include <list>
+
 #include "tsRtm/database/engine/DatabaseEngine.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
 
@@ -52,31 +54,14 @@ void readSteadily(const Source& from, uint64 offset, Bytes& into, Bytes& again) 
     into.resize(got);
 }
 
-// The locks of all chains that are there.
-class ChainLocks {
- public:
-    explicit ChainLocks(ChainSet& chains) : chains_(chains) {
-        try {
-            for (const int32 field : chains.fields())
-                if (auto* const chain = chains.find(field); chain && chain->format().usable())
-                    if (chain->openToRead()) chain->lock();
-        } catch (const Failure&) {
-            unlock();
-            throw;
-        }
-    }
-    ~ChainLocks() { unlock(); }
-    ChainLocks(const ChainLocks&) = delete;
-    ChainLocks& operator=(const ChainLocks&) = delete;
-
- private:
-    void unlock() noexcept {
-        for (const int32 field : chains_.fields())
-            if (auto* const chain = chains_.find(field)) chain->unlock();
-    }
-
-    ChainSet& chains_;
-};
+// All chains that are there.
+std::list<ChainLock> locked(ChainSet& chains) {
+    std::list<ChainLock> out;
+    for (const int32 field : chains.fields())
+        if (auto* const chain = chains.find(field); chain && chain->format().usable())
+            if (chain->openToRead()) out.emplace_back(*chain);
+    return out;
+}
 
 }  // namespace
 
@@ -89,7 +74,7 @@ bool DatabaseCare::copy(const Copying& to) {
     if (!hold) return engine_.fail(hold.error());
     try {
         if (!d.indexes.healLeftBehind()) return engine_.fail(DatabaseError::locked);
-        const ChainLocks locks(d.chains);
+        const auto locks = locked(d.chains);
         const auto files = sources(d.folder);
         uint64 all = 0, done = 0;
         for (const auto& from : files) all += from.size;

@@ -1,6 +1,7 @@
 #include "tsRtm/database/chains/ChainCheck.hpp"
 
 #include <algorithm>
+#include <optional>
 
 namespace tsRtm {
 namespace {
@@ -20,7 +21,8 @@ class FieldCheck {
     std::vector<Text> run() {
         const bool there = store_.openToRead();
         if (!there || store_.hasLeftover()) mending_ = ChainMending::none;
-        if (mends()) store_.lock();
+        std::optional<ChainLock> lock;
+        if (mends()) lock.emplace(store_);
         if (there) file_.refresh();
         owner_.assign(static_cast<std::size_t>(file_.rows()) + 1, 0);
         const int32 records = store_.parts().records.count();
@@ -29,7 +31,6 @@ class FieldCheck {
         if (there) file_.check();
         for (const auto& at : breaks_)
             if (mends()) mend(at);
-        store_.unlock();
         return std::move(lines_);
     }
 

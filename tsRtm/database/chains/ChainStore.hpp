@@ -107,4 +107,16 @@ class ChainStore {
     Bytes room_;
 };
 
+// The lock of a chain's file, which is there, as long as this lives. Raises as lock().
+class ChainLock {
+ public:
+    explicit ChainLock(ChainStore& chain) : chain_(chain) { chain.lock(); }
+    ~ChainLock() { chain_.unlock(); }
+    ChainLock(const ChainLock&) = delete;
+    ChainLock& operator=(const ChainLock&) = delete;
+
+ private:
+    ChainStore& chain_;
+};
+
 }  // namespace tsRtm

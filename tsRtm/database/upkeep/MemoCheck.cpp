@@ -1,6 +1,7 @@
 #include "tsRtm/database/upkeep/MemoCheck.hpp"
 
 #include <algorithm>
+#include <optional>
 #include <unordered_map>
 
 namespace tsRtm {
@@ -149,9 +150,9 @@ std::vector<Text> checkRowMemos(OpenDatabase& d, Mend mend) {
         if (!chain || !chain->memos() || !chain->format().usable() || !chain->openToRead()) continue;
         const Mend how = chain->hasLeftover() ? Mend::no : allowed(d, mend);
         ChainMemoCheck check(d, *chain, how, lines);
-        if (how == Mend::yes) chain->lock();
+        std::optional<ChainLock> lock;
+        if (how == Mend::yes) lock.emplace(*chain);
         for (int32 n = 1; n <= d.records(); ++n) check.record(n);
-        if (how == Mend::yes) chain->unlock();
     }
     return lines;
 }
