@@ -100,6 +100,18 @@ inline void add(clsTSDB& db) {
     record->Update();
 }
 
+inline void workOnIndex(clsTSDB& db) {
+    searchAndWalk(db, 1, 20);
+    change(db, 3);
+    add(db);
+}
+
+inline void workOnRecords(clsTSDB& db) {
+    searchAndWalk(db, 1, 20);
+    searchAndWalk(db, 0, 10);
+    change(db, 3);
+}
+
 inline void workOnChain(clsTSDB& db, int32 record) {
     TextTable rows;
     db.AktSatzNr(record);
