@@ -11,6 +11,7 @@
 #include "desktop/paper/RichFlow.hpp"
 
 namespace tsRtm::desktop {
+
 RichLayout::RichLayout(const RichFlow& flow, int32 from, int32 most, int32 width) {
     document_.setDocumentMargin(0);
     document_.setUndoRedoEnabled(false);

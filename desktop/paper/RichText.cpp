@@ -32,6 +32,7 @@ class RichLayouts {
                 return kept_.front().layout;
             }
             keep(flow, from, width, most);
+            if (most == all) return kept_.front().layout;
         }
     }
     void forget(const RichFlow* flow) {
