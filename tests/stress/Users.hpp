@@ -4,35 +4,26 @@
 // everybody's records and rows of his own in their chains, adds records and searches for what is always
 // there; now and then all close and one of them reorganises. Whatever was told to be stored has to be there,
 // from the first to the last, and whoever looks has to see it.
-#include <sys/mman.h>
-#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <atomic>
 #include <chrono>
-#include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <fstream>
 #include <random>
 
-#include "tests/support/GuardedFiles.hpp"
+#include "tests/stress/Apart.hpp"
+#include "tests/stress/Board.hpp"
 #include "tests/support/Table.hpp"
-#include "tsRtm/frame/runtime/Lifetime.hpp"
-#include "tsRtm/frame/state/State.hpp"
-#include "tsRtm/platform/posix/PosixPlatform.hpp"
 #include "tsRtm/tsRtm.hpp"
 
 namespace tsRtm::test {
 
 using Clock = std::chrono::steady_clock;
 
-inline constexpr int32 kUsers = 8;
-inline constexpr int32 kRecords = 300;  // at first
-inline constexpr int32 kFixed = 40;     // whose keys nobody changes
-inline constexpr int32 kMost = 2000;
+inline constexpr int32 kRecords = 300;                                  // at first
+inline constexpr int32 kFixed = 40;                                     // whose keys nobody changes
 inline constexpr int32 kMostRows = 5;                                   // of one user in one chain
 enum Field : int32 { fKEY = 1, fVERSION, fTEXT, fMEMO, fCHAIN, fOWN };  // fOWN + user
 
@@ -42,107 +33,6 @@ struct Form {
     int32 text;
     eDBTyp typ;
     bool windows = true;  // on its files
-};
-
-// What was told to be stored, and what was tried since without an answer: either may be there.
-struct Promise {
-    std::atomic<int32> stored = 0, tried = 0;
-    bool kept() const { return stored == tried; }
-    bool admits(int32 value) const { return value == stored || value == tried; }
-    void settle(int32 value) { stored = tried = value; }
-};
-
-// In memory that all processes share.
-struct Board {
-    std::atomic<bool> stop;
-    std::atomic<int32> faults, version, records;
-    std::atomic<int64> works[kUsers], refusals, reorganised, longest;  // microseconds
-    std::atomic<bool> dying[kUsers], open[kUsers];
-    std::atomic<int32> alone;  // user + 1, for whom the others close
-    struct Record {
-        Promise version;
-        Promise own[kUsers], rows[kUsers];
-        std::atomic<int32> holder = 0;  // user + 1
-
-        // Nobody is at its version, and nobody died at it.
-        bool quiet() const { return holder == 0 && version.kept(); }
-        void take(const Record& other) {
-            version.settle(other.version.stored);
-            for (int32 user = 0; user < kUsers; ++user) {
-                own[user].settle(other.own[user].stored);
-                rows[user].settle(other.rows[user].stored);
-            }
-        }
-        void clear() {
-            take(Record());
-            holder = 0;
-        }
-    };
-    Record at[kMost + 1];
-
-    static Board* make() {
-        void* const room =
-            ::mmap(nullptr, sizeof(Board), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
-        if (room == MAP_FAILED) std::exit(2);
-        return static_cast<Board*>(room);
-    }
-    void begin() {
-        stop = false;
-        records = 0;
-        alone = 0;
-        refusals = reorganised = longest = 0;
-        for (auto& count : works) count = 0;
-        for (auto& record : at) record.clear();
-    }
-    int64 worked() const {
-        int64 all = 0;
-        for (const auto& count : works) all += count;
-        return all;
-    }
-    // Who died holds nothing any more.
-    void bury(int32 user) {
-        for (auto& record : at)
-            if (record.holder == user + 1) record.holder = 0;
-        if (alone == user + 1) alone = 0;
-        open[user] = false;
-    }
-};
-inline Board* const board = Board::make();
-
-inline void fault(const char* what, int32 record, int32 have = 0, int32 told = 0) {
-    if (++board->faults <= 20) std::printf("FAULT %s: record %d has %d, told %d\n", what, record, have, told);
-    std::fflush(stdout);
-}
-
-// Real files, of which one change is the last that the process begins; with windows or without.
-class Mortal final : public GuardedFiles, public Gate {
-    class Windowless final : public GuardedFile {
-     public:
-        using GuardedFile::GuardedFile;
-        platform::FileWindow* window() override { return nullptr; }
-    };
-
- public:
-    // Dies at the n-th change, 0 never.
-    Mortal(platform::FileSystem& inner, bool windows, std::atomic<bool>* dying, int32 changes)
-        : GuardedFiles(inner), windows_(windows), dying_(dying), left_(changes) {}
-
- private:
-    Gate& gate() override { return *this; }
-    platform::SystemError pass(Gate::Step step, const Half&) override {
-        if (step != Gate::Step::change || left_ == 0 || --left_ > 0) return platform::SystemError::none;
-        *dying_ = true;
-        ::kill(::getpid(), SIGKILL);
-        return platform::SystemError::deviceError;
-    }
-    std::unique_ptr<platform::File> guarded(std::unique_ptr<platform::File> file) override {
-        if (windows_) return GuardedFiles::guarded(std::move(file));
-        return std::make_unique<Windowless>(std::move(file), *this);
-    }
-
-    bool windows_;
-    std::atomic<bool>* dying_;
-    int32 left_;
 };
 
 inline Text fixedKey(int32 record) { return u"Fest" + toText(1000 + record); }
@@ -461,26 +351,7 @@ inline void prepare(const Form& form, const Text& folder) {
     User(form, folder, kUsers, 1).begin();
 }
 
-// Work in a process of its own: the library of this one holds no files. It dies at the n-th change of a file,
-// at 0 never.
-template <class Work>
-pid_t apart(bool windows, Work work, std::atomic<bool>* dying = nullptr, int32 changes = 0) {
-    const pid_t pid = ::fork();
-    if (pid != 0) return pid;
-    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-    const auto& ground = platform::posixPlatform();
-    Mortal files(ground.files, windows, dying, changes);
-    platform::Platform own{files,          ground.clock, ground.locale, ground.settings, ground.settingsCare,
-                           ground.system,  ground.user,  ground.screen, ground.ui,       ground.dialogs,
-                           ground.choices, ground.texts, ground.random, ground.zones};
-    rtmMain::TEST_restart(own);
-    rtmMain::state().netWait = 2;
-    work();
-    std::fflush(stdout);
-    ::_exit(0);
-}
-
-// The same, to its end; false where it did not come there.
+// Work in a process of its own, to its end; false where it did not come there.
 template <class Work>
 bool asOne(const Form& form, Work work) {
     int status = 0;
