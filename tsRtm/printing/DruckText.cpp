@@ -192,10 +192,10 @@ int32 Druck::PrintRTFTextNeu(TextView RTFText, int32 Left, int32 Top, int32 Widt
         Height, s_->rtfBackColour};
     const auto fit = s_->paper->texts.fit(text, traits.height);
     if (!Render && fit.next < 0) Height = fit.used + kPixelTwips;
-    // Not even one line: the next page has room for it.
-    if (Render && fit.next != text.from) {
-        page->texts.push_back({text, background});
+    if (Render) {
         s_->used = true;
+        // Not even one line: the next page has room for it.
+        if (fit.next != text.from) page->texts.push_back({text, background});
     }
     return fit.next;
 }
