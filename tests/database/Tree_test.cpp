@@ -185,6 +185,35 @@ TEST_F(Tree, ThousandsOfMovesKeepTheRules) {
     check();
 }
 
+// Names that agree in their first words of eight letters, whole or but for an accent, and many that are the
+// same.
+TEST_F(Tree, IsSortedByKeysThatAreLongAlike) {
+    constexpr int32 kCount = 7000;
+    db = make(fieldsOf({{u"KEY", tsAlphanumerisch, 30}}), kBig, u"  1  0  0");
+    ASSERT_TRUE(db);
+    db.reset();
+    const BytesView starts[] = {"",
+                                "Stra",
+                                "Stra\xDF",
+                                "STRASSEN",
+                                "Strassen-",
+                                "Strassenbahnhaltestelle",
+                                "Stra\xDF"
+                                "enb\xE4hnhalte"};
+    std::mt19937 random(23);
+    Bytes data;
+    for (int32 n = 1; n <= kCount; ++n) {
+        Bytes record = Bytes(" ").append(starts[random() % std::size(starts)]);
+        for (auto letters = random() % 4; letters > 0; --letters) record += "aeE\xE4"[random() % 4];
+        data += record.append(31 - record.size(), ' ');
+    }
+    put(u"Data.tsd", data);
+    db = open();
+    ASSERT_TRUE(db->Sort());
+    ASSERT_EQ(db->AnzahlDSaetze(), kCount);
+    check(true);
+}
+
 // Trees as a rebuild writes them: full leaves of 30, and whatever is left on the right edge.
 class BulkTree : public Tree, public testing::WithParamInterface<int32> {};
 

@@ -1,7 +1,8 @@
 #include "tsRtm/database/index/IndexBuild.hpp"
 
 #include <algorithm>
-#include <cstring>
+#include <array>
+#include <numeric>
 
 #include "tsRtm/database/index/FlatFile.hpp"
 #include "tsRtm/database/index/TreeWriter.hpp"
@@ -12,21 +13,11 @@ namespace {
 
 enum Phase : int32 { phaseRead = 1, phaseWrite = 2 };
 
-// A sort key, its first bytes beside the record number: they decide nearly every comparison.
-struct SortEntry {
-    uint64 prefix;
-    uint32 record;
-    uint32 length;
-    uint64 offset;  // in the room of all keys
-};
-
-uint64 prefixOf(const char* key, std::size_t length) noexcept {
-    unsigned char bytes[8] = {};
-    std::memcpy(bytes, key, std::min<std::size_t>(length, sizeof bytes));
-    uint64 out = 0;
-    for (const auto byte : bytes) out = out << 8 | byte;
-    return out;
-}
+constexpr std::size_t kUsualKey = 24;
+constexpr std::size_t kDigits = sizeof(KeyWord);
+constexpr std::size_t kDigitValues = 256;
+// Fewer are sorted faster by comparing them.
+constexpr std::size_t kWorthCounting = 2000;
 
 // Reports each hundredth of a work.
 class Progress {
@@ -43,51 +34,6 @@ class Progress {
     Phase phase_;
     int32 sum_;
     int32 next_ = 1;
-};
-
-class KeySorter {
- public:
-    KeySorter(RecordStore& store, const IndexKeys& keys) : store_(store), keys_(keys) {}
-
-    std::vector<int32> sorted(const WorkProgress& tell) {
-        collect(tell);
-        const char* keys = room_.data();
-        std::sort(entries_.begin(), entries_.end(), [keys](const SortEntry& a, const SortEntry& b) {
-            if (a.prefix != b.prefix) return a.prefix < b.prefix;
-            const std::size_t common = std::min(a.length, b.length);
-            const int order =
-                common > 8 ? std::memcmp(keys + a.offset + 8, keys + b.offset + 8, common - 8) : 0;
-            if (order != 0) return order < 0;
-            return a.length != b.length ? a.length < b.length : a.record < b.record;
-        });
-        std::vector<int32> out;
-        out.reserve(entries_.size());
-        for (const auto& entry : entries_) out.push_back(static_cast<int32>(entry.record));
-        return out;
-    }
-
- private:
-    void collect(const WorkProgress& tell) {
-        const int32 count = store_.count();
-        entries_.reserve(static_cast<std::size_t>(count));
-        room_.reserve(static_cast<std::size_t>(count) * 24);
-        Progress progress(tell, phaseRead, count);
-        Bytes record;
-        for (int32 n = 1; n <= count; ++n) {
-            const std::size_t offset = room_.size();
-            keys_.appendSortKey(room_, store_.view(n, record));
-            const std::size_t length = room_.size() - offset;
-            entries_.push_back({prefixOf(room_.data() + offset, length), static_cast<uint32>(n),
-                                static_cast<uint32>(length), offset});
-            progress(n);
-        }
-        store_.bytes().check();
-    }
-
-    RecordStore& store_;
-    const IndexKeys& keys_;
-    Bytes room_;
-    std::vector<SortEntry> entries_;
 };
 
 void writeFlat(FlatFile file, const std::vector<int32>& records) {
@@ -110,8 +56,75 @@ void writeTree(TreeWriter& writer, const std::vector<int32>& records, const Work
 
 }  // namespace
 
-std::vector<int32> recordsInOrder(RecordStore& store, const IndexKeys& keys, const WorkProgress& progress) {
-    return KeySorter(store, keys).sorted(progress);
+std::vector<int32> RecordSorter::inOrder(RecordStore& store, const IndexKeys& keys,
+                                         const WorkProgress& progress) {
+    collect(store, keys, progress);
+    sort(entries_, 0);
+    std::vector<int32> out;
+    out.reserve(entries_.size());
+    for (const auto& entry : entries_) out.push_back(entry.record);
+    return out;
+}
+
+void RecordSorter::collect(RecordStore& store, const IndexKeys& keys, const WorkProgress& progress) {
+    const int32 count = store.count();
+    entries_.resize(static_cast<std::size_t>(count));
+    ends_.resize(entries_.size() + 1);
+    keys_.clear();
+    keys_.reserve(entries_.size() * kUsualKey);
+    Progress tell(progress, phaseRead, count);
+    Bytes room;
+    for (int32 record = 1; record <= count; ++record) {
+        keys.appendSortKey(keys_, store.view(record, room));
+        ends_[static_cast<std::size_t>(record)] = keys_.size();
+        entries_[static_cast<std::size_t>(record - 1)] = {wordOf(record, 0), record};
+        tell(record);
+    }
+    store.bytes().check();
+}
+
+KeyWord RecordSorter::wordOf(int32 record, std::size_t from) const noexcept {
+    const auto at = static_cast<std::size_t>(record);
+    const std::size_t begin = std::min(ends_[at - 1] + from, ends_[at]);
+    return keyWord(BytesView(keys_).substr(begin, ends_[at] - begin));
+}
+
+void RecordSorter::sort(Run run, std::size_t from) {
+    if (run.size() >= kWorthCounting)
+        sortByDigits(run);
+    else
+        std::sort(run.begin(), run.end(), [](const Entry& a, const Entry& b) {
+            return a.word != b.word ? a.word < b.word : a.record < b.record;
+        });
+    for (auto begin = run.begin(); begin != run.end();) {
+        const KeyWord word = begin->word;
+        const auto end =
+            std::find_if(begin + 1, run.end(), [word](const Entry& entry) { return entry.word != word; });
+        if (end - begin > 1 && !endsIn(word)) {
+            for (auto& entry : Run(begin, end)) entry.word = wordOf(entry.record, from + sizeof word);
+            sort({begin, end}, from + sizeof word);
+        }
+        begin = end;
+    }
+}
+
+// One digit of all words after the other, the lowest first; what is equal stays as it stood.
+void RecordSorter::sortByDigits(Run run) {
+    std::array<std::array<std::size_t, kDigitValues>, kDigits> counts{};
+    const auto valueOf = [](KeyWord word, std::size_t digit) { return word >> (8 * digit) & 0xFF; };
+    for (const auto& entry : run)
+        for (std::size_t digit = 0; digit < kDigits; ++digit) ++counts[digit][valueOf(entry.word, digit)];
+    spare_.resize(std::max(spare_.size(), run.size()));
+    Run from = run;
+    Run to = Run(spare_).first(run.size());
+    for (std::size_t digit = 0; digit < kDigits; ++digit) {
+        auto& places = counts[digit];
+        if (places[valueOf(from.front().word, digit)] == run.size()) continue;
+        std::exclusive_scan(places.begin(), places.end(), places.begin(), std::size_t{0});
+        for (const auto& entry : from) to[places[valueOf(entry.word, digit)]++] = entry;
+        std::swap(from, to);
+    }
+    if (from.data() != run.data()) std::copy(from.begin(), from.end(), run.begin());
 }
 
 void buildNewIndex(platform::File& file, IndexFileForm form, const std::vector<int32>& records, int32 index,

@@ -1,6 +1,7 @@
 #pragma once
 // An index from nothing: the keys of all records sorted in memory, the index file written in their order.
 #include <functional>
+#include <span>
 #include <vector>
 
 #include "tsRtm/database/index/IndexKeys.hpp"
@@ -11,8 +12,32 @@ namespace tsRtm {
 // Told each hundredth of a work: phase (1 reading, 2 writing), done, of how many. May be empty.
 using WorkProgress = std::function<void(int32 phase, int32 done, int32 sum)>;
 
-// All records in the order of an index; deleted ones stay in it.
-std::vector<int32> recordsInOrder(RecordStore& store, const IndexKeys& keys, const WorkProgress& progress);
+// Keeps the room that it took for the next index.
+class RecordSorter {
+ public:
+    // All records in the order of an index; deleted ones stay in it.
+    std::vector<int32> inOrder(RecordStore& store, const IndexKeys& keys, const WorkProgress& progress);
+
+ private:
+    // A record and eight bytes of its sort key, which decide nearly every comparison.
+    struct Entry {
+        KeyWord word;
+        int32 record;
+    };
+    using Run = std::span<Entry>;
+
+    void collect(RecordStore& store, const IndexKeys& keys, const WorkProgress& progress);
+    // The bytes of a record's key from here on, zeros behind its end.
+    KeyWord wordOf(int32 record, std::size_t from) const noexcept;
+    // Entries whose keys agree before `from`, whose words begin there, and which stand by record number.
+    void sort(Run run, std::size_t from);
+    void sortByDigits(Run run);
+
+    Bytes keys_;                     // the sort keys, record by record
+    std::vector<std::size_t> ends_;  // of each of them, from that of no record on
+    std::vector<Entry> entries_;
+    std::vector<Entry> spare_;
+};
 
 enum class IndexFileForm { flat, tree };
 

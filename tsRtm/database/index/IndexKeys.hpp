@@ -9,7 +9,7 @@
 #include <compare>
 #include <variant>
 
-#include "tsRtm/database/index/KeyHints.hpp"
+#include "tsRtm/database/index/KeyWord.hpp"
 #include "tsRtm/database/records/RecordLayout.hpp"
 #include "tsRtm/frame/text/TextOrder.hpp"
 

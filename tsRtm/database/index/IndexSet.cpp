@@ -166,11 +166,11 @@ void IndexSet::eachFile(const std::function<void(platform::File&)>& work) {
         if (at->file != 0) work(p_.folder.files.file(at->file));
 }
 
-void IndexSet::buildOne(int32 number) {
+void IndexSet::buildOne(RecordSorter& sorter, int32 number) {
     Slot& at = slot(number);
     if (!at.form) openFile(number);
     at.form->forget();
-    rebuildIndex(p_.folder.files.file(at.file), form_, recordsInOrder(p_.store, at.keys, {}), number);
+    rebuildIndex(p_.folder.files.file(at.file), form_, sorter.inOrder(p_.store, at.keys, {}), number);
 }
 
 void IndexSet::completeRecord() {
@@ -195,7 +195,8 @@ void IndexSet::build(const std::vector<int32>& numbers) {
     const bool own = !p_.marks.underWay();
     p_.marks.begin();
     try {
-        for (const int32 number : numbers) buildOne(number);
+        RecordSorter sorter;
+        for (const int32 number : numbers) buildOne(sorter, number);
     } catch (const Failure&) {
         if (own) p_.marks.giveUp();
         throw;

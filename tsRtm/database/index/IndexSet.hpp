@@ -97,7 +97,7 @@ class IndexSet {
     bool isEmptyTree(int32 number);
     void heal(int32 number);
     void build(const std::vector<int32>& numbers);
-    void buildOne(int32 number);
+    void buildOne(RecordSorter& sorter, int32 number);
 
     Parts p_;
     std::vector<std::unique_ptr<Slot>> slots_;

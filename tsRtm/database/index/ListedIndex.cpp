@@ -8,7 +8,7 @@
 namespace tsRtm {
 
 ListedIndex::ListedIndex(RecordStore& store, const IndexKeys& keys)
-    : store_(store), keys_(keys), records_(recordsInOrder(store, keys, {})) {}
+    : store_(store), keys_(keys), records_(RecordSorter().inOrder(store, keys, {})) {}
 
 Found ListedIndex::locate(const SearchKey& key) {
     const auto below = [&](int32 record) { return keys_.compare(key, store_.view(record, room_)) > 0; };

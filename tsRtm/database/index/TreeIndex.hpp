@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "tsRtm/database/index/IndexForm.hpp"
+#include "tsRtm/database/index/KeyHints.hpp"
 #include "tsRtm/database/index/NodeFile.hpp"
 
 namespace tsRtm {

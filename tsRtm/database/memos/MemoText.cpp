@@ -30,25 +30,25 @@ void MemoText::needKeys() const {
     if (!scrambler_.ready()) raise(53, kSource, u"Die Schlüsseldatei fehlt");
 }
 
-memoFormat::Form MemoText::formOf(TextView text) const {
-    if (kind_.wide) return memoFormat::utf16;
-    if (kind_.utf8) return memoFormat::utf8;
-    const Bytes bytes = toAnsi(text);
-    return fromAnsi(bytes) == text && !looksWide(bytes) ? memoFormat::ansi : memoFormat::utf16;
-}
-
 std::pair<memoFormat::Head, Bytes> MemoText::encode(TextView text) const {
-    if (kind_.blob) return encodeBytes(toAnsi(text));
-    const auto form = formOf(text);
-    auto out = encodeBytes(form == memoFormat::utf16  ? toUtf16Le(text)
-                           : form == memoFormat::utf8 ? toUtf8(text)
-                                                      : toAnsi(text));
+    Bytes bytes;
+    auto form = memoFormat::ansi;
+    if (kind_.blob) {
+        bytes = toAnsi(text);
+    } else if (!kind_.wide && kind_.utf8) {
+        form = memoFormat::utf8;
+        bytes = toUtf8(text);
+    } else if (kind_.wide || !appendAnsi(bytes, text) || looksWide(bytes)) {
+        form = memoFormat::utf16;
+        bytes = toUtf16Le(text);
+    }
+    auto out = encodeBytes(std::move(bytes));
     out.first.form |= form;
     return out;
 }
 
-std::pair<memoFormat::Head, Bytes> MemoText::encodeBytes(BytesView bytes) const {
-    std::pair<memoFormat::Head, Bytes> out{{}, Bytes(bytes)};
+std::pair<memoFormat::Head, Bytes> MemoText::encodeBytes(Bytes bytes) const {
+    std::pair<memoFormat::Head, Bytes> out{{}, std::move(bytes)};
     auto& [head, payload] = out;
     head.length = static_cast<int32>(payload.size());
     if (!kind_.scrambled) return out;

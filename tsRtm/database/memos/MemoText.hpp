@@ -41,11 +41,10 @@ class MemoText {
     std::pair<memoFormat::Head, Bytes> encode(TextView text) const;
     Text decode(const MemoEntry& entry) const;
     // The same for bytes, which no field converts.
-    std::pair<memoFormat::Head, Bytes> encodeBytes(BytesView bytes) const;
+    std::pair<memoFormat::Head, Bytes> encodeBytes(Bytes bytes) const;
     Bytes decodeBytes(const MemoEntry& entry) const;
 
  private:
-    memoFormat::Form formOf(TextView text) const;
     void needKeys() const;
 
     MemoKind kind_;

@@ -14,7 +14,7 @@ MemoWrite::MemoWrite(MemoStores& stores, int32 field, TextView text)
 
 MemoWrite::MemoWrite(MemoStores& stores, int32 field, BytesView bytes)
     : stores_(stores), field_(field), empty_(bytes.empty()) {
-    std::tie(head_, payload_) = stores.texts(field).encodeBytes(bytes);
+    std::tie(head_, payload_) = stores.texts(field).encodeBytes(Bytes(bytes));
 }
 
 void MemoWrite::prepare(BytesView stored, std::span<char> image) {

@@ -144,7 +144,11 @@ void RecordStore::append(BytesView block, int32 records) {
 
 void RecordStore::writePart(int32 record, uint32 offset, BytesView bytes) {
     closeGap(record);
-    bytes_.write(layout_->offsetOf(record) + offset, bytes);
+    // One byte, as the mark of a deleted record is, is never seen or left half written.
+    if (bytes.size() == 1)
+        bytes_.store(layout_->offsetOf(record) + offset, bytes);
+    else
+        bytes_.write(layout_->offsetOf(record) + offset, bytes);
 }
 
 void RecordStore::cutTo(int32 count) {

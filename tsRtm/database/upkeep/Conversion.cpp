@@ -109,10 +109,11 @@ class Converter {
     void makeIndexes(FileExchange& exchange, platform::File& data) {
         RecordStore store(data, recoding_.to(), false);
         const auto form = d_.indexes.big() ? IndexFileForm::tree : IndexFileForm::flat;
+        RecordSorter sorter;
         for (int32 i = 1; d_.indexes.has(i); ++i) {
             const IndexKeys& now = d_.indexes.keys(i);
             const IndexKeys keys(recoding_.to(), {now.field(0), now.field(1), now.field(2)});
-            const auto order = recordsInOrder(store, keys, face_.progress);
+            const auto order = sorter.inOrder(store, keys, face_.progress);
             buildNewIndex(exchange.make(d_.indexes.fileName(i)), form, order, i, face_.progress);
         }
     }

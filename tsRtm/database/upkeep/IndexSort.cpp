@@ -11,14 +11,15 @@ using platform::SystemError;
 constexpr TextView kNewEnd = u".tmp";
 
 // The index under a name to come, whole on the device.
-void buildBeside(OpenDatabase& d, int32 number, const Text& fresh, const WorkProgress& progress) {
+void buildBeside(OpenDatabase& d, RecordSorter& sorter, int32 number, const Text& fresh,
+                 const WorkProgress& progress) {
     auto& files = rtmMain::system().files;
     auto opened = files.open(
         fresh, {platform::Access::readWrite, platform::Sharing::none, platform::Disposition::createEmpty});
     if (!opened) raiseFileFailure(opened.error(), fresh);
     try {
         const auto form = d.indexes.big() ? IndexFileForm::tree : IndexFileForm::flat;
-        const auto records = recordsInOrder(d.store, d.indexes.keys(number), progress);
+        const auto records = sorter.inOrder(d.store, d.indexes.keys(number), progress);
         buildNewIndex(**opened, form, records, number, progress);
         must((*opened)->flush(), fresh);
     } catch (const Failure&) {
@@ -41,11 +42,11 @@ void replaceSensible(OpenDatabase& d, const Text& fresh, const Text& name) {
     must(files.rename(fresh, name, true), name);
 }
 
-void sortOne(OpenDatabase& d, int32 number, const WorkProgress& progress) {
+void sortOne(OpenDatabase& d, RecordSorter& sorter, int32 number, const WorkProgress& progress) {
     d.indexes.close(number);
     const Text name = d.folder.path(d.indexes.fileName(number));
     const Text fresh = name + Text(kNewEnd);
-    buildBeside(d, number, fresh, progress);
+    buildBeside(d, sorter, number, fresh, progress);
     if (d.folder.sensible && FilesTopic::Exist(name))
         replaceSensible(d, fresh, name);
     else
@@ -87,7 +88,8 @@ DatabaseError sortIndexes(OpenDatabase& d, int32 number, const WorkProgress& pro
         const bool healed = d.marks.leftBehind() && number == -1;
         const int32 first = number == -1 ? 1 : number;
         const int32 last = number == -1 ? d.indexes.count() : number;
-        for (int32 i = first; i <= last; ++i) sortOne(d, i, progress);
+        RecordSorter sorter;
+        for (int32 i = first; i <= last; ++i) sortOne(d, sorter, i, progress);
         must(rtmMain::system().files.flushFolder(d.folder.name), d.folder.name);
         if (healed) d.marks.begin();
         d.marks.end(d.records());
@@ -106,7 +108,8 @@ DatabaseError createIndex(OpenDatabase& d, const IndexEntry& fields, const WorkP
         if (!d.control->IndexHinzu(fields[0], fields[1], fields[2])) return DatabaseError::badField;
         try {
             defineAnew(d);
-            sortOne(d, d.indexes.count(), progress);
+            RecordSorter sorter;
+            sortOne(d, sorter, d.indexes.count(), progress);
             must(rtmMain::system().files.flushFolder(d.folder.name), d.folder.name);
             d.control->Save();
         } catch (const Failure&) {

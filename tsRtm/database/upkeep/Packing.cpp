@@ -46,10 +46,11 @@ void buildIndexes(OpenDatabase& d, FileExchange& exchange, platform::File& data,
                   const std::vector<int32>& numbers, const BulkFace& face) {
     RecordStore store(data, d.layout, false);
     const auto form = d.indexes.big() ? IndexFileForm::tree : IndexFileForm::flat;
+    RecordSorter sorter;
     for (int32 i = 1; d.indexes.has(i); ++i) {
         auto order = d.indexes.big() || numbers.empty() ? std::vector<int32>() : renumbered(d, i, numbers);
         if (order.size() != static_cast<std::size_t>(store.count()))
-            order = recordsInOrder(store, d.indexes.keys(i), face.progress);
+            order = sorter.inOrder(store, d.indexes.keys(i), face.progress);
         buildNewIndex(exchange.make(d.indexes.fileName(i)), form, order, i, face.progress);
     }
 }

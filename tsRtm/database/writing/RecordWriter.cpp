@@ -4,6 +4,7 @@
 #include <atomic>
 #include <numeric>
 #include <tuple>
+#include <utility>
 
 #include "tsRtm/database/files/RecordedFailure.hpp"
 
@@ -141,14 +142,17 @@ WriteOutcome RecordWriter::underLock(Work work) {
         UpdateMarks& marks;
         ~Marks() { marks.giveUp(); }
     } marks{d_.marks};
-    d_.refreshCount();
+    const bool known = std::exchange(countKnown_, false) && !d_.folder.shared;
+    if (!known) d_.refreshCount();
     if (d_.marks.leftBehind()) {
         keepContent();
         d_.indexes.rebuildAll();
     }
     try {
         try {
-            return work();
+            const WriteOutcome out = work();
+            countKnown_ = true;
+            return out;
         } catch (const Failure& failure) {
             if (failure.Number() != kNoEntry) throw;
             // Somebody who sets no mark has died: the indexes are built anew, and it goes once more.

@@ -98,6 +98,7 @@ class RecordWriter {
 
     OpenDatabase& d_;
     bool busy_ = false;
+    bool countKnown_ = false;           // where nobody else adds records: since a write that did not fail
     RecordBuffer* content_ = nullptr;   // of the write under way
     std::optional<RecordBuffer> kept_;  // a copy of it
     std::vector<bool> keyBytes_;        // of a record

@@ -29,6 +29,24 @@ void widenInto(BytesView bytes, char16_t* __restrict out) noexcept {
     for (std::size_t i = 0; i < bytes.size(); ++i) out[i] = widen(static_cast<uint8>(in[i]));
 }
 
+// Backwards, in the same way; false where a character is outside the code page.
+bool narrowInto(TextView text, char* __restrict out) noexcept {
+    const char16_t* __restrict in = text.data();
+    for (std::size_t i = 0; i < text.size(); ++i) out[i] = static_cast<char>(in[i]);
+    uint16 special = 0;
+    for (std::size_t i = 0; i < text.size(); ++i)
+        special =
+            static_cast<uint16>(special | (in[i] > 0xFF || isSpecial(static_cast<uint8>(in[i])) ? 1 : 0));
+    if (special == 0) return true;
+    bool exact = true;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const int32 byte = unicodeToAnsi(in[i]);
+        out[i] = byte < 0 ? '?' : static_cast<char>(byte);
+        exact = exact && byte >= 0;
+    }
+    return exact;
+}
+
 Bytes mapped(BytesView bytes, const uint8 (&table)[256]) {
     Bytes out(bytes);
     for (char& c : out) c = static_cast<char>(table[static_cast<uint8>(c)]);
@@ -64,14 +82,10 @@ Bytes toAnsi(TextView text) {
     return out;
 }
 
-void appendAnsi(Bytes& out, TextView text) {
+bool appendAnsi(Bytes& out, TextView text) {
     const std::size_t from = out.size();
     out.resize(from + text.size());
-    char* to = out.data() + from;
-    for (const char16_t c : text) {
-        const int32 byte = c < kSpecialFirst ? c : unicodeToAnsi(c);
-        *to++ = byte < 0 ? '?' : static_cast<char>(byte);
-    }
+    return narrowInto(text, out.data() + from);
 }
 
 Bytes oemToAnsi(BytesView bytes) { return mapped(bytes, codepage::kOemToAnsi); }

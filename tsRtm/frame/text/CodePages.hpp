@@ -11,7 +11,7 @@ namespace tsRtm {
 Text fromAnsi(BytesView bytes);
 void fromAnsi(BytesView bytes, Text& into);  // keeps the capacity of `into`
 Bytes toAnsi(TextView text);                 // "?" for a character outside the code page
-void appendAnsi(Bytes& out, TextView text);
+bool appendAnsi(Bytes& out, TextView text);  // the same; false where there was such a one
 char16_t ansiToUnicode(uint8 byte) noexcept;
 // The byte of a character, or -1 outside the code page.
 int32 unicodeToAnsi(char16_t c) noexcept;

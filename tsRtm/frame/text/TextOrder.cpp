@@ -59,10 +59,23 @@ std::size_t commonPrefix(BytesView a, BytesView b) noexcept {
 
 // Appends base weights; gives the further levels that have a weight.
 unsigned appendBase(Bytes& key, BytesView text) {
-    key.reserve(key.size() + text.size() + 1);
-    BaseWalker walker(text);
-    while (const uint8 weight = walker.next()) key.push_back(static_cast<char>(weight));
-    return walker.marks();
+    const std::size_t before = key.size();
+    key.resize(before + 2 * text.size());
+    char* to = key.data() + before;
+    unsigned seen = 0;
+    for (const char c : text) {
+        const auto code = static_cast<uint8>(c);
+        const uint16 quick = tables.quick[code];
+        seen |= quick;
+        if (const auto weight = static_cast<uint8>(quick)) {
+            *to++ = static_cast<char>(weight);
+        } else if (tables.base[code] != 0) {
+            *to++ = static_cast<char>(tables.base[code]);
+            *to++ = static_cast<char>(tables.second[code]);
+        }
+    }
+    key.resize(static_cast<std::size_t>(to - key.data()));
+    return seen & kMarked;
 }
 
 unsigned appendBase(Bytes& key, Pieces pieces) {
