@@ -134,6 +134,7 @@ class Workloads {
     void rankAt();
     void rankOf();
     void reindex();
+    void deletePack();
     void multiuser();
     void work(int me, Gate& gate);
 
@@ -340,6 +341,26 @@ void Workloads::reindex() {
     emit("reindex", watch.seconds(), "s");
 }
 
+void Workloads::deletePack() {
+    const Database db = open(Use::alone);
+    const Stopwatch watch;
+    execute(db, "BEGIN");
+    {
+        Statement one(db.get(), "DELETE FROM Kunde WHERE rowid=?1");
+        for (std::int64_t record = 1; record <= o_.n; ++record) {
+            if (!isDoomed(static_cast<std::uint32_t>(record))) continue;
+            one.bind(1, record);
+            one.run();
+        }
+    }
+    execute(db, "COMMIT");
+    execute(db, "VACUUM");
+    emit("delete_pack", watch.seconds(), "s");
+    Statement left(db.get(), "SELECT count(*) FROM Kunde");
+    left.step();
+    remark("check", label_, "delete_pack rows " + std::to_string(left.number(0)));
+}
+
 void Workloads::work(int me, Gate& gate) {
     const Database db = open(Use::shared);
     Statement begin(db.get(), "BEGIN IMMEDIATE"), commit(db.get(), "COMMIT"),
@@ -390,6 +411,7 @@ bool Workloads::run() {
              rankOf();
          }},
         {"reindex", [&] { reindex(); }},
+        {"delete_pack", [&] { deletePack(); }},
         {"beside", [&] { besideWriter(); }},
         {"multiuser", [&] { multiuser(); }},
         {"durable", [&] { multiuser(); }},

@@ -1,5 +1,5 @@
-// Packing, memos and rows of chains beside SQLite: DELETE and VACUUM, a column of long texts, a child table
-// with its index. Neither side waits for the disk; each write is a transaction of its own.
+// Memos and rows of chains beside SQLite: a column of long texts, a child table with its index. Neither side
+// waits for the disk; each write is a transaction of its own.
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
 
@@ -144,39 +144,6 @@ struct Theirs {
     Folder folder;
     sqlite3* db = nullptr;
 };
-
-// --- Thirty of a hundred records go, and their room with them; all indexes are built anew.
-
-void packOurs(benchmark::State& state) {
-    const auto records = static_cast<int32>(state.range(0));
-    for (auto _ : state) {
-        state.PauseTiming();
-        auto ours = std::make_unique<Ours>(records);
-        state.ResumeTiming();
-        for (int32 n = 1; n <= records; ++n)
-            if (n % 10 < 3) ours->db->Delete(n);
-        if (!ours->db->Pack() || !ours->db->Sort()) die("not packed");
-        state.PauseTiming();
-        if (ours->db->AnzahlDSaetze() != records / 10 * 7) die("a wrong count");
-        ours.reset();
-        state.ResumeTiming();
-    }
-}
-void packTheirs(benchmark::State& state) {
-    const auto records = static_cast<int32>(state.range(0));
-    for (auto _ : state) {
-        state.PauseTiming();
-        auto theirs = std::make_unique<Theirs>(records);
-        state.ResumeTiming();
-        theirs->run("DELETE FROM Kunde WHERE rowid % 10 < 3");
-        theirs->run("VACUUM");
-        state.PauseTiming();
-        theirs.reset();
-        state.ResumeTiming();
-    }
-}
-BENCHMARK(packOurs)->Arg(100'000)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(packTheirs)->Arg(100'000)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 // --- A text of 1 kB.
 

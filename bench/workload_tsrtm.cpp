@@ -94,6 +94,7 @@ class Workloads {
     void heal();
     void rank();
     void reindex();
+    void deletePack();
     void multiuser();
     int64 addCents(clsTSDB& db, int32 record);
 
@@ -327,6 +328,18 @@ void Workloads::reindex() {
     emit("reindex", watch.seconds(), "s");
 }
 
+// Three in ten go, and the room they took.
+void Workloads::deletePack() {
+    const auto db = open(Use::alone);
+    const Stopwatch watch;
+    for (int32 record = 1; record <= o_.n; ++record)
+        if (isDoomed(static_cast<std::uint32_t>(record))) db->Delete(record);
+    expect(db, true, "delete the records");
+    expect(db, db->Pack() && db->Sort(-1), "pack");
+    emit("delete_pack", watch.seconds(), "s");
+    check("delete_pack rows " + std::to_string(db->AnzahlDSaetze()));
+}
+
 // One update as an application does it; gives the cents before.
 int64 Workloads::addCents(clsTSDB& db, int32 record) {
     if (!db.Sperren(record)) die("lock a record");
@@ -369,6 +382,7 @@ bool Workloads::run() {
         {"update_key", [&] { updateKey(); }},
         {"rank", [&] { rank(); }},
         {"reindex", [&] { reindex(); }},
+        {"delete_pack", [&] { deletePack(); }},
         {"beside", [&] { besideWriter(); }},
         {"heal", [&] { heal(); }},
         {"multiuser", [&] { multiuser(); }},

@@ -124,6 +124,11 @@ NameKeys rankKeys(const Options& options) {
     return NameKeys(options.csv, drawRows(seedRankOf, options.n, kRanks));
 }
 
+bool isDoomed(std::uint32_t record) {
+    constexpr std::uint64_t kApart = 0xD1B5'4A32'D192'ED03;
+    return Random(seedDelete + record * kApart).below(10) < 3;
+}
+
 Updates drawUpdates(const Options& options) {
     // Record and row take turns in one sequence.
     const auto drawn = drawRows(seedUpdate, options.n, 2 * kUpdates);

@@ -28,6 +28,7 @@ enum Seed : std::uint64_t {
     seedUpdate = 2002,
     seedRankAt = 3003,
     seedRankOf = 3004,
+    seedDelete = 4004,
     seedMulti = 5005
 };
 
@@ -109,6 +110,9 @@ class NameKeys {
 std::vector<std::uint32_t> drawRows(Seed seed, long n, std::size_t count);
 NameKeys lookupKeys(const Options& options);
 NameKeys rankKeys(const Options& options);
+
+// Whether a record, from 1, is one of the three in ten that delete_pack deletes.
+bool isDoomed(std::uint32_t record);
 
 struct Updates {
     std::vector<std::uint32_t> records;  // from 1
