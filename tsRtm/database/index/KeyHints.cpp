@@ -59,12 +59,12 @@ void NodeHints::remove(int32 position) noexcept {
 }
 
 void NodeHints::focus(const KeyStart& search, std::size_t certain) noexcept {
-    if (visits != 0 && certain < shared + kWorthwhile && sharesStart(search)) return;
+    if (used && certain < shared + kWorthwhile && sharesStart(search)) return;
     // A byte less, so that no word is 0.
     shared = static_cast<uint8>(std::min(certain - (certain > 0 ? 1 : 0), KeyStart::kMostShared));
     std::copy_n(search.bytes.begin(), shared, start.begin());
     words.fill(0);
-    visits = 0;
+    used = false;
 }
 
 NodeHints& KeyHints::of(int32 address) {
@@ -84,7 +84,7 @@ NodeHints& KeyHints::of(int32 address) {
         out.address = address;
         out.era = 0;
         out.keys = 0;
-        out.visits = 0;
+        out.used = false;
     }
     return out;
 }

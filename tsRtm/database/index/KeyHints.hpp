@@ -20,7 +20,7 @@ struct alignas(64) NodeHints {
     uint32 era = 0;     // when the records below were last held against the node
     uint8 keys = 0;
     uint8 shared = 0;
-    uint8 visits = 0;  // since the words were last dropped
+    bool used = false;  // since the words were last dropped
     std::array<char, KeyStart::kMostShared> start;
     std::array<KeyWord, tree::kMostKeys> words;  // 0: not known
     std::array<KeyWord, tree::kMostKeys> next;   // those behind the words

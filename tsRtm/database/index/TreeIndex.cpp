@@ -11,8 +11,6 @@ namespace {
 
 constexpr TextView kLocateSource = u"clsTSDB Locate";
 constexpr int32 kReadAhead = 6;
-// A node that is met so often has all its keys looked at in one go.
-constexpr uint8 kVisitsToLearnAll = 4;
 
 }  // namespace
 
@@ -83,7 +81,7 @@ KeyWord TreeIndex::learn(NodeHints& hints, const Step& here, int32 position) {
     KeyStart start;
     keys_.start(recordOf(here, record), hints.shared + 2 * sizeof(KeyWord), start);
     if (!hints.sharesStart(start)) {
-        hints.visits = 0;
+        hints.used = false;
         return 0;
     }
     const KeyWord word = start.word(hints.shared);
@@ -95,7 +93,7 @@ KeyWord TreeIndex::learn(NodeHints& hints, const Step& here, int32 position) {
 
 bool TreeIndex::placeByHints(const Search& search, Step& here, Shared& shared) {
     NodeHints& hints = hintsOf(search, here, shared);
-    if (hints.visits < kVisitsToLearnAll) ++hints.visits;
+    hints.used = true;
     const KeyWord wanted = search.start.word(hints.shared);
     const auto wordAt = [&hints](int32 position) {
         return hints.words[static_cast<std::size_t>(position - 1)];
