@@ -1,6 +1,7 @@
 #include "tsRtm/database/memos/MemoFile.hpp"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 
 #include "tsRtm/frame/runtime/DebugLog.hpp"
@@ -14,6 +15,8 @@ using namespace memoFormat;
 constexpr std::size_t kMostPayload = std::size_t{1} << 30;
 constexpr int32 kPlacesToTry = 5;
 constexpr std::size_t kStep = std::size_t{64} * 1024;
+// Most entries are read in one go.
+constexpr std::size_t kUsualEntry = 2048;
 
 }  // namespace
 
@@ -53,17 +56,22 @@ void MemoFile::takeBack(Run run) noexcept {
     last_ = {};
 }
 
-MemoEntry MemoFile::headAt(int32 block) {
+MemoEntry MemoFile::headAt(int32 block, std::span<char> start, std::size_t& got) {
     MemoEntry entry;
-    if (block < 1) return entry;
-    char head[kHead] = {};
-    if (bytes_.read(offsetOf(block), {head, 1}) == 0) return entry;
-    bytes_.read(offsetOf(block), head);
-    entry.kind = head[0] == kEntry  ? MemoEntry::Kind::entry
-                 : head[0] == kFree ? MemoEntry::Kind::free
-                                    : MemoEntry::Kind::raw;
-    if (entry.kind == MemoEntry::Kind::entry) entry.head = decode(head);
+    got = block < 1 ? 0 : bytes_.read(offsetOf(block), start);
+    if (got == 0) return entry;
+    std::fill(start.begin() + static_cast<std::ptrdiff_t>(got), start.end(), '\0');
+    entry.kind = start[0] == kEntry  ? MemoEntry::Kind::entry
+                 : start[0] == kFree ? MemoEntry::Kind::free
+                                     : MemoEntry::Kind::raw;
+    if (entry.kind == MemoEntry::Kind::entry) entry.head = decode(start.first<kHead>());
     return entry;
+}
+
+MemoEntry MemoFile::headAt(int32 block) {
+    std::array<char, kHead> head;
+    std::size_t got = 0;
+    return headAt(block, head, got);
 }
 
 Bytes MemoFile::rawFrom(uint64 offset) {
@@ -74,14 +82,20 @@ Bytes MemoFile::rawFrom(uint64 offset) {
 }
 
 MemoEntry MemoFile::read(int32 block) {
-    MemoEntry entry = headAt(block);
+    std::array<char, kUsualEntry> start;
+    std::size_t got = 0;
+    MemoEntry entry = headAt(block, start, got);
     if (entry.kind == MemoEntry::Kind::raw) entry.payload = rawFrom(offsetOf(block));
     if (entry.kind != MemoEntry::Kind::entry || entry.head.length < 1 || entry.head.length == kEmptyLength)
         return entry;
+    const auto length = static_cast<std::size_t>(entry.head.length);
+    if (kHead + length <= got) {
+        entry.payload.assign(start.data() + kHead, length);
+        return entry;
+    }
     const uint64 begin = offsetOf(block) + kHead;
     const uint64 size = bytes_.refreshSize();
-    const uint64 room = size > begin ? size - begin : 0;
-    entry.payload.resize(std::min<uint64>(static_cast<uint64>(entry.head.length), room));
+    entry.payload.resize(std::min<uint64>(length, size > begin ? size - begin : 0));
     entry.payload.resize(bytes_.read(begin, entry.payload));
     return entry;
 }

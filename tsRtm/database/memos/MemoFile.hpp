@@ -40,6 +40,8 @@ class MemoFile {
 
  private:
     MemoEntry headAt(int32 block);
+    // The same with as much of what follows as there is room for and `got` tells; zeros behind it.
+    MemoEntry headAt(int32 block, std::span<char> start, std::size_t& got);
     Bytes rawFrom(uint64 offset);
 
     BlockFile bytes_;

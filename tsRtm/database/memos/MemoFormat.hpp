@@ -1,22 +1,21 @@
 #pragma once
 // The layout of a memo store, Memo-ooo.fff: the texts or bytes of one memo or blob field. ooo is the chain
 // field whose rows own them, 000 for the database's own records; fff the field; both as the last three digits
-// of 1000
-// + the number, from 100 on the number itself.
+// of 1000 + the number, from 100 on the number itself.
 //
 // The file is a run of blocks of 128 bytes without a header. Block p, from 1, begins at (p - 1) times 128; a
 // record names an entry by its first block, 0 for none. At the start of an entry:
 //
 //   offset  size    content
-//   0       1       mark: 26 an entry, 0 a free block; else raw text in the DOS code page, to the first 26,
-//   at
-//                   most 65536 characters: the older form
+//   0       1       mark: 26 an entry, 0 a free block; else raw text in the DOS code page, to the first 26
+//                   but at most 65536 characters: the older form
 //   1       1       0
 //   2       1       form: low 7 bits 0 8-bit text or bytes, 1 UTF-8, 2 UTF-16; with 128: scrambled
 //   3       1       key of the scrambling, 1..255, else 0
 //   4       4       length of the payload in bytes, little-endian; 20202020 hexadecimal: empty
 //   8       length  payload, then zeros to the end of the block
 #include <cstring>
+#include <span>
 
 #include "tsRtm/types/Text.hpp"
 
@@ -52,7 +51,7 @@ inline Bytes encode(const Head& head, BytesView payload) {
     return out;
 }
 
-inline Head decode(const char (&bytes)[kHead]) noexcept {
+inline Head decode(std::span<const char, kHead> bytes) noexcept {
     Head head{static_cast<uint8>(bytes[2]), static_cast<uint8>(bytes[3]), 0};
     for (int32 i = 0; i < 4; ++i)
         head.length |= static_cast<int32>(static_cast<uint32>(static_cast<uint8>(bytes[4 + i])) << 8 * i);

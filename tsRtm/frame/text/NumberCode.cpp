@@ -12,6 +12,7 @@ constexpr int32 base = 94;
 constexpr int32 firstCode = 33;
 constexpr int32 digits = 5;
 constexpr int32 largestDecimal = 99999;
+constexpr std::size_t sureDigits = 9;  // so many are an int32, whatever they are
 constexpr int32 signMark = 32;
 constexpr int32 firstDecimalDigit = 15;  // "0" less the first code
 constexpr int32 decimalDigits = 10;
@@ -64,7 +65,12 @@ int32 DecodeNumber(TextView text) noexcept {
     text = trimLeft(text);
     if (text.empty()) return 0;
     if (text.front() < u'0' || text.front() > u'9') return decodeBase94(text);
-    return IstZiffern(trimRight(text)) ? roundToInt32(Val(text)) : 0;
+    text = trimRight(text);
+    if (!IstZiffern(text)) return 0;
+    if (text.size() > sureDigits) return roundToInt32(Val(text));
+    int32 value = 0;
+    for (const char16_t c : text) value = value * 10 + (c - u'0');
+    return value;
 }
 
 }  // namespace tsRtm::rtmMain
