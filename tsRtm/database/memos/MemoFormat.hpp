@@ -53,7 +53,7 @@ inline Bytes encode(const Head& head, BytesView payload) {
 
 inline Head decode(std::span<const char, kHead> bytes) noexcept {
     Head head{static_cast<uint8>(bytes[2]), static_cast<uint8>(bytes[3]), 0};
-    for (int32 i = 0; i < 4; ++i)
+    for (std::size_t i = 0; i < 4; ++i)
         head.length |= static_cast<int32>(static_cast<uint32>(static_cast<uint8>(bytes[4 + i])) << 8 * i);
     return head;
 }
