@@ -147,6 +147,21 @@ TEST_P(MultiUser, AKilledWriterLeavesWholeRecords) {
     }
 }
 
+// No index changes and no number is counted: to who looks for changes only the time of the file tells.
+TEST_P(MultiUser, AChangeOfOneCharacterShowsInTheTimeOfTheFile) {
+    clsRtm rtm;
+    ASSERT_TRUE(rtm.DBCreateExt(DBAnsi, folder, {}, addressFields(), GetParam(), u"  1  0  0"));
+    const auto db = rtm.OpenTSDB(folder), other = rtm.OpenTSDB(folder);
+    ASSERT_TRUE(db && other);
+    ASSERT_EQ(addAddress(*db, account(1)), 1);
+    for (const TextView changed : {u"Born", u"Bern"}) {
+        std::filesystem::last_write_time(temp.path() / "Konten.DBD" / "Data.tsd", {});
+        const Datenstand before = other->Stand();
+        EXPECT_EQ(change(*db, 1, fORT, changed), 0);
+        EXPECT_FALSE(other->Stand() == before);
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Forms, MultiUser, kBothForms, formName);
 
 }  // namespace

@@ -144,11 +144,12 @@ void RecordStore::append(BytesView block, int32 records) {
 
 void RecordStore::writePart(int32 record, uint32 offset, BytesView bytes) {
     closeGap(record);
-    // One byte, as the mark of a deleted record is, is never seen or left half written.
-    if (bytes.size() == 1)
-        bytes_.store(layout_->offsetOf(record) + offset, bytes);
-    else
-        bytes_.write(layout_->offsetOf(record) + offset, bytes);
+    bytes_.write(layout_->offsetOf(record) + offset, bytes);
+}
+
+void RecordStore::putByte(int32 record, uint32 offset, char byte) {
+    closeGap(record);
+    bytes_.store(layout_->offsetOf(record) + offset, {&byte, 1});
 }
 
 void RecordStore::cutTo(int32 count) {

@@ -51,6 +51,9 @@ class RecordStore {
     void append(BytesView block, int32 records);
     // Within a record, or behind one that is torn.
     void writePart(int32 record, uint32 offset, BytesView bytes);
+    // One byte, as the mark of a deleted record is, which nobody sees or leaves half written: in place where
+    // there is a window. The file's time may stay as it is, so only where something else tells of the change.
+    void putByte(int32 record, uint32 offset, char byte);
     // Takes back a record at the end that was not completed.
     void cutTo(int32 count);
 

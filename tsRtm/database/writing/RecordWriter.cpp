@@ -307,7 +307,10 @@ void RecordWriter::putNow(int32 record) {
     const BytesView before = BytesView(stored_).substr(from, to - from);
     if (tears) d_.marks.keep(record, offset, bytes, cutShort ? BytesView() : before);
     note(record, offset, bytes, before, cutShort);
-    d_.store.writePart(record, offset, bytes);
+    if (bytes.size() == 1)
+        d_.store.putByte(record, offset, bytes.front());
+    else
+        d_.store.writePart(record, offset, bytes);
     if (own) d_.marks.end(d_.records());
     if (!d_.marks.underWay()) d_.marks.touched();
 }
