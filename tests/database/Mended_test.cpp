@@ -55,6 +55,19 @@ TEST_F(Mended, AnIndexIsSearchedWhileARecordIsAdded) {
     EXPECT_TRUE(consistent(*db));
 }
 
+// An application may mark records as it likes: one that has a mark was written.
+TEST_F(Mended, AnUncleanEndLeavesARecordWithAMarkOfItsOwn) {
+    db->PutField(3, 0, u"X");
+    db.reset();
+    other.reset();
+    Bytes count = file(u"Count.tsd");
+    count[9] = '+';
+    put(u"Count.tsd", count);
+    db = open();
+    EXPECT_TOLD("X|Abel", db->GetField(3, 0), db->GetField(3, fNAME));
+    EXPECT_TRUE(db->Befunde().empty());
+}
+
 // A failure of the file while a record is read is recorded, not raised.
 TEST(MendedFaults, AReadFaultWhileMovingIsRecorded) {
     MemoryFiles disk;

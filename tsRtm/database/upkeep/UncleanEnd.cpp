@@ -28,15 +28,14 @@ void settleEnd(OpenDatabase& d, std::vector<Text>& lines) {
     }
 }
 
+// A mark below the blank is no mark but the zeros of room that nothing was written to. Others are left: an
+// application may have marks of its own.
 void settleMarks(OpenDatabase& d, std::vector<Text>& lines) {
-    const Bytes& live = d.layout.blank();
-    Bytes deleted = live;
-    d.layout.setDeleted(deleted, true);
-    const uint32 unit = d.layout.unit();
     Bytes room;
     for (int32 n = 1; n <= d.records(); ++n) {
-        const BytesView mark = d.store.view(n, room).substr(0, unit);
-        if (mark == BytesView(live).substr(0, unit) || mark == BytesView(deleted).substr(0, unit)) continue;
+        const BytesView record = d.store.view(n, room);
+        const auto low = static_cast<uint8>(record[0]);
+        if (low >= ' ' || (d.layout.wide() && record[1] != 0)) continue;
         lines.push_back(u"Data.tsd: Satz " + toText(n) + u" war nicht geschrieben");
         d.store.write(n, d.layout.unfilled());
     }
