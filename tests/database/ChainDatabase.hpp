@@ -42,11 +42,22 @@ inline std::shared_ptr<clsTSDB> makeChains(MemoryFiles& disk, clsRtm& rtm, const
         disk.put(path(u"Control.tsd"), "2\r\n" + control.substr(control.find('\n') + 1));
     }
     auto db = rtm.OpenTSDB(kChainFolder);
-    for (int32 n = 0; db && n < records; ++n) {
-        const auto record = db->Add();
-        record->Fields(fKEY, Text(1, static_cast<char16_t>(u'A' + n)));
-        if (!record->Update()) return nullptr;
-    }
+    for (int32 n = 0; db && n < records; ++n)
+        if (!addRecord(*db, {{fKEY, Text(1, static_cast<char16_t>(u'A' + n))}})) return nullptr;
+    return db;
+}
+
+// `records` records of KEY 1, 2 ... and a chain POS whose rows have a NAME and a text.
+enum RowFields : int32 { rNAME = 1, rTEXT = 2 };
+inline std::shared_ptr<clsTSDB> makeTextRows(clsRtm& rtm, const Text& folder, int32 records) {
+    const TSIOArray fields = fieldsOf({{u"KEY", tsAlphanumerisch, 8}, {u"POS", tsKette, 8}});
+    if (!rtm.DBCreateExt(DBAnsi, folder, {}, fields, kNormal, u"  1  0  0")) return nullptr;
+    static_cast<void>(rtm.safeReplace(
+        folder + u".DBD/KetteCtl.002",
+        "TS1,2\r\n0,1,1,4,1,\"Name@@7NAME\"\r\n0,2,1,60,22,\"Text@@7TEXT\"\r\n7,100,0\r\n0\r\n"));
+    auto db = rtm.OpenTSDB(folder);
+    for (int32 n = 1; db && n <= records; ++n)
+        if (!addRecord(*db, {{fKEY, toText(n)}})) return nullptr;
     return db;
 }
 

@@ -10,14 +10,10 @@ Text shownIn(clsTSDB& db, int32 record) {
     return out;
 }
 
-class ChainSets : public testing::TestWithParam<ChainForm> {
+class ChainSets : public MemoryDatabase, public testing::WithParamInterface<ChainForm> {
  protected:
-    MemoryFiles disk;
-    TestGround ground;
-    StartedLibrary library{ground, disk};
-    clsRtm rtm;
     std::shared_ptr<clsTSDB> db = makeChains(disk, rtm, GetParam(), 2);
-    std::shared_ptr<clsTSDB> other = rtm.OpenTSDB(kChainFolder);
+    std::shared_ptr<clsTSDB> other = open();
 
     static void fill(const std::shared_ptr<clsTSRecord>& row, TextView text, TextView number) {
         ASSERT_TRUE(row);

@@ -61,21 +61,19 @@ struct Address {
     auto operator<=>(const Address&) const = default;
 };
 
-// Of a record, or of the one on which a database stands.
-template <class Target>
-void setFields(Target& target, const Address& address) {
-    target.Fields(fNAME, address.name);
-    target.Fields(fORT, address.ort);
-    target.Fields(fBETRAG, address.betrag);
-    target.Fields(fTAG, address.tag);
+// A new record with these fields; nothing where it was not stored.
+inline std::shared_ptr<clsTSRecord> addRecord(clsTSDB& db,
+                                              std::initializer_list<std::pair<int32, Text>> fields) {
+    const auto record = db.Add();
+    if (!record) return nullptr;
+    for (const auto& [field, text] : fields) record->Fields(field, text);
+    return record->Update() ? record : nullptr;
 }
-
 // Number of the new record, 0 where it was not stored.
 inline int32 addAddress(clsTSDB& db, const Address& address) {
-    const auto record = db.Add();
-    if (!record) return 0;
-    setFields(*record, address);
-    return record->Update() ? record->Satznummer() : 0;
+    const auto record = addRecord(
+        db, {{fNAME, address.name}, {fORT, address.ort}, {fBETRAG, address.betrag}, {fTAG, address.tag}});
+    return record ? record->Satznummer() : 0;
 }
 
 inline Address addressAt(clsTSDB& db, int32 number) {

@@ -268,25 +268,19 @@ TEST_F(HostileFiles, SmallFilesMayBeEmptyOrTorn) {
                         {"data empty", u"Data.tsd", {}, 0},
                         {"data torn", u"Data.tsd", " Abel 0001 Be", 1},
                         {"more than half a record", u"Data.tsd", " Abel 0001 Berg 0", 2}};
-    const auto add = [](clsTSDB& db, TextView name) {
-        auto record = db.Add();
-        record->Fields(1, name);
-        EXPECT_TRUE(record->Update());
-        return record;
-    };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
         const auto bare = disk.snapshot();
         {
             const auto db = make(fields, kNormal);
             ASSERT_TRUE(db);
-            for (const TextView name : {u"Abel", u"Berg", u"Cohn"}) add(*db, name);
+            for (const auto* name : {u"Abel", u"Berg", u"Cohn"}) ASSERT_TRUE(addRecord(*db, {{1, name}}));
         }
         put(row.name, row.bytes);
         const auto db = open();
         ASSERT_TRUE(db);
         EXPECT_EQ(db->AnzahlDSaetze(), row.count);
-        EXPECT_EQ(add(*db, u"Dorn")->Fields(2), row.next);
+        EXPECT_EQ(addRecord(*db, {{1, u"Dorn"}})->Fields(2), row.next);
         EXPECT_EQ(db->AnzahlDSaetze(), row.count + 1);
         EXPECT_EQ(db->GetField(row.count + 1, 1), u"Dorn");
         EXPECT_EQ(file(u"Data.tsd").size(), static_cast<std::size_t>(row.count + 1) * 10);

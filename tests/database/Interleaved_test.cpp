@@ -53,12 +53,8 @@ class Interleaved : public testing::TestWithParam<Case> {
         ASSERT_TRUE(rtm.DBCreateExt(DBAnsi, kFolder, {}, fields, GetParam().max, u"  1  0  0  2  0  0"));
         new_ = disk.snapshot();
         const auto db = rtm.OpenTSDB(kFolder);
-        for (int32 n = 1; n <= kRecords; ++n) {
-            const auto record = db->Add();
-            record->Fields(fKEY, keyOf(n));
-            record->Fields(fTEXT, letters(GetParam().text, u'A'));
-            ASSERT_TRUE(record->Update());
-        }
+        for (int32 n = 1; n <= kRecords; ++n)
+            ASSERT_TRUE(addRecord(*db, {{fKEY, keyOf(n)}, {fTEXT, letters(GetParam().text, u'A')}}));
     }
     static Text keyOf(int32 n) { return u"Key" + toText(n); }
     // An update died in the middle: the first page of a long record is the new one.
@@ -86,16 +82,10 @@ class Interleaved : public testing::TestWithParam<Case> {
         if (db.Error() == 0) told[{number, field}] = text;
     }
     void add(clsTSDB& db, const Text& key) {
-        const auto record = db.Add();
-        if (!record) return;
-        record->Fields(fKEY, key);
-        if (record->Update()) told[{record->Satznummer(), fKEY}] = key;
+        if (const auto record = addRecord(db, {{fKEY, key}})) told[{record->Satznummer(), fKEY}] = key;
     }
     void whole(clsTSDB& db, int32 number, int32 field, const Text& text) {
-        db.AktSatzNr(number);
-        db.Fields(field, text);
-        db.Update();
-        if (db.Error() == 0) told[{number, field}] = text;
+        if (change(db, number, field, text) == 0) told[{number, field}] = text;
     }
     // Searches that no work of others changes the answers of.
     void look(clsTSDB& db) {

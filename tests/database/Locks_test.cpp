@@ -209,31 +209,6 @@ TEST_F(MemoryDatabase, AReopenedDatabaseOwnsNoLocks) {
     EXPECT_EQ(change(*db, 2, fNAME, u"Zorn"), 70);
 }
 
-// The counter of serial numbers has its own lock: two users never get the same number.
-TEST_F(MemoryDatabase, SerialNumbersComeOnce) {
-    const auto one =
-        make(fieldsOf({{u"NAME", tsAlphanumerisch, 4}, {u"NR", tsAutowert, 4}}), kBig, u"  1  0  0");
-    const auto two = open();
-    const auto a = one->Add();
-    const auto b = two->Add();
-    EXPECT_TOLD("0001|0002", a->Fields(2), b->Fields(2));
-    ASSERT_TRUE(b->Update());
-    auto c = one->Add();
-    EXPECT_EQ(c->Fields(2), u"0003");
-    c.reset();  // the last one goes back
-    ASSERT_TRUE(a->Update());
-    EXPECT_EQ(two->Add()->Fields(2), u"0003");
-    // A record without a number does not take one that waits for its record.
-    ASSERT_TRUE(one->Append());
-    const auto d = one->Add();
-    EXPECT_EQ(d->Fields(2), u"0003");
-    for (const auto& db : {one, two}) EXPECT_EQ(db->Record(3)->Fields(2), u"0003");
-    EXPECT_EQ(two->GetField(3, 2), u"") << "shown, not stored";
-    ASSERT_TRUE(d->Update());
-    EXPECT_EQ(two->Record(3)->Fields(2), u"0003");
-    EXPECT_TRUE(consistent(*two));
-}
-
 // In a handler within an update, another object of the program that came by another name of the folder.
 TEST_F(MemoryDatabase, AProgramKnowsItsOwnUpdateUnderAnyName) {
     const auto db = make(kBig);

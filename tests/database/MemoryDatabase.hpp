@@ -17,6 +17,10 @@ class MemoryDatabase : public testing::Test {
     static Text path(TextView name) { return Text(kFolder).append(u".DBD/").append(name); }
     Bytes file(TextView name) const { return disk.dump(path(name)); }
     void put(TextView name, BytesView content) { disk.put(path(name), content); }
+    // Other bytes at a place, in open files, too.
+    void patch(TextView name, std::size_t at, BytesView bytes) {
+        put(name, file(name).replace(at, bytes.size(), bytes));
+    }
 
     std::shared_ptr<clsTSDB> make(int32 max, bool single = false) {
         return makeAddresses(rtm, Text(kFolder), max, single);

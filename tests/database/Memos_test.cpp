@@ -13,13 +13,12 @@ constexpr TextView kEuroText = u"Größe 5 €";
 constexpr TextView kOther = u"Łódź";  // not in code page 1252
 
 TSIOArray memoFields() {
-    auto fields = fieldsOf({{u"NAME", tsAlphanumerisch, 12},
-                            {u"NOTIZ", tsMemo, 60},
-                            {u"GEHEIM", tsMemoEncrypted, 60},
-                            {u"BILD", tsBlob, 60},
-                            {u"WEIT", tsMemo, 60},
-                            {u"UTF8", tsMemo + 2048, 60}});
-    return fields;
+    return fieldsOf({{u"NAME", tsAlphanumerisch, 12},
+                     {u"NOTIZ", tsMemo, 60},
+                     {u"GEHEIM", tsMemoEncrypted, 60},
+                     {u"BILD", tsBlob, 60},
+                     {u"WEIT", tsMemo, 60},
+                     {u"UTF8", tsMemo + 2048, 60}});
 }
 
 Bytes padded(Bytes bytes) {
@@ -34,17 +33,12 @@ Bytes entry(char form, BytesView payload, char key = 0) {
 
 class Memos : public MemoryDatabase {
  protected:
-    static constexpr int32 kBigDatabase = kBig;
-
     std::shared_ptr<clsTSDB> made(eDBTyp typ = DBAnsi) {
         ground.ui.defaultAnswer = 1;
-        auto db = make(memoFields(), kBigDatabase, u"  1  0  0", typ);
+        auto db = make(memoFields(), kBig, u"  1  0  0", typ);
         if (!db) return nullptr;
-        for (const auto* name : {u"Anna", u"Berta", u"Carl"}) {
-            const auto record = db->Add();
-            record->Fields(mNAME, name);
-            EXPECT_TRUE(record->Update() && record->Entsperren());
-        }
+        for (const auto* name : {u"Anna", u"Berta", u"Carl"})
+            EXPECT_TRUE(addRecord(*db, {{mNAME, name}})->Entsperren());
         db->AktSatzNr(1);
         return db;
     }

@@ -132,6 +132,44 @@ TEST_P(Navigation, AReaderLearnsOfNewRecordsInTime) {
     EXPECT_EQ(other->GetField(7, fNAME), u"Neuer");
 }
 
+// Five records come in front of all others: what was there is found all the same, by whatever way, also by
+// who counted the records before.
+TEST_P(Navigation, RecordsThatOthersAddHideNothing) {
+    struct Row {
+        const char* name;
+        std::function<int32(clsTSDB&)> record;  // where it stands then
+        int32 number, position;
+    };
+    // The order is now 6 to 10, then 3, 5, 2, 4, 1.
+    const Row rows[] = {
+        {"Gehezu", [](clsTSDB& d) { return d.Gehezu(u"Dorn Bonn"), d.AktSatzNr(); }, 1, 10},
+        {"Gehezu the middle", [](clsTSDB& d) { return d.Gehezu(u"Berg Aachen"), d.AktSatzNr(); }, 5, 7},
+        {"MoveFirst", [](clsTSDB& d) { return d.MoveFirst(), d.AktSatzNr(); }, 6, 1},
+        {"MoveLast", [](clsTSDB& d) { return d.MoveLast(), d.AktSatzNr(); }, 1, 10},
+        {"Index", [](clsTSDB& d) { return d.Index(1); }, 6, 1},
+        {"Index of the last", [](clsTSDB& d) { return d.Index(10); }, 1, 10},
+        {"AktSatzNr", [](clsTSDB& d) { return d.AktSatzNr(1), d.AktSatzNr(); }, 1, 10},
+        {"Finde", [](clsTSDB& d) { return d.Finde(u"Dorn") ? d.AktSatzNr() : 0; }, 1, 10},
+    };
+    std::vector<std::shared_ptr<clsTSDB>> readers;
+    for (std::size_t i = 0; i < std::size(rows); ++i) {
+        readers.push_back(open());
+        readers.back()->SetIndex(1);
+        readers.back()->MoveFirst();
+        ASSERT_EQ(readers.back()->AktSatzNr(), 3);
+    }
+    const auto other = open();
+    for (const auto* name : {u"Aa", u"Ab", u"Ac", u"Ad", u"Ae"})
+        ASSERT_GT(addAddress(*other, {name, u"Bonn", u"", u""}), 0);
+    for (std::size_t i = 0; i < std::size(rows); ++i) {
+        SCOPED_TRACE(rows[i].name);
+        auto& reader = *readers[i];
+        EXPECT_EQ(rows[i].record(reader), rows[i].number);
+        EXPECT_EQ(reader.LogSatz(), rows[i].position);
+        EXPECT_TOLD("no|0", reader.EOFile(), reader.Error());
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Forms, Navigation, kAllForms, nameOfForm);
 
 class WithoutRecords : public MemoryDatabase, public testing::WithParamInterface<int32> {

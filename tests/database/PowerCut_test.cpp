@@ -259,9 +259,7 @@ TEST(DurableWrites, GiveWayToWhatOthersWroteLater) {
             Process program(disk);
             const auto db = makeFull(program.rtm, kFolder, {kBig, true, 8, kLength});
             db->Dauerhaft(true);
-            const auto record = db->Add();
-            record->Fields(uTEXT, u"alt");
-            ASSERT_TRUE(record->Update());
+            ASSERT_TRUE(addRecord(*db, {{uTEXT, u"alt"}}));
             before = disk.dump(data);
             ASSERT_EQ(change(*db, 1, uTEXT, u"neu"), 0);
             cut = disk.snapshot();

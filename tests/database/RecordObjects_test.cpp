@@ -4,8 +4,6 @@
 namespace tsRtm::test {
 namespace {
 
-using namespace std::chrono_literals;
-
 class RecordObjects : public FiveAddresses {};
 
 TEST_P(RecordObjects, ThereIsOneForARecord) {
@@ -60,6 +58,9 @@ TEST_P(RecordObjects, ALockHasOneOwner) {
     record->Locked(true);
     EXPECT_TRUE(other->Gesperrt(2));
     record->Locked(false);
+    EXPECT_FALSE(other->Gesperrt(2));
+    ASSERT_TRUE(record->Sperren());
+    db->KillAllObjects();
     EXPECT_FALSE(other->Gesperrt(2));
 }
 

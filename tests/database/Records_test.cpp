@@ -236,6 +236,36 @@ TEST_P(Records, WinningALockShowsWhatTheOtherUserStored) {
     EXPECT_FALSE(other->Gesperrt(2));
 }
 
+// The entry that an update takes out of an index is that of the record as it is under the database lock, not
+// as it was before the wait for it.
+TEST_P(Records, AnUpdateThatWaitedMovesTheEntryThatIsThere) {
+    const auto other = open();
+    const std::pair<int32, TextView> meanwhile[] = {
+        {fNAME, u"Mitte"}, {fORT, u"Ulm"}, {fNAME, u"Zorn"}, {fTAG, u"31121999"}};
+    for (const auto& [field, text] : meanwhile) {
+        SCOPED_TRACE(toUtf8(text));
+        ASSERT_TRUE(other->LockDB(true));
+        db->AktSatzNr(3);
+        db->Fields(fNAME, u"Zorn");
+        db->Fields(fTAG, u"01012001");
+        bool first = true;
+        ground.clock.onSleep = [&, field = field, text = text] {
+            if (!std::exchange(first, false)) return;
+            EXPECT_EQ(change(*other, 3, field, text), 0);
+            other->LockDB(false);
+        };
+        db->Update();
+        EXPECT_EQ(db->Error(), 0);
+        EXPECT_FALSE(first) << "it did not wait";
+        ground.clock.onSleep = nullptr;
+        EXPECT_EQ(addressAt(*other, 3), (Address{u"Zorn", u"Bonn", u"3.00", u"01012001"}));
+        EXPECT_TRUE(other->Exist(u"Zorn Bonn", 1));
+        EXPECT_FALSE(other->Exist(Text(text).append(u" Bonn"), 1) && text != u"Zorn");
+        EXPECT_TRUE(consistent(*other));
+        EXPECT_EQ(change(*db, 3, fNAME, u"Abel"), 0);
+    }
+}
+
 TEST_P(Records, ANewRecordHasNoNumberBeforeItsUpdate) {
     const auto record = db->Add();
     EXPECT_LE(record->Satznummer(), 0);
@@ -274,7 +304,7 @@ TEST_P(Records, ARecordOutlivesItsDatabase) {
 INSTANTIATE_TEST_SUITE_P(Forms, Records, kAllForms, nameOfForm);
 
 TEST_F(MemoryDatabase, AListenerMayReleaseOtherRecords) {
-    auto db = make(kBig);
+    const auto db = make(kBig);
     addFive(*db);
     std::vector<std::shared_ptr<clsTSRecord>> held;
     std::vector<Subscription> heard;
@@ -305,20 +335,6 @@ TEST_F(MemoryDatabase, AFullDatabaseTakesNoMore) {
     EXPECT_NE(shown().find(u"Die Datenbank ist für 3 Datensätze konfiguriert."), Text::npos);
     EXPECT_EQ(db->AnzahlDSaetze(), 3);
     EXPECT_TRUE(consistent(*db));
-}
-
-TEST_F(MemoryDatabase, ASerialNumberIsShownTwoWays) {
-    const auto db =
-        make(fieldsOf({{u"NAME", tsAlphanumerisch, 4}, {u"NR", tsAutowert, 6}}), kBig, u"  1  0  0");
-    const auto record = db->Add();
-    EXPECT_EQ(record->Fields(2), u"000001");
-    ASSERT_TRUE(record->Update());
-    db->AktSatzNr(1);
-    EXPECT_EQ(db->Fields(2), u"1");  // the database shows it as a number
-    EXPECT_EQ(record->Fields(2), u"000001");
-    // Who only reads stores none where it is missing.
-    db->PutField(1, 2, u"");
-    EXPECT_TOLD("000001|", open(true)->Record(1)->Fields(2), db->GetField(1, 2));
 }
 
 // A field's text is found in the record without a look at its columns, or decoded: that comes to the same.
@@ -359,8 +375,11 @@ TEST_F(MemoryDatabase, AFieldIsOneTextHoweverItIsRead) {
 
 // Single fields in UTF-16 are reached one by one only.
 TEST_F(MemoryDatabase, FieldsInUtf16InAnEightBitRecord) {
-    const auto db =
-        make(fieldsOf({{u"NAME", tsAlphanumerisch, 6}, {u"WEIT", tsAlphanumerisch | fUniCode, 5}}), kNormal);
+    const auto fields = fieldsOf({{u"NAME", tsAlphanumerisch, 6}, {u"WEIT", tsAlphanumerisch | fUniCode, 5}});
+    const auto wide = make(fields, kNormal, {}, DBUnicode);
+    EXPECT_TOLD("445|445", raisedNumber([&] { wide->GetSatz(1); }), raisedNumber([&] { wide->PutSatz(1); }));
+    disk.restore({});
+    const auto db = make(fields, kNormal);
     ASSERT_TRUE(db);
     put(u"Data.tsd", Bytes(34, ' '));
     ground.clock.advance(std::chrono::seconds(60));

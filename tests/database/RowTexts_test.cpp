@@ -6,26 +6,10 @@
 namespace tsRtm::test {
 namespace {
 
-using LastWrite = CrashingFiles::LastWrite;
-enum : int32 { kSurvivor, kVictim };
-
-enum RowFields : int32 { rNAME = 1, rTEXT = 2 };
-
-// Two records; the chain POS of the first has the rows "a" and "b". A row has a name and a memo.
+// The chain of the first of two records has the rows "a" and "b".
 std::shared_ptr<clsTSDB> makeRows(clsRtm& rtm, const Text& folder = Text(kChainFolder)) {
-    const TSIOArray fields = fieldsOf({{u"KEY", tsAlphanumerisch, 8}, {u"POS", tsKette, 8}});
-    if (!rtm.DBCreateExt(DBAnsi, folder, {}, fields, kNormal, u"  1  0  0")) return nullptr;
-    static_cast<void>(rtm.safeReplace(
-        folder + u".DBD/KetteCtl.002",
-        "TS1,2\r\n0,1,1,4,1,\"Name@@7NAME\"\r\n0,2,1,60,22,\"Text@@7TEXT\"\r\n7,100,0\r\n0\r\n"));
-    auto db = rtm.OpenTSDB(folder);
-    for (int32 n = 1; db && n <= 2; ++n) {
-        const auto record = db->Add();
-        record->Fields(fKEY, toText(n));
-        if (!record->Update()) return nullptr;
-    }
-    if (db && writeChain(*db, 1, {{u"a", {}}, {u"b", {}}}) != 0) return nullptr;
-    return db;
+    auto db = makeTextRows(rtm, folder, 2);
+    return db && writeChain(*db, 1, {{u"a", {}}, {u"b", {}}}) == 0 ? db : nullptr;
 }
 
 // Name and text of each row, "a=text b= ".
@@ -39,20 +23,17 @@ Text shownIn(clsTSDB& db, int32 record) {
     return out;
 }
 
-class RowTexts : public testing::Test {
- protected:
-    MemoryFiles disk;
-    TestGround ground;
-    StartedLibrary library{ground, disk};
-    clsRtm rtm;
-    std::shared_ptr<clsTSDB> db = makeRows(rtm);
-    std::shared_ptr<clsTSDB> other = rtm.OpenTSDB(kChainFolder);
+bool write(const std::shared_ptr<clsTSRecord>& row, TextView text) {
+    row->Fields(rTEXT, text);
+    return row->Update();
+}
 
-    static bool write(const std::shared_ptr<clsTSRecord>& row, TextView text) {
-        row->Fields(rTEXT, text);
-        return row->Update();
-    }
-    std::size_t storeSize() { return disk.dump(Text(kChainFolder) + u".DBD/Memo-002.002").size(); }
+class RowTexts : public MemoryDatabase {
+ protected:
+    static constexpr TextView kStore = u"Memo-002.002";
+
+    std::shared_ptr<clsTSDB> db = makeRows(rtm);
+    std::shared_ptr<clsTSDB> other = open();
 };
 
 TEST_F(RowTexts, AreReadAndStoredWithTheirRows) {
@@ -104,11 +85,11 @@ TEST_F(RowTexts, OfTwoUsersAreBothKeptOrOneIsTold) {
                theirB = theirs->Record(2);
     ASSERT_TRUE(write(a, u"eins"));
     // The same row: nothing is written, and nothing stays behind in the store.
-    const std::size_t size = storeSize();
+    const auto size = file(kStore).size();
     theirA->Fields(rTEXT, u"mein Wort");
     EXPECT_FALSE(theirA->Update());
     EXPECT_EQ(theirA->Error(), 70);
-    EXPECT_EQ(storeSize(), size);
+    EXPECT_EQ(file(kStore).size(), size);
     EXPECT_EQ(theirA->Fields(rTEXT), u"mein Wort");
     ASSERT_TRUE(write(theirB, u"zwei"));
     // So does a row that has gone from its set since another one was stored.
@@ -121,55 +102,26 @@ TEST_F(RowTexts, OfTwoUsersAreBothKeptOrOneIsTold) {
     EXPECT_TRUE(consistent(*db));
 }
 
-// Dies at each change of the disk: the others see the old text or the new one, and work on.
-TEST(RowTextDeaths, LeaveTheOldTextOrTheNewOne) {
-    MemoryFiles::Snapshot before;
-    {
-        MemoryFiles disk;
-        Process process(disk);
-        const auto db = makeRows(process.rtm);
-        ASSERT_TRUE(db);
-        const auto row = db->Record(1)->Kette(fPOS)->Record(2);
-        row->Fields(rTEXT, u"alt");
-        ASSERT_TRUE(row->Update());
-        db->Schliesse();
-        before = disk.snapshot();
-    }
-    int32 points = 0;
-    for (const bool windows : {false, true})
-        for (int64 n = 1;; ++n) {
-            MemoryFiles disk;
-            disk.offerWindows(windows);
-            disk.restore(before);
-            CrashingFiles files(disk);
-            Process process(files);
-            clsRtm& rtm = process.rtm;
-            files.as(kSurvivor);
-            const auto other = rtm.OpenTSDB(kChainFolder);
-            files.as(kVictim);
-            auto victim = rtm.OpenTSDB(kChainFolder);
-            ASSERT_TRUE(other && victim);
-            SCOPED_TRACE(testing::Message() << "killed at change " << n);
-            files.dieAt(n, LastWrite::none, CrashingFiles::Manner::silently);
-            const auto row = victim->Record(1)->Kette(fPOS)->Record(2);
-            row->Fields(rTEXT, u"neu");
-            const bool told = row->Update() && !files.died();
-            const bool died = files.died();
-            victim.reset();
-            files.as(kSurvivor);
-            const Text now = shownIn(*other, 1);
+class RowTextDeaths : public DyingUsers, public testing::TestWithParam<bool> {};
+
+TEST_P(RowTextDeaths, LeaveTheOldTextOrTheNewOne) {
+    disk.offerWindows(GetParam());
+    ASSERT_TRUE(write(makeRows(rtm)->Record(1)->Kette(fPOS)->Record(2), u"alt"));
+    bool told = false;
+    dieAtEachChange(
+        [&](clsTSDB& victim) {
+            told = write(victim.Record(1)->Kette(fPOS)->Record(2), u"neu") && !files.died();
+        },
+        [&](clsTSDB& other, bool) {
+            const Text now = shownIn(other, 1);
             EXPECT_TRUE(now == u"a= b=neu " || (!told && now == u"a= b=alt ")) << toUtf8(now);
-            const auto first = other->Record(1)->Kette(fPOS)->Record(1);
-            first->Fields(rTEXT, u"weiter");
-            EXPECT_TRUE(first->Update());
-            EXPECT_TRUE(shownIn(*other, 1).starts_with(u"a=weiter b="));
-            EXPECT_TRUE(consistent(*other));
-            if (HasFailure()) return;
-            if (!died) break;
-            ++points;
-        }
-    EXPECT_GT(points, 10);
+            EXPECT_TRUE(write(other.Record(1)->Kette(fPOS)->Record(1), u"weiter"));
+            EXPECT_TRUE(shownIn(other, 1).starts_with(u"a=weiter b="));
+            EXPECT_TRUE(consistent(other));
+        });
 }
+
+INSTANTIATE_TEST_SUITE_P(Windows, RowTextDeaths, testing::Bool());
 
 // Three programs add rows with texts to one record, and one of them is killed: what was told is there, each
 // row with its own text.

@@ -50,6 +50,18 @@ TEST_F(Safety, AnUncleanEndIsFoundBeforeAnybodyReads) {
     }
 }
 
+// An application may mark records as it likes: one that has a mark was written.
+TEST_F(Safety, AnUncleanEndLeavesARecordWithAMarkOfItsOwn) {
+    auto db = make(kBig);
+    addFive(*db);
+    db->PutField(3, 0, u"X");
+    db.reset();
+    patch(u"Count.tsd", 9, "+");
+    db = open();
+    EXPECT_TOLD("X|Abel", db->GetField(3, 0), db->GetField(3, fNAME));
+    EXPECT_TRUE(db->Befunde().empty());
+}
+
 // Who may only read cannot mend what a death left, and still gets the right answers.
 TEST_F(Safety, AReaderOfADamagedIndexIsNotMisled) {
     for (const int32 max : {kNormal, kBig}) {
@@ -58,12 +70,8 @@ TEST_F(Safety, AReaderOfADamagedIndexIsNotMisled) {
         addFive(*db);
         db.reset();
         swapFirst(max);
-        Bytes count = file(u"Count.tsd");
-        count.at(9) = '*';
-        put(u"Count.tsd", count);
-        Bytes changes = file(u"Stand.tsd");
-        changes.at(0) = static_cast<char>(changes.at(0) + 1);
-        put(u"Stand.tsd", changes);
+        patch(u"Count.tsd", 9, "*");
+        patch(u"Stand.tsd", 0, Bytes(1, static_cast<char>(file(u"Stand.tsd").at(0) + 1)));
         const auto before = disk.snapshot();
         const auto reader = open(true);
         ASSERT_TRUE(reader);
@@ -138,23 +146,45 @@ TEST_F(Safety, AReplacedDirectoryIsNotMixedWithTheOpenOne) {
 
 // --- Serial numbers
 
-TSIOArray withSerial(int32 columns) {
-    return fieldsOf({{u"NAME", tsAlphanumerisch, 6}, {u"NR", tsAutowert, columns}});
+// Two users of a database whose records have a NAME and a number of four digits.
+class SerialNumbers : public MemoryDatabase {
+ protected:
+    std::shared_ptr<clsTSDB> makeNumbered(int32 columns) {
+        return make(fieldsOf({{u"NAME", tsAlphanumerisch, 4}, {u"NR", tsAutowert, columns}}), kBig,
+                    u"  1  0  0");
+    }
+    std::shared_ptr<clsTSDB> one = makeNumbered(4);
+    std::shared_ptr<clsTSDB> two = open();
+};
+
+// The counter has its own lock: two users never get the same number.
+TEST_F(SerialNumbers, ComeOnce) {
+    const auto a = one->Add();
+    const auto b = two->Add();
+    EXPECT_TOLD("0001|0002", a->Fields(2), b->Fields(2));
+    ASSERT_TRUE(b->Update());
+    auto c = one->Add();
+    EXPECT_EQ(c->Fields(2), u"0003");
+    c.reset();  // the last one goes back
+    ASSERT_TRUE(a->Update());
+    EXPECT_EQ(two->Add()->Fields(2), u"0003");
+    // A record without a number does not take one that waits for its record.
+    ASSERT_TRUE(one->Append());
+    const auto d = one->Add();
+    EXPECT_EQ(d->Fields(2), u"0003");
+    for (const auto& db : {one, two}) EXPECT_EQ(db->Record(3)->Fields(2), u"0003");
+    EXPECT_EQ(two->GetField(3, 2), u"") << "shown, not stored";
+    ASSERT_TRUE(d->Update());
+    EXPECT_EQ(two->Record(3)->Fields(2), u"0003");
+    EXPECT_TRUE(consistent(*two));
 }
 
-TEST_F(Safety, SerialNumbersComeOnceWhateverWasLost) {
-    const auto db = make(withSerial(6), kBig, u"  1  0  0");
-    for (const TextView number : {u"000007", u"000003"}) {
-        const auto record = db->Add();
-        record->Fields(2, number);
-        ASSERT_TRUE(record->Update());
-    }
+TEST_F(SerialNumbers, ComeOnceWhateverWasLost) {
+    for (const auto* number : {u"0007", u"0003"}) ASSERT_TRUE(addRecord(*one, {{2, number}}));
     // The last record does not have the greatest number.
-    auto again = db;
-    again.reset();
     rtm.CloseRTMDBs();
     ASSERT_FALSE(platform::failed(disk.remove(path(u"Autowert.tsd"))));
-    EXPECT_EQ(open()->Add()->Fields(2), u"000008");
+    EXPECT_EQ(open()->Add()->Fields(2), u"0008");
     // A counter that cannot be had gives no empty number.
     disk.failOpening(path(u"Autowert.tsd"), platform::SystemError::accessDenied);
     const auto without = open();
@@ -163,35 +193,35 @@ TEST_F(Safety, SerialNumbersComeOnceWhateverWasLost) {
     EXPECT_EQ(without->Error(), 70);
 }
 
-TEST_F(Safety, ASerialNumberThatDoesNotFitIsNone) {
-    const auto db = make(withSerial(1), kBig, u"  1  0  0");
+TEST_F(SerialNumbers, OneThatDoesNotFitIsNone) {
+    disk.restore({});
+    const auto db = makeNumbered(1);
     for (int32 n = 1; n <= 9; ++n) ASSERT_TRUE(db->Add()->Update()) << n;
     EXPECT_EQ(db->Add(), nullptr);
     EXPECT_EQ(db->Error(), 7);
 }
 
-TEST_F(Safety, ANumberGoesBackOnlyIfNoStoreWasTried) {
-    const auto db = make(withSerial(4), kBig, u"  1  0  0");
-    auto record = db->Add();
+TEST_F(SerialNumbers, GoBackOnlyIfNoStoreWasTried) {
+    auto record = one->Add();
     disk.setFreeSpace(0);
     EXPECT_FALSE(record->Update());
     disk.setFreeSpace(std::nullopt);
     record.reset();
-    EXPECT_EQ(db->Add()->Fields(2), u"0002");
+    EXPECT_EQ(one->Add()->Fields(2), u"0002");
 }
 
 // An empty number that is shown is stored where that disturbs nobody, and moves its index along.
-TEST_F(Safety, AShownSerialNumberStandsInItsIndex) {
-    const auto db = make(withSerial(4), kBig, u"  1  0  0");
-    const auto other = open();
-    for (int32 n = 1; n <= 3; ++n) ASSERT_TRUE(db->Append());
-    ASSERT_TRUE(other->LockDB(true));
-    EXPECT_EQ(db->Record(2)->Fields(2), u"0002");
-    EXPECT_EQ(db->GetField(2, 2), u"") << "shown only, while somebody holds the database";
-    ASSERT_TRUE(other->LockDB(false));
-    EXPECT_TOLD("0002|0002", db->Record(2)->Fields(2), db->GetField(2, 2));
-    EXPECT_TRUE(consistent(*db));
-    EXPECT_EQ(db->Add()->Fields(2), u"0003");
+TEST_F(SerialNumbers, ThatAreShownStandInTheirIndex) {
+    for (int32 n = 1; n <= 3; ++n) ASSERT_TRUE(one->Append());
+    EXPECT_TOLD("0002|", open(true)->Record(2)->Fields(2), one->GetField(2, 2)) << "by who only reads";
+    ASSERT_TRUE(two->LockDB(true));
+    EXPECT_TOLD("0002|", one->Record(2)->Fields(2), one->GetField(2, 2)) << "beside who holds the database";
+    ASSERT_TRUE(two->LockDB(false));
+    EXPECT_TOLD("0002|0002", one->Record(2)->Fields(2), one->GetField(2, 2));
+    EXPECT_TRUE(consistent(*one));
+    EXPECT_EQ(one->Add()->Fields(2), u"0003");
+    one->AktSatzNr(2);
+    EXPECT_EQ(one->Fields(2), u"2") << "the database shows it as a number";
 }
 
 // --- Stores
@@ -257,6 +287,44 @@ TEST_F(Safety, ANewRecordWaitsForNoRecordLock) {
     }
 }
 
+// A store that fails midway gives the lock of its new record back, or the next one would wait for it for
+// ever; and what follows it writes no record that the indexes do not know.
+TEST_F(Safety, AFailedStoreLeavesNoLockAndNoHalfRecord) {
+    const auto db = make(kBig);
+    const auto other = open();
+    addFive(*db);
+    const auto record = db->Add();
+    record->Fields(fNAME, u"Neu");
+    db->AktSatzNr(2);
+    disk.setFreeSpace(0);
+    EXPECT_TOLD("no|61", record->Update(), record->Error());
+    EXPECT_FALSE(db->Append());
+    EXPECT_EQ(db->Error(), 61);
+    disk.setFreeSpace(std::nullopt);
+    db->Fields(fNAME, u"Neu");
+    db->Update();
+    EXPECT_TRUE(consistent(*db));
+    EXPECT_GT(addAddress(*other, {u"Neu", u"Ulm", u"", u""}), 0);
+    EXPECT_TRUE(record->Update());
+    EXPECT_TRUE(consistent(*db));
+}
+
+// A new record stands in the indexes before it stands in the file. Whoever opens the index in between waits
+// or looks again; a listener of the same object reads it as blank.
+TEST_F(Safety, AnIndexIsSearchedWhileARecordIsAdded) {
+    const auto db = make(kBig);
+    const auto other = open();
+    addFive(*db);
+    std::vector<std::string> told;
+    const auto heard = db->IndexChange.connect([&](int32) {
+        told.push_back(raised([&] { other->Exist(u"Abel Bonn", 1); }));
+        told.push_back(raised([&] { db->Exist(u"Neu Ulm", 1); }));
+    });
+    ASSERT_GT(addAddress(*db, {u"Neu", u"Ulm", u"", u""}), 0);
+    EXPECT_EQ(told, std::vector<std::string>(told.size()));
+    EXPECT_TRUE(consistent(*db));
+}
+
 // Handlers run when all is written, and may write; in the middle of a write only reading is free.
 TEST_F(Safety, HandlersMayWriteOnlyWhenTheWriteIsWhole) {
     for (const int32 max : {kNormal, kBig}) {
@@ -315,13 +383,6 @@ TEST_F(Safety, TextsOfSpecialFormsComeBack) {
         db->GetSatz(1);
         EXPECT_EQ(db->Fields(1), expected);
         EXPECT_EQ(db->FieldView(1), expected);
-    }
-    // Single fields in UTF-16 keep whole records out, in a Unicode database, too.
-    for (const eDBTyp form : {DBAnsi, DBUnicode}) {
-        disk.restore({});
-        const auto db = make(fieldsOf({{u"T", int32{tsText} + fUniCode, 6}}), kNormal, u"", form);
-        ASSERT_TRUE(db);
-        EXPECT_TOLD("445|445", raisedNumber([&] { db->GetSatz(1); }), raisedNumber([&] { db->PutSatz(1); }));
     }
 }
 

@@ -59,36 +59,7 @@ class Share : public testing::TestWithParam<int32> {
         machine(number);
         return *dbs[number];
     }
-    // What every machine sees.
-    void expectAll(const std::map<int32, Address>& rows) {
-        for (int32 m = 0; m < kMachines; ++m) {
-            clsTSDB& db = on(m);
-            EXPECT_TRUE(consistent(db)) << m;
-            EXPECT_EQ(db.AnzahlDSaetze(), static_cast<int32>(rows.size())) << m;
-            for (const auto& [number, row] : rows) {
-                EXPECT_EQ(addressAt(db, number).name, row.name) << m << ' ' << number;
-                EXPECT_TRUE(db.Exist(keyOf(row), 1)) << m << ' ' << number;
-            }
-        }
-    }
 };
-
-TEST_P(Share, NothingIsLostWhoeverWritesNext) {
-    std::map<int32, Address> rows;
-    for (int32 n = 1; n <= 60; ++n) {
-        const int32 number = addAddress(on(n % kMachines), person(n));
-        ASSERT_EQ(number, n) << rtmMain::state().F;
-        on(n % kMachines).Entsperren(number);
-        rows[number] = person(n);
-        // Another machine moves an older record in the first index, a third one marks it as deleted.
-        const int32 older = 1 + n / 2;
-        rows[older].name = u"Neu" + toText(n);
-        ASSERT_EQ(change(on((n + 1) % kMachines), older, fNAME, rows[older].name), 0);
-        on((n + 2) % kMachines).PutField(older, 0, u"*");
-        EXPECT_EQ(on(n % kMachines).GetField(older, 0), u"*");
-    }
-    expectAll(rows);
-}
 
 // What was told as stored is found elsewhere at once, by key, by position and by number, and one question for
 // the server proves it, with the record that was found.
@@ -206,14 +177,6 @@ TEST_P(Share, AnUpdateThatLostItsLockIsToldAndHealed) {
     for (int32 m : {0, 2}) ASSERT_TRUE(opened(m));
     EXPECT_EQ(change(on(0), 3, fNAME, u"Weiter"), 0);
     EXPECT_TRUE(consistent(on(2)));
-}
-
-TEST_P(Share, AskedForTheStateTheCountIsThatOfTheServer) {
-    for (int32 n = 1; n <= 3; ++n) {
-        ASSERT_EQ(addAddress(on(0), person(n)), n);
-        on(1).Stand();
-        EXPECT_EQ(on(1).AnzahlDSaetze(), n);
-    }
 }
 
 // The old text of a memo is given free under the lock; who closes beside somebody who holds it leaves it.

@@ -14,18 +14,9 @@ class RowsWithMemos : public MemoryDatabase {
     static constexpr std::size_t kRow = 8 + 4 + 5;
 
     std::shared_ptr<clsTSDB> made() {
-        const TSIOArray fields = fieldsOf({{u"KEY", tsAlphanumerisch, 8}, {u"POS", tsKette, 8}});
-        if (!rtm.DBCreateExt(DBAnsi, kFolder, {}, fields, kNormal, u"  1  0  0")) return nullptr;
-        put(u"KetteCtl.002",
-            "TS1,2\r\n0,1,1,4,1,\"Text@@7TEXT\"\r\n0,2,1,60,22,\"Memo@@7MEMO\"\r\n7,100,0\r\n0\r\n");
-        auto db = open();
-        for (int32 n = 1; n <= 2; ++n) {
-            const auto record = db->Add();
-            record->Fields(fKEY, toText(n));
-            if (!record->Update()) return nullptr;
-            if (writeChain(*db, n, {{Text(n == 1 ? u"a" : u"c"), {}}, {Text(n == 1 ? u"b" : u"d"), {}}}) != 0)
-                return nullptr;
-        }
+        auto db = makeTextRows(rtm, Text(kFolder), 2);
+        for (const auto& [n, first, second] : {std::tuple{1, u"a", u"b"}, {2, u"c", u"d"}})
+            if (!db || writeChain(*db, n, {{first, {}}, {second, {}}}) != 0) return nullptr;
         // The memos of rows 2, 3, 4: no entry of the face makes them.
         db.reset();
         Bytes rows = file(kRows);
@@ -80,10 +71,8 @@ TEST_F(RowsWithMemos, AreMendedByTheCheck) {
     auto db = made();
     ASSERT_TRUE(db);
     db.reset();
-    Bytes rows = file(kRows);
-    rows[3 * kRow - 1] = '1';  // the text of row 2
-    rows[4 * kRow - 1] = '9';  // none
-    put(kRows, rows);
+    patch(kRows, 3 * kRow - 1, "1");  // the text of row 2
+    patch(kRows, 4 * kRow - 1, "9");  // none
     db = open();
     EXPECT_FALSE(db->Check(false, {}));
     EXPECT_EQ(db->Befunde(),
@@ -101,10 +90,8 @@ TEST_F(RowsWithMemos, PackingRefusesACorruptChain) {
         auto db = made();
         ASSERT_TRUE(db);
         db.reset();
-        Bytes rows = file(kRows);
-        rows.replace(2 * kRow + 4, 4, next);  // the second row of record 1
-        put(kRows, rows);
-        const auto before = disk.snapshot();
+        patch(kRows, 2 * kRow + 4, next);  // the second row of record 1
+        const Bytes rows = file(kRows);
         db = open();
         const std::string told = raised([&] { EXPECT_TRUE(db->PackMemoKette()); });
         EXPECT_EQ(told, raises ? "57|DB PackMemoKette|Corrupt pointer in chain #2 of record #1" : "");
@@ -146,11 +133,8 @@ TEST_F(RowsWithMemos, AnOpeningMendsWhatAnUncleanEndLeft) {
     auto db = made();
     ASSERT_TRUE(db);
     db.reset();
-    Bytes count = file(u"Count.tsd"), rows = file(kRows);
-    count[9] = '+';
-    rows[4 * kRow - 1] = '9';
-    put(u"Count.tsd", count);
-    put(kRows, rows);
+    patch(u"Count.tsd", 9, "+");
+    patch(kRows, 4 * kRow - 1, "9");
     put(u"Data.tsd", file(u"Data.tsd") + Bytes(17, '\0') + " Torn    ");
     db = open();
     EXPECT_EQ(db->Befunde(),

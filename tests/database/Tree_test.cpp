@@ -94,10 +94,8 @@ class Tree : public MemoryDatabase {
     }
     static Text key(int32 n) { return toText(100000 + n); }
     void add(const Text& text) {
-        const auto record = db->Add();
+        const auto record = addRecord(*db, {{1, text}});
         ASSERT_TRUE(record);
-        record->Fields(1, text);
-        ASSERT_TRUE(record->Update());
         record->Entsperren();
     }
     void change(int32 n, const Text& text) { ASSERT_EQ(test::change(*db, n, 1, text), 0); }
