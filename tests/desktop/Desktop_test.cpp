@@ -1,46 +1,22 @@
 // Pages as files: what was set can be read again, and the forms of PDF are what they claim to be.
-#include "desktop/Desktop.hpp"
-
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <QApplication>
 #include <QBuffer>
-#include <QImage>
 #include <QPainter>
-#include <array>
-#include <cstdio>
 #include <filesystem>
-#include <fstream>
-#include <map>
-#include <regex>
-#include <sstream>
 
 #include "desktop/paper/PainterDevice.hpp"
-#include "tests/desktop/Commands.hpp"
-#include "tests/support/TempFolder.hpp"
-#include "tsRtm/frame/MessagesTopic.hpp"
+#include "tests/desktop/Paper.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
-#include "tsRtm/printing/Druck.hpp"
 
 namespace tsRtm::test {
 namespace {
 
-class OnPaper : public ::testing::Test {
+class OnPaper : public PaperTest {
  protected:
-    std::string file() const { return toUtf8(folder.name(job.DocFile())); }
-    void start() {
-        job.Device(u"PDF");
-        job.DocPath(folder.name());
-        job.JobName(u"Ladung & Größe");
-        job.Init(72, 1, 1, u"A4");
-    }
-
-    TempFolder folder;
-    MessagesTopic messages;
-    desktop::Desktop paper;
-    Druck job{messages};
+    void start() { begin(job, folder.name(), u"Ladung & Größe"); }
 };
 
 TEST_F(OnPaper, CanBeReadAgain) {
@@ -223,8 +199,7 @@ TEST_F(OnPaper, IsWrittenBesideOthers) {
     }
     int files = 0;
     for (const auto& entry : std::filesystem::directory_iterator(toUtf8(folder.name()))) {
-        std::ifstream in(entry.path(), std::ios::binary);
-        const std::string bytes((std::istreambuf_iterator<char>(in)), {});
+        const auto bytes = contentOf(entry.path());
         EXPECT_TRUE(bytes.starts_with("%PDF") && bytes.find("%%EOF") != std::string::npos) << entry.path();
         ++files;
     }
@@ -245,10 +220,7 @@ TEST_F(OnPaper, LooksAlikeAtEverySize) {
         desktop::PainterDevice device(painter, {96, 96, 0, 0});
         job.Page(1)->draw(device, width, height);
         painter.end();
-        QRect box;
-        for (int y = 0; y < height; ++y)
-            for (int x = 0; x < width; ++x)
-                if (qGray(image.pixel(x, y)) < 128) box |= QRect(x, y, 1, 1);
+        const QRect box = pixelsOf(image, image.rect(), dark);
         return std::array{box.left() * 1000 / width, box.right() * 1000 / width, box.top() * 1000 / height,
                           box.bottom() * 1000 / height};
     };

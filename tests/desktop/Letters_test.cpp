@@ -1,16 +1,8 @@
 // Letters as a word processor writes them: nothing of their text is lost, and it stands where it belongs.
-#include <gtest/gtest.h>
-
-#include <QImage>
-#include <fstream>
 #include <functional>
 
-#include "desktop/Desktop.hpp"
 #include "desktop/preview/PageView.hpp"
-#include "tests/desktop/Commands.hpp"
-#include "tests/support/TempFolder.hpp"
-#include "tsRtm/frame/MessagesTopic.hpp"
-#include "tsRtm/printing/Druck.hpp"
+#include "tests/desktop/Paper.hpp"
 
 namespace tsRtm::test {
 namespace {
@@ -18,17 +10,14 @@ namespace {
 constexpr int32 kLeft = 1417, kWidth = 9355;  // twips
 constexpr double kMargin = kLeft / 20.0, kRight = (kLeft + kWidth) / 20.0;
 
-class Letters : public ::testing::Test {
+class Letters : public PaperTest {
  protected:
     void SetUp() override {
         if (!has("pdftotext")) GTEST_SKIP() << "poppler-utils is not installed";
     }
     // Prints a text; its file.
     std::string print(TextView rtf) {
-        job.Device(u"PDF");
-        job.DocPath(folder.name());
-        job.JobName(u"letter");
-        job.Init(72, 1, 1, u"A4");
+        begin(job, folder.name(), u"letter");
         int32 next = 0;
         for (int32 page = 0; next >= 0 && page < 10; ++page) {
             if (page > 0) job.Ausgabe();
@@ -36,26 +25,17 @@ class Letters : public ::testing::Test {
             next = job.PrintRTFTextNeu(rtf, kLeft, 1134, kWidth, height, next);
         }
         job.Ende();
-        return toUtf8(folder.name(job.DocFile()));
+        return file();
     }
     static Text letter(const std::string& name) {
-        std::ifstream file(TSRTM_TEST_DATA "/letters/" + name + ".rtf", std::ios::binary);
-        return fromUtf8(std::string(std::istreambuf_iterator<char>(file), {}));
+        return fromUtf8(contentOf(TSRTM_TEST_DATA "/letters/" + name + ".rtf"));
     }
     // Points from the page's left and upper edge to what has a colour.
     QRectF coloured(const std::function<bool(QRgb)>& is) {
         const QImage page = desktop::imageOf(job.Page(1).get(), {1190, 1683});
-        QRect found;
-        for (int y = 0; y < page.height(); ++y)
-            for (int x = 0; x < page.width(); ++x)
-                if (is(page.pixel(x, y))) found |= QRect(x, y, 1, 1);
+        const QRect found = pixelsOf(page, page.rect(), is);
         return {found.x() / 2.0, found.y() / 2.0, found.width() / 2.0, found.height() / 2.0};
     }
-
-    TempFolder folder;
-    MessagesTopic messages;
-    desktop::Desktop paper;
-    Druck job{messages};
 };
 
 TEST_F(Letters, KeepTheirTextInItsOrder) {

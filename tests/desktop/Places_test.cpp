@@ -1,17 +1,10 @@
 // Ink where it is told to be: every grid, alignment and direction, in a PDF as others show it, in an archive,
 // which is made in another way, and on a picture.
-#include <gtest/gtest.h>
-
-#include <QImage>
 #include <QTransform>
-#include <cstdlib>
 #include <functional>
 
-#include "desktop/Desktop.hpp"
 #include "desktop/preview/PageView.hpp"
-#include "tests/support/TempFolder.hpp"
-#include "tsRtm/frame/MessagesTopic.hpp"
-#include "tsRtm/printing/Druck.hpp"
+#include "tests/desktop/Paper.hpp"
 
 namespace tsRtm::test {
 namespace {
@@ -102,10 +95,7 @@ QRectF inkOf(const QImage& image, const Thing& thing) {
     const QRect around =
         QRect(dots(middle.x() - kCell / 2), dots(middle.y() - kCell / 2), dots(kCell), dots(kCell)) &
         image.rect();
-    QRect ink;
-    for (int y = around.top(); y <= around.bottom(); ++y)
-        for (int x = around.left(); x <= around.right(); ++x)
-            if (qGray(image.pixel(x, y)) < 128) ink |= QRect(x, y, 1, 1);
+    const QRect ink = pixelsOf(image, around, dark);
     return {ink.left() * kDot, ink.top() * kDot, ink.width() * kDot, ink.height() * kDot};
 }
 
@@ -114,26 +104,19 @@ double apart(const QRectF& a, const QRectF& b) {
                      std::abs(a.top() - b.top()), std::abs(a.bottom() - b.bottom())});
 }
 
-TEST(Places, AreThoseThatWereTold) {
-    if (std::system("command -v pdftoppm >/dev/null") != 0) GTEST_SKIP() << "poppler-utils is not installed";
-    TempFolder folder;
-    MessagesTopic messages;
-    desktop::Desktop paper;
+using Places = PaperTest;
+
+TEST_F(Places, AreThoseThatWereTold) {
+    if (!has("pdftoppm")) GTEST_SKIP() << "poppler-utils is not installed";
     const auto all = things();
     for (const bool archive : {false, true}) {
-        Druck job(messages);
-        job.Device(u"PDF");
-        job.DocPath(folder.name());
-        job.JobName(archive ? u"archive" : u"plain");
+        begin(job, folder.name(), archive ? u"archive" : u"plain");
         job.PDFA(archive);
-        job.Init(72, 1, 1, u"A4");
         for (const auto& thing : all) thing.draw(job);
         job.Ende();
         const auto picture = desktop::imageOf(job.Page(1).get(), {2480, 3508});
-        const std::string file = toUtf8(folder.name(job.JobName()));
-        ASSERT_EQ(
-            std::system(("pdftoppm -r 300 -gray -singlefile '" + file + ".pdf' '" + file + "'").c_str()), 0);
-        const QImage shown(QString::fromStdString(file + ".pgm"));
+        ASSERT_EQ(run("pdftoppm -r 300 -gray -singlefile '" + file() + "' '" + file() + "'").first, 0);
+        const QImage shown(QString::fromStdString(file() + ".pgm"));
         ASSERT_FALSE(shown.isNull());
         for (const auto& thing : all) {
             SCOPED_TRACE(std::string(thing.name) + " " + std::to_string(&thing - all.data()) +

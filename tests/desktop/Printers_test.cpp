@@ -19,11 +19,7 @@
 #include <map>
 #include <sstream>
 
-#include "desktop/Desktop.hpp"
-#include "tests/desktop/Commands.hpp"
-#include "tests/support/TempFolder.hpp"
-#include "tsRtm/frame/MessagesTopic.hpp"
-#include "tsRtm/printing/Druck.hpp"
+#include "tests/desktop/Paper.hpp"
 
 namespace tsRtm::test {
 namespace {
@@ -62,15 +58,20 @@ bool comes(Condition condition) {
     return false;
 }
 
+template <class Address>
+bool connects(const Address& address) {
+    const int socket = ::socket(*reinterpret_cast<const sa_family_t*>(&address), SOCK_STREAM, 0);
+    const bool connected = connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    close(socket);
+    return connected;
+}
+
 // Whether somebody listens there: the socket's name alone stays behind, too.
 bool listens(const std::string& name) {
-    const int socket = ::socket(AF_UNIX, SOCK_STREAM, 0);
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     name.copy(address.sun_path, sizeof address.sun_path - 1);
-    const bool connected = connect(socket, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
-    close(socket);
-    return connected;
+    return connects(address);
 }
 
 int freePort() {
@@ -137,14 +138,11 @@ class IppPrinter {
  private:
     std::string path(const std::string& name) const { return toUtf8(folder_.name()) + "/" + name; }
     bool takesJobs() const {
-        const int socket = ::socket(AF_INET, SOCK_STREAM, 0);
         sockaddr_in address{};
         address.sin_family = AF_INET;
         address.sin_port = htons(static_cast<std::uint16_t>(port_));
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        const bool connected = connect(socket, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
-        close(socket);
-        return connected;
+        return connects(address);
     }
 
     TempFolder folder_;
@@ -152,12 +150,6 @@ class IppPrinter {
     std::unique_ptr<Program> printer_;
     int port_ = 0;
 };
-
-std::string content(const std::string& file) {
-    std::ostringstream text;
-    text << std::ifstream(file, std::ios::binary).rdbuf();
-    return text.str();
-}
 
 TEST(Printers, GetWhatTheJobAsksFor) {
     IppPrinter real;
@@ -196,7 +188,7 @@ TEST(Printers, GetWhatTheJobAsksFor) {
     EXPECT_EQ(asked["IPP_SIDES"], "two-sided-long-edge");
     EXPECT_NE(asked["IPP_MEDIA_COL"].find("x-dimension=21000"), std::string::npos) << asked["IPP_MEDIA_COL"];
     EXPECT_NE(asked["IPP_MEDIA_COL"].find("media-source=manual"), std::string::npos);
-    const auto bytes = content(real.document(1));
+    const auto bytes = contentOf(real.document(1));
     EXPECT_TRUE(bytes.starts_with("%PDF-") && bytes.find("%%EOF") != std::string::npos);
 
     // The first sheet from another bin: two jobs of one name.

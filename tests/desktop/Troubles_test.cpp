@@ -9,20 +9,16 @@
 #include <QThread>
 #include <chrono>
 #include <filesystem>
-#include <fstream>
 #include <random>
 
-#include "desktop/Desktop.hpp"
 #include "desktop/paper/FontMeasure.hpp"
 #include "desktop/paper/PdfWriting.hpp"
 #include "desktop/paper/RichText.hpp"
+#include "tests/desktop/Paper.hpp"
 #include "tests/support/FailingFiles.hpp"
 #include "tests/support/MemoryFiles.hpp"
-#include "tests/support/TempFolder.hpp"
 #include "tests/support/TestGround.hpp"
-#include "tsRtm/frame/MessagesTopic.hpp"
 #include "tsRtm/frame/state/Plugged.hpp"
-#include "tsRtm/printing/Druck.hpp"
 
 namespace tsRtm::test {
 namespace {
@@ -55,10 +51,7 @@ TEST(Troubles, LeaveNoHalfFile) {
     MessagesTopic messages;
     const auto write = [&] {
         Druck job(messages);
-        job.Device(u"PDF");
-        job.DocPath(u"/brief");
-        job.JobName(u"Brief");
-        job.Init(72, 1, 1, u"A4");
+        begin(job, u"/brief", u"Brief");
         job.mm(30, 25, u"Brief", 14, 0);
         job.Ende();
         return !job.Abbruch();
@@ -113,10 +106,7 @@ TEST(Troubles, LeaveWholeFilesOfProgramsThatDie) {
             desktop::Desktop paper;
             for (;;) {
                 Druck job(messages);
-                job.Device(u"PDF");
-                job.DocPath(folder.name());
-                job.JobName(u"Brief");
-                job.Init(72, 1, 1, u"A4");
+                begin(job, folder.name(), u"Brief");
                 job.mm(30, 25, u"Brief", 14, 0);
                 job.Ende();
             }
@@ -134,8 +124,7 @@ TEST(Troubles, LeaveWholeFilesOfProgramsThatDie) {
             EXPECT_TRUE(name.starts_with("rad") && name.ends_with(".tmp")) << name;
             continue;
         }
-        std::ifstream in(entry.path(), std::ios::binary);
-        EXPECT_TRUE(whole(std::string((std::istreambuf_iterator<char>(in)), {}))) << name;
+        EXPECT_TRUE(whole(contentOf(entry.path()))) << name;
     }
 }
 
