@@ -77,13 +77,9 @@ TEST_F(Addresses, FillTheWindowOfAnEnvelope) {
     const auto print = [&](TextView hint, eEckTyp corners, const Adresse* sender) {
         job.Init(72, 1, 1, u"A4");
         address.Drucken(&job, 40, 20, 12, u"", u"", sender, corners, hint);
-        RecordingDevice device;
         job.Ausgabe();
-        job.Page(1)->draw(device, 1, 1);
         std::string text;
-        for (const auto& line : device.lines)
-            if (line.find("pen") != 0 && line.find("brush") != 0 && line.find("colour") != 0)
-                text += line + "|";
+        for (const auto& line : drawnOn(job.Page(1))) text += line + "|";
         return text;
     };
     address.AdrAnrede(u"Frau");

@@ -2,8 +2,7 @@
 #include "tsRtm/banking/clsBanken.hpp"
 
 #include "tests/banking/BankColumns.hpp"
-#include "tests/database/DatabaseFixture.hpp"
-#include "tests/support/CrashingFiles.hpp"
+#include "tests/database/Deaths.hpp"
 #include "tests/support/Table.hpp"
 #include "tsRtm/frame/state/Plugged.hpp"
 
@@ -24,14 +23,10 @@ const std::string kFirst = bankRow("37040044", "Commerzbank", "COBADEFFXXX") +
 const std::string kSecond = bankRow("37040044", "Neue Bank", "COBADEFFXXX") + kHamburg +
                             bankRow("10000000", "Bundesbank", "MARKDEF1100", "Berlin");
 
-struct Office {
-    explicit Office(platform::FileSystem& files) : library(ground, files) {
-        ground.ui.defaultAnswer = 7;
+struct Office : Process {
+    explicit Office(platform::FileSystem& files) : Process(files) {
         rtmMain::state().runtimeDataDir = u"/daten";
     }
-    TestGround ground;
-    StartedLibrary library;
-    clsRtm rtm;
 };
 
 class Banken : public ::testing::Test {
@@ -200,12 +195,7 @@ TEST_F(Banken, OfADatabaseThatIsNone) {
     };
     ASSERT_TRUE(
         office.rtm.DBCreateExt(DBAnsi, kRegister, {}, fieldsOf({{u"X", tsAlles, 3}}), 10, u"  1  0  0"));
-    {
-        const auto db = office.rtm.OpenTSDB(kRegister);
-        const auto record = db->Add();
-        record->Fields(1, u"370");
-        ASSERT_TRUE(record->Update());
-    }
+    ASSERT_TRUE(addRecord(*office.rtm.OpenTSDB(kRegister), {{1, u"370"}}));
     asked(true);
     const auto result = import(kFirst);
     EXPECT_TOLD("no|53", result.complete, result.databaseError) << "nothing goes in there";

@@ -94,13 +94,5 @@ TEST(ChainRaces, ARowThatWasGivenToTwoIsLeftToTheOther) {
     EXPECT_TRUE(consistent(*db));
 }
 
-// The directory has become another database's: its chains are not ours.
-TEST_F(MemoryDatabase, ChainsOfAnotherDatabaseInThePlaceOfOursAreRefused) {
-    const auto db = makeChains(disk, rtm, {}, 1);
-    ASSERT_TRUE(db);
-    disk.restore(disk.snapshot());
-    EXPECT_TOLD("70|no", writeChain(*db, 1, rowsNamed(u"a")), disk.exists(path(u"KetteDat.002")));
-}
-
 }  // namespace
 }  // namespace tsRtm::test

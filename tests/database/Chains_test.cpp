@@ -39,6 +39,14 @@ class Chains : public MemoryDatabase {
         return out + std::string(length - 2 * out.size(), ' ') + at(last);
     }
 
+    // What one of the questions for all fields gives.
+    template <class Answer>
+    std::vector<Answer> told(void (clsTSDB::*ask)(std::vector<Answer>&) const) const {
+        std::vector<Answer> answers;
+        ((*db).*ask)(answers);
+        return answers;
+    }
+
     std::shared_ptr<clsTSDB> db;
     ChainForm form_;
 };
@@ -226,24 +234,11 @@ TEST_F(Chains, ActionGivesAndTakesRows) {
     action(2, {}, 0);
     EXPECT_TRUE(chainAt(*db, 1).empty());
     // What the fields are.
-    std::vector<Text> texts;
-    std::vector<int32> numbers;
     TSIOArray fields;
-    db->KetteCaption(texts);
-    EXPECT_EQ(texts, (std::vector<Text>{u"Text", u"Zahl"}));
-    db->KetteHilfe(texts);
-    EXPECT_EQ(texts, (std::vector<Text>{u"", u""}));
-    db->KetteTyp(numbers);
-    EXPECT_EQ(numbers, (std::vector<int32>{1, 5}));
-    db->KetteLaenge(numbers);
-    EXPECT_EQ(numbers, (std::vector<int32>{6, 4}));
-    db->KetteNachkomma(numbers);
-    EXPECT_EQ(numbers, (std::vector<int32>{0, 0}));
     db->KetteTSIO(fields);
-    ASSERT_EQ(fields.size(), 2u);
-    EXPECT_EQ(db->KetteMaxZeilen(), 100);
-    const clsKette handle(db, fPOS, 1);
-    EXPECT_EQ(handle.Cols(), 2);
+    EXPECT_TOLD("Text,Zahl|,|1,5|6,4|0,0|2|100|2", told(&clsTSDB::KetteCaption), told(&clsTSDB::KetteHilfe),
+                told(&clsTSDB::KetteTyp), told(&clsTSDB::KetteLaenge), told(&clsTSDB::KetteNachkomma),
+                fields.size(), db->KetteMaxZeilen(), clsKette(db, fPOS, 1).Cols());
 }
 
 TEST_F(Chains, ARepairThatFailsKeepsNoLock) {

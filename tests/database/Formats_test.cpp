@@ -1,28 +1,10 @@
 // The worked examples of docs/file-formats.md against what the library writes, and older forms against what
 // it reads.
-#include <fstream>
-#include <sstream>
-
 #include "tests/database/ChainDatabase.hpp"
+#include "tests/support/Examples.hpp"
 
 namespace tsRtm::test {
 namespace {
-
-// The bytes of the block "```hex name" of the page.
-Bytes example(const std::string& name) {
-    static const std::string page = [] {
-        std::ifstream in(TSRTM_TEST_DATA "/../../docs/file-formats.md", std::ios::binary);
-        return std::string(std::istreambuf_iterator<char>(in), {});
-    }();
-    const std::string mark = "```hex " + name + "\n";
-    const auto from = page.find(mark);
-    if (from == std::string::npos) return "missing: " + name;
-    std::istringstream digits(
-        page.substr(from + mark.size(), page.find("```", from + 3) - from - mark.size()));
-    Bytes out;
-    for (std::string byte; digits >> byte;) out.push_back(static_cast<char>(std::stoi(byte, nullptr, 16)));
-    return out;
-}
 
 std::string hex(BytesView bytes) {
     static constexpr char kDigits[] = "0123456789ABCDEF";

@@ -32,12 +32,9 @@ TEST_F(Locks, ARecordHasOneOwner) {
 
 TEST_F(Locks, OnlyRecordsThatAreThere) {
     for (const int32 n : {0, -1, 6}) {
-        EXPECT_FALSE(one->Sperren(n));
-        EXPECT_EQ(one->Error(), 63) << n;
-        EXPECT_FALSE(one->Entsperren(n));
-        EXPECT_EQ(one->Error(), 63) << n;
-        EXPECT_FALSE(one->Gesperrt(n));
-        EXPECT_EQ(one->Error(), n == 0 ? 0 : 63) << n;  // 0 asks for the database lock
+        EXPECT_TOLD("no|63", one->Sperren(n), one->Error()) << n;
+        EXPECT_TOLD("no|63", one->Entsperren(n), one->Error()) << n;
+        EXPECT_TOLD(n == 0 ? "no|0" : "no|63", one->Gesperrt(n), one->Error()) << "0 asks for the database";
     }
 }
 

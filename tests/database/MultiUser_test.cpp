@@ -25,18 +25,6 @@ class MultiUser : public testing::TestWithParam<int32> {
     StartedLibrary library{ground, platform::posixPlatform().files, platform::posixPlatform().clock};
     Text folder = temp.name(u"Konten");
 
-    // Runs `work` in several processes that start at once, each with its number; all have to end with 0.
-    template <class Work>
-    static void atOnce(int32 count, Work work) {
-        std::vector<std::unique_ptr<ChildProcess>> processes;
-        for (int32 p = 0; p < count; ++p)
-            processes.push_back(std::make_unique<ChildProcess>([&, p](ChildProcess::Line& line) {
-                line.hear();
-                return work(p);
-            }));
-        for (const auto& process : processes) process->line().say('G');
-        for (const auto& process : processes) EXPECT_EQ(process->wait(), 0);
-    }
     void make() {
         clsRtm rtm;
         const auto db = makeAddresses(rtm, folder, GetParam());
@@ -72,16 +60,21 @@ TEST_P(MultiUser, EightProcessesLoseNoUpdateAndNoRecord) {
     make();
     constexpr int32 kAdds = 50;
     const auto added = [](int32 p, int32 i) { return account(1000 * (p + 1) + i); };
-    atOnce(kProcesses, [&](int32 p) {
-        clsRtm own;
-        const auto db = own.OpenTSDB(folder);
-        for (int32 i = 0; i < kAdds / 2; ++i)
-            if (!db || addAddress(*db, added(p, i)) < 1) return 10;
-        if (const int failed = countUp(folder, static_cast<uint32>(p) + 1)) return failed;
-        for (int32 i = kAdds / 2; i < kAdds; ++i)
-            if (addAddress(*db, added(p, i)) < 1) return 11;
-        return 0;
-    });
+    std::vector<std::unique_ptr<ChildProcess>> processes;
+    for (int32 p = 0; p < kProcesses; ++p)
+        processes.push_back(std::make_unique<ChildProcess>([&, p](ChildProcess::Line& line) {
+            line.hear();
+            clsRtm own;
+            const auto db = own.OpenTSDB(folder);
+            for (int32 i = 0; i < kAdds / 2; ++i)
+                if (!db || addAddress(*db, added(p, i)) < 1) return 10;
+            if (const int failed = countUp(folder, static_cast<uint32>(p) + 1)) return failed;
+            for (int32 i = kAdds / 2; i < kAdds; ++i)
+                if (addAddress(*db, added(p, i)) < 1) return 11;
+            return 0;
+        }));
+    for (const auto& process : processes) process->line().say('G');
+    for (const auto& process : processes) EXPECT_EQ(process->wait(), 0);
     clsRtm rtm;
     const auto db = rtm.OpenTSDB(folder);
     ASSERT_TRUE(db);

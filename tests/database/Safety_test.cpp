@@ -1,5 +1,5 @@
 // What may not be lost: counters, pointers, locks and files, when openings, stores and deaths cross.
-#include "tests/database/MemoryDatabase.hpp"
+#include "tests/database/ChainDatabase.hpp"
 #include "tests/support/CrashingFiles.hpp"
 
 namespace tsRtm::test {
@@ -135,13 +135,13 @@ TEST_F(Safety, ADatabaseIsNeverMadeOverAnother) {
     EXPECT_TOLD("no|10", rtm.DB_Create(other, addressFields(), 20, u""), rtm.OpenTSDB(other)->MaxData());
 }
 
+// Another database takes the place of ours, of which the index and the chains would be opened only now.
 TEST_F(Safety, AReplacedDirectoryIsNotMixedWithTheOpenOne) {
-    const auto db = make(kBig);
-    addFive(*db);
+    const auto db = makeChains(disk, rtm, {}, 1);
     const auto late = open();
-    // Another database takes the place of ours; the index would be opened only now.
     disk.restore(disk.snapshot());
-    EXPECT_EQ(raisedNumber([&] { late->Exist(u"Abel Bonn", 1); }), 70);
+    EXPECT_EQ(raisedNumber([&] { late->Exist(u"A", 1); }), 70);
+    EXPECT_TOLD("70|no", writeChain(*db, 1, rowsNamed(u"a")), disk.exists(path(u"KetteDat.002")));
 }
 
 // --- Serial numbers

@@ -179,6 +179,14 @@ TEST_P(Share, AnUpdateThatLostItsLockIsToldAndHealed) {
     EXPECT_TRUE(consistent(on(2)));
 }
 
+TEST_P(Share, AskedForTheStateTheCountIsThatOfTheServer) {
+    for (int32 n = 1; n <= 3; ++n) {
+        ASSERT_EQ(addAddress(on(0), person(n)), n);
+        on(1).Stand();
+        EXPECT_EQ(on(1).AnzahlDSaetze(), n);
+    }
+}
+
 // The old text of a memo is given free under the lock; who closes beside somebody who holds it leaves it.
 TEST_P(Share, ClosesBesideAWriterWithATextToGiveFree) {
     const Text name = u"/daten/Notizen";

@@ -202,10 +202,7 @@ TEST_F(PlzOrt, OfADatabaseThatIsNone) {
     rtmMain::state().runtimeDataDir = u"/andere";
     ASSERT_TRUE(rtm.DBCreateExt(DBAnsi, other, {}, fieldsOf({{u"X", tsAlles, 3}}), 10, u"  1  0  0"));
     disk.put(other + u".DBD/Index.tsd", index);
-    const auto db = rtm.OpenTSDB(other);
-    const auto record = db->Add();
-    record->Fields(1, u"abc");
-    ASSERT_TRUE(record->Update());
+    ASSERT_TRUE(addRecord(*rtm.OpenTSDB(other), {{1, u"abc"}}));
     for (const TextView typed : {u"52062", u"12345", u"12345 Neudorf", u"Hamburg"})
         EXPECT_EQ(look(typed), u"-") << toUtf8(typed);
     EXPECT_EQ(places.Bundesland(u"12345") + places.OrtsName(u"52062"), u"");

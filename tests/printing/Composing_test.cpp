@@ -13,15 +13,9 @@ namespace {
 
 class Composing : public ::testing::Test {
  protected:
-    // What stands on a page, without the start of each.
     std::vector<std::string> lines(int32 page = 1) {
-        RecordingDevice device;
         job.Ausgabe();
-        if (const auto source = job.Page(page)) source->draw(device, 100, 100);
-        std::erase_if(device.lines, [](const auto& line) {
-            return line.starts_with("pen") || line.starts_with("brush") || line.starts_with("colour");
-        });
-        return device.lines;
+        return drawnOn(job.Page(page));
     }
     void start(int32 anzahl = 1) { job.Init(72, anzahl, 1, u"A4"); }
 

@@ -59,6 +59,16 @@ class RecordingDevice final : public platform::PageDevice {
     std::vector<std::string> lines;
 };
 
+// What stands on a page of a job, without the start of each.
+inline std::vector<std::string> drawnOn(const std::unique_ptr<platform::PageSource>& page) {
+    RecordingDevice device;
+    if (page) page->draw(device, 100, 100);
+    std::erase_if(device.lines, [](const auto& line) {
+        return line.starts_with("pen") || line.starts_with("brush") || line.starts_with("colour");
+    });
+    return device.lines;
+}
+
 // One printer "Laser", one "Alt" that knows next to nothing, files and a preview. `log` tells what they were
 // asked.
 class PaperDouble final : platform::TextMeasure,

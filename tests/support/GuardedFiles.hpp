@@ -54,17 +54,23 @@ class GuardedWindow final : public platform::FileWindow {
 
 // Its gate outlives it.
 class GuardedFile : public platform::File {
+    using Inner = platform::File;
     using Step = Gate::Step;
     using Error = platform::SystemError;
     template <class T>
     using Result = platform::Result<T>;
+
+    template <class Member, class... Arguments>
+    auto handOn(Step step, Member member, const Arguments&... arguments) {
+        return gate_.through(step, [&] { return ((*inner_).*member)(arguments...); });
+    }
 
  public:
     GuardedFile(std::unique_ptr<platform::File> inner, Gate& gate)
         : inner_(std::move(inner)), gate_(gate), name_(inner_->name()) {}
 
     Result<std::size_t> readAt(uint64 offset, std::span<std::byte> into) override {
-        return gate_.through(Step::look, [&] { return inner_->readAt(offset, into); });
+        return handOn(Step::look, &Inner::readAt, offset, into);
     }
     Error writeAt(uint64 offset, std::span<const std::byte> bytes) override {
         const auto write = [&](std::size_t count) { return inner_->writeAt(offset, bytes.first(count)); };
@@ -72,42 +78,26 @@ class GuardedFile : public platform::File {
             bytes.empty() ? Step::look : Step::change, [&] { return write(bytes.size()); },
             [&] { static_cast<void>(write(bytes.size() / 2)); });
     }
-    Result<uint64> size() override {
-        return gate_.through(Step::look, [&] { return inner_->size(); });
-    }
-    Error resize(uint64 size) override {
-        return gate_.through(Step::change, [&] { return inner_->resize(size); });
-    }
-    Error flush() override {
-        return gate_.through(Step::look, [&] { return inner_->flush(); });
-    }
-    Error tryLock(platform::ByteRange range) override {
-        return gate_.through(Step::look, [&] { return inner_->tryLock(range); });
-    }
-    Error unlock(platform::ByteRange range) override {
-        return gate_.through(Step::look, [&] { return inner_->unlock(range); });
-    }
+    Result<uint64> size() override { return handOn(Step::look, &Inner::size); }
+    Error resize(uint64 size) override { return handOn(Step::change, &Inner::resize, size); }
+    Error flush() override { return handOn(Step::look, &Inner::flush); }
+    Error tryLock(platform::ByteRange range) override { return handOn(Step::look, &Inner::tryLock, range); }
+    Error unlock(platform::ByteRange range) override { return handOn(Step::look, &Inner::unlock, range); }
     Result<bool> isLocked(platform::ByteRange range) override {
-        return gate_.through(Step::look, [&] { return inner_->isLocked(range); });
+        return handOn(Step::look, &Inner::isLocked, range);
     }
-    Error share(platform::Sharing mode) override {
-        return gate_.through(Step::look, [&] { return inner_->share(mode); });
-    }
-    Error show(uint64 number) override {
-        return gate_.through(Step::look, [&] { return inner_->show(number); });
-    }
+    Error share(platform::Sharing mode) override { return handOn(Step::look, &Inner::share, mode); }
+    Error show(uint64 number) override { return handOn(Step::look, &Inner::show, number); }
     Result<uint64> greatestShown(uint64 floor) override {
-        return gate_.through(Step::look, [&] { return inner_->greatestShown(floor); });
+        return handOn(Step::look, &Inner::greatestShown, floor);
     }
-    Result<bool> stands() override {
-        return gate_.through(remote() ? Step::look : Step::free, [&] { return inner_->stands(); });
-    }
+    Result<bool> stands() override { return handOn(ofShare(), &Inner::stands); }
     bool remote() const noexcept override { return inner_ && inner_->remote(); }
     Error refresh(platform::RefreshAs standing) override {
-        return gate_.through(remote() ? Step::look : Step::free, [&] { return inner_->refresh(standing); });
+        return handOn(ofShare(), &Inner::refresh, standing);
     }
     Result<std::size_t> readServed(uint64 offset, std::span<std::byte> into) override {
-        return gate_.through(Step::look, [&] { return inner_->readServed(offset, into); });
+        return handOn(Step::look, &Inner::readServed, offset, into);
     }
     platform::FileWindow* window() override {
         auto* const inner = !window_ && inner_ ? inner_->window() : nullptr;
@@ -115,14 +105,14 @@ class GuardedFile : public platform::File {
         return window_.get();
     }
     const Text& name() const noexcept override { return name_; }
-    Result<bool> inPlace() override {
-        return gate_.through(Step::free, [&] { return inner_->inPlace(); });
-    }
+    Result<bool> inPlace() override { return handOn(Step::free, &Inner::inPlace); }
 
  protected:
     std::unique_ptr<platform::File> inner_;  // may go away once nothing passes any more
 
  private:
+    Step ofShare() const { return remote() ? Step::look : Step::free; }
+
     Gate& gate_;
     Text name_;
     std::unique_ptr<GuardedWindow> window_;
@@ -130,11 +120,17 @@ class GuardedFile : public platform::File {
 
 // Hands all on to another file system, which outlives it.
 class GuardedFiles : public platform::FileSystem {
+    using Inner = platform::FileSystem;
     using Step = Gate::Step;
     using Error = platform::SystemError;
     template <class T>
     using Result = platform::Result<T>;
     using Opened = Result<std::unique_ptr<platform::File>>;
+
+    template <class Member, class... Arguments>
+    auto handOn(Step step, Member member, const Arguments&... arguments) {
+        return gate().through(step, [&] { return (inner_.*member)(arguments...); });
+    }
 
  public:
     explicit GuardedFiles(platform::FileSystem& inner) : inner_(inner) {}
@@ -149,36 +145,26 @@ class GuardedFiles : public platform::FileSystem {
         });
     }
     Result<platform::FileStatus> status(TextView name) override {
-        return gate().through(Step::look, [&] { return inner_.status(name); });
+        return handOn(Step::look, &Inner::status, name);
     }
     Result<std::vector<platform::FolderEntry>> list(TextView folder) override {
-        return gate().through(Step::look, [&] { return inner_.list(folder); });
+        return handOn(Step::look, &Inner::list, folder);
     }
     platform::DriveKind driveKind(TextView name) override { return inner_.driveKind(name); }
-    Error remove(TextView name) override {
-        return gate().through(Step::change, [&] { return inner_.remove(name); });
-    }
+    Error remove(TextView name) override { return handOn(Step::change, &Inner::remove, name); }
     Error rename(TextView from, TextView to, bool replace) override {
-        return gate().through(Step::change, [&] { return inner_.rename(from, to, replace); });
+        return handOn(Step::change, &Inner::rename, from, to, replace);
     }
     Error exchange(TextView from, TextView to) override {
-        return gate().through(Step::change, [&] { return inner_.exchange(from, to); });
+        return handOn(Step::change, &Inner::exchange, from, to);
     }
-    Error makeFolder(TextView name) override {
-        return gate().through(Step::change, [&] { return inner_.makeFolder(name); });
-    }
-    Error flushFolder(TextView name) override {
-        return gate().through(Step::look, [&] { return inner_.flushFolder(name); });
-    }
-    Error recycle(TextView name) override {
-        return gate().through(Step::change, [&] { return inner_.recycle(name); });
-    }
+    Error makeFolder(TextView name) override { return handOn(Step::change, &Inner::makeFolder, name); }
+    Error flushFolder(TextView name) override { return handOn(Step::look, &Inner::flushFolder, name); }
+    Error recycle(TextView name) override { return handOn(Step::change, &Inner::recycle, name); }
     Error copyAccess(TextView from, TextView to) override {
-        return gate().through(Step::change, [&] { return inner_.copyAccess(from, to); });
+        return handOn(Step::change, &Inner::copyAccess, from, to);
     }
-    Error unhide(TextView name) override {
-        return gate().through(Step::change, [&] { return inner_.unhide(name); });
-    }
+    Error unhide(TextView name) override { return handOn(Step::change, &Inner::unhide, name); }
 
  protected:
     virtual Gate& gate() = 0;  // of the calls by name

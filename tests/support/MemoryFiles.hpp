@@ -64,7 +64,6 @@ class MemoryFiles final : public platform::FileSystem {
     // Bytes by which all files together may still grow; a write that does not fit is done as far as it fits,
     // as on a real disk, and fails. nullopt: no limit.
     void setFreeSpace(std::optional<uint64> bytes) { freeSpace_ = bytes; }
-    std::optional<uint64> freeSpace() const { return freeSpace_; }
     // The time stamp of what is written from now on.
     void setNow(Date now) { now_ = now; }
     // Ends an opening of a file of this kind, with its locks and its share mode, and gives its window, if it

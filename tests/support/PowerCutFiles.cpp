@@ -142,11 +142,6 @@ MemoryFiles::Snapshot PowerCutFiles::cut(std::mt19937& random) const {
     return out;
 }
 
-void PowerCutFiles::settle() {
-    for (auto& [key, named] : names_) named.content->settle();
-    moments_ = {names_};
-}
-
 Result<std::unique_ptr<File>> PowerCutFiles::open(TextView name, OpenRequest request) {
     const bool changes = request.disposition != Disposition::openExisting;
     if (changes && !disk_.status(name)) static_cast<void>(pass(Gate::Step::change, {}));

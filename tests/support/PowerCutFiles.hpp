@@ -30,8 +30,6 @@ class PowerCutFiles final : public GuardedFiles, private Gate {
     std::function<void()> beforeChange;
     // What the medium may show if the power is cut now.
     MemoryFiles::Snapshot cut(std::mt19937& random) const;
-    // All that was done is on the medium.
-    void settle();
 
     platform::Result<std::unique_ptr<platform::File>> open(TextView name,
                                                            platform::OpenRequest request) override;

@@ -1,7 +1,7 @@
 // What a list, a table of cells and a table of rows have each of its own, and the forms of their files.
-#include <fstream>
 #include <limits>
 
+#include "tests/support/Examples.hpp"
 #include "tests/support/Told.hpp"
 #include "tests/tables/TablesTest.hpp"
 #include "tsRtm/tables/DatenSeq.hpp"
@@ -274,19 +274,9 @@ TEST_F(DatenVarTabTest, ADamagedFileIsToldAndNotWritten) {
     }
 }
 
-// The worked examples of docs/file-formats.md are what the library writes.
 TEST_F(FormatsOfTables, AreAsThePageSays) {
-    std::ifstream in(TSRTM_TEST_DATA "/../../docs/file-formats.md", std::ios::binary);
-    const std::string page(std::istreambuf_iterator<char>(in), {});
     const auto expectExample = [&](const std::string& name) {
-        const std::string mark = "```hex " + name + "\n";
-        const auto from = page.find(mark);
-        ASSERT_NE(from, std::string::npos) << name;
-        std::istringstream digits(
-            page.substr(from + mark.size(), page.find("```", from + 3) - from - mark.size()));
-        Bytes bytes;
-        for (std::string byte; digits >> byte;) bytes += static_cast<char>(std::stoi(byte, nullptr, 16));
-        EXPECT_EQ(disk.dump(kFile), bytes) << name;
+        EXPECT_EQ(disk.dump(kFile), example(name)) << name;
         static_cast<void>(disk.remove(kFile));
     };
     DatenSeq list;
