@@ -1,7 +1,7 @@
 // One appointment on a real record, in stores of two layouts.
 #include "tsRtm/appointments/clsTermin.hpp"
 
-#include "tests/database/DatabaseFixture.hpp"
+#include "tests/database/MemoryDatabase.hpp"
 
 namespace tsRtm::test {
 namespace {
@@ -35,25 +35,17 @@ class Look final : public iKalenderExtension {
     bool closed = false;
 };
 
-class Termine : public ::testing::Test {
+class Termine : public MemoryDatabase {
  protected:
-    Termine() {
-        const auto fields = fieldsOf({{u"ID", tsAlphanumerisch, 8},
-                                      {u"TERMIN", tsAlphanumerisch, 8},
-                                      {u"UHRZEIT", 39, 5, 2},
-                                      {u"DAUER", 39, 5, 2},
-                                      {u"TEXT", tsAlphanumerisch, 40},
-                                      {u"ABDATUM", tsDate, 8},
-                                      {u"BISDATUM", tsDate, 8},
-                                      {u"WER", tsAlphanumerisch, 5}});
-        EXPECT_TRUE(rtm.DBCreateExt(DBAnsi, u"/d/Termine", {}, fields, 5000, u"  2  0  0"));
-        db = rtm.OpenTSDB(u"/d/Termine");
-    }
-
-    MemoryFiles files;
-    StartedLibrary library{files};
-    clsRtm rtm;
-    std::shared_ptr<clsTSDB> db;
+    std::shared_ptr<clsTSDB> db = make(fieldsOf({{u"ID", tsAlphanumerisch, 8},
+                                                 {u"TERMIN", tsAlphanumerisch, 8},
+                                                 {u"UHRZEIT", 39, 5, 2},
+                                                 {u"DAUER", 39, 5, 2},
+                                                 {u"TEXT", tsAlphanumerisch, 40},
+                                                 {u"ABDATUM", tsDate, 8},
+                                                 {u"BISDATUM", tsDate, 8},
+                                                 {u"WER", tsAlphanumerisch, 5}}),
+                                       5000, u"  2  0  0");
 };
 
 TEST_F(Termine, ReckonTheEndFromTheDurationAndBack) {

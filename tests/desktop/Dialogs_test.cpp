@@ -37,6 +37,8 @@ using namespace desktop;
 
 class Windows : public ::testing::Test {
  protected:
+    static constexpr TextView kPrompt = u"Speichern?@Die Datei wurde geändert.";
+
     // What the user does with the next dialog, once it is open.
     template <class Window = TaskWindow, class User>
     static void next(User user) {
@@ -68,8 +70,13 @@ class Windows : public ::testing::Test {
             if (label->isVisible()) all += label->text() + u'|';
         return all.toStdString();
     }
+    // What the user is asked, and how he answers.
+    platform::MessageBox asked(bool rich, int32 buttons) {
+        clsTaskDialog dialog(messages);
+        dialog.Prompt(kPrompt, buttons);
+        return rich ? dialog.Configuration() : plainBox(kPrompt, buttons);
+    }
     int32 box(bool rich, int32 buttons) {
-        constexpr TextView kPrompt = u"Speichern?@Die Datei wurde geändert.";
         return rich ? messages.TSMsgBox(kPrompt, buttons)
                     : rtmMain::system().dialogs.show(plainBox(kPrompt, buttons));
     }
@@ -80,68 +87,46 @@ class Windows : public ::testing::Test {
 };
 
 TEST_F(Windows, AnswerInEachWay) {
-    // 0 is no answer: the dialog stays.
-    const struct {
-        bool rich;
-        int32 set;
-        std::vector<int32> offered;
-        int32 escape;
-        std::vector<int32> usual;  // by the flags dlgDefault1 to dlgDefault4
-    } cases[] = {
-        {true, dlgOKOnly, {1}, 1, {1, 1, 1, 1}},
-        {true, dlgOKCancel, {1, 2}, 2, {1, 2, 1, 1}},
-        {true, dlgAbortRetryIgnore, {4, 2, 5}, 2, {4, 2, 5, 4}},
-        {true, dlgYesNoCancel, {6, 7, 2}, 2, {6, 7, 2, 6}},
-        {true, dlgYesNo, {6, 7}, 0, {6, 7, 6, 6}},
-        {true, dlgRetryCancel, {4, 2}, 2, {4, 2, 4, 4}},
-        {true, dlgCancelTryContinue, {2, 10, 11}, 2, {2, 2, 2, 2}},
-        {true, 7, {1}, 1, {1, 1, 1, 1}},
-        {false, dlgOKOnly, {1}, 1, {1, 1, 1, 1}},
-        {false, dlgOKCancel, {1, 2}, 2, {1, 2, 1, 1}},
-        {false, dlgAbortRetryIgnore, {3, 4, 5}, 0, {3, 4, 5, 3}},
-        {false, dlgYesNoCancel, {6, 7, 2}, 2, {6, 7, 2, 6}},
-        {false, dlgYesNo, {6, 7}, 0, {6, 7, 6, 6}},
-        {false, dlgRetryCancel, {4, 2}, 2, {4, 2, 4, 4}},
-        {false, dlgCancelTryContinue, {2, 10, 11}, 2, {2, 10, 11, 2}},
-        {false, 7, {1}, 1, {1, 1, 1, 1}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(Told(c.rich ? "rich" : "plain", c.set).out);
-        const std::function<void(TaskWindow&)> ways[] = {
-            [](TaskWindow& window) { key(window, Qt::Key_Escape); },
-            [](TaskWindow& window) { window.close(); },
-        };
-        for (const auto& way : ways) {
+    for (const bool rich : {true, false})
+        for (int32 set = dlgOKOnly; set <= dlgCancelTryContinue + 1; ++set) {
+            SCOPED_TRACE(Told(rich ? "rich" : "plain", set).out);
+            const auto offered = asked(rich, set).answers;
+            const bool cancels = std::count(offered.begin(), offered.end(), 2) > 0;
+            const int32 escape = cancels ? 2 : offered.size() == 1 ? offered[0] : 0;  // 0: the dialog stays
+            const std::function<void(TaskWindow&)> ways[] = {
+                [](TaskWindow& window) { key(window, Qt::Key_Escape); },
+                [](TaskWindow& window) { window.close(); },
+            };
+            for (const auto& way : ways) {
+                next([&](TaskWindow& window) {
+                    way(window);
+                    EXPECT_EQ(window.isVisible(), escape == 0);
+                    if (escape == 0) click(answer(window, offered.back()));
+                });
+                EXPECT_EQ(box(rich, set), escape == 0 ? offered.back() : escape);
+            }
+            for (const int32 usual : {dlgDefault1, dlgDefault2, dlgDefault3, dlgDefault4}) {
+                next([&](TaskWindow& window) { key(window, Qt::Key_Return); });
+                EXPECT_EQ(box(rich, set + usual), asked(rich, set + usual).defaultAnswer) << usual;
+            }
+            std::vector<int32> seen;
             next([&](TaskWindow& window) {
-                way(window);
-                EXPECT_EQ(window.isVisible(), c.escape == 0);
-                if (c.escape == 0) click(answer(window, c.offered.back()));
+                keepPicture(window, (std::string(rich ? "task" : "plain") + char('0' + set)).c_str());
+                for (auto* found : window.findChildren<QPushButton*>())
+                    seen.push_back(found->objectName().mid(6).toInt());
+                click(answer(window, offered.front()));
             });
-            EXPECT_EQ(box(c.rich, c.set), c.escape == 0 ? c.offered.back() : c.escape);
+            EXPECT_EQ(box(rich, set), offered.front());
+            EXPECT_EQ(seen, offered);
+            for (const int32 number : offered) {
+                next([&](TaskWindow& window) {
+                    const auto mnemonic = answer(window, number)->shortcut();
+                    ASSERT_FALSE(mnemonic.isEmpty());
+                    key(window, mnemonic[0].key());
+                });
+                EXPECT_EQ(box(rich, set), number);
+            }
         }
-        for (int32 flag = 0; flag < 4; ++flag) {
-            next([&](TaskWindow& window) { key(window, Qt::Key_Return); });
-            EXPECT_EQ(box(c.rich, c.set + flag * dlgDefault2), c.usual[static_cast<std::size_t>(flag)])
-                << flag;
-        }
-        std::vector<int32> seen;
-        next([&](TaskWindow& window) {
-            keepPicture(window, (std::string(c.rich ? "task" : "plain") + char('0' + c.set)).c_str());
-            for (auto* found : window.findChildren<QPushButton*>())
-                seen.push_back(found->objectName().mid(6).toInt());
-            click(answer(window, c.offered.front()));
-        });
-        EXPECT_EQ(box(c.rich, c.set), c.offered.front());
-        EXPECT_EQ(seen, c.offered);
-        for (const int32 number : c.offered) {
-            next([&](TaskWindow& window) {
-                const auto mnemonic = answer(window, number)->shortcut();
-                ASSERT_FALSE(mnemonic.isEmpty());
-                key(window, mnemonic[0].key());
-            });
-            EXPECT_EQ(box(c.rich, c.set), number);
-        }
-    }
 }
 
 TEST_F(Windows, ShowWhatTheyAreGiven) {

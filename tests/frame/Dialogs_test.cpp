@@ -45,21 +45,28 @@ class Dialogs : public ::testing::Test {
 };
 
 TEST_F(Dialogs, ButtonsAndDefaultsOfEachSet) {
-    // Answers and the usual one, of the plain box, of the dialog, and the captions of its own buttons.
-    for (const auto& [buttons, told] :
-         {std::pair{dlgOKCancel | dlgDefault2, "1,2|2|1,2|2|"},
-          {dlgAbortRetryIgnore + 0, "3,4,5|3|4,2,5|4|5&Ignorieren"},
-          {dlgAbortRetryIgnore | dlgDefault3, "3,4,5|5|4,2,5|5|5&Ignorieren"},
-          {dlgYesNoCancel | dlgDefault3, "6,7,2|2|6,7,2|2|"},
-          {dlgYesNo | dlgDefault4, "6,7|6|6,7|6|"},
-          {dlgCancelTryContinue | dlgDefault2, "2,10,11|10|2,10,11|2|10Wie&derholen11&Weiter"}}) {
-        const auto plain = plainBox(u"x", buttons);
-        dialog.Prompt(u"x", buttons);
-        const auto& rich = dialog.Configuration();
+    // Answers, and the usual one by each of the four flags, of the plain box and of the dialog; captions of
+    // its own buttons.
+    for (const auto& [set, told] :
+         {std::pair{dlgOKOnly + 0, "1|1,1,1,1|1|1,1,1,1|"},
+          {dlgOKCancel, "1,2|1,2,1,1|1,2|1,2,1,1|"},
+          {dlgAbortRetryIgnore, "3,4,5|3,4,5,3|4,2,5|4,2,5,4|5&Ignorieren"},
+          {dlgYesNoCancel, "6,7,2|6,7,2,6|6,7,2|6,7,2,6|"},
+          {dlgYesNo, "6,7|6,7,6,6|6,7|6,7,6,6|"},
+          {dlgRetryCancel, "4,2|4,2,4,4|4,2|4,2,4,4|"},
+          {dlgCancelTryContinue, "2,10,11|2,10,11,2|2,10,11|2,2,2,2|10Wie&derholen11&Weiter"},
+          {7, "1|1,1,1,1|1|1,1,1,1|"}}) {
+        std::vector<int32> plain, rich;
+        for (const int32 flag : {dlgDefault1, dlgDefault2, dlgDefault3, dlgDefault4}) {
+            plain.push_back(plainBox(u"x", set | flag).defaultAnswer);
+            dialog.Prompt(u"x", set | flag);
+            rich.push_back(dialog.Configuration().defaultAnswer);
+        }
         Text own;
-        for (const auto& button : rich.ownButtons) own += toText(button.number) + button.caption;
-        EXPECT_TOLD(told, plain.answers, plain.defaultAnswer, rich.answers, rich.defaultAnswer, own)
-            << buttons;
+        for (const auto& button : dialog.Configuration().ownButtons)
+            own += toText(button.number) + button.caption;
+        EXPECT_TOLD(told, plainBox(u"x", set).answers, plain, dialog.Configuration().answers, rich, own)
+            << set;
     }
 }
 
