@@ -124,6 +124,25 @@ TEST_P(Packing, IndexesComeAndGo) {
     EXPECT_TRUE(consistent(*db));
 }
 
+// An index may be searched while it is sorted. A new one is none before it is built, nor where that failed.
+TEST_P(Packing, AListenerToTheProgressOfAnIndexMayStandInIt) {
+    auto progress = db->UpdateProgress.connect([&](int32, int32, int32) {
+        db->SetIndex(2);
+        db->MoveFirst();
+        db->PutField(1, uTEXT, u"anders");
+        EXPECT_EQ(db->Error(), 70);
+    });
+    EXPECT_TRUE(db->Sort());
+    EXPECT_EQ(rowsOf(*db), all);
+    EXPECT_TRUE(consistent(*db));
+    progress = db->UpdateProgress.connect([&](int32, int32, int32) { db->SetIndex(3); });
+    disk.setFreeSpace(0);
+    db->CreateIndex(uORT);
+    EXPECT_TOLD("61|2|0", db->Error(), db->AnzahlIndizes(), db->ActiveIndex());
+    db->AktSatzNr(2);
+    EXPECT_EQ(db->Fields(uNAME), all[1].name);
+}
+
 TEST_P(Packing, IsRefusedBesideOthersAndBesideReadersOnly) {
     deleteEveryThird();
     const auto other = openAs(0);

@@ -40,8 +40,10 @@ bool clsTSDB::Sort(int32 IndexSpalte) {
     const Working working(*this);
     auto& e = *engine_;
     if (e.writer.busy()) return e.fail(DatabaseError::locked);
+    std::optional<Occupied> occupied(std::in_place, e.writer);
     const auto error = sortIndexes(
         e.d, IndexSpalte, [this](int32 phase, int32 done, int32 sum) { UpdateProgress(phase, done, sum); });
+    occupied.reset();
     if (failed(error)) return e.fail(error);
     for (int32 n = 1; n <= e.d.indexes.count(); ++n)
         if (IndexSpalte == -1 || n == IndexSpalte) indexRebuilt(e.d.indexes.keys(n).primary());
@@ -220,10 +222,13 @@ void clsTSDB::CreateIndex(int32 Primaer, int32 Sekundaer, int32 Tertiaer) {
         createIndex(e.d, {Primaer, Sekundaer, Tertiaer},
                     [this](int32 phase, int32 done, int32 sum) { UpdateProgress(phase, done, sum); });
     e.writer.prepare();
-    if (failed(error))
+    if (failed(error)) {
+        // A handler may stand in the index that was not to be.
+        if (!e.d.indexes.has(e.c.aktIndex)) e.c.aktIndex = 0;
         e.fail(error);
-    else
+    } else {
         indexRebuilt(Primaer);
+    }
 }
 
 void clsTSDB::DelIndex(int32 IndexSpalte) {

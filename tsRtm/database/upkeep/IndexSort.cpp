@@ -47,6 +47,8 @@ void sortOne(OpenDatabase& d, RecordSorter& sorter, int32 number, const WorkProg
     const Text name = d.folder.path(d.indexes.fileName(number));
     const Text fresh = name + Text(kNewEnd);
     buildBeside(d, sorter, number, fresh, progress);
+    // Who listens to the progress may have searched in it.
+    d.indexes.close(number);
     if (d.folder.sensible && FilesTopic::Exist(name))
         replaceSensible(d, fresh, name);
     else
