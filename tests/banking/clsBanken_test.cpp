@@ -171,9 +171,7 @@ TEST_F(Banken, AreKnownByNameUntilSomebodyChangesThem) {
         office.ground.clock.advance(std::chrono::seconds(1));
     }
     const auto db = office.rtm.OpenTSDB(kRegister);
-    const auto record = db->Record(1);
-    record->Fields(fBANKEN_NAME, u"Umbenannt");
-    ASSERT_TRUE(record->Update());
+    ASSERT_TRUE(stored(db->Record(1), {{fBANKEN_NAME, u"Umbenannt"}}));
     EXPECT_EQ(banks.Name(u"37040044"), u"Umbenannt") << "at once: an index has the name";
     db->Delete(2);
     office.ground.clock.advance(std::chrono::seconds(1));

@@ -74,6 +74,13 @@ class Tool : public ::testing::Test {
         EXPECT_NE(out.find(part), std::string::npos) << arguments << '\n' << out;
     }
     nlohmann::json json(const std::string& arguments) { return ok(arguments + " --json").json(); }
+    // Numbers of the records that an answer has, each with a blank behind it.
+    std::string numbers(const std::string& arguments) {
+        std::string found;
+        const auto answer = json(arguments);
+        for (const auto& record : answer["records"]) found += record["nr"].dump() + " ";
+        return found;
+    }
     static nlohmann::json parsed(const char* text) { return nlohmann::json::parse(text); }
 
     std::string start(const std::string& arguments) const {

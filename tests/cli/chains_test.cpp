@@ -1,4 +1,4 @@
-// Rows of records by the command line.
+// Rows and named properties of records by the command line.
 #include "tests/cli/Tool.hpp"
 
 namespace tsRtm::test {
@@ -45,6 +45,24 @@ TEST_F(ChainTool, RefusesWhatDoesNotFit) {
         EXPECT_EQ(run("db chain write P 1 POS rows.json").status, 1) << content;
     }
     EXPECT_EQ(rows(), parsed(R"([["a",""]])"));
+}
+
+TEST_F(Tool, SetsAndShowsPropertiesOfRecords) {
+    ok("db create P --field NAME:text:20 --field EIG:properties:60 --index NAME --max 1000");
+    for (const char* name : {"Abel", "Berg"}) ok(std::string("db add P NAME=") + name);
+    ok("db props set P 1 Farbe=grün Größe=5=6");
+    ok("db props set P 1 FARBE=rot");
+    ok("db props set P 2 farbe=blau");
+    prints("db props list P 1", "Farbe=rot\nGröße=5=6\n");
+    EXPECT_EQ(json("db props list P 1")["Größe"], "5=6");
+    prints("db props get P 2 FARBE", "blau\n");
+    prints("db props names P", "Farbe: 2\nGröße: 1\n");
+    EXPECT_EQ(json("db props names P")["Farbe"], 2);
+    refusedEach("db props ", 1,
+                "set P 1 Farbe -> KEY=VALUE | set P 1 =x -> Ungültige Eigenschaft | list P 9 -> 9");
+    ok("db create Q --field NAME:text:20 --index NAME --max 1000");
+    ok("db add Q NAME=Abel");
+    refused("db props list Q 1", 1, "no field of properties");
 }
 
 }  // namespace

@@ -74,11 +74,7 @@ TEST_P(ChainSets, RowsAreRecords) {
 TEST_P(ChainSets, RowsOfANewRecordAreStoredWithIt) {
     const auto record = db->Add();
     record->Fields(fKEY, u"neu");
-    for (const auto* text : {u"eins", u"zwei"}) {
-        const auto row = record->Kette(fPOS)->Add();
-        row->Fields(1, text);
-        EXPECT_TRUE(row->Update());
-    }
+    for (const auto* text : {u"eins", u"zwei"}) EXPECT_TRUE(stored(record->Kette(fPOS)->Add(), {{1, text}}));
     EXPECT_TRUE(record->Kette(fPOS)->Update());
     EXPECT_EQ(db->AnzahlDSaetze(), 2);
     ASSERT_TRUE(record->Update());
@@ -88,8 +84,7 @@ TEST_P(ChainSets, RowsOfANewRecordAreStoredWithIt) {
     // Only the row that is stored goes there.
     const auto one = set->Record(1), two = set->Record(2);
     one->Fields(1, u"EINS");
-    two->Fields(2, u"2");
-    ASSERT_TRUE(two->Update());
+    ASSERT_TRUE(stored(two, {{2, u"2"}}));
     EXPECT_EQ(shownIn(*other, 3), u"eins zwei2 ");
     EXPECT_TRUE(db->Check(false, {}));
 }

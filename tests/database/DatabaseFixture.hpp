@@ -61,13 +61,17 @@ struct Address {
     auto operator<=>(const Address&) const = default;
 };
 
-// A new record with these fields; nothing where it was not stored.
-inline std::shared_ptr<clsTSRecord> addRecord(clsTSDB& db,
-                                              std::initializer_list<std::pair<int32, Text>> fields) {
-    const auto record = db.Add();
-    if (!record) return nullptr;
+using FieldTexts = std::initializer_list<std::pair<int32, Text>>;
+// Gives fields of a record these texts and stores it; whether it was told as stored.
+inline bool stored(const std::shared_ptr<clsTSRecord>& record, FieldTexts fields) {
+    if (!record) return false;
     for (const auto& [field, text] : fields) record->Fields(field, text);
-    return record->Update() ? record : nullptr;
+    return record->Update();
+}
+// A new record with these fields; nothing where it was not stored.
+inline std::shared_ptr<clsTSRecord> addRecord(clsTSDB& db, FieldTexts fields) {
+    auto record = db.Add();
+    return stored(record, fields) ? record : nullptr;
 }
 // Number of the new record, 0 where it was not stored.
 inline int32 addAddress(clsTSDB& db, const Address& address) {

@@ -69,16 +69,14 @@ inline FullRows rowsOf(clsTSDB& db) {
 
 // All but the chain, by an object that gives its lock back; whether it was told as stored.
 inline bool store(const std::shared_ptr<clsTSRecord>& record, const FullRow& row) {
-    if (!record) return false;
-    record->Fields(uNAME, row.name);
-    record->Fields(uORT, row.ort);
-    record->Fields(uTAG, row.tag);
-    record->Fields(uTEXT, row.text);
-    record->Fields(uNOTIZ, row.notiz);
-    record->Fields(uEIGEN, row.eigen);
-    const bool stored = record->Update();
-    if (stored) record->Entsperren();
-    return stored;
+    const bool done = stored(record, {{uNAME, row.name},
+                                      {uORT, row.ort},
+                                      {uTAG, row.tag},
+                                      {uTEXT, row.text},
+                                      {uNOTIZ, row.notiz},
+                                      {uEIGEN, row.eigen}});
+    if (done) record->Entsperren();
+    return done;
 }
 
 }  // namespace tsRtm::test

@@ -70,11 +70,8 @@ class Interleaved : public testing::TestWithParam<Case> {
         ++dead_;
     }
     // What a user does, and what he is told to be stored.
-    void store(clsTSDB& db, int32 number, std::initializer_list<std::pair<int32, Text>> fields) {
-        const auto record = db.Record(number);
-        if (!record) return;
-        for (const auto& [field, text] : fields) record->Fields(field, text);
-        if (!record->Update()) return;
+    void store(clsTSDB& db, int32 number, FieldTexts fields) {
+        if (!stored(db.Record(number), fields)) return;
         for (const auto& [field, text] : fields) told[{number, field}] = text;
     }
     void put(clsTSDB& db, int32 number, int32 field, const Text& text) {

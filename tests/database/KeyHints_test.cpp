@@ -38,10 +38,7 @@ class KeyHints : public testing::Test {
         return counted.calls() - before;
     }
     static bool rename(clsTSDB& db, int32 record, const Text& name) {
-        const auto changed = db.Record(record, true);
-        if (!changed) return false;
-        changed->Fields(fNAME, name);
-        return changed->Update();
+        return stored(db.Record(record, true), {{fNAME, name}});
     }
 
     std::mt19937 random{4711};

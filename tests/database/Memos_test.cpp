@@ -196,13 +196,10 @@ TEST_F(Memos, ARecordObjectReadsLateAndStoresWhatWasAssigned) {
     EXPECT_EQ(record->Fields(mNOTIZ), u"alt");
     EXPECT_EQ(copy->Fields(mNOTIZ), u"alt");
     EXPECT_FALSE(record->IsEmpty(mNOTIZ));
-    copy->Fields(mNOTIZ, u"neu");
-    copy->Fields(mBILD, u"\u00FF\u00FE");
-    EXPECT_TRUE(copy->Update());
+    EXPECT_TRUE(stored(copy, {{mNOTIZ, u"neu"}, {mBILD, u"\u00FF\u00FE"}}));
     // It was only read: others' text stays.
     EXPECT_EQ(record->Fields(mNOTIZ), u"alt");
-    record->Fields(mNAME, u"Änne");
-    EXPECT_TRUE(record->Update());
+    EXPECT_TRUE(stored(record, {{mNAME, u"Änne"}}));
     EXPECT_EQ(record->Fields(mNOTIZ), u"neu");
     EXPECT_EQ(db->Record(1)->Fields(mBILD), u"\u00FF\u00FE");
     copy->Fields(mNOTIZ, u"fort");

@@ -28,8 +28,7 @@ TEST_P(RecordObjects, ThereIsOneForARecord) {
     const auto added = db->Add();
     const auto heard =
         db->RecordChange.connect([&](int32 number) { found.push_back(db->Record(number) == added); });
-    added->Fields(fNAME, u"Zuse");
-    ASSERT_TRUE(added->Update());
+    ASSERT_TRUE(stored(added, {{fNAME, u"Zuse"}}));
     EXPECT_TOLD("no|0", found.empty(), std::count(found.begin(), found.end(), false));
     // Whoever holds an object of his own is asked for it.
     const auto copy = added->WorkCopy();
@@ -49,8 +48,7 @@ TEST_P(RecordObjects, ALockHasOneOwner) {
     db->Entsperren(2);
     EXPECT_FALSE(record->Locked());
     ASSERT_TRUE(db->Sperren(2));
-    record->Fields(fNAME, u"Neu");
-    EXPECT_TRUE(record->Update());
+    EXPECT_TRUE(stored(record, {{fNAME, u"Neu"}}));
     record->Entsperren();
     db->Record(2).reset();
     EXPECT_TRUE(other->Gesperrt(2));

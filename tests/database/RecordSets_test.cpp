@@ -47,8 +47,7 @@ TEST_P(RecordSets, TheSetOfAllRecords) {
     const auto added = all->Add();
     const int32 before = added->Satznummer();
     EXPECT_LT(before, 1);
-    added->Fields(fNAME, u"Emil");
-    ASSERT_TRUE(added->Update());
+    ASSERT_TRUE(stored(added, {{fNAME, u"Emil"}}));
     EXPECT_EQ(told, (Numbers{before, 6}));
     EXPECT_EQ(all->Count(), 6);
     EXPECT_EQ(raised([&] { all->Inhalt(); }), "5|clsTSRecordSet.Inhalt|Recordset ist keine Kette");

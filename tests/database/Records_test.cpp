@@ -145,8 +145,7 @@ TEST_P(Records, AReaderWritesNothing) {
     }
     EXPECT_TOLD("yes|no", reader->Check(false, {}), db->Gesperrt(0));
     const auto record = reader->Record(2);
-    record->Fields(1, u"x");
-    EXPECT_FALSE(record->Update());
+    EXPECT_FALSE(stored(record, {{1, u"x"}}));
     record->Deleted(true);
     EXPECT_FALSE(record->Deleted());
     EXPECT_EQ(disk.snapshot(), before);
@@ -225,8 +224,7 @@ TEST_P(Records, WinningALockShowsWhatTheOtherUserStored) {
     const auto theirs = other->Record(2, true);
     ASSERT_TRUE(theirs && theirs->Locked());
     EXPECT_TOLD("no|no", record->Sperren(-1), record->Locked());
-    theirs->Fields(fORT, u"Ulm");
-    ASSERT_TRUE(theirs->Update());
+    ASSERT_TRUE(stored(theirs, {{fORT, u"Ulm"}}));
     EXPECT_TOLD("yes|yes", theirs->Entsperren(), record->Sperren(-1));
     EXPECT_TRUE(record->Sperren(-1));  // already locked
     EXPECT_EQ(record->Fields(fORT), u"Ulm");
@@ -273,8 +271,7 @@ TEST_P(Records, ANewRecordHasNoNumberBeforeItsUpdate) {
     const auto plain = std::make_shared<clsTSRecord>(db, 0);
     EXPECT_FALSE(plain->Sperren());  // no lock can be had
     EXPECT_TRUE(plain->Locked());
-    record->Fields(fNAME, u"Neu");
-    ASSERT_TRUE(record->Update());
+    ASSERT_TRUE(stored(record, {{fNAME, u"Neu"}}));
     EXPECT_TOLD("6|yes", record->Satznummer(), db->Gesperrt(6));
     ASSERT_TRUE(record->Update());  // again, now as a change
     EXPECT_TOLD("6|yes", db->AnzahlDSaetze(), record->WorkCopy() != nullptr);

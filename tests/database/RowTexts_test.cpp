@@ -24,8 +24,7 @@ Text shownIn(clsTSDB& db, int32 record) {
 }
 
 bool write(const std::shared_ptr<clsTSRecord>& row, TextView text) {
-    row->Fields(rTEXT, text);
-    return row->Update();
+    return stored(row, {{rTEXT, Text(text)}});
 }
 
 class RowTexts : public MemoryDatabase {
@@ -86,8 +85,7 @@ TEST_F(RowTexts, OfTwoUsersAreBothKeptOrOneIsTold) {
     ASSERT_TRUE(write(a, u"eins"));
     // The same row: nothing is written, and nothing stays behind in the store.
     const auto size = file(kStore).size();
-    theirA->Fields(rTEXT, u"mein Wort");
-    EXPECT_FALSE(theirA->Update());
+    EXPECT_FALSE(write(theirA, u"mein Wort"));
     EXPECT_EQ(theirA->Error(), 70);
     EXPECT_EQ(file(kStore).size(), size);
     EXPECT_EQ(theirA->Fields(rTEXT), u"mein Wort");

@@ -194,11 +194,9 @@ TEST_P(Share, ClosesBesideAWriterWithATextToGiveFree) {
     ASSERT_TRUE(rtm.DBCreateExt(DBAnsi, name, {}, fields, GetParam(), u"  1  0  0"));
     machine(1);
     auto db = rtm.OpenTSDB(name);
-    for (const auto* text : {u"alt", u"neu", u"neuer"}) {  // the last but one waits to be given free
-        const auto record = db->AnzahlDSaetze() == 0 ? db->Add() : db->Record(1);
-        record->Fields(2, text);
-        ASSERT_TRUE(record->Update());
-    }
+    ASSERT_TRUE(addRecord(*db, {{2, u"alt"}}));
+    for (const auto* text : {u"neu", u"neuer"})  // the last but one waits to be given free
+        ASSERT_TRUE(stored(db->Record(1), {{2, text}}));
     machine(0);
     const auto other = rtm.OpenTSDB(name);
     ASSERT_TRUE(other->LockDB(true));

@@ -169,12 +169,8 @@ class Model {
         record->Fields(uNAME, row.name);
         record->Fields(uORT, row.ort);
         if (!row.memo.empty()) record->Fields(uNOTIZ, row.memo);
-        for (const auto& cells : row.chain) {
-            const auto added = record->Kette(uPOS)->Add();
-            added->Fields(1, cells[0]);
-            added->Fields(2, cells[1]);
-            ASSERT_TRUE(added->Update());
-        }
+        for (const auto& cells : row.chain)
+            ASSERT_TRUE(stored(record->Kette(uPOS)->Add(), {{1, cells[0]}, {2, cells[1]}}));
         ASSERT_TRUE(record->Update());
         ASSERT_EQ(record->Satznummer(), static_cast<int32>(rows.size()));
     }
@@ -234,19 +230,14 @@ class Model {
             }
             (*which)[0] = u"x";
             if (!set) return;
-            const auto row = set->Record(place);
-            row->Fields(1, u"x");
-            ASSERT_TRUE(row->Update());
+            ASSERT_TRUE(stored(set->Record(place), {{1, u"x"}}));
             return;
         }
         const bool front = below(2) == 0;
         const auto cells = anyCells();
         chain.insert(front ? chain.begin() : chain.end(), cells);
         if (!set) return;
-        const auto row = set->Add(front);
-        row->Fields(1, cells[0]);
-        row->Fields(2, cells[1]);
-        ASSERT_TRUE(row->Update());
+        ASSERT_TRUE(stored(set->Add(front), {{1, cells[0]}, {2, cells[1]}}));
     }
     void navigate() {
         clsTSDB* const db = anybody();
