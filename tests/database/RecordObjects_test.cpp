@@ -62,6 +62,23 @@ TEST_P(RecordObjects, ALockHasOneOwner) {
     EXPECT_FALSE(other->Gesperrt(2));
 }
 
+// One that a handler ends while it is stored or locked stands for nothing any more, and holds no lock.
+TEST_P(RecordObjects, MayEndInTheMiddleOfTheirWork) {
+    const auto other = open();
+    auto added = db->Add();
+    added->Fields(fNAME, u"Neu");
+    auto ending = db->IndexChange.connect([&](int32) { db->KillAllObjects(); });
+    added->Update();
+    auto locked = db->Record(2);
+    ending = db->RecordChange.connect([&](int32) { db->KillAllObjects(); });
+    EXPECT_FALSE(locked->Sperren());
+    added.reset();
+    locked.reset();
+    ending = {};
+    EXPECT_TOLD("no|no", other->Gesperrt(2), other->Gesperrt(6));
+    EXPECT_TOLD("Neu|Berg", db->Record(6)->Fields(fNAME), db->Record(2)->Fields(fNAME));
+}
+
 INSTANTIATE_TEST_SUITE_P(Forms, RecordObjects, kAllForms, nameOfForm);
 
 enum PropertyField : int32 { pNAME = 1, pPROPS, pX, pY };

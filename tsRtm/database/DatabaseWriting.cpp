@@ -228,7 +228,7 @@ int32 clsTSDB::storeNew(clsTSRecord& record) {
         return record.Satznummer();
     }
     if (e.d.serial && record.serial_ != 0) e.d.serial.settled(record.serial_);
-    const bool keepsLock = record.Locked();
+    const bool keepsLock = record.Locked() && record.DB();
     const int32 before = record.Satznummer();
     record.stored(*this, out.record);
     if (!e.keineEreignisse) newNumber(before, out.record);

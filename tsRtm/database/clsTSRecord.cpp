@@ -243,9 +243,11 @@ void clsTSRecord::stored(clsTSDB& database, int32 number) {
     number_ = number;
     serial_ = 0;
     for (auto& [field, rows] : chains_) rows.waiting.reset();
-    locked_ = locked_ && database.engine_->d.locks.owns(number);
+    // A handler within the write may have ended all objects: this one does not come back.
+    const bool lives = DB() != nullptr;
+    locked_ = locked_ && lives && database.engine_->d.locks.owns(number);
     if (locked_) database.takeLock(*this);
-    database.standsFor(*this);
+    if (lives) database.standsFor(*this);
 }
 
 void clsTSRecord::Reset() {
@@ -271,6 +273,11 @@ bool clsTSRecord::Sperren(int32 Warten) {
     locked_ = true;
     if (number_ < 1) return false;
     locked_ = database->Sperren(number_, Warten);
+    if (locked_ && !DB()) {
+        // Ended by a handler meanwhile.
+        database->Entsperren(number_);
+        locked_ = false;
+    }
     if (!locked_) return false;
     database->takeLock(*this);
     Reset();
