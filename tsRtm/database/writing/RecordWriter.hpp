@@ -50,7 +50,10 @@ class RecordWriter {
     void prepare();
     bool busy() const noexcept { return busy_; }
     // Keeps the writer for bulk work: until it is given back writes end with `locked`.
-    void occupy(bool occupied) noexcept { busy_ = occupied; }
+    void occupy(bool occupied) noexcept {
+        busy_ = occupied;
+        countKnown_ = false;
+    }
 
     // A record that is there. Without the database lock where no key changes and the record lies in one page
     // of the system, so that it goes out in one write; then the keys are not written over.
