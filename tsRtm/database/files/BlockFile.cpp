@@ -44,14 +44,19 @@ void BlockFile::sizeIs(uint64 size) {
     size_ = size;
     if (!window_) return;
     if (size > window_->capacity() && !window_->reserve(size + size / 2 + (uint64{1} << 20))) {
-        // No room in memory for a file of this size: positional calls serve from here on.
-        window_ = nullptr;
-        base_ = nullptr;
-        viewable_ = 0;
+        // No room in memory for a file of this size.
+        useCalls();
         return;
     }
     base_ = reinterpret_cast<const char*>(window_->data());
     viewable_ = size;
+}
+
+// Positional calls serve from here on.
+void BlockFile::useCalls() noexcept {
+    window_ = nullptr;
+    base_ = nullptr;
+    viewable_ = 0;
 }
 
 uint64 BlockFile::refreshSize() {

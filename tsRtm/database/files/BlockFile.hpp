@@ -53,9 +53,15 @@ class BlockFile {
     void check() const {
         if (window_ && window_->damaged()) renewAndRaise();
     }
+    // As check(), behind a pass over the whole file: gives back the memory that its views have filled.
+    void passed() {
+        check();
+        if (window_ && !window_->renew()) useCalls();
+    }
 
  private:
     void sizeIs(uint64 size);
+    void useCalls() noexcept;
     [[noreturn]] void renewAndRaise() const;
 
     platform::File* file_ = nullptr;
