@@ -197,10 +197,10 @@ bool Workloads::find(clsTSDB& db, const NameKeys& keys, std::size_t i) {
     key(keys, i, text_);
     db.Gehezu(text_);
     if (db.EOFile()) return false;
-    found_ = db.Fields(2);
-    const Text& second = db.Fields(3);
+    found_ = db.FieldView(kFieldName);
+    const TextView second = db.FieldView(kFieldName + 1);
     found_.push_back(u' ');
-    found_.append(second.empty() ? u" " : TextView(second));
+    found_.append(second.empty() ? u" " : second);
     if (TextCompare(found_, text_) != 0) return false;
     readAll(db);
     return true;

@@ -94,6 +94,14 @@ uint16 simpleWeight(char16_t c) noexcept {
     return code < 0 ? uint16{kForeign} : tables.quick[static_cast<std::size_t>(code)];
 }
 
+// Of two characters of the code page: whether they weigh alike behind the base, as a letter and its capital.
+bool sameMarks(char16_t a, char16_t b) noexcept {
+    const auto codeA = static_cast<std::size_t>(unicodeToAnsi(a));
+    const auto codeB = static_cast<std::size_t>(unicodeToAnsi(b));
+    return tables.accent[codeA] == tables.accent[codeB] && tables.form[codeA] == tables.form[codeB] &&
+           tables.special[codeA] == tables.special[codeB];
+}
+
 bool isJoined(BytesView text, Pieces pieces) noexcept {
     for (std::size_t i = 0; i < pieces.size(); ++i) {
         if (i != 0) {
@@ -141,7 +149,7 @@ std::strong_ordering compareAnsi(BytesView a, BytesView b) noexcept {
 
 std::strong_ordering compareText(TextView a, TextView b) {
     const std::size_t shorter = std::min(a.size(), b.size());
-    bool marked = false;  // in a place where the texts differ
+    bool marked = false;  // differently, in a place where the texts differ
     for (std::size_t i = 0; i < shorter; ++i) {
         if (a[i] == b[i]) continue;
         const uint16 quickA = simpleWeight(a[i]);
@@ -151,7 +159,7 @@ std::strong_ordering compareText(TextView a, TextView b) {
         const bool simple = weightA != 0 && weightB != 0 && weightA != kForeign && weightB != kForeign;
         if (!simple) return compareByKeys(a, b);
         if (weightA != weightB) return weightA <=> weightB;
-        marked = marked || ((quickA | quickB) & kMarked) != 0;
+        marked = marked || (((quickA | quickB) & kMarked) != 0 && !sameMarks(a[i], b[i]));
     }
     // Mere differences of case weigh nothing.
     if (a.size() == b.size() && !marked) return std::strong_ordering::equal;
