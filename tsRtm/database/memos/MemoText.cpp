@@ -48,8 +48,9 @@ std::pair<memoFormat::Head, Bytes> MemoText::encode(TextView text) const {
 }
 
 std::pair<memoFormat::Head, Bytes> MemoText::encodeBytes(Bytes bytes) const {
-    std::pair<memoFormat::Head, Bytes> out{{}, std::move(bytes)};
+    std::pair<memoFormat::Head, Bytes> out;
     auto& [head, payload] = out;
+    payload = std::move(bytes);
     head.length = static_cast<int32>(payload.size());
     if (!kind_.scrambled) return out;
     needKeys();
