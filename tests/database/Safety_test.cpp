@@ -50,18 +50,6 @@ TEST_F(Safety, AnUncleanEndIsFoundBeforeAnybodyReads) {
     }
 }
 
-// An application may mark records as it likes: one that has a mark was written.
-TEST_F(Safety, AnUncleanEndLeavesARecordWithAMarkOfItsOwn) {
-    auto db = make(kBig);
-    addFive(*db);
-    db->PutField(3, 0, u"X");
-    db.reset();
-    patch(u"Count.tsd", 9, "+");
-    db = open();
-    EXPECT_TOLD("X|Abel", db->GetField(3, 0), db->GetField(3, fNAME));
-    EXPECT_TRUE(db->Befunde().empty());
-}
-
 // Who may only read cannot mend what a death left, and still gets the right answers.
 TEST_F(Safety, AReaderOfADamagedIndexIsNotMisled) {
     for (const int32 max : {kNormal, kBig}) {

@@ -135,7 +135,7 @@ TEST_F(RowsWithMemos, AnOpeningMendsWhatAnUncleanEndLeft) {
     db.reset();
     patch(u"Count.tsd", 9, "+");
     patch(kRows, 4 * kRow - 1, "9");
-    put(u"Data.tsd", file(u"Data.tsd") + Bytes(17, '\0') + " Torn    ");
+    put(u"Data.tsd", file(u"Data.tsd") + "X" + Bytes(16, '\0') + " Torn    ");
     db = open();
     EXPECT_EQ(db->Befunde(),
               (std::vector<Text>{u"Data.tsd: Satz 4 war nur halb da und wurde aufgefüllt",

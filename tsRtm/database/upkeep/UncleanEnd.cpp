@@ -28,14 +28,17 @@ void settleEnd(OpenDatabase& d, std::vector<Text>& lines) {
     }
 }
 
-// A mark below the blank is no mark but the zeros of room that nothing was written to. Others are left: an
-// application may have marks of its own.
+// Whatever a medium shows where nothing was written is no mark. That takes in a mark that an application made
+// for itself by PutField: behind an unclean end such a record counts as not written.
 void settleMarks(OpenDatabase& d, std::vector<Text>& lines) {
+    const Bytes& live = d.layout.blank();
+    Bytes deleted = live;
+    d.layout.setDeleted(deleted, true);
+    const uint32 unit = d.layout.unit();
     Bytes room;
     for (int32 n = 1; n <= d.records(); ++n) {
-        const BytesView record = d.store.view(n, room);
-        const auto low = static_cast<uint8>(record[0]);
-        if (low >= ' ' || (d.layout.wide() && record[1] != 0)) continue;
+        const BytesView mark = d.store.view(n, room).substr(0, unit);
+        if (mark == BytesView(live).substr(0, unit) || mark == BytesView(deleted).substr(0, unit)) continue;
         lines.push_back(u"Data.tsd: Satz " + toText(n) + u" war nicht geschrieben");
         d.store.write(n, d.layout.unfilled());
     }
