@@ -307,7 +307,8 @@ void RecordWriter::putNow(int32 record) {
     const BytesView before = BytesView(stored_).substr(from, to - from);
     if (tears) d_.marks.keep(record, offset, bytes, cutShort ? BytesView() : before);
     note(record, offset, bytes, before, cutShort);
-    if (bytes.size() == 1)
+    // In place where the number of changes tells of it or nobody else is there: else the file's time has to.
+    if (bytes.size() == 1 && (d_.changes || !d_.folder.shared))
         d_.store.putByte(record, offset, bytes.front());
     else
         d_.store.writePart(record, offset, bytes);
