@@ -188,18 +188,21 @@ TEST_P(Interleaved, ReadersAreToldTheTruth) {
 }
 
 // In a new database, which has no file of records yet, somebody else stores the first one; in one with
-// records somebody changes, packs or sorts them.
+// records somebody changes, packs or sorts them, or gives them another structure.
 TEST_P(Interleaved, AnOpeningFindsWhatOthersMade) {
     before_ = disk.snapshot();
     const Work adds = [this](clsTSDB& db) { add(db, u"Theirs"); };
-    const std::pair<MemoryFiles::Snapshot*, Work> others[] = {{&new_, adds},
-                                                              {&before_, adds},
-                                                              {&before_,
-                                                               [this](clsTSDB& db) {
-                                                                   store(db, kTheirs, {{fKEY, u"Z"}});
-                                                               }},
-                                                              {&before_, [](clsTSDB& db) { db.Pack(); }},
-                                                              {&before_, [](clsTSDB& db) { db.Sort(); }}};
+    const std::pair<MemoryFiles::Snapshot*, Work> others[] = {
+        {&new_, adds},
+        {&before_, adds},
+        {&before_,
+         [this](clsTSDB& db) {
+             store(db, kTheirs, {{fKEY, u"Z"}});
+         }},
+        {&before_, [](clsTSDB& db) { db.Pack(); }},
+        {&before_, [](clsTSDB& db) { db.Sort(); }},
+        {&before_, [](clsTSDB& db) { db.CreateIndex(fLAST); }},
+        {&before_, [](clsTSDB& db) { db.ConvertToUnicode(); }}};
     for (std::size_t i = 0; i < std::size(others); ++i)
         for (int64 n = 1; n < 1000; ++n) {
             SCOPED_TRACE(testing::Message() << "work " << i << " before call " << n);
@@ -222,6 +225,7 @@ TEST_P(Interleaved, AnOpeningFindsWhatOthersMade) {
             them.reset();
             expectTold(*us);
             us.reset();
+            expectTold(*rtm.OpenTSDB(kFolder));
             if (all || HasFailure()) break;
         }
 }

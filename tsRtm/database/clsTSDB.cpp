@@ -85,16 +85,7 @@ int32 clsTSDB::Oeffne(TextView Pfad, bool ReadOnly, bool SingleUse) {
 void clsTSDB::openInner() {
     auto& e = *engine_;
     auto& d = e.d;
-    if (!finishExchange(d.folder)) {
-        e.fail(DatabaseError::locked);
-        return;
-    }
-    recoverControl(d.folder);
-    // Cut within its head a control names no field, and any write would be of a wrong length.
-    if (!d.readStructure() || d.control->Felder() < 1) {
-        e.fail(DatabaseError::noControl);
-        return;
-    }
+    if (!openStructure()) return;
     e.c = Cursor();
     e.c.felder = RecordBuffer(d.layout);
     e.spareBuffer.reset();
@@ -110,10 +101,27 @@ void clsTSDB::openInner() {
     e.fehler = 0;
 }
 
-// Count.tsd, Stand.tsd and Data.tsd. False where the opening ends there, successfully or not.
-bool clsTSDB::openFiles() {
+// Control.tsd and Count.tsd of one moment: from then on nobody reorganises.
+bool clsTSDB::openStructure() {
     auto& e = *engine_;
     auto& d = e.d;
+    const bool readOnly = d.folder.readOnly;
+    for (;;) {
+        const auto text = finishExchange(d.folder);
+        if (!text) return e.fail(DatabaseError::locked);
+        recoverControl(d.folder);
+        // Cut within its head a control names no field, and any write would be of a wrong length.
+        const bool usable = d.readStructure() && d.control->Felder() >= 1;
+        if (usable) openCount();
+        if (controlNow(d.folder) == *text) return usable || e.fail(DatabaseError::noControl);
+        d.close();
+        d.folder.readOnly = readOnly;
+    }
+}
+
+// Without the right to write, for reading; waits for who reorganises.
+void clsTSDB::openCount() {
+    auto& d = engine_->d;
     auto& folder = d.folder;
     const auto open = [&] { d.opened.count = folder.open(u"Count.tsd", folder.shared); };
     const bool onShare =
@@ -121,11 +129,17 @@ bool clsTSDB::openFiles() {
     // Nothing is made for a reader.
     folder.filesWritable = !folder.readOnly || (onShare && FilesTopic::Exist(folder.path(u"Count.tsd")));
     open();
-    if (d.opened.count == 0 && folder.filesWritable) {
-        folder.readOnly = true;
-        folder.filesWritable = false;
-        open();
-    }
+    if (d.opened.count != 0 || !folder.filesWritable) return;
+    folder.readOnly = true;
+    folder.filesWritable = false;
+    open();
+}
+
+// Stand.tsd and Data.tsd beside Count.tsd. False where the opening ends there, successfully or not.
+bool clsTSDB::openFiles() {
+    auto& e = *engine_;
+    auto& d = e.d;
+    auto& folder = d.folder;
     if (d.opened.count == 0) {
         // Being reorganised, or on a medium that cannot be written: a reader gets an empty view.
         rtmMain::DebugLog(folder.name + u": kein Zugriff auf Count.tsd, leere Ansicht");

@@ -325,6 +325,8 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     friend class DatabaseCare;
 
     void openInner();
+    bool openStructure();
+    void openCount();
     bool openFiles();
     void openSerial();
     enum class Exchanged { places, forms, numbers };

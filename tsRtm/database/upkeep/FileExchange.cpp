@@ -120,11 +120,6 @@ class LockFile {
 
 bool isCommit(BytesView text) noexcept { return text.starts_with(kHead); }
 
-Bytes controlNow(const DatabaseFolder& folder) {
-    const Text name = folder.path(kControlFile);
-    return exists(name) ? contentOf(name) : Bytes();
-}
-
 void takeAwayLeftovers(const DatabaseFolder& folder) {
     const LockFile lock(folder);
     if (!lock || isCommit(controlNow(folder))) return;
@@ -188,13 +183,19 @@ void FileExchange::discardOld() noexcept {
         }
 }
 
-bool finishExchange(const DatabaseFolder& folder) {
+Bytes controlNow(const DatabaseFolder& folder) {
+    const Text name = folder.path(kControlFile);
+    return exists(name) ? contentOf(name) : Bytes();
+}
+
+std::optional<Bytes> finishExchange(const DatabaseFolder& folder) {
     const auto patience = std::chrono::seconds(rtmMain::state().netWait);
     auto& clock = rtmMain::system().clock;
     const auto start = clock.elapsed();
     try {
-        while (isCommit(controlNow(folder))) {
-            if (folder.readOnly && clock.elapsed() - start > patience) return false;
+        Bytes now;
+        while (isCommit(now = controlNow(folder))) {
+            if (folder.readOnly && clock.elapsed() - start > patience) return std::nullopt;
             if (!folder.readOnly) {
                 const LockFile lock(folder);
                 // Read anew under the lock: it may be done by now.
@@ -203,15 +204,15 @@ bool finishExchange(const DatabaseFolder& folder) {
                     rtmMain::DebugLog(folder.name + u": ein Austausch von Dateien wird beendet");
                     carryOut(folder, text);
                 }
-                if (!lock && clock.elapsed() - start > patience) return false;
+                if (!lock && clock.elapsed() - start > patience) return std::nullopt;
             }
             clock.sleep(kPause);
         }
         if (!folder.readOnly && !leftovers(folder).empty()) takeAwayLeftovers(folder);
-        return true;
+        return now;
     } catch (const Failure& failure) {
         rtmMain::DebugLog(failure.Source() + u": " + failure.Description());
-        return false;
+        return std::nullopt;
     }
 }
 
