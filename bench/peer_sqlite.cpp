@@ -277,9 +277,8 @@ void Workloads::besideWriter() {
         const Stopwatch watch;
         for (; watch.seconds() < kBesideSeconds; ++i) {
             if (gate.child() == 1) {
-                const std::size_t drawn = i % updates.records.size();
-                statement.bind(1, updates.names.name(drawn));
-                statement.bind(2, static_cast<std::int64_t>(updates.records[drawn]));
+                statement.bind(1, updates.name(i));
+                statement.bind(2, static_cast<std::int64_t>(updates.record(i)));
                 statement.run();
             } else {
                 latencies.time([&] { find(statement, keys, i % keys.size()); });

@@ -14,6 +14,7 @@
 #include "tsRtm/database/BulkLoader.hpp"
 #include "tsRtm/database/DatabaseCare.hpp"
 #include "tsRtm/database/NewRecords.hpp"
+#include "tsRtm/database/RecordScan.hpp"
 #include "tsRtm/database/clsKette.hpp"
 #include "tsRtm/database/clsTSIndex.hpp"
 #include "tsRtm/fields/clsBlob.hpp"

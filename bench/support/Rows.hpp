@@ -117,6 +117,12 @@ bool isDoomed(std::uint32_t record);
 struct Updates {
     std::vector<std::uint32_t> records;  // from 1
     NameKeys names;                      // the new ones
+
+    std::uint32_t record(std::size_t i) const { return records[i % records.size()]; }
+    // In each pass over the records another one, or there would be nothing to store.
+    std::string_view name(std::size_t i) const {
+        return names.name((i + i / records.size()) % records.size());
+    }
 };
 Updates drawUpdates(const Options& options);
 

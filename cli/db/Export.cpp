@@ -57,12 +57,24 @@ void eachRecord(Session& session, const FieldMap& map, const ExportOptions& opti
     uint64 seen = 0;
     const Range range = rangeOf(session, map, options.walk);
     Progress progress("Exporting", "records");
-    walk(session, range, options.walk.descending, [&](int32 number) {
+    // False when enough of them were taken.
+    const auto take = [&](bool read) {
         progress.update(++seen, static_cast<uint64>(int64{range.last} - range.first + 1));
-        if (!record.read(number) || (record.deleted() && !options.walk.deleted)) return true;
+        if (!read || (record.deleted() && !options.walk.deleted)) return true;
         write(record);
         return options.walk.limit == 0 || ++taken < options.walk.limit;
-    });
+    };
+    if (session.db().ActiveIndex() != 0 || options.walk.descending) {
+        walk(session, range, options.walk.descending,
+             [&](int32 number) { return take(record.read(number)); });
+        return;
+    }
+    RecordScan scan(session.db(), range.first, range.last);
+    for (bool on = range.last >= range.first; on && scan.next();) {
+        record.take(scan);
+        on = take(true);
+    }
+    session.check("cannot read on in '" + session.name() + "'");
 }
 
 void writeRecords(Session& session, CsvWriter& writer, const FieldMap& map, const std::vector<int32>& fields,

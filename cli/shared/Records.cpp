@@ -21,6 +21,17 @@ bool RecordReader::read(int32 number) {
     return true;
 }
 
+void RecordReader::take(RecordScan& scan) {
+    number_ = scan.number();
+    deleted_ = scan.deleted();
+    for (std::size_t i = 1; i < fields_.size(); ++i) {
+        const auto field = static_cast<int32>(i);
+        const TextView stored = scan.value(field);
+        fields_[i] =
+            (session_.control().field(field).Typ() & 7) == typWERT ? trim(stored) : trimRight(stored);
+    }
+}
+
 void RecordReader::readFields(TextView raw) {
     for (int32 i = 1; i <= session_.control().Felder(); ++i) {
         const TSIO& field = session_.control().field(i);

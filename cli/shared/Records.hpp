@@ -4,6 +4,7 @@
 #include "cli/shared/FieldRules.hpp"
 #include "cli/shared/Json.hpp"
 #include "cli/shared/Session.hpp"
+#include "tsRtm/database/RecordScan.hpp"
 
 namespace tsRtm::cli {
 
@@ -14,6 +15,8 @@ class RecordReader {
 
     // False where the record is not there any more.
     bool read(int32 number);
+    // The record that a scan of the database has come to.
+    void take(RecordScan& scan);
     int32 number() const noexcept { return number_; }
     bool deleted() const noexcept { return deleted_; }
     const Text& field(int32 field) const { return fields_[static_cast<std::size_t>(field)]; }

@@ -65,10 +65,16 @@ TEST_P(Beside, ADeathInTheMiddleOfAWriteTearsNoRecord) {
             record->Update();
         };
         dieAtEachChange({true, false, LastWrite::firstHalf}, die, [&](clsTSDB& others, bool) {
-            // By its number, without an index, before anybody has written again.
+            // Without an index, before anybody has written again; the first look is each way's in turn.
+            RecordScan scan(others, 2);
+            const auto scanned = [&] {
+                return scan.number() == 2 || scan.next() ? Text(scan.value(lTEXT)) : Text();
+            };
+            if (work % 2 == 0) scanned();
             others.AktSatzNr(2);
             const Text text = others.Fields(lTEXT);
             EXPECT_TRUE(text == Text(kLong, u'A') || text == Text(kLong, u'B'));
+            EXPECT_EQ(scanned(), text);
             for (const Text& end : {Text(u"A"), Text(8, u'A')}) EXPECT_EQ(change(others, 1, lEND, end), 0);
             EXPECT_TRUE(work != kAll || whole(others, 2));
             const bool added = work == kNewRecord && others.AnzahlDSaetze() > 3;

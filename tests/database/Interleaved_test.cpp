@@ -94,6 +94,12 @@ class Interleaved : public testing::TestWithParam<Case> {
         EXPECT_EQ(db.Error(), 0);
     }
     void read(clsTSDB& db) {
+        RecordScan scan(db);
+        while (scan.next()) {
+            const TextView scanned = scan.value(fTEXT);
+            EXPECT_TRUE(scanned.empty() || scanned == letters(GetParam().text, scanned[0]))
+                << "half a record";
+        }
         db.AktSatzNr(kFixed + 1);
         const Text text = db.Fields(fTEXT);
         EXPECT_TRUE(text == letters(GetParam().text, text[0])) << "half a record";

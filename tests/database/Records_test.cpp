@@ -73,6 +73,25 @@ TEST_P(Records, WholeRecordsHaveTheirBounds) {
     EXPECT_EQ(fields, std::vector<Text>(5));
 }
 
+TEST_P(Records, AScanShowsEachRecordAsItLies) {
+    const auto other = open();
+    other->Delete(2);
+    const auto seen = [&](int32 first, int32 last, int32 added) {
+        Text out;
+        RecordScan scan(*db, first, last);
+        while (scan.next()) {
+            out += toText(scan.number()) + Text(scan.deleted() ? u"*" : u"") + Text(scan.value(fNAME));
+            EXPECT_EQ(scan.columns(fORT).size(), 8u);
+            if (scan.number() == 5 && added-- > 0) addAddress(*other, {u"Emil", u"Ulm", u"", u""});
+        }
+        EXPECT_FALSE(scan.next());
+        EXPECT_EQ(db->Error(), 0);
+        return out;
+    };
+    EXPECT_TOLD("1Dorn2*Berg3Abel4Cohn5Berg6Emil|2*Berg3Abel|5Berg6Emil||", seen(1, 0, 1), seen(2, 3, 0),
+                seen(5, 90, 0), seen(4, 3, 0), seen(7, 0, 0));
+}
+
 TEST_P(Records, ADeletedRecordStaysInItsPlaces) {
     db->AktSatzNr(3);
     db->Delete(3);
@@ -336,6 +355,7 @@ TEST_F(MemoryDatabase, AFullDatabaseTakesNoMore) {
 
 // A field's text is found in the record without a look at its columns, or decoded: that comes to the same.
 TEST_F(MemoryDatabase, AFieldIsOneTextHoweverItIsRead) {
+    constexpr int32 kRows = 400;  // more than a scan reads in one piece
     for (const int32 lead : {1, 13, 62}) {
         const auto fields = fieldsOf({{u"VORN", tsAlphanumerisch, lead},
                                       {u"A", tsAlphanumerisch, 9},
@@ -351,7 +371,7 @@ TEST_F(MemoryDatabase, AFieldIsOneTextHoweverItIsRead) {
         ASSERT_TRUE(db);
         std::mt19937 random(static_cast<uint32>(lead));
         const TextView letters = u"a \u00C4 9 \u20AC.";
-        for (int32 n = 1; n <= 60; ++n) {
+        for (int32 n = 1; n <= kRows; ++n) {
             const auto record = db->Add();
             for (int32 f = 1; f <= db->CtrlEintraege(); ++f) {
                 Text text;
@@ -367,6 +387,11 @@ TEST_F(MemoryDatabase, AFieldIsOneTextHoweverItIsRead) {
                 ASSERT_EQ(inPlace, db->Fields(f)) << n << " " << f;
             }
         }
+        RecordScan scan(*db);
+        while (scan.next())
+            for (int32 f = 1; f <= db->CtrlEintraege(); ++f)
+                ASSERT_EQ(Text(scan.value(f)), db->GetField(scan.number(), f)) << scan.number() << " " << f;
+        EXPECT_EQ(scan.number(), kRows);
     }
 }
 

@@ -322,6 +322,7 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     friend class clsTSRecordSet;
     friend class clsTSIndex;
     friend class BulkLoader;
+    friend class RecordScan;
     friend class DatabaseCare;
 
     void openInner();

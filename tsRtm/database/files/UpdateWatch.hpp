@@ -54,6 +54,15 @@ class UpdateWatch {
         return underLock(work);
     }
 
+    // Runs `work` once where nobody is at work; whether no update of others can have touched it.
+    template <class Work>
+    bool undisturbed(Work work) {
+        const Look before = count_ ? firstLook() : Look{};
+        if (!before.quiet) return false;
+        work();
+        return !count_ || same(before);
+    }
+
     // The same with an answer for a reader who may not heal what a death left: `orphaned()` looks at the
     // records alone, until nobody has come to heal meanwhile.
     template <class Work, class Orphaned>

@@ -45,6 +45,14 @@ bool agree(const char* source, std::span<const char> copied) noexcept {
     return other == 0;
 }
 
+void copyWhole(const char* from, std::span<char> into) noexcept {
+    for (int32 copies = 0; copies < kMostCopies; ++copies) {
+        copy(from, into);
+        lookAnew();
+        if (agree(from, into)) break;
+    }
+}
+
 }  // namespace
 
 RecordStore::RecordStore(platform::File& file, const RecordLayout& layout, bool shared)
@@ -85,11 +93,7 @@ void RecordStore::read(int32 record, Bytes& into) const {
 std::size_t RecordStore::readWhole(uint64 offset, std::span<char> into) const {
     if (!shared_) return bytes_.read(offset, into);
     if (const char* in = bytes_.view(offset, into.size())) {
-        for (int32 copies = 0; copies < kMostCopies; ++copies) {
-            copy(in, into);
-            lookAnew();
-            if (agree(in, into)) break;
-        }
+        copyWhole(in, into);
         bytes_.check();
         return into.size();
     }
@@ -102,6 +106,27 @@ std::size_t RecordStore::readWhole(uint64 offset, std::span<char> into) const {
         std::memcpy(into.data(), again_.data(), got);
     }
     return got;
+}
+
+void RecordStore::readRun(int32 first, std::span<char> into) const {
+    const std::size_t length = layout_->bytes();
+    const uint64 offset = layout_->offsetOf(first);
+    if (const char* in = shared_ ? bytes_.view(offset, into.size()) : nullptr) {
+        for (std::size_t at = 0; at < into.size(); at += length) copyWhole(in + at, into.subspan(at, length));
+        bytes_.check();
+        return;
+    }
+    const std::size_t got = bytes_.read(offset, into);
+    std::size_t again = got;
+    if (shared_) {
+        again_.resize(into.size());
+        again = bytes_.read(offset, again_);
+    }
+    for (std::size_t at = 0; at < into.size(); at += length, ++first) {
+        const bool settled = at + length <= std::min(got, again) &&
+                             (!shared_ || std::memcmp(into.data() + at, again_.data() + at, length) == 0);
+        if (!settled) readPart(first, 0, into.subspan(at, length));
+    }
 }
 
 void RecordStore::readPart(int32 record, uint32 offset, std::span<char> into) const {

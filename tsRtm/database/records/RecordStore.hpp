@@ -27,6 +27,8 @@ class RecordStore {
     BytesView view(int32 record, Bytes& room) const;
     // A copy in which no write of others is half done: copied until two copies agree.
     void read(int32 record, Bytes& into) const;
+    // Records one behind the other in the same way, each by itself: as many as `into` has room for.
+    void readRun(int32 first, std::span<char> into) const;
     // Some bytes of a record in the same way, filled up with blanks behind the end of the file.
     void readPart(int32 record, uint32 offset, std::span<char> into) const;
     // Lets the memory come near that a view will look at soon; costs nothing where there is no window.
