@@ -135,10 +135,20 @@ TEST_P(Packing, AListenerToTheProgressOfAnIndexMayStandInIt) {
     EXPECT_TRUE(db->Sort());
     EXPECT_EQ(rowsOf(*db), all);
     EXPECT_TRUE(consistent(*db));
-    progress = db->UpdateProgress.connect([&](int32, int32, int32) { db->SetIndex(3); });
+    int32 refused = 0;
+    progress = db->UpdateProgress.connect([&](int32, int32, int32) {
+        db->SetIndex(3);
+        refused += db->Error() == 53;
+        db->Gehezu(u"O");
+    });
     disk.setFreeSpace(0);
     db->CreateIndex(uORT);
-    EXPECT_TOLD("61|2|0", db->Error(), db->AnzahlIndizes(), db->ActiveIndex());
+    EXPECT_TOLD("61|2|3", db->Error(), db->AnzahlIndizes(), db->ActiveIndex());
+    disk.setFreeSpace({});
+    db->CreateIndex(uORT);
+    EXPECT_TOLD("0|3|3", db->Error(), db->AnzahlIndizes(), db->ActiveIndex());
+    EXPECT_GT(refused, 0);
+    EXPECT_TRUE(consistent(*db));
     db->AktSatzNr(2);
     EXPECT_EQ(db->Fields(uNAME), all[1].name);
 }

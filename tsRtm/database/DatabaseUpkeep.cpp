@@ -222,13 +222,10 @@ void clsTSDB::CreateIndex(int32 Primaer, int32 Sekundaer, int32 Tertiaer) {
         createIndex(e.d, {Primaer, Sekundaer, Tertiaer},
                     [this](int32 phase, int32 done, int32 sum) { UpdateProgress(phase, done, sum); });
     e.writer.prepare();
-    if (failed(error)) {
-        // A handler may stand in the index that was not to be.
-        if (!e.d.indexes.has(e.c.aktIndex)) e.c.aktIndex = 0;
+    if (failed(error))
         e.fail(error);
-    } else {
+    else
         indexRebuilt(Primaer);
-    }
 }
 
 void clsTSDB::DelIndex(int32 IndexSpalte) {

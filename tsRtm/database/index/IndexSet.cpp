@@ -44,8 +44,8 @@ void IndexSet::clear() noexcept {
     captions_.clear();
 }
 
-Text IndexSet::fileName(int32 number) const {
-    const Text digits = toText(1000 + keys(number).primary());
+Text IndexSet::fileName(const IndexKeys& keys) {
+    const Text digits = toText(1000 + keys.primary());
     return u"I" + digits.substr(digits.size() - 3);
 }
 

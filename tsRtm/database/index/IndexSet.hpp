@@ -41,7 +41,8 @@ class IndexSet {
     bool big() const noexcept { return form_ == IndexFileForm::tree; }
     const IndexKeys& keys(int32 number) const { return slot(number).keys; }
     // "I" and the last three digits of 1000 + the primary field.
-    Text fileName(int32 number) const;
+    static Text fileName(const IndexKeys& keys);
+    Text fileName(int32 number) const { return fileName(keys(number)); }
 
     // The open form of an index. Raises 70 where the file cannot be opened or the directory has become that
     // of another database, 461 for a version it does not know, 6 for a tree that is empty or has a wrong

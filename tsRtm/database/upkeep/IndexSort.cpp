@@ -11,15 +11,15 @@ using platform::SystemError;
 constexpr TextView kNewEnd = u".tmp";
 
 // The index under a name to come, whole on the device.
-void buildBeside(OpenDatabase& d, RecordSorter& sorter, int32 number, const Text& fresh,
-                 const WorkProgress& progress) {
+void buildBeside(OpenDatabase& d, RecordSorter& sorter, int32 number, const IndexKeys& keys,
+                 const Text& fresh, const WorkProgress& progress) {
     auto& files = rtmMain::system().files;
     auto opened = files.open(
         fresh, {platform::Access::readWrite, platform::Sharing::none, platform::Disposition::createEmpty});
     if (!opened) raiseFileFailure(opened.error(), fresh);
     try {
         const auto form = d.indexes.big() ? IndexFileForm::tree : IndexFileForm::flat;
-        const auto records = sorter.inOrder(d.store, d.indexes.keys(number), progress);
+        const auto records = sorter.inOrder(d.store, keys, progress);
         buildNewIndex(**opened, form, records, number, progress);
         must((*opened)->flush(), fresh);
     } catch (const Failure&) {
@@ -46,7 +46,7 @@ void sortOne(OpenDatabase& d, RecordSorter& sorter, int32 number, const WorkProg
     d.indexes.close(number);
     const Text name = d.folder.path(d.indexes.fileName(number));
     const Text fresh = name + Text(kNewEnd);
-    buildBeside(d, sorter, number, fresh, progress);
+    buildBeside(d, sorter, number, d.indexes.keys(number), fresh, progress);
     // Who listens to the progress may have searched in it.
     d.indexes.close(number);
     if (d.folder.sensible && FilesTopic::Exist(name))
@@ -107,18 +107,22 @@ DatabaseError createIndex(OpenDatabase& d, const IndexEntry& fields, const WorkP
     for (int32 i = 1; d.indexes.has(i); ++i)
         if (d.indexes.keys(i).primary() % 1000 == fields[0] % 1000) return DatabaseError::badIndex;
     return reorganising(d, [&] {
+        // Who listens to the progress finds an index that is there, or none.
+        const IndexKeys keys(d.layout, fields);
+        const Text name = d.folder.path(IndexSet::fileName(keys));
+        const Text fresh = name + Text(kNewEnd);
+        RecordSorter sorter;
+        buildBeside(d, sorter, d.indexes.count() + 1, keys, fresh, progress);
+        must(rtmMain::system().files.rename(fresh, name, true), name);
+        must(rtmMain::system().files.flushFolder(d.folder.name), d.folder.name);
         if (!d.control->IndexHinzu(fields[0], fields[1], fields[2])) return DatabaseError::badField;
         try {
-            defineAnew(d);
-            RecordSorter sorter;
-            sortOne(d, sorter, d.indexes.count(), progress);
-            must(rtmMain::system().files.flushFolder(d.folder.name), d.folder.name);
             d.control->Save();
         } catch (const Failure&) {
             d.control->IndexWeg(d.control->Indizes());
-            defineAnew(d);
             throw;
         }
+        defineAnew(d);
         return DatabaseError::none;
     });
 }
