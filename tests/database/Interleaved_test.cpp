@@ -3,6 +3,7 @@
 #include "tests/database/DatabaseFixture.hpp"
 #include "tests/support/CrashingFiles.hpp"
 #include "tests/support/FailingFiles.hpp"
+#include "tsRtm/database/DatabaseCare.hpp"
 
 namespace tsRtm::test {
 namespace {
@@ -232,6 +233,41 @@ TEST_P(Interleaved, AnOpeningFindsWhatOthersMade) {
             expectTold(*us);
             us.reset();
             expectTold(*rtm.OpenTSDB(kFolder));
+            if (all || HasFailure()) break;
+        }
+}
+
+// A mark of an application's own does not outlive an unclean end.
+TEST_P(Interleaved, WhoLeavesHasNotDied) {
+    before_ = disk.snapshot();
+    const Work works[] = {
+        [](clsTSDB& db) { db.LockDB(true); }, [](clsTSDB& db) { db.Check(false, {}); },
+        [](clsTSDB& db) {
+            const DatabaseCare::Copying nowhere{[](TextView, uint64) {}, [](BytesView) {}, {}};
+            DatabaseCare(db).copy(nowhere);
+        },
+        nullptr};
+    for (const auto& theirs : works)
+        for (int64 n = 1; n < 1000; ++n) {
+            disk.restore(before_);
+            open(false);
+            if (!theirs) them.reset();
+            put(*us, kBoth, 0, u"x");
+            const auto leave = [&] { us.reset(); };
+            const auto work = [&] { them ? theirs(*them) : static_cast<void>(them = rtm.OpenTSDB(kFolder)); };
+            if (theirs) {
+                // In the middle of his work.
+                calls.beforeCall(n, [&] { users.as(kUs), leave(), users.as(kThem); });
+                asThem(work);
+            } else {
+                calls.beforeCall(n, [&] { asThem(work); });
+                leave();
+            }
+            const bool all = !calls.othersWorked();
+            calls.disarm();
+            us.reset();
+            them.reset();
+            EXPECT_EQ(rtm.OpenTSDB(kFolder)->GetField(kBoth, 0), u"x") << "before call " << n;
             if (all || HasFailure()) break;
         }
 }

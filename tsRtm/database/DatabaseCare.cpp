@@ -73,6 +73,7 @@ bool DatabaseCare::copy(const Copying& to) {
     const DatabaseHold hold(d.locks);
     if (!hold) return engine_.fail(hold.error());
     try {
+        if (const auto error = d.sign.enter(); failed(error)) return engine_.fail(error);
         if (!d.indexes.healLeftBehind()) return engine_.fail(DatabaseError::locked);
         const auto locks = locked(d.chains);
         const auto files = sources(d.folder);

@@ -83,7 +83,7 @@ bool clsTSDB::Check(bool Repair, TextView Zusatz) {
     std::vector<int32> faulty;
     const bool mends = Repair && !d.folder.readOnly && d.store;
     try {
-        if (mends)
+        if (hold)
             if (const auto error = d.sign.enter(); failed(error)) return e.fail(error);
         for (int32 number = 1; d.store && d.indexes.has(number); ++number) {
             rtmMain::DebugLog(u"Konsistenzprüfung Index " + Caption(d.indexes.keys(number).primary()));

@@ -35,7 +35,10 @@ bool clsTSDB::LockDB(bool Modus) {
     if (const auto error = e.d.locks.lockExplicitly(); failed(error)) return e.fail(error);
     // Who holds the lock reads without looking whether others write: what one of them left is mended first.
     if (e.d.folder.shared && e.d.store) {
-        e.recordingFileFailures([&] { e.d.refreshCount(); });
+        e.recordingFileFailures([&] {
+            e.d.refreshCount();
+            static_cast<void>(e.d.sign.enter());
+        });
         if (e.d.marks.leftBehind()) e.d.indexes.healLeftBehind();
     }
     return true;

@@ -43,13 +43,13 @@ void WorkSign::leave(const std::function<void()>& flush, const std::function<voi
     if (!std::exchange(entered_, false)) return;
     try {
         flush();
-        if (folder_.shared) static_cast<void>(count_.file().show(0));
-        // Two who leave at once each see the other gone, in the end. Who holds the lock for long is at work,
-        // and takes the sign back himself.
+        // He lives until he has the lock: an opening that looks in between would find a sign that nobody set.
+        // Who holds the lock for long is at work, and takes the sign back himself.
         for (int32 attempt = 0; attempt < kAttemptsToLeave; ++attempt) {
             if (attempt > 0) rtmMain::system().clock.sleep(kPauseToLeave);
             const DatabaseHold hold(locks_, DatabaseLocks::Wait::never);
             if (!hold) continue;
+            if (folder_.shared) static_cast<void>(count_.file().show(0));
             if (!count_.marked() && !othersLive()) {
                 last();
                 count_.signOff();

@@ -20,7 +20,8 @@ class WorkSign {
     void settled() {
         if (!entered_) count_.signOff();
     }
-    // Before the first change: sets the sign, on the device before anything that is changed. Again after an
+    // Before the first change, and before the database lock is held for long, since who leaves meanwhile
+    // cannot take the sign back: sets the sign, on the device before anything that is changed. Again after an
     // older program wrote over it. What the lock or the file refuses.
     [[nodiscard]] DatabaseError enter();
     // Whether nobody of those who write is at work beside this opening.
