@@ -81,7 +81,7 @@ TEST_P(Records, AScanShowsEachRecordAsItLies) {
         RecordScan scan(*db, first, last);
         while (scan.next()) {
             out += toText(scan.number()) + Text(scan.deleted() ? u"*" : u"") + Text(scan.value(fNAME));
-            EXPECT_EQ(scan.columns(fORT).size(), 8u);
+            EXPECT_EQ(scan.columns(fORT).size() + scan.columns(99).size(), 8u);
             if (scan.number() == 5 && added-- > 0) addAddress(*other, {u"Emil", u"Ulm", u"", u""});
         }
         EXPECT_FALSE(scan.next());
@@ -90,6 +90,9 @@ TEST_P(Records, AScanShowsEachRecordAsItLies) {
     };
     EXPECT_TOLD("1Dorn2*Berg3Abel4Cohn5Berg6Emil|2*Berg3Abel|5Berg6Emil||", seen(1, 0, 1), seen(2, 3, 0),
                 seen(5, 90, 0), seen(4, 3, 0), seen(7, 0, 0));
+    RecordScan scan(*db);
+    EXPECT_TRUE(scan.next() && scan.value(99).empty());
+    EXPECT_EQ(db->Error(), 9);
 }
 
 TEST_P(Records, ADeletedRecordStaysInItsPlaces) {

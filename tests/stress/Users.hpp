@@ -146,7 +146,7 @@ class User {
                 static_cast<void>(look(record));
                 return;
             case 6:
-                return walk();
+                return below(4) == 0 ? scan() : walk();
             case 7:
                 return rowOf(record);
             case 8:
@@ -316,6 +316,16 @@ class User {
         db_->Gehezu(u"#" + toText(1 + below(board->records)));
         for (int32 i = 0; i < 20 && db_->Error() == 0; ++i) db_->MoveNext();
         static_cast<void>(db_->Error());
+    }
+    void scan() {
+        RecordScan all(*db_);
+        while (all.next()) {
+            const int32 version = number(Text(all.value(fVERSION)));
+            if (version != 0 && (all.value(fKEY) != keyOf(all.number(), version) ||
+                                 all.value(fTEXT) != textOf(version, form_.text)))
+                fault("torn in a scan", all.number(), version);
+        }
+        refused(db_->Error());
     }
 
     const Form& form_;

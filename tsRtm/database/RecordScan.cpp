@@ -59,6 +59,10 @@ bool RecordScan::readBlock() {
 
 TextView RecordScan::value(int32 field) {
     const auto& layout = engine_.d.layout;
+    if (!layout.has(field)) {
+        engine_.fail(DatabaseError::badField);
+        return {};
+    }
     const auto& form = layout.field(field);
     Text& decoded = decoded_[static_cast<std::size_t>(field)];
     if (form.inPlace) {

@@ -41,13 +41,14 @@ class RecordScan {
     int32 number() const noexcept { return number_; }
     bool deleted() const noexcept { return *row_ == '*'; }
     // The record as it stands in the file, and the columns of a field (1..), blanks and all: code page 1252
-    // or 850, or UTF-16 in a Unicode database.
+    // or 850, or UTF-16 in a Unicode database. A field that there is not has no columns.
     BytesView record() const noexcept { return {row_, length_}; }
     BytesView columns(int32 field) const noexcept {
-        const Columns& at = columns_[static_cast<std::size_t>(field)];
-        return {row_ + at.offset, at.bytes};
+        const auto i = static_cast<std::size_t>(field);
+        return i < columns_.size() ? BytesView{row_ + columns_[i].offset, columns_[i].bytes} : BytesView();
     }
     // The text of a field (1..) as GetField gives it; a memo's, blob's or chain's is what names its place.
+    // Records 9 for a bad field number.
     TextView value(int32 field);
 
  private:
