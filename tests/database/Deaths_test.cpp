@@ -43,7 +43,7 @@ class Faults : public Deaths {};
 TEST_P(Faults, LoseNothing) {
     const auto before = disk.snapshot();
     for (const auto times : {FailingFiles::Times::once, FailingFiles::Times::fromThenOn})
-        for (int64 n = 1;; n += 1 + n / 40) {
+        for (int64 n = 1;; n += operation.kind == Kind::memos ? 1 : 1 + n / 40) {
             MemoryFiles left;
             left.offerWindows(std::get<1>(GetParam()).windows);
             left.restore(before);

@@ -52,8 +52,9 @@ void UpdateMarks::end(int32 records) {
     if (!underWay_) return;
     written();
     count_.finish(records);
-    giveUp();
+    // Where that fails it is under way still, and healed by who has begun it.
     if (changes_) changes_.end();
+    giveUp();
     guard_.told();
 }
 

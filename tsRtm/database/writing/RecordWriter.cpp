@@ -372,6 +372,7 @@ WriteOutcome RecordWriter::addUnderLock(const WriteOrder& order) {
         if (d_.store.tears(record, 0, image_.size())) d_.marks.keep(record, 0, image_, {});
         note(record, 0, image_, d_.indexes.big() ? BytesView() : BytesView(d_.layout.unfilled()), true);
         d_.store.write(record, image_);
+        sides.show();
         endUpdate(number, record);
         sides.finish();
         lock.keep();
