@@ -201,6 +201,33 @@ TEST_P(Packing, OthersWaitOrAreRefusedInTheMiddle) {
     }
 }
 
+// Who opens the database has its control open for a moment, and who exchanges files holds it alone for one.
+TEST_P(Packing, WaitsForWhoLooksAtTheControl) {
+    std::unique_ptr<platform::File> look;
+    const auto open = [&](platform::Sharing sharing) {
+        auto opened = disk.open(path(u"Control.tsd"), {platform::Access::read, sharing});
+        if (opened) look = std::move(*opened);
+    };
+    ground.clock.onSleep = [&] { look.reset(); };
+    bool turn = false;
+    const std::function<bool()> works[] = {[&] { return db->Rebuild(); },
+                                           [&] { return db->CreateIndex(uORT), true; },
+                                           [&] { return db->DelIndex(uORT), true; }};
+    deleteEveryThird();
+    for (const auto& work : works)
+        inEachChange(
+            [&] {
+                turn = !turn;
+                if (turn) open(platform::Sharing::all);
+            },
+            [&] { EXPECT_TOLD("yes|0", work(), db->Error()); });
+    EXPECT_EQ(rowsOf(*db), kept);
+    db.reset();
+    open(platform::Sharing::none);
+    EXPECT_TRUE(openAs(0));
+    ground.clock.onSleep = nullptr;
+}
+
 INSTANTIATE_TEST_SUITE_P(Database, Packing, kBothForms, formName);
 
 }  // namespace

@@ -101,19 +101,23 @@ void clsTSDB::openInner() {
     e.fehler = 0;
 }
 
-// Control.tsd and Count.tsd of one moment: from then on nobody reorganises.
+// Count.tsd, which keeps out whoever reorganises, and then what Control.tsd tells.
 bool clsTSDB::openStructure() {
     auto& e = *engine_;
     auto& d = e.d;
     const bool readOnly = d.folder.readOnly;
-    for (;;) {
-        const auto text = finishExchange(d.folder);
-        if (!text) return e.fail(DatabaseError::locked);
+    // Cut within its head a control names no field, and any write would be of a wrong length.
+    const auto usable = [&d] { return d.readStructure() && d.control->Felder() >= 1; };
+    for (bool again = false;;) {
+        if (!finishExchange(d.folder)) return e.fail(DatabaseError::locked);
         recoverControl(d.folder);
-        // Cut within its head a control names no field, and any write would be of a wrong length.
-        const bool usable = d.readStructure() && d.control->Felder() >= 1;
-        if (usable) openCount();
-        if (controlNow(d.folder) == *text) return usable || e.fail(DatabaseError::noControl);
+        // Nothing is made where there is no database.
+        if (FilesTopic::Exist(d.folder.path(u"Count.tsd")) || usable()) openCount();
+        if (usable()) return true;
+        // Without Count.tsd an exchange may have come and gone meanwhile.
+        const bool held = d.opened.count != 0;
+        if (!exchangeBegun(d.folder) && (held || std::exchange(again, true)))
+            return e.fail(DatabaseError::noControl);
         d.close();
         d.folder.readOnly = readOnly;
     }

@@ -3,6 +3,7 @@
 #include <span>
 
 #include "tsRtm/frame/files/SystemFailures.hpp"
+#include "tsRtm/frame/files/Waiting.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
 #include "tsRtm/frame/runtime/Folders.hpp"
 #include "tsRtm/frame/text/CodePages.hpp"
@@ -109,7 +110,9 @@ void replaceControlFile(TextView dir, TextView target, BytesView bytes) {
     const auto temporary = rtmMain::JoinPath({dir, u"Control.tmp"});
     auto error = writeWhole(temporary, bytes);
     if (!platform::failed(error))
-        error = files.rename(temporary, rtmMain::JoinPath({dir, target}), /*replace=*/true);
+        error = patiently([&] {
+            return files.rename(temporary, rtmMain::JoinPath({dir, target}), /*replace=*/true);
+        });
     if (!platform::failed(error)) {
         // The new name, too, is on the device.
         static_cast<void>(files.flushFolder(dir));

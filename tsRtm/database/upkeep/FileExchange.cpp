@@ -24,8 +24,32 @@ constexpr std::string_view kHead = "TS3,0\r\nexchange\r\n";
 constexpr std::string_view kReplace = "replace,";
 constexpr std::string_view kRemove = "remove,";
 constexpr std::chrono::milliseconds kPause{5};
+constexpr std::chrono::microseconds kMoment{200};
 
 platform::FileSystem& files() { return rtmMain::system().files; }
+
+SystemError codeOf(SystemError error) noexcept { return error; }
+template <class T>
+SystemError codeOf(const platform::Result<T>& result) noexcept {
+    return result.error();
+}
+
+// Who opens the database reads the control, and who exchanges renames it: for a moment one of them is in the
+// other's way. No events come in between, for files are closed.
+template <class Step>
+auto patiently(Step step) {
+    auto& clock = rtmMain::system().clock;
+    const auto end = clock.elapsed() + std::chrono::seconds(rtmMain::state().netWait);
+    for (;;) {
+        auto outcome = step();
+        if (codeOf(outcome) != SystemError::sharingViolation || clock.elapsed() > end) return outcome;
+        clock.sleep(kMoment);
+    }
+}
+
+void rename(const Text& from, const Text& to) {
+    must(patiently([&] { return files().rename(from, to, true); }), to);
+}
 
 // A name of which nobody can tell is a failure: a step passed over would mix old files with new ones.
 bool exists(const Text& name) {
@@ -50,7 +74,7 @@ void writeWhole(const Text& name, BytesView bytes) {
 }
 
 Bytes contentOf(const Text& name) {
-    const auto file = files().open(name, {});
+    const auto file = patiently([&] { return files().open(name, {}); });
     const auto size = file ? (*file)->size() : platform::Result<uint64>(file.error());
     if (!size) raiseFileFailure(size.error(), name);
     Bytes bytes(*size, '\0');
@@ -65,8 +89,8 @@ void step(const DatabaseFolder& folder, TextView name, bool replaces) {
     const Text fresh = place + Text(kNew);
     // Done already: each step may come again after a death.
     if (replaces && !exists(fresh)) return;
-    if (exists(place)) must(files().rename(place, place + Text(kOld), true), place);
-    if (replaces) must(files().rename(fresh, place, true), place);
+    if (exists(place)) rename(place, place + Text(kOld));
+    if (replaces) rename(fresh, place);
 }
 
 // What a commit tells, all of it, and the true control in its place at the end.
@@ -80,7 +104,7 @@ void carryOut(const DatabaseFolder& folder, BytesView text) {
     }
     flushFolder(folder);
     const Text control = folder.path(kControlFile);
-    must(files().rename(control + Text(kNew), control, true), control);
+    rename(control + Text(kNew), control);
     flushFolder(folder);
 }
 
@@ -120,6 +144,11 @@ class LockFile {
 
 bool isCommit(BytesView text) noexcept { return text.starts_with(kHead); }
 
+Bytes controlNow(const DatabaseFolder& folder) {
+    const Text name = folder.path(kControlFile);
+    return exists(name) ? contentOf(name) : Bytes();
+}
+
 void takeAwayLeftovers(const DatabaseFolder& folder) {
     const LockFile lock(folder);
     if (!lock || isCommit(controlNow(folder))) return;
@@ -157,7 +186,7 @@ void FileExchange::commit() {
         writeWhole(control + Text(kNew), control_.empty() ? contentOf(control) : control_);
         writeWhole(folder_.path(kCommit), text);
         flushFolder(folder_);
-        must(files().rename(folder_.path(kCommit), control, true), control);
+        rename(folder_.path(kCommit), control);
     } catch (const Failure&) {
         static_cast<void>(files().remove(folder_.path(kCommit)));
         static_cast<void>(files().remove(control + Text(kNew)));
@@ -183,19 +212,15 @@ void FileExchange::discardOld() noexcept {
         }
 }
 
-Bytes controlNow(const DatabaseFolder& folder) {
-    const Text name = folder.path(kControlFile);
-    return exists(name) ? contentOf(name) : Bytes();
-}
+bool exchangeBegun(const DatabaseFolder& folder) { return isCommit(controlNow(folder)); }
 
-std::optional<Bytes> finishExchange(const DatabaseFolder& folder) {
+bool finishExchange(const DatabaseFolder& folder) {
     const auto patience = std::chrono::seconds(rtmMain::state().netWait);
     auto& clock = rtmMain::system().clock;
     const auto start = clock.elapsed();
     try {
-        Bytes now;
-        while (isCommit(now = controlNow(folder))) {
-            if (folder.readOnly && clock.elapsed() - start > patience) return std::nullopt;
+        while (exchangeBegun(folder)) {
+            if (folder.readOnly && clock.elapsed() - start > patience) return false;
             if (!folder.readOnly) {
                 const LockFile lock(folder);
                 // Read anew under the lock: it may be done by now.
@@ -204,15 +229,15 @@ std::optional<Bytes> finishExchange(const DatabaseFolder& folder) {
                     rtmMain::DebugLog(folder.name + u": ein Austausch von Dateien wird beendet");
                     carryOut(folder, text);
                 }
-                if (!lock && clock.elapsed() - start > patience) return std::nullopt;
+                if (!lock && clock.elapsed() - start > patience) return false;
             }
             clock.sleep(kPause);
         }
         if (!folder.readOnly && !leftovers(folder).empty()) takeAwayLeftovers(folder);
-        return now;
+        return true;
     } catch (const Failure& failure) {
         rtmMain::DebugLog(failure.Source() + u": " + failure.Description());
-        return std::nullopt;
+        return false;
     }
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 // Several files of a database put in the place of others at once, or none of them.
 #include <memory>
-#include <optional>
 #include <vector>
 
 #include "tsRtm/database/files/DatabaseFolder.hpp"
@@ -61,10 +60,10 @@ class FileExchange {
 };
 
 // At an opening, before the control is read: finishes an exchange that died after its commit, and takes away
-// what one left that died before or behind. The text of the control, empty where there is none; nothing where
-// an exchange is under way, or not to be finished by a reader.
-[[nodiscard]] std::optional<Bytes> finishExchange(const DatabaseFolder& folder);
-// The text of the control at this moment, empty where there is none. Raises as raiseFileFailure tells.
-Bytes controlNow(const DatabaseFolder& folder);
+// what one left that died before or behind. False where it is under way, or not to be finished by a reader.
+[[nodiscard]] bool finishExchange(const DatabaseFolder& folder);
+// Whether files are taking the places of others at this moment, or somebody died in that. Raises as
+// raiseFileFailure tells.
+bool exchangeBegun(const DatabaseFolder& folder);
 
 }  // namespace tsRtm

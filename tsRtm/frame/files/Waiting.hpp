@@ -2,6 +2,8 @@
 // One wait for something that others hold.
 #include <chrono>
 
+#include "tsRtm/frame/state/State.hpp"
+#include "tsRtm/platform/SystemError.hpp"
 #include "tsRtm/types/Text.hpp"
 
 namespace tsRtm {
@@ -21,6 +23,18 @@ class Waiting {
     std::chrono::nanoseconds since_;
     std::chrono::nanoseconds next_;
 };
+
+// Tries again while somebody has one of the files open, for NetWait seconds.
+template <class Step>
+platform::SystemError patiently(Step step) {
+    using platform::SystemError;
+    for (Waiting waiting;;) {
+        const SystemError error = step();
+        const bool inUse = error == SystemError::sharingViolation || error == SystemError::lockViolation;
+        if (!inUse || rtmMain::state().stopping || waiting.longerThan(rtmMain::state().netWait)) return error;
+        waiting.pause();
+    }
+}
 
 // Whether the user wants to go on with a removable drive that is not ready; F becomes 71 on No.
 bool driveMayBecomeReady(Messages& messages, TextView name);

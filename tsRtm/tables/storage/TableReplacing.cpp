@@ -3,7 +3,6 @@
 #include "tsRtm/frame/files/SystemFailures.hpp"
 #include "tsRtm/frame/files/Waiting.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
-#include "tsRtm/frame/state/State.hpp"
 #include "tsRtm/tables/storage/TableFile.hpp"
 #include "tsRtm/types/Failure.hpp"
 
@@ -18,17 +17,6 @@ using platform::SystemError;
 constexpr int32 kTries = 100;
 
 platform::FileSystem& disk() { return rtmMain::system().files; }
-
-// Tries again while somebody has one of the files open, for NetWait seconds.
-template <class Step>
-SystemError patiently(Step step) {
-    for (Waiting waiting;;) {
-        const SystemError error = step();
-        const bool inUse = error == SystemError::sharingViolation || error == SystemError::lockViolation;
-        if (!inUse || rtmMain::state().stopping || waiting.longerThan(rtmMain::state().netWait)) return error;
-        waiting.pause();
-    }
-}
 
 Text freeNameBeside(const Text& name) {
     Text free;
