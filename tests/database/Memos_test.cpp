@@ -240,5 +240,22 @@ TEST_F(Memos, WrongPlacesAreFoundAndMended) {
     EXPECT_EQ(next->Record(2)->Fields(mNOTIZ), u"");
 }
 
+// Texts that nobody can read are not gone: neither a repair nor an opening after an unclean end cuts them.
+TEST_F(Memos, AStoreThatCannotBeOpenedKeepsItsTexts) {
+    auto db = made();
+    db->Memo(1, u"eins");
+    const auto left = disk.snapshot();
+    db->Schliesse();
+    disk.restore(left);
+    auto held = disk.open(path(u"Memo-000.002"), {platform::Access::readWrite, platform::Sharing::none});
+    db = open();
+    const auto record = db->Record(1);
+    EXPECT_TOLD("|70", record->Fields(mNOTIZ), db->Error());
+    db->AktSatzNr(1);
+    EXPECT_TOLD("|70|no|70", db->Memo(1), db->Error(), db->Check(true, {}), db->Error());
+    *held = nullptr;
+    EXPECT_TOLD("eins|0|yes", record->Fields(mNOTIZ), db->Error(), db->Check(true, {}));
+}
+
 }  // namespace
 }  // namespace tsRtm::test

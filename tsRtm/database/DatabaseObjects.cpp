@@ -151,7 +151,8 @@ int32 clsTSDB::FindPropertyNames() {
         int32 last = 0;
     };
     std::map<Text, Count> names;
-    for (int32 n = 1; n <= e.d.records(); ++n)
+    e.fehler = 0;
+    for (int32 n = 1; n <= e.d.records() && e.fehler == 0; ++n)
         for (const auto& property : propertyText::all(memoText(n, field))) {
             Count& count = names[upper(property.key)];
             if (count.records == 0) count.name = property.key;

@@ -130,6 +130,11 @@ const Text& clsTSRecord::memo(int32 field) {
     Text& text = memos_[field].text;
     if (row_) return text = parent_->rowText(*row_, field);
     if (database) text = database->memoText(number_, field);
+    // What could not be read is asked for again.
+    if (database && database->engine_->fehler != 0) {
+        memos_.erase(field);
+        return shown_;
+    }
     if (field == control_->PropFeld()) propertyText::set(text, properties_);
     return text;
 }

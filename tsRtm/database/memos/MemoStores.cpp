@@ -51,7 +51,7 @@ void MemoStores::eachFile(const std::function<void(platform::File&)>& work) {
     for (const auto& [field, store] : open_) work(store.file->file());
 }
 
-MemoFile* MemoStores::openForReading(int32 field) {
+MemoFile* MemoStores::tryOpen(int32 field) {
     if (const auto known = open_.find(field); known != open_.end()) return known->second.file.get();
     const Text name = fileName(field);
     const bool there = p_.folder.filesWritable || FilesTopic::Exist(p_.folder.path(name));
@@ -65,8 +65,20 @@ MemoFile* MemoStores::openForReading(int32 field) {
     return open_.emplace(field, std::move(store)).first->second.file.get();
 }
 
+MemoFile* MemoStores::openForReading(int32 field) {
+    using platform::SystemError;
+    if (auto* const file = tryOpen(field)) return file;
+    const auto error = rtmMain::system().files.status(p_.folder.path(fileName(field))).error();
+    if (error == SystemError::fileNotFound || error == SystemError::pathNotFound) return nullptr;
+    raiseClosed(field);
+}
+
 MemoFile& MemoStores::open(int32 field) {
-    if (auto* const file = openForReading(field)) return *file;
+    if (auto* const file = tryOpen(field)) return *file;
+    raiseClosed(field);
+}
+
+void MemoStores::raiseClosed(int32 field) const {
     raise(70, kFileFailureSource,
           u"Datei \"" + p_.folder.path(fileName(field)) + u"\" kann nicht geöffnet werden");
 }

@@ -55,7 +55,7 @@ class MemoStores {
     int32 pointerIn(BytesView record, int32 field) const;
     void setPointer(std::span<char> record, int32 field, int32 pointer) const;
 
-    // Whether there is an entry, of whichever form, at a place.
+    // Whether there is an entry, of whichever form, at a place. 70 where the store cannot be had.
     bool leadsSomewhere(int32 field, int32 pointer);
     // An entry as it is into a store, an older one in the present form; its place there, 0 for none.
     int32 copy(int32 field, int32 pointer, MemoFile& to);
@@ -73,9 +73,12 @@ class MemoStores {
 
  private:
     const MemoKind* kindOf(int32 field) const noexcept;
-    // nullptr where there is none and none is to be made.
+    // nullptr where there is none and none is to be made; tryOpen also where it cannot be had, which raises
+    // else: texts that nobody can read are not gone.
     MemoFile* openForReading(int32 field);
-    bool keepsAll(int32 field) { return !openForReading(field) || open_.at(field).keepsAll; }
+    MemoFile* tryOpen(int32 field);
+    [[noreturn]] void raiseClosed(int32 field) const;
+    bool keepsAll(int32 field) { return !tryOpen(field) || open_.at(field).keepsAll; }
     MemoEntry readSteadily(int32 field, const std::function<int32()>& pointer);
     int32 pointerInFile(int32 record, int32 field) const;
 
