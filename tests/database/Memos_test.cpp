@@ -240,10 +240,12 @@ TEST_F(Memos, WrongPlacesAreFoundAndMended) {
     EXPECT_EQ(next->Record(2)->Fields(mNOTIZ), u"");
 }
 
-// Texts that nobody can read are not gone: neither a repair nor an opening after an unclean end cuts them.
+// Texts that nobody can read are not gone: neither a repair nor an opening after an unclean end cuts them,
+// and the next opening looks again.
 TEST_F(Memos, AStoreThatCannotBeOpenedKeepsItsTexts) {
     auto db = made();
     db->Memo(1, u"eins");
+    db->PutField(2, mNOTIZ, u"99");
     const auto left = disk.snapshot();
     db->Schliesse();
     disk.restore(left);
@@ -254,7 +256,10 @@ TEST_F(Memos, AStoreThatCannotBeOpenedKeepsItsTexts) {
     db->AktSatzNr(1);
     EXPECT_TOLD("|70|no|70", db->Memo(1), db->Error(), db->Check(true, {}), db->Error());
     *held = nullptr;
-    EXPECT_TOLD("eins|0|yes", record->Fields(mNOTIZ), db->Error(), db->Check(true, {}));
+    EXPECT_TOLD("eins|0|99", record->Fields(mNOTIZ), db->Error(), db->GetField(2, mNOTIZ));
+    db->Schliesse();
+    db = open();
+    EXPECT_TOLD("eins||yes", db->Record(1)->Fields(mNOTIZ), db->GetField(2, mNOTIZ), db->Check(false, {}));
 }
 
 }  // namespace

@@ -213,6 +213,7 @@ void clsTSDB::settle() {
         if (mends) d.sign.settled();
     } catch (const Failure& failure) {
         recordFailure(failure);
+        d.sign.unsettled();
     }
 }
 

@@ -23,7 +23,10 @@ bool WorkSign::othersLive() const {
     return !shown || *shown != 0;
 }
 
-bool WorkSign::leftUncleanly() { return count_.atWork() && !othersLive(); }
+bool WorkSign::leftUncleanly() {
+    unsettled_ = false;
+    return count_.atWork() && !othersLive();
+}
 
 DatabaseError WorkSign::enter() {
     if (entered_) return DatabaseError::none;
@@ -50,7 +53,7 @@ void WorkSign::leave(const std::function<void()>& flush, const std::function<voi
             const DatabaseHold hold(locks_, DatabaseLocks::Wait::never);
             if (!hold) continue;
             if (folder_.shared) static_cast<void>(count_.file().show(0));
-            if (!count_.marked() && !othersLive()) {
+            if (!count_.marked() && !unsettled_ && !othersLive()) {
                 last();
                 count_.signOff();
             }

@@ -16,6 +16,8 @@ class WorkSign {
 
     // At an opening, under the database lock: the sign is there, and nobody lives who set it.
     bool leftUncleanly();
+    // What was left could not be looked at: the sign stays for the next opening.
+    void unsettled() noexcept { unsettled_ = true; }
     // What was left has been looked at. Who mended it is at work, and takes the sign back when he leaves.
     void settled() {
         if (!entered_) count_.signOff();
@@ -37,6 +39,7 @@ class WorkSign {
     CountFile& count_;
     DatabaseLocks& locks_;
     bool entered_ = false;
+    bool unsettled_ = false;
 };
 
 }  // namespace tsRtm
