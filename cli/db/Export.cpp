@@ -79,13 +79,14 @@ void eachRecord(Session& session, const FieldMap& map, const ExportOptions& opti
 
 void writeRecords(Session& session, CsvWriter& writer, const FieldMap& map, const std::vector<int32>& fields,
                   const ExportOptions& options) {
-    std::vector<Text> row;
+    std::vector<Text> row(fields.size());
     eachRecord(session, map, options, [&](const RecordReader& record) {
-        row.clear();
-        for (const int32 field : fields)
-            row.push_back(session.control().field(field).IsMemo()
-                              ? memoOf(session, map, record.number(), field)
-                              : record.field(field));
+        for (std::size_t i = 0; i < fields.size(); ++i) {
+            if (session.control().field(fields[i]).IsMemo())
+                row[i] = memoOf(session, map, record.number(), fields[i]);
+            else
+                row[i] = record.field(fields[i]);
+        }
         if (!writer.row(row))
             refuse("record " + std::to_string(record.number()) + ", " + map.label(fields[writer.badField()]),
                    row[writer.badField()], options);

@@ -1,17 +1,23 @@
 #include "cli/shared/CsvWriter.hpp"
 
+#include <algorithm>
+
 namespace tsRtm::cli {
 
-std::string csvField(std::string_view bytes, char separator) {
-    const bool plain = bytes.find_first_of("\"\r\n") == std::string_view::npos &&
-                       bytes.find(separator) == std::string_view::npos;
-    if (plain) return std::string(bytes);
-    std::string out = "\"";
-    for (const char byte : bytes) {
-        if (byte == '"') out += '"';
-        out += byte;
+void appendCsvField(std::string& line, std::string_view bytes, char separator) {
+    const auto needsQuotes = [separator](char byte) {
+        return byte == '"' || byte == '\r' || byte == '\n' || byte == separator;
+    };
+    if (std::none_of(bytes.begin(), bytes.end(), needsQuotes)) {
+        line += bytes;
+        return;
     }
-    return out + '"';
+    line += '"';
+    for (const char byte : bytes) {
+        if (byte == '"') line += '"';
+        line += byte;
+    }
+    line += '"';
 }
 
 bool CsvWriter::row(const std::vector<Text>& fields) {
@@ -23,7 +29,7 @@ bool CsvWriter::row(const std::vector<Text>& fields) {
             return false;
         }
         if (i > 0) line_ += separator_;
-        line_ += csvField(*bytes, separator_);
+        appendCsvField(line_, *bytes, separator_);
     }
     file_.write(line_ += "\r\n");
     return true;

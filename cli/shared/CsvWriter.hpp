@@ -27,7 +27,7 @@ class CsvWriter {
     std::size_t badField_ = 0;
 };
 
-// One field as it stands in a row.
-std::string csvField(std::string_view bytes, char separator);
+// One field as it stands in a row, behind what stands there.
+void appendCsvField(std::string& line, std::string_view bytes, char separator);
 
 }  // namespace tsRtm::cli

@@ -1,5 +1,6 @@
 #include "tsRtm/types/Text.hpp"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -73,9 +74,11 @@ Text fromUtf8(std::string_view utf8) {
 }
 
 std::string toUtf8(TextView text) {
-    std::string out;
-    out.reserve(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
+    // Most texts are plain up to their end.
+    const auto ascii = std::find_if(text.begin(), text.end(), [](char16_t c) { return c >= 0x80; });
+    std::string out(static_cast<std::size_t>(ascii - text.begin()), '\0');
+    std::transform(text.begin(), ascii, out.begin(), [](char16_t c) { return static_cast<char>(c); });
+    for (std::size_t i = out.size(); i < text.size(); ++i) {
         char32_t c = text[i];
         if (c >= 0xD800 && c <= 0xDFFF) {
             const bool pair =
