@@ -84,6 +84,28 @@ TEST_P(Beside, ADeathInTheMiddleOfAWriteTearsNoRecord) {
     }
 }
 
+// A record in more than one page that somebody does not end writing.
+TEST_P(Beside, WhatIsAssignedToARecordThatCannotBeReadIsNoSuccess) {
+    db = makeFields(fieldsOf({{u"KEY", 1, 8}, {u"TEXT", 1, kLong}, {u"END", 1, 8}}));
+    ASSERT_TRUE(addRecord(*db, {{lKEY, u"A"}}));
+    other = openAs(kOther);
+    ASSERT_TRUE(other->LockDB(true));
+    const Bytes before = disk.dump(path(u"Stand.tsd"));
+    disk.put(path(u"Stand.tsd"), Bytes(before).replace(0, 1, 1, static_cast<char>(before[0] + 1)));
+    files.as(0);
+    const auto record = db->Record(1);
+    record->Reset();
+    EXPECT_TOLD("|70", record->Fields(lKEY), db->Error());
+    record->Fields(lEND, u"B");
+    disk.put(path(u"Stand.tsd"), before);
+    files.as(kOther);
+    EXPECT_TRUE(other->LockDB(false));
+    files.as(0);
+    EXPECT_TOLD("no|70", record->Update(), record->Error());
+    record->Reset();
+    EXPECT_TOLD("A|yes", record->Fields(lKEY), stored(record, {{lEND, u"B"}}));
+}
+
 // --- In the middle of a write
 
 // The lock that a handler asks for is that of the write: what he does with it leaves it as it was.

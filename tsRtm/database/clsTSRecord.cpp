@@ -81,13 +81,21 @@ bool clsTSRecord::load() {
         felder_->loaded();
         return loaded_ = true;
     }
-    database->engine_->d.guard.lookAnew();
-    auto& store = database->engine_->d.store;
-    if (!store || !store.reaches(number_)) return false;
-    database->engine_->d.read(number_, felder_->room());
-    felder_->loaded();
-    loaded_ = true;
-    return true;
+    auto& e = *database->engine_;
+    e.recordingFileFailures([&] {
+        e.d.guard.lookAnew();
+        if (!e.d.store || !e.d.store.reaches(number_)) return;
+        e.d.read(number_, felder_->room());
+        loaded_ = true;
+    });
+    if (loaded_) felder_->loaded();
+    return loaded_;
+}
+
+// What is assigned where the record cannot be read would be missed by nobody.
+bool clsTSRecord::takesAssignment() {
+    unread_ = unread_ || !load();
+    return !unread_;
 }
 
 const Text& clsTSRecord::Fields(int32 Index) {
@@ -109,7 +117,7 @@ const Text& clsTSRecord::Fields(int32 Index) {
 }
 
 void clsTSRecord::Fields(int32 Index, TextView Inhalt) {
-    if (readOnly_ || Index < 0 || Index > control_->Felder() || !layout_ || !load()) return;
+    if (readOnly_ || Index < 0 || Index > control_->Felder() || !layout_ || !takesAssignment()) return;
     if (Index > 0 && layout_->field(Index).pointer) {
         if (row_ && !parent_->hasText(Index)) return;
         memos_[Index] = {Text(Inhalt), true};
@@ -167,7 +175,7 @@ void clsTSRecord::Property(TextView Key, TextView Wert) {
     const RecordProperty property{Text(Key), Text(Wert)};
     propertyText::check(property);
     const int32 field = control_->PropFeld();
-    if (readOnly_ || !layout_ || !layout_->has(field) || !load()) return;
+    if (readOnly_ || !layout_ || !layout_->has(field) || !takesAssignment()) return;
     const auto known = memos_.find(field);
     if (known != memos_.end()) propertyText::set(known->second.text, property);
     // A text that was assigned as a whole is stored as it is, and has them already.
@@ -191,7 +199,11 @@ std::shared_ptr<DatenTab> clsTSRecord::Properties() {
 
 bool clsTSRecord::Update() {
     const auto database = DB();
-    if (!database || readOnly_ || !load()) return false;
+    if (!database || readOnly_) return false;
+    if (unread_ || !load()) {
+        error_ = unread_ ? numberOf(DatabaseError::locked) : database->Error();
+        return false;
+    }
     if (row_) return storeRow(*database);
     const int32 number = database->SatzSpeichern(*this);
     error_ = database->Error();
@@ -202,7 +214,7 @@ bool clsTSRecord::Update() {
 }
 
 void clsTSRecord::forgetChanges() {
-    changed_ = false;
+    changed_ = unread_ = false;
     memos_.clear();
     properties_.clear();
 }

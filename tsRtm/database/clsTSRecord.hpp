@@ -21,10 +21,11 @@ class RecordLayout;
 struct ChainRow;
 struct RecordProperty;
 
-// The fields are loaded from the file at the first read. Satznummer is 0 or below for a record that was not
-// stored yet. The link to the database is weak: once that has gone, DB is nothing, fields are empty, writing
-// and Update are refused. A lock that the record has won ends with it. Order of locks: the record first, then
-// what Update takes.
+// The fields are loaded from the file at the first read; where that fails they are empty, the database has
+// the error, and what is assigned then is refused: Update fails with 70 until Reset. Satznummer is 0 or below
+// for a record that was not stored yet. The link to the database is weak: once that has gone, DB is nothing,
+// fields are empty, writing and Update are refused. A lock that the record has won ends with it. Order of
+// locks: the record first, then what Update takes.
 //
 // There is one object for a stored record as long as somebody holds it, save for its WorkCopies; a change of
 // the record shows in it at the next read, unless it has changes of its own. Update lays only what was
@@ -118,6 +119,7 @@ class clsTSRecord : public Object, public std::enable_shared_from_this<clsTSReco
     void forgetChanges();
 
     bool load();
+    bool takesAssignment();
     const Text& memo(int32 field);
     void invalidate();
     void stored(clsTSDB& database, int32 number);
@@ -143,6 +145,7 @@ class clsTSRecord : public Object, public std::enable_shared_from_this<clsTSReco
     bool changed_ = false;
     bool locked_ = false;
     bool readOnly_ = false;
+    bool unread_ = false;      // something was assigned while the record could not be read
     bool storeTried_ = false;  // the serial number may be in the file
 };
 
