@@ -130,6 +130,10 @@ TEST_F(Safety, AReplacedDirectoryIsNotMixedWithTheOpenOne) {
     disk.restore(disk.snapshot());
     EXPECT_EQ(raisedNumber([&] { late->Exist(u"A", 1); }), 70);
     EXPECT_TOLD("70|no", writeChain(*db, 1, rowsNamed(u"a")), disk.exists(path(u"KetteDat.002")));
+    db->Dauerhaft(true);
+    EXPECT_TOLD("70|no", change(*db, 1, 1, u"B"), disk.exists(path(u"Update.tsd")));
+    late->Schliesse();
+    EXPECT_TOLD("no|70|no|70", db->PackMemoKette(), db->Error(), DatabaseCare(*db).copy({}), db->Error());
 }
 
 // --- Serial numbers

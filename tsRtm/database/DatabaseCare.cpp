@@ -69,7 +69,7 @@ DatabaseCare::DatabaseCare(clsTSDB& database) : engine_(*database.engine_) {}
 
 bool DatabaseCare::copy(const Copying& to) {
     auto& d = engine_.d;
-    if (!d.store || engine_.writer.busy()) return engine_.fail(DatabaseError::locked);
+    if (!d.store || !d.count.inPlace() || engine_.writer.busy()) return engine_.fail(DatabaseError::locked);
     const DatabaseHold hold(d.locks);
     if (!hold) return engine_.fail(hold.error());
     try {

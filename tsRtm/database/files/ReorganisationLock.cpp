@@ -12,7 +12,8 @@ DatabaseError ReorganisationLock::take() {
         ++depth_;
         return DatabaseError::none;
     }
-    if (!count_) return DatabaseError::locked;
+    // New files would take the places of another database that stands there now.
+    if (!count_ || !count_.inPlace()) return DatabaseError::locked;
     folder_.files.OpenWrite(folder_.path(u"Lock.tsd"), lockNumber_);
     if (lockNumber_ == 0) return DatabaseError::locked;
     if (folder_.shared && platform::failed(share(Sharing::none))) {

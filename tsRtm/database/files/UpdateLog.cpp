@@ -43,7 +43,7 @@ bool UpdateLog::open(bool toMake) {
     if (file_ != 0) return true;
     const bool isThere = FilesTopic::Exist(folder_.path(kFileName));
     if (!isThere && !toMake) return false;
-    file_ = folder_.open(kFileName, folder_.shared);
+    if (!inPlace || inPlace()) file_ = folder_.open(kFileName, folder_.shared);
     if (file_ == 0) raiseFileFailure(platform::SystemError::sharingViolation, folder_.path(kFileName));
     bytes_ = BlockFile(folder_.files.file(file_));
     if (!isThere) must(rtmMain::system().files.flushFolder(folder_.name), bytes_.file());

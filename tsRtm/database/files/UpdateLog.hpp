@@ -33,6 +33,8 @@ class UpdateLog {
     explicit UpdateLog(const DatabaseFolder& folder) : folder_(folder) {}
     // Brings Data.tsd and Stand.tsd to the device, or raises. Set by who owns them.
     std::function<void()> flushFiles;
+    // Whether the folder is still that of the open database.
+    std::function<bool()> inPlace;
     ~UpdateLog() { close(); }
     UpdateLog(const UpdateLog&) = delete;
     UpdateLog& operator=(const UpdateLog&) = delete;

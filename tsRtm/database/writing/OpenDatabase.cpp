@@ -19,6 +19,7 @@ OpenDatabase::OpenDatabase(FilesTopic& files) : folder(files) {
         memos.eachFile(work);
         chains.eachFile(work);
     };
+    log.inPlace = [this] { return count && count.inPlace(); };
     log.flushFiles = [this] {
         for (auto* const file :
              {store ? &store.bytes().file() : nullptr, changes ? &changes.file() : nullptr})
