@@ -77,7 +77,8 @@ NodeHints& KeyHints::of(int32 address) {
             blocks_[std::exchange(made_[oldest_], block)] = nullptr;
             oldest_ = (oldest_ + 1) % kMostBlocks;
         }
-        blocks_[block] = std::make_unique<NodeHints[]>(kBlock);
+        // Behind the heads nothing is read before it is written, and to empty it takes longer than a search.
+        blocks_[block] = std::make_unique_for_overwrite<NodeHints[]>(kBlock);
     }
     NodeHints& out = blocks_[block][numberOf(address) % kBlock];
     if (out.address != address) {
