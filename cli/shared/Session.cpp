@@ -11,6 +11,7 @@ namespace tsRtm::cli {
 namespace {
 
 constexpr TextView kEnd = u".DBD";
+constexpr int32 kNoControl = 52;
 constexpr int32 kCannotLock = 70;
 
 }  // namespace
@@ -31,20 +32,23 @@ Session::Session(const std::string& name, Use use)
     if (!FilesTopic::Exist(control))
         throw CliError("no database '" + name + "': " + toUtf8(folder_) +
                        " holds no Control.tsd; make one with: tsrtm db create");
-    const InputFile readable(toUtf8(control));  // says so where it is not
-    // The object of the open database lets the look of the data overrule what this file says. A plain count
-    // in its head means the DOS code page.
+    open(control, use);
+    // What it tells stays as it is while the database is open. The object of the open database lets the look
+    // of the data overrule what this file says. A plain count in its head means the DOS code page.
     bool dos = true;
-    if (!control_.Oeffne(control, dos) || control_.Felder() < 1)
-        throw CliError("cannot read the structure of '" + name +
-                       "': Control.tsd is damaged or of a newer form");
-    open(use);
+    if (!control_.Oeffne(control, dos)) refuseControl();
 }
 
-void Session::open(Use use) {
+void Session::refuseControl() const {
+    throw CliError("cannot read the structure of '" + name_ + "': Control.tsd is damaged or of a newer form");
+}
+
+void Session::open(const Text& control, Use use) {
     db_ = rtm_.OpenTSDB(folder_, use == Use::read, use == Use::alone);
     if (!db_) {
         const int32 error = rtmMain::state().F;
+        const InputFile readable(toUtf8(control));  // says so where it is not
+        if (error == kNoControl) refuseControl();
         if (error == kCannotLock && use == Use::alone)
             throw CliError("cannot open '" + name_ +
                            "' alone: somebody else has it open, or you may not write there");

@@ -33,7 +33,8 @@ class Session {
     [[noreturn]] void fail(const std::string& what, int32 number);
 
  private:
-    void open(Use use);
+    void open(const Text& control, Use use);
+    [[noreturn]] void refuseControl() const;
     void refuseEmptyView();
 
     clsRtm rtm_;
