@@ -1,6 +1,7 @@
 #include "tsRtm/database/clsTSRecord.hpp"
 
 #include <algorithm>
+#include <utility>
 
 #include "tsRtm/database/chains/ChainMerge.hpp"
 #include "tsRtm/database/clsTSRecordSet.hpp"
@@ -137,11 +138,16 @@ const Text& clsTSRecord::memo(int32 field) {
     const auto database = number_ > 0 ? DB() : nullptr;
     Text& text = memos_[field].text;
     if (row_) return text = parent_->rowText(*row_, field);
-    if (database) text = database->memoText(number_, field);
-    // What could not be read is asked for again.
-    if (database && database->engine_->fehler != 0) {
-        memos_.erase(field);
-        return shown_;
+    if (database) {
+        int32& error = database->engine_->fehler;
+        const int32 former = std::exchange(error, 0);
+        text = database->memoText(number_, field);
+        // What could not be read is asked for again.
+        if (error != 0) {
+            memos_.erase(field);
+            return shown_;
+        }
+        error = former;
     }
     if (field == control_->PropFeld()) propertyText::set(text, properties_);
     return text;
