@@ -9,16 +9,18 @@ template <class Read>
 auto clsTSDB::readPlace(int32 field, int32 record, Read read) {
     const Working working(*this);
     auto& e = *engine_;
-    decltype(read(e.d.memos)) out;
+    std::optional<decltype(read(e.d.memos))> out;
     if (!e.d.memos.has(field)) {
         e.fail(DatabaseError::badField);
         return out;
     }
     try {
         e.d.guard.lookAnew();
-        if (e.d.store && e.d.store.reaches(record)) out = read(e.d.memos);
+        out.emplace();
+        if (e.d.store && e.d.store.reaches(record)) *out = read(e.d.memos);
     } catch (const Failure& failure) {
         e.fail(failure);
+        out.reset();
     }
     return out;
 }
@@ -59,7 +61,7 @@ void clsTSDB::writePlace(int32 field, Content content) {
 
 Text clsTSDB::Memo(int32 MemoNr) {
     const int32 field = engine_->d.control ? engine_->d.control->MemoFeld(MemoNr) : 0;
-    return memoText(engine_->c.aktSatz, field);
+    return memoText(engine_->c.aktSatz, field).value_or(Text());
 }
 
 void clsTSDB::Memo(int32 MemoNr, TextView Inhalt) {
@@ -69,8 +71,9 @@ void clsTSDB::Memo(int32 MemoNr, TextView Inhalt) {
 clsBlob clsTSDB::Blob(int32 BlobNr) {
     const int32 field = engine_->d.control ? engine_->d.control->BlobFeld(BlobNr) : 0;
     const int32 record = engine_->c.aktSatz;
-    const Bytes bytes =
-        readPlace(field, record, [&](MemoStores& memos) { return memos.bytes(record, field); });
+    const Bytes bytes = readPlace(field, record, [&](MemoStores& memos) {
+                            return memos.bytes(record, field);
+                        }).value_or(Bytes());
     return clsBlob(std::vector<uint8>(bytes.begin(), bytes.end()));
 }
 
@@ -80,7 +83,7 @@ void clsTSDB::Blob(int32 BlobNr, const clsBlob& Inhalt) {
                BytesView(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
 }
 
-Text clsTSDB::memoText(int32 record, int32 field) {
+std::optional<Text> clsTSDB::memoText(int32 record, int32 field) {
     return readPlace(field, record, [&](MemoStores& memos) { return memos.text(record, field); });
 }
 

@@ -151,13 +151,15 @@ int32 clsTSDB::FindPropertyNames() {
         int32 last = 0;
     };
     std::map<Text, Count> names;
-    e.fehler = 0;
-    for (int32 n = 1; n <= e.d.records() && e.fehler == 0; ++n)
-        for (const auto& property : propertyText::all(memoText(n, field))) {
+    for (int32 n = 1; n <= e.d.records(); ++n) {
+        const auto text = memoText(n, field);
+        if (!text) break;
+        for (const auto& property : propertyText::all(*text)) {
             Count& count = names[upper(property.key)];
             if (count.records == 0) count.name = property.key;
             if (std::exchange(count.last, n) != n) ++count.records;
         }
+    }
     for (const auto& [key, count] : names) propertyNames_->Add({count.name, toText(count.records)});
     return propertyNames_->Count();
 }

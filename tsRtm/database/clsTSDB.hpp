@@ -23,6 +23,7 @@
 // and these die with the process. One thread. Lives in a std::shared_ptr.
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "tsRtm/control/clsControl.hpp"
@@ -351,7 +352,8 @@ class clsTSDB : public DatabaseEvents, public std::enable_shared_from_this<clsTS
     auto readPlace(int32 field, int32 record, Read read);
     template <class Content>
     void writePlace(int32 field, Content content);
-    Text memoText(int32 record, int32 field);
+    // Nothing where it could not be read, which is recorded.
+    std::optional<Text> memoText(int32 record, int32 field);
     ChainStore* useChain(int32 field);
     bool readChain(int32 record, ChainStore& store, TextTable& rows);
     bool writeChain(int32 record, const ChainStore& store, SideWrite& write,

@@ -136,19 +136,14 @@ const Text& clsTSRecord::memo(int32 field) {
     const auto known = memos_.find(field);
     if (known != memos_.end()) return known->second.text;
     const auto database = number_ > 0 ? DB() : nullptr;
-    Text& text = memos_[field].text;
-    if (row_) return text = parent_->rowText(*row_, field);
-    if (database) {
-        int32& error = database->engine_->fehler;
-        const int32 former = std::exchange(error, 0);
-        text = database->memoText(number_, field);
-        // What could not be read is asked for again.
-        if (error != 0) {
-            memos_.erase(field);
-            return shown_;
-        }
-        error = former;
+    auto read = database && !row_ ? database->memoText(number_, field) : Text();
+    // What could not be read is asked for again.
+    if (!read) {
+        shown_.clear();
+        return shown_;
     }
+    Text& text = memos_[field].text = std::move(*read);
+    if (row_) return text = parent_->rowText(*row_, field);
     if (field == control_->PropFeld()) propertyText::set(text, properties_);
     return text;
 }
