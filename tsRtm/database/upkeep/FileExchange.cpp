@@ -35,9 +35,9 @@ SystemError codeOf(const platform::Result<T>& result) noexcept {
 }
 
 // Who opens the database reads the control, and who exchanges renames it: for a moment one of them is in the
-// other's way. No events come in between, for files are closed.
+// other's way. Waits for NetWait seconds, without the program's events: files are closed.
 template <class Step>
-auto patiently(Step step) {
+auto silently(Step step) {
     auto& clock = rtmMain::system().clock;
     const auto end = clock.elapsed() + std::chrono::seconds(rtmMain::state().netWait);
     for (;;) {
@@ -48,7 +48,7 @@ auto patiently(Step step) {
 }
 
 void rename(const Text& from, const Text& to) {
-    must(patiently([&] { return files().rename(from, to, true); }), to);
+    must(silently([&] { return files().rename(from, to, true); }), to);
 }
 
 // A name of which nobody can tell is a failure: a step passed over would mix old files with new ones.
@@ -74,7 +74,7 @@ void writeWhole(const Text& name, BytesView bytes) {
 }
 
 Bytes contentOf(const Text& name) {
-    const auto file = patiently([&] { return files().open(name, {}); });
+    const auto file = silently([&] { return files().open(name, {}); });
     const auto size = file ? (*file)->size() : platform::Result<uint64>(file.error());
     if (!size) raiseFileFailure(size.error(), name);
     Bytes bytes(*size, '\0');
