@@ -50,10 +50,15 @@ int main(int argc, char** argv) {
     if (!calendar->Init(FilesTopic::MakePath({Variant(folder), Variant(u"Termine")}))) return 1;
     const clsDatum dates;
     const Text today = rtm.Common().DA8();
-    if (calendar->Termine()->Count() == 0) {
+    const int32 known = calendar->Termine()->Count();
+    if (known == 0) {
         const auto meeting = calendar->Add(u"++++++++", u"", u"09:00", u"00:30", u"Posteingang");
+        if (!meeting || !meeting->Update()) return 1;
+    }
+    // The calendar of another day has the meeting alone.
+    if (known < 2) {
         const auto visit = calendar->Add({}, today, u"14:00", u"01:30", u"Ortstermin");
-        if (!meeting || !meeting->Update() || !visit || !visit->Update()) return 1;
+        if (!visit || !visit->Update()) return 1;
     }
     std::cout << "today, " << toUtf8(today) << ":\n";
     const auto due = calendar->Termine();
