@@ -93,6 +93,12 @@ TEST_P(Records, AScanShowsEachRecordAsItLies) {
     RecordScan scan(*db);
     EXPECT_TRUE(scan.next() && scan.value(99).empty());
     EXPECT_EQ(db->Error(), 9);
+    // What was read stays what it was, whatever the database becomes.
+    other->Schliesse();
+    ASSERT_TRUE(db->ConvertToUnicode());
+    EXPECT_TOLD("Dorn|yes|Berg", Text(scan.value(fNAME)), scan.next(), Text(scan.value(fNAME)));
+    RecordScan anew(*db, 3);
+    EXPECT_TOLD("yes|Abel|16", anew.next(), Text(anew.value(fNAME)), anew.columns(fORT).size());
 }
 
 TEST_P(Records, ADeletedRecordStaysInItsPlaces) {

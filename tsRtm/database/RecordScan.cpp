@@ -15,23 +15,29 @@ constexpr std::size_t kScanBlock = std::size_t{64} * 1024;
 
 }  // namespace
 
+// What the records of a block are read by: the database may get another layout while they are looked at.
+struct RecordScan::Texts {
+    RecordLayout layout;
+    RecordText inPlace;
+    std::vector<Text> decoded;  // from 1
+};
+
 RecordScan::RecordScan(clsTSDB& database, int32 first, int32 last)
     : database_(database),
       engine_(*database.engine_),
       number_(std::max(first, 1) - 1),
       last_(last > 0 ? last : std::numeric_limits<int32>::max()),
-      text_(std::make_unique<RecordText>()) {}
+      texts_(std::make_unique<Texts>()) {}
 
 RecordScan::~RecordScan() = default;
 
-// A conversion may have come between two blocks.
 void RecordScan::learnLayout() {
-    const RecordLayout& layout = engine_.d.layout;
+    const RecordLayout& layout = texts_->layout = engine_.d.layout;
     length_ = layout.bytes();
     columns_.assign(1, {0, layout.unit()});
     for (int32 i = 1; i <= layout.fields(); ++i)
         columns_.push_back({layout.field(i).offset, layout.field(i).bytes});
-    decoded_.resize(columns_.size());
+    texts_->decoded.resize(columns_.size());
 }
 
 // number_ is the record to come.
@@ -58,16 +64,16 @@ bool RecordScan::readBlock() {
 }
 
 TextView RecordScan::value(int32 field) {
-    const auto& layout = engine_.d.layout;
+    const auto& layout = texts_->layout;
     if (!layout.has(field)) {
         engine_.fail(DatabaseError::badField);
         return {};
     }
     const auto& form = layout.field(field);
-    Text& decoded = decoded_[static_cast<std::size_t>(field)];
+    Text& decoded = texts_->decoded[static_cast<std::size_t>(field)];
     if (form.inPlace) {
-        if (!std::exchange(textKnown_, true)) text_->look(record());
-        const TextView text = text_->field(form);
+        if (!std::exchange(textKnown_, true)) texts_->inPlace.look(record());
+        const TextView text = texts_->inPlace.field(form);
         if (!form.date || !text.starts_with(u'J')) return text;
     }
     layout.decode(form, columns(field), RecordLayout::Decode::value, decoded);

@@ -9,7 +9,6 @@ namespace tsRtm {
 
 class clsTSDB;
 struct DatabaseEngine;
-class RecordText;
 
 // Goes through the records by number, several times as fast as MoveNext does, and moves nothing of the
 // database's cursor. Others may work meanwhile: each record shows as it was at some moment since the step
@@ -55,6 +54,7 @@ class RecordScan {
     struct Columns {
         std::size_t offset, bytes;
     };
+    struct Texts;
 
     bool readBlock();
     void learnLayout();
@@ -68,9 +68,8 @@ class RecordScan {
     const char* end_ = nullptr;
     std::vector<Columns> columns_;  // from 1
     Bytes block_;
-    std::unique_ptr<RecordText> text_;
+    std::unique_ptr<Texts> texts_;
     bool textKnown_ = false;
-    std::vector<Text> decoded_;  // from 1: what is no plain text
 };
 
 }  // namespace tsRtm
