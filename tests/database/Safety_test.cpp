@@ -1,6 +1,7 @@
 // What may not be lost: counters, pointers, locks and files, when openings, stores and deaths cross.
 #include "tests/database/ChainDatabase.hpp"
 #include "tests/support/CrashingFiles.hpp"
+#include "tests/support/FailingFiles.hpp"
 
 namespace tsRtm::test {
 namespace {
@@ -169,6 +170,38 @@ TEST_F(SerialNumbers, ComeOnce) {
     ASSERT_TRUE(d->Update());
     EXPECT_EQ(two->Record(3)->Fields(2), u"0003");
     EXPECT_TRUE(consistent(*two));
+}
+
+// Before any call of one who gives a number up, or stores the one that an empty field shows, somebody draws
+// numbers, too.
+TEST(SerialNumbersBeside, ComeOnce) {
+    for (const bool givesUp : {true, false})
+        for (int64 n = 1, end = 0; end == 0; ++n) {
+            MemoryFiles disk;
+            FailingFiles calls{disk};
+            TestGround ground;
+            const StartedLibrary library{ground, calls};
+            clsRtm rtm;
+            ASSERT_TRUE(rtm.DB_Create(u"/daten/Akten",
+                                      fieldsOf({{u"NAME", tsAlphanumerisch, 4}, {u"NR", tsAutowert, 4}}),
+                                      kBig, u"  1  0  0"));
+            const auto one = rtm.OpenTSDB(u"/daten/Akten"), two = rtm.OpenTSDB(u"/daten/Akten");
+            for (int32 i = 0; i < 3; ++i) ASSERT_TRUE(one->Append());
+            auto given = givesUp ? one->Add() : nullptr;
+            std::shared_ptr<clsTSRecord> drawn;
+            calls.beforeCall(n, [&] {
+                const auto counter = disk.open(u"/daten/Akten.DBD/Autowert.tsd", {});
+                if (*(*counter)->isLocked({0, 1})) return;  // they would wait for it
+                drawn = two->Add();
+                if (givesUp) drawn.reset(), two->Record(1)->Fields(2);
+            });
+            givesUp ? given.reset() : static_cast<void>(one->Record(1)->Fields(2));
+            end = calls.othersWorked() ? 0 : n;
+            calls.disarm();
+            if (!drawn) drawn = two->Add();
+            ASSERT_TRUE(drawn && drawn->Update());
+            EXPECT_NE(drawn->Fields(2), one->GetField(1, 2)) << "before call " << n;
+        }
 }
 
 TEST_F(SerialNumbers, ComeOnceWhateverWasLost) {

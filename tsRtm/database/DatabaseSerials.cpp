@@ -35,6 +35,7 @@ void clsTSDB::giveUpSerial(int32 value, bool storeTried) noexcept {
         else
             engine_->d.serial.giveUp(value);
     } catch (const Failure&) {  // the number stays used
+        engine_->d.serial.settled(value);
     }
 }
 
@@ -50,18 +51,15 @@ bool clsTSDB::storeSerial(int32 record, TextView number) {
     if (!hold) return false;
     try {
         d.refreshCount();
-        if (!trim(GetField(record, field)).empty() || d.serial.pending(record)) return false;
+        if (!trim(GetField(record, field)).empty()) return false;
         const SearchKey key = d.indexes.keys(index).search(number);
-        if (d.indexes.open(index).locate(key).exact) return false;
+        if (d.indexes.open(index).locate(key).exact || !d.serial.take(record)) return false;
         RecordBuffer content(d.layout);
         d.store.read(record, content.room());
         content.loaded();
         content.set(field, number);
-        if (!e.writer.change(record,
-                             {.content = content, .extent = RecordBuffer::Extent::assigned, .locked = true}))
-            return false;
-        d.serial.atLeast(record);
-        return true;
+        const WriteOrder order{.content = content, .extent = RecordBuffer::Extent::assigned, .locked = true};
+        return static_cast<bool>(e.writer.change(record, order));
     } catch (const Failure& failure) {
         recordFailure(failure);
         return false;

@@ -75,16 +75,20 @@ void SerialNumber::settled(int32 value) noexcept {
     static_cast<void>(bytes_.file().unlock(pendingLock(value)));
 }
 
-bool SerialNumber::pending(int32 value) {
-    if (platform::failed(bytes_.file().tryLock(pendingLock(value)))) return true;
-    settled(value);
-    return false;
+bool SerialNumber::take(int32 value) {
+    return locked([&] {
+        if (platform::failed(bytes_.file().tryLock(pendingLock(value)))) return false;
+        settled(value);
+        if (last() < value) store(value);
+        return true;
+    });
 }
 
 void SerialNumber::giveUp(int32 value) {
-    settled(value);
     locked([&] {
         if (last() == value) store(value - 1);
+        // Who draws it next finds it free; before that, a record without a number must not take it.
+        settled(value);
         return 0;
     });
 }

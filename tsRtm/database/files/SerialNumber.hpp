@@ -24,8 +24,9 @@ class SerialNumber {
     int32 next(int32 greatest);
     // A record has the number now, or never will.
     void settled(int32 value) noexcept;
-    // Whether somebody, or this opening, has drawn the number for a record that is not stored yet.
-    bool pending(int32 value);
+    // Counts a number as given out, for a record that is there; false where somebody, or this opening, has
+    // drawn it for one that is not stored yet.
+    bool take(int32 value);
     // The counter stands on this number or above from now on.
     void atLeast(int32 value);
     // Takes a number back when no other was given out since.
