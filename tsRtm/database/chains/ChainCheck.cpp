@@ -19,7 +19,11 @@ class FieldCheck {
           mending_(mending) {}
 
     std::vector<Text> run() {
-        const bool there = store_.openToRead();
+        bool there = store_.openToRead();
+        if (!there && mending_ == ChainMending::repair && store_.lastNamed() != 0) {
+            store_.openToWrite();
+            there = true;
+        }
         if (!there || store_.hasLeftover()) mending_ = ChainMending::none;
         std::optional<ChainLock> lock;
         if (mends()) lock.emplace(store_);
@@ -78,7 +82,7 @@ class FieldCheck {
     }
 
     bool leadsAstray(int32 record, int32 before, int32 row) {
-        const bool there = file_.holds(row);
+        const bool there = file_.has(row, room_);
         if (there && owner(row) == 0) return false;
         const Text from = before == 0 ? Text(u"das Feld") : u"Zeile " + toText(before);
         note(record, from + u" verweist auf Zeile " + toText(row) +

@@ -6,10 +6,12 @@ namespace tsRtm {
 
 enum class ChainMending {
     none,
-    // After an end that was not clean: a chain ends before a row that is not there, row 1, or a row that
+    // After an end that was not clean: nothing where the file is gone, since it may come back from a backup.
+    // A chain ends before a row that is not there, row 1, or a row that
     // another chain has; the free lists are dropped.
     cut,
-    // The same, but a row of two chains is copied for the second one, and a sound free list stays.
+    // The same, but a row of two chains is copied for the second one, and a sound free list stays. Where the
+    // file is gone and records name rows, an empty one is made.
     repair,
 };
 

@@ -24,6 +24,10 @@ void ChainFile::sizeChanged() noexcept {
     rows_ = static_cast<int32>(std::min((bytes_.knownSize() + rowBytes - 1) / rowBytes, kMostRows));
 }
 
+bool ChainFile::has(int32 number, Bytes& room) const {
+    return holds(number) && row(number, room).find_first_not_of('\0') != BytesView::npos;
+}
+
 BytesView ChainFile::row(int32 number, Bytes& room) const {
     const uint64 offset = format_.offsetOf(number);
     if (const char* in = bytes_.view(offset, format_.rowBytes())) return {in, format_.rowBytes()};
@@ -35,6 +39,12 @@ BytesView ChainFile::row(int32 number, Bytes& room) const {
                   room.begin() + static_cast<std::ptrdiff_t>(got));
     }
     return room;
+}
+
+void ChainFile::each(const std::function<void(BytesView)>& look) const {
+    Bytes room;
+    for (int32 number = ChainFormat::kFirstRow; number <= rows_; ++number) look(row(number, room));
+    check();
 }
 
 void ChainFile::write(std::span<const int32> numbers, BytesView bytes) {

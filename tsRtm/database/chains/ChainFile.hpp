@@ -1,5 +1,7 @@
 #pragma once
 // KetteDat.nnn: rows by number.
+#include <functional>
+
 #include "tsRtm/database/chains/ChainFormat.hpp"
 #include "tsRtm/database/files/BlockFile.hpp"
 
@@ -22,8 +24,13 @@ class ChainFile {
     // A row that a pointer may lead to.
     bool holds(int32 row) const noexcept { return row >= ChainFormat::kFirstRow && row <= rows_; }
 
+    // One that somebody has written: else it is all zeros, where rows lay that were lost.
+    bool has(int32 row, Bytes& room) const;
+
     // A row where it lies, or in `room`; blanks behind the end of the file. Others may be writing it.
     BytesView row(int32 number, Bytes& room) const;
+    // All rows but the first, the free ones among them.
+    void each(const std::function<void(BytesView)>& look) const;
     // Raises when the file was cut short under a run of row().
     void check() const { bytes_.check(); }
 

@@ -27,6 +27,7 @@ ChainStore::ChainStore(const ChainParts& parts, const FieldLayout& field, std::s
       control_(std::move(rows)),
       rows_(RecordLayout(*control_, control_->IstUnicode(), !control_->IstAnsi())),
       format_(field_, rows_.layout()) {
+    supply_.lastNamed = [this] { return lastNamed(); };
     if (p_.rowMemos && rows_.layout().namesPlaces()) memos_ = p_.rowMemos(*this);
 }
 
@@ -85,7 +86,7 @@ ChainContent ChainStore::walk(BytesView columns) {
     int32 row = format_.ends(columns).first;
     if (row == 0 || !openToRead()) return out;
     beginWalk();
-    while (file_.holds(row) && meets(row)) {
+    while (file_.has(row, room_) && meets(row)) {
         const std::size_t from = out.bytes.size();
         out.bytes += file_.row(row, room_);
         out.rows.push_back(row);
@@ -95,11 +96,20 @@ ChainContent ChainStore::walk(BytesView columns) {
     return out;
 }
 
+int32 ChainStore::lastNamed() const {
+    int32 last = 0;
+    p_.records.each([&](BytesView record) {
+        const ChainEnds ends = format_.ends(record.substr(field_.offset, field_.bytes));
+        last = std::max({last, ends.first, ends.last});
+    });
+    return last;
+}
+
 int32 ChainStore::lastFrom(int32 row) {
     beginWalk();
     for (meets(row);;) {
         const int32 next = format_.next(file_.row(row, room_));
-        if (!file_.holds(next) || !meets(next)) break;
+        if (!file_.has(next, room_) || !meets(next)) break;
         row = next;
     }
     file_.check();

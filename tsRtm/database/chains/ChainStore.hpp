@@ -76,6 +76,8 @@ class ChainStore {
     ChainContent read(int32 record);
     // The same in one walk, from the field's columns.
     ChainContent walk(BytesView columns);
+    // The last row that any record names. Looks at all of them.
+    int32 lastNamed() const;
     // The last row of the chain that leads through this one.
     int32 lastFrom(int32 row);
 

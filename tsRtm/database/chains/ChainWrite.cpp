@@ -147,13 +147,14 @@ void ChainWrite::exchange(const ChainContent& old, const Bytes& rows, std::span<
 
 void AddChainRow::change(BytesView stored, std::span<char> columns) {
     const ChainEnds ends = store_.format().ends(stored);
-    if (!store_.file().holds(ends.first)) return replace({}, row_, columns);
+    Bytes room;
+    if (!store_.file().has(ends.first, room)) return replace({}, row_, columns);
     // What the other rows have is asked only for rows that can have memos.
     const bool withBlocks = store_.rows().layout().namesPlaces();
     const Bytes stay = withBlocks ? store_.walk(stored).bytes : Bytes();
     if (place_ == Place::head) return addBefore(ends, row_, stay, columns);
     // A death may have left the field's last row before the real one.
-    const int32 last = store_.lastFrom(store_.file().holds(ends.last) ? ends.last : ends.first);
+    const int32 last = store_.lastFrom(store_.file().has(ends.last, room) ? ends.last : ends.first);
     Bytes row = row_;
     if (addBehind(last, row, stay, columns)) return;
     const ChainContent old = store_.walk(stored);

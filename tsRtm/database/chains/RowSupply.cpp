@@ -19,10 +19,11 @@ ChainHead RowSupply::dropped(int32 hoch, TextView why) const {
 
 ChainHead RowSupply::sound() const {
     ChainHead head = file_.rows() == 0 ? ChainHead() : file_.head();
-    const int32 least = std::max(file_.rows(), 1);
+    const bool whole = file_.size() >= file_.format().rowBytes();
+    const int32 least = std::max({file_.rows(), 1, whole || !lastNamed ? 1 : lastNamed()});
     if (head.hoch < least) {
         // Row 1 is torn or of another time; a file of that row alone has no list that could be lost.
-        if (least > 1) return dropped(least, u"die Datei hat mehr Zeilen als ihr Kopf angibt");
+        if (least > 1) return dropped(least, u"der Kopf gibt zu wenige Zeilen an");
         head.hoch = least;
     }
     if (!isLink(head.frei, head.hoch)) return dropped(head.hoch, u"der Kopf verweist auf keine Zeile");

@@ -1,5 +1,6 @@
 #pragma once
 // Rows of a chain file given out and taken back: Hoch, Frei and the list of free rows.
+#include <functional>
 #include <unordered_set>
 
 #include "tsRtm/database/chains/ChainFile.hpp"
@@ -10,6 +11,10 @@ namespace tsRtm {
 class RowSupply {
  public:
     explicit RowSupply(ChainFile& file) : file_(file) {}
+
+    // The last row that a record names. Asked where the file has no whole row 1: it may have been lost, and a
+    // new row in a place of old would be shown as that of whoever still names it.
+    std::function<int32()> lastNamed;
 
     // What was given out, and what it takes to take it back.
     struct Taken {
@@ -28,8 +33,8 @@ class RowSupply {
     // Rows to which nothing leads any more, in the order of their chain.
     void free(std::span<const int32> rows);
 
-    // Row 1 as it is to be understood: no row of the file is given out anew, whatever stands there. Logged
-    // where it had to be mended.
+    // Row 1 as it is to be understood: no row of the file is given out anew, whatever stands there, and none
+    // that was in a file that is gone. Logged where it had to be mended.
     ChainHead sound() const;
     // The list of free rows is forgotten: its rows are lost until the file is packed.
     void dropList();

@@ -20,28 +20,32 @@ constexpr std::size_t kUsualEntry = 2048;
 
 }  // namespace
 
+uint64 MemoFile::blocksTaken(uint64 size) const {
+    const uint64 blocks = blocksOf(size);
+    const bool doubtful = size == 0 || size % kBlock != 0;
+    return doubtful && lastNamed ? std::max(blocks, static_cast<uint64>(std::max(lastNamed(), 0))) : blocks;
+}
+
 int32 MemoFile::append(const Head& head, BytesView payload) {
     for (int32 attempt = 0; attempt < kPlacesToTry; ++attempt) {
         last_.before = bytes_.refreshSize();
-        const uint64 blocks = blocksOf(last_.before);
+        const uint64 blocks = blocksTaken(last_.before);
         if (payload.size() > kMostPayload ||
             blocks + blocksOf(kHead + payload.size()) >= std::numeric_limits<int32>::max())
             raise(61, kFileFailureSource, file().name() + u": der Text ist zu lang");
-        // An older store may end in raw text that fills no block.
-        Bytes bytes(blocks * kBlock - last_.before, '\0');
-        const std::size_t gap = bytes.size();
-        bytes.append(encode(head, payload));
-        last_.behind = last_.before + bytes.size();
+        const uint64 place = blocks * kBlock;
+        const Bytes bytes = encode(head, payload);
+        last_.behind = place + bytes.size();
         try {
-            bytes_.write(last_.before, bytes);
+            bytes_.write(place, bytes);
         } catch (const Failure&) {
             last_.behind = bytes_.refreshSize();
             takeBack();
             throw;
         }
         // A program that locks nothing may have taken the same place.
-        Bytes there(bytes.size() - gap, '\0');
-        if (bytes_.read(last_.before + gap, there) == there.size() && BytesView(bytes).substr(gap) == there)
+        Bytes there(bytes.size(), '\0');
+        if (bytes_.read(place, there) == there.size() && there == bytes)
             return static_cast<int32>(blocks) + 1;
     }
     raise(70, kFileFailureSource, file().name() + u": andere schreiben ohne Sperre");

@@ -1,5 +1,7 @@
 #pragma once
 // One open memo store.
+#include <functional>
+
 #include "tsRtm/database/files/BlockFile.hpp"
 #include "tsRtm/database/memos/MemoText.hpp"
 
@@ -13,6 +15,11 @@ class MemoFile {
     explicit MemoFile(platform::File& file) : bytes_(file, false) {}
 
     platform::File& file() const noexcept { return bytes_.file(); }
+
+    // The last place that somebody names. Asked where the file is empty or ends within a block: it may have
+    // been lost or cut, and a new entry in a place of old would be shown as the text of whoever still names
+    // that.
+    std::function<int32()> lastNamed;
 
     // A new entry in one write; its first block. Where that fails the file is as it was. 61 for an entry that
     // no pointer could name or no length could tell, 70 where programs that lock nothing take every place.
@@ -39,6 +46,8 @@ class MemoFile {
     uint64 blocks() { return memoFormat::blocksOf(bytes_.refreshSize()); }
 
  private:
+    // As many blocks as there are, or were once.
+    uint64 blocksTaken(uint64 size) const;
     MemoEntry headAt(int32 block);
     // The same with as much of what follows as there is room for and `got` tells; zeros behind it.
     MemoEntry headAt(int32 block, std::span<char> start, std::size_t& got);

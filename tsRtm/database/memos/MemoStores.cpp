@@ -51,10 +51,12 @@ void MemoStores::eachFile(const std::function<void(platform::File&)>& work) {
     for (const auto& [field, store] : open_) work(store.file->file());
 }
 
-MemoFile* MemoStores::tryOpen(int32 field) {
+MemoFile* MemoStores::tryOpen(int32 field, Missing missing) {
     if (const auto known = open_.find(field); known != open_.end()) return known->second.file.get();
     const Text name = fileName(field);
-    const bool there = p_.folder.filesWritable || FilesTopic::Exist(p_.folder.path(name));
+    // A client on a share may remember that there was none: only to make it asks the server.
+    const bool make = p_.folder.filesWritable && (missing == Missing::make || p_.guard.needed());
+    const bool there = make || !isMissing(field);
     if (!there || !p_.count.inPlace()) return nullptr;
     Store store{p_.folder.open(name, p_.folder.shared), nullptr,
                 FilesTopic::Exist(p_.folder.path(kLeftover))};
@@ -62,19 +64,20 @@ MemoFile* MemoStores::tryOpen(int32 field) {
     auto& file = p_.folder.files.file(store.fileNumber);
     p_.guard.opened(file);
     store.file = std::make_unique<MemoFile>(file);
+    store.file->lastNamed = [this, field] { return lastNamed(field); };
     return open_.emplace(field, std::move(store)).first->second.file.get();
 }
 
 MemoFile* MemoStores::openForReading(int32 field) {
     using platform::SystemError;
-    if (auto* const file = tryOpen(field)) return file;
+    if (auto* const file = tryOpen(field, Missing::leave)) return file;
     const auto error = rtmMain::system().files.status(p_.folder.path(fileName(field))).error();
     if (error == SystemError::fileNotFound || error == SystemError::pathNotFound) return nullptr;
     raiseClosed(field);
 }
 
 MemoFile& MemoStores::open(int32 field) {
-    if (auto* const file = tryOpen(field)) return *file;
+    if (auto* const file = tryOpen(field, Missing::make)) return *file;
     raiseClosed(field);
 }
 
@@ -103,6 +106,16 @@ int32 MemoStores::pointerInFile(int32 record, int32 field) const {
     return pointerIn(bytes, field);
 }
 
+int32 MemoStores::lastNamed(int32 field) const {
+    int32 last = 0;
+    const auto look = [&](BytesView owner) { last = std::max(last, pointerIn(owner, field)); };
+    if (p_.eachRow)
+        p_.eachRow(look);
+    else
+        p_.store.each(look);
+    return last;
+}
+
 // Who moves a text shows the new pointer before the old entry goes: a pointer that is the same behind the
 // look proves the entry whole.
 MemoEntry MemoStores::readSteadily(int32 field, const std::function<int32()>& pointerNow) {
@@ -112,6 +125,8 @@ MemoEntry MemoStores::readSteadily(int32 field, const std::function<int32()>& po
         MemoFile* const file = pointer > 0 ? openForReading(field) : nullptr;
         entry = file ? file->read(pointer) : MemoEntry();
         if (p_.locks.alone() || pointer < 1) break;
+        // A store is made before anybody names a place in it.
+        if (!file && pointerNow() == pointer) break;
         const bool gone = entry.kind == MemoEntry::Kind::none || entry.kind == MemoEntry::Kind::free;
         if (!gone && pointerNow() == pointer) break;
         if (look == kMostLooks) {

@@ -28,6 +28,8 @@ class MemoStores {
         int32 owner = 0;             // the field of that chain
         // Brings what points to the texts to the device, beside Data.tsd; may be empty.
         std::function<void()> flushOwner = {};
+        // All rows that may own texts; empty where the records do.
+        std::function<void(const std::function<void(BytesView)>&)> eachRow = {};
     };
     explicit MemoStores(const Parts& parts);
     ~MemoStores() { close(); }
@@ -55,6 +57,7 @@ class MemoStores {
     int32 pointerIn(BytesView record, int32 field) const;
     void setPointer(std::span<char> record, int32 field, int32 pointer) const;
 
+    bool isMissing(int32 field) const { return !FilesTopic::Exist(p_.folder.path(fileName(field))); }
     // Whether there is an entry, of whichever form, at a place. 70 where the store cannot be had.
     bool leadsSomewhere(int32 field, int32 pointer);
     // An entry as it is into a store, an older one in the present form; its place there, 0 for none.
@@ -73,14 +76,17 @@ class MemoStores {
 
  private:
     const MemoKind* kindOf(int32 field) const noexcept;
+    enum class Missing { make, leave };
     // nullptr where there is none and none is to be made; tryOpen also where it cannot be had, which raises
     // else: texts that nobody can read are not gone.
     MemoFile* openForReading(int32 field);
-    MemoFile* tryOpen(int32 field);
+    MemoFile* tryOpen(int32 field, Missing missing);
     [[noreturn]] void raiseClosed(int32 field) const;
-    bool keepsAll(int32 field) { return !tryOpen(field) || open_.at(field).keepsAll; }
+    bool keepsAll(int32 field) { return !tryOpen(field, Missing::leave) || open_.at(field).keepsAll; }
     MemoEntry readSteadily(int32 field, const std::function<int32()>& pointer);
     int32 pointerInFile(int32 record, int32 field) const;
+    // The last place that a record, or a row, names. Looks at all of them.
+    int32 lastNamed(int32 field) const;
 
     Parts p_;
     Scrambler scrambler_;

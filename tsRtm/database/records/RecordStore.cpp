@@ -12,6 +12,7 @@ namespace {
 // A record that somebody writes without a pause is taken as it is in the end.
 constexpr int32 kMostCopies = 1000;
 constexpr uint64 kSmallestPage = 4096;
+constexpr std::size_t kRun = std::size_t{64} * 1024;
 
 // Keeps the compiler from taking two looks at shared memory for one.
 void lookAnew() noexcept { std::atomic_signal_fence(std::memory_order_seq_cst); }
@@ -126,6 +127,17 @@ void RecordStore::readRun(int32 first, std::span<char> into) const {
         const bool settled = at + length <= std::min(got, again) &&
                              (!shared_ || std::memcmp(into.data() + at, again_.data() + at, length) == 0);
         if (!settled) readPart(first, 0, into.subspan(at, length));
+    }
+}
+
+void RecordStore::each(const std::function<void(BytesView)>& look) const {
+    const std::size_t length = layout_->bytes();
+    const auto most = static_cast<int32>(std::max<std::size_t>(kRun / length, 1));
+    Bytes run;
+    for (int32 first = 1; first <= count_; first += most) {
+        run.resize(length * static_cast<std::size_t>(std::min(most, count_ - first + 1)));
+        readRun(first, run);
+        for (std::size_t at = 0; at < run.size(); at += length) look(BytesView(run).substr(at, length));
     }
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 // Data.tsd: records by number.
+#include <functional>
+
 #include "tsRtm/database/files/BlockFile.hpp"
 #include "tsRtm/database/files/FetchAhead.hpp"
 #include "tsRtm/database/records/RecordLayout.hpp"
@@ -29,6 +31,8 @@ class RecordStore {
     void read(int32 record, Bytes& into) const;
     // Records one behind the other in the same way, each by itself: as many as `into` has room for.
     void readRun(int32 first, std::span<char> into) const;
+    // All records in the same way, in their order.
+    void each(const std::function<void(BytesView)>& look) const;
     // Some bytes of a record in the same way, filled up with blanks behind the end of the file.
     void readPart(int32 record, uint32 offset, std::span<char> into) const;
     // Lets the memory come near that a view will look at soon; costs nothing where there is no window.

@@ -22,7 +22,7 @@ Text nameOf(const Owner& owner) {
 class FieldCheck {
  public:
     FieldCheck(MemoStores& stores, int32 field, Mend mend, std::vector<Text>& lines)
-        : stores_(stores), field_(field), mend_(mend), lines_(lines) {}
+        : stores_(stores), field_(field), gone_(stores.isMissing(field)), mend_(mend), lines_(lines) {}
 
     int32 field() const noexcept { return field_; }
 
@@ -35,14 +35,14 @@ class FieldCheck {
             // A reader looks without a lock: somebody may have moved the text.
             if (moved(pointer)) return;
             note(nameOf(owner) + u" zeigt auf keinen Text an der Stelle " + toText(pointer));
-            if (mend_ == Mend::yes) put(0);
+            if (mend_ == Mend::yes || (mend_ == Mend::cut && !gone_)) put(0);
             return;
         }
         const auto [first, isNew] = owners_.emplace(pointer, owner);
         if (isNew) return;
         note(nameOf(first->second) + u" und " + nameOf(owner) + u" haben denselben Text an der Stelle " +
              toText(pointer));
-        if (mend_ == Mend::yes) put(stores_.copy(field_, pointer, stores_.open(field_)));
+        if (mend_ != Mend::no) put(stores_.copy(field_, pointer, stores_.open(field_)));
     }
 
  private:
@@ -50,6 +50,7 @@ class FieldCheck {
 
     MemoStores& stores_;
     int32 field_;
+    bool gone_;  // before anybody made the store anew
     Mend mend_;
     std::vector<Text>& lines_;
     std::unordered_map<int32, Owner> owners_;  // of entries, by their first block
@@ -151,7 +152,7 @@ std::vector<Text> checkRowMemos(OpenDatabase& d, Mend mend) {
         const Mend how = chain->hasLeftover() ? Mend::no : allowed(d, mend);
         ChainMemoCheck check(d, *chain, how, lines);
         std::optional<ChainLock> lock;
-        if (how == Mend::yes) lock.emplace(*chain);
+        if (how != Mend::no) lock.emplace(*chain);
         for (int32 n = 1; n <= d.records(); ++n) check.record(n);
     }
     return lines;

@@ -55,9 +55,9 @@ std::vector<Text> settleRecords(OpenDatabase& d) {
 }
 
 void settleSideFiles(OpenDatabase& d, std::vector<Text>& lines) {
-    add(lines, checkMemos(d, Mend::yes));
+    add(lines, checkMemos(d, Mend::cut));
     add(lines, checkChains(d.chains, ChainMending::cut));
-    add(lines, checkRowMemos(d, Mend::yes));
+    add(lines, checkRowMemos(d, Mend::cut));
 }
 
 }  // namespace tsRtm

@@ -13,6 +13,7 @@ MemoStores::Parts of(ChainStore& chain, MemoStores::Parts parts) {
         auto& file = chain.file().file();
         must(file.flush(), file);
     };
+    parts.eachRow = [&chain](const auto& look) { chain.file().each(look); };
     return parts;
 }
 
