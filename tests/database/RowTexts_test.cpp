@@ -100,6 +100,23 @@ TEST_F(RowTexts, OfTwoUsersAreBothKeptOrOneIsTold) {
     EXPECT_TRUE(consistent(*db));
 }
 
+// Packing gives a text the place that another row's text had.
+TEST_F(RowTexts, OfRowsThatWerePackedAreTheirOwn) {
+    ASSERT_TRUE(db && other);
+    other->Schliesse();
+    ASSERT_EQ(writeChain(*db, 1, {{u"a", {}}, {u"a", {}}}), 0);
+    const auto set = db->Record(1)->Kette(fPOS);
+    const auto first = set->Record(1), second = set->Record(2);
+    ASSERT_TRUE(write(second, u"zwei") && write(first, u"eins"));
+    db->AktSatzNr(1);
+    ASSERT_TRUE(db->PackMemoKette());
+    EXPECT_NE(first->Fields(rTEXT), u"zwei");
+    first->Fields(rTEXT, u"neu");
+    first->Update();
+    const Text now = shownIn(*db, 1);
+    EXPECT_TRUE(now == u"a=neu a=zwei " || now == u"a=eins a=zwei ") << toUtf8(now);
+}
+
 class RowTextDeaths : public DyingUsers, public testing::TestWithParam<bool> {};
 
 TEST_P(RowTextDeaths, LeaveTheOldTextOrTheNewOne) {

@@ -292,6 +292,7 @@ void clsTSRecordSet::newNumber(int32 before, int32 number) {
 // Rows, or the form of records, are others, and so are the keys of what was sorted.
 void clsTSRecordSet::contentReplaced() {
     if (!database_) return;
+    if (rows_) rows_->textsMoved();
     loaded_ = false;
     rowsChanged();
 }

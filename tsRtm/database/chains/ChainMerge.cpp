@@ -43,7 +43,7 @@ std::vector<std::size_t> pairs(const RowViews& from, const RowViews& to) {
 
 RowViews bases(const ChainRowList& rows) {
     RowViews out;
-    for (const auto& row : rows) out.emplace_back(row->base);
+    for (const auto& row : rows) out.push_back(row->moved ? BytesView() : BytesView(row->base));
     return out;
 }
 
@@ -99,6 +99,17 @@ void ChainRowSet::assign(ChainRow& row, std::vector<Text> cells) const {
 
 void ChainRowSet::remove(int32 place) { list_.erase(list_.begin() + (place - 1)); }
 
+void ChainRowSet::textsMoved() {
+    const auto& layout = rows_.layout();
+    for (const auto* list : {&base_, &list_})
+        for (const auto& row : *list)
+            for (int32 field = 1; field <= layout.fields(); ++field)
+                if (layout.field(field).pointer &&
+                    layout.bytesOf(layout.field(field), row->base).find_first_not_of({" \0", 2}) !=
+                        BytesView::npos)
+                    row->moved = true;
+}
+
 std::optional<ChainRowSet::Merged> ChainRowSet::merge(BytesView stored, const ChainRow* only) const {
     using From = ChainRow::From;
     const auto counts = [&](const std::shared_ptr<ChainRow>& row) { return !only || row.get() == only; };
@@ -149,6 +160,7 @@ std::optional<ChainRowSet::Merged> ChainRowSet::merge(BytesView stored, const Ch
 }
 
 std::optional<std::size_t> ChainRowSet::placeIn(BytesView stored, const ChainRow& row) const {
+    if (row.moved) return std::nullopt;
     const RowViews theirs = split(stored);
     const auto same = std::find(theirs.begin(), theirs.end(), BytesView(row.base));
     if (same != theirs.end()) return static_cast<std::size_t>(same - theirs.begin());

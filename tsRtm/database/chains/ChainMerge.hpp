@@ -19,6 +19,7 @@ struct ChainRow {
     Bytes bytes;
     Bytes base;  // as it was read
     From from;
+    bool moved = false;  // its texts have other places now: no row of the file is known to be this one
     std::map<int32, Text> texts;  // by field: what waits to be written for its memo cells
     std::weak_ptr<void> object;   // that stands for it
 };
@@ -41,6 +42,8 @@ class ChainRowSet {
     // The cells of a row; those of memos and blobs are their texts.
     void assign(ChainRow& row, std::vector<Text> cells) const;
     void remove(int32 place);
+    // The texts of the rows in the file were given other places.
+    void textsMoved();
     void clear() { list_.clear(); }
 
     // What the chain is to be, laid over the rows that stand in the file (one behind the other), and with it
