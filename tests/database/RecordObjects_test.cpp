@@ -79,6 +79,32 @@ TEST_P(RecordObjects, MayEndInTheMiddleOfTheirWork) {
     EXPECT_TOLD("Neu|Berg", db->Record(6)->Fields(fNAME), db->Record(2)->Fields(fNAME));
 }
 
+// Whoever hears that his record has ended asks for it again, by the number that it had.
+TEST_P(RecordObjects, NoneOutlivesItsNumber) {
+    std::vector<std::shared_ptr<clsTSRecord>> held, anew;
+    std::shared_ptr<clsTSRecordSet> some;
+    for (int32 n = 1; n <= 5; ++n) held.push_back(db->Record(n));
+    const auto again = held[0]->Invalidated.connect([&] {
+        for (int32 n = 2; n <= 5; ++n) anew.push_back(db->Record(n)->WorkCopy());
+        some = db->Records()->GetRange(fNAME, u"Berg", u"Dorn");
+    });
+    db->Delete(1);
+    ASSERT_TRUE(db->Pack());
+    for (const auto& record : anew) {
+        record->Fields(fORT, u"Nirgends");
+        record->Update();
+    }
+    for (int32 n = 1; n <= 4; ++n) EXPECT_NE(db->GetField(n, fORT), u"Nirgends") << n;
+    EXPECT_EQ(some->Count(), 0);
+    // The database ends before its records.
+    bool told = false;
+    const auto last = db->Record(1);
+    const auto end = last->Invalidated.connect([&] { told = true; });
+    held.clear(), some.reset();
+    db.reset();
+    EXPECT_TRUE(told);
+}
+
 INSTANTIATE_TEST_SUITE_P(Forms, RecordObjects, kAllForms, nameOfForm);
 
 enum PropertyField : int32 { pNAME = 1, pPROPS, pX, pY };

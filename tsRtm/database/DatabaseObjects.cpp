@@ -124,17 +124,22 @@ void clsTSDB::recordChanged(int32 Satznummer) {
 }
 
 void clsTSDB::KillAllObjects() {
-    // A listener may let go of other records, or ask for new ones: the list is read anew each time.
-    auto& records = engine_->live.records;
+    // A listener may let go of other records, or ask for new ones, which are none of these.
+    std::vector<std::weak_ptr<clsTSRecord>> records;
+    for (auto* const record : engine_->live.records)
+        records.push_back(std::static_pointer_cast<clsTSRecord>(record->weak_from_this().lock()));
     ++engine_->live.generation;
-    for (std::size_t left = records.size(); left > 0 && !records.empty(); --left) {
-        auto& record = *records.front();
-        const auto held = record.weak_from_this().lock();
-        leave(record);
-        record.invalidate();
+    for (const auto& weak : records) {
+        const auto record = weak.lock();
+        const auto& live = engine_->live.records;
+        if (!record || record->livePlace_ >= live.size() || live[record->livePlace_] != record.get())
+            continue;
+        leave(*record);
+        record->invalidate();
     }
-    eachSet([](clsTSRecordSet& set) { set.invalidate(); });
-    engine_->live.sets.clear();
+    const auto sets = std::exchange(engine_->live.sets, {});
+    for (const auto& weak : sets)
+        if (const auto set = weak.lock()) set->invalidate();
 }
 
 int32 clsTSDB::FindPropertyNames() {

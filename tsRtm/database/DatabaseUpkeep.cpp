@@ -135,6 +135,8 @@ bool clsTSDB::exchanging(Work work, Exchanged what) {
         return e.fail(out.error);
     }
     if (out.changed && anew) {
+        // Listeners who heard of the end may have asked for what was there then.
+        KillAllObjects();
         e.c = Cursor();
         e.c.felder = RecordBuffer(e.d.layout);
         e.c.logPos = 1;
