@@ -100,7 +100,8 @@ int32 ChainStore::lastNamed() const {
     int32 last = 0;
     p_.records.each([&](BytesView record) {
         const ChainEnds ends = format_.ends(record.substr(field_.offset, field_.bytes));
-        last = std::max({last, ends.first, ends.last});
+        for (const int32 row : {ends.first, ends.last})
+            if (row > last && format_.offsetOf(row) < kLongestLost) last = row;
     });
     return last;
 }

@@ -19,6 +19,10 @@ inline void must(platform::SystemError error, const platform::File& file) {
     if (platform::failed(error)) raiseFileFailure(error, file.name());
 }
 
+// How far names lead into a file that was lost: who names a place behind it is damaged, or was never made for
+// it. Older programs reach no further.
+constexpr uint64 kLongestLost = uint64{1} << 31;
+
 // Not thread-safe. Does not own the file. Reading and writing raise as raiseFileFailure tells, also when
 // somebody cut the file short under the window.
 class BlockFile {

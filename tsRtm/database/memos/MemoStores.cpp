@@ -108,7 +108,10 @@ int32 MemoStores::pointerInFile(int32 record, int32 field) const {
 
 int32 MemoStores::lastNamed(int32 field) const {
     int32 last = 0;
-    const auto look = [&](BytesView owner) { last = std::max(last, pointerIn(owner, field)); };
+    const auto look = [&](BytesView owner) {
+        const int32 pointer = pointerIn(owner, field);
+        if (pointer > last && memoFormat::offsetOf(pointer) < kLongestLost) last = pointer;
+    };
     if (p_.eachRow)
         p_.eachRow(look);
     else
