@@ -37,6 +37,12 @@ Session::Session(const std::string& name, Use use)
     // of the data overrule what this file says. A plain count in its head means the DOS code page.
     bool dos = true;
     if (!control_.Oeffne(control, dos)) refuseControl();
+    // Of indexes that would share a file the database knows the first one alone.
+    for (int32 i = 1; i <= control_.Indizes();)
+        if (i <= db_->AnzahlIndizes() && db_->IndexFeld(i) == control_.Index(i))
+            ++i;
+        else
+            control_.IndexWeg(i);
 }
 
 void Session::refuseControl() const {

@@ -18,7 +18,7 @@ struct FieldRow {
     int32 decimals = 0;
 };
 
-inline TSIOArray fieldsOf(std::initializer_list<FieldRow> rows) {
+inline TSIOArray fieldsOf(const std::vector<FieldRow>& rows) {
     TSIOArray fields;
     for (const auto& row : rows) {
         auto field = std::make_shared<TSIO>();

@@ -261,6 +261,31 @@ TEST_F(HostileFiles, AFlatArrayOfTheWrongLength) {
     }
 }
 
+// Indexes that would share a file: the same first field again, none at all, and digits that another has.
+TEST_F(HostileFiles, OneFileHasOneOrder) {
+    ground.ui.defaultAnswer = 1;
+    std::vector<FieldRow> rows(1002, {u"X", tsAlphanumerisch, 1});
+    rows.back() = {u"NR", tsAutowert, 4};
+    const auto bare = disk.snapshot();
+    for (const int32 max : {kNormal, kBig}) {
+        disk.restore(bare);
+        ASSERT_TRUE(rtm.DB_Create(kFolder, fieldsOf(rows), max, u"  2  0  0"));
+        auto control = file(u"Control.tsd");
+        const auto at = control.rfind(",1\r\n  2,");
+        ASSERT_NE(at, Bytes::npos);
+        put(u"Control.tsd", control.replace(at, 4, ",6\r\n  2,3,0\r\n0,0,0\r\n0,4,0\r\n2,4,0\r\n5,0,0\r\n"));
+        const auto db = open();
+        ASSERT_TRUE(db);
+        EXPECT_TOLD("3|5", db->AnzahlIndizes(), db->IndexFeld(3));
+        for (const auto* letter : {u"c", u"b", u"a"})
+            ASSERT_TRUE(addRecord(*db, {{2, letter}, {3, letter}, {5, letter}}));
+        db->SetIndex(3);
+        db->MoveFirst();
+        EXPECT_EQ(db->AktSatzNr(), 3);
+        EXPECT_TRUE(consistent(*db));
+    }
+}
+
 TEST_F(HostileFiles, SmallFilesMayBeEmptyOrTorn) {
     const TSIOArray fields = fieldsOf({{u"NAME", tsAlphanumerisch, 5}, {u"NR", tsAutowert, 4}});
     struct Row {

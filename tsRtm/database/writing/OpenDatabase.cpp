@@ -1,7 +1,10 @@
 #include "tsRtm/database/writing/OpenDatabase.hpp"
 
+#include <set>
+
 #include "tsRtm/database/writing/ChainMemos.hpp"
 #include "tsRtm/frame/ground/Ground.hpp"
+#include "tsRtm/frame/runtime/DebugLog.hpp"
 #include "tsRtm/frame/state/State.hpp"
 
 namespace tsRtm {
@@ -9,6 +12,21 @@ namespace {
 
 constexpr int32 kBigFrom = 32768;
 constexpr uint64 kSniffFrom = 2;
+
+// The name of an index file has three digits of its first field. One file has one order: of indexes that
+// would share it the first one is kept.
+void leaveOutSharing(clsControl& control) {
+    std::set<int32> digits;
+    for (int32 number = 1; number <= control.Indizes();) {
+        if (digits.insert(control.Index(number) % 1000).second) {
+            ++number;
+            continue;
+        }
+        rtmMain::DebugLog(u"Index " + toText(number) +
+                          u" hat die Datei eines anderen und bleibt ohne Wirkung");
+        control.IndexWeg(number);
+    }
+}
 
 }  // namespace
 
@@ -42,6 +60,7 @@ bool OpenDatabase::readStructure() {
     control = std::make_shared<clsControl>(folder.files);
     bool dos = true;
     if (!control->Oeffne(folder.path(kControlFile), dos)) return false;
+    leaveOutSharing(*control);
     layout = RecordLayout(*control, control->IstUnicode(), dos);
     // Nothing on disk says so: a change of MaxRecords across this number needs new index files.
     indexes.define(*control, layout, control->MaxRecords() >= kBigFrom);
