@@ -4,6 +4,7 @@
 #include <iostream>
 
 #include "cli/Commands.hpp"
+#include "cli/shared/CliError.hpp"
 #include "cli/shared/Command.hpp"
 #include "cli/shared/Output.hpp"
 #include "cli/shared/SharedOptions.hpp"
@@ -38,6 +39,8 @@ class Watcher {
         tell("watching " + std::to_string(seen_.size()) + " records of '" + session_.name() + "'");
         while (options_.count == 0 || told_ < options_.count) {
             rtmMain::system().clock.sleep(kBetweenLooks);
+            if (!session_.db().InPlace())
+                throw CliError("'" + session_.name() + "' was moved, removed or replaced");
             look([&](const char* what, int32 number) { show(what, number); });
         }
     }

@@ -78,6 +78,20 @@ TEST_F(Care, ShowsWhatOthersChange) {
     const auto seen = nlohmann::json::parse(read("seen"));
     EXPECT_EQ(seen["event"], "changed");
     EXPECT_EQ(seen["record"]["nr"], 3);
+    // Without an end of its own: what it says until it is stopped, or until the database has gone.
+    const auto watched = [&](const std::string& name, const std::string& meanwhile) {
+        const std::string watch =
+            "timeout 20 sh -c \"" + start("db watch " + name) + "\" 2>'" + path("seen") + "'";
+        static_cast<void>(std::system(("rm -f '" + path("seen") + "'; " + watch + " & p=$!; until [ -s '" +
+                                       path("seen") + "' ]; do sleep 0.05; done; " + meanwhile + "; wait $p")
+                                          .c_str()));
+        return read("seen");
+    };
+    // Where single fields are in UTF-16 there is no record behind the last one, either.
+    ok("db create U --field NAME:1025:4 --max 10");
+    EXPECT_EQ(watched("U", "kill $p"), "watching 0 records of 'U'\n");
+    EXPECT_EQ(watched("P", "mv '" + path("P.DBD") + "' '" + path("Q.DBD") + "'"),
+              "watching 4 records of 'P'\ntsrtm: 'P' was moved, removed or replaced\n");
 }
 
 }  // namespace
