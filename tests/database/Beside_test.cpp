@@ -6,14 +6,17 @@
 namespace tsRtm::test {
 namespace {
 
+// A record in more than one page of the system, told apart by one letter.
+constexpr int32 kLong = 5000;
+enum LongField : int32 { lKEY = 1, lTEXT = 2, lEND = 3 };
+
 class Beside : public DyingUsers, public testing::TestWithParam<int32> {
  protected:
     std::shared_ptr<clsTSDB> db, other;
 
     // The five addresses; opened by the one who writes, then by the other.
     void openBoth() {
-        db = makeAddresses(rtm, Text(kFolder), GetParam());
-        ASSERT_TRUE(db);
+        db = makeAddresses(rtm, kFolder, GetParam());
         addFive(*db);
         other = openAs(kOther);
         ASSERT_TRUE(other);
@@ -26,14 +29,13 @@ class Beside : public DyingUsers, public testing::TestWithParam<int32> {
         other.reset();
     }
     std::shared_ptr<clsTSDB> makeFields(const TSIOArray& fields, TextView indexes = u"  1  0  0") {
-        return rtm.DBCreateExt(DBAnsi, kFolder, {}, fields, GetParam(), indexes) ? rtm.OpenTSDB(kFolder)
-                                                                                 : nullptr;
+        const bool made = rtm.DBCreateExt(DBAnsi, kFolder, {}, fields, GetParam(), indexes);
+        return made ? rtm.OpenTSDB(kFolder) : nullptr;
+    }
+    std::shared_ptr<clsTSDB> makeLong() {
+        return makeFields(fieldsOf({{u"KEY", 1, 8}, {u"TEXT", 1, kLong}, {u"END", 1, 8}}));
     }
 };
-
-// A record in more than one page of the system, told apart by one letter.
-constexpr int32 kLong = 5000;
-enum LongField : int32 { lKEY = 1, lTEXT = 2, lEND = 3 };
 
 void setLong(clsTSRecord& record, char16_t letter) {
     for (const auto& [field, length] : {std::pair{lKEY, 8}, {lTEXT, kLong}, {lEND, 8}})
@@ -46,7 +48,7 @@ bool whole(clsTSDB& db, int32 number) {
 }
 
 TEST_P(Beside, ADeathInTheMiddleOfAWriteTearsNoRecord) {
-    db = makeFields(fieldsOf({{u"KEY", 1, 8}, {u"TEXT", 1, kLong}, {u"END", 1, 8}}));
+    db = makeLong();
     for (int32 n = 1; n <= 3; ++n) {
         const auto record = db->Add();
         setLong(*record, u'A');
@@ -86,18 +88,18 @@ TEST_P(Beside, ADeathInTheMiddleOfAWriteTearsNoRecord) {
 
 // A record in more than one page that somebody does not end writing.
 TEST_P(Beside, WhatIsAssignedToARecordThatCannotBeReadIsNoSuccess) {
-    db = makeFields(fieldsOf({{u"KEY", 1, 8}, {u"TEXT", 1, kLong}, {u"END", 1, 8}}));
+    db = makeLong();
     ASSERT_TRUE(addRecord(*db, {{lKEY, u"A"}}));
     other = openAs(kOther);
     ASSERT_TRUE(other->LockDB(true));
-    const Bytes before = disk.dump(path(u"Stand.tsd"));
-    disk.put(path(u"Stand.tsd"), Bytes(before).replace(0, 1, 1, static_cast<char>(before[0] + 1)));
+    const Bytes before = file(u"Stand.tsd");
+    put(u"Stand.tsd", Bytes(before).replace(0, 1, 1, static_cast<char>(before[0] + 1)));
     files.as(0);
     const auto record = db->Record(1);
     record->Reset();
     EXPECT_TOLD("|70", record->Fields(lKEY), db->Error());
     record->Fields(lEND, u"B");
-    disk.put(path(u"Stand.tsd"), before);
+    put(u"Stand.tsd", before);
     files.as(kOther);
     EXPECT_TRUE(other->LockDB(false));
     files.as(0);
@@ -116,9 +118,7 @@ TEST_P(Beside, ACheckInTheMiddleOfAWriteKeepsNoLock) {
         ++turns;
         EXPECT_TOLD("no|70", db->Check(false, {}), db->Error());
     });
-    EXPECT_EQ(change(*db, 1, fNAME, u"Zander"), 0);
-    EXPECT_GT(turns, 0);
-    EXPECT_EQ(change(*other, 2, fNAME, u"Adam"), 0);
+    EXPECT_TOLD("0|yes|0", change(*db, 1, fNAME, u"Zander"), turns > 0, change(*other, 2, fNAME, u"Adam"));
 }
 
 // --- In a wait
@@ -185,12 +185,10 @@ TEST_P(Beside, AHandlerInAWaitMayCloseTheDatabase) {
         ground.ui.onEvents = [&] { db->Schliesse(); };
         waits[i]();
         ground.ui.onEvents = nullptr;
-        EXPECT_EQ(db->Error(), 70);
         EXPECT_LT(ground.clock.elapsed() - start, std::chrono::seconds(1));
-        EXPECT_EQ(db->Oeffne(kFolder), 0) << "it was not closed";
+        EXPECT_TOLD("70|0", db->Error(), db->Oeffne(kFolder)) << "it was not closed";
     }
-    EXPECT_EQ(addressAt(*other, 1).name, u"Dorn");
-    EXPECT_TRUE(other->LockDB(false));
+    EXPECT_TOLD("Dorn|yes", addressAt(*other, 1).name, other->LockDB(false));
     EXPECT_TRUE(consistent(*db));
 }
 
@@ -198,10 +196,9 @@ TEST_P(Beside, AHandlerInAWaitMayCloseTheDatabase) {
 TEST_P(Beside, AHandlerWaitsForWhoeverUpdatesAnotherDatabase) {
     openBoth();
     const auto reader = makeAddresses(rtm, u"/daten/Akten", GetParam());
-    ASSERT_TRUE(reader);
     addFive(*reader);
     const auto holder = rtm.OpenTSDB(u"/daten/Akten");
-    const auto change = [&](char value) {
+    const auto count = [&](char value) {
         const Text number = u"/daten/Akten.DBD/Stand.tsd";
         disk.put(number, disk.dump(number).replace(0, 1, 1, value));
     };
@@ -209,9 +206,9 @@ TEST_P(Beside, AHandlerWaitsForWhoeverUpdatesAnotherDatabase) {
     const auto subscription = db->IndexChange.connect([&](int32) {
         if (++rounds > 1) return;
         ASSERT_TRUE(holder->LockDB(true));
-        change(41);
+        count(41);
         ground.clock.onSleep = [&] {
-            change(42);
+            count(42);
             holder->LockDB(false);
         };
         reader->SetIndex(1);
@@ -219,8 +216,7 @@ TEST_P(Beside, AHandlerWaitsForWhoeverUpdatesAnotherDatabase) {
         ground.clock.onSleep = nullptr;
         EXPECT_TOLD("0|4", reader->Error(), reader->AktSatzNr());
     });
-    EXPECT_EQ(test::change(*db, 1, fNAME, u"Zander"), 0);
-    EXPECT_GT(rounds, 0);
+    EXPECT_TOLD("0|yes", change(*db, 1, fNAME, u"Zander"), rounds > 0);
 }
 
 // --- What a death left
@@ -228,14 +224,14 @@ TEST_P(Beside, AHandlerWaitsForWhoeverUpdatesAnotherDatabase) {
 // A repair that has begun is brought to its end by whoever comes next, were it between two indexes.
 TEST_P(Beside, ARepairIsOneUpdate) {
     makeFive();
-    const Text faulty[] = {path(u"I001"), path(u"I004")};
-    const Bytes older[] = {disk.dump(faulty[0]), disk.dump(faulty[1])};
+    const Bytes older[] = {file(u"I001"), file(u"I004")};
     for (const auto field : {fNAME, fTAG})
         EXPECT_EQ(change(*rtm.OpenTSDB(kFolder), 2, field, u"01011970"), 0);
-    for (const int32 i : {0, 1}) disk.put(faulty[i], older[i]);
+    put(u"I001", older[0]);
+    put(u"I004", older[1]);
     dieAtEachChange([](clsTSDB& victim) { EXPECT_FALSE(victim.Check(true, {})); },
                     [&](clsTSDB& others, bool) {
-                        const bool begun = disk.dump(faulty[0]) != older[0];
+                        const bool begun = file(u"I001") != older[0];
                         EXPECT_EQ(change(others, 1, fORT, u"Ulm"), 0);
                         EXPECT_TRUE(!begun || consistent(others));
                     });
@@ -257,8 +253,7 @@ TEST_P(Beside, WhatCannotBeMendedIsNotSearchedUnderTheLock) {
                         look(others, false);
                         may(platform::SystemError::none);
                         look(others, true);
-                        EXPECT_EQ(others.Error(), 0);
-                        EXPECT_TRUE(others.LockDB(false));
+                        EXPECT_TOLD("0|yes", others.Error(), others.LockDB(false));
                         EXPECT_TRUE(consistent(others));
                     });
 }
@@ -269,13 +264,13 @@ TEST_P(Beside, ACounterThatWasLostIsRaisedBeforeTheSignGoes) {
     db = makeFields(fieldsOf({{u"NAME", tsAlphanumerisch, 12}, {u"NR", tsAutowert, 8}}),
                     u"  1  0  0  2  0  0");
     const auto add = [](clsTSDB& to) {
-        const auto record = to.Add();
-        return record && record->Update() ? record->Satznummer() : 0;
+        const auto record = addRecord(to, {});
+        return record ? record->Satznummer() : 0;
     };
     ASSERT_EQ(add(*db), 1);
-    const Bytes old = disk.dump(path(u"Autowert.tsd"));
+    const Bytes old = file(u"Autowert.tsd");
     for (int32 n = 2; n <= 5; ++n) ASSERT_EQ(add(*db), n);
-    disk.put(path(u"Autowert.tsd"), old);
+    put(u"Autowert.tsd", old);
     const auto before = disk.snapshot();
     int64 n = 1;
     for (bool died = true; died; ++n) {
@@ -287,8 +282,7 @@ TEST_P(Beside, ACounterThatWasLostIsRaisedBeforeTheSignGoes) {
         died = files.died();
         const auto next = openAs(0);
         ASSERT_TRUE(next);
-        ASSERT_EQ(add(*next), 6);
-        EXPECT_EQ(next->GetField(6, 2), u"00000006");
+        EXPECT_TOLD("6|00000006", add(*next), next->GetField(6, 2));
     }
     EXPECT_GT(n, 2);
 }
@@ -299,12 +293,10 @@ TEST_P(Beside, AMarkThatAnOlderProgramWroteOverIsNotForgotten) {
     makeFive();
     dieAtEachChange(
         [](clsTSDB& victim) {
-            const auto record = victim.Record(3);
-            record->Fields(fNAME, u"Zander");
-            record->Update();
+            stored(victim.Record(3), {{fNAME, u"Zander"}});
         },
         [&](clsTSDB& others, bool) {
-            disk.put(path(u"Count.tsd"), disk.dump(path(u"Count.tsd")).replace(0, 10, "5\r        "));
+            put(u"Count.tsd", file(u"Count.tsd").replace(0, 10, "5\r        "));
             EXPECT_EQ(addAddress(others, {u"Neu", u"Ulm", u"1.00", u""}), 6);
             EXPECT_TRUE(consistent(others));
         });
@@ -313,8 +305,8 @@ TEST_P(Beside, AMarkThatAnOlderProgramWroteOverIsNotForgotten) {
 // An older program died when the new record was in the trees and not yet in the file.
 TEST_P(Beside, EntriesWithoutARecordAreFoundByWhoAddsNext) {
     openBoth();
-    const Bytes data = disk.dump(path(u"Data.tsd"));
-    disk.put(path(u"Data.tsd"), data.substr(0, data.size() / 5 * 4));
+    const Bytes data = file(u"Data.tsd");
+    put(u"Data.tsd", data.substr(0, data.size() / 5 * 4));
     EXPECT_EQ(addAddress(*db, {u"Neu", u"Ulm", u"1.00", u""}), 5);
     EXPECT_TRUE(consistent(*db));
 }
@@ -332,8 +324,7 @@ TEST_P(Beside, WhoReadsFindsTheCountOfChangesThatCameLater) {
     EXPECT_EQ(change(*writer, 1, fNAME, u"Zander"), 0);
     const auto before = disk.openings();
     reader->Gehezu(u"Zander");
-    EXPECT_EQ(reader->AktSatzNr(), 1);
-    EXPECT_EQ(disk.openings(), before + 1);
+    EXPECT_TOLD("1|1", reader->AktSatzNr(), disk.openings() - before);
 }
 
 TEST_P(Beside, WhoCannotCountHisChangesIsRefused) {
@@ -357,10 +348,7 @@ TEST_P(Beside, NothingIsWrittenWhileRowsAreLoaded) {
         EXPECT_TRUE(loader.add());
         const std::function<void()> writes[] = {[&] { db->Update(); }, [&] { db->Append(); },
                                                 [&] { db->Delete(1); }, [&] { db->Sort(); }};
-        for (const auto& write : writes) {
-            write();
-            EXPECT_EQ(db->Error(), 70);
-        }
+        for (const auto& write : writes) EXPECT_EQ((write(), db->Error()), 70);
         EXPECT_TOLD("no|yes", BulkLoader(*db).finish(), loader.finish());
     }
     EXPECT_TOLD("6|5.25|0", db->AnzahlDSaetze(), db->GetField(6, fBETRAG), change(*db, 1, fNAME, u"Zander"));

@@ -5,7 +5,6 @@
 namespace tsRtm::test {
 
 enum ChainFields : int32 { fKEY = 1, fPOS = 2 };
-inline constexpr TextView kChainFolder = u"/daten/Adressen";
 
 inline TextTable rowsOf(std::initializer_list<std::pair<TextView, TextView>> rows) {
     TextTable out;
@@ -31,17 +30,13 @@ struct ChainForm {
 inline std::shared_ptr<clsTSDB> makeChains(MemoryFiles& disk, clsRtm& rtm, const ChainForm& form,
                                            int32 records) {
     const TSIOArray fields = fieldsOf({{u"KEY", tsAlphanumerisch, 8}, {u"POS", tsKette, form.length}});
-    if (!rtm.DBCreateExt(form.typ, kChainFolder, {}, fields, form.max, u"  1  0  0")) return nullptr;
-    const auto path = [](TextView name) { return Text(kChainFolder).append(u".DBD/").append(name); };
+    if (!rtm.DBCreateExt(form.typ, kFolder, {}, fields, form.max, u"  1  0  0")) return nullptr;
     const std::string head = form.dos ? "" : form.typ == DBUnicode ? "TS2," : "TS1,";
     disk.put(path(u"KetteCtl.002"), head +
                                         "2\r\n0,1,1,6,1,\"Text@@7TEXT\"\r\n0,2,1,4,5,\"Zahl@@7ZAHL\"\r\n"
                                         "11,100,0\r\n0\r\n");
-    if (form.dos) {
-        const Bytes control = disk.dump(path(u"Control.tsd"));
-        disk.put(path(u"Control.tsd"), "2\r\n" + control.substr(control.find('\n') + 1));
-    }
-    auto db = rtm.OpenTSDB(kChainFolder);
+    if (form.dos) disk.put(path(u"Control.tsd"), disk.dump(path(u"Control.tsd")).substr(4));
+    auto db = rtm.OpenTSDB(kFolder);
     for (int32 n = 0; db && n < records; ++n)
         if (!addRecord(*db, {{fKEY, Text(1, static_cast<char16_t>(u'A' + n))}})) return nullptr;
     return db;
@@ -49,11 +44,11 @@ inline std::shared_ptr<clsTSDB> makeChains(MemoryFiles& disk, clsRtm& rtm, const
 
 // `records` records of KEY 1, 2 ... and a chain POS whose rows have a NAME and a text.
 enum RowFields : int32 { rNAME = 1, rTEXT = 2 };
-inline std::shared_ptr<clsTSDB> makeTextRows(clsRtm& rtm, const Text& folder, int32 records) {
+inline std::shared_ptr<clsTSDB> makeTextRows(clsRtm& rtm, TextView folder, int32 records) {
     const TSIOArray fields = fieldsOf({{u"KEY", tsAlphanumerisch, 8}, {u"POS", tsKette, 8}});
     if (!rtm.DBCreateExt(DBAnsi, folder, {}, fields, kNormal, u"  1  0  0")) return nullptr;
     static_cast<void>(rtm.safeReplace(
-        folder + u".DBD/KetteCtl.002",
+        Text(folder) + u".DBD/KetteCtl.002",
         "TS1,2\r\n0,1,1,4,1,\"Name@@7NAME\"\r\n0,2,1,60,22,\"Text@@7TEXT\"\r\n7,100,0\r\n0\r\n"));
     auto db = rtm.OpenTSDB(folder);
     for (int32 n = 1; db && n <= records; ++n)
@@ -67,6 +62,15 @@ inline TextTable chainAt(clsTSDB& db, int32 record) {
     const bool any = db.KetteLesen(1, rows);
     EXPECT_EQ(any, !rows.empty());
     return rows;
+}
+// All cells of it, a blank behind each row.
+inline Text shownIn(clsTSDB& db, int32 record) {
+    Text out;
+    for (const auto& row : chainAt(db, record)) {
+        for (const auto& cell : row) out += cell;
+        out += u" ";
+    }
+    return out;
 }
 
 }  // namespace tsRtm::test

@@ -11,6 +11,32 @@
 
 namespace tsRtm::test {
 
+inline constexpr TextView kFolder = u"/daten/Adressen";
+inline Text path(TextView name) { return Text(kFolder).append(u".DBD/").append(name); }
+
+// A disk in memory, and the files of that database on it.
+struct DatabaseFiles {
+    MemoryFiles disk;
+    Bytes file(TextView name) const { return disk.dump(path(name)); }
+    void put(TextView name, BytesView content) { disk.put(path(name), content); }
+    // Other bytes at a place, in open files, too.
+    void patch(TextView name, std::size_t at, BytesView bytes) {
+        put(name, file(name).replace(at, bytes.size(), bytes));
+    }
+    // A file of the structure in the form of older programs.
+    void makeDos(TextView name) { put(name, file(name).substr(file(name).find(',') + 1)); }
+};
+
+// The library on real files with the clock of this machine: real processes wait for each other.
+struct RealFiles {
+    RealFiles() { ground.ui.defaultAnswer = 1; }
+
+    const TempFolder temp;
+    TestGround ground;
+    const StartedLibrary library{ground, platform::posixPlatform().files, platform::posixPlatform().clock};
+    clsRtm rtm;
+};
+
 struct FieldRow {
     TextView name;
     int32 typ;
@@ -50,7 +76,7 @@ inline std::string formName(const testing::TestParamInfo<int32>& info) {
 }
 
 // Makes the database in `folder` and opens it.
-inline std::shared_ptr<clsTSDB> makeAddresses(clsRtm& rtm, const Text& folder, int32 max, bool single = false,
+inline std::shared_ptr<clsTSDB> makeAddresses(clsRtm& rtm, TextView folder, int32 max, bool single = false,
                                               eDBTyp typ = DBAnsi) {
     if (!rtm.DBCreateExt(typ, folder, {}, addressFields(), max, kAddressIndexes)) return nullptr;
     return rtm.OpenTSDB(folder, false, single);
@@ -78,6 +104,16 @@ inline int32 addAddress(clsTSDB& db, const Address& address) {
     const auto record = addRecord(
         db, {{fNAME, address.name}, {fORT, address.ort}, {fBETRAG, address.betrag}, {fTAG, address.tag}});
     return record ? record->Satznummer() : 0;
+}
+
+// The order of NAME, ORT: 3 Abel, 5 Berg Aachen, 2 Berg Bonn, 4 Cohn, 1 Dorn. None of them is locked.
+inline void addFive(clsTSDB& db) {
+    const Address rows[] = {{u"Dorn", u"Bonn", u"5.00", u"01022003"},
+                            {u"Berg", u"Bonn", u"4.00", u"01022004"},
+                            {u"Abel", u"Bonn", u"3.00", u"28021999"},
+                            {u"Cohn", u"Bonn", u"2.00", u""},
+                            {u"Berg", u"Aachen", u"1.00", u"31122003"}};
+    for (const auto& row : rows) ASSERT_TRUE(db.Entsperren(addAddress(db, row)));
 }
 
 inline Address addressAt(clsTSDB& db, int32 number) {

@@ -15,21 +15,26 @@ struct Process {
     clsRtm rtm;
 };
 
-struct DyingFiles {
-    MemoryFiles disk;
+struct DyingFiles : DatabaseFiles {
     CrashingFiles files{disk};
 };
+
+// Work that is another program's to the library.
+template <class Work>
+void asAnotherProgram(Work work) {
+    const auto own = std::exchange(rtmMain::state().updatesUnderWay, {});
+    work();
+    rtmMain::state().updatesUnderWay = own;
+}
 
 // Several users in one process; user 0 works at first.
 class DyingUsers : protected DyingFiles, protected Process {
  protected:
     using LastWrite = CrashingFiles::LastWrite;
-    static constexpr TextView kFolder = u"/daten/Adressen";
     static constexpr int32 kOther = 1;
 
     DyingUsers() : Process(files) {}
 
-    static Text path(TextView name) { return Text(kFolder).append(u".DBD/").append(name); }
     std::shared_ptr<clsTSDB> openAs(int32 user, bool readOnly = false, bool alone = false) {
         files.as(user);
         return rtm.OpenTSDB(kFolder, readOnly, alone);
@@ -37,16 +42,13 @@ class DyingUsers : protected DyingFiles, protected Process {
     // Who has died stays dead: the next victim is another one.
     std::shared_ptr<clsTSDB> openAsVictim(bool alone = false) { return openAs(++victim_, false, alone); }
     int32 lastVictim() const { return victim_; }
-    // Lets others work within each change of `work`, which user 0 does; to the library they are another
-    // program.
+    // Lets others work within each change of `work`, which user 0 does.
     template <class Others, class Work>
     void inEachChange(Others others, Work work) {
         files.as(0);
         files.interrupt([&] {
-            const auto own = std::exchange(rtmMain::state().updatesUnderWay, {});
             files.as(kOther);
-            others();
-            rtmMain::state().updatesUnderWay = own;
+            asAnotherProgram(others);
         });
         work();
         files.interrupt(nullptr);

@@ -15,7 +15,7 @@ struct FullForm {
     int32 text = 20;  // length of TEXT
 };
 // Indexes (NAME, ORT), (TAG). A row of a chain has TEXT of 30 characters and ZAHL of 4 digits.
-inline std::shared_ptr<clsTSDB> makeFull(clsRtm& rtm, const Text& folder, const FullForm& form) {
+inline std::shared_ptr<clsTSDB> makeFull(clsRtm& rtm, TextView folder, const FullForm& form) {
     const auto fields = fieldsOf({{u"NAME", tsAlphanumerisch, 12},
                                   {u"ORT", tsAlphanumerisch, 8},
                                   {u"TAG", tsDate, 8},
@@ -24,7 +24,7 @@ inline std::shared_ptr<clsTSDB> makeFull(clsRtm& rtm, const Text& folder, const 
                                   {u"EIGEN", tsProperties, 60},
                                   {u"POS", tsKette, form.chain}});
     if (!rtm.DBCreateExt(DBAnsi, folder, {}, fields, form.max, u"  1  2  0  3  0  0")) return nullptr;
-    static_cast<void>(rtm.safeReplace(folder + u".DBD/KetteCtl.007",
+    static_cast<void>(rtm.safeReplace(Text(folder) + u".DBD/KetteCtl.007",
                                       "TS1,2\r\n0,1,1,30,1,\"Text@@7TEXT\"\r\n0,2,1,4,5,\"Zahl@@7ZAHL\"\r\n"
                                       "35,100,0\r\n0\r\n"));
     return rtm.OpenTSDB(folder);

@@ -1,14 +1,12 @@
 // One user's operation, and before each call of its files in turn another user's whole operation: each is
 // told the truth, and what they were told to be stored is there.
-#include "tests/database/DatabaseFixture.hpp"
-#include "tests/support/CrashingFiles.hpp"
+#include "tests/database/Deaths.hpp"
 #include "tests/support/FailingFiles.hpp"
 #include "tsRtm/database/DatabaseCare.hpp"
 
 namespace tsRtm::test {
 namespace {
 
-constexpr TextView kFolder = u"/daten/Akten";
 constexpr int32 kLong = 5000;  // a record in more than one page
 
 enum Field : int32 { fKEY = 1, fDAY = 2, fOURS = 3, fTEXT = 4, fTHEIRS = 5, fLAST = 6 };
@@ -63,11 +61,8 @@ class Interleaved : public testing::TestWithParam<Case> {
         users.as(dead_);
         const auto db = rtm.OpenTSDB(kFolder);
         const auto record = db->Record(kFixed + 1);
-        for (const auto& [field, text] :
-             {std::pair(fKEY, Text(u"A")), std::pair(fTEXT, letters(GetParam().text, u'B'))})
-            record->Fields(field, text);
         users.dieAt(n, CrashingFiles::LastWrite::firstHalf, CrashingFiles::Manner::silently);
-        record->Update();
+        stored(record, {{fKEY, u"A"}, {fTEXT, letters(GetParam().text, u'B')}});
         ++dead_;
     }
     // What a user does, and what he is told to be stored.
@@ -90,9 +85,7 @@ class Interleaved : public testing::TestWithParam<Case> {
         EXPECT_TRUE(db.Exist(keyOf(kFixed), 1));
         db.SetIndex(1);
         db.Gehezu(keyOf(kFixed));
-        EXPECT_EQ(db.AktSatzNr(), kFixed);
-        EXPECT_EQ(db.Fields(fKEY), keyOf(kFixed));
-        EXPECT_EQ(db.Error(), 0);
+        EXPECT_TOLD("4|Key4|0", db.AktSatzNr(), db.Fields(fKEY), db.Error());
     }
     void read(clsTSDB& db) {
         RecordScan scan(db);
@@ -155,14 +148,11 @@ class Interleaved : public testing::TestWithParam<Case> {
         }
         FAIL() << "no end";
     }
-    // To the library it is another program.
     template <class Theirs>
     void asThem(Theirs work) {
-        const auto own = std::exchange(rtmMain::state().updatesUnderWay, {});
         users.as(kThem);
-        work();
+        asAnotherProgram(work);
         users.as(kUs);
-        rtmMain::state().updatesUnderWay = own;
     }
     void open(bool readOnly) {
         users.as(kUs);
@@ -227,8 +217,7 @@ TEST_P(Interleaved, AnOpeningFindsWhatOthersMade) {
             const bool all = !calls.othersWorked();
             calls.disarm();
             ASSERT_TRUE(us);
-            add(*us, u"Ours");
-            EXPECT_EQ(us->Error(), 0);
+            EXPECT_EQ((add(*us, u"Ours"), us->Error()), 0);
             them.reset();
             expectTold(*us);
             us.reset();

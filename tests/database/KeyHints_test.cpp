@@ -19,15 +19,13 @@ class KeyHints : public testing::Test {
  protected:
     // What is read through a window does not count.
     KeyHints() { disk.offerWindows(false); }
-    static constexpr TextView kFolder = u"/daten/Adressen";
-
     std::shared_ptr<clsTSDB> open() {
         auto db = rtm.OpenTSDB(kFolder);
-        if (db) db->SetIndex(1);
+        db->SetIndex(1);
         return db;
     }
     void fill() {
-        const auto db = makeAddresses(rtm, Text(kFolder), kBig);
+        const auto db = makeAddresses(rtm, kFolder, kBig);
         ASSERT_TRUE(db);
         for (int32 i = 0; i < kRows; ++i)
             ASSERT_GT(addAddress(*db, {nameOf(random()), u"Bonn", u"1.00", u""}), 0);
@@ -37,6 +35,7 @@ class KeyHints : public testing::Test {
         db.Gehezu(name);
         return counted.calls() - before;
     }
+    int32 any() { return static_cast<int32>(random() % kRows) + 1; }
     static bool rename(clsTSDB& db, int32 record, const Text& name) {
         return stored(db.Record(record, true), {{fNAME, name}});
     }
@@ -52,7 +51,6 @@ class KeyHints : public testing::Test {
 TEST_F(KeyHints, ASearchReadsFewRecords) {
     fill();
     const auto db = open();
-    ASSERT_TRUE(db);
     for (uint32 i = 0; i < 5000; ++i) db->Gehezu(nameOf(i));
     // The tree's header, three nodes, the neighbours, the record found once for the answer and twice to be
     // read whole, and the number of changes before and behind it: 11 levels of probes are not among them.
@@ -61,15 +59,12 @@ TEST_F(KeyHints, ASearchReadsFewRecords) {
 
 TEST_F(KeyHints, KeysThatOthersChangedAreFound) {
     fill();
-    const auto reader = open();
-    const auto writer = open();
-    ASSERT_TRUE(reader && writer);
+    const auto reader = open(), writer = open();
     for (int32 round = 0; round < 20; ++round) {
         // All hints of the reader are warm, some turn stale.
         for (int32 record = 1; record <= kRows; ++record) reader->Gehezu(reader->GetField(record, fNAME));
         for (int32 i = 0; i < 100; ++i) {
-            const int32 record = static_cast<int32>(random() % kRows) + 1;
-            ASSERT_TRUE(rename(*writer, record, nameOf(random())));
+            ASSERT_TRUE(rename(*writer, any(), nameOf(random())));
         }
         for (int32 record = 1; record <= kRows; record += 3) {
             const Text name = writer->GetField(record, fNAME);
@@ -81,8 +76,7 @@ TEST_F(KeyHints, KeysThatOthersChangedAreFound) {
             }
         }
         // What the stale one writes goes to its place, too.
-        for (int32 i = 0; i < 50; ++i)
-            ASSERT_TRUE(rename(*reader, static_cast<int32>(random() % kRows) + 1, nameOf(random())));
+        for (int32 i = 0; i < 50; ++i) ASSERT_TRUE(rename(*reader, any(), nameOf(random())));
     }
     EXPECT_TRUE(consistent(*reader));
 }
@@ -91,27 +85,23 @@ TEST_F(KeyHints, KeysThatOthersChangedAreFound) {
 // remembered at a number is no proof.
 TEST_F(KeyHints, ANumberThatStaysIsNoProof) {
     fill();
-    const auto db = open();
-    const auto other = open();
-    ASSERT_TRUE(db && other);
-    const Text stand = Text(kFolder).append(u".DBD/Stand.tsd");
+    const auto db = open(), other = open();
     for (int32 round = 0; round < 10; ++round) {
         for (uint32 i = 0; i < 5000; i += 3) db->Gehezu(nameOf(i));
         ASSERT_GT(addAddress(*db, {nameOf(random()), u"Bonn", u"1.00", u""}), 0);
-        const Bytes number = disk.dump(stand);
-        for (int32 i = 0; i < 300; ++i)
-            ASSERT_TRUE(rename(*other, static_cast<int32>(random() % kRows) + 1, nameOf(random())));
-        disk.put(stand, number);
+        const Bytes number = disk.dump(path(u"Stand.tsd"));
+        for (int32 i = 0; i < 300; ++i) ASSERT_TRUE(rename(*other, any(), nameOf(random())));
+        disk.put(path(u"Stand.tsd"), number);
         for (int32 i = 0; i < 40; ++i) {
             ASSERT_GT(addAddress(*db, {nameOf(random()), u"Köln", u"1.00", u""}), 0);
-            ASSERT_TRUE(rename(*db, static_cast<int32>(random() % kRows) + 1, nameOf(random())));
+            ASSERT_TRUE(rename(*db, any(), nameOf(random())));
         }
         ASSERT_TRUE(consistent(*db)) << round;
     }
 }
 
 TEST_F(KeyHints, AReadFaultWhileMovingIsRecordedAndNotRaised) {
-    const auto db = makeAddresses(rtm, Text(kFolder), kNormal);
+    const auto db = makeAddresses(rtm, kFolder, kNormal);
     ASSERT_TRUE(db);
     addFive(*db);
     counted.failAt(1, platform::SystemError::readFault);

@@ -10,30 +10,22 @@ constexpr int32 kNo = 7;
 
 class Locks : public MemoryDatabase {
  protected:
-    std::shared_ptr<clsTSDB> one = make(kBig);
+    std::shared_ptr<clsTSDB> one = makeFive(kBig);
     std::shared_ptr<clsTSDB> two = open();
-
-    void SetUp() override {
-        ASSERT_TRUE(one && two);
-        addFive(*one);
-    }
 };
 
 TEST_F(Locks, ARecordHasOneOwner) {
-    EXPECT_TRUE(one->Sperren(3, -1));
-    EXPECT_FALSE(one->Sperren(3));  // the lock stays
-    EXPECT_EQ(one->Error(), 0);
+    EXPECT_TOLD("yes|no|0", one->Sperren(3, -1), one->Sperren(3), one->Error()) << "the lock stays";
     for (const auto& db : {one, two}) EXPECT_TRUE(db->Gesperrt(3) && !db->Gesperrt(2));
-    EXPECT_TOLD("yes|no|70", two->Sperren(2, -1), two->Sperren(3, -1), two->Error());
-    EXPECT_TRUE(two->Entsperren(3));  // of a stranger's record: nothing happens
-    EXPECT_TRUE(two->Gesperrt(3));
+    // Of a stranger's record nothing happens.
+    EXPECT_TOLD("yes|no|70|yes|yes", two->Sperren(2, -1), two->Sperren(3, -1), two->Error(),
+                two->Entsperren(3), two->Gesperrt(3));
     EXPECT_TOLD("yes|yes|yes", one->Entsperren(3), one->Entsperren(3), two->Sperren(3, -1));
 }
 
 TEST_F(Locks, OnlyRecordsThatAreThere) {
     for (const int32 n : {0, -1, 6}) {
-        EXPECT_TOLD("no|63", one->Sperren(n), one->Error()) << n;
-        EXPECT_TOLD("no|63", one->Entsperren(n), one->Error()) << n;
+        EXPECT_TOLD("no|63|no|63", one->Sperren(n), one->Error(), one->Entsperren(n), one->Error()) << n;
         EXPECT_TOLD(n == 0 ? "no|0" : "no|63", one->Gesperrt(n), one->Error()) << "0 asks for the database";
     }
 }
@@ -82,8 +74,7 @@ TEST_F(Locks, AWaitWithoutLimitSaysSo) {
         if (seconds() - start > 12) one->Entsperren(2);
     };
     const int32 before = ground.ui.eventRounds;
-    EXPECT_TRUE(two->Sperren(2));
-    EXPECT_TRUE(flagged);
+    EXPECT_TOLD("yes|yes", two->Sperren(2), flagged);
     EXPECT_GT(ground.ui.eventRounds, before);  // the host stays alive
     const Text waiting = u"Datei \"" + path(u"Count.tsd") + u"\": " + rtm.RtmMsg(44);
     EXPECT_EQ(line->lines, (std::vector<Text>{waiting, waiting, u""}));
@@ -103,8 +94,7 @@ TEST_F(Locks, LocksOfOtherFilesNameThePosition) {
     rtm.DB_Lock(number, 3, -1, false);
     EXPECT_TOLD("0|yes|no", rtmMain::state().F, rtm.DB_IsLocked(other, 3), rtm.DB_IsLocked(number, 3));
     ground.ui.answers = {kNo};
-    rtm.DB_Lock(other, 3, 1, false);
-    EXPECT_EQ(rtmMain::state().F, 70);
+    EXPECT_EQ((rtm.DB_Lock(other, 3, 1, false), rtmMain::state().F), 70);
     EXPECT_NE(shown().find(rtm.RtmMsg(61)), Text::npos) << toUtf8(shown());
 }
 
@@ -114,13 +104,9 @@ TEST_F(Locks, AnUpdateThatGetsNoLockChangesNothing) {
     two->SetIndex(1);
     const auto before = disk.snapshot();
     ground.ui.defaultAnswer = kNo;
-    EXPECT_EQ(change(*two, 3, fNAME, u"Zorn"), 70);
-    EXPECT_FALSE(two->Append());
-    EXPECT_EQ(two->Error(), 70);
-    const auto fresh = two->Add();
-    EXPECT_FALSE(fresh->Update());
+    EXPECT_TOLD("70|no|70|no", change(*two, 3, fNAME, u"Zorn"), two->Append() != nullptr, two->Error(),
+                two->Add()->Update());
     EXPECT_EQ(disk.snapshot(), before);
-
     // With a little patience it goes through.
     ground.ui.answers = {kYes};
     const float64 start = seconds();
@@ -141,12 +127,10 @@ TEST_F(Locks, TheExplicitLockStays) {
     };
     work();
     EXPECT_FALSE(two->Gesperrt(0));
-    for (int32 times = 0; times < 2; ++times) ASSERT_TRUE(one->LockDB(true));
+    EXPECT_TOLD("yes|yes", one->LockDB(true), one->LockDB(true));
     work();
     EXPECT_TRUE(two->Gesperrt(0) && ground.ui.boxes.empty());
-    EXPECT_TRUE(one->LockDB(false));
-    EXPECT_TRUE(one->LockDB(false));
-    EXPECT_FALSE(two->Gesperrt(0));
+    EXPECT_TOLD("yes|yes|no", one->LockDB(false), one->LockDB(false), two->Gesperrt(0));
     work();
     EXPECT_FALSE(two->Gesperrt(0));
 }
@@ -168,19 +152,14 @@ class SingleUse : public MemoryDatabase, public testing::WithParamInterface<int3
 TEST_P(SingleUse, WantsLockDBBeforeNewRecords) {
     const auto db = make(GetParam(), true);
     ASSERT_TRUE(db);
-    EXPECT_FALSE(db->Append());
-    EXPECT_EQ(db->Error(), 70);
+    EXPECT_TOLD("no|70", db->Append() != nullptr, db->Error());
     const auto record = db->Add();
-    ASSERT_TRUE(record);
     record->Fields(fNAME, u"Neu");
     EXPECT_TOLD("no|0", record->Update(), db->AnzahlDSaetze());
-    EXPECT_TRUE(db->LockDB(true));
-    EXPECT_TRUE(record->Update());
-    EXPECT_TRUE(db->Append());
-    EXPECT_EQ(db->AnzahlDSaetze(), 2);
+    EXPECT_TOLD("yes|yes|yes|2", db->LockDB(true), record->Update(), db->Append() != nullptr,
+                db->AnzahlDSaetze());
     // Changes need no claim.
-    EXPECT_TRUE(db->LockDB(false));
-    EXPECT_EQ(change(*db, 1, fNAME, u"Anders"), 0);
+    EXPECT_TOLD("yes|0", db->LockDB(false), change(*db, 1, fNAME, u"Anders"));
     EXPECT_TRUE(consistent(*db));
     ASSERT_TRUE(db->Sort());
     EXPECT_TRUE(consistent(*db));
@@ -188,28 +167,23 @@ TEST_P(SingleUse, WantsLockDBBeforeNewRecords) {
 INSTANTIATE_TEST_SUITE_P(Forms, SingleUse, kBothForms, formName);
 
 TEST_F(MemoryDatabase, AReopenedDatabaseOwnsNoLocks) {
-    const auto db = make(kBig);
-    addFive(*db);
-    ASSERT_TRUE(db->Gesperrt(3) || db->Sperren(3, -1));
-    ASSERT_TRUE(db->LockDB(true));
+    const auto db = makeFive(kBig);
+    ASSERT_TRUE(db->Sperren(3, -1) && db->LockDB(true));
     {
         const auto before = open();
         EXPECT_TOLD("yes|yes", before->Gesperrt(3), before->Gesperrt(0));
     }
     db->Schliesse();
-    ASSERT_EQ(db->Oeffne(kFolder), 0);
-    EXPECT_TOLD("no|yes", db->Gesperrt(3), db->Sperren(3, -1));
+    EXPECT_TOLD("0|no|yes", db->Oeffne(kFolder), db->Gesperrt(3), db->Sperren(3, -1));
     const auto other = open();
-    EXPECT_TRUE(other->Gesperrt(3));
-    EXPECT_TRUE(other->LockDB(true));  // nobody holds it
+    EXPECT_TOLD("yes|yes", other->Gesperrt(3), other->LockDB(true)) << "nobody holds the database";
     ground.ui.defaultAnswer = kNo;
     EXPECT_EQ(change(*db, 2, fNAME, u"Zorn"), 70);
 }
 
 // In a handler within an update, another object of the program that came by another name of the folder.
 TEST_F(MemoryDatabase, AProgramKnowsItsOwnUpdateUnderAnyName) {
-    const auto db = make(kBig);
-    addFive(*db);
+    const auto db = makeFive(kBig);
     const auto other = rtm.OpenTSDB(u"\\daten\\Adressen");
     ASSERT_TRUE(other);
     other->SetIndex(1);

@@ -81,7 +81,7 @@ TEST_F(LostStores, TextsOfRowsKeepClearOfPlacesThatAreNamed) {
     for (const Loss loss : kLosses) {
         SCOPED_TRACE(static_cast<int>(loss));
         disk.restore({});
-        auto db = makeTextRows(rtm, Text(kChainFolder), 2);
+        auto db = makeTextRows(rtm, kFolder, 2);
         ASSERT_EQ(writeChain(*db, 1, {{u"a", {}}, {u"b", {}}}), 0);
         ASSERT_EQ(writeChain(*db, 2, {{u"c", {}}}), 0);
         const auto row = [&](int32 record, int32 n) { return db->Record(record)->Kette(fPOS)->Record(n); };
@@ -102,7 +102,7 @@ TEST_F(LostStores, TextsOfRowsKeepClearOfPlacesThatAreNamed) {
 
 // The store may come back from a backup: an opening after an unclean end leaves alone what names it.
 TEST_F(LostStores, AreMissedAndNotCutOffAfterAnUncleanEnd) {
-    auto db = makeTextRows(rtm, Text(kChainFolder), 1);
+    auto db = makeTextRows(rtm, kFolder, 1);
     ASSERT_EQ(writeChain(*db, 1, {{u"a", {}}}), 0);
     const auto text = [&] { return db->Record(1)->Kette(fPOS)->Record(1)->Fields(rTEXT); };
     ASSERT_TRUE(stored(db->Record(1)->Kette(fPOS)->Record(1), {{rTEXT, u"eins"}}));

@@ -5,25 +5,21 @@
 
 namespace tsRtm::test {
 
-class MemoryDatabase : public testing::Test {
+class MemoryDatabase : public testing::Test, protected DatabaseFiles {
  protected:
-    static constexpr TextView kFolder = u"/daten/Adressen";
-
-    MemoryFiles disk;
     TestGround ground;
     StartedLibrary library{ground, disk};
     clsRtm rtm;
 
-    static Text path(TextView name) { return Text(kFolder).append(u".DBD/").append(name); }
-    Bytes file(TextView name) const { return disk.dump(path(name)); }
-    void put(TextView name, BytesView content) { disk.put(path(name), content); }
-    // Other bytes at a place, in open files, too.
-    void patch(TextView name, std::size_t at, BytesView bytes) {
-        put(name, file(name).replace(at, bytes.size(), bytes));
-    }
-
     std::shared_ptr<clsTSDB> make(int32 max, bool single = false) {
-        return makeAddresses(rtm, Text(kFolder), max, single);
+        return makeAddresses(rtm, kFolder, max, single);
+    }
+    // The five addresses, and nothing else on the disk.
+    std::shared_ptr<clsTSDB> makeFive(int32 max) {
+        disk.restore({});
+        auto db = make(max);
+        if (db) addFive(*db);
+        return db;
     }
     std::shared_ptr<clsTSDB> make(const TSIOArray& fields, int32 max, TextView indexes = {},
                                   eDBTyp typ = DBAnsi) {
@@ -33,22 +29,18 @@ class MemoryDatabase : public testing::Test {
     std::shared_ptr<clsTSDB> open(bool readOnly = false, bool single = false) {
         return rtm.OpenTSDB(kFolder, readOnly, single);
     }
+    // Programs that died together with their locks: the files stay as they were at this moment.
+    void killAll(std::shared_ptr<clsTSDB>& db) {
+        const auto then = disk.snapshot();
+        db.reset();
+        disk.restore(then);
+    }
     float64 seconds() { return std::chrono::duration<float64>(ground.clock.elapsed()).count(); }
     // What the user was shown in the n-th box.
     Text shown(std::size_t n = 0) const {
         return n < ground.ui.boxes.size() ? ground.ui.boxes[n].headline + ground.ui.boxes[n].body : Text();
     }
 };
-
-// The order of NAME, ORT: 3 Abel, 5 Berg Aachen, 2 Berg Bonn, 4 Cohn, 1 Dorn. None of them is locked.
-inline void addFive(clsTSDB& db) {
-    const Address rows[] = {{u"Dorn", u"Bonn", u"5.00", u"01022003"},
-                            {u"Berg", u"Bonn", u"4.00", u"01022004"},
-                            {u"Abel", u"Bonn", u"3.00", u"28021999"},
-                            {u"Cohn", u"Bonn", u"2.00", u""},
-                            {u"Berg", u"Aachen", u"1.00", u"31122003"}};
-    for (const auto& row : rows) ASSERT_TRUE(db.Entsperren(addAddress(db, row)));
-}
 
 // Either form of the indexes, on files with windows and without.
 struct Form {
@@ -65,12 +57,7 @@ inline std::string nameOfForm(const testing::TestParamInfo<Form>& info) {
 // The five addresses in every form.
 class FiveAddresses : public MemoryDatabase, public testing::WithParamInterface<Form> {
  protected:
-    std::shared_ptr<clsTSDB> db = (disk.offerWindows(GetParam().windows), make(GetParam().max));
-
-    void SetUp() override {
-        ASSERT_TRUE(db);
-        addFive(*db);
-    }
+    std::shared_ptr<clsTSDB> db = (disk.offerWindows(GetParam().windows), makeFive(GetParam().max));
 };
 
 }  // namespace tsRtm::test

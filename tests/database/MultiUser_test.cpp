@@ -17,16 +17,11 @@ Address account(int32 n) {
     return {u"Konto" + digits, u"Bonn", u"0.00", u"01012020"};
 }
 
-class MultiUser : public testing::TestWithParam<int32> {
+class MultiUser : protected RealFiles, public testing::TestWithParam<int32> {
  protected:
-    TempFolder temp;
-    TestGround ground;
-    // The clock of this machine: real processes wait for each other.
-    StartedLibrary library{ground, platform::posixPlatform().files, platform::posixPlatform().clock};
     Text folder = temp.name(u"Konten");
 
     void make() {
-        clsRtm rtm;
         const auto db = makeAddresses(rtm, folder, GetParam());
         ASSERT_TRUE(db);
         for (int32 n = 1; n <= kRecords; ++n) ASSERT_EQ(addAddress(*db, account(n)), n);
@@ -75,7 +70,6 @@ TEST_P(MultiUser, EightProcessesLoseNoUpdateAndNoRecord) {
         }));
     for (const auto& process : processes) process->line().say('G');
     for (const auto& process : processes) EXPECT_EQ(process->wait(), 0);
-    clsRtm rtm;
     const auto db = rtm.OpenTSDB(folder);
     ASSERT_TRUE(db);
     ASSERT_EQ(db->AnzahlDSaetze(), kRecords + kProcesses * kAdds);
@@ -103,7 +97,6 @@ TEST_P(MultiUser, AReaderMissesNothing) {
         line.say('E');
         return 0;
     });
-    clsRtm rtm;
     const auto db = rtm.OpenTSDB(folder);
     ASSERT_TRUE(db);
     ASSERT_EQ(writer.line().hear(), 'R');
@@ -132,7 +125,6 @@ TEST_P(MultiUser, AKilledWriterLeavesWholeRecords) {
         });
         for (int32 updates = 0; updates <= round; ++updates) ASSERT_EQ(writer.line().hear(), 'U');
         writer.kill();
-        clsRtm rtm;
         const auto db = rtm.OpenTSDB(folder);
         ASSERT_TRUE(db);
         EXPECT_TRUE(consistent(*db));
@@ -147,7 +139,6 @@ TEST_P(MultiUser, AKilledWriterLeavesWholeRecords) {
 
 // No index changes and no number is counted: to who looks for changes only the time of the file tells.
 TEST_P(MultiUser, AChangeOfOneCharacterShowsInTheTimeOfTheFile) {
-    clsRtm rtm;
     ASSERT_TRUE(rtm.DBCreateExt(DBAnsi, folder, {}, addressFields(), GetParam(), u"  1  0  0"));
     const auto db = rtm.OpenTSDB(folder), other = rtm.OpenTSDB(folder);
     ASSERT_TRUE(db && other);

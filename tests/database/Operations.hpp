@@ -171,7 +171,7 @@ class Deaths : public DyingUsers, public testing::TestWithParam<Case> {
 
     void SetUp() override {
         disk.offerWindows(std::get<1>(GetParam()).windows);
-        auto db = makeFull(rtm, Text(kFolder), std::get<1>(GetParam()));
+        auto db = makeFull(rtm, kFolder, std::get<1>(GetParam()));
         ASSERT_TRUE(db);
         const bool keys = operation.kind == Kind::keys || operation.kind == Kind::alone;
         for (int32 n = 1; n <= (keys ? kTwoLeaves : kFew); ++n) {
@@ -183,7 +183,9 @@ class Deaths : public DyingUsers, public testing::TestWithParam<Case> {
         }
         ASSERT_TRUE(!operation.first || operation.first(*db));
         db.reset();
-        if (operation.name == std::string("ConvertToWin")) makeDos();
+        // Its texts are the same in both code pages.
+        for (const TextView name : {u"Control.tsd", u"KetteCtl.007"})
+            if (operation.name == std::string("ConvertToWin")) makeDos(name);
         const auto before = disk.snapshot();
         db = openAs(0, false, single);
         ASSERT_TRUE(db);
@@ -194,13 +196,6 @@ class Deaths : public DyingUsers, public testing::TestWithParam<Case> {
         }
         db.reset();
         disk.restore(before);
-    }
-    // In the form of older programs; its texts are the same in both code pages.
-    void makeDos() {
-        for (const TextView name : {u"Control.tsd", u"KetteCtl.007"}) {
-            const Bytes text = disk.dump(path(name));
-            disk.put(path(name), text.substr(text.find(',') + 1));
-        }
     }
     // How many steps were told as done. What comes behind a failure is not tried.
     std::size_t work(clsTSDB& db) {

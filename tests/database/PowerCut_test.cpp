@@ -12,7 +12,6 @@
 namespace tsRtm::test {
 namespace {
 
-const Text kFolder = u"/daten/Akten";
 constexpr int32 kRecords = 9;
 constexpr int32 kLength = 300;  // a record lies in more than one sector
 constexpr int32 kSteps = 9;     // works in a row
@@ -250,7 +249,7 @@ TEST_P(PowerCut, LeavesWhatWasAcknowledged) {
 // Somebody who keeps no list writes where a durable write was: his bytes stay, where they came to the medium.
 // What did not come there is mended.
 TEST(DurableWrites, GiveWayToWhatOthersWroteLater) {
-    const Text data = kFolder + u".DBD/Data.tsd";
+    const Text data = path(u"Data.tsd");
     for (const bool others : {true, false}) {
         MemoryFiles disk;
         MemoryFiles::Snapshot cut;
@@ -284,7 +283,7 @@ TEST(DurableWrites, KeepTheirListShort) {
     const auto db = makeFull(program.rtm, kFolder, {kBig, true, 8, kLength});
     db->Dauerhaft(true);
     ASSERT_TRUE(db->Append());
-    const auto list = [&] { return disk.dump(kFolder + u".DBD/Update.tsd"); };
+    const auto list = [&] { return disk.dump(path(u"Update.tsd")); };
     for (uint32 i = 1; i <= 3000; ++i) ASSERT_EQ(change(*db, 1, uTEXT, letters(kLength, i)), 0);
     EXPECT_LE(list().size(), 1u << 20);
     db->Schliesse();

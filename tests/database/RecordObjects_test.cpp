@@ -8,17 +8,12 @@ class RecordObjects : public FiveAddresses {};
 
 TEST_P(RecordObjects, ThereIsOneForARecord) {
     const auto mine = db->Record(2);
-    EXPECT_EQ(db->Record(2), mine);
-    EXPECT_NE(db->Record(3), mine);
-    EXPECT_NE(mine->WorkCopy(), mine);
-    EXPECT_EQ(db->Record(2), mine);
+    EXPECT_TRUE(db->Record(2) == mine && db->Record(3) != mine && mine->WorkCopy() != mine);
     // A change shows in it, by whomever, but never over what is not stored yet.
     EXPECT_EQ(mine->Fields(fORT), u"Bonn");
-    db->PutField(2, fORT, u"Ulm");
-    EXPECT_EQ(mine->Fields(fORT), u"Ulm");
+    EXPECT_EQ((db->PutField(2, fORT, u"Ulm"), mine->Fields(fORT)), u"Ulm");
     const auto other = open();
-    other->PutField(2, fORT, u"Kiel");
-    EXPECT_EQ(db->Record(2)->Fields(fORT), u"Kiel");
+    EXPECT_EQ((other->PutField(2, fORT, u"Kiel"), db->Record(2)->Fields(fORT)), u"Kiel");
     mine->Fields(fNAME, u"Neu");
     db->PutField(2, fBETRAG, u"9.00");
     EXPECT_TOLD("Neu|yes", db->Record(2)->Fields(fNAME), mine->Update());
@@ -43,23 +38,16 @@ TEST_P(RecordObjects, ALockHasOneOwner) {
     const auto other = open();
     const auto record = db->Record(2);
     const auto copy = record->WorkCopy();
-    ASSERT_TRUE(record->Sperren());
-    EXPECT_TOLD("no|yes|yes", copy->Sperren(-1), copy->Entsperren(), record->Locked() && other->Gesperrt(2));
-    db->Entsperren(2);
-    EXPECT_FALSE(record->Locked());
-    ASSERT_TRUE(db->Sperren(2));
+    EXPECT_TOLD("yes|no|yes|yes|yes", record->Sperren(), copy->Sperren(-1), copy->Entsperren(),
+                record->Locked(), other->Gesperrt(2));
+    EXPECT_TOLD("yes|no|yes", db->Entsperren(2), record->Locked(), db->Sperren(2));
     EXPECT_TRUE(stored(record, {{fNAME, u"Neu"}}));
     record->Entsperren();
     db->Record(2).reset();
-    EXPECT_TRUE(other->Gesperrt(2));
-    db->Entsperren(2);
-    record->Locked(true);
-    EXPECT_TRUE(other->Gesperrt(2));
-    record->Locked(false);
-    EXPECT_FALSE(other->Gesperrt(2));
+    EXPECT_TOLD("yes|yes", other->Gesperrt(2), db->Entsperren(2));
+    for (const bool locked : {true, false}) EXPECT_EQ((record->Locked(locked), other->Gesperrt(2)), locked);
     ASSERT_TRUE(record->Sperren());
-    db->KillAllObjects();
-    EXPECT_FALSE(other->Gesperrt(2));
+    EXPECT_FALSE((db->KillAllObjects(), other->Gesperrt(2)));
 }
 
 // One that a handler ends while it is stored or locked stands for nothing any more, and holds no lock.
@@ -125,21 +113,20 @@ class Properties : public MemoryDatabase {
 TEST_F(Properties, AreLinesOfTheMemo) {
     const auto record = db->Record(1);
     record->Fields(pPROPS, u"Farbe=rot\rohne Wert\rGröße=5=6\rFARBE=blau");
-    EXPECT_EQ(record->Property(u"farbe"), u"rot");
-    EXPECT_TOLD("5=6|", record->Property(u"Größe"), record->Property(u"ohne Wert") + record->Property(u""));
+    EXPECT_TOLD("rot|5=6||", record->Property(u"farbe"), record->Property(u"Größe"),
+                record->Property(u"ohne Wert"), record->Property(u""));
     record->Property(u"FARBE", u"grün");
     record->Property(u"neu", u"");
     ASSERT_TRUE(record->Update());
     EXPECT_EQ(open()->Record(1)->Fields(pPROPS), u"Farbe=grün\rohne Wert\rGröße=5=6\rFARBE=blau\rneu=");
     const auto table = record->Properties();
-    ASSERT_EQ(table->Count(), 4);
-    EXPECT_EQ(table->Item(2, 1) + table->Item(2, 2), u"Größe5=6");
+    EXPECT_TOLD("4|Größe|5=6", table->Count(), table->Item(2, 1), table->Item(2, 2));
     for (const auto& wrong : {std::pair{u"", u"x"}, {u"a=b", u"x"}, {u"a\rb", u"x"}, {u"a", u"x\ny"}})
         EXPECT_EQ(raised([&] { record->Property(wrong.first, wrong.second); }).substr(0, 24),
                   "380|clsTSRecord.Property");
     db->Record(2)->Property(u"nie gespeichert", u"1");
-    EXPECT_EQ(db->FindPropertyNames(), 3);
-    EXPECT_EQ(db->PropertyNames()->Item(1, 1) + db->PropertyNames()->Item(1, 2), u"Farbe1");
+    EXPECT_TOLD("3|Farbe|1", db->FindPropertyNames(), db->PropertyNames()->Item(1, 1),
+                db->PropertyNames()->Item(1, 2));
 }
 
 TEST_F(Properties, OfSeveralUsersStayBesideEachOther) {
@@ -147,9 +134,8 @@ TEST_F(Properties, OfSeveralUsersStayBesideEachOther) {
     const auto mine = db->Record(1), theirs = other->Record(1);
     mine->Property(u"A", u"1");
     theirs->Property(u"B", u"2");
-    EXPECT_EQ(mine->Property(u"a"), u"1");
-    ASSERT_TRUE(mine->Update() && theirs->Update());
-    EXPECT_EQ(mine->Fields(pPROPS), u"A=1\rB=2");
+    EXPECT_TOLD("1|yes|yes|A=1\rB=2", mine->Property(u"a"), mine->Update(), theirs->Update(),
+                mine->Fields(pPROPS));
     // What is there already is not written once more.
     const Bytes before = file(u"Memo-000.002");
     mine->Property(u"b", u"2");
@@ -160,13 +146,11 @@ TEST_F(Properties, OfSeveralUsersStayBesideEachOther) {
     mine->Property(u"D", u"4");
     mine->Fields(pPROPS, u"E=5");
     mine->Property(u"F", u"6");
-    ASSERT_TRUE(theirs->Update() && mine->Update());
-    EXPECT_EQ(db->Record(1)->Fields(pPROPS), u"E=5\rF=6");
+    EXPECT_TOLD("yes|yes|E=5\rF=6", theirs->Update(), mine->Update(), db->Record(1)->Fields(pPROPS));
     // A new record has them from its first store on.
     const auto added = db->Add();
     added->Property(u"G", u"7");
-    ASSERT_TRUE(added->Update());
-    EXPECT_EQ(other->Record(3)->Property(u"G"), u"7");
+    EXPECT_TOLD("yes|7", added->Update(), other->Record(3)->Property(u"G"));
 }
 
 struct Window : iPropertyTarget {
@@ -182,12 +166,9 @@ TEST_F(Properties, AnObjectTakesTheFieldsThatNameIt) {
     record->Fields(pX, u"10");
     record->Fields(pY, u"20");
     Window one, other, none;
-    EXPECT_TRUE(record->GetObject(u"Fenster", one, 1));
-    EXPECT_EQ(upper(one.set), u"LINKS=10;OBEN=20;");
-    EXPECT_TRUE(record->GetObject(u"fenster", other, 2));
-    EXPECT_EQ(upper(other.set), u"OBEN=20;");
-    EXPECT_FALSE(record->GetObject(u"Tisch", none));
-    EXPECT_EQ(none.set, u"");
+    EXPECT_TOLD("yes|yes|no", record->GetObject(u"Fenster", one, 1), record->GetObject(u"fenster", other, 2),
+                record->GetObject(u"Tisch", none));
+    EXPECT_TOLD("LINKS=10;OBEN=20;|OBEN=20;|", upper(one.set), upper(other.set), none.set);
 }
 
 }  // namespace

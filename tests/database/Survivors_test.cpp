@@ -28,9 +28,7 @@ class Survivors : public Deaths {
     void as(int32 user, Job job) {
         files.as(user);
         const auto start = ground.clock.elapsed();
-        const auto others = std::exchange(rtmMain::state().updatesUnderWay, {});
-        job(user == kCarl ? *carl : *anna);
-        rtmMain::state().updatesUnderWay = others;
+        asAnotherProgram([&] { job(user == kCarl ? *carl : *anna); });
         EXPECT_LE(ground.clock.elapsed() - start, kPatience);
     }
     void add(clsTSDB& db, int32 n) {

@@ -1,15 +1,12 @@
 // Random steps by several users with all that an application can do to records, against a plain table: users
 // within one program, and users each of whom is a process. The seed and the number of steps can be given:
 // TSRTM_MODEL_SEED, TSRTM_MODEL_STEPS.
-#include <sys/mman.h>
-
 #include <algorithm>
-#include <atomic>
 #include <cstdlib>
 #include <map>
 #include <random>
-#include <thread>
 
+#include "tests/database/Deaths.hpp"
 #include "tests/database/FullDatabase.hpp"
 #include "tests/database/MemoryDatabase.hpp"
 #include "tests/support/ChildProcess.hpp"
@@ -33,41 +30,14 @@ int32 given(const char* name, int32 otherwise) {
     return text ? std::atoi(text) : otherwise;
 }
 
-// Where processes wait for each other: all of them draw the same steps and keep the same table, and each acts
-// where it is its turn.
-class Meeting {
- public:
-    Meeting()
-        : arrived_(*static_cast<std::atomic<int32>*>(::mmap(nullptr, sizeof(std::atomic<int32>),
-                                                            PROT_READ | PROT_WRITE,
-                                                            MAP_SHARED | MAP_ANONYMOUS, -1, 0))) {}
-    ~Meeting() { ::munmap(&arrived_, sizeof arrived_); }
-    Meeting(const Meeting&) = delete;
-    Meeting& operator=(const Meeting&) = delete;
-
-    // False where one of them has given up or does not come.
-    bool arrive() {
-        ++arrived_;
-        expected_ += kUsers;
-        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-        while (arrived_ >= 0 && arrived_ < expected_ && std::chrono::steady_clock::now() < end)
-            std::this_thread::sleep_for(std::chrono::microseconds(50));
-        return arrived_ >= expected_;
-    }
-    void giveUp() { arrived_ = -1'000'000'000; }
-
- private:
-    std::atomic<int32>& arrived_;
-    int32 expected_ = 0;  // of this process
-};
-
 class Model {
  public:
-    // One of the users, who meets the others, or all of them: then at machines of their own, if there are
-    // such.
+    // One of the users, a process, or all of them: then at machines of their own, if there are such.
+    // Processes draw the same steps and keep the same table, and each acts where it is its turn.
     explicit Model(Text folder, ShareClients* machines = nullptr)
         : folder_(std::move(folder)), machines_(machines) {}
-    Model(Text folder, int32 me, Meeting* others) : folder_(std::move(folder)), me_(me), others_(others) {}
+    Model(Text folder, int32 me, ChildProcess::Line& others)
+        : folder_(std::move(folder)), me_(me), others_(&others) {}
 
     void openAll() {
         for (int32 i = 0; i < (others_ ? 1 : kUsers); ++i) {
@@ -88,14 +58,13 @@ class Model {
             meet();
         }
         if (!testing::Test::HasFatalFailure()) compareAll();
-        if (testing::Test::HasFatalFailure() && others_) others_->giveUp();
     }
 
  private:
     Text folder_;
     ShareClients* machines_ = nullptr;
     int32 me_ = -1;
-    Meeting* others_ = nullptr;
+    ChildProcess::Line* others_ = nullptr;
     clsRtm rtm;
     std::mt19937 random{static_cast<uint32>(given("TSRTM_MODEL_SEED", 20261122))};
     std::vector<std::shared_ptr<clsTSDB>> users;
@@ -112,7 +81,11 @@ class Model {
     void sitDownAt(int32 user) {
         if (machines_) machines_->as(user);
     }
-    void meet() { ASSERT_TRUE(!others_ || testing::Test::HasFatalFailure() || others_->arrive()); }
+    // With the others; fails where one of them has given up or does not come.
+    void meet() {
+        if (!others_ || testing::Test::HasFatalFailure()) return;
+        ASSERT_TRUE(others_->say('M') && others_->hear() == 'G');
+    }
     int32 anyNumber() { return 1 + below(static_cast<int32>(rows.size())); }
     Row& at(int32 number) { return rows[static_cast<std::size_t>(number - 1)]; }
 
@@ -325,13 +298,9 @@ class UsersModel : public testing::TestWithParam<Form> {};
 TEST_P(UsersModel, AgreesWithATable) {
     MemoryFiles disk;
     disk.offerWindows(GetParam().windows);
-    TestGround ground;
-    ground.ui.defaultAnswer = 1;
-    const StartedLibrary library(ground, disk);
-    const Text folder = u"/daten/Modell";
-    clsRtm rtm;
-    ASSERT_TRUE(makeFull(rtm, folder, {.max = GetParam().max}));
-    Model(folder).run();
+    Process program(disk);
+    ASSERT_TRUE(makeFull(program.rtm, kFolder, {.max = GetParam().max}));
+    Model(Text(kFolder)).run();
 }
 INSTANTIATE_TEST_SUITE_P(Forms, UsersModel, kAllForms, nameOfForm);
 
@@ -340,38 +309,28 @@ TEST(UsersModelOnAShare, AgreesWithATable) {
         MemoryFiles server;
         server.setDriveKind(platform::DriveKind::remote);
         ShareClients machines(server);
-        TestGround ground;
-        ground.ui.defaultAnswer = 1;
-        const StartedLibrary library(ground, machines);
-        const Text folder = u"/daten/Modell";
-        {
-            clsRtm rtm;
-            ASSERT_TRUE(makeFull(rtm, folder, {.max = max}));
-        }
-        Model(folder, &machines).run();
+        Process program(machines);
+        ASSERT_TRUE(makeFull(program.rtm, kFolder, {.max = max}));
+        Model(Text(kFolder), &machines).run();
     }
 }
 
 TEST(UsersModelProcesses, AgreeWithATable) {
     for (const int32 max : {kNormal, kBig}) {
-        const TempFolder temp;
-        TestGround ground;
-        ground.ui.defaultAnswer = 1;
-        const StartedLibrary library(ground, platform::posixPlatform().files,
-                                     platform::posixPlatform().clock);
-        const Text folder = temp.name(u"Modell");
-        {
-            clsRtm rtm;
-            ASSERT_TRUE(makeFull(rtm, folder, {.max = max}));
-        }
-        Meeting meeting;
+        RealFiles real;
+        const Text folder = real.temp.name(u"Modell");
+        ASSERT_TRUE(makeFull(real.rtm, folder, {.max = max}));
         std::vector<std::unique_ptr<ChildProcess>> processes;
         for (int32 me = 0; me < kUsers; ++me)
-            processes.push_back(std::make_unique<ChildProcess>([&, me](ChildProcess::Line&) {
-                Model(folder, me, &meeting).run();
+            processes.push_back(std::make_unique<ChildProcess>([&, me](ChildProcess::Line& line) {
+                Model(folder, me, line).run();
                 std::fflush(stdout);
                 return testing::Test::HasFatalFailure() ? 1 : 0;
             }));
+        for (bool all = true; all;) {
+            for (const auto& process : processes) all = process->line().hear() == 'M' && all;
+            for (const auto& process : processes) process->line().say(all ? 'G' : 'E');
+        }
         for (const auto& process : processes) EXPECT_EQ(process->wait(), 0);
     }
 }

@@ -6,15 +6,12 @@
 //                                                       twice, with a reorganisation in between
 //     share_users cut FOLDER FOLDER MOUNT COMMAND       two users, and a third one whose mount is taken away:
 //                                                       COMMAND makes the mount MOUNT
-//     share_users cost FOLDER [FOLDER]                  what adds and searches cost; a writer on the second
-//     one
 //
 // The folders are mounts of one volume. The last line sums up; the exit code is 1 where something was wrong.
 #include <filesystem>
 #include <string>
 #include <thread>
 
-#include "tests/database/DatabaseFixture.hpp"
 #include "tests/stress/Users.hpp"
 
 namespace tsRtm::test {
@@ -23,7 +20,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr Form kForm{100000, 60, DBAnsi};
-constexpr auto kMeasured = 4s;
 constexpr auto kLongestWait = 30s;
 constexpr int64 kWorkAfterwards = 20;  // by those who are left
 
@@ -137,90 +133,12 @@ int cut(const std::vector<std::string>& folders, const std::string& mount, const
     return verdict("cut", worked, others ? ", one mount cut off" : ", the others did NOT go on");
 }
 
-struct Pace {
-    double a, median, slowest;  // a second; milliseconds, the 99th of a hundred
-};
-
-template <class Work>
-Pace paceOf(Work work) {
-    std::vector<double> times;
-    const auto start = Clock::now();
-    while (Clock::now() - start < kMeasured) {
-        const auto before = Clock::now();
-        if (!work()) break;
-        times.push_back(std::chrono::duration<double, std::milli>(Clock::now() - before).count());
-    }
-    if (times.empty()) return {};
-    std::sort(times.begin(), times.end());
-    const double all = std::chrono::duration<double>(Clock::now() - start).count();
-    return {static_cast<double>(times.size()) / all, times[times.size() / 2], times[times.size() * 99 / 100]};
-}
-
-// Work on a database of addresses, in a process of its own, on files with nothing between.
-template <class Work>
-pid_t onAddresses(const std::string& folder, bool readOnly, Work work) {
-    return apart(true, [&] {
-        clsRtm rtm;
-        const auto db = rtm.OpenTSDB(fromUtf8(folder + "/Adressen"), readOnly);
-        if (!db) return fault("opening", 0);
-        db->SetIndex(1);
-        work(*db);
-    });
-}
-Address addressOf(int32 n) { return {u"n" + toText(100000 + n), u"Bonn", u"1.00", u"01022003"}; }
-bool addOne(clsTSDB& db, int32 n) {
-    const int32 record = addAddress(db, addressOf(n));
-    if (record < 1) fault("adding", n, db.Error());
-    db.Entsperren(record);
-    return record >= 1;
-}
-
-int cost(const std::vector<std::string>& folders) {
-    board->begin();
-    std::filesystem::create_directories(folders[0]);
-    const auto report = [](const char* what, const Pace& pace) {
-        std::printf("  %-28s %9.1f a second, median %8.3f ms, 99%% below %8.3f ms\n", what, pace.a,
-                    pace.median, pace.slowest);
-    };
-    const auto searches = [](clsTSDB& db) {
-        return paceOf([&, n = 0]() mutable {
-            const Address row = addressOf(++n % kFixed);
-            db.Gehezu(row.name + u" " + row.ort);
-            if (db.Error() != 0 || db.Fields(fNAME) != row.name) fault("missed", n);
-            return true;
-        });
-    };
-    asOne(kForm, [&] {
-        clsRtm rtm;
-        const auto db = makeAddresses(rtm, fromUtf8(folders[0] + "/Adressen"), kBig);
-        for (int32 n = 0; n < kFixed + 100; ++n) addOne(*db, n);
-    });
-    ::waitpid(onAddresses(folders[0], false,
-                          [&](clsTSDB& db) {
-                              report("adds", paceOf([&, n = 1000]() mutable { return addOne(db, ++n); }));
-                              report("searches", searches(db));
-                          }),
-              nullptr, 0);
-    const pid_t writer = onAddresses(folders.back(), false, [&](clsTSDB& db) {
-        for (int32 n = 500000; !board->stop && addOne(db, n); ++n) ++board->works[0];
-    });
-    while (board->works[0] == 0 && board->faults == 0) rest(10ms);
-    ::waitpid(
-        onAddresses(folders[0], true, [&](clsTSDB& db) { report("searches beside a writer", searches(db)); }),
-        nullptr, 0);
-    board->stop = true;
-    ::waitpid(writer, nullptr, 0);
-    std::printf("cost: %d faults\n", board->faults.load());
-    return board->faults == 0 ? 0 : 1;
-}
-
 int run(const std::vector<std::string>& words) {
     const std::string mode = words.empty() ? "" : words[0];
     const std::vector<std::string> rest(words.begin() + (words.empty() ? 0 : 1), words.end());
     if (mode == "office" && rest.size() == 4) return office(rest[0], {rest[1], rest[2], rest[3]});
     if (mode == "cut" && rest.size() == 4) return cut({rest[0], rest[1]}, rest[2], rest[3]);
-    if (mode == "cost" && (rest.size() == 1 || rest.size() == 2)) return cost(rest);
-    std::printf("share_users office|cut|cost ...: see the head of its source\n");
+    std::printf("share_users office|cut ...: see the head of its source\n");
     return 2;
 }
 

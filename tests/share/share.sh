@@ -4,7 +4,6 @@
 #
 #   share.sh --able                says what is missing, if anything, by exit code and text
 #   share.sh PROGRAM               users at work, one killed, one whose mount is cut off
-#   share.sh PROGRAM cost          what adds and searches cost there, and on a local disk
 #
 # Daemons, mounts and addresses live in namespaces that end with this script, whatever ends it; files, in a
 # scratch folder that goes with it. Needs root, FUSE, glusterfs-server and glusterfs-client.
@@ -96,26 +95,20 @@ trial() {
 inside() {
     scratch=$1
     program=$2
-    what=${3:-users}
     private_folders
     glusterd
     patiently gluster volume list
     runs=0
     worst=0
-    [ "$what" != cost ] || trial "a local disk" cost cost "$scratch/local"
     for kind in default tuned; do
         if [ $kind = tuned ]; then
             make_volume $kind $tuned_mount "$tuned_volume"
         else
             make_volume $kind "" ""
         fi
-        if [ "$what" = cost ]; then
-            trial "$kind options" cost cost "$base/m1/cost" "$base/m2/cost"
-        else
-            trial "$kind options" "three users, one who reads, one killed" \
-                office 20 "$base/m1/office" "$base/m2/office" "$base/m3/office"
-            trial "$kind options" "a mount cut off at work" cut "$base/m1/cut" "$base/m2/cut" "$base/m4" "$base/mount"
-        fi
+        trial "$kind options" "three users, one who reads, one killed" \
+            office 20 "$base/m1/office" "$base/m2/office" "$base/m3/office"
+        trial "$kind options" "a mount cut off at work" cut "$base/m1/cut" "$base/m2/cut" "$base/m4" "$base/mount"
         end_volume $kind
     done
     if [ $worst = 0 ]; then
@@ -133,7 +126,7 @@ case ${1-} in
     inside "$@"
     ;;
 "" | -*)
-    sed -n '5,7s/^# \{0,1\}//p' "$0" >&2
+    sed -n '5,6s/^# \{0,1\}//p' "$0" >&2
     exit 2
     ;;
 *) outside "$@" ;;

@@ -4,6 +4,7 @@
 //     EXPECT_TOLD("2|yes|a,b|-", list.Count(), list.Dirty(), names, list.find(u"c"));
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <sstream>
 #include <string>
 #include <tuple>
@@ -14,14 +15,20 @@
 namespace tsRtm::test {
 
 // Values apart by "|", in the order they stand in: texts in UTF-8, numbers and enumerators in figures, "yes"
-// and "no",
-// "-" for what is missing, "error 5" for a result that is one; elements apart by ",", parts of a tuple by
-// ":".
+// and "no", "-" for what is missing, "error 5" for a result that is one; elements apart by ",", parts of a
+// tuple by ":".
 struct Told {
-    template <class... Values>
-    explicit Told(const Values&... values) {
-        ((out += (out.empty() && first ? "" : "|") + one(values), first = false), ...);
+    // Told as soon as it is there: what comes behind it may change what a view or a reference shows.
+    struct One {
+        template <class Value>
+        One(const Value& value) : text(one(value)) {}
+        std::string text;
+    };
+    Told(std::initializer_list<One> values) {
+        for (const auto& value : values) out += (&value == values.begin() ? "" : "|") + value.text;
     }
+    template <class... Values>
+    explicit Told(const Values&... values) : Told{One(values)...} {}
 
     template <class Value>
     static std::string one(const Value& value) {
@@ -55,9 +62,6 @@ struct Told {
     }
 
     std::string out;
-
- private:
-    bool first = true;
 };
 
 }  // namespace tsRtm::test

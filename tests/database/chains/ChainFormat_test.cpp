@@ -1,60 +1,100 @@
 // Pointers in every width, and the rows that are given out.
-#include "tests/database/chains/ChainRoom.hpp"
+#include <gtest/gtest.h>
+
+#include "tests/support/MemoryFiles.hpp"
+#include "tests/support/Raised.hpp"
+#include "tests/support/TestGround.hpp"
+#include "tests/support/Told.hpp"
+#include "tsRtm/database/chains/RowMemos.hpp"
+#include "tsRtm/database/chains/RowSupply.hpp"
+#include "tsRtm/frame/FilesTopic.hpp"
+#include "tsRtm/frame/MessagesTopic.hpp"
 
 namespace tsRtm::test {
 namespace {
 
+// A chain field of any length on files in memory, below the face of the database.
+class ChainRoom : public testing::Test {
+ protected:
+    // The control of a chain with these field lines, of a record whose one field is the chain.
+    std::shared_ptr<clsControl> chain(int32 length, const std::string& fields, bool unicode = false) {
+        const std::string head = unicode ? "TS2," : "TS1,";
+        disk.put(u"/d/X.DBD/Control.tsd",
+                 head + "1\r\n0,1,1," + std::to_string(length) + ",38,\"K\"\r\n1,9,0\r\n0\r\n");
+        const auto count = std::to_string(std::count(fields.begin(), fields.end(), '\n'));
+        disk.put(u"/d/X.DBD/KetteCtl.001", head + count + "\r\n" + fields + "1,9,0\r\n0\r\n");
+        control = std::make_shared<clsControl>(files);
+        bool dos = false;
+        if (!control->Oeffne(u"/d/X.DBD/Control.tsd", dos)) return nullptr;
+        return control->Kette(1);
+    }
+    ChainFormat format(int32 length, bool unicode = false) {
+        const auto rows = chain(length, "0,1,1,8,1,\"A\"\r\n", unicode);
+        const RecordLayout record(*control, unicode, false);
+        return {record.field(1), RecordLayout(*rows, unicode, false)};
+    }
+
+    MemoryFiles disk;
+    StartedLibrary library{disk};
+    MessagesTopic messages;
+    FilesTopic files{messages};
+    std::shared_ptr<clsControl> control;
+};
+
+// The field of a chain as pairs of texts: in 8-bit files each character is a byte.
+Bytes wide(BytesView text) {
+    Bytes out;
+    for (const char c : text) (out += c) += '\0';
+    return out;
+}
+
 TEST_F(ChainRoom, PointersStandInHalfOfTheFieldFromEightCharactersOn) {
-    struct Row {
-        int32 length, width;
-        const char *pointer, *field, *none;  // row 7 and 12 (8 for one digit)
-        int32 greatest;
-    };
-    const Row rows[] = {
-        {1, 1, "7", "7", " ", 8},
-        {2, 2, " 7", " 7", "  ", 98},
-        {4, 4, "   7", "   7", "    ", 9998},
-        {5, 5, "    7", "    7", "     ", 2147483646},
-        {7, 7, "      7", "      7", "       ", 9999998},
-        {8, 4, "   7", "   7  12", "        ", 9998},
-        {9, 4, "   7", "   7   12", "         ", 9998},
-        {10, 5, "    7", "    7   12", "          ", 2147483646},
-        {11, 5, "    7", "    7    12", "           ", 2147483646},
-        {25, 12, "           7", "           7           12", "                         ", 2147483646}};
-    for (const auto& row : rows)
+    const std::tuple<int32, int32, const char*, int32> rows[] = {
+        // length, width, the field that leads to 7 and 12, greatest number
+        {1, 1, "7", 8},
+        {2, 2, " 7", 98},
+        {4, 4, "   7", 9998},
+        {5, 5, "    7", 2147483646},
+        {7, 7, "      7", 9999998},
+        {8, 4, "   7  12", 9998},
+        {9, 4, "   7   12", 9998},
+        {10, 5, "    7   12", 2147483646},
+        {11, 5, "    7    12", 2147483646},
+        {25, 12, "           7           12", 2147483646}};
+    for (const auto& [length, width, leads, greatest] : rows)
         for (const bool unicode : {false, true}) {
-            SCOPED_TRACE(testing::Message() << row.length << (unicode ? " unicode" : ""));
-            const auto stored = [&](const char* text) { return unicode ? wide(text) : Bytes(text); };
-            const ChainFormat f = format(row.length, unicode);
+            SCOPED_TRACE(testing::Message() << length << (unicode ? " unicode" : ""));
+            const auto stored = [&](const Bytes& text) { return unicode ? wide(text) : text; };
+            const ChainFormat f = format(length, unicode);
             ASSERT_TRUE(f.usable());
-            EXPECT_EQ(f.width(), row.width);
-            EXPECT_EQ(f.paired(), row.length >= 8);
-            EXPECT_EQ(f.rowBytes(), (static_cast<uint32>(row.length) + 8) * (unicode ? 2 : 1));
-            EXPECT_EQ(f.pointer(7), stored(row.pointer));
-            EXPECT_EQ(f.greatest(), row.greatest);
-            Bytes field(stored(row.field).size(), 'x');
+            EXPECT_TRUE(f.width() == width && f.greatest() == greatest && f.paired() == (length >= 8));
+            EXPECT_EQ(f.rowBytes(), (static_cast<uint32>(length) + 8) * (unicode ? 2 : 1));
+            EXPECT_EQ(f.pointer(7), stored(Bytes(leads).substr(0, static_cast<std::size_t>(width))));
+            Bytes field(stored(leads).size(), 'x');
             f.ends({7, 12}, field);
-            EXPECT_EQ(field, stored(row.field));
-            EXPECT_EQ(f.ends(field).first, 7);
-            EXPECT_EQ(f.ends(field).last, row.length < 8 ? 0 : 12);
+            EXPECT_EQ(field, stored(leads));
+            EXPECT_TOLD(length < 8 ? "7|0" : "7|12", f.ends(field).first, f.ends(field).last);
             f.ends({}, field);
-            EXPECT_EQ(field, stored(row.none));
+            EXPECT_EQ(field, stored(Bytes(static_cast<std::size_t>(length), ' ')));
             EXPECT_EQ(f.ends(field).first, 0);
             // The greatest number and the one behind it fit.
-            for (const int32 number : {f.greatest(), f.greatest() + 1}) {
+            for (const int32 number : {greatest, greatest + 1}) {
                 Bytes bytes = f.blankRow();
                 f.pointers(number, number, bytes);
-                EXPECT_EQ(f.next(bytes), number);
-                EXPECT_EQ(f.previous(bytes), row.length < 8 ? 0 : number);
+                EXPECT_TRUE(f.next(bytes) == number && f.previous(bytes) == (length < 8 ? 0 : number));
             }
         }
     EXPECT_EQ(format(5).pointer(100000), "!!,>o");
     // What is no number leads nowhere.
-    for (const char* text : {"    ", "  x ", " -1 ", "1.5 "}) EXPECT_EQ(format(4).link(text), 0) << text;
-    EXPECT_EQ(format(4).link("12  "), 12);
-    EXPECT_EQ(format(4).link(Bytes(4, '\0')), 0);
-    EXPECT_EQ(format(5).link(Bytes(5, '\0')), 0);
-    EXPECT_EQ(format(25).link("99999999999                    "), 0);
+    for (const auto& [length, text, row] : {std::tuple{4, Bytes(4, ' '), 0},
+                                            {4, "  x ", 0},
+                                            {4, " -1 ", 0},
+                                            {4, "1.5 ", 0},
+                                            {4, "12  ", 12},
+                                            {4, Bytes(4, '\0'), 0},
+                                            {5, Bytes(5, '\0'), 0},
+                                            {25, "99999999999                    ", 0}})
+        EXPECT_EQ(format(length).link(text), row) << text;
     // Row 1 has to hold two numbers.
     const auto rows7 = chain(7, "0,1,1,6,1,\"A\"\r\n");
     const RecordLayout record(*control, false, false);
@@ -101,14 +141,9 @@ TEST_F(Supply, GivesFreeRowsFirstAndTakesThemBack) {
 }
 
 TEST_F(Supply, NeverGivesOutARowThatMayLive) {
-    struct Row {
-        const char* what;
-        std::string head, rest;
-        std::vector<int32> given;
-    };
     const std::string row = "   0xxxxxxxx";
     const auto free = [](int32 to) { return "   " + std::to_string(to) + "xxxxxxxx"; };
-    const Row rows[] = {
+    const std::tuple<const char*, std::string, std::string, std::vector<int32>> rows[] = {
         {"a blank head", "            ", row + row, {4, 5}},
         {"a head of zeros", std::string(12, '\0'), row, {3, 4}},
         {"a torn head", "   ", "", {2, 3}},
@@ -124,10 +159,9 @@ TEST_F(Supply, NeverGivesOutARowThatMayLive) {
         {"a free row leads too far", "   3   3    ", row + free(7), {4, 5}},
         {"a free row leads to the head", "   3   3    ", row + free(1), {4, 5}},
     };
-    for (const auto& row_ : rows) {
-        SCOPED_TRACE(row_.what);
-        start(4, row_.head + row_.rest);
-        EXPECT_EQ(supply.take(2).rows, row_.given);
+    for (const auto& [what, head, rest, given] : rows) {
+        start(4, head + rest);
+        EXPECT_EQ(supply.take(2).rows, given) << what;
     }
 }
 
