@@ -19,7 +19,6 @@ class Beside : public DyingUsers, public testing::TestWithParam<int32> {
         db = makeAddresses(rtm, kFolder, GetParam());
         addFive(*db);
         other = openAs(kOther);
-        ASSERT_TRUE(other);
         files.as(0);
     }
     // Nobody has them open.
@@ -281,7 +280,6 @@ TEST_P(Beside, ACounterThatWasLostIsRaisedBeforeTheSignGoes) {
         clsTSDB(rtm).Oeffne(kFolder);
         died = files.died();
         const auto next = openAs(0);
-        ASSERT_TRUE(next);
         EXPECT_TOLD("6|00000006", add(*next), next->GetField(6, 2));
     }
     EXPECT_GT(n, 2);
@@ -316,8 +314,7 @@ TEST_P(Beside, EntriesWithoutARecordAreFoundByWhoAddsNext) {
 TEST_P(Beside, WhoReadsFindsTheCountOfChangesThatCameLater) {
     makeFive();
     ASSERT_FALSE(platform::failed(disk.remove(path(u"Stand.tsd"))));
-    const auto reader = rtm.OpenTSDB(kFolder, true);
-    ASSERT_TRUE(reader);
+    const auto reader = there(rtm.OpenTSDB(kFolder, true));
     reader->SetIndex(1);
     reader->Gehezu(u"Berg");
     const auto writer = openAs(kOther);

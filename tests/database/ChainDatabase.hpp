@@ -30,15 +30,15 @@ struct ChainForm {
 inline std::shared_ptr<clsTSDB> makeChains(MemoryFiles& disk, clsRtm& rtm, const ChainForm& form,
                                            int32 records) {
     const TSIOArray fields = fieldsOf({{u"KEY", tsAlphanumerisch, 8}, {u"POS", tsKette, form.length}});
-    if (!rtm.DBCreateExt(form.typ, kFolder, {}, fields, form.max, u"  1  0  0")) return nullptr;
+    if (!rtm.DBCreateExt(form.typ, kFolder, {}, fields, form.max, u"  1  0  0")) return there(nullptr);
     const std::string head = form.dos ? "" : form.typ == DBUnicode ? "TS2," : "TS1,";
     disk.put(path(u"KetteCtl.002"), head +
                                         "2\r\n0,1,1,6,1,\"Text@@7TEXT\"\r\n0,2,1,4,5,\"Zahl@@7ZAHL\"\r\n"
                                         "11,100,0\r\n0\r\n");
     if (form.dos) disk.put(path(u"Control.tsd"), disk.dump(path(u"Control.tsd")).substr(4));
-    auto db = rtm.OpenTSDB(kFolder);
-    for (int32 n = 0; db && n < records; ++n)
-        if (!addRecord(*db, {{fKEY, Text(1, static_cast<char16_t>(u'A' + n))}})) return nullptr;
+    auto db = there(rtm.OpenTSDB(kFolder));
+    for (int32 n = 0; n < records; ++n)
+        if (!addRecord(*db, {{fKEY, Text(1, static_cast<char16_t>(u'A' + n))}})) return there(nullptr);
     return db;
 }
 
@@ -46,13 +46,13 @@ inline std::shared_ptr<clsTSDB> makeChains(MemoryFiles& disk, clsRtm& rtm, const
 enum RowFields : int32 { rNAME = 1, rTEXT = 2 };
 inline std::shared_ptr<clsTSDB> makeTextRows(clsRtm& rtm, TextView folder, int32 records) {
     const TSIOArray fields = fieldsOf({{u"KEY", tsAlphanumerisch, 8}, {u"POS", tsKette, 8}});
-    if (!rtm.DBCreateExt(DBAnsi, folder, {}, fields, kNormal, u"  1  0  0")) return nullptr;
+    if (!rtm.DBCreateExt(DBAnsi, folder, {}, fields, kNormal, u"  1  0  0")) return there(nullptr);
     static_cast<void>(rtm.safeReplace(
         Text(folder) + u".DBD/KetteCtl.002",
         "TS1,2\r\n0,1,1,4,1,\"Name@@7NAME\"\r\n0,2,1,60,22,\"Text@@7TEXT\"\r\n7,100,0\r\n0\r\n"));
-    auto db = rtm.OpenTSDB(folder);
-    for (int32 n = 1; db && n <= records; ++n)
-        if (!addRecord(*db, {{fKEY, toText(n)}})) return nullptr;
+    auto db = there(rtm.OpenTSDB(folder));
+    for (int32 n = 1; n <= records; ++n)
+        if (!addRecord(*db, {{fKEY, toText(n)}})) return there(nullptr);
     return db;
 }
 

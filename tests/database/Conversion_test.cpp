@@ -30,7 +30,7 @@ class Converting : public MemoryDatabase, public testing::WithParamInterface<Cas
                                            {u"NOTIZ", tsMemo, 60},
                                            {u"POS", tsKette, 5},
                                            {u"PAAR", tsKette, 8}});
-        if (!rtm.DBCreateExt(form.typ, kFolder, {}, fields, form.max, u"  1  0  0  3  1  0")) return nullptr;
+        EXPECT_TRUE(rtm.DBCreateExt(form.typ, kFolder, {}, fields, form.max, u"  1  0  0  3  1  0"));
         const std::string head = form.dos ? "" : form.typ == DBUnicode ? "TS2," : "TS1,";
         for (const TextView name : {u"KetteCtl.007", u"KetteCtl.008"})
             put(name, head +
@@ -41,7 +41,7 @@ class Converting : public MemoryDatabase, public testing::WithParamInterface<Cas
         Bytes blank(kRecords * kCharacters, ' ');
         put(u"Data.tsd", form.typ == DBUnicode ? toUtf16Le(Text(blank.size(), u' ')) : blank);
         auto db = open();
-        for (int32 n = 1; db && n <= kRecords; ++n) {
+        for (int32 n = 1; n <= kRecords; ++n) {
             const Text name = Text(kWords) + toText(n * 37 % 97);
             for (const auto& [field, text] : {std::pair{cNAME, n == 40 && withFar ? Text(kFar) : name},
                                               {cTAG, Text(u"0102200") + u'3'},
@@ -58,7 +58,6 @@ class Converting : public MemoryDatabase, public testing::WithParamInterface<Cas
                 if (n % 4 == 0) db->KetteSchreiben(chain, {});
             }
         }
-        if (!db) return nullptr;
         db->Delete(7);
         EXPECT_TRUE(db->Sort());
         return db;
@@ -86,7 +85,7 @@ class Converting : public MemoryDatabase, public testing::WithParamInterface<Cas
 
 TEST_P(Converting, KeepsAllThatAReaderSees) {
     auto db = made();
-    ASSERT_TRUE(db && db->Error() == 0);
+    ASSERT_EQ(db->Error(), 0);
     const auto before = content(*db);
     ASSERT_EQ(before.size(), std::size_t{kRecords});
     const auto held = db->Record(3);
@@ -123,7 +122,6 @@ class Narrowing : public Converting {};
 // What 1252 lacks is lost only with consent.
 TEST_P(Narrowing, AsksBeforeItLosesCharacters) {
     const auto db = made(true);
-    ASSERT_TRUE(db);
     db->AktSatzNr(41);
     db->KetteSchreiben(1, {{Text(kFar), {}}});
     const auto before = disk.snapshot();

@@ -75,11 +75,16 @@ inline std::string formName(const testing::TestParamInfo<int32>& info) {
     return info.param == kBig ? "tree" : "flat";
 }
 
+// What the rest of a test stands on: without it the test ends.
+inline std::shared_ptr<clsTSDB> there(std::shared_ptr<clsTSDB> db) {
+    if (!db) throw std::runtime_error("no database: " + std::to_string(rtmMain::state().F));
+    return db;
+}
 // Makes the database in `folder` and opens it.
 inline std::shared_ptr<clsTSDB> makeAddresses(clsRtm& rtm, TextView folder, int32 max, bool single = false,
                                               eDBTyp typ = DBAnsi) {
-    if (!rtm.DBCreateExt(typ, folder, {}, addressFields(), max, kAddressIndexes)) return nullptr;
-    return rtm.OpenTSDB(folder, false, single);
+    const bool made = rtm.DBCreateExt(typ, folder, {}, addressFields(), max, kAddressIndexes);
+    return there(made ? rtm.OpenTSDB(folder, false, single) : nullptr);
 }
 
 struct Address {

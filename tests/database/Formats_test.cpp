@@ -42,7 +42,6 @@ class Formats : public MemoryDatabase {
         expect(u"Count.tsd", "count-new");
         if (form.dos) makeDos(u"Control.tsd");
         const auto db = open();
-        ASSERT_TRUE(db);
         for (const auto& [name, number] : {std::pair{u"Müller", u"7"}, {u"Abel", u"12"}, {u"Straße", u"5"}})
             ASSERT_TRUE(addRecord(*db, {{1, name}, {2, number}}));
         EXPECT_TRUE(consistent(*db));
@@ -73,14 +72,13 @@ TEST_F(Formats, AMemoByteForByte) {
     ground.ui.defaultAnswer = 1;
     const auto db = MemoryDatabase::make(fieldsOf({{u"NAME", tsAlphanumerisch, 8}, {u"NOTIZ", tsMemo, 60}}),
                                          kBig, u"  1  0  0");
-    ASSERT_TRUE(db && db->Append());
+    ASSERT_TRUE(db->Append());
     db->Memo(1, u"Grüße");
     expect(u"Memo-000.002", "memo");
 }
 
 TEST_F(Formats, AChainByteForByte) {
     const auto db = makeChains(disk, rtm, {}, 1);
-    ASSERT_TRUE(db);
     expect(u"KetteCtl.002", "chain-control");
     EXPECT_EQ(writeChain(*db, 1, rowsOf({{u"Müll", u"7"}, {u"ab", u"12"}})), 0);
     expect(u"KetteDat.002", "chain-rows");

@@ -23,11 +23,11 @@ inline std::shared_ptr<clsTSDB> makeFull(clsRtm& rtm, TextView folder, const Ful
                                   {u"NOTIZ", tsMemo, 60},
                                   {u"EIGEN", tsProperties, 60},
                                   {u"POS", tsKette, form.chain}});
-    if (!rtm.DBCreateExt(DBAnsi, folder, {}, fields, form.max, u"  1  2  0  3  0  0")) return nullptr;
+    if (!rtm.DBCreateExt(DBAnsi, folder, {}, fields, form.max, u"  1  2  0  3  0  0")) return there(nullptr);
     static_cast<void>(rtm.safeReplace(Text(folder) + u".DBD/KetteCtl.007",
                                       "TS1,2\r\n0,1,1,30,1,\"Text@@7TEXT\"\r\n0,2,1,4,5,\"Zahl@@7ZAHL\"\r\n"
                                       "35,100,0\r\n0\r\n"));
-    return rtm.OpenTSDB(folder);
+    return there(rtm.OpenTSDB(folder));
 }
 
 struct FullRow {

@@ -26,7 +26,6 @@ class KeyHints : public testing::Test {
     }
     void fill() {
         const auto db = makeAddresses(rtm, kFolder, kBig);
-        ASSERT_TRUE(db);
         for (int32 i = 0; i < kRows; ++i)
             ASSERT_GT(addAddress(*db, {nameOf(random()), u"Bonn", u"1.00", u""}), 0);
     }
@@ -102,7 +101,6 @@ TEST_F(KeyHints, ANumberThatStaysIsNoProof) {
 
 TEST_F(KeyHints, AReadFaultWhileMovingIsRecordedAndNotRaised) {
     const auto db = makeAddresses(rtm, kFolder, kNormal);
-    ASSERT_TRUE(db);
     addFive(*db);
     counted.failAt(1, platform::SystemError::readFault);
     EXPECT_NO_THROW(db->MoveFirst());

@@ -151,7 +151,6 @@ class SingleUse : public MemoryDatabase, public testing::WithParamInterface<int3
 // Nothing is locked; who adds records says so first.
 TEST_P(SingleUse, WantsLockDBBeforeNewRecords) {
     const auto db = make(GetParam(), true);
-    ASSERT_TRUE(db);
     EXPECT_TOLD("no|70", db->Append() != nullptr, db->Error());
     const auto record = db->Add();
     record->Fields(fNAME, u"Neu");
@@ -184,8 +183,7 @@ TEST_F(MemoryDatabase, AReopenedDatabaseOwnsNoLocks) {
 // In a handler within an update, another object of the program that came by another name of the folder.
 TEST_F(MemoryDatabase, AProgramKnowsItsOwnUpdateUnderAnyName) {
     const auto db = makeFive(kBig);
-    const auto other = rtm.OpenTSDB(u"\\daten\\Adressen");
-    ASSERT_TRUE(other);
+    const auto other = there(rtm.OpenTSDB(u"\\daten\\Adressen"));
     other->SetIndex(1);
     int32 error = 0;
     const auto asks = db->IndexChange.connect([&](int32) {

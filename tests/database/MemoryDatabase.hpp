@@ -18,16 +18,16 @@ class MemoryDatabase : public testing::Test, protected DatabaseFiles {
     std::shared_ptr<clsTSDB> makeFive(int32 max) {
         disk.restore({});
         auto db = make(max);
-        if (db) addFive(*db);
+        addFive(*db);
         return db;
     }
     std::shared_ptr<clsTSDB> make(const TSIOArray& fields, int32 max, TextView indexes = {},
                                   eDBTyp typ = DBAnsi) {
-        if (!rtm.DBCreateExt(typ, kFolder, {}, fields, max, indexes)) return nullptr;
-        return rtm.OpenTSDB(kFolder);
+        return there(rtm.DBCreateExt(typ, kFolder, {}, fields, max, indexes) ? rtm.OpenTSDB(kFolder)
+                                                                             : nullptr);
     }
     std::shared_ptr<clsTSDB> open(bool readOnly = false, bool single = false) {
-        return rtm.OpenTSDB(kFolder, readOnly, single);
+        return there(rtm.OpenTSDB(kFolder, readOnly, single));
     }
     // Programs that died together with their locks: the files stay as they were at this moment.
     void killAll(std::shared_ptr<clsTSDB>& db) {

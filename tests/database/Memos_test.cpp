@@ -35,7 +35,6 @@ class Memos : public MemoryDatabase {
     std::shared_ptr<clsTSDB> made(eDBTyp typ = DBAnsi) {
         ground.ui.defaultAnswer = 1;
         auto db = make(memoFields(), kBig, u"  1  0  0", typ);
-        if (!db) return nullptr;
         for (const auto* name : {u"Anna", u"Berta", u"Carl"})
             EXPECT_TRUE(addRecord(*db, {{mNAME, name}})->Entsperren());
         db->AktSatzNr(1);
@@ -52,7 +51,6 @@ class Memos : public MemoryDatabase {
 TEST_F(Memos, EachKindOfFieldHasItsForm) {
     giveKeys();
     const auto db = made();
-    ASSERT_TRUE(db);
     db->Memo(1, u"Größe 5 €");
     EXPECT_EQ(store(), entry(0,
                              "Gr\xF6\xDF"
@@ -79,7 +77,6 @@ TEST_F(Memos, EachKindOfFieldHasItsForm) {
 
 TEST_F(Memos, AUnicodeDatabasePointsInItsOwnForm) {
     const auto db = made(DBUnicode);
-    ASSERT_TRUE(db);
     db->Memo(1, kOther);
     EXPECT_EQ(store(), entry(2, toUtf16Le(kOther)));
     EXPECT_EQ(open()->Record(1)->Fields(mNOTIZ), kOther);

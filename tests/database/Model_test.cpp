@@ -90,7 +90,6 @@ TEST_P(EngineModel, AgreesWithATableAndASortedList) {
     clsRtm rtm;
     const Text folder = setting.posix ? temp.name(u"Adressen") : Text(u"/daten/Adressen");
     auto db = makeAddresses(rtm, folder, setting.max, setting.single);
-    ASSERT_TRUE(db);
     if (setting.single) {
         ASSERT_TRUE(db->LockDB(true));
     }
@@ -108,8 +107,7 @@ TEST_P(EngineModel, AgreesWithATableAndASortedList) {
             const int32 n = 1 + below(count);
             const Address row = anyAddress();
             ASSERT_TRUE(db->Sperren(n, -1));
-            db->AktSatzNr(n);
-            ASSERT_EQ(db->AktSatzNr(), n);
+            ASSERT_EQ((db->AktSatzNr(n), db->AktSatzNr()), n);
             db->Fields(fNAME, row.name);
             db->Fields(fORT, row.ort);
             if (below(2) == 0) db->Fields(fBETRAG, row.betrag);
@@ -117,8 +115,7 @@ TEST_P(EngineModel, AgreesWithATableAndASortedList) {
             auto& stored = model.rows[static_cast<std::size_t>(n - 1)];
             const Text betrag =
                 db->Fields(fBETRAG).empty() ? Text() : replaceAll(db->Fields(fBETRAG), u",", u".");
-            db->Update();
-            ASSERT_EQ(db->Error(), 0);
+            ASSERT_EQ((db->Update(), db->Error()), 0);
             ASSERT_TRUE(db->Entsperren(n));
             stored = row;
             stored.betrag = betrag;
@@ -133,17 +130,11 @@ TEST_P(EngineModel, AgreesWithATableAndASortedList) {
                 return compareText(key, Model::nameKey(model.rows[static_cast<std::size_t>(n - 1)])) <= 0;
             });
             ASSERT_EQ(db->Rang(key), at - order.begin() + 1);
-            db->Gehezu(key);
-            ASSERT_EQ(db->LogSatz(), at - order.begin() + 1);
-            if (at != order.end()) {
-                ASSERT_EQ(db->AktSatzNr(), *at);
-            } else {
-                ASSERT_TRUE(db->EOFile());
-            }
+            ASSERT_EQ((db->Gehezu(key), db->LogSatz()), at - order.begin() + 1);
+            ASSERT_TRUE(at == order.end() ? db->EOFile() : db->AktSatzNr() == *at);
         } else if (!setting.single && below(4) == 0) {
             db.reset();
-            db = rtm.OpenTSDB(folder);
-            ASSERT_TRUE(db);
+            db = there(rtm.OpenTSDB(folder));
         }
         if (step % 250 == 0) {
             ASSERT_TRUE(consistent(*db));

@@ -23,7 +23,6 @@ class MultiUser : protected RealFiles, public testing::TestWithParam<int32> {
 
     void make() {
         const auto db = makeAddresses(rtm, folder, GetParam());
-        ASSERT_TRUE(db);
         for (int32 n = 1; n <= kRecords; ++n) ASSERT_EQ(addAddress(*db, account(n)), n);
     }
 };
@@ -70,8 +69,7 @@ TEST_P(MultiUser, EightProcessesLoseNoUpdateAndNoRecord) {
         }));
     for (const auto& process : processes) process->line().say('G');
     for (const auto& process : processes) EXPECT_EQ(process->wait(), 0);
-    const auto db = rtm.OpenTSDB(folder);
-    ASSERT_TRUE(db);
+    const auto db = there(rtm.OpenTSDB(folder));
     ASSERT_EQ(db->AnzahlDSaetze(), kRecords + kProcesses * kAdds);
     int64 sum = 0;
     for (int32 n = 1; n <= kRecords; ++n) sum += roundToInt32(Val(db->GetField(n, fBETRAG)));
@@ -97,8 +95,7 @@ TEST_P(MultiUser, AReaderMissesNothing) {
         line.say('E');
         return 0;
     });
-    const auto db = rtm.OpenTSDB(folder);
-    ASSERT_TRUE(db);
+    const auto db = there(rtm.OpenTSDB(folder));
     ASSERT_EQ(writer.line().hear(), 'R');
     db->SetIndex(1);
     int32 missed = 0;
@@ -125,8 +122,7 @@ TEST_P(MultiUser, AKilledWriterLeavesWholeRecords) {
         });
         for (int32 updates = 0; updates <= round; ++updates) ASSERT_EQ(writer.line().hear(), 'U');
         writer.kill();
-        const auto db = rtm.OpenTSDB(folder);
-        ASSERT_TRUE(db);
+        const auto db = there(rtm.OpenTSDB(folder));
         EXPECT_TRUE(consistent(*db));
         for (int32 n = 1; n <= kRecords; ++n) {
             const Address have = addressAt(*db, n);
@@ -140,8 +136,7 @@ TEST_P(MultiUser, AKilledWriterLeavesWholeRecords) {
 // No index changes and no number is counted: to who looks for changes only the time of the file tells.
 TEST_P(MultiUser, AChangeOfOneCharacterShowsInTheTimeOfTheFile) {
     ASSERT_TRUE(rtm.DBCreateExt(DBAnsi, folder, {}, addressFields(), GetParam(), u"  1  0  0"));
-    const auto db = rtm.OpenTSDB(folder), other = rtm.OpenTSDB(folder);
-    ASSERT_TRUE(db && other);
+    const auto db = there(rtm.OpenTSDB(folder)), other = there(rtm.OpenTSDB(folder));
     ASSERT_EQ(addAddress(*db, account(1)), 1);
     for (const TextView changed : {u"Born", u"Bern"}) {
         std::filesystem::last_write_time(temp.path() / "Konten.DBD" / "Data.tsd", {});

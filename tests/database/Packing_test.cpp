@@ -15,7 +15,6 @@ class Packing : public DyingUsers, public testing::TestWithParam<int32> {
 
     void SetUp() override {
         db = makeFull(rtm, kFolder, {GetParam()});
-        ASSERT_TRUE(db);
         for (int32 n = 1; n <= kCount; ++n) {
             ASSERT_TRUE(store(db->Add(), {u"N" + toText(100 + n * 37 % 97), u"O" + toText(n % 7), u"", u"",
                                           Text(static_cast<std::size_t>(n * 5 % 300), u'x') + toText(n)}));
@@ -166,7 +165,6 @@ TEST_P(Packing, OthersWaitOrAreRefusedInTheMiddle) {
     for (const bool alone : {false, true}) {
         disk.restore(before);
         db = openAs(0, false, alone);
-        ASSERT_TRUE(db);
         int32 refused = 0, looks = 0;
         inEachChange(
             [&] {

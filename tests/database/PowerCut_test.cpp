@@ -50,8 +50,8 @@ struct Cut {
 // Two objects of one program that work in turns, and the cuts at each of their changes.
 class Session {
  public:
-    Session(const Case& now, MemoryFiles& disk, uint32 seed, int32 each)
-        : case_(now), files_(disk), random_(seed), each_(each), program_(files_) {}
+    Session(const Case& now, MemoryFiles& disk, uint32 seed)
+        : case_(now), files_(disk), random_(seed), program_(files_) {}
 
     std::vector<Cut> run() {
         program_.rtm.Dauerhaft(case_.durable);
@@ -76,9 +76,7 @@ class Session {
         return letters(1 + static_cast<std::size_t>(random(most)), static_cast<uint32>(random_()));
     }
     clsTSDB& db() { return *dbs_[dbs_[1] ? random_() % 2 : 0]; }
-    void cut() {
-        for (int32 i = 0; i < each_; ++i) cuts_.push_back({files_.cut(random_), told_, meant_, work_});
-    }
+    void cut() { cuts_.push_back({files_.cut(random_), told_, meant_, work_}); }
     void acknowledged() { told_ = meant_ = std::make_shared<State>(now_); }
 
     template <class Store>
@@ -107,13 +105,16 @@ class Session {
         switch (random(12)) {
             case 0:
             case 1:
+                // By the cursor, which writes all fields and takes the mark off.
                 row.text = some(kLength);
                 row.deleted = false;
-                return perform("a field", number, row, [&] { return changed(at, number, uTEXT, row.text); });
+                return perform("a field", number, row,
+                               [&] { return change(at, number, uTEXT, row.text) == 0; });
             case 2:
                 row.name = some(8);
                 row.deleted = false;
-                return perform("a key", number, row, [&] { return changed(at, number, uNAME, row.name); });
+                return perform("a key", number, row,
+                               [&] { return change(at, number, uNAME, row.name) == 0; });
             case 3:
                 row.name = some(8);
                 row.text = some(kLength);
@@ -124,11 +125,8 @@ class Session {
                 return perform("a new record", count + 1, row, [&] { return store(at.Add(), row); });
             case 5:
                 row.notiz = random(3) == 0 ? Text() : some(400);
-                return perform("a memo", number, row, [&] {
-                    at.AktSatzNr(number);
-                    at.Memo(1, row.notiz);
-                    return at.Error() == 0;
-                });
+                at.AktSatzNr(number);
+                return perform("a memo", number, row, [&] { return at.Memo(1, row.notiz), at.Error() == 0; });
             case 6:
             case 7:
                 row.chain.push_back({some(25), u""});
@@ -141,8 +139,7 @@ class Session {
             case 9:
                 row.deleted = !row.deleted;
                 return perform("a mark", number, row, [&] {
-                    at.PutField(number, 0, row.deleted ? u"*" : u" ");
-                    return at.Error() == 0;
+                    return at.PutField(number, 0, row.deleted ? u"*" : u" "), at.Error() == 0;
                 });
             default:
                 bulk();
@@ -166,15 +163,10 @@ class Session {
         }
         dbs_[1] = program_.rtm.OpenTSDB(kFolder);
     }
-    // By the cursor, which writes all fields and takes the mark off.
-    bool changed(clsTSDB& at, int32 number, int32 field, const Text& text) {
-        return change(at, number, field, text) == 0;
-    }
 
     Case case_;
     PowerCutFiles files_;
     std::mt19937 random_;
-    int32 each_;
     Process program_;
     std::shared_ptr<clsTSDB> dbs_[2];
     State now_;
@@ -205,8 +197,7 @@ class PowerCut : public testing::TestWithParam<Case> {
     static void expectWhole(MemoryFiles& disk, const Cut& cut, bool durable) {
         disk.restore(cut.medium);
         Process program(disk);
-        const auto db = program.rtm.OpenTSDB(kFolder);
-        ASSERT_TRUE(db) << rtmMain::state().F;
+        const auto db = there(program.rtm.OpenTSDB(kFolder));
         EXPECT_TRUE(consistent(*db));
         const Text told = differs(*db, *cut.told, durable);
         if (told.empty()) return;
@@ -224,7 +215,6 @@ TEST_P(PowerCut, LeavesWhatWasAcknowledged) {
     {
         Process program(disk);
         const auto db = makeFull(program.rtm, kFolder, {GetParam().max, GetParam().windows, 8, kLength});
-        ASSERT_TRUE(db);
         for (int32 n = 1; n <= kRecords; ++n) {
             const auto seed = static_cast<uint32>(n);
             ASSERT_TRUE(store(db->Add(),
@@ -236,7 +226,7 @@ TEST_P(PowerCut, LeavesWhatWasAcknowledged) {
     int64 cuts = 0;
     for (uint32 seed = 1; cuts < most; ++seed) {
         disk.restore(before);
-        const auto all = std::make_unique<Session>(GetParam(), disk, seed, 1)->run();
+        const auto all = std::make_unique<Session>(GetParam(), disk, seed)->run();
         for (std::size_t i = 0; i < all.size() && cuts < most; ++i, ++cuts) {
             SCOPED_TRACE(testing::Message() << "seed " << seed << ", cut " << i << " at " << all[i].work);
             expectWhole(disk, all[i], GetParam().durable);
@@ -270,8 +260,7 @@ TEST(DurableWrites, GiveWayToWhatOthersWroteLater) {
             content = before;
         disk.restore(cut);
         Process program(disk);
-        const auto db = program.rtm.OpenTSDB(kFolder);
-        ASSERT_TRUE(db);
+        const auto db = there(program.rtm.OpenTSDB(kFolder));
         EXPECT_EQ(db->GetField(1, uTEXT), others ? u"ihr" : u"neu");
         EXPECT_TRUE(consistent(*db));
     }

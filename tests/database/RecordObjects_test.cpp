@@ -105,7 +105,6 @@ class Properties : public MemoryDatabase {
                                                  {u"Y:Fenster.Oben", tsAlphanumerisch, 6}}),
                                        kBig, u"  1  0  0");
     void SetUp() override {
-        ASSERT_TRUE(db);
         for (int32 n = 0; n < 2; ++n) ASSERT_TRUE(db->Append());
     }
 };

@@ -317,8 +317,7 @@ TEST_F(MemoryDatabase, AFieldIsOneTextHoweverItIsRead) {
                                       {u"Z", tsAlphanumerisch, 1}});
         const Text folder = Text(kFolder) + toText(lead);
         ASSERT_TRUE(rtm.DBCreateExt(DBAnsi, folder, {}, fields, kNormal, {}));
-        const auto db = rtm.OpenTSDB(folder);
-        ASSERT_TRUE(db);
+        const auto db = there(rtm.OpenTSDB(folder));
         std::mt19937 random(static_cast<uint32>(lead));
         const TextView letters = u"a \u00C4 9 \u20AC.";
         for (int32 n = 1; n <= kRows; ++n) {
@@ -352,7 +351,6 @@ TEST_F(MemoryDatabase, FieldsInUtf16InAnEightBitRecord) {
     EXPECT_TOLD("445|445", raisedNumber([&] { wide->GetSatz(1); }), raisedNumber([&] { wide->PutSatz(1); }));
     disk.restore({});
     const auto db = make(fields, kNormal);
-    ASSERT_TRUE(db);
     put(u"Data.tsd", Bytes(34, ' '));
     ground.clock.advance(std::chrono::seconds(60));
     ASSERT_EQ(db->AnzahlDSaetze(), 2);
@@ -372,7 +370,6 @@ TEST_F(MemoryDatabase, PointersKeepTheirForm) {
     ground.ui.answers = {1};  // the chain's own files are not there
     const auto db = make(
         fieldsOf({{u"MEMO", tsMemo, 60}, {u"KETTE", tsKette, 10}, {u"NAME", tsAlphanumerisch, 4}}), kNormal);
-    ASSERT_TRUE(db);
     const Text large = rtmMain::EncodeNumber(100000);
     struct Row {
         Text memo, chain;

@@ -10,7 +10,7 @@ namespace {
 // The chain of the first of two records has the rows "a" and "b".
 std::shared_ptr<clsTSDB> makeRows(clsRtm& rtm, TextView folder = kFolder) {
     auto db = makeTextRows(rtm, folder, 2);
-    return db && writeChain(*db, 1, {{u"a", {}}, {u"b", {}}}) == 0 ? db : nullptr;
+    return writeChain(*db, 1, {{u"a", {}}, {u"b", {}}}) == 0 ? db : nullptr;
 }
 
 // Name and text of each row, "a=text b= ".
@@ -37,7 +37,6 @@ class RowTexts : public MemoryDatabase {
 };
 
 TEST_F(RowTexts, AreReadAndStoredWithTheirRows) {
-    ASSERT_TRUE(db && other);
     const auto parent = db->Record(1);
     const auto set = parent->Kette(fPOS);
     const auto a = set->Record(1), b = set->Record(2);
@@ -74,7 +73,6 @@ TEST_F(RowTexts, AreReadAndStoredWithTheirRows) {
 }
 
 TEST_F(RowTexts, OfTwoUsersAreBothKeptOrOneIsTold) {
-    ASSERT_TRUE(db && other);
     const auto mine = db->Record(1)->Kette(fPOS), theirs = other->Record(1)->Kette(fPOS);
     const auto a = mine->Record(1), b = mine->Record(2);
     const auto theirA = theirs->Record(1), theirB = theirs->Record(2);
@@ -93,7 +91,6 @@ TEST_F(RowTexts, OfTwoUsersAreBothKeptOrOneIsTold) {
 
 // Packing gives a text the place that another row's text had.
 TEST_F(RowTexts, OfRowsThatWerePackedAreTheirOwn) {
-    ASSERT_TRUE(db && other);
     other->Schliesse();
     ASSERT_EQ(writeChain(*db, 1, {{u"a", {}}, {u"a", {}}}), 0);
     const auto set = db->Record(1)->Kette(fPOS);
@@ -162,8 +159,7 @@ TEST_F(RowTextUsers, AreKeptBesideADeath) {
             EXPECT_EQ(users[static_cast<std::size_t>(user)]->wait(), 0);
             told[static_cast<char16_t>(u'A' + user)] = kRows;
         }
-        const auto db = rtm.OpenTSDB(folder);
-        ASSERT_TRUE(db);
+        const auto db = there(rtm.OpenTSDB(folder));
         std::map<Text, int32> found;
         const auto set = db->Record(1)->Kette(fPOS);
         for (int32 n = 1; n <= set->Count(); ++n) {

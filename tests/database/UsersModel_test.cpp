@@ -187,8 +187,7 @@ class Model {
         clsTSDB* const db = anybody();
         if (below(3) == 0) {
             chain.push_back(anyCells());
-            if (!db) return;
-            ASSERT_EQ(addRow(*db, number, End::tail, chain.back()), 0);
+            ASSERT_TRUE(!db || addRow(*db, number, End::tail, chain.back()) == 0);
             return;
         }
         const auto set = db ? db->Record(number)->Kette(uPOS) : nullptr;
@@ -202,15 +201,13 @@ class Model {
                 return;
             }
             (*which)[0] = u"x";
-            if (!set) return;
-            ASSERT_TRUE(stored(set->Record(place), {{1, u"x"}}));
+            ASSERT_TRUE(!set || stored(set->Record(place), {{1, u"x"}}));
             return;
         }
         const bool front = below(2) == 0;
         const auto cells = anyCells();
         chain.insert(front ? chain.begin() : chain.end(), cells);
-        if (!set) return;
-        ASSERT_TRUE(stored(set->Add(front), {{1, cells[0]}, {2, cells[1]}}));
+        ASSERT_TRUE(!set || stored(set->Add(front), {{1, cells[0]}, {2, cells[1]}}));
     }
     void navigate() {
         clsTSDB* const db = anybody();

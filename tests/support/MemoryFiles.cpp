@@ -1,9 +1,14 @@
 #include "tests/support/MemoryFiles.hpp"
 
+#include <sys/mman.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cstring>
 #include <stdexcept>
 
-#include "tests/support/MemoryContent.hpp"
+#include "tsRtm/platform/posix/PosixFileWindow.hpp"
+#include "tsRtm/platform/posix/PosixHandle.hpp"
 
 namespace tsRtm::test {
 
@@ -42,12 +47,80 @@ bool isRoot(const Text& plainName) {
 
 bool badName(TextView name) { return name.empty() || name.find(u'\0') != TextView::npos; }
 
+// A run of bytes that grows and shrinks. From the first window on they lie in a file of the system's memory
+// that has no name, and the windows are those of the ground: what a test sees through them is what an
+// application sees through the window of a local file, also when the content is cut short below it.
+class Content {
+ public:
+    uint64 size() const { return size_; }
+    // Fewer than asked for at the end, 0 behind it.
+    std::size_t read(uint64 offset, std::span<std::byte> into) const {
+        if (offset >= size_ || into.empty()) return 0;
+        const auto count = std::min<std::size_t>(into.size(), size_ - offset);
+        if (mapped_)
+            mustBe(::pread(mapped_.get(), into.data(), count, static_cast<off_t>(offset)) ==
+                   static_cast<ssize_t>(count));
+        else
+            std::memcpy(into.data(), plain_.data() + offset, count);
+        return count;
+    }
+    // The part of them that lies below size().
+    void write(uint64 offset, std::span<const std::byte> bytes) {
+        if (offset >= size_ || bytes.empty()) return;
+        const auto count = std::min<std::size_t>(bytes.size(), size_ - offset);
+        if (mapped_)
+            mustBe(::pwrite(mapped_.get(), bytes.data(), count, static_cast<off_t>(offset)) ==
+                   static_cast<ssize_t>(count));
+        else
+            std::memcpy(plain_.data() + offset, bytes.data(), count);
+    }
+    void resize(uint64 size) {
+        if (mapped_)
+            mustBe(::ftruncate(mapped_.get(), static_cast<off_t>(size)) == 0);
+        else
+            plain_.resize(size);
+        size_ = size;
+    }
+    void assign(BytesView bytes) {
+        resize(bytes.size());
+        write(0, std::as_bytes(std::span(bytes)));
+    }
+    Bytes all() const {
+        Bytes bytes(size_, '\0');
+        read(0, std::as_writable_bytes(std::span(bytes)));
+        return bytes;
+    }
+    // A new window; nullptr where the system has no room for one.
+    std::unique_ptr<FileWindow> window(bool writable) {
+        return map() ? posix::PosixFileWindow::open(mapped_.get(), writable) : nullptr;
+    }
+
+ private:
+    // Memory does not fail but by a fault of the test.
+    static void mustBe(bool done) {
+        if (!done) throw std::runtime_error("no memory for the content of a file");
+    }
+    bool map() {
+        if (mapped_) return true;
+        posix::Handle file(::memfd_create("content", MFD_CLOEXEC));
+        if (!file) return false;
+        const Bytes bytes = std::exchange(plain_, {});
+        mapped_ = std::move(file);
+        assign(bytes);
+        return true;
+    }
+
+    uint64 size_ = 0;
+    Bytes plain_;           // until the first window
+    posix::Handle mapped_;  // from then on
+};
+
 }  // namespace
 
 struct MemoryFiles::Node {
     Text name;  // whole, as it was made
     FileStatus status;
-    MemoryContent content;
+    Content content;
     std::vector<Opening*> openings;
 };
 

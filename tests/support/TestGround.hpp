@@ -38,7 +38,6 @@ class TestClock final : public platform::Clock {
     }
     std::chrono::nanoseconds elapsed() override { return elapsed_; }
     void sleep(std::chrono::nanoseconds duration) override {
-        ++sleeps;
         elapsed_ += duration;
         if (onSleep) onSleep();
     }
@@ -50,7 +49,6 @@ class TestClock final : public platform::Clock {
     void advance(std::chrono::nanoseconds duration) { elapsed_ += duration; }
 
     std::function<void()> onSleep;  // called at every sleep, when its time has passed
-    int32 sleeps = 0;
 
  private:
     Date set_ = Date::of(2024, 6, 15, 12, 0, 0);
@@ -183,7 +181,7 @@ class ScriptedUi final : public platform::UserInterface,
         windowOpen = true;
     }
     void hideMessageWindow() override { windowOpen = false; }
-    void status(TextView message) override { statusLines.emplace_back(message); }
+    void status(TextView) override {}
     void processEvents() override {
         ++eventRounds;
         if (onEvents) onEvents();
@@ -218,7 +216,6 @@ class ScriptedUi final : public platform::UserInterface,
     bool hears = true;
     std::vector<Text> windowTexts;  // of the message window
     bool windowOpen = false;
-    std::vector<Text> statusLines;
     int32 beeps = 0;
     int32 eventRounds = 0;
     std::function<void()> onEvents;  // called in every processEvents
