@@ -99,10 +99,7 @@ TEST_P(Beside, WhatIsAssignedToARecordThatCannotBeReadIsNoSuccess) {
     EXPECT_TOLD("|70", record->Fields(lKEY), db->Error());
     record->Fields(lEND, u"B");
     put(u"Stand.tsd", before);
-    files.as(kOther);
-    EXPECT_TRUE(other->LockDB(false));
-    files.as(0);
-    EXPECT_TOLD("no|70", record->Update(), record->Error());
+    EXPECT_TOLD("yes|no|70", other->LockDB(false), record->Update(), record->Error());
     record->Reset();
     EXPECT_TOLD("A|yes", record->Fields(lKEY), stored(record, {{lEND, u"B"}}));
 }
@@ -125,7 +122,6 @@ TEST_P(Beside, ACheckInTheMiddleOfAWriteKeepsNoLock) {
 // A program's handlers run while it waits for the lock, and may stand on another record.
 TEST_P(Beside, AHandlerInAWaitDoesNotChangeWhatIsWritten) {
     openBoth();
-    files.as(kOther);
     const Address before = addressAt(*other, 3);
     ASSERT_TRUE(other->LockDB(true));
     db->SetIndex(1);
@@ -149,9 +145,7 @@ TEST_P(Beside, AHandlerInAWaitDoesNotChangeWhatIsWritten) {
 // The record that the program waits for becomes its own by a handler: waiting on would have no end.
 TEST_P(Beside, AHandlerMayLockTheRecordThatIsWaitedFor) {
     openBoth();
-    files.as(kOther);
     ASSERT_TRUE(other->Sperren(2));
-    files.as(0);
     int32 rounds = 0;
     ground.ui.onEvents = [&] {
         if (++rounds == 1) {
@@ -168,9 +162,7 @@ TEST_P(Beside, AHandlerMayLockTheRecordThatIsWaitedFor) {
 // What a handler closes is closed when the operation is over, and its wait ends at once.
 TEST_P(Beside, AHandlerInAWaitMayCloseTheDatabase) {
     openBoth();
-    files.as(kOther);
     ASSERT_TRUE(other->LockDB(true) && other->Sperren(2));
-    files.as(0);
     const std::function<void()> waits[] = {
         [&] { db->Update(); },        [&] { db->Append(); },   [&] { db->LockDB(true); },
         [&] { db->Check(true, {}); }, [&] { db->Sperren(2); }, [&] { db->PutField(1, fORT, u"Ulm"); },
