@@ -125,25 +125,5 @@ TEST_F(Formats, TheSerialNumberFile) {
     EXPECT_TOLD("2|yes", db->IndexNr(2), db->Exist(u"0001", 2));
 }
 
-TEST_F(Formats, FieldsInTheirColumns) {
-    const TSIOArray fields = fieldsOf({{u"JTAG", tsDate, 8, 7},
-                                       {u"U8", tsAlphanumerisch | fUTF8, 8},
-                                       {u"MEMO", tsMemo, 60},
-                                       {u"GELD", tsNumerisch, 8, 2},
-                                       {u"GANZ", tsNumerisch, 5}});
-    ASSERT_TRUE(rtm.DB_Create(kFolder, fields, 1000, u""));
-    const auto db = open(false, true);
-    ASSERT_TRUE(db->LockDB(true));
-    for (const auto& [field, text] : {std::pair{1, u"01012000"}, {2, u"Ωß"}, {4, u"1.234,5"}, {5, u"1.234"}})
-        db->Fields(field, text);
-    const auto record = db->Append();
-    ASSERT_TRUE(record) << db->Error();
-    EXPECT_EQ(file(u"Data.tsd"), " J2451545~\xCE\xA9\xC3\x9F          1234.5 1234");
-    EXPECT_TOLD("01012000|Ωß|1234,50", db->GetField(1, 1), db->GetField(1, 2), db->Fields(4));
-    // Longer than the field: the first characters stay, and the neighbour is safe.
-    db->PutField(1, 2, u"abcdefghijk");
-    EXPECT_TOLD("abcdefgh|01012000", db->GetField(1, 2), db->GetField(1, 1));
-}
-
 }  // namespace
 }  // namespace tsRtm::test

@@ -334,28 +334,29 @@ TEST_F(Safety, HandlersMayWriteOnlyWhenTheWriteIsWhole) {
 // --- Fields
 
 TEST_F(Safety, TextsOfSpecialFormsComeBack) {
-    struct Row {
-        eDBTyp form;
-        FieldRow field;
-        TextView text;
-        Bytes stored;  // of an 8-bit database
-    };
-    const Row rows[] = {{DBAnsi, {u"T", int32{tsText} + fUTF8, 12}, u"αβ", "~\xCE\xB1\xCE\xB2       "},
-                        {DBUnicode, {u"T", int32{tsText} + fUTF8, 12}, u"αβ", {}},
-                        {DBUnicode, {u"T", tsText, 12}, u"αβ", {}},
-                        {DBAnsi, {u"D", tsDate, 8, 7}, u"01022003", "J2452672"},
-                        {DBAnsi, {u"D", tsDate, 10}, u"J2452672", "  J2452672"}};
-    for (const auto& row : rows) {
+    const std::tuple<eDBTyp, FieldRow, TextView, Bytes, TextView> rows[] = {
+        // given, stored in an 8-bit database, shown
+        {DBAnsi, {u"T", int32{tsText} + fUTF8, 12}, u"αβ", "~\xCE\xB1\xCE\xB2       ", u"αβ"},
+        {DBAnsi, {u"T", int32{tsText} + fUTF8, 8}, u"abcdefghijk", "abcdefgh", u"abcdefgh"},
+        {DBUnicode, {u"T", int32{tsText} + fUTF8, 12}, u"αβ", {}, u"αβ"},
+        {DBUnicode, {u"T", tsText, 12}, u"αβ", {}, u"αβ"},
+        {DBAnsi, {u"D", tsDate, 8, 7}, u"01022003", "J2452672", u"01022003"},
+        {DBAnsi, {u"D", tsDate, 10}, u"J2452672", "  J2452672", u"01022003"},
+        {DBAnsi, {u"Z", tsNumerisch, 8, 1}, u"1234.5", "  1234.5", u"1234.5"}};
+    for (const auto& [form, field, given, stored, shown] : rows) {
         disk.restore({});
-        const auto db =
-            make(fieldsOf({row.field, {u"N", tsAlphanumerisch, 3}}), kNormal, u"  1  0  0", row.form);
+        const auto db = make(fieldsOf({field, {u"N", tsAlphanumerisch, 3}}), kNormal, u"  1  0  0", form);
         ASSERT_TRUE(db->Append());
-        db->PutField(1, 1, row.text);
-        EXPECT_EQ(file(u"Data.tsd").substr(1, row.stored.size()), row.stored);
-        const Text expected(row.text.starts_with(u'J') ? u"01022003" : row.text);
-        EXPECT_EQ(db->GetField(1, 1), expected);
-        EXPECT_EQ((db->GetSatz(1), db->Fields(1)), expected);
-        EXPECT_EQ(db->FieldView(1), expected);
+        db->PutField(1, 2, u"xyz");
+        db->PutField(1, 1, given);
+        EXPECT_EQ(file(u"Data.tsd").substr(1, stored.size()), stored);
+        EXPECT_TOLD(toUtf8(shown) + "|xyz", db->GetField(1, 1), db->GetField(1, 2)) << "and its neighbour";
+        db->GetSatz(1);
+        const Text read = field.typ == tsNumerisch ? Text(u"1234,5") : Text(shown);
+        EXPECT_TRUE(db->Fields(1) == read && db->FieldView(1) == read) << toUtf8(db->Fields(1));
+        // With the whole record it is stored in the same form.
+        EXPECT_EQ((db->PutField(1, 1, u""), change(*db, 1, 1, read)), 0);
+        EXPECT_TRUE(given != shown || file(u"Data.tsd").substr(1, stored.size()) == stored) << toUtf8(given);
     }
 }
 

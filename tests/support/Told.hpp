@@ -28,7 +28,7 @@ struct Told {
         for (const auto& value : values) out += (&value == values.begin() ? "" : "|") + value.text;
     }
     template <class... Values>
-    explicit Told(const Values&... values) : Told{One(values)...} {}
+    explicit Told(const Values&... values) : Told(std::initializer_list<One>{values...}) {}
 
     template <class Value>
     static std::string one(const Value& value) {
