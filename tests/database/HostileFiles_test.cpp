@@ -239,7 +239,6 @@ TEST_F(HostileFiles, OneFileHasOneOrder) {
         ASSERT_NE(at, Bytes::npos);
         put(u"Control.tsd", control.replace(at, 4, ",6\r\n  2,3,0\r\n0,0,0\r\n0,4,0\r\n2,4,0\r\n5,0,0\r\n"));
         const auto db = open();
-        ASSERT_TRUE(db);
         EXPECT_TOLD("3|5", db->AnzahlIndizes(), db->IndexFeld(3));
         for (const auto* letter : {u"c", u"b", u"a"})
             ASSERT_TRUE(addRecord(*db, {{2, letter}, {3, letter}, {5, letter}}));
