@@ -83,6 +83,13 @@ TEST_P(RecordObjects, NoneOutlivesItsNumber) {
     }
     for (int32 n = 1; n <= 4; ++n) EXPECT_NE(db->GetField(n, fORT), u"Nirgends") << n;
     EXPECT_EQ(some->Count(), 0);
+    // Nor does one that is asked for while the database is closed.
+    const auto kept = db->Record(2);
+    std::shared_ptr<clsTSRecord> late;
+    const auto closing = kept->Invalidated.connect([&] { late = db->Record(3)->WorkCopy(); });
+    db->Schliesse();
+    ASSERT_EQ(db->Oeffne(kFolder), 0);
+    EXPECT_FALSE(stored(late, {{fORT, u"Nirgends"}}));
     // The database ends before its records.
     bool told = false;
     const auto last = db->Record(1);

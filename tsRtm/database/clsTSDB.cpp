@@ -43,13 +43,18 @@ void clsTSDB::Schliesse() noexcept {
         return;
     }
     closing_ = false;
-    try {
-        KillAllObjects();
-    } catch (...) {  // a listener's failure does not keep the files open
-    }
+    const auto endAll = [this] {
+        try {
+            KillAllObjects();
+        } catch (...) {  // a listener's failure does not keep the files open
+        }
+    };
+    endAll();
     engine_->d.close();
     engine_->c.aktIndex = 0;
     engine_->opened = false;
+    // What listeners have asked for meanwhile would name records of what is opened next.
+    endAll();
 }
 
 int32 clsTSDB::Oeffne(TextView Pfad, bool ReadOnly, bool SingleUse) {
