@@ -50,6 +50,20 @@ class CrashingFiles final : public GuardedFiles {
     // Dies at the n-th change from now on, 1-based, before it is done; the count starts anew. 0: never.
     void dieAt(int64 n, LastWrite last = LastWrite::none, Manner manner = Manner::throws);
     bool died() const { return now_->died; }
+    // Whether the work ends in that death.
+    template <class Work>
+    bool diesAt(int64 n, Work work) {
+        return diesAt(n, LastWrite::none, Manner::throws, work);
+    }
+    template <class Work>
+    bool diesAt(int64 n, LastWrite last, Manner manner, Work work) {
+        dieAt(n, last, manner);
+        try {
+            work();
+        } catch (const ProcessDied&) {
+        }
+        return died();
+    }
     int64 changes() const { return now_->changes; }
 
     // Kills a user from without, whoever works.

@@ -64,6 +64,20 @@ struct Told {
     std::string out;
 };
 
+// Whether a text holds these pieces, wherever they stand; the text is shown where one lacks.
+template <class Whole, class... Pieces>
+testing::AssertionResult holds(const Whole& whole, const Pieces&... pieces) {
+    const std::string text = Told::one(whole);
+    std::string lacking;
+    const auto look = [&](const std::string& piece) {
+        if (text.find(piece) == std::string::npos) lacking += "\n\"" + piece + "\"";
+    };
+    (look(Told::one(pieces)), ...);
+    if (lacking.empty()) return testing::AssertionSuccess();
+    return testing::AssertionFailure() << lacking << "\nlacks in \"" << text << "\"\n";
+}
+
 }  // namespace tsRtm::test
 
 #define EXPECT_TOLD(expected, ...) EXPECT_EQ((::tsRtm::test::Told{__VA_ARGS__}.out), expected)
+#define EXPECT_HOLDS(...) EXPECT_TRUE(::tsRtm::test::holds(__VA_ARGS__))

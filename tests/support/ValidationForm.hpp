@@ -5,6 +5,7 @@
 
 #include "tsRtm/types/Failure.hpp"
 #include "tsRtm/validation/iBankRegister.hpp"
+#include "tsRtm/validation/iValidChecker.hpp"
 #include "tsRtm/validation/iValidControl.hpp"
 
 namespace tsRtm::test {
@@ -98,6 +99,26 @@ class TestForm final : public iValidForm {
  public:
     std::shared_ptr<iControlList> Controls() const override { return controls; }
     std::shared_ptr<TestControls> controls = std::make_shared<TestControls>();
+};
+
+// Grades what it is told to, and counts how it is used.
+struct OwnChecker final : iValidChecker {
+    void Dispose() override { ++disposed; }
+    eValidResult Check(const std::shared_ptr<iValidControl>&, TextView value) override {
+        ++checked;
+        if (throws) raise(5, u"OwnChecker", u"");
+        seen = value;
+        if (const auto call = onCheck) call();  // which may take itself away
+        return grade;
+    }
+    Text ErrorMsg() const override { return u"kurz " + seen; }
+    Text Msg() const override { return longText; }
+
+    eValidResult grade = validOK;
+    Text seen, longText;
+    bool throws = false;
+    int32 checked = 0, disposed = 0;
+    std::function<void()> onCheck;
 };
 
 // Knows the banks it is told.

@@ -1,5 +1,5 @@
 // Validators on the controls of a form: what is heard, what is shown, and what a form asks for at its end.
-#include <gtest/gtest.h>
+#include <set>
 
 #include "tests/support/TestGround.hpp"
 #include "tests/support/Told.hpp"
@@ -25,25 +25,6 @@ class Validator : public ::testing::Test {
     std::shared_ptr<TestForm> form = std::make_shared<TestForm>();
     std::shared_ptr<TestControl> amount = std::make_shared<TestControl>(u"txtBetrag");
     clsValidationHelper checks;
-};
-
-// Grades what it is told to, and counts how it is used.
-struct OwnChecker final : iValidChecker {
-    void Dispose() override { ++disposed; }
-    eValidResult Check(const std::shared_ptr<iValidControl>&, TextView value) override {
-        if (throws) raise(5, u"OwnChecker", u"");
-        seen = value;
-        if (onCheck) onCheck();
-        return grade;
-    }
-    Text ErrorMsg() const override { return u"kurz " + seen; }
-    Text Msg() const override { return longText; }
-
-    eValidResult grade = validOK;
-    Text seen, longText;
-    bool throws = false;
-    int32 disposed = 0;
-    std::function<void()> onCheck;
 };
 
 TEST_F(Validator, EachChangeIsGradedAndShown) {
@@ -100,6 +81,7 @@ TEST_F(Validator, AClickExplains) {
     auto own = std::make_shared<OwnChecker>();
     checks.Add(form, amount, Numeric, 0, {}, {}, {}, own);
     library.ground.ui.defaultAnswer = 1;
+    std::set<BytesView> pictures;
     const std::tuple<eValidResult, int32, int32> cases[] = {{validInfo, 16005, dlgInformation},
                                                             {validQuestion, 16003, dlgQuestion},
                                                             {validWarning, 16004, dlgExclamation},
@@ -109,13 +91,14 @@ TEST_F(Validator, AClickExplains) {
         own->longText = grade == validInfo ? u"" : u"lang @ breit";
         amount->type(u"x");
         EXPECT_EQ(picture(u"ValtxtBetrag")->resource, resource);
-        EXPECT_FALSE(StatusPictureSvg(resource).empty());
+        pictures.insert(StatusPictureSvg(resource));
         picture(u"ValtxtBetrag")->clicked();
         const auto& box = library.ground.ui.boxes.back();
         EXPECT_EQ(std::pair(box.title + u"|" + box.body, box.buttons),
                   std::pair(Text(u"Validator|") + (grade == validInfo ? u"kurz x" : u"lang @ breit"), icon));
     }
     EXPECT_EQ(amount->focused, 4);
+    EXPECT_TRUE(pictures.size() == 4 && !pictures.contains({})) << "each grade has its own";
 }
 
 TEST_F(Validator, OnlySomeControlsAreHeard) {
@@ -184,12 +167,7 @@ TEST_F(Validator, NothingThatThrowsReachesTheForm) {
 }
 
 TEST_F(Validator, TypesBringTheirModesAndTexts) {
-    struct Case {
-        eValidatorType type;
-        int32 options;
-        TextView params, good, bad, message;
-    };
-    const Case cases[] = {
+    const std::tuple<eValidatorType, int32, TextView, TextView, TextView, TextView> cases[] = {
         {IsLike, 0, u"/Pattern:^[0-9]+$", u"12", u"x",
          u"Die Eingabe entspricht nicht der Vorgabe für dieses Feld."},
         {PLZundOrt, 0, u"", u"12345 Ort", u"12345", u"Keine gültige Ortsangabe"},

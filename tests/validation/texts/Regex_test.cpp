@@ -15,39 +15,36 @@ namespace tsRtm {
 namespace {
 
 TEST(Regex, FindsWhatThePatternSays) {
-    struct Case {
-        TextView pattern;
-        std::vector<TextView> fits, others;
-    };
-    const Case cases[] = {{u"", {u"", u"x"}, {}},
-                          {u"^abc$", {u"abc"}, {u"abc\n", u"\nabc", u"xabc", u"ABC"}},
-                          {u"a|^b$|c", {u"xax", u"b", u"c"}, {u"bb", u""}},
-                          {u"^(ab?)+$", {u"a", u"ab", u"aab", u"abab"}, {u"abb", u""}},
-                          {u"^a{2,3}$", {u"aa", u"aaa"}, {u"a", u"aaaa"}},
-                          {u"^a{2}b{1,}c{0}$", {u"aab", u"aabb"}, {u"aabc", u"aa"}},
-                          {u"a{,2}|x{", {u"a{,2}", u"x{"}, {u"aa"}},
-                          {u"^[a-c\\d_-]+$", {u"a1_-c"}, {u"d", u""}},
-                          {u"^[^a-c]$", {u"d", u"ä"}, {u"a", u""}},
-                          {u"^[]a]", {}, {u"]a]", u"a"}},
-                          {u"^[^]$", {u"x", u"\n"}, {u""}},
-                          {u"^[\\]\\\\^-]+$", {u"]\\^-"}, {u"["}},
-                          {u"^[a-\\d]+$", {u"a-7"}, {u"b"}},
-                          {u"^.$", {u"x", u"€"}, {u"\n", u"\r", u"\u2028", u"", u"xx"}},
-                          {u"\\bab\\b",
-                           {u"ab", u"x ab.",
-                            u"ä"
-                            u"ab"},
-                           {u"xab", u"abc"}},
-                          {u"a\\Bb", {u"ab"}, {u"a b"}},
-                          {u"^\\w+\\s\\S\\W$", {u"a_1 x-", u"A\u00A0ä!"}, {u"a1x-", u"ä  -"}},
-                          {u"^\\x41\\u00e4\\t\\.\\/\\-\\cA$", {u"Aä\t./-\u0001"}, {u"Aa\t./-\u0001"}},
-                          {u"^(a)(b)?\\1\\2$", {u"aa", u"abab"}, {u"aba", u"ab"}},
-                          {u"^(a*)\\1$", {u"", u"aa", u"aaaa"}, {u"aaa"}},
-                          {u"^(?=.*\\d)(?!.*x)[a-z\\d]+$", {u"ab1"}, {u"ab", u"ax1", u"1-"}},
-                          {u"^(?:(?=(a+))\\1)b$", {u"aab"}, {u"aac"}},
-                          {u"^(a*)*$", {u"", u"aaa"}, {u"b"}},
-                          {u"^(a*?|b)*?c+?$", {u"c", u"aabbcc"}, {u"ad"}},
-                          {u"(^a|b$)", {u"ax", u"xb"}, {u"xa", u"bx"}}};
+    const std::tuple<TextView, std::vector<TextView>, std::vector<TextView>> cases[] = {
+        {u"", {u"", u"x"}, {}},
+        {u"^abc$", {u"abc"}, {u"abc\n", u"\nabc", u"xabc", u"ABC"}},
+        {u"a|^b$|c", {u"xax", u"b", u"c"}, {u"bb", u""}},
+        {u"^(ab?)+$", {u"a", u"ab", u"aab", u"abab"}, {u"abb", u""}},
+        {u"^a{2,3}$", {u"aa", u"aaa"}, {u"a", u"aaaa"}},
+        {u"^a{2}b{1,}c{0}$", {u"aab", u"aabb"}, {u"aabc", u"aa"}},
+        {u"a{,2}|x{", {u"a{,2}", u"x{"}, {u"aa"}},
+        {u"^[a-c\\d_-]+$", {u"a1_-c"}, {u"d", u""}},
+        {u"^[^a-c]$", {u"d", u"ä"}, {u"a", u""}},
+        {u"^[]a]", {}, {u"]a]", u"a"}},
+        {u"^[^]$", {u"x", u"\n"}, {u""}},
+        {u"^[\\]\\\\^-]+$", {u"]\\^-"}, {u"["}},
+        {u"^[a-\\d]+$", {u"a-7"}, {u"b"}},
+        {u"^.$", {u"x", u"€"}, {u"\n", u"\r", u"\u2028", u"", u"xx"}},
+        {u"\\bab\\b",
+         {u"ab", u"x ab.",
+          u"ä"
+          u"ab"},
+         {u"xab", u"abc"}},
+        {u"a\\Bb", {u"ab"}, {u"a b"}},
+        {u"^\\w+\\s\\S\\W$", {u"a_1 x-", u"A\u00A0ä!"}, {u"a1x-", u"ä  -"}},
+        {u"^\\x41\\u00e4\\t\\.\\/\\-\\cA$", {u"Aä\t./-\u0001"}, {u"Aa\t./-\u0001"}},
+        {u"^(a)(b)?\\1\\2$", {u"aa", u"abab"}, {u"aba", u"ab"}},
+        {u"^(a*)\\1$", {u"", u"aa", u"aaaa"}, {u"aaa"}},
+        {u"^(?=.*\\d)(?!.*x)[a-z\\d]+$", {u"ab1"}, {u"ab", u"ax1", u"1-"}},
+        {u"^(?:(?=(a+))\\1)b$", {u"aab"}, {u"aac"}},
+        {u"^(a*)*$", {u"", u"aaa"}, {u"b"}},
+        {u"^(a*?|b)*?c+?$", {u"c", u"aabbcc"}, {u"ad"}},
+        {u"(^a|b$)", {u"ax", u"xb"}, {u"xa", u"bx"}}};
     for (const auto& [pattern, fits, others] : cases) {
         const Regex regex(pattern);
         for (const TextView text : fits)
