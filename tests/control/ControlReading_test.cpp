@@ -1,6 +1,4 @@
 // Reading structure files: every form, what follows from them, and what must not be believed.
-#include <gtest/gtest.h>
-
 #include "tests/control/ControlTest.hpp"
 #include "tsRtm/control/clsMasken.hpp"
 #include "tsRtm/types/Failure.hpp"
@@ -13,8 +11,7 @@ using namespace std::string_literals;
 using ControlReading = FieldsTest;
 
 TEST_F(ControlReading, TheExampleGivesItsStructure) {
-    const auto control = openedText(kExample);
-    ASSERT_TRUE(control);
+    const auto control = structure(kExample);
     EXPECT_TOLD("yes|no|/daten/Kunden.DBD|/daten/Kunden|Control", control->IstAnsi(), control->IstUnicode(),
                 control->DBDir(), control->DBName(), control->Name());
     EXPECT_EQ(control->Typ(), ControlTyp_DB);
@@ -34,8 +31,7 @@ TEST_F(ControlReading, TheExampleGivesItsStructure) {
 }
 
 TEST_F(ControlReading, OpenedAgainItKnowsTheOtherFileAlone) {
-    const auto control = openedText(kExample);
-    ASSERT_TRUE(control);
+    const auto control = structure(kExample);
     EXPECT_TOLD("1|0", control->FeldNummer(u"name"), control->Masken()->Count());
     write(u"Kopf.MASKE", "TS1,0\r\n");
     write(u"Andere.tsd", "TS1,1\r\n0,1,1,4,1,\"Ort@@7ORT\"\r\n9,7,0\r\n0\r\n");
@@ -84,8 +80,7 @@ TEST_F(ControlReading, EveryFormReadsTheSame) {
 TEST_F(ControlReading, HeadsThatSayLittle) {
     for (const char* head : {"TS1,0\r\n", "TS1,0", "Hallo\r\n"})
         EXPECT_EQ(openedText(head)->Felder(), 0) << head;
-    const auto withoutLimits = openedText("TS1,1\r\n0,1,1,8,1,\"A\"\r\n\r\n");
-    ASSERT_TRUE(withoutLimits);
+    const auto withoutLimits = structure("TS1,1\r\n0,1,1,8,1,\"A\"\r\n\r\n");
     EXPECT_TOLD("0|0", withoutLimits->MaxRecords(), withoutLimits->Indizes());
     EXPECT_FALSE(openedText("TS3,0\r\n")) << "a version of the future";
     EXPECT_TRUE(shown().empty());
@@ -94,7 +89,7 @@ TEST_F(ControlReading, HeadsThatSayLittle) {
 TEST_F(ControlReading, FieldsFallIntoTheirLists) {
     for (const TextView name : {u"KetteCtl.002", u"KetteCtl.003"})
         write(name, "TS1,1\r\n0,1,1,4,1,\"K\"\r\n0,50,0\r\n");
-    const auto control = openedText(
+    const auto control = structure(
         "TS1,9\r\n"
         "0,1,1,60,22,\"Memo\"\r\n"
         "0,2,1,5,38,\"Kette\"\r\n"
@@ -107,7 +102,6 @@ TEST_F(ControlReading, FieldsFallIntoTheirLists) {
         "0,9,1,3,1025,\"Unicode\"\r\n"
         "1,32768,1\r\n"
         "4,8,0\r\n");
-    ASSERT_TRUE(control);
     const auto field = [&](int32 n) -> const TSIO& { return control->field(n); };
     EXPECT_TOLD("2|60|no|2", control->AnzahlMemos(), control->Memo(1)->Breit(), control->Memo(2) != nullptr,
                 control->AnzahlKetten());
@@ -131,7 +125,7 @@ TEST_F(ControlReading, FieldsFallIntoTheirLists) {
 }
 
 TEST_F(ControlReading, FaultsOfTheStructureAreShownAndReadingGoesOn) {
-    const auto control = openedText(
+    const auto control = structure(
         "TS1,4\r\n"
         "0,1,1,8,1,\"A@@7NAME\"\r\n"
         "0,1,1,8,1,\"B@@7name\"\r\n"
@@ -142,7 +136,6 @@ TEST_F(ControlReading, FaultsOfTheStructureAreShownAndReadingGoesOn) {
         "1,2,0\r\n"
         "FEHLT,5,-1\r\n"
         "4,0,0\r\n");
-    ASSERT_TRUE(control);
     EXPECT_TOLD("1|4|2|4|0|0|0", control->FeldNummer(u"NAME"), control->Indizes(), control->Index(2, 2),
                 control->Index(4), control->Index(3, 1), control->Index(3, 2), control->Index(3, 3))
         << "the first entry stays";
@@ -159,8 +152,7 @@ TEST_F(ControlReading, FaultsOfTheStructureAreShownAndReadingGoesOn) {
 }
 
 TEST_F(ControlReading, IndexesChangeInMemory) {
-    const auto control = openedText(kExample);
-    ASSERT_TRUE(control);
+    const auto control = structure(kExample);
     EXPECT_TRUE(control->IndexHinzu(2, 1));
     for (const auto& [first, second, third] : {std::tuple{0, 0, 0}, {4, 0, 0}, {1, -1, 0}, {1, 0, 4}})
         EXPECT_FALSE(control->IndexHinzu(first, second, third));
@@ -197,8 +189,7 @@ TEST_F(ControlReading, HostileFilesAreRefused) {
 
     // A memo states the length of its blocks, which do not lie in the record.
     ASSERT_TRUE(openedText("TS1,1\r\n0,1,1,40000,22,\"A\"\r\n"));
-    const auto widest = openedText("TS1,9999\r\n" + repeated("0,1,1,32767,1025,A\r\n", 9999));
-    ASSERT_TRUE(widest);
+    const auto widest = structure("TS1,9999\r\n" + repeated("0,1,1,32767,1025,A\r\n", 9999));
     EXPECT_EQ(widest->SatzLaenge(), 9999 * 32767 * 2);
 }
 

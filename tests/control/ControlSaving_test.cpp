@@ -1,6 +1,4 @@
 // Writing structure files.
-#include <gtest/gtest.h>
-
 #include "tests/control/ControlTest.hpp"
 #include "tests/support/CrashingFiles.hpp"
 #include "tests/support/Raised.hpp"
@@ -24,13 +22,14 @@ TEST_F(ControlSaving, GivesEveryFormBackByteForByte) {
         {"Unicode",
          "\xEF\xBB\xBFTS2,1\r\n0,1,1,8,1,\"\xE2\x82\xAC \xCE\xB1 "
          "\xF0\x9D\x84\x9E\"\r\n9,7,1\r\n1,0,0\r\n0\r\n"},
+        {"an index over three fields",
+         "TS1,3\r\n0,1,1,1,1,\"A\"\r\n0,1,1,1,1,\"B\"\r\n0,1,1,1,1,\"C\"\r\n4,7,1\r\n3,1,2\r\n0\r\n"},
         {"no fields", "TS1,0\r\n1,0,0\r\n0\r\n"},
         {"negative numbers and blanks", "TS1,1\r\n-1,-2,-3,0,-4,\"  A@ h @7N\"\r\n1,-5,0\r\n0\r\n"},
         {"memo with its block length", "TS1,2\r\n0,1,1,3,1,\"A\"\r\n0,1,1,60,22,\"M\"\r\n9,7,0\r\n0\r\n"}};
     for (const auto& [what, bytes] : rows) {
         SCOPED_TRACE(what);
-        const auto control = openedText(bytes);
-        ASSERT_TRUE(control);
+        const auto control = structure(bytes);
         control->Save();
         EXPECT_EQ(read(u"Control.tsd"), bytes);
         EXPECT_EQ(read(u"Control.tmp"), std::nullopt);
@@ -38,8 +37,7 @@ TEST_F(ControlSaving, GivesEveryFormBackByteForByte) {
 }
 
 TEST_F(ControlSaving, WritesWhatChangedAndOldVersionsAsOne) {
-    const auto control = openedText("TS0,1\n0,1,1,8,1,\"Lang_\"\n\"er Titel\"\n1,10,0");
-    ASSERT_TRUE(control);
+    const auto control = structure("TS0,1\n0,1,1,8,1,\"Lang_\"\n\"er Titel\"\n1,10,0");
     write(u"Params.tsd", "veraltet");
     control->MaxRecords(20);
     EXPECT_TRUE(control->IndexHinzu(1));
@@ -51,16 +49,14 @@ TEST_F(ControlSaving, WritesWhatChangedAndOldVersionsAsOne) {
 // A name that nobody knows is not lost.
 TEST_F(ControlSaving, MasksKeepTheNamesOfTheirFields) {
     write(u"Kopf.MASKE", "TS1,3\r\n0,1,1,8,1,NAME,\"A\"\r\n0,2,1,8,1,3,\"B\"\r\n0,1,1,8,1,FEHLT,\"C\"\r\n");
-    const auto control = openedText(kExample);
-    ASSERT_TRUE(control);
+    const auto control = structure(kExample);
     control->Maske(u"Kopf")->Save();
     EXPECT_EQ(read(u"Kopf.MASKE"),
               "TS1,3\r\n0,1,1,8,1,1,\"A\"\r\n0,2,1,8,1,3,\"B\"\r\n0,1,1,8,1,FEHLT,\"C\"\r\n");
 }
 
 TEST_F(ControlSaving, RefusesTitlesThatTheFileCannotHold) {
-    const auto control = openedText(kExample);
-    ASSERT_TRUE(control);
+    const auto control = structure(kExample);
     for (const TextView title :
          {u"zwei\r\nZeilen", u"LF\n", u"Fortsetzung_", u"Ende\u001A", u"Alpha \u03B1"}) {
         control->Feld(2)->Titel(title);
@@ -77,8 +73,7 @@ TEST_F(ControlSaving, RefusesTitlesThatTheFileCannotHold) {
 }
 
 TEST_F(ControlSaving, ASecondWriterIsKeptOut) {
-    const auto control = openedText(kExample);
-    ASSERT_TRUE(control);
+    const auto control = structure(kExample);
     write(u"Control.tmp", "");
     {
         const auto other =
@@ -92,8 +87,7 @@ TEST_F(ControlSaving, ASecondWriterIsKeptOut) {
 
 // What stands at the end of a Save that did not go through: the old file, whole, and no temporary one.
 TEST_F(ControlSaving, AFailureAtAnyCallLeavesTheOldFile) {
-    const auto control = openedText(kExample);
-    ASSERT_TRUE(control);
+    const auto control = structure(kExample);
     control->MaxRecords(2000);
     for (int64 n = 1;; ++n) {
         SCOPED_TRACE(n);
@@ -116,8 +110,7 @@ TEST_F(ControlSaving, AFailureAtAnyCallLeavesTheOldFile) {
 }
 
 TEST_F(ControlSaving, AProcessKilledAnywhereLeavesAWholeFile) {
-    const auto control = openedText(kExample);
-    ASSERT_TRUE(control);
+    const auto control = structure(kExample);
     control->MaxRecords(2000);
     auto expected = Bytes(kExample);
     expected.replace(expected.find(",1000,"), 6, ",2000,");
@@ -127,15 +120,12 @@ TEST_F(ControlSaving, AProcessKilledAnywhereLeavesAWholeFile) {
         CrashingFiles process(files);
         auto ground = library.ground.on(process);
         rtmMain::TEST_restart(ground);
-        process.dieAt(n, CrashingFiles::LastWrite::firstHalf);
-        try {
-            control->Save();
-        } catch (const ProcessDied&) {
-        }
+        const bool died = process.diesAt(n, CrashingFiles::LastWrite::firstHalf,
+                                         CrashingFiles::Manner::throws, [&] { control->Save(); });
         library.restart();
         const auto found = read(u"Control.tsd");
         EXPECT_TRUE(found == kExample || found == expected);
-        if (!process.died()) break;
+        if (!died) break;
     }
     EXPECT_EQ(read(u"Control.tsd"), expected);
     EXPECT_EQ(read(u"Control.tmp"), std::nullopt) << "what a killed one left is taken over";

@@ -1,8 +1,7 @@
 #pragma once
 // The ground of all tests of this room, and a structure file that most of them start from.
-#include <gtest/gtest.h>
-
 #include <optional>
+#include <stdexcept>
 
 #include "tests/support/FailingFiles.hpp"
 #include "tests/support/MemoryFiles.hpp"
@@ -40,6 +39,13 @@ class FieldsTest : public ::testing::Test {
     std::shared_ptr<clsControl> openedText(BytesView bytes, TextView name = u"Control.tsd") {
         write(name, bytes);
         return opened(name);
+    }
+
+    // The same where nothing may refuse it.
+    std::shared_ptr<clsControl> structure(BytesView bytes) {
+        auto control = openedText(bytes);
+        if (!control) throw std::runtime_error("refused");
+        return control;
     }
 
     std::vector<Text> shown() const {

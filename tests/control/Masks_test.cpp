@@ -1,6 +1,4 @@
 // Masks, files by the name of a database, and references to objects.
-#include <gtest/gtest.h>
-
 #include "tests/control/ControlTest.hpp"
 #include "tsRtm/control/clsCTL.hpp"
 #include "tsRtm/control/clsMasken.hpp"
@@ -15,8 +13,7 @@ TEST_F(Masks, AreListedOnceAndOpenedByNumberOrName) {
           "TS1,3\r\n0,1,1,8,1,name,\"A@@7X\"\r\n0,2,1,8,1,2,\"B@@7X\"\r\n0,3,1,8,1,FEHLT,\"C\"\r\n");
     write(u"alt.maske", "1\r\n0,1,1,8,1,1,\"Stra\xE1\x65\"\r\n");
     write(u"Anderes.txt", "");
-    const auto control = openedText(kExample);
-    ASSERT_TRUE(control);
+    const auto control = structure(kExample);
     const auto masks = control->Masken();
     ASSERT_EQ(masks->Count(), 2);
     write(u"Neu.MASKE", "TS1,0\r\n");
@@ -79,7 +76,7 @@ TEST_F(Masks, ControlsOpenByTheNameOfADatabaseOrAFile) {
 }
 
 TEST_F(Masks, FieldsReferToObjects) {
-    const auto control = openedText(
+    const auto control = structure(
         "TS1,5\r\n"
         "0,1,1,8,1,\"A@@7A:Adresse(1).Name, Adresse(3).Ort\"\r\n"
         "0,1,1,8,1,\"B@@7B:adresse.Land,Adresse(9).X\"\r\n"
@@ -87,7 +84,6 @@ TEST_F(Masks, FieldsReferToObjects) {
         "0,1,1,8,1,\"D@@7D:Konto(x).Nr\"\r\n"
         "0,1,1,8,1,\"E@@7E\"\r\n"
         "1,1,0\r\n");
-    ASSERT_TRUE(control);
     // An entry without an index ends the scan of its field.
     EXPECT_TOLD("3|2|-1", control->ObjectCount(u"Adresse"), control->ObjectCount(u"konto"),
                 control->ObjectCount(u"Fehlt"));

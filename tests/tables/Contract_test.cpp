@@ -1,5 +1,5 @@
 // What a list, a table of cells and a table of rows promise alike, each in its own form of the file.
-#include "tests/tables/Kinds.hpp"
+#include "tests/tables/TablesTest.hpp"
 
 namespace tsRtm::test {
 namespace {

@@ -15,7 +15,7 @@ class ShortcutsTest : public TablesTest {
             "mfg\r\nMit freundlichen Gr\xFC\xDF"
             "en\r\n"
             "zz\r\n  Zeile 1^MZeile 2  \r\n"
-            "bs\r\n~065~000~128^~9x~66\r\n"
+            "bs\r\n~065~000~128^~9x~66~255\r\n"
             "zu lang\r\nnie\r\n\r\nnie\r\n"
             "tag\r\n#D0\r\n"
             "raus\r\n#U\r\n"
@@ -32,13 +32,13 @@ class ShortcutsTest : public TablesTest {
 
 // Five characters of an offset count, the sign is one; a day that no calendar has gives an empty text.
 TEST_F(ShortcutsTest, Expand) {
-    for (const auto& [input, output] :
-         test::table<2>(u"mfg>Mit freundlichen Grüßen; MFG>=MFG; >=; zz>Zeile 1\rZeile 2; bs>A~000€^\t66; zu "
-                        u"lang>=zu lang; nie>=nie; tag>28022024; raus>; #X>=#X; #U>; #Z>09:05; #Z0>0905; "
-                        u"#Z8>09:05:07; #Z7>=#Z7; #D>28.02.2024; #D+7>06.03.2024; #D8+2 Tage>01.03.2024; "
-                        u"#DZ>28.02.2024 09:05; #D0+1>29022024; #D6>28.02.24; #DT>28. Februar 2024; "
-                        u"#DW-2>Montag, 26. Februar 2024; #DX>=#DX; #D+12345>16.07.2027",
-                        u"; ", u">"))
+    for (const auto& [input, output] : test::table<2>(
+             u"mfg>Mit freundlichen Grüßen; MFG>=MFG; >=; zz>Zeile 1\rZeile 2; bs>A~000€^\t66ÿ; zu "
+             u"lang>=zu lang; nie>=nie; tag>28022024; raus>; #X>=#X; #U>; #Z>09:05; #Z0>0905; "
+             u"#Z8>09:05:07; #Z7>=#Z7; #D>28.02.2024; #D+7>06.03.2024; #D8+2 Tage>01.03.2024; "
+             u"#DZ>28.02.2024 09:05; #D0+1>29022024; #D6>28.02.24; #DT>28. Februar 2024; "
+             u"#DW-2>Montag, 26. Februar 2024; #DX>=#DX; #D+12345>16.07.2027",
+             u"; ", u">"))
         EXPECT_EQ(after(input), toUtf8(output)) << toUtf8(input);
     for (const auto& input :
          split(u"#D+ #D+- #D-+-+-+-+ #D+9E99 #D-9E9 #D6-9E9 #DW+9E9 #DT-9999999 #D----------------+", u" "))

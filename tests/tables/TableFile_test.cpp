@@ -1,12 +1,10 @@
 // What a process leaves that dies while it stores, what faults of the disk leave, and several processes on
 // one file.
-#include <gtest/gtest.h>
-
 #include "tests/support/ChildProcess.hpp"
 #include "tests/support/CrashingFiles.hpp"
 #include "tests/support/FailingFiles.hpp"
 #include "tests/support/TempFolder.hpp"
-#include "tests/tables/Kinds.hpp"
+#include "tests/tables/TablesTest.hpp"
 #include "tsRtm/platform/posix/PosixPlatform.hpp"
 
 namespace tsRtm::test {
@@ -88,13 +86,8 @@ TEST_P(Storing, ADyingProcessLeavesAWholeVersion) {
             MemoryFiles disk;
             prepare(disk);
             CrashingFiles files(disk);
-            files.dieAt(n, last);
             SCOPED_TRACE(testing::Message() << "killed at change " << n);
-            try {
-                work(files);
-            } catch (const ProcessDied&) {
-            }
-            if (!files.died()) {
+            if (!files.diesAt(n, last, CrashingFiles::Manner::throws, [&] { work(files); })) {
                 EXPECT_EQ(disk.dump(kFile), form.after);
                 EXPECT_GT(n, 1);
                 break;
@@ -174,12 +167,11 @@ class SharedFile : public testing::TestWithParam<bool> {
         return true;
     }
     int write(int32 seed, bool sensible) {
-        DatenTab table;
-        table.Init(name, kColumns);
-        table.Sensible(sensible);
+        const auto table = onFile<DatenTab>(name, kColumns);
+        table->Sensible(sensible);
         for (int32 i = 0; i < 60; ++i) {
-            fill(table, seed + i);
-            table.Commit();
+            fill(*table, seed + i);
+            table->Commit();
         }
         return 0;
     }
@@ -200,9 +192,8 @@ TEST_P(SharedFile, ReadersSeeWholeVersionsAndWritersLeaveOne) {
     ChildProcess reader([&](ChildProcess::Line& line) {
         line.say('R');
         for (int32 i = 0; i < 300; ++i) {
-            DatenTab table;
-            table.Init(name, kColumns);
-            if (!whole(table)) return 1;
+            const auto table = onFile<DatenTab>(name, kColumns);
+            if (!whole(*table)) return 1;
         }
         return 0;
     });
@@ -210,9 +201,8 @@ TEST_P(SharedFile, ReadersSeeWholeVersionsAndWritersLeaveOne) {
     for (const auto& writer : writers) writer->line().say('G');
     for (const auto& writer : writers) EXPECT_EQ(writer->wait(), 0);
     EXPECT_EQ(reader.wait(), 0);
-    DatenTab table;
-    table.Init(name, kColumns);
-    EXPECT_TRUE(whole(table));
+    const auto table = onFile<DatenTab>(name, kColumns);
+    EXPECT_TRUE(whole(*table));
     EXPECT_EQ(std::filesystem::status(toUtf8(name)).permissions(), ownerAlone) << "open to others now";
     // Nothing is left beside it.
     EXPECT_EQ(platform::posixPlatform().files.list(temp.name()).value().size(), 1U);
@@ -223,9 +213,8 @@ INSTANTIATE_TEST_SUITE_P(Forms, SharedFile, testing::Bool(),
 
 TEST_F(SharedFile, LinesAddedByTwoProcessesAreAllThere) {
     const auto add = [&](TextView what) {
-        DatenSeq list;
-        list.Init(name, 0, {}, true);
-        for (int32 i = 0; i < 100; ++i) list.Add(Text(what) + toText(i));
+        const auto list = onFile<DatenSeq>(name, 0, u"", true);
+        for (int32 i = 0; i < 100; ++i) list->Add(Text(what) + toText(i));
         return 0;
     };
     add(u"start");
@@ -236,10 +225,9 @@ TEST_F(SharedFile, LinesAddedByTwoProcessesAreAllThere) {
     other.line().say('G');
     add(u"ours");
     EXPECT_EQ(other.wait(), 0);
-    DatenSeq list;
-    list.Init(name);
-    EXPECT_EQ(list.Count(), 300);
-    auto lines = linesIn(list);
+    const auto list = onFile<DatenSeq>(name);
+    EXPECT_EQ(list->Count(), 300);
+    auto lines = linesIn(*list);
     std::sort(lines.begin(), lines.end());
     EXPECT_EQ(std::unique(lines.begin(), lines.end()), lines.end());
 }
