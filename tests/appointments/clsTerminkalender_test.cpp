@@ -4,8 +4,8 @@
 #include <set>
 
 #include "tests/database/DatabaseFixture.hpp"
-#include "tests/support/ChildProcess.hpp"
 #include "tests/support/CrashingFiles.hpp"
+#include "tests/support/Table.hpp"
 #include "tsRtm/appointments/keys/DueRule.hpp"
 #include "tsRtm/database/clsTSRecordSet.hpp"
 
@@ -41,6 +41,18 @@ std::string subjects(const std::shared_ptr<clsTermine>& list) {
 
 class Kalender : public ::testing::Test {
  protected:
+    // What another process does at the store.
+    template <class Work>
+    void others(Work work) {
+        files.as(2);
+        {
+            Workplace there(files);
+            work(*there.open());
+        }
+        files.as(0);
+        here.library.restart();
+    }
+
     MemoryFiles disk;
     CrashingFiles files{disk};
     Workplace here{files};
@@ -49,8 +61,7 @@ class Kalender : public ::testing::Test {
 TEST_F(Kalender, MakesItsStoreOrTakesOver) {
     auto calendar = std::make_shared<clsTerminkalender>();
     EXPECT_FALSE(calendar->Init(kStore, nullptr, true, false));
-    EXPECT_EQ(calendar->Termine(), nullptr);
-    EXPECT_EQ(calendar->Add(u"20240101", u"", u"", u"", u""), nullptr);
+    EXPECT_TRUE(!calendar->Termine() && !calendar->Add(u"20240101", u"", u"", u"", u""));
     int32 made = 0, bound = 0;
     const auto created = calendar->Created.connect([&] { ++made; });
     const auto changed = calendar->DBChange.connect([&] { ++bound; });
@@ -87,22 +98,12 @@ TEST_F(Kalender, FindsRolesByNameThenByCaption) {
 // Every day of two years, against the rules by themselves, with and without a cache.
 TEST_F(Kalender, TellsWhatIsDueOnADay) {
     const auto calendar = here.open();
-    struct Row {
-        TextView key, from, to;
-    };
-    const std::vector<Row> rows = {{u"20240229", u"", u""},
-                                   {u"++++++31", u"01022024", u""},
-                                   {u"+++++MO+", u"", u"30062024"},
-                                   {u"+++++FR9", u"", u""},
-                                   {u"++++0229", u"", u""},
-                                   {u"*T000010", u"05012024", u"01032025"},
-                                   {u"*M000002", u"31012024", u""},
-                                   {u"*T000007", u"", u""},
-                                   {u"++++++++", u"10102024", u"12102024"},
-                                   {u"2025++++", u"", u"05012025"}};
+    const auto rows = table<3>(
+        u"20240229 ++++++31=01022024 +++++MO+==30062024 +++++FR9 ++++0229 *T000010=05012024=01032025 "
+        u"*M000002=31012024 *T000007 ++++++++=10102024=12102024 2025++++==05012025");
     for (std::size_t i = 0; i < rows.size(); ++i)
-        add(*calendar, rows[i].key, toText(static_cast<int64>(i)), i % 2 ? u"10:00" : u"", rows[i].from,
-            rows[i].to);
+        add(*calendar, rows[i][0], toText(static_cast<int64>(i)), i % 2 ? u"10:00" : u"", rows[i][1],
+            rows[i][2]);
     const auto deleted = add(*calendar, u"+++++MO+", u"weg");
     deleted->Deleted(true);
     const clsDatum dates;
@@ -110,7 +111,7 @@ TEST_F(Kalender, TellsWhatIsDueOnADay) {
     for (int32 number = first; number < first + 731; number += 1) {
         std::set<std::string> wanted;
         for (std::size_t i = 0; i < rows.size(); ++i)
-            if (appointments::DueRule(rows[i].key, rows[i].from, rows[i].to).on(appointments::dayOf(number)))
+            if (appointments::DueRule(rows[i][0], rows[i][1], rows[i][2]).on(appointments::dayOf(number)))
                 wanted.insert(std::to_string(i));
         calendar->Cachable(number % 3 != 0);
         const auto list = calendar->Termine(dates.KalenderDay(number));
@@ -141,7 +142,7 @@ TEST_F(Kalender, KeepsListsUpToDate) {
         calendar->DayChanged.connect([&](int32 day) { heard += std::to_string(day % 7) + " "; });
     const auto late = add(*calendar, u"20241111", u"b", u"15:00");
     const auto told = [&heard] { return std::exchange(heard, ""); };
-    EXPECT_NE(told().find("Mo1b 0 "), std::string::npos);
+    EXPECT_HOLDS(told(), "Mo1b 0 ");
     EXPECT_EQ(monday->Item(1), late) << "one object for one record";
     add(*calendar, u"+++++MO+", u"a", u"09:00");
     EXPECT_EQ(subjects(monday), "a b");
@@ -156,15 +157,13 @@ TEST_F(Kalender, KeepsListsUpToDate) {
     late->Update();
     EXPECT_EQ(told(), "Di0c 1 ");
     late->Deleted(true);
-    EXPECT_NE(told().find("Di2"), std::string::npos);
+    EXPECT_HOLDS(told(), "Di2");
     EXPECT_EQ(tuesday->Count(), 0);
 
-    EXPECT_EQ(monday->Item(0), nullptr);
-    EXPECT_EQ(monday->Item(2), nullptr);
+    EXPECT_TRUE(!monday->Item(0) && !monday->Item(2));
     EXPECT_EQ(monday->ItemByID(u"2"), monday->Item(1));
     EXPECT_EQ(calendar->Termin(u"00000002"), monday->Item(1));
-    EXPECT_EQ(calendar->Termin(u"77"), nullptr);
-    EXPECT_EQ(calendar->FindTermin(u"77"), nullptr);
+    EXPECT_TRUE(!calendar->Termin(u"77") && !calendar->FindTermin(u"77"));
     calendar->DB(nullptr);
     EXPECT_TOLD("0|Mo3 Di3 ", monday->Count(), told());
     EXPECT_EQ(late->Betreff(), u"") << "let go with its store";
@@ -235,29 +234,22 @@ TEST_F(Kalender, SeesWhatOthersDo) {
     const auto mine = add(*calendar, u"20241111", u"mine");
     add(*calendar, u"20241111", u"both");
     const auto list = calendar->Termine(u"11.11.2024");
-    files.as(2);
-    {
-        Workplace there(files);
-        const auto other = there.open();
-        add(*other, u"20241111", u"new");
-        const auto both = other->Termine(u"11.11.2024")->Item(2);
+    others([](clsTerminkalender& other) {
+        add(other, u"20241111", u"new");
+        const auto both = other.Termine(u"11.11.2024")->Item(2);
         both->Termin(u"20241112");
         EXPECT_TRUE(both->Update());
-        const auto ended = other->TerminAusSatz(1);
+        const auto ended = other.TerminAusSatz(1);
         ended->DatumBis(u"01012024");
         EXPECT_TRUE(ended->Update());
-    }
-    files.as(0);
-    here.library.restart();
+    });
     std::string heard;
     const auto told =
         list->Change.connect([&](eChangeAction action, const std::shared_ptr<clsTermin>& termin) {
             heard += std::to_string(action) + (termin ? toUtf8(termin->Betreff()) : "") + " ";
         });
     EXPECT_TOLD("new|new", subjects(calendar->Termine(u"11.11.2024")), subjects(list));
-    EXPECT_NE(heard.find("1new"), std::string::npos) << heard;
-    EXPECT_NE(heard.find("2mine"), std::string::npos) << heard;
-    EXPECT_NE(heard.find("2both"), std::string::npos) << heard;
+    EXPECT_HOLDS(heard, "1new", "2mine", "2both");
     EXPECT_EQ(subjects(calendar->Termine(u"12.11.2024")), "both");
 
     calendar->DB()->Delete(1);
@@ -281,13 +273,7 @@ TEST_F(Kalender, FindsIdsWithoutAnIndex) {
     const auto calendar = here.open();
     store(*calendar, u"7");
     EXPECT_EQ(calendar->Termin(u"007")->Betreff(), u"Termin 7");
-    files.as(2);
-    {
-        Workplace there(files);
-        store(*there.open(), u"X9");
-    }
-    files.as(0);
-    here.library.restart();
+    others([&](clsTerminkalender& other) { store(other, u"X9"); });
     EXPECT_EQ(calendar->Termin(u"1"), nullptr);
     const auto found = calendar->Termin(u"X9");
     ASSERT_TRUE(found);
@@ -307,16 +293,13 @@ TEST_F(Kalender, SurvivesADeathInTheMiddleOfASeries) {
         files.as(static_cast<int32>(2 * n));
         {
             Workplace dying(files);
-            files.dieAt(n);
-            try {
+            died = files.diesAt(n, [&] {
                 const auto calendar = dying.open();
                 const auto series =
                     calendar->Add(u"*T000007", u"", u"10:00", u"01:00", u"Serie", u"04112024");
                 if (series) series->Memo(u"lang");
                 if (series) series->Update();
-            } catch (const ProcessDied&) {
-            }
-            died = files.died();
+            });
         }
         files.as(static_cast<int32>(2 * n + 1));
         Workplace surviving(files);
@@ -331,42 +314,6 @@ TEST_F(Kalender, SurvivesADeathInTheMiddleOfASeries) {
         EXPECT_TRUE(consistent(*calendar->DB())) << n;
     }
     EXPECT_GT(n, 10);
-}
-
-// The same between processes on the disk.
-TEST(KalenderApart, SeesWhatAnotherProcessDoes) {
-    const TempFolder folder;
-    const clsRtm rtm;
-    const Text name = folder.name(u"Termine");
-    const auto open = [&] {
-        auto calendar = std::make_shared<clsTerminkalender>();
-        EXPECT_TRUE(calendar->Init(name));
-        return calendar;
-    };
-    open();
-    ChildProcess other([&](ChildProcess::Line& line) {
-        const auto calendar = open();
-        for (char order = line.hear(); order != 'E'; order = line.hear()) {
-            if (order == '\0') return 1;
-            const auto termin = order == 'A' ? calendar->Add(u"20241111", u"", u"", u"", u"x")
-                                             : calendar->Termine(u"11.11.2024")->Item(1);
-            if (order == 'M') termin->Termin(u"20241112");
-            if (!termin->Update()) return 2;
-            line.say('D');
-        }
-        return 0;
-    });
-    const auto calendar = open();
-    const auto list = calendar->Termine(u"11.11.2024");
-    for (const auto& [order, due] : {std::pair{'A', 1}, {'A', 2}, {'M', 1}}) {
-        other.line().say(order);
-        ASSERT_EQ(other.line().hear(), 'D');
-        calendar->CheckDB();
-        EXPECT_EQ(list->Count(), due);
-        EXPECT_EQ(calendar->Termine(u"11.11.2024")->Count(), due);
-    }
-    other.line().say('E');
-    EXPECT_EQ(other.wait(), 0);
 }
 
 }  // namespace

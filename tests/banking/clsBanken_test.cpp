@@ -108,13 +108,11 @@ TEST_F(Banken, AreAskedByTheChecker) {
     const Text unknown = clsBanken::IBAN(u"37040045", u"1", false);
     EXPECT_EQ(checker.Check(nullptr, unknown), validOK) << "there is no register";
     import(kFirst);
-    EXPECT_EQ(checker.Check(nullptr, known), validOK);
-    EXPECT_EQ(checker.Check(nullptr, unknown), validError);
-    EXPECT_EQ(toUtf8(checker.ErrorMsg()), "Die Bank zu dieser IBAN wurde nicht gefunden.");
+    EXPECT_TOLD("0|4|Die Bank zu dieser IBAN wurde nicht gefunden.", checker.Check(nullptr, known),
+                checker.Check(nullptr, unknown), checker.ErrorMsg());
     checker.Options(btBLZBIC);
-    EXPECT_EQ(checker.Check(nullptr, u"COLSDE33"), validOK);
-    EXPECT_EQ(checker.Check(nullptr, u"COLSDE34"), validWarning);
-    EXPECT_EQ(checker.Check(nullptr, u"37050199"), validWarning);
+    EXPECT_TOLD("0|3|3", checker.Check(nullptr, u"COLSDE33"), checker.Check(nullptr, u"COLSDE34"),
+                checker.Check(nullptr, u"37050199"));
     EXPECT_EQ(office.rtm.Banken(), clsRtm().Banken()) << "one for all";
 }
 
@@ -130,8 +128,8 @@ TEST_F(Banken, AreChosenFromAList) {
     banks.DB()->SetIndex(bankRegister::kByBic);
     const auto chosen = banks.SelectRecord(fBANKEN_BLZ, u"3704");
     ASSERT_TRUE(chosen);
-    EXPECT_TOLD("Sparkasse|Commerzbank", chosen->Fields(fBANKEN_NAME), firstLine.at(1));
-    EXPECT_EQ(ui.listsShown, std::vector<Text>{u"Auswahl Bank"});
+    EXPECT_TOLD("Sparkasse|Commerzbank|Auswahl Bank", chosen->Fields(fBANKEN_NAME), firstLine.at(1),
+                ui.listsShown);
     EXPECT_EQ(banks.DB()->ActiveIndex(), fBANKEN_BIC);
     EXPECT_FALSE(banks.SelectRecord(fBANKEN_ORT)) << "nothing chosen";
 }
@@ -141,12 +139,11 @@ TEST_F(Banken, AreReplacedAtOnceOrOneByOne) {
     clsBanken banks;
     ASSERT_TRUE(banks.IsOpen());
     const auto beside = import(kSecond);
-    EXPECT_TRUE(beside.complete && beside.beside);
-    EXPECT_EQ((std::vector{beside.changed, beside.added, beside.gone}), (std::vector{1, 1, 1}));
-    EXPECT_EQ(banks.Name(u"37040044"), u"Neue Bank");
-    EXPECT_EQ(banks.Name(u"10000000"), u"Bundesbank") << "a record that this object has not met";
-    EXPECT_EQ(banks.Name(u"37050198"), u"");
-    EXPECT_TOLD("|Bundesbank|4", banks.Name(u"3705"), banks.Name(u"MARKDEF1"), banks.DB()->AnzahlDSaetze());
+    EXPECT_TOLD("yes|yes|1|1|1", beside.complete, beside.beside, beside.changed, beside.added, beside.gone);
+    // The second one is a record that this object has not met.
+    EXPECT_TOLD("Neue Bank|Bundesbank|||Bundesbank|4", banks.Name(u"37040044"), banks.Name(u"10000000"),
+                banks.Name(u"37050198"), banks.Name(u"3705"), banks.Name(u"MARKDEF1"),
+                banks.DB()->AnzahlDSaetze());
     EXPECT_TRUE(consistent(*banks.DB()));
     const auto again = import(kSecond);
     EXPECT_EQ(again.changed + again.added + again.gone, 0);
@@ -162,11 +159,8 @@ TEST_F(Banken, AreKnownByNameUntilSomebodyChangesThem) {
     import(kFirst);
     clsBanken banks;
     for (int32 look = 0; look < 4; ++look) {
-        for (const auto& [key, name] : {std::pair<TextView, TextView>{u"37040044", u"Commerzbank"},
-                                        {u"3705", u"Sparkasse"},
-                                        {u"2", u"Bundesbank"},
-                                        {u"1", u""},
-                                        {u"37040045", u""}})
+        for (const auto& [key, name] :
+             table<2>(u"37040044=Commerzbank 3705=Sparkasse 2=Bundesbank 1= 37040045="))
             EXPECT_EQ(banks.Name(key), name) << look;
         office.ground.clock.advance(std::chrono::seconds(1));
     }
@@ -222,21 +216,17 @@ TEST_F(Banken, SurviveADeathAtEveryChangeOfAnImport) {
             files.as(2);
             Office reader(files);
             clsBanken banks;
-            if (beside) {
-                ASSERT_TRUE(banks.IsOpen());
-            }
+            ASSERT_TRUE(!beside || banks.IsOpen());
             files.as(static_cast<int32>(10 + n));
             Office dying(files);
-            files.dieAt(n, CrashingFiles::LastWrite::none, CrashingFiles::Manner::silently);
-            try {
-                disk.put(u"/neu.txt", kSecond);
-                const auto file = disk.open(u"/neu.txt", {});
-                const auto db = dying.rtm.OpenTSDB(kRegister);
-                BankFileReader rows(**file);
-                if (db) importBanks(rows, *db);
-            } catch (const ProcessDied&) {
-            }
-            const bool died = files.died();
+            disk.put(u"/neu.txt", kSecond);
+            const bool died =
+                files.diesAt(n, CrashingFiles::LastWrite::none, CrashingFiles::Manner::silently, [&] {
+                    const auto file = disk.open(u"/neu.txt", {});
+                    const auto db = dying.rtm.OpenTSDB(kRegister);
+                    BankFileReader rows(**file);
+                    if (db) importBanks(rows, *db);
+                });
             files.as(2);
             files.dieAt(0);
             rtmMain::TEST_restart(reader.library.platform);
@@ -246,8 +236,7 @@ TEST_F(Banken, SurviveADeathAtEveryChangeOfAnImport) {
             EXPECT_TRUE(before == u"Commerzbank" || before == u"Neue Bank" || before.empty()) << n;
             {
                 const auto db = reader.rtm.OpenTSDB(kRegister);
-                ASSERT_TRUE(db) << n;
-                EXPECT_TRUE(consistent(*db)) << n;
+                ASSERT_TRUE(db && consistent(*db)) << n;
             }
             const Text name = banks.Name(u"37040044");
             const Text gone = banks.Name(u"37050198"), added = banks.Name(u"10000000");

@@ -1,6 +1,4 @@
 // Payment files as an application makes them.
-#include <gtest/gtest.h>
-
 #include "tests/support/MemoryFiles.hpp"
 #include "tests/support/Raised.hpp"
 #include "tests/support/TestGround.hpp"
@@ -50,8 +48,7 @@ TEST_F(PaymentFile, IsWrittenByteByByte) {
 }
 
 TEST_F(PaymentFile, IsWrittenWithItsReportToo) {
-    EXPECT_NE(datei->Generate().find(u"Gesamtanzahl der Transaktionen ist kleiner/gleich Null!\r\n"),
-              Text::npos);
+    EXPECT_HOLDS(datei->Generate(), u"Gesamtanzahl der Transaktionen ist kleiner/gleich Null!\r\n");
     EXPECT_EQ(files.dump(u"/bank/DTAZV").size(), 512U);
 
     EXPECT_EQ(datei->Add(order(0.5, u"Fehler GmbH")), u"");
@@ -64,9 +61,9 @@ TEST_F(PaymentFile, IsWrittenWithItsReportToo) {
               "Im Ergebnistext wurden Fehler entdeckt!\r\n");
     EXPECT_EQ(files.dump(u"/bank/DTAZV").size(), 512U + 768);
     datei->Item(1)->IBAN(u"DE");
-    EXPECT_NE(datei->Generate().find(u"Bei der Validierung vom GeldTransfer 1 wurde ein Fehler entdeckt!\r\n"
-                                     u"Fehler: Für \"DE\""),
-              Text::npos);
+    EXPECT_HOLDS(datei->Generate(),
+                 u"Bei der Validierung vom GeldTransfer 1 wurde ein Fehler entdeckt!\r\n"
+                 u"Fehler: Für \"DE\"");
 }
 
 TEST_F(PaymentFile, StaysAsItWasWhereSomethingFails) {
@@ -88,9 +85,9 @@ TEST_F(PaymentFile, StaysAsItWasWhereSomethingFails) {
 TEST_F(PaymentFile, OnlyTransfersInOneFormat) {
     EXPECT_EQ(raisedNumber([&] { datei->Typ(dtaLastschriften); }), 380);
     EXPECT_EQ(datei->Typ(), dtaUeberweisungen);
-    EXPECT_TOLD("321|SEPA.xml", raisedNumber([&] { datei->Generate(SEPA); }), datei->DateiName());
-    EXPECT_EQ(raisedNumber([&] { datei->Generate(static_cast<eDTAFormat>(2)); }), 321);
-    EXPECT_FALSE(FilesTopic::Exist(u"/bank/SEPA.xml"));
+    EXPECT_TOLD("321|SEPA.xml|321|no", raisedNumber([&] { datei->Generate(SEPA); }), datei->DateiName(),
+                raisedNumber([&] { datei->Generate(static_cast<eDTAFormat>(2)); }),
+                FilesTopic::Exist(u"/bank/SEPA.xml"));
 }
 
 TEST_F(PaymentFile, OrdersAreMadeAddedAndFound) {
@@ -113,9 +110,9 @@ TEST_F(PaymentFile, AFieldByItself) {
     EXPECT_TOLD("MUELLER|MUELL", field.FieldValue(), field.toFileString());
     field.FieldValue(u"7");
     field.FieldCharCompletion(-1);
-    EXPECT_EQ(field.toFileString(), u"70000");
+    const Text left = field.toFileString();
     field.IsLeftAligned(false);
-    EXPECT_EQ(field.toFileString(), u"00007");
+    EXPECT_TOLD("70000|00007", left, field.toFileString());
     field.FieldLength(-1);
     EXPECT_TRUE(field.toFileString().starts_with(u"FEHLER: DtaField korrupt.\r\n5\r\n"));
 }

@@ -1,7 +1,5 @@
 #pragma once
 // What all calendar tests stand on: a German ground in June 2026.
-#include <gtest/gtest.h>
-
 #include "tests/support/Table.hpp"
 #include "tests/support/TestGround.hpp"
 #include "tests/support/Told.hpp"

@@ -1,6 +1,4 @@
 // The forms of a date and the way from one to another.
-#include <gtest/gtest.h>
-
 #include "tests/calendar/CalendarTest.hpp"
 #include "tsRtm/calendar/days/DateText.hpp"
 
@@ -10,30 +8,27 @@ namespace {
 using DateForms = CalendarTest;
 
 TEST_F(DateForms, FollowTheOrderOfTheLocale) {
-    struct Row {
-        int32 form;
-        TextView separator, local, shortLocal, kalenderDay;
-    };
     // KalenderDay brings its result to local form twice: true only where the day comes first.
-    const Row rows[] = {{0, u"/", u"12302024", u"123024", u"30122024"},
-                        {1, u".", u"30122024", u"301224", u"30122024"},
-                        {2, u"-", u"20241230", u"241230", u"12302420"}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.form);
-        dateForm(row.form, row.separator);
-        EXPECT_EQ(datum.NormDatum(row.local), u"30122024");
-        EXPECT_EQ(datum.NormDatum(row.shortLocal), u"301224");
-        EXPECT_EQ(datum.LokalDatum(u"30122024"), row.local);
-        EXPECT_EQ(datum.LokalDatum(u"301224"), row.shortLocal);
-        EXPECT_EQ(datum.DateSort(row.local), u"20241230");
-        EXPECT_EQ(datum.DtoC(30, 12, 2024), row.local);
-        EXPECT_EQ(datum.DtoC(30, 12, 24), row.shortLocal);
-        EXPECT_EQ(datum.JulianDay(row.local), 2460675);
-        EXPECT_EQ(datum.KalenderDay(2460675), row.kalenderDay);
-        EXPECT_TRUE(datum.DateOK(row.local));
-        const auto separated = Text(u"30") + Text(row.separator) + u"12" + Text(row.separator) + u"2024";
-        EXPECT_EQ(datum.DateTo6(separated), row.local) << "day first in every locale";
-        EXPECT_EQ(datum.DateTo8(row.local), separated);
+    const std::tuple<int32, TextView, TextView, TextView, TextView> rows[] = {
+        {0, u"/", u"12302024", u"123024", u"30122024"},
+        {1, u".", u"30122024", u"301224", u"30122024"},
+        {2, u"-", u"20241230", u"241230", u"12302420"}};
+    for (const auto& [form, separator, local, shortLocal, kalenderDay] : rows) {
+        SCOPED_TRACE(form);
+        dateForm(form, separator);
+        EXPECT_EQ(datum.NormDatum(local), u"30122024");
+        EXPECT_EQ(datum.NormDatum(shortLocal), u"301224");
+        EXPECT_EQ(datum.LokalDatum(u"30122024"), local);
+        EXPECT_EQ(datum.LokalDatum(u"301224"), shortLocal);
+        EXPECT_EQ(datum.DateSort(local), u"20241230");
+        EXPECT_EQ(datum.DtoC(30, 12, 2024), local);
+        EXPECT_EQ(datum.DtoC(30, 12, 24), shortLocal);
+        EXPECT_EQ(datum.JulianDay(local), 2460675);
+        EXPECT_EQ(datum.KalenderDay(2460675), kalenderDay);
+        EXPECT_TRUE(datum.DateOK(local));
+        const auto separated = Text(u"30") + Text(separator) + u"12" + Text(separator) + u"2024";
+        EXPECT_EQ(datum.DateTo6(separated), local) << "day first in every locale";
+        EXPECT_EQ(datum.DateTo8(local), separated);
     }
     dateForm(0, u"/");
     EXPECT_EQ(datum.AddDayC(u"12312024", 2), u"01022025") << "the third turn makes it local again";
@@ -74,18 +69,14 @@ TEST_F(DateForms, CtoDWidensSixDigits) {
 }
 
 TEST_F(DateForms, DtoCBringsPartsIntoRange) {
-    struct Row {
-        int32 day, month, year;
-        TextView date;
-    };
-    const Row rows[] = {{0, 3, 2024, u"29022024"},   {31, 2, 2023, u"28022023"},
-                        {-5, 1, 2023, u"01012023"},  {1, 0, 2024, u"01122023"},
-                        {1, -12, 2024, u"01122022"}, {1, 25, 2024, u"01012026"},
-                        {99, 4, 2024, u"30042024"},  {1, 1, 100, u"010100"},
-                        {1, 1, 101, u"01010101"},    {2147483647, 2147483647, 2147483647, u"31070617"}};
-    for (const auto& row : rows)
-        EXPECT_EQ(datum.DtoC(row.day, row.month, row.year), row.date)
-            << row.day << '.' << row.month << '.' << row.year;
+    const std::tuple<int32, int32, int32, TextView> rows[] = {
+        {0, 3, 2024, u"29022024"},   {31, 2, 2023, u"28022023"},
+        {-5, 1, 2023, u"01012023"},  {1, 0, 2024, u"01122023"},
+        {1, -12, 2024, u"01122022"}, {1, 25, 2024, u"01012026"},
+        {99, 4, 2024, u"30042024"},  {1, 1, 100, u"010100"},
+        {1, 1, 101, u"01010101"},    {2147483647, 2147483647, 2147483647, u"31070617"}};
+    for (const auto& [day, month, year, date] : rows)
+        EXPECT_EQ(datum.DtoC(day, month, year), date) << day << '.' << month << '.' << year;
 }
 
 TEST_F(DateForms, WordsAndIsoForms) {

@@ -1,8 +1,6 @@
 // Day numbers, the reform of 1582, and all that is counted in days.
 #include "tsRtm/calendar/days/DayNumbers.hpp"
 
-#include <gtest/gtest.h>
-
 #include <chrono>
 
 #include "tests/calendar/CalendarTest.hpp"
@@ -134,18 +132,13 @@ TEST_F(DayNumbers, DatesMoveByDaysAndMonths) {
 }
 
 TEST_F(DayNumbers, FindDateCountsWeekdaysOfAMonth) {
-    struct Row {
-        int32 year, month;
-        Wochentage weekday;
-        int32 count;
-        TextView date;
-    };
-    const Row rows[] = {{2024, 3, Sonntag, 5, u"31032024"}, {2024, 2, Sonntag, 5, u"25022024"},
-                        {2024, 3, Freitag, 1, u"01032024"}, {2024, 3, Montag, 0, u"04032024"},
-                        {2024, 3, Montag, 99, u"25032024"}, {0, 3, Montag, 1, u""},
-                        {2024, 13, Montag, 1, u""},         {2024, 3, static_cast<Wochentage>(7), 1, u""}};
-    for (const auto& row : rows)
-        EXPECT_EQ(datum.FindDate(row.year, row.month, row.weekday, row.count), row.date) << toUtf8(row.date);
+    const std::tuple<int32, int32, Wochentage, int32, TextView> rows[] = {
+        {2024, 3, Sonntag, 5, u"31032024"}, {2024, 2, Sonntag, 5, u"25022024"},
+        {2024, 3, Freitag, 1, u"01032024"}, {2024, 3, Montag, 0, u"04032024"},
+        {2024, 3, Montag, 99, u"25032024"}, {0, 3, Montag, 1, u""},
+        {2024, 13, Montag, 1, u""},         {2024, 3, static_cast<Wochentage>(7), 1, u""}};
+    for (const auto& [year, month, weekday, count, date] : rows)
+        EXPECT_EQ(datum.FindDate(year, month, weekday, count), date) << toUtf8(date);
 }
 
 TEST_F(DayNumbers, TheDateBridgeRaisesOutsideTheGregorianCalendar) {

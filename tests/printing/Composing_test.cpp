@@ -4,6 +4,7 @@
 
 #include "tests/printing/PaperDouble.hpp"
 #include "tests/support/TestGround.hpp"
+#include "tests/support/Told.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
 #include "tsRtm/printing/Druck.hpp"
 #include "tsRtm/types/Failure.hpp"
@@ -28,41 +29,32 @@ class Composing : public ::testing::Test {
 using Lines = std::vector<std::string>;
 
 TEST_F(Composing, StartsWithThePaperThatIsAskedFor) {
-    const struct {
-        int32 rows, anzahl, type;
-        int32 size, width, height, orientation, copies, duplexTyp, bin;
-    } cases[] = {
-        {72, 1, 1, 9, 11906, 16838, 1, 1, 0, 1},
-        {72, 1, 0, 40, 12240, 17280, 1, 1, 0, 8},
-        {36, 1, 2, 0, 12240, 8640, 1, 1, 0, 3},
-        {72, 256 + 2, 1, 9, 16838, 11906, 2, 2, 0, 1},
-        // What is read is not what was given.
-        {72, 512 + 1, 3, 9, 11906, 16838, 1, 1, 1024, 2},
-        {72, 256 + 1024 + 1, 4, 9, 16838, 11906, 2, 1, 512, 5},
-        {72, 1, -3, 9, 11906, 16838, 1, 1, 0, 3},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.anzahl * 100 + c.type);
-        job.Init(c.rows, c.anzahl, c.type, u"A4");
-        EXPECT_EQ(std::tuple(job.PaperSize(), job.Width(), job.Height(), job.Orientation(), job.Copies()),
-                  std::tuple(c.size, c.width, c.height, c.orientation, c.copies));
-        EXPECT_EQ(job.DuplexTyp(), c.duplexTyp);
-        EXPECT_EQ(job.PaperBin(), c.bin);
+    // Size, width, height, orientation, copies, sides and bin; what is read of the sides is not what was
+    // given.
+    const std::tuple<int32, int32, int32, const char*> cases[] = {
+        {72, 1, 1, "9|11906|16838|1|1|0|1"},          {72, 1, 0, "40|12240|17280|1|1|0|8"},
+        {36, 1, 2, "0|12240|8640|1|1|0|3"},           {72, 256 + 2, 1, "9|16838|11906|2|2|0|1"},
+        {72, 512 + 1, 3, "9|11906|16838|1|1|1024|2"}, {72, 256 + 1024 + 1, 4, "9|16838|11906|2|1|512|5"},
+        {72, 1, -3, "9|11906|16838|1|1|0|3"}};
+    for (const auto& [rows, anzahl, type, told] : cases) {
+        SCOPED_TRACE(anzahl * 100 + type);
+        job.Init(rows, anzahl, type, u"A4");
+        EXPECT_TOLD(told, job.PaperSize(), job.Width(), job.Height(), job.Orientation(), job.Copies(),
+                    job.DuplexTyp(), job.PaperBin());
     }
     library.ground.ui.line = u"7";
     job.Init(72, 32767, 1, u"A4");
-    EXPECT_EQ(job.Copies(), 7);
-    EXPECT_EQ(library.ground.ui.asked, std::vector<Text>{u"Test: Anzahl Drucke"});
+    EXPECT_TOLD("7|Test: Anzahl Drucke", job.Copies(), library.ground.ui.asked);
 }
 
 TEST_F(Composing, PutsTextsOnItsGrids) {
     start();
     job.Locate(2, 3);
-    EXPECT_EQ(std::tuple(job.CurrentY(), job.CurrentX(), job.Vorschub()), std::tuple(480, 432, 240));
+    EXPECT_TOLD("480|432|240", job.CurrentY(), job.CurrentX(), job.Vorschub());
     job.Setzen(-1, -1, -1, -1, -1, u"x");
     EXPECT_EQ(job.CurrentY(), 720);
     job.Setzen(100, 200, 10, tsFett, 50, u"");  // sets, and stays there
-    EXPECT_EQ(std::tuple(job.CurrentY(), job.CurrentX()), std::tuple(120, 240));
+    EXPECT_TOLD("120|240", job.CurrentY(), job.CurrentX());
     job.Naechst(u"");
     EXPECT_EQ(job.CurrentY(), 180);
     job.ZS(0, 0, 10, 0, u"Ecke");
@@ -75,10 +67,7 @@ TEST_F(Composing, PutsTextsOnItsGrids) {
 }
 
 TEST_F(Composing, AlignsAlongTheDirectionOfTheText) {
-    const struct {
-        int32 attribute, angle;
-        const char* place;
-    } cases[] = {
+    const std::tuple<int32, int32, const char*> cases[] = {
         {tsRechtbuendig, 0, "5280,6000"},
         {tsZentriert, 0, "6000,6000"},
         {tsRechtbuendig, 180, "8160,6000"},
@@ -87,10 +76,10 @@ TEST_F(Composing, AlignsAlongTheDirectionOfTheText) {
         {tsRechtbuendig, 45, "5702,7018"},
         {tsRechtbuendig + tsZentriert, 0, "6000,6000"},
     };
-    for (const auto& c : cases) {
+    for (const auto& [attribute, angle, place] : cases) {
         start();
-        job.Setzen(5000, 5600, 12, c.attribute, 0, u"ab", c.angle);
-        EXPECT_EQ(lines().back(), std::string(c.place) + " ab") << c.attribute << " " << c.angle;
+        job.Setzen(5000, 5600, 12, attribute, 0, u"ab", angle);
+        EXPECT_EQ(lines().back(), std::string(place) + " ab") << attribute << " " << angle;
     }
     start();
     job.Setzen(0, 1200, 12, tsRechtbuendig, -1, u"a");

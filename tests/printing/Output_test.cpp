@@ -1,11 +1,10 @@
 // The way of composed pages: printer, file, preview, copies, and what stops it.
-#include <gtest/gtest.h>
-
 #include <algorithm>
 
 #include "tests/printing/PaperDouble.hpp"
 #include "tests/support/MemoryFiles.hpp"
 #include "tests/support/TestGround.hpp"
+#include "tests/support/Told.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
 #include "tsRtm/printing/Druck.hpp"
 
@@ -16,12 +15,20 @@ using Lines = std::vector<std::string>;
 
 class Output : public ::testing::Test {
  protected:
-    // Three pages, each ended as applications do it.
-    void compose(int32 pages = 3) {
-        for (int32 n = 1; n <= pages; ++n) {
-            job->mm(10, 10, toText(n));
-            job->Ausgabe();
-        }
+    // A job of one copy.
+    void begin(bool preview = false) { job->Init(72, 1, 1, u"A4", preview); }
+    void page(TextView text) {
+        job->mm(10, 10, text);
+        job->Ausgabe();
+    }
+    // Pages that are ended as applications do it.
+    void compose(int32 pages) {
+        for (int32 n = 1; n <= pages; ++n) page(toText(n));
+        job->Ende();
+    }
+    // The text stands on the last page.
+    void endWith(TextView text) {
+        job->mm(10, 10, text);
         job->Ende();
     }
     // The pages that were played, by their text; "-" an empty side.
@@ -103,7 +110,7 @@ TEST_F(Output, BringsPagesToThePrinter) {
                 }
             }
     anew();
-    job->Init(72, 1, 1, u"A4");
+    begin();
     job->Ende();  // one empty page is a page
     EXPECT_EQ(paper.pages.size(), 1u);
     EXPECT_EQ(paper.pages[0].mappings.front(),
@@ -111,30 +118,31 @@ TEST_F(Output, BringsPagesToThePrinter) {
 }
 
 TEST_F(Output, SetsThePrinterAsFarAsItGoes) {
-    job->Init(36, 1, 2, u"Karte");
-    compose(1);
-    EXPECT_EQ(count("form Karte"), 1);
-    EXPECT_EQ(paper.laser->values[platform::PrinterFeature::paperSize], 2);  // the new form
-    EXPECT_EQ(paper.laser->values[platform::PrinterFeature::paperBin], 3);
-    paper.laser->known.pop_back();
-    paper.laser->refuses = platform::SystemError::fileExists;
+    using enum platform::PrinterFeature;
+    auto& laser = *paper.laser;
+    auto& ui = library.ground.ui;
+    const auto printCard = [&] {
+        job->Init(36, 1, 2, u"Karte");
+        compose(1);
+    };
+    printCard();
+    EXPECT_TOLD("1|2|3", count("form Karte"), laser.values[paperSize],
+                laser.values[paperBin]);  // the new form
+    laser.known.pop_back();
+    laser.refuses = platform::SystemError::fileExists;
     anew();
-    job->Init(36, 1, 2, u"Karte");
-    compose(1);
+    printCard();
     EXPECT_EQ(count("form Karte 215 x 152 mm"), 1);
-    paper.laser->known.pop_back();
-    paper.laser->refuses = platform::SystemError::accessDenied;
-    library.ground.ui.defaultAnswer = 1;
-    job->Init(36, 1, 2, u"Karte");
-    compose(1);
-    ASSERT_EQ(library.ground.ui.boxes.size(), 1u);
-    EXPECT_TRUE(library.ground.ui.boxes[0].headline.starts_with(u"Sie haben nicht die nötigen Rechte"));
-    EXPECT_EQ(job->PaperBinName(), u"Mitte");
-    EXPECT_EQ(job->PaperBinName(9), u"Schacht ID 9");
+    laser.known.pop_back();
+    laser.refuses = platform::SystemError::accessDenied;
+    ui.defaultAnswer = 1;
+    printCard();
+    EXPECT_TOLD("1|Sie haben nicht die nötigen Rechte|Mitte|Schacht ID 9", ui.boxes.size(),
+                ui.boxes.back().headline.substr(0, 34), job->PaperBinName(), job->PaperBinName(9));
     job->Device(u"Kein Drucker");
     EXPECT_EQ(job->Device(), u"Laser");
-    paper.laser->refused = 3;
-    paper.laser->values[platform::PrinterFeature::paperBin] = 1;
+    laser.refused = 3;
+    laser.values[paperBin] = 1;
     job->Init(72, 1, 2, u"A4");
     compose(1);
     EXPECT_EQ(job->PaperBin(), 7);
@@ -152,9 +160,8 @@ TEST_F(Output, MakesOneFileOfAJob) {
     // Copies are for printers; the file has each page once.
     EXPECT_EQ(paper.log,
               (Lines{"file", "sheet 11906x16838", "sheet 11906x16838", "as /brief/Mahnung[3].pdf"}));
-    EXPECT_EQ(job->DocFile(), u"Mahnung[3].pdf");
-    EXPECT_EQ(paper.pdfSettings.ownerPassword.size(), 8u);
-    EXPECT_EQ(paper.pages[0].mappings[0].originX, 0);
+    EXPECT_TOLD("Mahnung[3].pdf|8|0", job->DocFile(), paper.pdfSettings.ownerPassword.size(),
+                paper.pages[0].mappings[0].originX);
 
     anew();
     job->Device(u"PDF");
@@ -171,73 +178,62 @@ TEST_F(Output, MakesOneFileOfAJob) {
     paper.namesTaken = 2;
     job->Device(u"PDF");
     job->DocPath(u"/brief");
-    job->Init(72, 1, 1, u"A4");
+    begin();
     compose(1);
-    EXPECT_FALSE(job->Abbruch());
-    EXPECT_EQ(count(paper.log.back()), 3);
+    EXPECT_TOLD("no|3", job->Abbruch(), count(paper.log.back()));
 }
 
 TEST_F(Output, MakesFurtherCopies) {
-    job->Init(72, 1, 1, u"A4");
+    begin();
     disk.putFolder(u"/brief");
     job->DocPath(u"/brief");
     job->CopyType(CopyToPrinterAndPDF);
     job->CopyDevice(u"Alt");
     job->CopyCount(2);
     compose(2);
-    EXPECT_EQ(played(), "12121212");
-    EXPECT_EQ(count("file"), 1);
-    EXPECT_EQ(count("end"), 2);
-    EXPECT_EQ(std::tuple(job->Device(), job->Copies(), job->PaperBin()), std::tuple(Text(u"Laser"), 1, 1));
+    EXPECT_TOLD("12121212|1|2|Laser|1|1", played(), count("file"), count("end"), job->Device(), job->Copies(),
+                job->PaperBin());
 }
 
 TEST_F(Output, ShowsThePreviewAsItGrows) {
     int32 printed = 0, cancelled = 0;
     const auto a = job->Printed.connect([&] { ++printed; });
     const auto b = job->Cancel.connect([&] { ++cancelled; });
-    job->Init(72, 1, 1, u"A4", true);
-    job->mm(10, 10, u"1");
-    job->Ausgabe();
+    begin(true);
+    page(u"1");
     ASSERT_TRUE(paper.previewed);
-    EXPECT_EQ(paper.previewed->pages(), 2);
-    EXPECT_TRUE(paper.previewed->source(1)->page().closed);
-    EXPECT_FALSE(paper.previewed->source(2)->page().closed);
+    const auto closed = [&](int32 n) { return paper.previewed->source(n)->page().closed; };
+    EXPECT_TOLD("2|yes|no", paper.previewed->pages(), closed(1), closed(2));
     paper.previewed->printPage(1);  // a proof, beside the page that is being written on
     job->mm(10, 10, u"2");
     library.ground.ui.defaultAnswer = 1;
-    job->Init(72, 1, 1, u"A4");
+    begin();
     EXPECT_EQ(library.ground.ui.boxes.back().headline, u"Der letzte Druckjob ist noch nicht beendet.");
     job->Ende();
     job->PreviewButtonsOFF(tsClipboard);
-    EXPECT_EQ(paper.windowLog, (Lines{"show 1", "update", "update"}));
-    EXPECT_EQ(played(), "1");
+    EXPECT_TOLD("show 1,update,update|1", paper.windowLog, played());
     paper.previewed->copyPage(2);
     EXPECT_EQ(paper.windowLog.back(), "copy of 5");
     paper.previewed->leave(true);
-    EXPECT_EQ(played(), "112");
-    EXPECT_EQ(std::tuple(printed, cancelled), std::tuple(1, 0));
+    EXPECT_TOLD("112|1|0", played(), printed, cancelled);
 
-    job->Init(72, 1, 1, u"A4", true);
+    begin(true);
     compose(1);
-    job->Init(72, 1, 1, u"A4");  // the old one counts as cancelled, and its window goes
-    EXPECT_EQ(cancelled, 1);
-    EXPECT_FALSE(paper.windowVisible);
-    EXPECT_FALSE(job->Abbruch());
+    begin();  // the old one counts as cancelled, and its window goes
+    EXPECT_TOLD("1|no|no", cancelled, paper.windowVisible, job->Abbruch());
 
     // Modal: shown once, at the end, and printed once.
     job->Modal(true);
-    job->Init(72, 1, 1, u"A4", true);
+    begin(true);
     paper.windowLog.clear();
     paper.pages.clear();
     paper.onModal = [&] { paper.previewed->leave(true); };
     compose(2);
-    EXPECT_EQ(paper.windowLog, Lines{"show 1"});
-    EXPECT_EQ(played(), "12");
-    job->Init(72, 1, 1, u"A4", true);
+    EXPECT_TOLD("show 1|12", paper.windowLog, played());
+    begin(true);
     paper.onModal = [&] { paper.previewed->leave(false); };
     compose(1);
-    EXPECT_TRUE(job->Abbruch());
-    EXPECT_EQ(played(), "12");
+    EXPECT_TOLD("yes|12", job->Abbruch(), played());
 }
 
 TEST_F(Output, StopsWhereItIsBrokenOff) {
@@ -251,11 +247,8 @@ TEST_F(Output, StopsWhereItIsBrokenOff) {
     };
     job->Ausgabe();
     library.ground.ui.onEvents = nullptr;
-    EXPECT_TRUE(job->Abbruch());
-    EXPECT_EQ(played(), "11");
-    EXPECT_EQ(paper.log.back(), "kill");
-    job->mm(10, 10, u"2");
-    job->Ende();
+    EXPECT_TOLD("yes|11|kill", job->Abbruch(), played(), paper.log.back());
+    endWith(u"2");
     EXPECT_EQ(played(), "11");
     library.ground.ui.defaultAnswer = 1;
     disk.put(u"/datei", "x");
@@ -289,72 +282,59 @@ TEST_F(Output, StopsWhereItIsBrokenOff) {
         library.ground.ui.boxes.clear();
         paper.laser->gone = false;
         paper.laser->queueRefuses = platform::SystemError::none;
-        job->Init(72, 1, 1, u"A4");
-        job->mm(10, 10, u"1");
-        job->Ausgabe();
+        begin();
+        page(u"1");
         trouble.happens();
-        job->mm(10, 10, u"2");
-        job->Ausgabe();
-        job->mm(10, 10, u"3");
-        job->Ende();
+        page(u"2");
+        endWith(u"3");
         EXPECT_TRUE(job->Abbruch());
         EXPECT_EQ(played(), trouble.played);
         EXPECT_EQ(paper.log.back(), trouble.last);
         ASSERT_EQ(library.ground.ui.boxes.size(), 1u);  // told once
         EXPECT_EQ(library.ground.ui.boxes[0].title, u"Druck");
         const auto said = toUtf8(library.ground.ui.boxes[0].headline);
-        EXPECT_NE(said.find(trouble.told), std::string::npos) << said;
+        EXPECT_HOLDS(said, trouble.told);
     }
 }
 
 // What a user or the application does between two pages.
 TEST_F(Output, TakesWhatComesBetweenTwoPages) {
     // The preview is closed while a page is printed from it: nothing of that waits for the next document.
-    job->Init(72, 1, 1, u"A4", true);
-    job->mm(10, 10, u"1");
-    job->Ende();
-    library.ground.ui.onEvents = [&] { paper.previewed->leave(false); };
+    auto& ui = library.ground.ui;
+    begin(true);
+    endWith(u"1");
+    ui.onEvents = [&] { paper.previewed->leave(false); };
     paper.previewed->printPage(1);
-    library.ground.ui.onEvents = nullptr;
+    ui.onEvents = nullptr;
     EXPECT_EQ(paper.log.back(), "kill");
 
     // The same job once more before it is through.
     anew();
-    library.ground.ui.defaultAnswer = 1;
-    library.ground.ui.boxes.clear();
+    ui.defaultAnswer = 1;
     job->Init(72, 512, 1, u"A4");
-    for (const TextView text : {u"1", u"2", u"3"}) {
-        job->mm(10, 10, text);
-        if (text != u"3") job->Ausgabe();
-    }
-    library.ground.ui.onEvents = [&] {
-        if (library.ground.ui.boxes.empty()) job->Init(72, 1, 1, u"A4");
+    for (const TextView text : {u"1", u"2"}) page(text);
+    ui.onEvents = [&] {
+        if (ui.boxes.empty()) begin();
     };
-    job->Ende();
-    library.ground.ui.onEvents = nullptr;
-    EXPECT_EQ(played(), "123");
-    EXPECT_EQ(library.ground.ui.boxes.size(), 1u);
+    endWith(u"3");
+    EXPECT_TOLD("123|1", played(), ui.boxes.size());
 
     // A handler that raises: the next job can begin.
     anew();
-    job->Init(72, 1, 1, u"A4");
-    job->mm(10, 10, u"1");
-    library.ground.ui.onEvents = [] { raise(5, u"Test", u""); };
-    EXPECT_THROW(job->Ende(), Failure);
-    library.ground.ui.onEvents = nullptr;
-    library.ground.ui.boxes.clear();
-    job->Init(72, 1, 1, u"A4");
-    EXPECT_TRUE(library.ground.ui.boxes.empty());
+    begin();
+    ui.onEvents = [] { raise(5, u"Test", u""); };
+    EXPECT_THROW(endWith(u"1"), Failure);
+    ui.onEvents = nullptr;
+    begin();
+    EXPECT_EQ(ui.boxes.size(), 1u) << "nothing more is told";
 
     // On from another printer: what the first one has is a document of its own.
     anew();
-    job->Init(72, 1, 1, u"A4");
-    job->mm(10, 10, u"1");
-    job->Ausgabe();
+    begin();
+    page(u"1");
     job->Device(u"Alt");
-    job->mm(10, 10, u"2");
-    job->Ende();
-    EXPECT_EQ(std::ranges::count(paper.log, "end"), 2);
+    endWith(u"2");
+    EXPECT_EQ(count("end"), 2);
 }
 
 // A text without a place to break: in a time that grows with its length alone.
@@ -362,17 +342,17 @@ TEST_F(Output, TakesTextsOfAnyLength) {
     const Text letters(1000000, u'a');
     Text signs;
     while (signs.size() < letters.size()) signs += u"a.b-";
-    job->Init(72, 1, 1, u"A4", true);
+    begin(true);
     int32 row = 0;
-    EXPECT_EQ(job->SetzText(letters, row, 0, 10, 10, 4, true), 4);
-    EXPECT_EQ(job->SetzText(signs, row, 0, 10, 10, 4, true), 4 * 500000);
+    EXPECT_TOLD("4|2000000", job->SetzText(letters, row, 0, 10, 10, 4, true),
+                job->SetzText(signs, row, 0, 10, 10, 4, true));
     Text cut = letters;
     job->MMExt(10, 10, cut, 12, 0, 0, 100.0);
     EXPECT_EQ(cut.size(), 7u);
 }
 
 TEST_F(Output, AnnouncesAFax) {
-    job->Init(72, 1, 1, u"A4");
+    begin();
     job->JobName(u"Brief");
     job->FaxTyp(FritzFaxAutomatisch);
     job->FaxNummer(u"030 1");
@@ -383,19 +363,15 @@ TEST_F(Output, AnnouncesAFax) {
 
 TEST_F(Output, ComposesWithoutADesktop) {
     rtmMain::plugged().paper = nullptr;
-    Druck plain(messages);
-    EXPECT_EQ(plain.Device(), u"PDF");
-    plain.Init(72, 1, 1, u"A4");
+    job = std::make_unique<Druck>(messages);
+    begin();
     // The measure of Arial: 667 of 1000 units for an "A", 278 for an "i".
-    EXPECT_EQ(plain.TextWidth(u"A"), 160);
-    EXPECT_EQ(plain.TextWidth(u"i"), 53);
+    EXPECT_TOLD("PDF|160|53", job->Device(), job->TextWidth(u"A"), job->TextWidth(u"i"));
     int32 cancelled = 0;
-    const auto c = plain.Cancel.connect([&] { ++cancelled; });
-    plain.Init(72, 1, 1, u"A4", true);
-    plain.mm(10, 10, u"x");
-    plain.Ende();
-    EXPECT_EQ(cancelled, 1);
-    EXPECT_TRUE(plain.Abbruch());
+    const auto c = job->Cancel.connect([&] { ++cancelled; });
+    begin(true);
+    endWith(u"x");
+    EXPECT_TOLD("1|yes", cancelled, job->Abbruch());
 }
 
 }  // namespace

@@ -39,19 +39,15 @@ TEST(Text, SurvivesMalformedUtf8) {
 }
 
 TEST(Text, RoundsHalvesToEven) {
-    EXPECT_EQ(roundToInt32(2.5), 2);
-    EXPECT_EQ(roundToInt32(3.5), 4);
-    EXPECT_EQ(roundToInt32(-2.5), -2);
-    EXPECT_EQ(roundToInt32(1e300), 0x7FFFFFFF);
+    for (const auto& [number, rounded] : {std::pair{2.5, 2}, {3.5, 4}, {-2.5, -2}, {1e300, 0x7FFFFFFF}})
+        EXPECT_EQ(roundToInt32(number), rounded);
 }
 
 TEST(Date, GoesBothWays) {
     EXPECT_EQ(Date::of(1899, 12, 30).serial(), 0);
     EXPECT_EQ(Date::of(2024, 2, 29).day(), 45351);
     const auto parts = Date::of(1580, 3, 1, 23, 59, 59).parts();
-    EXPECT_EQ(parts.year, 1580);
-    EXPECT_EQ(parts.day, 1);
-    EXPECT_EQ(parts.second, 59);
+    EXPECT_EQ(std::tuple(parts.year, parts.day, parts.second), std::tuple(1580, 1, 59));
 }
 
 TEST(Event, ListenersMayEndEachOther) {

@@ -1,7 +1,5 @@
 // Fields and records of payment files, byte by byte, and the rules of the kinds of payment that no public
 // object can become.
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <limits>
 
@@ -145,9 +143,8 @@ TEST_F(Records, AWarningEmptiesItsFieldAndIsToldOnce) {
         record.values.set(field, u"1");
     const Text messages = record.errors();
     for (const TextView field : {u"BLZ_E", u"Kontonummer_E", u"BankLaenderCode", u"Ordervermerk"})
-        EXPECT_NE(messages.find(u"Warnung: Bei einer EU-Standardüberweisung darf das Feld " + Text(field) +
-                                u" nicht belegt werden!\r\n"),
-                  Text::npos);
+        EXPECT_HOLDS(messages, u"Warnung: Bei einer EU-Standardüberweisung darf das Feld " + Text(field) +
+                                   u" nicht belegt werden!\r\n");
     EXPECT_EQ(record.errors(), u"");
     EXPECT_EQ(record.values[oBankName1], "");
 }
@@ -164,11 +161,11 @@ TEST_F(Records, TheOtherKindsOfPaymentHaveTheirOwnRules) {
     general.values.set(oZahlungsart, u"00");
     general.values.set(oBIC, u"37040044");
     general.values.set(oLaenderCode, u"00");
-    EXPECT_NE(general.errors().find(u"Die dritte Stelle des BankLaenderCodes"), Text::npos);
+    EXPECT_HOLDS(general.errors(), u"Die dritte Stelle des BankLaenderCodes");
     EXPECT_EQ(general.values[oBIC], "37040044///");
     general.values.set(oBankLaenderCode, u"DE ");
     general.values.set(oBIC, u"1");
-    EXPECT_NE(general.errors().find(u"allgemeine Zahlung verlangt eine 11-stellige BIC"), Text::npos);
+    EXPECT_HOLDS(general.errors(), u"allgemeine Zahlung verlangt eine 11-stellige BIC");
 }
 
 TEST_F(Records, AHeaderIsToldWhatIsWrong) {
