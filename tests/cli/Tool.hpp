@@ -1,15 +1,14 @@
 #pragma once
 // The tool as a user starts it: a process, its output and its exit status.
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 
 #include <cstdlib>
 #include <fstream>
 #include <nlohmann/json.hpp>
-#include <sstream>
 #include <string>
 
 #include "tests/support/TempFolder.hpp"
+#include "tests/support/Told.hpp"
 #include "tsRtm/platform/posix/PosixSettings.hpp"
 
 namespace tsRtm::test {
@@ -52,7 +51,7 @@ class Tool : public ::testing::Test {
     void refused(const std::string& arguments, int status, const std::string& tells) {
         const Answer answer = run(arguments);
         EXPECT_EQ(answer.status, status) << arguments;
-        EXPECT_NE(answer.err.find(tells), std::string::npos) << arguments << '\n' << answer.err;
+        EXPECT_HOLDS(answer.err, tells) << arguments;
         EXPECT_TRUE(answer.err.starts_with("tsrtm: ")) << answer.err;
         EXPECT_EQ(answer.err.find('\n'), answer.err.size() - 1) << answer.err;
     }
@@ -71,7 +70,7 @@ class Tool : public ::testing::Test {
     }
     void shows(const std::string& arguments, const std::string& part) {
         const std::string out = ok(arguments).out;
-        EXPECT_NE(out.find(part), std::string::npos) << arguments << '\n' << out;
+        EXPECT_HOLDS(out, part) << arguments;
     }
     nlohmann::json json(const std::string& arguments) { return ok(arguments + " --json").json(); }
     // Numbers of the records that an answer has, each with a blank behind it.
@@ -92,12 +91,7 @@ class Tool : public ::testing::Test {
     void write(const std::string& entry, const std::string& content) const {
         std::ofstream(path(entry), std::ios::binary) << content;
     }
-    std::string read(const std::string& entry) const {
-        std::ifstream file(path(entry), std::ios::binary);
-        std::ostringstream content;
-        content << file.rdbuf();
-        return content.str();
-    }
+    std::string read(const std::string& entry) const { return contentOf(path(entry)); }
     bool exists(const std::string& entry) const { return std::filesystem::exists(path(entry)); }
 
     // Persons with a name, a place, an amount and a day.

@@ -33,7 +33,7 @@ TEST_F(Holidays, OfAStateAndALaw) {
 }
 
 TEST_F(Holidays, TakeTheStoredState) {
-    EXPECT_NE(run("holidays 2026").err.find("any state counts"), std::string::npos);
+    EXPECT_HOLDS(run("holidays 2026").err, "any state counts");
     EXPECT_EQ(run("workday 4.6.2026").out, "05.06.2026 Freitag\n  not 04.06.2026 Donnerstag: Fronleichnam\n");
     ok("options set Bundesland Berlin");
     const auto stored = ok("workday 4.6.2026 --json");
@@ -48,10 +48,9 @@ TEST_F(Holidays, AsACalendarFile) {
     const std::string file = ok("holidays 2025 --land Berlin --ics").out;
     EXPECT_TRUE(file.starts_with("BEGIN:VCALENDAR\r\nVERSION:2.0\r\n"));
     EXPECT_TRUE(file.ends_with("END:VEVENT\r\nEND:VCALENDAR\r\n"));
-    EXPECT_NE(
-        file.find("\r\nDTSTART;VALUE=DATE:20250508\r\nSUMMARY:80 Jahre Befreiung\r\nCATEGORIES:Feiertag\r\n"
-                  "DESCRIPTION:Berlin\\, Gesetz vom 10.7.2024 (GVBl. S. 460)\r\n"),
-        std::string::npos);
+    EXPECT_HOLDS(file,
+                 "\r\nDTSTART;VALUE=DATE:20250508\r\nSUMMARY:80 Jahre Befreiung\r\nCATEGORIES:Feiertag\r\n"
+                 "DESCRIPTION:Berlin\\, Gesetz vom 10.7.2024 (GVBl. S. 460)\r\n");
     for (std::size_t at = 0; at < file.size();) {
         const auto end = file.find("\r\n", at);
         ASSERT_NE(end, std::string::npos);
@@ -59,7 +58,7 @@ TEST_F(Holidays, AsACalendarFile) {
         at = end + 2;
     }
     const std::string all = ok("holidays 2025 --land MV --all --ics").out;
-    EXPECT_NE(all.find("\r\n "), std::string::npos) << "a long line is folded";
+    EXPECT_HOLDS(all, "\r\n ") << "a long line is folded";
 }
 
 TEST_F(Holidays, WorkdaysOnAndBack) {

@@ -10,7 +10,7 @@ TEST_F(Places, BanksByIbanAndTheirRegister) {
     ok("banks import '" TSRTM_TEST_DATA "/banks-sample.txt' Banken");
     const auto code = json("banks find 22 --limit 1")["records"][0]["fields"]["BLZ"].get<std::string>();
     const auto made = ok("banks iban " + code + " 0532013").out;
-    EXPECT_NE(made.find(code + "  "), std::string::npos) << made;
+    EXPECT_HOLDS(made, code + "  ");
     const std::string iban = made.substr(0, made.find('\n'));
     EXPECT_EQ(ok("banks iban '" + iban + "'").out, made);
     refusedEach("banks iban ", 1, "99999999 1 -> no bank 99999999 | 123 1 -> eight digits");
@@ -40,7 +40,7 @@ TEST_F(Places, PlacesFromATable) {
     write("more.csv", "country_code,zipcode,place,community_code\nDE,52062,Neu,05334\n");
     write("streets.csv", "place,community_code,street,zipcode\nNeu,05334,Weg,52062\nAlt,1,Weg,52062\n");
     const auto again = ok("places import more.csv --streets streets.csv").out;
-    EXPECT_NE(again.find("imported 1 streets; left out 1"), std::string::npos) << again;
+    EXPECT_HOLDS(again, "imported 1 streets; left out 1");
     prints("plz 52062", "52062  Neu  Nordrhein-Westfalen\n");
     refused("plz 52064", 1, "no place");
 }
@@ -61,8 +61,7 @@ TEST_F(Places, AppointmentsThereAndBack) {
 
     ok("termine export T t.ics --from 01.01.2026");
     const std::string ics = read("t.ics");
-    EXPECT_NE(ics.find("RRULE:FREQ=MONTHLY;BYDAY=2MO\r\n"), std::string::npos) << ics;
-    EXPECT_NE(ics.find("DTSTART:20261224T180000\r\nDURATION:PT120M\r\n"), std::string::npos) << ics;
+    EXPECT_HOLDS(ics, "RRULE:FREQ=MONTHLY;BYDAY=2MO\r\n", "DTSTART:20261224T180000\r\nDURATION:PT120M\r\n");
     ok("termine create U");
     prints("termine import U t.ics", "added 3 appointments\n");
     prints("termine import U t.ics", "added 0 appointments; 3 were there\n");
@@ -75,7 +74,7 @@ TEST_F(Places, AppointmentsThereAndBack) {
           "BEGIN:VEVENT\r\nDTSTART:20260101T100000\r\nRRULE:FREQ=HOURLY\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n");
     const auto odd = ok("termine import U odd.ics");
     EXPECT_EQ(odd.out, "added 1 appointments; left out 2\n");
-    EXPECT_NE(odd.err.find("'Nirgends'"), std::string::npos);
+    EXPECT_HOLDS(odd.err, "'Nirgends'");
     prints("termine day U 07.01.2026", "07.01.2026 Mittwoch\n               drei Tage (jeden Tag)\n");
     write("none.ics", "hello");
     refused("termine import U none.ics", 1, "no iCalendar");
@@ -109,7 +108,7 @@ TEST_F(Places, AppointmentsOfOthers) {
     ok("termine create V");
     const auto read = ok("termine import V others.ics");
     EXPECT_EQ(read.out, "added 10 appointments; left out 1\n") << read.err;
-    EXPECT_NE(read.err.find("'ohne Ende': its clocks"), std::string::npos) << read.err;
+    EXPECT_HOLDS(read.err, "'ohne Ende': its clocks");
     prints("termine import V others.ics", "added 0 appointments; 10 were there; left out 1\n");
     std::string found;
     const auto days = json("termine list V 01.01.2026 31.07.2026")["days"];

@@ -1,8 +1,6 @@
 // Questions and notices as windows: what they say, and what each way out of them answers.
 #include "tsRtm/frame/messages/Dialogs.hpp"
 
-#include <gtest/gtest.h>
-
 #include <QAbstractButton>
 #include <QApplication>
 #include <QCheckBox>
@@ -61,6 +59,10 @@ class Windows : public ::testing::Test {
         ASSERT_TRUE(button);
         QTest::mouseClick(button, Qt::LeftButton);
     }
+    static void tick(QObject* window) {
+        QTimerEvent tick(1);
+        QApplication::sendEvent(window, &tick);
+    }
     static void key(QWidget& window, Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier) {
         QTest::keyClick(window.focusWidget() ? window.focusWidget() : &window, key, with);
     }
@@ -93,13 +95,12 @@ TEST_F(Windows, AnswerInEachWay) {
             const auto offered = asked(rich, set).answers;
             const bool cancels = std::count(offered.begin(), offered.end(), 2) > 0;
             const int32 escape = cancels ? 2 : offered.size() == 1 ? offered[0] : 0;  // 0: the dialog stays
-            const std::function<void(TaskWindow&)> ways[] = {
-                [](TaskWindow& window) { key(window, Qt::Key_Escape); },
-                [](TaskWindow& window) { window.close(); },
-            };
-            for (const auto& way : ways) {
+            for (const bool byKey : {true, false}) {
                 next([&](TaskWindow& window) {
-                    way(window);
+                    if (byKey)
+                        key(window, Qt::Key_Escape);
+                    else
+                        window.close();
                     EXPECT_EQ(window.isVisible(), escape == 0);
                     if (escape == 0) click(answer(window, offered.back()));
                 });
@@ -132,10 +133,8 @@ TEST_F(Windows, AnswerInEachWay) {
 TEST_F(Windows, ShowWhatTheyAreGiven) {
     next([&](TaskWindow& window) {
         const auto shown = texts(window);
-        EXPECT_NE(shown.find("Speichern?|"), std::string::npos) << shown;
-        EXPECT_NE(shown.find("a&lt;b siehe <a href=\"http://x.y/z\">http://x.y/z</a> dort<br>zwei|"),
-                  std::string::npos)
-            << shown;
+        EXPECT_HOLDS(shown, "Speichern?|",
+                     "a&lt;b siehe <a href=\"http://x.y/z\">http://x.y/z</a> dort<br>zwei|");
         EXPECT_EQ(window.windowTitle(), QStringLiteral("Titel"));
         EXPECT_EQ(window.accessibleDescription().left(10), QStringLiteral("Speichern?"));
         key(window, Qt::Key_C, Qt::ControlModifier);
@@ -179,26 +178,23 @@ TEST_F(Windows, TellAllThatHappens) {
         told += std::string(what) + Told(value...).out + ", ";
     };
     std::vector<Subscription> heard;
-    heard.push_back(dialog.Constructed.connect([&] { tell("Constructed"); }));
-    heard.push_back(dialog.Created.connect([&] { tell("Created"); }));
-    heard.push_back(dialog.Destroyed.connect([&] { tell("Destroyed"); }));
-    heard.push_back(dialog.Help.connect([&] { tell("Help"); }));
+    const auto hear = [&](auto& event, const char* name) {
+        heard.push_back(event.connect([&tell, name](const auto&... values) { tell(name, values...); }));
+    };
+    hear(dialog.Constructed, "Constructed"), hear(dialog.Created, "Created"),
+        hear(dialog.Destroyed, "Destroyed"), hear(dialog.Help, "Help"),
+        hear(dialog.ButtonClick, "ButtonClick "), hear(dialog.OptionClick, "OptionClick "),
+        hear(dialog.Expand, "Expand "), hear(dialog.Verify, "Verify "), hear(dialog.Hyperlink, "Hyperlink ");
     heard.push_back(dialog.Timer.connect([&](int32 ms) {
         if (told.find("Timer") == std::string::npos) tell("Timer ", ms >= 0);
     }));
-    heard.push_back(dialog.ButtonClick.connect([&](int32 number) { tell("ButtonClick ", number); }));
-    heard.push_back(dialog.OptionClick.connect([&](int32 number) { tell("OptionClick ", number); }));
-    heard.push_back(dialog.Expand.connect([&](bool open) { tell("Expand ", open); }));
-    heard.push_back(dialog.Verify.connect([&](bool on) { tell("Verify ", on); }));
-    heard.push_back(dialog.Hyperlink.connect([&](const Text& link) { tell("Hyperlink ", link); }));
     next([&](TaskWindow& window) {
         EXPECT_EQ(window.findChildren<QCommandLinkButton*>().size(), 2);
         EXPECT_EQ(window.focusWidget(), answer(window, 100));
         keepPicture(window, "links");
-        QTimerEvent tick(1);
-        QApplication::sendEvent(&window, &tick);
+        tick(&window);
         key(window, Qt::Key_M);
-        EXPECT_NE(texts(window).find("12 Auftr"), std::string::npos) << texts(window);
+        EXPECT_HOLDS(texts(window), "12 Auftr");
         keepPicture(window, "links-expanded");
         click(button(window, "Weniger zeigen"));
         EXPECT_EQ(texts(window).find("12 Auftr"), std::string::npos);
@@ -238,21 +234,14 @@ TEST_F(Windows, OpenFromOneAnother) {
         outer = QApplication::activeModalWidget();
         next([&](TaskWindow& inner) {
             EXPECT_NE(&inner, outer);
-            QTimerEvent tick(1);
-            QApplication::sendEvent(outer, &tick);
+            tick(outer);
             key(inner, Qt::Key_Escape);
         });
         EXPECT_EQ(messages.TSMsgBox(u"Abbrechen?", dlgYesNoCancel), 2);
         dialog.ClickButton(2);
     });
-    const auto answered = dialog.ButtonClick.connect([&](int32) {
-        QTimerEvent tick(1);
-        QApplication::sendEvent(outer, &tick);
-    });
-    next([](TaskWindow& window) {
-        QTimerEvent tick(1);
-        QApplication::sendEvent(&window, &tick);
-    });
+    const auto answered = dialog.ButtonClick.connect([&](int32) { tick(outer); });
+    next([](TaskWindow& window) { tick(&window); });
     EXPECT_TOLD("2|1", dialog.Show(), ticks);
 }
 
@@ -306,35 +295,32 @@ TEST_F(Windows, LetALineBeChosen) {
     };
     list.start = 100'001;  // behind the last
     list.find = [](TextView typed) { return roundToInt32(Val(typed)); };
-    const auto choose = [&](const std::function<void(QDialog&)>& user) {
+    const auto chosen = [&](int32 line, const std::function<void(QDialog&)>& user) {
         next<QDialog>(user);
-        return rtmMain::system().choices.choose(list);
+        EXPECT_EQ(rtmMain::system().choices.choose(list), line);
     };
     const auto type = [](QDialog& window, const char* text) {
         QTest::keyClicks(window.focusWidget(), QString::fromUtf8(text));
     };
-    EXPECT_EQ(choose([](QDialog& window) { key(window, Qt::Key_Return); }), 100'000);
-    EXPECT_EQ(choose([&](QDialog& window) {
-                  type(window, "77");
-                  keepPicture(window, "list");
-                  key(window, Qt::Key_Return);
-              }),
-              77);
-    EXPECT_EQ(choose([&](QDialog& window) {
-                  type(window, "77");
-                  key(window, Qt::Key_Down);  // in the list, though the focus is in the text
-                  window.findChild<QTableView*>()->setFocus();
-                  key(window, Qt::Key_Down);
-                  click(button(window, "Auswahl"));
-              }),
-              79);
-    EXPECT_EQ(choose([&](QDialog& window) {
-                  window.findChild<QTableView*>()->setFocus();
-                  type(window, "5");
-                  key(window, Qt::Key_Return);
-              }),
-              5);
-    EXPECT_EQ(choose([](QDialog& window) { key(window, Qt::Key_Escape); }), 0);
+    chosen(100'000, [](QDialog& window) { key(window, Qt::Key_Return); });
+    chosen(77, [&](QDialog& window) {
+        type(window, "77");
+        keepPicture(window, "list");
+        key(window, Qt::Key_Return);
+    });
+    chosen(79, [&](QDialog& window) {
+        type(window, "77");
+        key(window, Qt::Key_Down);  // in the list, though the focus is in the text
+        window.findChild<QTableView*>()->setFocus();
+        key(window, Qt::Key_Down);
+        click(button(window, "Auswahl"));
+    });
+    chosen(5, [&](QDialog& window) {
+        window.findChild<QTableView*>()->setFocus();
+        type(window, "5");
+        key(window, Qt::Key_Return);
+    });
+    chosen(0, [](QDialog& window) { key(window, Qt::Key_Escape); });
     EXPECT_LT(asked, 5000) << "only what is seen";
     // What the list throws comes out, whether it is asked at once or later.
     int32 bad = 50;
@@ -343,11 +329,11 @@ TEST_F(Windows, LetALineBeChosen) {
         if (line == bad) raise(61, u"Liste", u"");
         return std::vector<Text>{toText(line)};
     };
-    EXPECT_EQ(raisedNumber([&] { choose([&](QDialog& window) { type(window, "50"); }); }), 61);
+    EXPECT_EQ(raisedNumber([&] { chosen(0, [&](QDialog& window) { type(window, "50"); }); }), 61);
     bad = 2;
     EXPECT_EQ(raisedNumber([&] { rtmMain::system().choices.choose(list); }), 61);
     list.count = 0;
-    EXPECT_EQ(choose([](QDialog& window) { window.accept(); }), 0);
+    chosen(0, [](QDialog& window) { window.accept(); });
 }
 
 TEST_F(Windows, TellTheWindowOfALongWork) {

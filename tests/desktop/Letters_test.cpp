@@ -39,12 +39,7 @@ class Letters : public PaperTest {
 };
 
 TEST_F(Letters, KeepTheirTextInItsOrder) {
-    struct Case {
-        const char* name;
-        int pages;
-        std::vector<std::string> pieces;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, int, std::vector<std::string>> cases[] = {
         {"offer",
          1,
          {"Müller & Söhne OHG", "Große Straße 7", "50667 Köln", "Köln, den 22. November", "Angebot Nr. 4711",
@@ -67,15 +62,15 @@ TEST_F(Letters, KeepTheirTextInItsOrder) {
          1,
          {"Rechnung 2026/0815", "Stück", "Ware", "Ordner, rot", "breit", "grün", "zusammen", "außen",
           "innen eins", "daneben", "1. Zahlbar sofort", "Vielen Dank!", "Zeile 1", "unserem Büro"}}};
-    for (const auto& one : cases) {
-        SCOPED_TRACE(one.name);
-        const auto file = print(letter(one.name));
-        EXPECT_EQ(job.PageCount(), one.pages);
+    for (const auto& [name, pages, pieces] : cases) {
+        SCOPED_TRACE(name);
+        const auto file = print(letter(name));
+        EXPECT_EQ(job.PageCount(), pages);
         // Blanks in any number are one.
         const auto text = std::regex_replace(run("pdftotext -layout '" + file + "' -").second,
                                              std::regex("(\u00A0|[ \n])+"), " ");
         std::size_t at = 0;
-        for (const auto& piece : one.pieces) {
+        for (const auto& piece : pieces) {
             const auto found = text.find(piece, at);
             EXPECT_NE(found, std::string::npos) << piece << "\n" << text;
             at = found == std::string::npos ? at : found + piece.size();

@@ -1,12 +1,9 @@
 #pragma once
 // What tests of paper share: a job and its folder, what other programs say of the files that were made, and
 // ink on pictures.
-#include <gtest/gtest.h>
-
 #include <QImage>
 #include <array>
 #include <cstdio>
-#include <fstream>
 #include <map>
 #include <regex>
 #include <sstream>
@@ -15,6 +12,7 @@
 
 #include "desktop/Desktop.hpp"
 #include "tests/support/TempFolder.hpp"
+#include "tests/support/Told.hpp"
 #include "tsRtm/frame/MessagesTopic.hpp"
 #include "tsRtm/printing/Druck.hpp"
 
@@ -30,11 +28,6 @@ inline std::pair<int, std::string> run(const std::string& command) {
     return {pclose(pipe), text};
 }
 inline bool has(const std::string& program) { return run("command -v " + program).first == 0; }
-
-inline std::string contentOf(const std::string& file) {
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
 
 // Where the pixels lie that are meant; none of them is an empty rectangle.
 template <class Meant>
@@ -55,10 +48,26 @@ inline void begin(Druck& job, const Text& folder, TextView name) {
     job.Init(72, 1, 1, u"A4");
 }
 
+// Writes one letter into the folder; whether that went through.
+inline bool writeLetter(Druck& job, const Text& folder) {
+    begin(job, folder, u"Brief");
+    job.mm(30, 25, u"Brief", 14, 0);
+    job.Ende();
+    return !job.Abbruch();
+}
+// Whether a document has its first and its last bytes.
+inline bool whole(const std::string& pdf) {
+    return pdf.starts_with("%PDF") && pdf.find("%%EOF") != std::string::npos;
+}
+
 // A job on all that a desktop has.
 class PaperTest : public ::testing::Test {
  protected:
     std::string file() const { return toUtf8(folder.name(job.DocFile())); }
+    // What is read out of the file.
+    std::string text(const std::string& options = "") const {
+        return run("pdftotext " + options + " '" + file() + "' -").second;
+    }
 
     TempFolder folder;
     MessagesTopic messages;

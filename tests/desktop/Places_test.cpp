@@ -9,9 +9,8 @@
 namespace tsRtm::test {
 namespace {
 
-constexpr int kDotsPerInch = 300;
-constexpr double kInch = 25.4, kDot = kInch / kDotsPerInch;
-constexpr double kCell = 32;  // millimetres: each thing has so much room to itself
+constexpr double kInch = 25.4, kSheet = 210;  // millimetres
+constexpr double kCell = 32;                  // millimetres: each thing has so much room to itself
 
 // Where the ink of "HHHH" is: an H fills its box, and has as much room before it as behind. Alignment 0 left,
 // 0.5 centred, 1 right; millimetres.
@@ -91,12 +90,13 @@ std::vector<Thing> things() {
 // The dark part of an image in the cell around a thing, millimetres.
 QRectF inkOf(const QImage& image, const Thing& thing) {
     const auto middle = thing.ink.center();
-    const auto dots = [](double mm) { return static_cast<int>(std::lround(mm / kDot)); };
+    const double dot = kSheet / image.width();
+    const auto dots = [&](double mm) { return static_cast<int>(std::lround(mm / dot)); };
     const QRect around =
         QRect(dots(middle.x() - kCell / 2), dots(middle.y() - kCell / 2), dots(kCell), dots(kCell)) &
         image.rect();
     const QRect ink = pixelsOf(image, around, dark);
-    return {ink.left() * kDot, ink.top() * kDot, ink.width() * kDot, ink.height() * kDot};
+    return {ink.left() * dot, ink.top() * dot, ink.width() * dot, ink.height() * dot};
 }
 
 double apart(const QRectF& a, const QRectF& b) {
@@ -115,6 +115,7 @@ TEST_F(Places, AreThoseThatWereTold) {
         for (const auto& thing : all) thing.draw(job);
         job.Ende();
         const auto picture = desktop::imageOf(job.Page(1).get(), {2480, 3508});
+        const auto small = desktop::imageOf(job.Page(1).get(), {620, 877});
         ASSERT_EQ(run("pdftoppm -r 300 -gray -singlefile '" + file() + "' '" + file() + "'").first, 0);
         const QImage shown(QString::fromStdString(file() + ".pgm"));
         ASSERT_FALSE(shown.isNull());
@@ -124,9 +125,14 @@ TEST_F(Places, AreThoseThatWereTold) {
             const auto onPicture = inkOf(picture, thing), inFile = inkOf(shown, thing);
             EXPECT_LT(apart(onPicture, thing.ink), 0.2);
             EXPECT_LT(apart(inFile, thing.ink), 0.2);
+            EXPECT_LT(apart(inkOf(small, thing), thing.ink), 0.5);
             EXPECT_LT(apart(onPicture, inFile), 0.3);
         }
     }
+    // The measure is that of the paper: 25.4 mm are 1440 twips.
+    job.Init(72, 1, 1, u"A4");
+    job.Setz(0, 0, 12, 0, 0);
+    EXPECT_NEAR(job.TextWidth(u"Musterwort"), 1187, 3);
 }
 
 }  // namespace

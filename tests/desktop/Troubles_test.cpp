@@ -1,20 +1,14 @@
 // Files in bad circumstances: full disks, programs that die, texts that are damaged or endless.
-#include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <QImage>
 #include <QPainter>
-#include <QThread>
 #include <chrono>
-#include <filesystem>
 #include <random>
 
 #include "desktop/paper/FontMeasure.hpp"
 #include "desktop/paper/PdfWriting.hpp"
 #include "desktop/paper/RichText.hpp"
 #include "tests/desktop/Paper.hpp"
+#include "tests/support/CrashingFiles.hpp"
 #include "tests/support/FailingFiles.hpp"
 #include "tests/support/MemoryFiles.hpp"
 #include "tests/support/TestGround.hpp"
@@ -22,10 +16,6 @@
 
 namespace tsRtm::test {
 namespace {
-
-bool whole(const std::string& pdf) {
-    return pdf.starts_with("%PDF") && pdf.find("%%EOF") != std::string::npos;
-}
 
 // Paper alone, on whatever ground a test has.
 struct PlainPaper {
@@ -51,10 +41,7 @@ TEST(Troubles, LeaveNoHalfFile) {
     MessagesTopic messages;
     const auto write = [&] {
         Druck job(messages);
-        begin(job, u"/brief", u"Brief");
-        job.mm(30, 25, u"Brief", 14, 0);
-        job.Ende();
-        return !job.Abbruch();
+        return writeLetter(job, u"/brief");
     };
     memory.putFolder(u"/brief");
     files.disarm();
@@ -84,47 +71,31 @@ TEST(Troubles, LeaveNoHalfFile) {
     EXPECT_GT(told, 3);
 }
 
-// Programs that die in the middle of their work: what has a document's name is a document.
+// A program that dies at any of the changes it makes: what has a document's name is a document.
 TEST(Troubles, LeaveWholeFilesOfProgramsThatDie) {
-    TempFolder folder;
-    std::mt19937 random(1);
-    const auto documents = [&] {
-        std::size_t count = 0;
-        for (const auto& entry : std::filesystem::directory_iterator(toUtf8(folder.name())))
-            if (entry.path().extension() == ".pdf") ++count;
-        return count;
-    };
-    for (int round = 0; round < 12; ++round) {
-        const std::size_t before = documents();
-        std::vector<pid_t> programs;
-        for (int i = 0; i < 2; ++i) {
-            programs.push_back(fork());
-            ASSERT_GE(programs.back(), 0);
-            if (programs.back() > 0) continue;
-            alarm(60);
+    for (const auto last : {CrashingFiles::LastWrite::none, CrashingFiles::LastWrite::firstHalf}) {
+        bool died = true;
+        for (int64 n = 1; died; ++n) {
+            SCOPED_TRACE(n);
+            MemoryFiles memory;
+            memory.putFolder(u"/brief");
+            CrashingFiles files(memory);
+            StartedLibrary library(files);
+            library.ground.ui.defaultAnswer = 1;
+            const PlainPaper paper;
             MessagesTopic messages;
-            desktop::Desktop paper;
-            for (;;) {
-                Druck job(messages);
-                begin(job, folder.name(), u"Brief");
-                job.mm(30, 25, u"Brief", 14, 0);
-                job.Ende();
-            }
+            Druck job(messages);
+            bool written = false;
+            died = files.diesAt(n, last, CrashingFiles::Manner::silently,
+                                [&] { written = writeLetter(job, u"/brief"); });
+            EXPECT_TRUE(written || died);
+            // What was being written has a name that no document has.
+            const auto entries = *memory.list(u"/brief");
+            for (const auto& [name, status] : entries)
+                EXPECT_TRUE(name.ends_with(u".pdf") ? whole(memory.dump(u"/brief/" + name))
+                                                    : name.starts_with(u"rad") && name.ends_with(u".tmp"))
+                    << toUtf8(name);
         }
-        for (int i = 0; i < 3000 && documents() < before + 2; ++i) QThread::msleep(10);
-        QThread::msleep(random() % 20);
-        for (const pid_t program : programs) kill(program, SIGKILL);
-        for (const pid_t program : programs) waitpid(program, nullptr, 0);
-    }
-    EXPECT_GE(documents(), 24U);
-    for (const auto& entry : std::filesystem::directory_iterator(toUtf8(folder.name()))) {
-        const auto name = entry.path().filename().string();
-        if (entry.path().extension() != ".pdf") {
-            // What was being written: a name that no document has.
-            EXPECT_TRUE(name.starts_with("rad") && name.ends_with(".tmp")) << name;
-            continue;
-        }
-        EXPECT_TRUE(whole(contentOf(entry.path()))) << name;
     }
 }
 

@@ -1,20 +1,15 @@
 #pragma once
 // The worked examples of docs/file-formats.md, which are what the library writes.
-#include <fstream>
-#include <iterator>
 #include <sstream>
 #include <string>
 
-#include "tsRtm/types/Text.hpp"
+#include "tests/support/TempFolder.hpp"
 
 namespace tsRtm::test {
 
 // The bytes of the block "```hex name" of the page.
 inline Bytes example(const std::string& name) {
-    static const std::string page = [] {
-        std::ifstream in(TSRTM_TEST_DATA "/../../docs/file-formats.md", std::ios::binary);
-        return std::string(std::istreambuf_iterator<char>(in), {});
-    }();
+    static const Bytes page = contentOf(TSRTM_TEST_DATA "/../../docs/file-formats.md");
     const std::string mark = "```hex " + name + "\n";
     const auto from = page.find(mark);
     if (from == std::string::npos) return "missing: " + name;

@@ -1,14 +1,22 @@
 #pragma once
-// A fresh folder on the real disk.
+// A fresh folder on the real disk, and the content of real files.
 #include <stdlib.h>
 
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <string>
 
 #include "tsRtm/types/Text.hpp"
 
 namespace tsRtm::test {
+
+// Empty where there is none.
+inline Bytes contentOf(const std::filesystem::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
 
 // Made at its creation, removed with all that is in it at its end.
 class TempFolder {
