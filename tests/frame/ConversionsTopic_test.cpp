@@ -1,7 +1,5 @@
 #include "tsRtm/frame/ConversionsTopic.hpp"
 
-#include <gtest/gtest.h>
-
 #include <limits>
 
 #include "tests/support/TestGround.hpp"

@@ -1,10 +1,9 @@
 // What the start finds: switches, folders, the log it leaves behind.
-#include <gtest/gtest.h>
-
 #include <stdexcept>
 #include <utility>
 
 #include "tests/support/MemoryFiles.hpp"
+#include "tests/support/Table.hpp"
 #include "tests/support/TestGround.hpp"
 #include "tests/support/Told.hpp"
 #include "tsRtm/frame/clsCommon.hpp"
@@ -41,15 +40,12 @@ class Start : public ::testing::Test {
     // The log as lines without their date, "31.12.2024 18:05:09 - ".
     std::vector<Text> log() {
         std::vector<Text> lines;
-        const Text whole = fromAnsi(files.dump(logName));
-        for (std::size_t at = 0; at < whole.size();) {
-            const auto end = whole.find(u"\r\n", at);
-            EXPECT_NE(end, Text::npos) << "a line without its end";
-            if (end == Text::npos) break;
-            EXPECT_EQ(whole.substr(at + 19, 3), u" - ");
-            lines.push_back(whole.substr(at + 22, end - at - 22));
-            at = end + 2;
+        for (const auto& line : split(fromAnsi(files.dump(logName)), u"\r\n")) {
+            EXPECT_TRUE(line.empty() || line.substr(19, 3) == u" - ");
+            lines.push_back(line.substr(std::min<std::size_t>(22, line.size())));
         }
+        EXPECT_EQ(lines.back(), u"") << "a line without its end";
+        lines.pop_back();
         return lines;
     }
 

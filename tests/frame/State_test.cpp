@@ -1,6 +1,4 @@
 // The state and what is formed by it: locale texts, paths, stored numbers, clsCommon, clsStartObjects.
-#include <gtest/gtest.h>
-
 #include <limits>
 #include <random>
 

@@ -43,14 +43,10 @@ TEST_F(DbOpen, EventsInAWaitMayOpenFilesToo) {
 }
 
 TEST_F(DbOpen, ModesLockOutOthersAndMakeFilesByTheTable) {
-    struct Row {
-        int32 mode;
-        bool shared, othersMayRead, makesFile;
-    };
-    const Row rows[] = {{0, true, true, true},    {0, false, false, true}, {1, true, true, false},
-                        {1, false, false, false}, {2, true, false, true},  {2, false, false, true},
-                        {3, true, false, true},   {3, false, false, true}, {4, true, true, true},
-                        {4, false, false, true},  {5, true, true, false},  {5, false, true, false}};
+    const std::tuple<int32, bool, bool, bool> rows[] = {
+        {0, true, true, true},  {0, false, false, true}, {1, true, true, false}, {1, false, false, false},
+        {2, true, false, true}, {2, false, false, true}, {3, true, false, true}, {3, false, false, true},
+        {4, true, true, true},  {4, false, false, true}, {5, true, true, false}, {5, false, true, false}};
     for (const auto& [mode, shared, othersMayRead, makesFile] : rows) {
         SCOPED_TRACE(testing::Message() << mode << (shared ? " shared" : " alone"));
         const int32 missing = open(path("new"), mode, shared);

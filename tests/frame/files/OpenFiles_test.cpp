@@ -9,22 +9,18 @@ using Numbered = FilesTest;
 using Handles = FilesTest;
 
 TEST_F(Numbered, LinesEndAtAnyLineEndAndItemsAtCommasToo) {
-    struct Row {
-        bool items;
-        std::string_view content;
-        std::vector<Text> pieces;
-    };
-    const Row rows[] = {{false, "", {}},
-                        {false, "a", {u"a"}},
-                        {false, "a\r\nb\nc\rd", {u"a", u"b", u"c", u"d"}},
-                        {false, "\r\n\n\r", {u"", u"", u""}},
-                        {false, "\xE4\x80\r\n", {u"ä€"}},
-                        {false, "x\r\n\x1Ay\r\n", {u"x"}},  // the mark of the end of a file
-                        {true, "a,b\r\nc", {u"a", u"b", u"c"}},
-                        {true, "  a b ,,\nc", {u"a b ", u"", u"", u"c"}},
-                        {true, "\"a,b\r\nc\" , d", {u"a,b\r\nc", u"d"}},
-                        {true, "\"open", {u"open"}},
-                        {true, "\"\",x", {u"", u"x"}}};
+    const std::tuple<bool, std::string_view, std::vector<Text>> rows[] = {
+        {false, "", {}},
+        {false, "a", {u"a"}},
+        {false, "a\r\nb\nc\rd", {u"a", u"b", u"c", u"d"}},
+        {false, "\r\n\n\r", {u"", u"", u""}},
+        {false, "\xE4\x80\r\n", {u"ä€"}},
+        {false, "x\r\n\x1Ay\r\n", {u"x"}},  // the mark of the end of a file
+        {true, "a,b\r\nc", {u"a", u"b", u"c"}},
+        {true, "  a b ,,\nc", {u"a b ", u"", u"", u"c"}},
+        {true, "\"a,b\r\nc\" , d", {u"a,b\r\nc", u"d"}},
+        {true, "\"open", {u"open"}},
+        {true, "\"\",x", {u"", u"x"}}};
     for (const auto& [items, content, expected] : rows) {
         const int32 number = open(write("a", content), 1);
         const auto next = [&, inItems = items] {
@@ -81,6 +77,9 @@ TEST_F(Numbered, PrintEndsLinesWithCrLfAndAppendsBehindTheEnd) {
     files.TS_Print(number, u"Grün");
     files.TS_Close(number);
     EXPECT_EQ(read("a"), "oldGr\xFCn\r\n");
+    files.OpenRead(name, number);
+    EXPECT_EQ(files.TS_LineInput(number), u"oldGrün");
+    files.TS_Close(number);
     files.OpenWrite(name, number);
     files.TS_Print(number, u"");
     files.TS_Close(number);

@@ -102,18 +102,13 @@ TEST_F(Streams, ReaderOfAnUnreadableFileStandsAtItsEnd) {
 }
 
 TEST_F(Streams, WritersSetOrFindTheEncoding) {
-    struct Row {
-        std::string_view before;
-        Encodings encoding;
-        bool appending;
-        std::string_view after;
-    };
-    const Row rows[] = {{"old", ANSI1252, false, "\xE4x"},
-                        {"old", UTF8, false, "\xEF\xBB\xBF\xC3\xA4x"},
-                        {"", UTF16BE, false, "\xFE\xFF\0\xE4\0x"sv},
-                        {"old", UTF8, true, "old\xE4x"},
-                        {"", UTF8, true, "\xEF\xBB\xBF\xC3\xA4x"},
-                        {"\xFF\xFEo\0"sv, ANSI1252, true, "\xFF\xFEo\0\xE4\0x\0"sv}};
+    const std::tuple<std::string_view, Encodings, bool, std::string_view> rows[] = {
+        {"old", ANSI1252, false, "\xE4x"},
+        {"old", UTF8, false, "\xEF\xBB\xBF\xC3\xA4x"},
+        {"", UTF16BE, false, "\xFE\xFF\0\xE4\0x"sv},
+        {"old", UTF8, true, "old\xE4x"},
+        {"", UTF8, true, "\xEF\xBB\xBF\xC3\xA4x"},
+        {"\xFF\xFEo\0"sv, ANSI1252, true, "\xFF\xFEo\0\xE4\0x\0"sv}};
     for (const auto& [before, encoding, appending, after] : rows) {
         const auto writer = streams.OpenStreamWriter(write("a", before), encoding, appending);
         EXPECT_EQ(read("a"), before) << "untouched before the first write";

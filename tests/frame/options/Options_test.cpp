@@ -1,6 +1,4 @@
 // The options of the user interface: names, defaults, limits, levels and places.
-#include <gtest/gtest.h>
-
 #include "tests/support/Table.hpp"
 #include "tests/support/TestGround.hpp"
 #include "tests/support/Told.hpp"

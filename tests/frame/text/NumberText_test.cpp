@@ -1,7 +1,5 @@
 #include "tsRtm/frame/text/NumberText.hpp"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <limits>
 
