@@ -1,8 +1,6 @@
 // The person at a terminal, or nobody: boxes and task dialogs in lines.
 #include "tsRtm/platform/posix/ConsoleUserInterface.hpp"
 
-#include <gtest/gtest.h>
-
 #include <sstream>
 
 #include "tests/support/Told.hpp"
@@ -11,6 +9,14 @@ namespace tsRtm::test {
 namespace {
 
 using namespace platform;
+
+// A terminal at which this is typed, or none.
+struct Terminal {
+    explicit Terminal(const char* typed, bool there = true) : in(typed), console(in, out, there) {}
+    std::istringstream in;
+    std::ostringstream out;
+    posix::ConsoleUserInterface console;
+};
 
 struct Row {
     std::vector<int32> answers;
@@ -33,10 +39,9 @@ TEST(Console, PlainBoxes) {
         box.body = u"eins\r\nzwei\x1B[2J";
         box.answers = answers;
         box.defaultAnswer = usual;
-        std::istringstream in(typed ? typed : "1\n");
-        std::ostringstream out;
-        EXPECT_EQ(posix::ConsoleUserInterface(in, out, typed != nullptr).show(box), answer);
-        EXPECT_EQ(out.str().substr(0, 21), "Titel\neins\nzwei·[2J\n") << "no text steers the terminal";
+        Terminal at(typed ? typed : "1\n", typed != nullptr);
+        EXPECT_EQ(at.console.show(box), answer);
+        EXPECT_EQ(at.out.str().substr(0, 21), "Titel\neins\nzwei·[2J\n") << "no text steers the terminal";
     }
 }
 
@@ -48,15 +53,13 @@ struct Conversation {
 
 Conversation hold(const TaskDialog& dialog, const char* typed, DialogNotice closing = DialogNotice::timer) {
     Conversation held;
-    std::istringstream in(typed ? typed : "");
-    std::ostringstream out;
-    posix::ConsoleUserInterface console(in, out, typed != nullptr);
-    held.answer = *console.showTaskDialog(dialog, [&](DialogNotice notice, int32 value, TextView link) {
+    Terminal at(typed ? typed : "", typed != nullptr);
+    held.answer = *at.console.showTaskDialog(dialog, [&](DialogNotice notice, int32 value, TextView link) {
         held.told += std::to_string(static_cast<int32>(notice)) + ":" +
                      (link.empty() ? std::to_string(value) : toUtf8(link)) + " ";
         return notice == closing ? 99 : 0;
     });
-    held.printed = out.str();
+    held.printed = at.out.str();
     return held;
 }
 
@@ -74,8 +77,7 @@ TEST(Console, TaskDialogs) {
     EXPECT_EQ(asked.answer.button, 10);
     EXPECT_EQ(asked.told, "7:0 0:0 3:http://b 10:1 9:0 2:10 5:0 ");
     EXPECT_TRUE(asked.printed.starts_with("Titel\nKopf\nsiehe hier [1] und dort [2]\n")) << asked.printed;
-    EXPECT_NE(asked.printed.find("1 Abbrechen  2 Nochmal  [Abbrechen]? "), std::string::npos)
-        << asked.printed;
+    EXPECT_HOLDS(asked.printed, "1 Abbrechen  2 Nochmal  [Abbrechen]? ");
 
     dialog.options = {{5, u"fünf"}, {6, u"sechs"}};
     dialog.defaultOption = 6;
@@ -85,8 +87,7 @@ TEST(Console, TaskDialogs) {
 
     const auto nobody = hold(dialog, nullptr);
     EXPECT_TOLD("7:0 0:0 2:2 5:0 |6|no", nobody.told, nobody.answer.option, nobody.answer.checked);
-    EXPECT_NE(nobody.printed.find("mehr"), std::string::npos)
-        << "all there is to read goes to the log of a server";
+    EXPECT_HOLDS(nobody.printed, "mehr") << "all there is to read goes to the log of a server";
 
     for (const auto closing : {DialogNotice::created, DialogNotice::optionClick, DialogNotice::verify})
         EXPECT_EQ(hold(dialog, "1\nj\n1\n", closing).answer.button, 99);
@@ -94,11 +95,9 @@ TEST(Console, TaskDialogs) {
 
 TEST(Console, StatusLinesAreForATerminalAndPrintedOnce) {
     for (const bool terminal : {true, false}) {
-        std::istringstream in;
-        std::ostringstream out;
-        posix::ConsoleUserInterface console(in, out, terminal);
-        for (const TextView text : {u"Warte", u"Warte", u"", u"Fertig"}) console.status(text);
-        EXPECT_EQ(out.str(), terminal ? "Warte\nFertig\n" : "");
+        Terminal at("", terminal);
+        for (const TextView text : {u"Warte", u"Warte", u"", u"Fertig"}) at.console.status(text);
+        EXPECT_EQ(at.out.str(), terminal ? "Warte\nFertig\n" : "");
     }
 }
 
@@ -128,15 +127,12 @@ TEST(Console, ListsPageByPage) {
                                                       {"1\n", 40, 41}}) {
         list.start = start;
         list.find = ordered ? [](TextView) { return 5; } : std::function<int32(TextView)>();
-        std::istringstream in(typed);
-        std::ostringstream out;
-        EXPECT_EQ(posix::ConsoleUserInterface(in, out, true).choose(list), line) << typed;
-        EXPECT_EQ(out.str().find('\x1B'), std::string::npos);
+        Terminal at(typed);
+        EXPECT_EQ(at.console.choose(list), line) << typed;
+        EXPECT_EQ(at.out.str().find('\x1B'), std::string::npos);
     }
-    std::istringstream in("1\n");
-    std::ostringstream out;
-    EXPECT_EQ(posix::ConsoleUserInterface(in, out, false).choose(list), 0) << "nobody there";
-    EXPECT_EQ(out.str(), "");
+    Terminal nobody("1\n", false);
+    EXPECT_TOLD("0|", nobody.console.choose(list), nobody.out.str());
 }
 
 }  // namespace

@@ -1,8 +1,5 @@
 // The doubles do what a test arms them to do.
-#include "tests/platform/FileHelp.hpp"
-#include "tests/support/CrashingFiles.hpp"
-#include "tests/support/FailingFiles.hpp"
-#include "tests/support/MemoryFiles.hpp"
+#include "tests/platform/Grounds.hpp"
 #include "tsRtm/platform/LockProbe.hpp"
 
 namespace tsRtm::test {
@@ -41,15 +38,11 @@ TEST(CrashingFiles, DiesBeforeEachChangeInItsTurn) {
         MemoryFiles disk;
         disk.put(u"alt", "x");
         CrashingFiles files(disk);
-        files.dieAt(n);
         SCOPED_TRACE(n);
-        try {
-            replaceFile(files);
-        } catch (const ProcessDied&) {
-        }
+        const bool died = files.diesAt(n, [&] { replaceFile(files); });
         const bool there = disk.exists(u"ordner/neu");
         EXPECT_TOLD(rows[n - 1], there ? disk.dump(u"ordner/neu") : "-", disk.exists(u"ordner"),
-                    disk.exists(u"ordner/ziel"), disk.exists(u"alt"), files.died(), disk.openings());
+                    disk.exists(u"ordner/ziel"), disk.exists(u"alt"), died, disk.openings());
     }
 }
 

@@ -124,25 +124,6 @@ INSTANTIATE_TEST_SUITE_P(Grounds, Window, testing::Values(0, 1, 3, 4), groundNam
 // What only the ground of this machine can show.
 class PosixWindow : public Window {};
 
-TEST_P(PosixWindow, SeesWhatAnotherProcessWritesAndCuts) {
-    const auto file = open();
-    ASSERT_EQ(file->resize(100'000), none);
-    auto* window = file->window();
-    ChildProcess other([&](ChildProcess::Line& line) {
-        const auto mine = open();
-        store(*mine->window(), 70'000, "dort");
-        line.say('W');
-        if (line.hear() != 'C') return 1;
-        return failed(mine->resize(0)) ? 2 : 0;
-    });
-    ASSERT_EQ(other.line().hear(), 'W');
-    EXPECT_EQ(seen(*window, 70'000, 4), "dort");
-    other.line().say('C');
-    ASSERT_EQ(other.wait(), 0);
-    EXPECT_EQ(seen(*window, 70'000, 4), Bytes(4, '\0'));
-    EXPECT_TRUE(window->damaged());
-}
-
 // A bus error that belongs to no window ends the process as it would have without us, or reaches the handler
 // that was there before.
 TEST_P(PosixWindow, ForeignBusErrorsArePassedOn) {

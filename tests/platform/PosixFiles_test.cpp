@@ -2,14 +2,9 @@
 #include <stdlib.h>
 #include <sys/stat.h>
 
-#include <fstream>
-#include <sstream>
-
-#include "tests/platform/FileHelp.hpp"
+#include "tests/platform/Grounds.hpp"
 #include "tests/support/ChildProcess.hpp"
-#include "tests/support/TempFolder.hpp"
 #include "tsRtm/platform/posix/PosixPath.hpp"
-#include "tsRtm/platform/posix/PosixPlatform.hpp"
 #include "tsRtm/platform/posix/PosixReplacing.hpp"
 
 namespace tsRtm::test {
@@ -105,35 +100,9 @@ TEST_F(PosixFiles, AnOpenFileIsTheOneInItsPlace) {
     while (!files.status(folder.name(u"ende")).ok()) {
         const auto mine = files.open(place, kReader);
         if (!mine) continue;
-        std::ostringstream now;
-        now << std::ifstream(folder.path() / "datei").rdbuf();
-        if (readText(**mine) != now.str()) ++stale;
+        if (readText(**mine) != contentOf(folder.path() / "datei")) ++stale;
     }
-    EXPECT_EQ(stale, 0);
-    EXPECT_EQ(other.wait(), 0);
-}
-
-// Two processes count on one number, each under the lock: no step may be lost.
-TEST_F(PosixFiles, LockedStepsOfTwoProcessesDoNotMix) {
-    constexpr int32 kSteps = 2000;
-    const auto count = [&] {
-        const auto file = open(u"zaehler");
-        for (int32 i = 0; i < kSteps; ++i) {
-            while (failed(file->tryLock({100, 1}))) ::sched_yield();
-            int32 number = 0;
-            const auto bytes = std::as_writable_bytes(std::span(&number, 1));
-            static_cast<void>(file->readAt(0, bytes));
-            ++number;
-            if (failed(file->writeAt(0, bytes)) || failed(file->unlock({100, 1}))) return 1;
-        }
-        return 0;
-    };
-    ChildProcess other([&](ChildProcess::Line&) { return count(); });
-    EXPECT_EQ(count(), 0);
-    EXPECT_EQ(other.wait(), 0);
-    int32 number = 0;
-    ASSERT_TRUE(open(u"zaehler")->readAt(0, std::as_writable_bytes(std::span(&number, 1))).ok());
-    EXPECT_EQ(number, 2 * kSteps);
+    EXPECT_TOLD("0|0", stale, other.wait());
 }
 
 TEST_F(PosixFiles, ASecondNameServesWhereNamesCannotBeExchanged) {
@@ -214,11 +183,7 @@ class Basket : public PosixFiles {
  protected:
     Basket() { ::setenv("XDG_DATA_HOME", (folder.path() / "daten").c_str(), 1); }
     ~Basket() override { ::unsetenv("XDG_DATA_HOME"); }
-    std::string text(const fs::path& entry) {
-        std::stringstream content;
-        content << std::ifstream(folder.path() / "daten/Trash" / entry).rdbuf();
-        return content.str();
-    }
+    Bytes text(const fs::path& entry) { return contentOf(folder.path() / "daten/Trash" / entry); }
 };
 
 TEST_F(Basket, KeepsTheFileAndWhereItCameFrom) {

@@ -1,12 +1,8 @@
 // The settings store: what every one keeps to; on disk also two processes, damage, locks and rights.
 #include "tsRtm/platform/Settings.hpp"
 
-#include <gtest/gtest.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
-
-#include <fstream>
-#include <sstream>
 
 #include "tests/support/ChildProcess.hpp"
 #include "tests/support/TempFolder.hpp"
@@ -110,11 +106,6 @@ class SettingsOnDisk : public testing::Test {
         return {folder.path() / "nutzer/tessarol", folder.path() / "maschine", patience};
     }
     std::filesystem::path userFile() const { return folder.path() / "nutzer/tessarol/currentUser.sqlite"; }
-    std::string userBytes() const {
-        std::ostringstream bytes;
-        bytes << std::ifstream(userFile(), std::ios::binary).rdbuf();
-        return bytes.str();
-    }
     void expectNothingReadable(posix::PosixSettings& settings, SystemError why) const {
         EXPECT_TOLD("-||", settings.get(kUser, kRoot, u"Debug"), settings.names(kUser, kRoot),
                     settings.keys(kUser, kRoot));
@@ -166,13 +157,13 @@ TEST_F(SettingsOnDisk, WhatIsNoDatabaseStaysAsItIs) {
     auto settings = make();
     expectNothingReadable(settings, SystemError::none);
     ASSERT_EQ(settings.set(kUser, kRoot, u"Debug", Text(20'000, u'x')), SystemError::none);
-    const std::string whole = userBytes();
+    const std::string whole = contentOf(userFile());
     for (const auto& damaged : {std::string(5000, 'x'), whole.substr(0, 4096) + std::string(4096, 'x')}) {
         std::ofstream(userFile(), std::ios::binary) << damaged;
         expectNothingReadable(settings, SystemError::readFault);
         EXPECT_EQ(settings.set(kUser, kRoot, u"Debug", u"-1"), SystemError::readFault);
         EXPECT_EQ(settings.removeKey(kUser, kRoot), SystemError::readFault);
-        EXPECT_EQ(userBytes(), damaged);
+        EXPECT_EQ(contentOf(userFile()), damaged);
     }
     std::filesystem::remove(userFile());
     EXPECT_EQ(settings.set(kUser, kRoot, u"Debug", u"-1"), SystemError::none)
@@ -183,7 +174,7 @@ TEST_F(SettingsOnDisk, WhatIsNoDatabaseStaysAsItIs) {
 TEST_F(SettingsOnDisk, AnotherFileInItsPlaceIsSeen) {
     auto settings = make();
     ASSERT_EQ(settings.set(kUser, kRoot, u"Debug", u"alt"), SystemError::none);
-    const std::string saved = userBytes();
+    const std::string saved = contentOf(userFile());
     ASSERT_EQ(settings.set(kUser, kRoot, u"Debug", u"neu"), SystemError::none);
     std::filesystem::remove(userFile());
     EXPECT_EQ(settings.get(kUser, kRoot, u"Debug"), std::nullopt);
