@@ -48,8 +48,11 @@ void RecordReader::readFields(TextView raw) {
 
 bool RecordReader::readSingly(int32 number) {
     auto& db = session_.db();
-    // A field of the one behind the last reads as blank.
-    if (!db.Record(number)) return db.Error(), false;
+    // The fields of one behind the last read as blank.
+    if (!db.Record(number)) {
+        static_cast<void>(db.Error());
+        return false;
+    }
     deleted_ = db.GetField(number, 0) == u"*";
     for (int32 i = 1; i <= session_.control().Felder(); ++i)
         fields_[static_cast<std::size_t>(i)] = db.GetField(number, i);
