@@ -47,10 +47,12 @@ bool isRoot(const Text& plainName) {
 
 bool badName(TextView name) { return name.empty() || name.find(u'\0') != TextView::npos; }
 
+}  // namespace
+
 // A run of bytes that grows and shrinks. From the first window on they lie in a file of the system's memory
 // that has no name, and the windows are those of the ground: what a test sees through them is what an
 // application sees through the window of a local file, also when the content is cut short below it.
-class Content {
+class MemoryFiles::Content {
  public:
     uint64 size() const { return size_; }
     // Fewer than asked for at the end, 0 behind it.
@@ -114,8 +116,6 @@ class Content {
     Bytes plain_;           // until the first window
     posix::Handle mapped_;  // from then on
 };
-
-}  // namespace
 
 struct MemoryFiles::Node {
     Text name;  // whole, as it was made

@@ -84,6 +84,7 @@ class MemoryFiles final : public platform::FileSystem {
     Snapshot snapshot() const;
     void restore(const Snapshot& snapshot);
 
+    class Content;
     struct Node;
     class Opening;
 
